@@ -1,0 +1,81 @@
+#pragma once
+
+#include <windows.h>
+#include <oleauto.h>
+
+#include <cstdarg>
+#include <string_view>
+#include <utility>
+
+#include "SnagtrapUtil.h"
+
+namespace SnagtrapUtil {
+
+class SnagtrapInitializer;
+
+/// Owns one COM string. Out of memory leaves it null, which reads as an empty text: reporting must never throw.
+class Bstr {
+ public:
+  explicit Bstr(std::wstring_view text) noexcept
+      : text_(SysAllocStringLen(text.data(), static_cast<UINT>(text.size()))) {}
+  /// Widens with a code page: CP_UTF8 for texts of the sources, CP_ACP for texts of the runtime.
+  Bstr(const char* text, UINT code_page) noexcept;
+  Bstr(Bstr&& other) noexcept : text_(std::exchange(other.text_, nullptr)) {}
+  ~Bstr() { SysFreeString(text_); }
+  Bstr(const Bstr&) = delete;
+  Bstr& operator=(const Bstr&) = delete;
+  Bstr& operator=(Bstr&&) = delete;
+
+  BSTR get() const noexcept { return text_; }
+  std::wstring_view view() const noexcept { return {text_ ? text_ : L"", SysStringLen(text_)}; }
+
+ private:
+  BSTR text_;
+};
+
+/// The text of a wide printf format, in which %s takes wide text; null when out of memory.
+Bstr format_text(const wchar_t* format, ...) noexcept;
+Bstr format_text_list(const wchar_t* format, va_list arguments) noexcept;
+
+/// The text of a narrow printf format, widened from the code page of the runtime; null when out of memory.
+Bstr format_narrow_text(const char* format, ...) noexcept __attribute__((format(ms_printf, 1, 2)));
+
+/// A record of the diagnostics library that is filled field by field. A record that could not be created swallows its
+/// fields. Nothing here throws; a field that the library refuses is left out.
+class DebugRecord {
+ public:
+  /// Creates the record with the command "CREATE".
+  explicit DebugRecord(SnagtrapInitializer& client) noexcept;
+  ~DebugRecord();
+  DebugRecord(const DebugRecord&) = delete;
+  DebugRecord& operator=(const DebugRecord&) = delete;
+
+  /// The answer to "CREATE"; E_FAIL when the library answered success without a record.
+  HRESULT status() const noexcept { return status_; }
+  /// Null when the record was not created. The record stays the owner.
+  IKV_SnagtrapUtil::IDebugObject* get() const noexcept { return record_; }
+
+  void marker(const wchar_t* name) noexcept;
+  void text(const wchar_t* name, std::wstring_view value) noexcept;
+  void text_if_set(const wchar_t* name, std::wstring_view value) noexcept;
+  /// `value` is UTF-8.
+  void source_text(const wchar_t* name, const char* value) noexcept;
+  void ui4(const wchar_t* name, DWORD value) noexcept;
+  void ui4_if_set(const wchar_t* name, DWORD value) noexcept;
+  void i4(const wchar_t* name, LONG value) noexcept;
+  void integer(const wchar_t* name, int value) noexcept;
+  void integer_if_set(const wchar_t* name, int value) noexcept;
+  void ui8(const wchar_t* name, ULONGLONG value) noexcept;
+  void ui8_if_set(const wchar_t* name, ULONGLONG value) noexcept;
+  void r8_if_set(const wchar_t* name, double value) noexcept;
+  void boolean(const wchar_t* name, bool value) noexcept;
+  void object(const wchar_t* name, IDispatch* value) noexcept;
+
+ private:
+  void set(const wchar_t* name, const VARIANT& value) noexcept;
+
+  IKV_SnagtrapUtil::IDebugObject* record_ = nullptr;
+  HRESULT status_;
+};
+
+}  // namespace SnagtrapUtil

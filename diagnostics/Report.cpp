@@ -1,0 +1,103 @@
+#include "Report.h"
+
+#include <comdef.h>
+
+#include <new>
+#include <stdexcept>
+
+#include "Reporters.h"
+#include "SnagtrapClient.h"
+
+namespace SnagtrapUtil {
+
+namespace {
+
+constexpr UINT exit_code = static_cast<UINT>(-1);
+
+[[noreturn]] void end_process() noexcept {
+  try {
+    SnagtrapClient& client = snagtrap_client();
+    client.ensure_initialised();
+    client.shutdown();
+  } catch (...) {
+    // Without a client there is nothing to shut down.
+  }
+  TerminateProcess(GetCurrentProcess(), exit_code);
+  __builtin_unreachable();
+}
+
+/// Makes a reporter, lets `report` use it and acts on the answer. A reporter that cannot be made drops the report.
+template <class Reporter, class Report>
+void report_with(const SourcePlace& place, const Report& report) noexcept {
+  HRESULT answer = E_FAIL;
+  try {
+    Reporter reporter(place);
+    answer = report(reporter);
+  } catch (...) {
+    return;
+  }
+  react(answer);
+}
+
+void trace_message(const Bstr& message, const SourcePlace& place) noexcept {
+  report_with<TracerClass>(place, [&](TracerClass& tracer) { return tracer.trace(message.view()); });
+}
+
+void trace_hresult(HRESULT hresult, const SourcePlace& place) noexcept {
+  const Bstr file(place.file, CP_UTF8);
+  trace_message(format_text(L"HRESULT - %x; FILE - %s, LINE - %d", static_cast<unsigned>(hresult), file.view().data(),
+                            place.line),
+                place);
+}
+
+}  // namespace
+
+void react(HRESULT answer) noexcept {
+  if (answer == answer_debug) DebugBreak();
+  if (answer == E_ABORT) end_process();
+}
+
+bool expect(bool holds, const wchar_t* expression, const SourcePlace& place) noexcept {
+  if (!holds) {
+    report_with<AsserterClass>(place, [&](AsserterClass& asserter) { return asserter.assert_failed(expression); });
+  }
+  return holds;
+}
+
+void report_hresult(HRESULT hresult, const SourcePlace& place) noexcept {
+  report_with<AsserterClass>(place, [&](AsserterClass& asserter) { return asserter.assert_failed({}, hresult); });
+}
+
+void require_success(HRESULT hresult, const SourcePlace& place) {
+  if (SUCCEEDED(hresult)) return;
+  report_hresult(hresult, place);
+  throw _com_error(hresult);
+}
+
+HRESULT report_exception_in_flight(const SourcePlace& place) noexcept {
+  try {
+    throw;
+  } catch (const _com_error& error) {
+    trace_hresult(error.Error(), place);
+    return error.Error();
+  } catch (const std::out_of_range& error) {
+    trace_message(
+        format_narrow_text("std::out_of_range - %s; FILE - %s, LINE - %d", error.what(), place.file, place.line),
+        place);
+    return E_INVALIDARG;
+  } catch (const std::exception& error) {
+    trace_message(format_narrow_text("std::exception - %s; FILE - %s, LINE - %d", error.what(), place.file, place.line),
+                  place);
+    return dynamic_cast<const std::bad_alloc*>(&error) ? E_OUTOFMEMORY : E_UNEXPECTED;
+  } catch (...) {
+    const Bstr file(place.file, CP_UTF8);
+    trace_message(format_text(L"unknown exception; FILE - %s, LINE - %d", file.view().data(), place.line), place);
+    return E_UNEXPECTED;
+  }
+}
+
+void catch_and_call(const SourcePlace& place) noexcept {
+  report_with<CatchAndCall>(place, [](CatchAndCall& reporter) { return reporter.report_in_flight(); });
+}
+
+}  // namespace SnagtrapUtil
