@@ -1,0 +1,38 @@
+#pragma once
+
+#include <objbase.h>
+#include <windows.h>
+
+#include <array>
+#include <functional>
+#include <memory>
+
+#include "RuleStore.h"
+
+namespace workbench {
+
+/// Hears of each failure of the store that a client of the host's objects met, after the call's HRESULT is settled, so
+/// that the host can show it. It must not throw.
+using StoreFailureListener = std::function<void(const StoreError&)>;
+
+/// Makes a storage object: `IkvStorage`, `IkvStorageSession`, `IkvSymbolSourceService` and `IkvExpirationRuleService`
+/// over this store, which it shares. The caller owns the one reference.
+IDispatch* create_storage_object(std::shared_ptr<RuleStore> store, StoreFailureListener listener);
+
+/// While it lives, this process serves the classes `kvStorage`, `kvTable` and `kvRuleFilter` to itself, over this
+/// store. Made and destroyed on a thread whose apartment is initialised. Throws `_com_error` when a class cannot be
+/// registered.
+class HostClasses {
+ public:
+  HostClasses(std::shared_ptr<RuleStore> store, StoreFailureListener listener);
+  HostClasses(const HostClasses&) = delete;
+  HostClasses& operator=(const HostClasses&) = delete;
+  ~HostClasses();
+
+ private:
+  void revoke() noexcept;
+
+  std::array<DWORD, 3> cookies_{};
+};
+
+}  // namespace workbench

@@ -1,0 +1,86 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "FieldIds.h"
+
+namespace workbench {
+
+/// The longest name of a rule or a symbol source setting, in UTF-16 code units.
+inline constexpr std::size_t longest_name = 255;
+
+/// What a trader says about a contract's expiration. `rule_columns` gives the ranges of the numbers.
+struct Rule {
+  std::wstring name;  ///< any UTF-16 code units, 1 to `longest_name` of them
+  long roll_offset = 0;
+  long day_type = 0;
+  long day_mode = 0;
+  long day_of_month = 1;
+  long day_month = 1;
+  long week_ordinal = 1;
+  long weekday = 1;
+  long weekday_month = 1;
+  long move_to_next_trading_day = 0;
+
+  bool operator==(const Rule&) const = default;
+};
+
+/// Counts the changes of one rule, from 1. It tells whether a rule is still what its reader saw.
+using Revision = std::int64_t;
+
+/// A rule as a store keeps it.
+struct StoredRule {
+  long number = 0;  ///< 1 or more, never given twice by one store
+  Revision revision = 0;
+  Rule rule;
+
+  bool operator==(const StoredRule&) const = default;
+};
+
+/// A symbol source setting and the name of the rule that it uses.
+struct SymbolSourceSetting {
+  std::wstring name;       ///< 1 to `longest_name` code units; several settings may bear one name
+  std::wstring rule_name;  ///< empty when it uses no rule; the rule need not exist
+
+  bool operator==(const SymbolSourceSetting&) const = default;
+};
+
+/// Everything that a store holds.
+struct StoreContent {
+  std::vector<Rule> rules;
+  std::vector<SymbolSourceSetting> settings;
+};
+
+/// One number of a rule: its host field, its name in the store, and the least and the greatest value.
+struct RuleColumn {
+  tagKVFIELDID field;
+  const char* name;
+  long Rule::*value;
+  long least;
+  long greatest;
+};
+
+/// The numbers of a rule in the order of the rule service's arguments.
+inline constexpr std::array<RuleColumn, 9> rule_columns{{
+    {KVFIELD_ROLL_OFFSET, "RollOffset", &Rule::roll_offset, 0, 99},
+    {KVFIELD_DAY_TYPE, "DayType", &Rule::day_type, 0, 1},
+    {KVFIELD_DAY_MODE, "DayMode", &Rule::day_mode, 0, 1},
+    {KVFIELD_DAY_OF_MONTH, "DayOfMonth", &Rule::day_of_month, 1, 31},
+    {KVFIELD_DAY_MONTH, "DayMonth", &Rule::day_month, 0, 2},
+    {KVFIELD_WEEK_ORDINAL, "WeekOrdinal", &Rule::week_ordinal, 1, 5},
+    {KVFIELD_WEEKDAY, "Weekday", &Rule::weekday, 0, 6},
+    {KVFIELD_WEEKDAY_MONTH, "WeekdayMonth", &Rule::weekday_month, 0, 2},
+    {KVFIELD_MOVE_TO_NEXT_TRADING_DAY, "MoveToNextTradingDay", &Rule::move_to_next_trading_day, 0, 1},
+}};
+
+/// Throws `StoreError` of kind `invalid_value`, naming the field, unless a store may keep this rule.
+void refuse_invalid(const Rule& rule);
+
+/// The same for a symbol source setting.
+void refuse_invalid(const SymbolSourceSetting& setting);
+
+}  // namespace workbench

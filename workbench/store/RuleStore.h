@@ -1,0 +1,66 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "RuleRecord.h"
+#include "StoreError.h"
+
+namespace workbench {
+
+/// Keeps a subscription alive; dropping it ends the subscription.
+using StoreSubscription = std::shared_ptr<const void>;
+
+/// Keeps expiration rules and symbol source settings. Every change is one transaction: it happens wholly and lasts, or
+/// it throws `StoreError` and nothing has changed. A store belongs to one thread.
+class RuleStore {
+ public:
+  RuleStore() = default;
+  RuleStore(const RuleStore&) = delete;
+  RuleStore& operator=(const RuleStore&) = delete;
+  virtual ~RuleStore() = default;
+
+  /// Every rule, by ascending number.
+  virtual std::vector<StoredRule> load_rules() = 0;
+
+  /// The rule with this number, if there is one.
+  virtual std::optional<StoredRule> try_load_rule(long number) = 0;
+
+  /// Stores a new rule and answers it with its number. Fails with `duplicate_name` or `invalid_value`.
+  virtual StoredRule add_rule(const Rule& rule) = 0;
+
+  /// Rewrites a rule and answers what is stored now. Settings that use the rule follow a change of its name. With
+  /// `expected`, a rule that has another revision is left alone and the call fails with `changed`. Fails as well with
+  /// `not_found`, `duplicate_name` or `invalid_value`.
+  virtual StoredRule update_rule(long number, const Rule& rule, std::optional<Revision> expected = std::nullopt) = 0;
+
+  /// Deletes a rule. Fails with `not_found`, or with `in_use` while a setting names it.
+  virtual void delete_rule(long number) = 0;
+
+  /// Every symbol source setting, in the order in which they were given.
+  virtual std::vector<SymbolSourceSetting> load_settings() = 0;
+
+  /// Puts these settings in the place of all that there are.
+  virtual void replace_settings(const std::vector<SymbolSourceSetting>& settings) = 0;
+
+  /// Puts this content in the place of everything that there is.
+  virtual void replace_content(const StoreContent& content) = 0;
+
+  /// Looks whether another program changed the content since the last look, and if so tells the subscribers. Answers
+  /// whether it did.
+  virtual bool poll_for_changes() = 0;
+
+  /// Calls `changed` after each change, until the subscription is dropped. It may use the store; what it throws is
+  /// dropped, because the change has happened.
+  [[nodiscard]] StoreSubscription subscribe(std::function<void()> changed);
+
+ protected:
+  void notify_subscribers() noexcept;
+
+ private:
+  std::vector<std::weak_ptr<const std::function<void()>>> subscribers_;
+};
+
+}  // namespace workbench

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <chrono>
+#include <filesystem>
+#include <memory>
+
+#include "RuleStore.h"
+
+namespace workbench {
+
+struct SqliteStoreOptions {
+  /// What a new file is filled with.
+  StoreContent first_content;
+  /// How long a call waits for another program that holds the file.
+  std::chrono::milliseconds patience{3000};
+};
+
+/// Opens the store in this file. A file that is missing or empty is made and filled in one transaction, its missing
+/// folders too; a file of an older version is brought to this one. A file that is damaged, foreign or newer fails with
+/// the error of that kind and is not touched. A file that cannot be written opens for reading, and each change then
+/// fails with `read_only`.
+std::unique_ptr<RuleStore> open_sqlite_store(const std::filesystem::path& path, const SqliteStoreOptions& options = {});
+
+}  // namespace workbench

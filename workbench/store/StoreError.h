@@ -1,0 +1,42 @@
+#pragma once
+
+#include <stdexcept>
+#include <string>
+
+namespace workbench {
+
+/// Why a store refused. Each kind has a message of its own in the host's string table.
+enum class StoreErrorKind {
+  read_only,       ///< the file or its folder cannot be written
+  locked,          ///< another program held the file for longer than the store waits
+  full,            ///< no room on the disk
+  damaged,         ///< the file's content does not hold together; it was left as it is
+  foreign,         ///< the file is something else; it was left as it is
+  newer,           ///< a newer version of this program made the file; it was left as it is
+  unavailable,     ///< the file cannot be opened, read or written for another reason
+  invalid_value,   ///< a value outside its range
+  duplicate_name,  ///< another rule has this name
+  not_found,       ///< no rule has this number
+  changed,         ///< the rule was changed since it was read
+  in_use,          ///< a symbol source setting uses the rule
+};
+
+/// A refusal of a store. Whatever was asked for did not happen, and the old content stays whole.
+class StoreError : public std::runtime_error {
+ public:
+  /// `detail` is a technical text for logs, in UTF-8.
+  StoreError(StoreErrorKind kind, std::wstring subject, const std::string& detail)
+      : std::runtime_error(detail), kind_(kind), subject_(std::move(subject)) {}
+
+  StoreErrorKind kind() const noexcept { return kind_; }
+
+  /// What the refusal is about: the path for a failure of the file, the field for an invalid value, else the rule's
+  /// name or its number.
+  const std::wstring& subject() const noexcept { return subject_; }
+
+ private:
+  StoreErrorKind kind_;
+  std::wstring subject_;
+};
+
+}  // namespace workbench
