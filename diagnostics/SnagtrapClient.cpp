@@ -8,6 +8,7 @@
 
 #include "DebugRecord.h"
 #include "LastErrorKeeper.h"
+#include "SectionLock.h"
 
 extern "C" IMAGE_DOS_HEADER __ImageBase;
 extern "C" NTSYSAPI BOOLEAN NTAPI RtlDllShutdownInProgress();
@@ -25,17 +26,6 @@ constexpr wchar_t init_failed_text[] = L"Snagtrap Init Failed.";
 constexpr wchar_t client_version[] = L"2.2 05.05.2006";
 constexpr UINT exit_code = static_cast<UINT>(-1);
 constexpr int guid_text_size = 39;  // 38 characters in braces and the end
-
-class SectionLock {
- public:
-  explicit SectionLock(CRITICAL_SECTION& section) noexcept : section_(section) { EnterCriticalSection(&section_); }
-  ~SectionLock() { LeaveCriticalSection(&section_); }
-  SectionLock(const SectionLock&) = delete;
-  SectionLock& operator=(const SectionLock&) = delete;
-
- private:
-  CRITICAL_SECTION& section_;
-};
 
 class ExclusiveLock {
  public:
@@ -62,9 +52,11 @@ HMODULE load_registered_library() noexcept {
   return LoadLibraryA(path);
 }
 
-// The library is never freed: other modules of the host share it, and it may own threads.
+// The library is never freed: other modules of the host share it, and it may own threads. One that is loaded already is
+// held too, so that it cannot go while its root object is in use.
 HMODULE find_library() noexcept {
-  if (HMODULE loaded = GetModuleHandleW(library_name)) return loaded;
+  HMODULE loaded = nullptr;
+  if (GetModuleHandleExW(0, library_name, &loaded)) return loaded;
   if (HMODULE by_name = LoadLibraryW(library_name)) return by_name;
   return load_registered_library();
 }

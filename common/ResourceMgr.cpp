@@ -1,0 +1,35 @@
+#include "ResourceMgr.h"
+
+#include "Report.h"
+#include "string_t.h"
+
+namespace zd_common_res {
+
+namespace {
+
+constexpr wchar_t shared_module_name[] = L"zdCommonRes.DLL";
+
+}  // namespace
+
+CCommonRes::CCommonRes(const wchar_t* file_name) : instance_(LoadLibraryW(file_name)) {
+  SnagtrapUtil::expect(instance_ != nullptr, L"hInstance", ZD_PLACE);
+}
+
+CCommonRes::~CCommonRes() {
+  if (instance_) SnagtrapUtil::expect(FreeLibrary(instance_) != FALSE, L"::FreeLibrary(hInstance)", ZD_PLACE);
+}
+
+HINSTANCE CCommonRes::instance() const noexcept {
+  SnagtrapUtil::expect(instance_ != nullptr, L"hInstance", ZD_PLACE);
+  return instance_;
+}
+
+std::wstring GetString(const unsigned int id) {
+  static const CCommonRes shared(shared_module_name);
+  HINSTANCE module = shared.instance();
+  // Without the shared module an id must not be looked up in this module, which an empty handle would mean.
+  if (!module) return {};
+  return resource_string::resourse_2_string_impl(static_cast<int>(id), module);
+}
+
+}  // namespace zd_common_res

@@ -1,0 +1,81 @@
+#pragma once
+
+#include <windows.h>
+
+#include "ModuleInstance.h"
+#include "Report.h"
+#include "Window.h"
+
+namespace platform {
+
+/// What a dialog procedure answers for a message that its dialog handled with `result`.
+INT_PTR dialog_answer(HWND dialog, UINT message, LRESULT result) noexcept;
+
+/// A dialog made from the resource `T::IDD` of the module; `TBase` is a window class like `CWindow`. Messages reach
+/// `ProcessWindowMessage` from WM_INITDIALOG to WM_NCDESTROY; those before and after go the default way. An exception
+/// of a handler ends at the dialog procedure: it is reported there and the message counts as not handled. A dialog
+/// whose WM_INITDIALOG throws is closed at once with IDCANCEL, because nobody may save from half-filled controls.
+template <class T, class TBase = CWindow>
+class CDialogImpl : public TBase {
+ public:
+  CDialogImpl() = default;
+  CDialogImpl(const CDialogImpl&) = delete;
+  CDialogImpl& operator=(const CDialogImpl&) = delete;
+
+  /// Handles one message: answers TRUE when it is handled, with the message's result in `result`. Map 0 is the only
+  /// one.
+  virtual BOOL ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result,
+                                    DWORD mapId = 0) = 0;
+
+  /// Runs the dialog modally over `owner` (may be null). Answers what `EndDialog` was given, -1 when it cannot be made.
+  INT_PTR DoModal(HWND owner) {
+    return DialogBoxParamW(module_instance(), MAKEINTRESOURCEW(T::IDD), owner, &CDialogImpl::DialogProcedure,
+                           reinterpret_cast<LPARAM>(this));
+  }
+
+  /// Makes the dialog without a loop of its own. Null when it cannot be made. The window must be destroyed before the
+  /// object.
+  HWND Create(HWND owner) {
+    return CreateDialogParamW(module_instance(), MAKEINTRESOURCEW(T::IDD), owner, &CDialogImpl::DialogProcedure,
+                              reinterpret_cast<LPARAM>(this));
+  }
+
+  BOOL EndDialog(INT_PTR result) noexcept {
+    SnagtrapUtil::expect(IsWindow(this->m_hWnd) != FALSE, L"::IsWindow(m_hWnd)", ZD_PLACE);
+    return ::EndDialog(this->m_hWnd, result);
+  }
+
+ protected:
+  virtual ~CDialogImpl() = default;
+
+ private:
+  static CDialogImpl* bound(HWND window, UINT message, LPARAM lParam) noexcept {
+    if (message == WM_INITDIALOG) {
+      SetWindowLongPtrW(window, DWLP_USER, lParam);
+      reinterpret_cast<CDialogImpl*>(lParam)->m_hWnd = window;
+    }
+    return reinterpret_cast<CDialogImpl*>(GetWindowLongPtrW(window, DWLP_USER));
+  }
+
+  static INT_PTR CALLBACK DialogProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
+    CDialogImpl* dialog = bound(window, message, lParam);
+    if (!dialog) return FALSE;
+    INT_PTR answer = FALSE;
+    try {
+      LRESULT result = 0;
+      if (dialog->ProcessWindowMessage(window, message, wParam, lParam, result)) {
+        answer = dialog_answer(window, message, result);
+      }
+    } catch (...) {
+      SnagtrapUtil::report_exception_in_flight(ZD_PLACE);
+      if (message == WM_INITDIALOG) ::EndDialog(window, IDCANCEL);
+    }
+    if (message == WM_NCDESTROY) {
+      SetWindowLongPtrW(window, DWLP_USER, 0);
+      dialog->m_hWnd = nullptr;
+    }
+    return answer;
+  }
+};
+
+}  // namespace platform

@@ -1,0 +1,161 @@
+#include "Registration.h"
+
+#include <comdef.h>
+#include <oleauto.h>
+
+#include <string>
+
+#include "ComSupport.h"
+#include "ModuleInstance.h"
+#include "Owned.h"
+
+namespace platform {
+
+namespace {
+
+using Removal = RegistryNode::Removal;
+using RegisterFunction = HRESULT(STDMETHODCALLTYPE*)(ITypeLib*, LPOLESTR, LPOLESTR);
+using UnregisterFunction = HRESULT(STDMETHODCALLTYPE*)(REFGUID, WORD, WORD, LCID, SYSKIND);
+
+void check(LSTATUS status) {
+  if (status != ERROR_SUCCESS) throw _com_error(HRESULT_FROM_WIN32(static_cast<DWORD>(status)));
+}
+
+void check_unless_missing(LSTATUS status) {
+  if (status != ERROR_FILE_NOT_FOUND && status != ERROR_PATH_NOT_FOUND) check(status);
+}
+
+std::wstring script_text(int resource_id) {
+  const HINSTANCE module = module_instance();
+  HRSRC found = FindResourceW(module, MAKEINTRESOURCEW(resource_id), L"REGISTRY");
+  HGLOBAL loaded = found ? LoadResource(module, found) : nullptr;
+  const auto* bytes = loaded ? static_cast<const char*>(LockResource(loaded)) : nullptr;
+  if (!bytes) throw _com_error(HRESULT_FROM_WIN32(GetLastError()));
+  const int size = static_cast<int>(SizeofResource(module, found));
+  std::wstring text(static_cast<std::size_t>(size), L'\0');
+  text.resize(static_cast<std::size_t>(MultiByteToWideChar(CP_UTF8, 0, bytes, size, text.data(), size)));
+  return text;
+}
+
+/// The key that stands for the classes root in a scope.
+RegistryKey classes_root(RegistrationScope scope) {
+  RegistryKey root;
+  const bool user = scope == RegistrationScope::user;
+  check(RegCreateKeyExW(user ? HKEY_CURRENT_USER : HKEY_CLASSES_ROOT, user ? L"Software\\Classes" : L"", 0, nullptr, 0,
+                        KEY_READ | KEY_WRITE, nullptr, root.put(), nullptr));
+  return root;
+}
+
+void write_value(HKEY key, const RegistryValue& value) {
+  if (value.is_number) {
+    check(RegSetValueExW(key, value.name.c_str(), 0, REG_DWORD, reinterpret_cast<const BYTE*>(&value.number),
+                         sizeof value.number));
+    return;
+  }
+  const auto bytes = static_cast<DWORD>((value.text.size() + 1) * sizeof(wchar_t));
+  check(RegSetValueExW(key, value.name.c_str(), 0, REG_SZ, reinterpret_cast<const BYTE*>(value.text.c_str()), bytes));
+}
+
+void write_keys(HKEY parent, const std::vector<RegistryNode>& nodes) {
+  for (const RegistryNode& node : nodes) {
+    if (node.removal == Removal::complete) check_unless_missing(RegDeleteTreeW(parent, node.name.c_str()));
+    RegistryKey key;
+    check(RegCreateKeyExW(parent, node.name.c_str(), 0, nullptr, 0, KEY_READ | KEY_WRITE, nullptr, key.put(), nullptr));
+    for (const RegistryValue& value : node.values) write_value(key.get(), value);
+    write_keys(key.get(), node.keys);
+  }
+}
+
+bool is_empty(HKEY key) {
+  DWORD keys = 0;
+  DWORD values = 0;
+  check(RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, &keys, nullptr, nullptr, &values, nullptr, nullptr, nullptr,
+                         nullptr));
+  return keys == 0 && values == 0;
+}
+
+void remove_keys(HKEY parent, const std::vector<RegistryNode>& nodes);
+
+// What other programs added below a key of ours is theirs: the key goes only when nothing is left in it.
+void remove_own_content(HKEY parent, const RegistryNode& node) {
+  RegistryKey key;
+  const LSTATUS opened = RegOpenKeyExW(parent, node.name.c_str(), 0, KEY_READ | KEY_WRITE, key.put());
+  check_unless_missing(opened);
+  if (opened != ERROR_SUCCESS) return;
+  remove_keys(key.get(), node.keys);
+  for (const RegistryValue& value : node.values) {
+    check_unless_missing(RegDeleteValueW(key.get(), value.name.c_str()));
+  }
+  if (node.removal == Removal::none || !is_empty(key.get())) return;
+  key.reset();
+  check_unless_missing(RegDeleteKeyW(parent, node.name.c_str()));
+}
+
+void remove_keys(HKEY parent, const std::vector<RegistryNode>& nodes) {
+  for (const RegistryNode& node : nodes) {
+    if (node.removal == Removal::complete) {
+      check_unless_missing(RegDeleteTreeW(parent, node.name.c_str()));
+    } else {
+      remove_own_content(parent, node);
+    }
+  }
+}
+
+/// The per-user functions exist only on newer systems, so they are looked up.
+template <class Function>
+Function automation_function(const char* name) {
+  HMODULE automation = GetModuleHandleW(L"oleaut32.dll");
+  const auto function = reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(automation, name)));
+  if (!function) throw _com_error(HRESULT_FROM_WIN32(GetLastError()));
+  return function;
+}
+
+ComPtr<ITypeLib> own_type_library(const std::wstring& path) {
+  ComPtr<ITypeLib> library;
+  const HRESULT hr = receive(library, [&](ITypeLib** out) { return LoadTypeLibEx(path.c_str(), REGKIND_NONE, out); });
+  if (FAILED(hr)) throw _com_error(hr);
+  return library;
+}
+
+void check_result(HRESULT hr) {
+  if (FAILED(hr)) throw _com_error(hr);
+}
+
+}  // namespace
+
+void run_registration_script(int resource_id, const Replacements& replacements, RegistrationScope scope) {
+  write_keys(classes_root(scope).get(), parse_registry_script(script_text(resource_id), replacements));
+}
+
+void run_unregistration_script(int resource_id, const Replacements& replacements, RegistrationScope scope) {
+  remove_keys(classes_root(scope).get(), parse_registry_script(script_text(resource_id), replacements));
+}
+
+void register_type_library(RegistrationScope scope) {
+  std::wstring path = module_file_name();
+  const ComPtr<ITypeLib> library = own_type_library(path);
+  const auto function = scope == RegistrationScope::user
+                            ? automation_function<RegisterFunction>("RegisterTypeLibForUser")
+                            : automation_function<RegisterFunction>("RegisterTypeLib");
+  check_result(function(library, path.data(), nullptr));
+}
+
+void unregister_type_library(RegistrationScope scope) {
+  const ComPtr<ITypeLib> library = own_type_library(module_file_name());
+  TLIBATTR* attributes = nullptr;
+  check_result(library->GetLibAttr(&attributes));
+  const TLIBATTR kept = *attributes;
+  library->ReleaseTLibAttr(attributes);
+  const auto function = scope == RegistrationScope::user
+                            ? automation_function<UnregisterFunction>("UnRegisterTypeLibForUser")
+                            : automation_function<UnregisterFunction>("UnRegisterTypeLib");
+  check_result(function(kept.guid, kept.wMajorVerNum, kept.wMinorVerNum, kept.lcid, kept.syskind));
+}
+
+std::wstring guid_text(const GUID& guid) {
+  wchar_t text[39] = {};
+  StringFromGUID2(guid, text, 39);
+  return text;
+}
+
+}  // namespace platform

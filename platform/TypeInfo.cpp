@@ -1,0 +1,67 @@
+#include "TypeInfo.h"
+
+#include "ComSupport.h"
+#include "ModuleInstance.h"
+
+namespace platform {
+
+namespace {
+
+HRESULT load_type_library(const GUID& library, ComPtr<ITypeLib>& loaded) noexcept {
+  const HRESULT registered =
+      receive(loaded, [&](ITypeLib** out) { return LoadRegTypeLib(library, 1, 0, LOCALE_NEUTRAL, out); });
+  if (SUCCEEDED(registered) && loaded) return S_OK;
+  try {
+    const std::wstring path = module_file_name();
+    return receive(loaded, [&](ITypeLib** out) { return LoadTypeLibEx(path.c_str(), REGKIND_NONE, out); });
+  } catch (const _com_error& error) {
+    return error.Error();
+  } catch (...) {
+    return E_OUTOFMEMORY;
+  }
+}
+
+HRESULT load_type_info(const GUID& library, const GUID& type, ITypeInfo** info) noexcept {
+  ComPtr<ITypeLib> loaded;
+  const HRESULT hr = load_type_library(library, loaded);
+  if (FAILED(hr)) return hr;
+  if (!loaded) return E_FAIL;
+  const HRESULT found = loaded->GetTypeInfoOfGuid(type, info);
+  return SUCCEEDED(found) && !*info ? E_FAIL : found;
+}
+
+}  // namespace
+
+TypeInfo::TypeInfo(const GUID& library, const GUID& type) noexcept : loaded_(load_type_info(library, type, &info_)) {}
+
+TypeInfo::~TypeInfo() {
+  if (info_) info_->Release();
+}
+
+HRESULT TypeInfo::get_count(UINT* count) const noexcept {
+  if (!count) return E_POINTER;
+  *count = SUCCEEDED(loaded_) ? 1 : 0;
+  return loaded_;
+}
+
+HRESULT TypeInfo::get(UINT index, ITypeInfo** info) const noexcept {
+  if (!info) return E_POINTER;
+  *info = nullptr;
+  if (FAILED(loaded_)) return loaded_;
+  if (index != 0) return DISP_E_BADINDEX;
+  info_->AddRef();
+  *info = info_;
+  return S_OK;
+}
+
+HRESULT TypeInfo::get_ids_of_names(LPOLESTR* names, UINT count, DISPID* ids) const noexcept {
+  return SUCCEEDED(loaded_) ? info_->GetIDsOfNames(names, count, ids) : loaded_;
+}
+
+HRESULT TypeInfo::invoke(void* object, DISPID id, WORD flags, DISPPARAMS* parameters, VARIANT* result,
+                         EXCEPINFO* exception, UINT* bad_argument) const noexcept {
+  if (FAILED(loaded_)) return loaded_;
+  return info_->Invoke(object, id, flags, parameters, result, exception, bad_argument);
+}
+
+}  // namespace platform

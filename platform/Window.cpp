@@ -1,0 +1,84 @@
+#include "Window.h"
+
+#include "Report.h"
+
+namespace platform {
+
+namespace {
+
+void expect_window(HWND window, const SnagtrapUtil::SourcePlace& place) noexcept {
+  SnagtrapUtil::expect(IsWindow(window) != FALSE, L"::IsWindow(m_hWnd)", place);
+}
+
+}  // namespace
+
+std::wstring window_text(HWND window) {
+  const auto length = SendMessageW(window, WM_GETTEXTLENGTH, 0, 0);
+  std::wstring text(length > 0 ? static_cast<std::size_t>(length) : 0, L'\0');
+  // The answer counts: the length asked for first is an upper bound.
+  const LRESULT copied = SendMessageW(window, WM_GETTEXT, text.size() + 1, reinterpret_cast<LPARAM>(text.data()));
+  text.resize(copied > 0 ? static_cast<std::size_t>(copied) : 0);
+  return text;
+}
+
+HWND CWindow::Detach() noexcept {
+  HWND window = m_hWnd;
+  m_hWnd = nullptr;
+  return window;
+}
+
+LRESULT CWindow::Send(UINT message, WPARAM wParam, LPARAM lParam) const noexcept {
+  expect_window(m_hWnd, ZD_PLACE);
+  return SendMessageW(m_hWnd, message, wParam, lParam);
+}
+
+std::wstring CWindow::GetText() const {
+  expect_window(m_hWnd, ZD_PLACE);
+  return window_text(m_hWnd);
+}
+
+void CWindow::SetText(const wchar_t* text) const noexcept {
+  expect_window(m_hWnd, ZD_PLACE);
+  SetWindowTextW(m_hWnd, text);
+}
+
+void CWindow::Enable(bool enable) const noexcept {
+  expect_window(m_hWnd, ZD_PLACE);
+  EnableWindow(m_hWnd, enable ? TRUE : FALSE);
+}
+
+void CWindow::SetFocus() const noexcept {
+  expect_window(m_hWnd, ZD_PLACE);
+  ::SetFocus(m_hWnd);
+}
+
+HWND CWindow::GetItem(int id) const noexcept {
+  expect_window(m_hWnd, ZD_PLACE);
+  return GetDlgItem(m_hWnd, id);
+}
+
+RECT CWindow::GetClientRect() const noexcept {
+  expect_window(m_hWnd, ZD_PLACE);
+  RECT rect = {};
+  ::GetClientRect(m_hWnd, &rect);
+  return rect;
+}
+
+RECT CWindow::GetWindowRect() const noexcept {
+  expect_window(m_hWnd, ZD_PLACE);
+  RECT rect = {};
+  ::GetWindowRect(m_hWnd, &rect);
+  return rect;
+}
+
+DWORD CWindow::GetStyle() const noexcept {
+  expect_window(m_hWnd, ZD_PLACE);
+  return static_cast<DWORD>(GetWindowLongPtrW(m_hWnd, GWL_STYLE));
+}
+
+DWORD CWindow::GetExStyle() const noexcept {
+  expect_window(m_hWnd, ZD_PLACE);
+  return static_cast<DWORD>(GetWindowLongPtrW(m_hWnd, GWL_EXSTYLE));
+}
+
+}  // namespace platform

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+#include <string_view>
+
+namespace platform {
+
+/// The text of a window, whatever its length; empty when it has none. Throws `std::bad_alloc`.
+std::wstring window_text(HWND window);
+
+/// Refers to a window that somebody else owns. Each operation first asserts that the window exists and then goes on: a
+/// window that is gone answers as the system answers for one.
+class CWindow {
+ public:
+  CWindow() noexcept = default;
+  explicit CWindow(HWND window) noexcept : m_hWnd(window) {}
+
+  void Attach(HWND window) noexcept { m_hWnd = window; }
+  HWND Detach() noexcept;
+
+  LRESULT Send(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const noexcept;
+  std::wstring GetText() const;
+  void SetText(const wchar_t* text) const noexcept;
+  void Enable(bool enable) const noexcept;
+  void SetFocus() const noexcept;
+  HWND GetItem(int id) const noexcept;
+  RECT GetClientRect() const noexcept;
+  RECT GetWindowRect() const noexcept;
+  DWORD GetStyle() const noexcept;
+  DWORD GetExStyle() const noexcept;
+
+  HWND m_hWnd = nullptr;
+};
+
+}  // namespace platform

@@ -1,0 +1,38 @@
+#include "Tables.h"
+
+#include "ExpirationRule.h"
+
+using platform::create_instance;
+
+IkvTablePtr open_rules_table(const StorageBlock& storage, long rule_id) {
+  IkvTablePtr table = create_instance<IKV_kvudfcom::IkvTable>(__uuidof(kvTable));
+  const IkvRuleFilterPtr filter = create_instance<IkvRuleFilter>(__uuidof(kvRuleFilter));
+  filter->SetRuleID(rule_id);
+  storage.rules->load_rules(filter, table);
+  return table;
+}
+
+IkvTablePtr open_symbol_source_settings_table(StorageBlock& storage) {
+  IkvTablePtr table = create_instance<IKV_kvudfcom::IkvTable>(__uuidof(kvTable));
+  // The service takes no filter yet; the host counts on one being made for every table that is opened.
+  const IkvRuleFilterPtr filter = create_instance<IkvRuleFilter>(__uuidof(kvRuleFilter));
+  if (!storage.symbol_sources) {
+    storage.symbol_sources = platform::try_query<IkvSymbolSourceService>(storage.storage);
+  }
+  storage.symbol_sources->load_symbol_source_settings(nullptr, table);
+  return table;
+}
+
+void create_rule_table(IkvTablePtr& target) {
+  target.Attach(nullptr);
+  platform::ComPtr<IUnknown> object;
+  const HRESULT made = platform::receive(object, [](IUnknown** out) {
+    return CoCreateInstance(__uuidof(kvTable), nullptr, CLSCTX_ALL, IID_IUnknown, reinterpret_cast<void**>(out));
+  });
+  if (SUCCEEDED(made) && object && SUCCEEDED(OleRun(object))) {
+    platform::receive(target, [&](IKV_kvudfcom::IkvTable** out) {
+      return object->QueryInterface(__uuidof(IKV_kvudfcom::IkvTable), reinterpret_cast<void**>(out));
+    });
+  }
+  for (const tagKVFIELDID field : rule_fields) target->AddField(field, 0, 0, 0);
+}

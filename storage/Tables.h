@@ -1,0 +1,42 @@
+#pragma once
+
+#include "StorageBlock.h"
+
+/// A table of the rule with this number, or of every rule for 0; empty or partly filled when the host fails to load it.
+/// Throws a `_com_error` when the table or the filter cannot be created, or when the block has no rule service.
+IkvTablePtr open_rules_table(const StorageBlock& storage, long rule_id);
+
+/// A table of all symbol source settings, with the same failures. Fetches the block's entry 3 when it is empty.
+IkvTablePtr open_symbol_source_settings_table(StorageBlock& storage);
+
+/// Makes a free-standing table that declares the fields of a rule. `target` is released first and stays empty when the
+/// table cannot be created, which is thrown as E_POINTER.
+void create_rule_table(IkvTablePtr& target);
+
+/// Walks the rows of a table: `row` is called for each current row and answers whether to go on; `check` sees the
+/// HRESULT of every move and may throw. The end flag counts as set when the host leaves it untouched, so a failing host
+/// ends the walk.
+template <class Check, class Row>
+void walk_rows(const IkvTablePtr& table, const Check& check, const Row& row) {
+  const auto at_end = [&] {
+    long flag = 1;
+    check(table->IsEOF(&flag));
+    return flag != 0;
+  };
+  check(table->MoveFirst());
+  while (!at_end()) {
+    if (!row()) return;
+    check(table->MoveNext());
+  }
+}
+
+/// Calls `row` for each row of a table, whatever the moves answer: the end flag alone ends the walk.
+template <class Row>
+void for_each_row(const IkvTablePtr& table, const Row& row) {
+  walk_rows(
+      table, [](HRESULT) {},
+      [&] {
+        row();
+        return true;
+      });
+}
