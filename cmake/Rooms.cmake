@@ -16,6 +16,8 @@ target_compile_options(
             -Woverloaded-virtual
             -Wundef
             -Werror
+            -ffunction-sections
+            -fdata-sections
             -ffile-prefix-map=${PROJECT_SOURCE_DIR}=.)
 
 # zd_add_room(name SOURCES ... USES ...): a static library of this folder's sources; USES are the rooms below it.

@@ -1,0 +1,332 @@
+#include "EditExpirationRuleDialog.h"
+
+#include <commctrl.h>
+
+#include "Report.h"
+#include "RuleDescription.h"
+#include "RuleName.h"
+#include "Tables.h"
+#include "string_t.h"
+#include "zdStorageGetFieldHelper.h"
+
+namespace zd_expiration_rule_plugin {
+
+namespace {
+
+using resource_string::resourse_2_string_impl;
+using SnagtrapUtil::expect;
+using SnagtrapUtil::require_success;
+
+constexpr WPARAM name_limit = 63;
+constexpr WPARAM offset_limit = 2;
+constexpr short largest_offset = 99;
+constexpr int days_in_month = 31;
+constexpr int days_in_week = 7;
+constexpr int counted_ordinals = 4;
+
+/// A message box that repeats this dialog's caption.
+std::wstring message_caption() { return resourse_2_string_impl(IDS_CAPTION); }
+
+_bstr_t as_com_string(const std::wstring& text) {
+  BSTR copy = SysAllocStringLen(text.data(), static_cast<UINT>(text.size()));
+  if (!copy) throw _com_error(E_OUTOFMEMORY);
+  return platform::take_string(copy);
+}
+
+}  // namespace
+
+CEditExpirationRuleDialog::CEditExpirationRuleDialog(StorageBlock* storage, long rule_id)
+    : storage_(storage),
+      table_(rule_id != 0 ? open_rules_table(*storage, rule_id)
+                          : create_new_rule_row(as_com_string(resourse_2_string_impl(IDS_NEW_RULE_NAME)))),
+      title_(resourse_2_string_impl(rule_id != 0 ? IDS_EDIT_RULE_TITLE : IDS_ADD_RULE_TITLE)) {}
+
+long CEditExpirationRuleDialog::rule_id() const { return GetField<long>(table_, KVFIELD_RULE_ID); }
+
+BOOL CEditExpirationRuleDialog::ProcessWindowMessage(HWND, UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result,
+                                                     DWORD mapId) {
+  if (!expect(mapId == 0, L"0", ZD_PLACE)) return FALSE;
+  result = 0;
+  switch (message) {
+    case WM_INITDIALOG:
+      result = OnInitDialog();
+      return TRUE;
+    case WM_VSCROLL:
+      if (LOWORD(wParam) != SB_THUMBPOSITION && LOWORD(wParam) != SB_THUMBTRACK) return FALSE;
+      if (reinterpret_cast<HWND>(lParam) != spin_.m_hWnd) return FALSE;
+      OnSpinScrolled(wParam);
+      return TRUE;
+    case ui_helper::edit_typed_message:
+      if (reinterpret_cast<HWND>(wParam) != offset_edit_.m_hWnd) return FALSE;
+      OnOffsetTyped();
+      return TRUE;
+    case WM_COMMAND:
+      return OnCommand(LOWORD(wParam), HIWORD(wParam));
+    default:
+      return FALSE;
+  }
+}
+
+BOOL CEditExpirationRuleDialog::OnCommand(WORD id, WORD notification) {
+  switch (id) {
+    case IDOK:
+      if (notification != BN_CLICKED) return FALSE;
+      OnOk();
+      return TRUE;
+    case IDCANCEL:
+      if (notification != BN_CLICKED) return FALSE;
+      EndDialog(IDCANCEL);
+      return TRUE;
+    case IDC_DAY_OF_MONTH_MODE:
+    case IDC_WEEKDAY_MODE:
+      if (notification != BN_CLICKED) return FALSE;
+      update_controls_state();
+      update_description();
+      return TRUE;
+    case IDC_DAY_TYPE:
+    case IDC_DAY_OF_MONTH:
+    case IDC_DAY_MONTH:
+    case IDC_WEEK_ORDINAL:
+    case IDC_WEEKDAY:
+    case IDC_WEEKDAY_MONTH:
+      if (notification != CBN_SELCHANGE) return FALSE;
+      update_description();
+      return TRUE;
+    case IDC_MOVE_TO_NEXT_TRADING_DAY:
+      if (notification != BN_CLICKED) return FALSE;
+      update_description();
+      return TRUE;
+    default:
+      return FALSE;
+  }
+}
+
+void CEditExpirationRuleDialog::OnSpinScrolled(WPARAM wParam) {
+  ui_helper::AdjustEditControl(spin_, offset_edit_, static_cast<short>(HIWORD(wParam)));
+  update_description();
+}
+
+void CEditExpirationRuleDialog::OnOffsetTyped() {
+  ui_helper::AdjustSpinControl(spin_, offset_edit_);
+  update_description();
+}
+
+void CEditExpirationRuleDialog::OnOk() {
+  if (!validate_input()) return;
+  flush_data_to_database();
+  EndDialog(IDOK);
+}
+
+LRESULT CEditExpirationRuleDialog::OnInitDialog() {
+  SetText(title_.c_str());
+  fill_name();
+  ui_helper::add_value_to_combo(control(IDC_DAY_TYPE), IDS_TRADING_DAYS, DAYTYPE_TRADING_DAYS);
+  ui_helper::add_value_to_combo(control(IDC_DAY_TYPE), IDS_CALENDAR_DAYS, DAYTYPE_CALENDAR_DAYS);
+  ui_helper::select_combo_value(control(IDC_DAY_TYPE), GetField<long>(table_, KVFIELD_DAY_TYPE));
+  fill_offset();
+  fill_day_mode();
+  update_controls_state();
+  fill_combos();
+  set_checked(IDC_MOVE_TO_NEXT_TRADING_DAY, GetField<long>(table_, KVFIELD_MOVE_TO_NEXT_TRADING_DAY) == 1);
+  prepare_description();
+  update_description();
+  return 0;  // the dialog manager sets no initial focus
+}
+
+void CEditExpirationRuleDialog::fill_name() {
+  const platform::CWindow name = control(IDC_NAME);
+  name.Send(EM_LIMITTEXT, name_limit);
+  name.SetText(GetField<_bstr_t>(table_, KVFIELD_RULE_NAME));
+}
+
+void CEditExpirationRuleDialog::fill_offset() {
+  const platform::CWindow edit = control(IDC_OFFSET);
+  offset_edit_.SubclassWindow(edit.m_hWnd);
+  edit.Send(EM_LIMITTEXT, offset_limit);
+  spin_.Attach(GetItem(IDC_OFFSET_SPIN));
+  spin_.SetRange(0, largest_offset);
+  if (spin_.GetBuddy() != edit.m_hWnd) spin_.SetBuddy(edit.m_hWnd);
+  const long offset = GetField<long>(table_, KVFIELD_ROLL_OFFSET);
+  spin_.SetPos(offset);
+  ui_helper::AdjustEditControl(spin_, offset_edit_, offset);
+}
+
+void CEditExpirationRuleDialog::fill_day_mode() {
+  const long mode = GetField<long>(table_, KVFIELD_DAY_MODE);
+  set_checked(IDC_DAY_OF_MONTH_MODE, mode == DAYMODE_DAY_OF_MONTH);
+  set_checked(IDC_WEEKDAY_MODE, mode == DAYMODE_WEEKDAY);
+}
+
+void CEditExpirationRuleDialog::fill_combos() {
+  const platform::CWindow days = control(IDC_DAY_OF_MONTH);
+  for (int day = 1; day <= days_in_month; ++day) ui_helper::add_value_to_combo(days, IDS_FIRST_DAY + day - 1, day);
+  ui_helper::select_combo_value(days, GetField<long>(table_, KVFIELD_DAY_OF_MONTH));
+  fill_months(IDC_DAY_MONTH, KVFIELD_DAY_MONTH);
+
+  const platform::CWindow ordinals = control(IDC_WEEK_ORDINAL);
+  for (int ordinal = 1; ordinal <= counted_ordinals; ++ordinal) {
+    ui_helper::add_value_to_combo(ordinals, IDS_FIRST_DAY + ordinal - 1, ordinal);
+  }
+  ui_helper::add_value_to_combo(ordinals, IDS_LAST_OCCURRENCE, last_week_ordinal);
+  ui_helper::select_combo_value(ordinals, GetField<long>(table_, KVFIELD_WEEK_ORDINAL));
+
+  const platform::CWindow weekdays = control(IDC_WEEKDAY);
+  for (int day = 0; day < days_in_week; ++day) ui_helper::add_value_to_combo(weekdays, IDS_SUNDAY + day, day);
+  ui_helper::select_combo_value(weekdays, GetField<long>(table_, KVFIELD_WEEKDAY));
+  fill_months(IDC_WEEKDAY_MONTH, KVFIELD_WEEKDAY_MONTH);
+}
+
+void CEditExpirationRuleDialog::fill_months(int combo_id, tagKVFIELDID field) {
+  const platform::CWindow months = control(combo_id);
+  ui_helper::add_value_to_combo(months, IDS_PREVIOUS_MONTH, MONTH_PREVIOUS);
+  ui_helper::add_value_to_combo(months, IDS_CURRENT_MONTH, MONTH_CURRENT);
+  ui_helper::add_value_to_combo(months, IDS_NEXT_MONTH, MONTH_NEXT);
+  ui_helper::select_combo_value(months, GetField<long>(table_, field));
+}
+
+void CEditExpirationRuleDialog::prepare_description() {
+  description_.Attach(GetItem(IDC_DESCRIPTION));
+  const auto font = reinterpret_cast<HFONT>(description_.Send(WM_GETFONT));
+  LOGFONTW logical = {};
+  GetObjectW(font, sizeof logical, &logical);
+  logical.lfWeight = FW_BOLD;
+  expect(!bold_font_, L"m_hFont == 0", ZD_PLACE);
+  bold_font_.reset(CreateFontIndirectW(&logical));
+  description_.Send(WM_SETFONT, reinterpret_cast<WPARAM>(bold_font_.get()), TRUE);
+}
+
+void CEditExpirationRuleDialog::update_controls_state() {
+  const bool by_day_of_month = is_checked(IDC_DAY_OF_MONTH_MODE);
+  for (const int id : {IDC_DAY_OF_MONTH, IDC_DAY_SUFFIX, IDC_DAY_MONTH}) control(id).Enable(by_day_of_month);
+  for (const int id : {IDC_WEEK_ORDINAL, IDC_WEEKDAY, IDC_WEEKDAY_SUFFIX, IDC_WEEKDAY_MONTH}) {
+    control(id).Enable(!by_day_of_month);
+  }
+}
+
+void CEditExpirationRuleDialog::update_description() {
+  RuleDescriptionTexts texts;
+  texts.offset_label = control_text(IDC_OFFSET_LABEL);
+  texts.offset = control_text(IDC_OFFSET);
+  texts.day_type = control_text(IDC_DAY_TYPE);
+  texts.offset_suffix = control_text(IDC_OFFSET_SUFFIX);
+  texts.day_label = control_text(IDC_DAY_LABEL);
+  texts.by_day_of_month = is_checked(IDC_DAY_OF_MONTH_MODE);
+  texts.day_of_month = control_text(IDC_DAY_OF_MONTH);
+  texts.day_suffix = control_text(IDC_DAY_SUFFIX);
+  texts.day_month = control_text(IDC_DAY_MONTH);
+  texts.week_ordinal = control_text(IDC_WEEK_ORDINAL);
+  texts.weekday = control_text(IDC_WEEKDAY);
+  texts.weekday_suffix = control_text(IDC_WEEKDAY_SUFFIX);
+  texts.weekday_month = control_text(IDC_WEEKDAY_MONTH);
+  texts.closing_or = resourse_2_string_impl(IDS_CLOSING_OR);
+  texts.closing_direction =
+      resourse_2_string_impl(is_checked(IDC_MOVE_TO_NEXT_TRADING_DAY) ? IDS_CLOSING_NEXT : IDS_CLOSING_PREVIOUS);
+  texts.closing_trading_day = resourse_2_string_impl(IDS_CLOSING_TRADING_DAY);
+  description_.SetText(describe_rule(texts).c_str());
+}
+
+bool CEditExpirationRuleDialog::validate_input() {
+  const std::wstring name = control_text(IDC_NAME);
+  if (name.empty()) {
+    show_message(IDS_NAME_EMPTY);
+    return false;
+  }
+  if (is_expiration_rule_name_not_unique(as_com_string(name), rule_id() >= 1)) {
+    show_message(IDS_NAME_NOT_UNIQUE);
+    return false;
+  }
+  if (has_invalid_name_characters(name)) {
+    show_message(IDS_NAME_BAD_CHARACTER);
+    return false;
+  }
+  return true;
+}
+
+bool CEditExpirationRuleDialog::is_expiration_rule_name_not_unique(const _bstr_t& name, const bool editing) {
+  try {
+    return find_same_name(name, editing);
+  } catch (...) {
+    // A storage that cannot be read must not keep the user from saving.
+    SnagtrapUtil::report_exception_in_flight(ZD_PLACE);
+    return false;
+  }
+}
+
+bool CEditExpirationRuleDialog::find_same_name(const _bstr_t& name, const bool editing) {
+  const IkvTablePtr rules = open_rules_table(*storage_, 0);
+  bool found = false;
+  walk_rows(
+      rules, [](HRESULT hr) { require_success(hr, ZD_PLACE); },
+      [&] {
+        IkvFieldPtr field;
+        require_success(find_field(rules, KVFIELD_RULE_NAME, field), ZD_PLACE);
+        _bstr_t row_name;
+        if (field) require_success(FieldAccess<_bstr_t>::read(*field, row_name), ZD_PLACE);
+        found = platform::same_text(row_name, name);
+        return !found;
+      });
+  // A rule that keeps its name finds its own row.
+  return found && !(editing && platform::same_text(GetField<_bstr_t>(table_, KVFIELD_RULE_NAME), name));
+}
+
+void CEditExpirationRuleDialog::flush_data_to_database() {
+  try {
+    save_rule();
+  } catch (...) {
+    SnagtrapUtil::report_exception_in_flight(ZD_PLACE);
+  }
+}
+
+void CEditExpirationRuleDialog::save_rule() {
+  const long stored_id = rule_id();
+  const ExpirationRule rule = collect_rule();
+  if (stored_id != 0) {
+    require_success(update_rule(*storage_, stored_id, rule), ZD_PLACE);
+    return;
+  }
+  long new_id = 0;
+  require_success(add_rule(*storage_, rule, new_id), ZD_PLACE);
+  SetField(table_, KVFIELD_RULE_ID, new_id);
+}
+
+ExpirationRule CEditExpirationRuleDialog::collect_rule() const {
+  const auto chosen = [this](int id) { return static_cast<long>(get_current_combobox_value(id)); };
+  ExpirationRule rule;
+  rule.RuleName = as_com_string(control_text(IDC_NAME));
+  rule.MoveToNextTradingDay = is_checked(IDC_MOVE_TO_NEXT_TRADING_DAY) ? 1 : 0;
+  rule.WeekdayMonth = chosen(IDC_WEEKDAY_MONTH);
+  rule.Weekday = chosen(IDC_WEEKDAY);
+  rule.WeekOrdinal = chosen(IDC_WEEK_ORDINAL);
+  rule.DayMonth = chosen(IDC_DAY_MONTH);
+  rule.DayOfMonth = chosen(IDC_DAY_OF_MONTH);
+  rule.DayMode = is_checked(IDC_DAY_OF_MONTH_MODE) ? DAYMODE_DAY_OF_MONTH : DAYMODE_WEEKDAY;
+  rule.DayType = chosen(IDC_DAY_TYPE);
+  rule.RollOffset = spin_.GetPos();
+  return rule;
+}
+
+platform::CWindow CEditExpirationRuleDialog::control(int id) const noexcept { return platform::CWindow(GetItem(id)); }
+
+std::wstring CEditExpirationRuleDialog::control_text(int id) const { return control(id).GetText(); }
+
+bool CEditExpirationRuleDialog::is_checked(int id) const noexcept {
+  return control(id).Send(BM_GETCHECK) != BST_UNCHECKED;
+}
+
+void CEditExpirationRuleDialog::set_checked(int id, bool checked) const noexcept {
+  control(id).Send(BM_SETCHECK, checked ? BST_CHECKED : BST_UNCHECKED);
+}
+
+unsigned long long CEditExpirationRuleDialog::get_current_combobox_value(int id) const noexcept {
+  HWND combo = GetItem(id);
+  expect(IsWindow(combo) != FALSE, L"::IsWindow(Combo.m_hWnd)", ZD_PLACE);
+  const auto selected = SendMessageW(combo, CB_GETCURSEL, 0, 0);
+  return static_cast<unsigned long long>(SendMessageW(combo, CB_GETITEMDATA, static_cast<WPARAM>(selected), 0));
+}
+
+void CEditExpirationRuleDialog::show_message(int string_id) {
+  MessageBoxW(m_hWnd, resourse_2_string_impl(string_id).c_str(), message_caption().c_str(), MB_OK | MB_ICONEXCLAMATION);
+  control(IDC_NAME).SetFocus();
+}
+
+}  // namespace zd_expiration_rule_plugin

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <string>
+
+#include "Dialog.h"
+#include "ExpirationRule.h"
+#include "Owned.h"
+#include "SpinControlHelper.h"
+#include "StorageBlock.h"
+#include "resource.h"
+
+namespace zd_expiration_rule_plugin {
+
+/// The modal dialog in which the user creates one expiration rule or changes an existing one. It is made for one rule,
+/// shown once and discarded; nothing is written to the storage before OK.
+class CEditExpirationRuleDialog final : public platform::CDialogImpl<CEditExpirationRuleDialog> {
+ public:
+  static constexpr int IDD = IDD_EDIT_EXPIRATION_RULE;
+
+  /// Opens the rule with this number, or a new rule for 0. `storage` must outlive the dialog. Throws a `_com_error`
+  /// when the host's objects cannot be created, and `std::bad_alloc`.
+  CEditExpirationRuleDialog(StorageBlock* storage, long rule_id);
+  ~CEditExpirationRuleDialog() override = default;
+
+  BOOL ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result,
+                            DWORD mapId = 0) override;
+
+  /// The number of the edited rule: 0 for a new rule until it has been stored.
+  long rule_id() const;
+
+ private:
+  LRESULT OnInitDialog();
+  BOOL OnCommand(WORD id, WORD notification);
+  void OnSpinScrolled(WPARAM wParam);
+  void OnOffsetTyped();
+  void OnOk();
+
+  void fill_name();
+  void fill_offset();
+  void fill_day_mode();
+  void fill_combos();
+  void fill_months(int combo_id, tagKVFIELDID field);
+  void prepare_description();
+
+  void update_controls_state();
+  void update_description();
+  bool validate_input();
+  bool is_expiration_rule_name_not_unique(const _bstr_t& name, const bool editing);
+  bool find_same_name(const _bstr_t& name, const bool editing);
+  void flush_data_to_database();
+  ExpirationRule collect_rule() const;
+  void save_rule();
+
+  platform::CWindow control(int id) const noexcept;
+  std::wstring control_text(int id) const;
+  bool is_checked(int id) const noexcept;
+  void set_checked(int id, bool checked) const noexcept;
+  unsigned long long get_current_combobox_value(int id) const noexcept;
+  void show_message(int string_id);
+
+  StorageBlock* storage_;
+  IkvTablePtr table_;
+  ui_helper::CSpin spin_;
+  ui_helper::CCustomEditForSpin offset_edit_;
+  platform::CWindow description_;
+  std::wstring title_;
+  platform::Font bold_font_;
+};
+
+}  // namespace zd_expiration_rule_plugin

@@ -1,0 +1,181 @@
+#include "zdExpirationRulePlugin.h"
+
+#include <windows.h>
+#include <commctrl.h>
+
+#include <new>
+
+#include "EditExpirationRuleDialog.h"
+#include "ExpirationRulesListDialog.h"
+#include "Report.h"
+#include "ResourceMgr.h"
+
+namespace zd_expiration_rule_plugin {
+
+namespace {
+
+using platform::query;
+using platform::receive;
+using platform::take_string;
+using SnagtrapUtil::expect;
+using SnagtrapUtil::require_success;
+
+constexpr int main_menu_line = 70;
+constexpr int control_bar_line = 71;
+constexpr int context_menu_line = 72;
+constexpr int hot_keys_line = 73;
+constexpr int initialize_line = 84;
+constexpr int do_command_line = 107;
+constexpr int show_line = 121;
+constexpr int find_submenu_line = 136;
+constexpr int add_submenu_line = 144;
+constexpr int add_command_line = 150;
+constexpr int add_hot_key_line = 160;
+
+// Texts of the host's shared resource module.
+constexpr unsigned int submenu_caption_id = 4028;
+constexpr unsigned int submenu_hint_id = 4033;
+constexpr unsigned int command_caption_id = 4052;
+
+// What the host's menu and hot-key collection take for a plug-in's entries.
+constexpr long submenu_flags = 1;
+constexpr long command_kind = 3;
+constexpr long hot_key_flags = 9;  // a virtual key with Ctrl
+constexpr long hot_key_code = 0x55;
+
+_bstr_t shared_text(unsigned int id) { return zd_common_res::GetString(id).c_str(); }
+
+/// Fills an entry of the storage block unless it is the storage object itself already. Null when the storage object
+/// does not give the interface.
+template <class Interface>
+void fill_entry(platform::ComPtr<Interface>& entry, IUnknown* storage) {
+  IUnknown* const current = entry;
+  if (current == storage) return;
+  receive(entry, [&](Interface** out) {
+    return storage ? storage->QueryInterface(__uuidof(Interface), reinterpret_cast<void**>(out)) : E_POINTER;
+  });
+}
+
+// The host may drop its last reference while a dialog runs; the dialog works on this object's storage block.
+using KeptAlive = platform::ComPtr<IkvPlugin>;
+
+template <class Item>
+long command_id(const platform::ComPtr<Item>& item) {
+  long id = 0;
+  item->get_CommandID(&id);
+  return id;
+}
+
+}  // namespace
+
+IUnknown* CzdExpirationRulePlugin::find_interface(REFIID iid) noexcept {
+  if (iid == __uuidof(IkvPlugin) || iid == IID_IDispatch) return static_cast<IkvPlugin*>(this);
+  if (iid == __uuidof(IzdExpirationRulesPlugin)) return static_cast<IzdExpirationRulesPlugin*>(this);
+  if (iid == IID_IProvideClassInfo) return static_cast<IProvideClassInfo*>(this);
+  return nullptr;
+}
+
+STDMETHODIMP CzdExpirationRulePlugin::Initialize(IDispatch* pMainMenu, IDispatch* MainControlBar,
+                                                 IDispatch* PortfolioContextMenu, IDispatch* PortfolioHotKeys,
+                                                 BSTR RegistryPath, IDispatch* zdStorage) noexcept {
+  if (!expect(pMainMenu, L"pMainMenu != 0", ZD_PLACE_AT(main_menu_line)) ||
+      !expect(MainControlBar, L"MainControlBar != 0", ZD_PLACE_AT(control_bar_line)) ||
+      !expect(PortfolioContextMenu, L"PortfolioContextMenu != 0", ZD_PLACE_AT(context_menu_line)) ||
+      !expect(PortfolioHotKeys, L"PortfolioHotKeys != 0", ZD_PLACE_AT(hot_keys_line)) ||
+      SysStringLen(RegistryPath) == 0) {
+    return E_INVALIDARG;
+  }
+  try {
+    const INITCOMMONCONTROLSEX controls = {sizeof controls,
+                                           ICC_LISTVIEW_CLASSES | ICC_DATE_CLASSES | ICC_USEREX_CLASSES};
+    InitCommonControlsEx(&controls);
+    fill_storage_block(zdStorage);
+    add_zd_menu_items(pMainMenu);
+    create_zd_hot_key(PortfolioHotKeys);
+    return S_OK;
+  } catch (...) {
+    SnagtrapUtil::catch_and_call(ZD_PLACE_AT(initialize_line));
+    return E_FAIL;
+  }
+}
+
+void CzdExpirationRulePlugin::fill_storage_block(IDispatch* zdStorage) {
+  if (!zdStorage) {
+    receive(storage_.storage, [](IkvStorage** out) {
+      return CoCreateInstance(__uuidof(kvStorage), nullptr, CLSCTX_ALL, __uuidof(IkvStorage),
+                              reinterpret_cast<void**>(out));
+    });
+  } else if (static_cast<IUnknown*>(storage_.storage) != zdStorage) {
+    storage_.storage = platform::try_query<IkvStorage>(zdStorage);
+  }
+  fill_entry(storage_.session, storage_.storage);
+  fill_entry(storage_.symbol_sources, storage_.storage);
+  fill_entry(storage_.rules, storage_.storage);
+}
+
+void CzdExpirationRulePlugin::add_zd_menu_items(IDispatch* pMainMenu) {
+  const auto main_menu = query<IkvMainMenu>(pMainMenu);
+  const _bstr_t caption = shared_text(submenu_caption_id);
+  require_success(receive(rules_menu_, [&](IkvSubMenu** out) { return main_menu->FindSubMenu(caption, out); }),
+                  ZD_PLACE_AT(find_submenu_line));
+  if (!rules_menu_) {
+    const _bstr_t hint = shared_text(submenu_hint_id);
+    require_success(receive(rules_menu_,
+                            [&](IkvSubMenu** out) { return main_menu->AddSubMenu(caption, hint, submenu_flags, out); }),
+                    ZD_PLACE_AT(add_submenu_line));
+  }
+  const auto self = query<IkvPlugin>(static_cast<IkvPlugin*>(this));
+  const _bstr_t command = shared_text(command_caption_id);
+  IkvSubMenu& submenu = *rules_menu_;
+  require_success(receive(menu_item_,
+                          [&](IkvMenuItem** out) {
+                            return submenu.AddCommand(command, 0, 0, 0, nullptr, command_kind, self, out);
+                          }),
+                  ZD_PLACE_AT(add_command_line));
+}
+
+void CzdExpirationRulePlugin::create_zd_hot_key(IDispatch* PortfolioHotKeys) {
+  const auto collection = query<IkvHotKeyCollection>(PortfolioHotKeys);
+  platform::ComPtr<IDispatch> made;
+  {
+    const auto self = query<IkvPlugin>(static_cast<IkvPlugin*>(this));
+    require_success(
+        receive(made, [&](IDispatch** out) { return collection->AddHotKey(hot_key_flags, hot_key_code, self, out); }),
+        ZD_PLACE_AT(add_hot_key_line));
+  }
+  hot_key_ = platform::try_query<IkvHotKey>(made);
+}
+
+STDMETHODIMP CzdExpirationRulePlugin::OnSelectionChanged(IDispatch*) noexcept { return S_OK; }
+
+STDMETHODIMP CzdExpirationRulePlugin::DoCommand(long Id, VARIANT) noexcept {
+  try {
+    const long menu_id = command_id(menu_item_);
+    const long hot_key_id = command_id(hot_key_);
+    if (Id != menu_id && Id != hot_key_id) return E_INVALIDARG;
+    const KeptAlive alive(static_cast<IkvPlugin*>(this));
+    CExpirationRulesListDialog dialog(&storage_);
+    dialog.DoModal(GetActiveWindow());
+    return S_OK;
+  } catch (...) {
+    SnagtrapUtil::catch_and_call(ZD_PLACE_AT(do_command_line));
+    return E_FAIL;
+  }
+}
+
+STDMETHODIMP CzdExpirationRulePlugin::Uninitialize() noexcept { return S_OK; }
+
+STDMETHODIMP CzdExpirationRulePlugin::Show(long RuleID) noexcept {
+  try {
+    const KeptAlive alive(static_cast<IkvPlugin*>(this));
+    CEditExpirationRuleDialog dialog(&storage_, RuleID);
+    dialog.DoModal(GetActiveWindow());
+    return S_OK;
+  } catch (const std::bad_alloc&) {
+    return E_OUTOFMEMORY;
+  } catch (...) {
+    return SnagtrapUtil::report_exception_in_flight(ZD_PLACE_AT(show_line));
+  }
+}
+
+}  // namespace zd_expiration_rule_plugin
