@@ -1,0 +1,59 @@
+#include "Registration.h"
+
+#include <objbase.h>
+
+#include <string>
+
+#include "SnagtrapResource.h"
+#include "SnagtrapUtil.h"
+#include "Texts.h"
+
+namespace snagtrap {
+
+namespace {
+
+std::wstring class_key() {
+  wchar_t guid[39] = {};
+  StringFromGUID2(__uuidof(IKV_SnagtrapUtil::SnagtrapLibrary), guid, 39);
+  return std::wstring(L"CLSID\\") + guid;
+}
+
+bool is_narrow(const std::wstring& text) noexcept {
+  BOOL replaced = FALSE;
+  const int size = WideCharToMultiByte(CP_ACP, WC_NO_BEST_FIT_CHARS, text.c_str(), -1, nullptr, 0, nullptr, &replaced);
+  return size != 0 && size <= MAX_PATH && !replaced;
+}
+
+/// Empty when no form of the path can be written.
+std::wstring registrable_path() {
+  wchar_t path[32768] = {};
+  if (GetModuleFileNameW(own_module(), path, 32768) == 0) return {};
+  if (is_narrow(path)) return path;
+  wchar_t short_path[32768] = {};
+  const DWORD length = GetShortPathNameW(path, short_path, 32768);
+  return length != 0 && length < 32768 && is_narrow(short_path) ? short_path : L"";
+}
+
+LSTATUS write_text(const std::wstring& key, const wchar_t* name, const std::wstring& text) noexcept {
+  return RegSetKeyValueW(HKEY_CLASSES_ROOT, key.c_str(), name, REG_SZ, text.c_str(),
+                         static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t)));
+}
+
+}  // namespace
+
+HRESULT register_library() {
+  const std::wstring path = registrable_path();
+  if (path.empty()) return HRESULT_FROM_WIN32(ERROR_NO_UNICODE_TRANSLATION);
+  const std::wstring server_key = class_key() + L"\\InprocServer32";
+  LSTATUS written = write_text(class_key(), nullptr, load_text(IDS_CLASS_NAME));
+  if (written == ERROR_SUCCESS) written = write_text(server_key, nullptr, path);
+  if (written == ERROR_SUCCESS) written = write_text(server_key, L"ThreadingModel", L"Both");
+  return HRESULT_FROM_WIN32(written);
+}
+
+HRESULT unregister_library() {
+  const LSTATUS removed = RegDeleteTreeW(HKEY_CLASSES_ROOT, class_key().c_str());
+  return removed == ERROR_FILE_NOT_FOUND ? S_OK : HRESULT_FROM_WIN32(removed);
+}
+
+}  // namespace snagtrap

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <windows.h>
+
+namespace snagtrap {
+
+/// Writes the library's class with the path of this file, where a client that does not find the library by name looks.
+/// Clients read the path as narrow text: one that the ANSI code page cannot spell is written in its short form, and
+/// ERROR_NO_UNICODE_TRANSLATION answered when there is none. Answers an HRESULT.
+HRESULT register_library();
+
+/// Removes the class; S_OK also when it was not there.
+HRESULT unregister_library();
+
+}  // namespace snagtrap
