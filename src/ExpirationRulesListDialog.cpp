@@ -2,7 +2,12 @@
 
 #include <commctrl.h>
 
+#include <algorithm>
+
+#include "EditExpirationRuleDialog.h"
 #include "Report.h"
+#include "RuleMessages.h"
+#include "RuleUsers.h"
 #include "Tables.h"
 #include "string_t.h"
 #include "zdStorageGetFieldHelper.h"
@@ -11,23 +16,80 @@ namespace zd_expiration_rule_plugin {
 
 namespace {
 
-constexpr int update_list_line = 123;
+using resource_string::resourse_2_string_impl;
+
 constexpr int map_id_line = 51;
+constexpr int update_list_line = 123;
+constexpr int used_rule_name_line = 139;
+constexpr int setting_field_line = 142;
+constexpr int setting_name_line = 145;
+constexpr int rule_uses_line = 154;
+constexpr int row_count_line = 165;
+constexpr int rule_name_line = 175;
+constexpr int delete_rule_line = 220;
+
 constexpr int column_margin = 20;
+constexpr double whole_width[] = {1.0};
+
+std::wstring as_wide(const _bstr_t& text) {
+  return text.length() ? std::wstring(static_cast<const wchar_t*>(text), text.length()) : std::wstring();
+}
 
 }  // namespace
 
-BOOL CExpirationRulesListDialog::ProcessWindowMessage(HWND, UINT message, WPARAM wParam, LPARAM, LRESULT& result,
+BOOL CExpirationRulesListDialog::ProcessWindowMessage(HWND, UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result,
                                                       DWORD mapId) {
-  if (!SnagtrapUtil::expect(mapId == 0, L"0", ZD_PLACE_AT(map_id_line))) return FALSE;
+  SnagtrapUtil::SourcePlace place = ZD_PLACE_AT(map_id_line);
+  place.file = "ExpirationRulesListDialog.h";
+  if (!SnagtrapUtil::expect(mapId == 0, L"0", place)) return FALSE;
   result = 0;
   switch (message) {
     case WM_INITDIALOG:
       result = OnInitDialog();
       return TRUE;
+    case WM_SIZE:
+      OnSize();
+      return FALSE;
     case WM_COMMAND:
-      if (LOWORD(wParam) != IDCANCEL || HIWORD(wParam) != BN_CLICKED) return FALSE;
+      return OnCommand(LOWORD(wParam), HIWORD(wParam));
+    case WM_NOTIFY:
+      return OnListNotify(*reinterpret_cast<const NMHDR*>(lParam));
+    default:
+      return FALSE;
+  }
+}
+
+BOOL CExpirationRulesListDialog::OnCommand(WORD id, WORD notification) {
+  if (notification != BN_CLICKED) return FALSE;
+  switch (id) {
+    case IDCANCEL:
       EndDialog(IDCANCEL);
+      return TRUE;
+    case IDC_ADD_RULE:
+      edit_rule(0);
+      return TRUE;
+    case IDC_EDIT_RULE:
+      edit_rule_at(list_.GetSelected());
+      return TRUE;
+    case IDC_DELETE_RULE:
+      try_to_delete_rule_impl();
+      return TRUE;
+    default:
+      return FALSE;
+  }
+}
+
+BOOL CExpirationRulesListDialog::OnListNotify(const NMHDR& notification) {
+  if (notification.idFrom != IDC_RULES_LIST) return FALSE;
+  switch (notification.code) {
+    case static_cast<UINT>(NM_DBLCLK):
+      edit_rule_at(reinterpret_cast<const NMITEMACTIVATE&>(notification).iItem);
+      return TRUE;
+    case static_cast<UINT>(LVN_KEYDOWN):
+      if (reinterpret_cast<const NMLVKEYDOWN&>(notification).wVKey == VK_DELETE) try_to_delete_rule_impl();
+      return TRUE;
+    case static_cast<UINT>(LVN_ITEMCHANGED):
+      update_buttons();
       return TRUE;
     default:
       return FALSE;
@@ -37,34 +99,161 @@ BOOL CExpirationRulesListDialog::ProcessWindowMessage(HWND, UINT message, WPARAM
 LRESULT CExpirationRulesListDialog::OnInitDialog() {
   list_.Attach(GetItem(IDC_RULES_LIST));
   list_.Send(LVM_SETEXTENDEDLISTVIEWSTYLE, 0, LVS_EX_FULLROWSELECT);
-  std::wstring title = resource_string::resourse_2_string_impl(IDS_NAME_COLUMN);
-  LVCOLUMNW column = {};
-  column.mask = LVCF_FMT | LVCF_TEXT | LVCF_WIDTH | LVCF_SUBITEM;
-  column.fmt = LVCFMT_LEFT;
-  column.pszText = title.data();
-  column.cx = list_.GetClientRect().right - column_margin;
-  list_.Send(LVM_INSERTCOLUMNW, 0, reinterpret_cast<LPARAM>(&column));
+  list_.SetItemState(0, LVIS_SELECTED, LVIS_SELECTED);
+  insert_name_column();
   update_expiration_rule_list();
-  return 0;
+  if (list_.GetItemCount() > 0) list_.SelectItem(0);
+  anchor_controls();
+  fit_columns(whole_width, 1);
+  return 0;  // the dialog sets no focus itself and the system does not move it
 }
 
-void CExpirationRulesListDialog::update_expiration_rule_list() {
-  try {
-    list_.Send(LVM_DELETEALLITEMS);
-    const IkvTablePtr rules = open_rules_table(*storage_, 0);
-    for_each_row(rules, [&] { add_rule_row(rules); });
-  } catch (...) {
-    SnagtrapUtil::report_exception_in_flight(ZD_PLACE_AT(update_list_line));
+void CExpirationRulesListDialog::insert_name_column() {
+  std::wstring title = resourse_2_string_impl(IDS_NAME_COLUMN);
+  const RECT client = list_.GetClientRect();
+  LVCOLUMNW column = {};
+  column.mask = LVCF_FMT | LVCF_TEXT | LVCF_SUBITEM;
+  column.fmt = LVCFMT_LEFT;
+  column.pszText = title.data();
+  column.cx = client.right - client.left - column_margin;
+  if (column.cx != -1) column.mask |= LVCF_WIDTH;
+  list_.Send(LVM_INSERTCOLUMNW, 0, reinterpret_cast<LPARAM>(&column));
+}
+
+void CExpirationRulesListDialog::anchor_controls() {}
+
+void CExpirationRulesListDialog::OnSize() {
+  // The first sizes arrive while the dialog is being made, before it has its list.
+  if (IsWindow(m_hWnd) && list_.m_hWnd) fit_columns(whole_width, 1);
+}
+
+void CExpirationRulesListDialog::fit_columns(const double* fractions, int count) {
+  const RECT client = list_.GetClientRect();
+  // Room for a vertical scroll bar is always kept.
+  const int whole = client.right - client.left - GetSystemMetrics(SM_CXVSCROLL);
+  int remaining = whole;
+  for (int column = 0; column < count; ++column) {
+    const int width = column == count - 1 ? remaining : static_cast<int>(whole * fractions[column]);
+    list_.Send(LVM_SETCOLUMNWIDTH, static_cast<WPARAM>(column), MAKELPARAM(width, 0));
+    remaining -= width;
   }
 }
 
-void CExpirationRulesListDialog::add_rule_row(const IkvTablePtr& rules) {
-  const _bstr_t name = GetField<_bstr_t>(rules, KVFIELD_RULE_NAME);
-  LVITEMW item = {};
-  item.mask = LVIF_TEXT | LVIF_PARAM;
-  item.pszText = name.length() ? static_cast<wchar_t*>(name) : const_cast<wchar_t*>(L"");
-  item.lParam = GetField<long>(rules, KVFIELD_RULE_ID);
-  list_.Send(LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item));
+void CExpirationRulesListDialog::update_expiration_rule_list() {
+  std::vector<Row> rows;
+  try {
+    list_.Send(LVM_DELETEALLITEMS);
+    read_rows(rows);
+  } catch (...) {
+    SnagtrapUtil::report_exception_in_flight(ZD_PLACE_AT(update_list_line));
+  }
+  show_rows(std::move(rows));
+}
+
+void CExpirationRulesListDialog::read_rows(std::vector<Row>& rows) {
+  const IkvTablePtr rules = open_rules_table(*storage_, 0);
+  for_each_row(rules, [&] { rows.push_back(add_rule_row(rules)); });
+}
+
+CExpirationRulesListDialog::Row CExpirationRulesListDialog::add_rule_row(const IkvTablePtr& rules) {
+  std::wstring name = as_wide(GetField<_bstr_t>(rules, KVFIELD_RULE_NAME));
+  return {std::move(name), GetField<long>(rules, KVFIELD_RULE_ID)};
+}
+
+// A sorted list view looks for the place of every new item; items that arrive from the last to the first all belong at
+// the top and cost it least.
+void CExpirationRulesListDialog::show_rows(std::vector<Row> rows) {
+  std::stable_sort(rows.begin(), rows.end(), [](const Row& left, const Row& right) {
+    return lstrcmpiW(left.name.c_str(), right.name.c_str()) > 0;
+  });
+  const ui_helper::RedrawHold hold(list_);
+  list_.Send(LVM_SETITEMCOUNT, rows.size());
+  for (const Row& row : rows) list_.InsertItem(row.name, row.rule_id);
+}
+
+void CExpirationRulesListDialog::update_buttons() {
+  const bool has_rule = static_cast<long>(list_.GetItemData(list_.GetSelected())) > 0;
+  for (const int id : {IDC_EDIT_RULE, IDC_DELETE_RULE}) platform::CWindow(GetItem(id)).Enable(has_rule);
+}
+
+void CExpirationRulesListDialog::edit_rule(long rule_id) {
+  CEditExpirationRuleDialog editor(storage_, rule_id);
+  if (editor.DoModal(m_hWnd) != IDOK) return;
+  update_expiration_rule_list();
+  select_rule(editor.rule_id());
+}
+
+void CExpirationRulesListDialog::edit_rule_at(int index) {
+  if (index >= 0) edit_rule(static_cast<long>(list_.GetItemData(index)));
+}
+
+void CExpirationRulesListDialog::select_rule(long rule_id) {
+  if (rule_id == 0) return;
+  const int index = list_.FindItemData(rule_id);
+  scroll_item_into_view(index);
+  list_.SelectItem(index);
+  list_.SetFocus();
+}
+
+void CExpirationRulesListDialog::scroll_item_into_view(int index) { list_.ScrollItemIntoView(index); }
+
+_bstr_t CExpirationRulesListDialog::expiration_rule_name(long rule_id) const {
+  _bstr_t name;
+  try {
+    const IkvTablePtr rules = open_rules_table(*storage_, rule_id);
+    long count = 0;
+    SnagtrapUtil::require_success(rules->GetRowCount(&count), ZD_PLACE_AT(row_count_line));
+    if (count != 1) return name;
+    rules->MoveFirst();
+    IkvFieldPtr field;
+    if (find_field(rules, KVFIELD_RULE_NAME, field) == S_OK && field) FieldAccess<_bstr_t>::read(*field, name);
+  } catch (...) {
+    SnagtrapUtil::report_exception_in_flight(ZD_PLACE_AT(rule_name_line));
+  }
+  return name;
+}
+
+bool CExpirationRulesListDialog::is_expiration_rule_uses(long rule_id, std::vector<std::wstring>& users) {
+  users.clear();
+  try {
+    const RuleUsersPlaces places = {ZD_PLACE_AT(used_rule_name_line), ZD_PLACE_AT(setting_field_line),
+                                    ZD_PLACE_AT(setting_name_line)};
+    const _bstr_t name = expiration_rule_name(rule_id);
+    collect_rule_users(open_symbol_source_settings_table(*storage_), name, places, users);
+  } catch (...) {
+    SnagtrapUtil::report_exception_in_flight(ZD_PLACE_AT(rule_uses_line));
+  }
+  return !users.empty();
+}
+
+void CExpirationRulesListDialog::try_to_delete_rule_impl() {
+  const auto rule_id = static_cast<long>(list_.GetItemData(list_.GetSelected()));
+  if (rule_id == 0) return;
+  std::vector<std::wstring> users;
+  if (is_expiration_rule_uses(rule_id, users)) {
+    show_rule_in_use(users);
+    return;
+  }
+  if (!confirm_delete(rule_id)) return;
+  long isOk = 0;
+  storage_->rules->delete_rule(rule_id, &isOk);
+  SnagtrapUtil::expect(isOk == 1, L"isOk", ZD_PLACE_AT(delete_rule_line));
+  update_expiration_rule_list();
+  if (list_.SelectItem(0)) list_.Send(LVM_ENSUREVISIBLE, 0, FALSE);
+}
+
+bool CExpirationRulesListDialog::confirm_delete(long rule_id) {
+  const std::wstring text =
+      confirm_delete_text(resourse_2_string_impl(IDS_CONFIRM_DELETE), as_wide(expiration_rule_name(rule_id)));
+  return show_message(text, MB_YESNO | MB_ICONQUESTION) == IDYES;
+}
+
+void CExpirationRulesListDialog::show_rule_in_use(std::vector<std::wstring> users) {
+  show_message(rule_in_use_text(resourse_2_string_impl(IDS_RULE_IN_USE), users), MB_OK | MB_ICONEXCLAMATION);
+}
+
+int CExpirationRulesListDialog::show_message(const std::wstring& text, UINT flags) {
+  return MessageBoxW(m_hWnd, text.c_str(), resourse_2_string_impl(IDS_CAPTION).c_str(), flags);
 }
 
 }  // namespace zd_expiration_rule_plugin

@@ -1,31 +1,66 @@
 #pragma once
 
+#include <string>
+#include <vector>
+
 #include "Dialog.h"
+#include "ListView.h"
 #include "StorageBlock.h"
 #include "resource.h"
 
 namespace zd_expiration_rule_plugin {
 
-/// The modal dialog in which the user sees every stored expiration rule by name. Each item carries its rule's number as
-/// item data.
+/// The resizable modal dialog in which the user sees every stored expiration rule by name and adds, edits or deletes
+/// rules. Each list item carries its rule's number as item data, the only link from the screen to the storage; 0 means
+/// no rule. The list is rebuilt from the storage after every change.
 class CExpirationRulesListDialog final : public platform::CDialogImpl<CExpirationRulesListDialog> {
  public:
   static constexpr int IDD = IDD_EXPIRATION_RULES_LIST;
 
   /// `storage` must outlive the dialog.
   explicit CExpirationRulesListDialog(StorageBlock* storage) noexcept : storage_(storage) {}
-  ~CExpirationRulesListDialog() override = default;
 
   BOOL ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result,
                             DWORD mapId = 0) override;
+  ~CExpirationRulesListDialog() override = default;
+
+  /// Refills the list. A storage that fails midway leaves the rules read until then; the failure is reported.
+  void update_expiration_rule_list();
+  /// The name of a rule; empty when there is no such rule or it cannot be read, which is reported.
+  _bstr_t expiration_rule_name(long rule_id) const;
+  /// Whether a symbol source setting uses the rule; `users` receives the names of all that do. A failure midway is
+  /// reported, and what was found until then counts.
+  bool is_expiration_rule_uses(long rule_id, std::vector<std::wstring>& users);
 
  private:
+  struct Row {
+    std::wstring name;
+    long rule_id;
+  };
+
   LRESULT OnInitDialog();
-  void update_expiration_rule_list();
-  void add_rule_row(const IkvTablePtr& rules);
+  void OnSize();
+  BOOL OnCommand(WORD id, WORD notification);
+  BOOL OnListNotify(const NMHDR& notification);
+
+  void insert_name_column();
+  void anchor_controls();
+  void read_rows(std::vector<Row>& rows);
+  static Row add_rule_row(const IkvTablePtr& rules);
+  void show_rows(std::vector<Row> rows);
+  void update_buttons();
+  void edit_rule(long rule_id);
+  void edit_rule_at(int index);
+  void select_rule(long rule_id);
+  void scroll_item_into_view(int index);
+  void fit_columns(const double* fractions, int count);
+  void try_to_delete_rule_impl();
+  bool confirm_delete(long rule_id);
+  void show_rule_in_use(std::vector<std::wstring> users);
+  int show_message(const std::wstring& text, UINT flags);
 
   StorageBlock* storage_;
-  platform::CWindow list_;
+  ui_helper::CListView list_;
 };
 
 }  // namespace zd_expiration_rule_plugin
