@@ -43,7 +43,7 @@ HMODULE load_registered_library() noexcept {
   wchar_t guid[guid_text_size] = {};
   if (StringFromGUID2(__uuidof(IKV_SnagtrapUtil::SnagtrapLibrary), guid, guid_text_size) == 0) return nullptr;
   char key[80] = {};
-  if (std::snprintf(key, sizeof key, "CLSID\\%ls\\InprocServer32", guid) < 0) return nullptr;
+  if (_snprintf(key, sizeof key - 1, "CLSID\\%ls\\InprocServer32", guid) < 0) return nullptr;
   char path[MAX_PATH + 1] = {};
   DWORD size = sizeof path;
   if (RegGetValueA(HKEY_CLASSES_ROOT, key, nullptr, RRF_RT_REG_SZ, nullptr, path, &size) != ERROR_SUCCESS) {
