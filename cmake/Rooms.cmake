@@ -19,6 +19,8 @@ target_compile_options(
             -ffunction-sections
             -fdata-sections
             -ffile-prefix-map=${PROJECT_SOURCE_DIR}=.)
+# A program or a module brings its runtime with it: nothing needs to lie beside it.
+target_link_options(zd_build_rules INTERFACE -static)
 
 # zd_add_room(name SOURCES ... USES ...): a static library of this folder's sources; USES are the rooms below it.
 function(zd_add_room name)

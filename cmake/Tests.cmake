@@ -1,0 +1,53 @@
+# Tests: GoogleTest from its Debian package, and one test program per room.
+
+set(ZD_GOOGLETEST /usr/src/googletest CACHE PATH "Sources of GoogleTest, as the package googletest installs them")
+if(NOT EXISTS ${ZD_GOOGLETEST}/CMakeLists.txt)
+  message(FATAL_ERROR "GoogleTest is not at ${ZD_GOOGLETEST}: install googletest or set ZD_GOOGLETEST")
+endif()
+
+set(CMAKE_POLICY_DEFAULT_CMP0077 NEW)
+set(INSTALL_GTEST OFF)
+add_subdirectory(${ZD_GOOGLETEST} ${PROJECT_BINARY_DIR}/googletest EXCLUDE_FROM_ALL)
+foreach(target gtest gmock)
+  target_compile_options(${target} PRIVATE -w)
+endforeach()
+
+include(GoogleTest)
+
+# zd_add_test(name SOURCES ... USES ... [RESOURCES ...] [TIMEOUT seconds] [ALONE]): the program name_tests, whose tests
+# CTest knows as name.Suite.Test, with the label name.
+#   RESOURCES  targets that hold compiled resources, or .rc files
+#   TIMEOUT    how long one test may take before the watchdog ends it; 60 by default
+#   ALONE      for tests that own the keyboard, the mouse and the foreground: nothing runs beside them
+# Tests of one room share registry keys and files, so they run one after the other; rooms run side by side.
+function(zd_add_test name)
+  cmake_parse_arguments(TEST "ALONE" "TIMEOUT" "SOURCES;USES;RESOURCES" ${ARGN})
+  if(NOT TEST_TIMEOUT)
+    set(TEST_TIMEOUT 60)
+  endif()
+  # CTest's own limit is the second line of defence, for a process that never reaches its main function.
+  math(EXPR ctest_timeout "${TEST_TIMEOUT} + 30")
+
+  set(target ${name}_tests)
+  add_executable(${target} ${TEST_SOURCES})
+  foreach(resource IN LISTS TEST_RESOURCES)
+    if(TARGET ${resource})
+      target_sources(${target} PRIVATE $<TARGET_OBJECTS:${resource}>)
+    else()
+      target_sources(${target} PRIVATE ${resource})
+    endif()
+  endforeach()
+  target_link_libraries(${target} PRIVATE test_support ${TEST_USES})
+  # The heap's own checks are on, so that the validation after each test sees overruns and use after free.
+  gtest_discover_tests(
+    ${target}
+    DISCOVERY_MODE PRE_TEST
+    DISCOVERY_TIMEOUT 120
+    TEST_PREFIX ${name}.
+    PROPERTIES
+      LABELS ${name}
+      TIMEOUT ${ctest_timeout}
+      RUN_SERIAL ${TEST_ALONE}
+      RESOURCE_LOCK ${name}
+      ENVIRONMENT "ZD_TEST_WATCHDOG=${TEST_TIMEOUT};WINEDEBUG=-all,warn+heap")
+endfunction()

@@ -1,0 +1,63 @@
+#include "ScreenDump.h"
+
+#include <windows.h>
+
+#include <string>
+
+namespace test_support {
+namespace {
+
+constexpr UINT answer_time_ms = 200;
+
+std::string to_utf8(const wchar_t* text) {
+  const int size = WideCharToMultiByte(CP_UTF8, 0, text, -1, nullptr, 0, nullptr, nullptr);
+  if (size <= 1) return {};
+  std::string utf8(static_cast<size_t>(size) - 1, '\0');
+  WideCharToMultiByte(CP_UTF8, 0, text, -1, utf8.data(), size, nullptr, nullptr);
+  return utf8;
+}
+
+/// The text as the window tells it; when its thread does not answer, as the system remembers it.
+std::string text_of(HWND window) {
+  wchar_t text[512] = L"";
+  DWORD_PTR length = 0;
+  if (!SendMessageTimeoutW(window, WM_GETTEXT, ARRAYSIZE(text), reinterpret_cast<LPARAM>(text),
+                           SMTO_ABORTIFHUNG | SMTO_BLOCK, answer_time_ms, &length)) {
+    InternalGetWindowText(window, text, ARRAYSIZE(text));
+  }
+  return to_utf8(text);
+}
+
+std::string class_of(HWND window) {
+  wchar_t name[256] = L"";
+  GetClassNameW(window, name, ARRAYSIZE(name));
+  return to_utf8(name);
+}
+
+void dump_window(HWND window, const char* indent, std::FILE* out) {
+  RECT place{};
+  GetWindowRect(window, &place);
+  std::fprintf(out, "%s%s \"%s\" id %d (%ld,%ld)-(%ld,%ld)%s%s\n", indent, class_of(window).c_str(),
+               text_of(window).c_str(), GetDlgCtrlID(window), place.left, place.top, place.right, place.bottom,
+               IsWindowVisible(window) ? "" : " hidden", IsWindowEnabled(window) ? "" : " disabled");
+}
+
+BOOL CALLBACK dump_child(HWND window, LPARAM out) {
+  dump_window(window, "    ", reinterpret_cast<std::FILE*>(out));
+  return TRUE;
+}
+
+BOOL CALLBACK dump_top_level(HWND window, LPARAM out) {
+  DWORD process = 0;
+  GetWindowThreadProcessId(window, &process);
+  if (process != GetCurrentProcessId()) return TRUE;
+  dump_window(window, "  ", reinterpret_cast<std::FILE*>(out));
+  EnumChildWindows(window, dump_child, out);
+  return TRUE;
+}
+
+}  // namespace
+
+void dump_screen(std::FILE* out) { EnumWindows(dump_top_level, reinterpret_cast<LPARAM>(out)); }
+
+}  // namespace test_support

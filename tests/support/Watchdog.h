@@ -1,0 +1,34 @@
+#pragma once
+
+#include <windows.h>
+#include <gtest/gtest.h>
+
+namespace test_support {
+
+/// The exit code of a test program that its watchdog ended.
+inline constexpr UINT watchdog_exit_code = 86;
+
+/// Ends the process when no test finishes for a while, after writing what is on the screen to stderr: a modal dialog
+/// that nobody answers is a failed test and not a hung build. Every start and end of a test winds it up again.
+class Watchdog : public testing::EmptyTestEventListener {
+ public:
+  /// `limit_ms` 0 switches it off.
+  explicit Watchdog(DWORD limit_ms);
+  ~Watchdog() override;
+  Watchdog(const Watchdog&) = delete;
+  Watchdog& operator=(const Watchdog&) = delete;
+
+  void OnTestStart(const testing::TestInfo& test) override;
+  void OnTestEnd(const testing::TestInfo& test) override;
+
+ private:
+  static DWORD WINAPI run(void* self);
+  void wind_up();
+
+  DWORD limit_ms_;
+  HANDLE wound_up_;
+  HANDLE done_;
+  HANDLE thread_ = nullptr;
+};
+
+}  // namespace test_support
