@@ -50,11 +50,12 @@ class CDialogImpl : public TBase {
 
  private:
   static CDialogImpl* bound(HWND window, UINT message, LPARAM lParam) noexcept {
-    if (message == WM_INITDIALOG) {
-      SetWindowLongPtrW(window, DWLP_USER, lParam);
-      reinterpret_cast<CDialogImpl*>(lParam)->m_hWnd = window;
-    }
-    return reinterpret_cast<CDialogImpl*>(GetWindowLongPtrW(window, DWLP_USER));
+    auto* dialog = reinterpret_cast<CDialogImpl*>(GetWindowLongPtrW(window, DWLP_USER));
+    if (dialog || message != WM_INITDIALOG) return dialog;
+    dialog = reinterpret_cast<CDialogImpl*>(lParam);
+    SetWindowLongPtrW(window, DWLP_USER, lParam);
+    if (dialog) dialog->m_hWnd = window;
+    return dialog;
   }
 
   static INT_PTR CALLBACK DialogProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept {

@@ -124,9 +124,9 @@ void CzdExpirationRulePlugin::add_zd_menu_items(IDispatch* pMainMenu) {
                             [&](IkvSubMenu** out) { return main_menu->AddSubMenu(caption, hint, submenu_flags, out); }),
                     ZD_PLACE_AT(add_submenu_line));
   }
+  IkvSubMenu& submenu = *rules_menu_;
   const auto self = query<IkvPlugin>(static_cast<IkvPlugin*>(this));
   const _bstr_t command = shared_text(command_caption_id);
-  IkvSubMenu& submenu = *rules_menu_;
   require_success(receive(menu_item_,
                           [&](IkvMenuItem** out) {
                             return submenu.AddCommand(command, 0, 0, 0, nullptr, command_kind, self, out);
