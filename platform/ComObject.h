@@ -12,7 +12,9 @@ namespace platform {
 /// A COM object of class `T`, stand-alone or aggregated. `T` implements its interfaces but not `IUnknown`, and offers
 ///   IUnknown* find_interface(REFIID iid) noexcept;  // without a reference of its own, null when there is none
 ///   HRESULT FinalConstruct() noexcept;              // runs before the first interface is asked for
-/// The object is made with one reference, holds one lock on the module while it lives, and deletes itself.
+///   void FinalRelease() noexcept;                   // runs after the last release, while the object is still whole
+/// The object is made with one reference and deletes itself. It holds one lock on the module until `FinalRelease` has
+/// let go of other objects, because their releases come back into the module's code.
 template <class T>
 class ComObject final : public T {
  public:
@@ -49,13 +51,14 @@ class ComObject final : public T {
       const LONG left = InterlockedDecrement(&references_);
       if (left == 0) {
         references_ = destruction_references;
+        owner_.FinalRelease();
         delete &owner_;
       }
       return left > 0 ? static_cast<ULONG>(left) : 0;
     }
 
    private:
-    // References taken and dropped while members are released must not delete the object a second time.
+    // References taken and dropped during FinalRelease must not delete the object a second time.
     static constexpr LONG destruction_references = 0x40000000;
 
     ComObject& owner_;

@@ -49,11 +49,17 @@ ComPtr<Interface> create_instance(const CLSID& class_id) {
   return ComPtr<Interface>(made, false);
 }
 
+/// Lets go of an object. The pointer is null already while the object is released.
+template <class Interface>
+void release(ComPtr<Interface>& target) noexcept {
+  if (Interface* held = target.Detach()) held->Release();
+}
+
 /// Runs a call that hands out an interface and keeps what it gave. The old object is released first; a call that leaves
 /// its out parameter untouched gives null.
 template <class Interface, class Call>
 HRESULT receive(ComPtr<Interface>& target, const Call& call) {
-  target.Attach(nullptr);
+  release(target);
   Interface* given = nullptr;
   const HRESULT hr = call(&given);
   target.Attach(given);

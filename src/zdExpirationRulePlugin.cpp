@@ -16,6 +16,7 @@ namespace {
 
 using platform::query;
 using platform::receive;
+using platform::release;
 using platform::take_string;
 using SnagtrapUtil::expect;
 using SnagtrapUtil::require_success;
@@ -45,14 +46,14 @@ constexpr long hot_key_code = 0x55;
 
 _bstr_t shared_text(unsigned int id) { return zd_common_res::GetString(id).c_str(); }
 
-/// Fills an entry of the storage block unless it is the storage object itself already. Null when the storage object
+/// Fills an entry of the storage block from `source` unless it holds that object already. Null when `source` is null or
 /// does not give the interface.
 template <class Interface>
-void fill_entry(platform::ComPtr<Interface>& entry, IUnknown* storage) {
+void fill_entry(platform::ComPtr<Interface>& entry, IUnknown* source) {
   IUnknown* const current = entry;
-  if (current == storage) return;
+  if (current == source) return;
   receive(entry, [&](Interface** out) {
-    return storage ? storage->QueryInterface(__uuidof(Interface), reinterpret_cast<void**>(out)) : E_POINTER;
+    return source ? source->QueryInterface(__uuidof(Interface), reinterpret_cast<void**>(out)) : E_POINTER;
   });
 }
 
@@ -67,6 +68,16 @@ long command_id(const platform::ComPtr<Item>& item) {
 }
 
 }  // namespace
+
+void CzdExpirationRulePlugin::FinalRelease() noexcept {
+  release(hot_key_);
+  release(menu_item_);
+  release(rules_menu_);
+  release(storage_.rules);
+  release(storage_.symbol_sources);
+  release(storage_.session);
+  release(storage_.storage);
+}
 
 IUnknown* CzdExpirationRulePlugin::find_interface(REFIID iid) noexcept {
   if (iid == __uuidof(IkvPlugin) || iid == IID_IDispatch) return static_cast<IkvPlugin*>(this);
@@ -100,13 +111,13 @@ STDMETHODIMP CzdExpirationRulePlugin::Initialize(IDispatch* pMainMenu, IDispatch
 }
 
 void CzdExpirationRulePlugin::fill_storage_block(IDispatch* zdStorage) {
-  if (!zdStorage) {
+  if (zdStorage) {
+    fill_entry(storage_.storage, zdStorage);
+  } else {
     receive(storage_.storage, [](IkvStorage** out) {
       return CoCreateInstance(__uuidof(kvStorage), nullptr, CLSCTX_ALL, __uuidof(IkvStorage),
                               reinterpret_cast<void**>(out));
     });
-  } else if (static_cast<IUnknown*>(storage_.storage) != zdStorage) {
-    storage_.storage = platform::try_query<IkvStorage>(zdStorage);
   }
   fill_entry(storage_.session, storage_.storage);
   fill_entry(storage_.symbol_sources, storage_.storage);

@@ -19,6 +19,8 @@ class CzdExpirationRulePlugin : public platform::DualInterface<IkvPlugin, LIBID_
   CzdExpirationRulePlugin& operator=(const CzdExpirationRulePlugin&) = delete;
 
   HRESULT FinalConstruct() noexcept { return S_OK; }
+  /// Releases the host's objects in the reverse order of their acquisition.
+  void FinalRelease() noexcept;
   IUnknown* find_interface(REFIID iid) noexcept;
 
   /// Takes over the host's storage and adds the menu command and the hot key. E_INVALIDARG for a missing argument
@@ -42,7 +44,6 @@ class CzdExpirationRulePlugin : public platform::DualInterface<IkvPlugin, LIBID_
   void add_zd_menu_items(IDispatch* pMainMenu);
   void create_zd_hot_key(IDispatch* PortfolioHotKeys);
 
-  // Destroyed in the reverse order: hot key, menu item, submenu, then the storage block.
   StorageBlock storage_;
   platform::ComPtr<IkvSubMenu> rules_menu_;
   platform::ComPtr<IkvMenuItem> menu_item_;
