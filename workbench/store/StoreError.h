@@ -39,4 +39,9 @@ class StoreError : public std::runtime_error {
   std::wstring subject_;
 };
 
+StoreError rule_not_found(long number);
+StoreError rule_changed(const std::wstring& name);
+StoreError rule_in_use(const std::wstring& name);
+StoreError duplicate_rule_name(const std::wstring& name);
+
 }  // namespace workbench

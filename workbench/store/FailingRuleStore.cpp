@@ -1,0 +1,39 @@
+#include "FailingRuleStore.h"
+
+namespace workbench {
+
+FailingRuleStore::FailingRuleStore(std::shared_ptr<RuleStore> store, int failing_call, StoreErrorKind kind)
+    : store_(std::move(store)),
+      changes_(store_->subscribe([this] { notify_subscribers(); })),
+      failing_call_(failing_call),
+      kind_(kind) {}
+
+RuleStore& FailingRuleStore::next() {
+  if (++calls_ == failing_call_)
+    throw StoreError(kind_, std::to_wstring(calls_), "call " + std::to_string(calls_) + " was made to fail");
+  return *store_;
+}
+
+std::vector<StoredRule> FailingRuleStore::load_rules() { return next().load_rules(); }
+
+std::optional<StoredRule> FailingRuleStore::try_load_rule(long number) { return next().try_load_rule(number); }
+
+StoredRule FailingRuleStore::add_rule(const Rule& rule) { return next().add_rule(rule); }
+
+StoredRule FailingRuleStore::update_rule(long number, const Rule& rule, std::optional<Revision> expected) {
+  return next().update_rule(number, rule, expected);
+}
+
+void FailingRuleStore::delete_rule(long number) { next().delete_rule(number); }
+
+std::vector<SymbolSourceSetting> FailingRuleStore::load_settings() { return next().load_settings(); }
+
+void FailingRuleStore::replace_settings(const std::vector<SymbolSourceSetting>& settings) {
+  next().replace_settings(settings);
+}
+
+void FailingRuleStore::replace_content(const StoreContent& content) { next().replace_content(content); }
+
+bool FailingRuleStore::poll_for_changes() { return next().poll_for_changes(); }
+
+}  // namespace workbench

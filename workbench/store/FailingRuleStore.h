@@ -1,0 +1,37 @@
+#pragma once
+
+#include "RuleStore.h"
+
+namespace workbench {
+
+/// Passes every call on to another store, except one, which fails before it reaches that store.
+class FailingRuleStore final : public RuleStore {
+ public:
+  /// The call that comes `failing_call`-th, counted from 1, fails with an error of this kind; 0: none does.
+  FailingRuleStore(std::shared_ptr<RuleStore> store, int failing_call,
+                   StoreErrorKind kind = StoreErrorKind::unavailable);
+
+  /// How many calls have come so far.
+  int calls() const noexcept { return calls_; }
+
+  std::vector<StoredRule> load_rules() override;
+  std::optional<StoredRule> try_load_rule(long number) override;
+  StoredRule add_rule(const Rule& rule) override;
+  StoredRule update_rule(long number, const Rule& rule, std::optional<Revision> expected) override;
+  void delete_rule(long number) override;
+  std::vector<SymbolSourceSetting> load_settings() override;
+  void replace_settings(const std::vector<SymbolSourceSetting>& settings) override;
+  void replace_content(const StoreContent& content) override;
+  bool poll_for_changes() override;
+
+ private:
+  RuleStore& next();
+
+  std::shared_ptr<RuleStore> store_;
+  StoreSubscription changes_;
+  int failing_call_;
+  StoreErrorKind kind_;
+  int calls_ = 0;
+};
+
+}  // namespace workbench

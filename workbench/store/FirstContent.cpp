@@ -1,0 +1,47 @@
+#include "FirstContent.h"
+
+#include <string_view>
+
+#include "FirstContentData.h"
+#include "StoredText.h"
+
+namespace workbench {
+
+namespace {
+
+/// Takes the text up to the next separator, or all of it, off the front.
+std::string_view take_until(std::string_view& text, char separator) {
+  const std::string_view taken = text.substr(0, text.find(separator));
+  text.remove_prefix(taken.size() < text.size() ? taken.size() + 1 : taken.size());
+  return taken;
+}
+
+/// Calls `read` with each line after the line of field names.
+template <class Read>
+void for_each_record(std::string_view lines, Read&& read) {
+  take_until(lines, '\n');
+  while (!lines.empty()) read(take_until(lines, '\n'));
+}
+
+Rule read_rule(std::string_view line) {
+  Rule rule;
+  rule.name = from_stored_text(take_until(line, '\t'));
+  for (const RuleColumn& column : rule_columns) rule.*column.value = std::stol(std::string(take_until(line, '\t')));
+  return rule;
+}
+
+SymbolSourceSetting read_setting(std::string_view line) {
+  const std::string_view name = take_until(line, '\t');
+  return {from_stored_text(name), from_stored_text(line)};
+}
+
+}  // namespace
+
+StoreContent first_content() {
+  StoreContent content;
+  for_each_record(first_rules, [&](std::string_view line) { content.rules.push_back(read_rule(line)); });
+  for_each_record(first_settings, [&](std::string_view line) { content.settings.push_back(read_setting(line)); });
+  return content;
+}
+
+}  // namespace workbench

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "RuleStore.h"
+
+namespace workbench {
+
+/// A store that lasts as long as the object.
+class MemoryRuleStore final : public RuleStore {
+ public:
+  std::vector<StoredRule> load_rules() override { return rules_; }
+  std::optional<StoredRule> try_load_rule(long number) override;
+  StoredRule add_rule(const Rule& rule) override;
+  StoredRule update_rule(long number, const Rule& rule, std::optional<Revision> expected) override;
+  void delete_rule(long number) override;
+  std::vector<SymbolSourceSetting> load_settings() override { return settings_; }
+  void replace_settings(const std::vector<SymbolSourceSetting>& settings) override;
+  void replace_content(const StoreContent& content) override;
+  bool poll_for_changes() override { return false; }
+
+ private:
+  std::vector<StoredRule>::iterator find(long number);
+  void refuse_duplicate(const Rule& rule, long number) const;
+
+  std::vector<StoredRule> rules_;  // by ascending number
+  std::vector<SymbolSourceSetting> settings_;
+  long last_number_ = 0;
+};
+
+}  // namespace workbench

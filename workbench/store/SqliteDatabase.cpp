@@ -1,0 +1,156 @@
+#include "SqliteDatabase.h"
+
+#include <windows.h>
+#include <sqlite3.h>
+
+#include <new>
+
+#include "StoreError.h"
+#include "StoredText.h"
+
+namespace workbench {
+
+namespace {
+
+/// An error of the system, as SQLite met it when it opened, read or wrote a file.
+StoreErrorKind system_error_kind(int error) {
+  switch (error) {
+    case ERROR_SHARING_VIOLATION:
+    case ERROR_LOCK_VIOLATION:
+      return StoreErrorKind::locked;
+    case ERROR_ACCESS_DENIED:
+    case ERROR_WRITE_PROTECT:
+      return StoreErrorKind::read_only;
+    case ERROR_DISK_FULL:
+    case ERROR_HANDLE_DISK_FULL:
+      return StoreErrorKind::full;
+    default:
+      return StoreErrorKind::unavailable;
+  }
+}
+
+StoreErrorKind error_kind(int code, int system_error) {
+  if (code == SQLITE_CONSTRAINT_UNIQUE) return StoreErrorKind::duplicate_name;
+  if (code == SQLITE_READONLY_DBMOVED) return StoreErrorKind::unavailable;
+  switch (code & 0xFF) {
+    case SQLITE_READONLY:
+      return StoreErrorKind::read_only;
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+      return StoreErrorKind::locked;
+    case SQLITE_FULL:
+      return StoreErrorKind::full;
+    case SQLITE_CONSTRAINT:
+    case SQLITE_TOOBIG:
+      return StoreErrorKind::invalid_value;
+    case SQLITE_CORRUPT:
+    case SQLITE_NOTADB:
+    case SQLITE_ERROR:  // the statements are right, so the file's schema is not
+      return StoreErrorKind::damaged;
+    case SQLITE_CANTOPEN:
+    case SQLITE_IOERR:
+      return system_error_kind(system_error);
+    default:
+      return StoreErrorKind::unavailable;
+  }
+}
+
+std::string utf8(const std::filesystem::path& path) { return to_stored_text(path.native()); }
+
+}  // namespace
+
+void SqliteStatement::Finalize::operator()(sqlite3_stmt* statement) const noexcept { sqlite3_finalize(statement); }
+
+SqliteStatement& SqliteStatement::bind(int parameter, std::int64_t value) {
+  refuse(sqlite3_bind_int64(statement_.get(), parameter, value));
+  return *this;
+}
+
+SqliteStatement& SqliteStatement::bind(int parameter, std::wstring_view text) {
+  const std::string bytes = to_stored_text(text);
+  refuse(sqlite3_bind_text64(statement_.get(), parameter, bytes.data(), bytes.size(), SQLITE_TRANSIENT, SQLITE_UTF8));
+  return *this;
+}
+
+bool SqliteStatement::step() {
+  const int code = sqlite3_step(statement_.get());
+  if (code != SQLITE_ROW && code != SQLITE_DONE) refuse(code);
+  return code == SQLITE_ROW;
+}
+
+void SqliteStatement::run() {
+  while (step()) continue;
+  refuse(sqlite3_reset(statement_.get()));
+}
+
+std::int64_t SqliteStatement::integer(int column) const { return sqlite3_column_int64(statement_.get(), column); }
+
+std::wstring SqliteStatement::text(int column) const {
+  const auto* bytes = static_cast<const char*>(sqlite3_column_blob(statement_.get(), column));
+  const int size = sqlite3_column_bytes(statement_.get(), column);
+  return from_stored_text({bytes, bytes ? static_cast<std::size_t>(size) : 0});
+}
+
+void SqliteStatement::refuse(int code) {
+  if (code != SQLITE_OK) database_->fail(code);
+}
+
+void SqliteDatabase::Close::operator()(sqlite3* database) const noexcept { sqlite3_close(database); }
+
+SqliteDatabase::SqliteDatabase(const std::filesystem::path& path, std::chrono::milliseconds patience) : path_(path) {
+  sqlite3* database = nullptr;
+  const int code = sqlite3_open_v2(utf8(path).c_str(), &database, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
+  database_.reset(database);
+  if (code != SQLITE_OK) fail(code);
+  sqlite3_extended_result_codes(database, 1);
+  sqlite3_db_config(database, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+  set_patience(patience);
+}
+
+SqliteStatement SqliteDatabase::prepare(std::string_view sql) const {
+  sqlite3_stmt* statement = nullptr;
+  const int code = sqlite3_prepare_v2(database_.get(), sql.data(), static_cast<int>(sql.size()), &statement, nullptr);
+  if (code != SQLITE_OK) fail(code);
+  return {*this, statement};
+}
+
+void SqliteDatabase::execute(const char* sql) const {
+  const int code = sqlite3_exec(database_.get(), sql, nullptr, nullptr, nullptr);
+  if (code != SQLITE_OK) fail(code);
+}
+
+std::int64_t SqliteDatabase::integer(std::string_view sql) const {
+  SqliteStatement statement = prepare(sql);
+  return statement.step() ? statement.integer(0) : 0;
+}
+
+void SqliteDatabase::set_patience(std::chrono::milliseconds patience) const noexcept {
+  sqlite3_busy_timeout(database_.get(), static_cast<int>(patience.count()));
+}
+
+void SqliteDatabase::fail(int code) const {
+  if ((code & 0xFF) == SQLITE_NOMEM || !database_) throw std::bad_alloc();
+  throw StoreError(error_kind(code, sqlite3_system_errno(database_.get())), path_.native(),
+                   sqlite3_errmsg(database_.get()));
+}
+
+SqliteTransaction::SqliteTransaction(const SqliteDatabase& database) : database_(database) {
+  database_.execute("BEGIN IMMEDIATE");
+}
+
+SqliteTransaction::~SqliteTransaction() {
+  if (!open_) return;
+  try {
+    database_.execute("ROLLBACK");
+  } catch (const std::exception&) {
+    // The library has rolled back by itself; it says so by refusing.
+    return;
+  }
+}
+
+void SqliteTransaction::commit() {
+  database_.execute("COMMIT");
+  open_ = false;
+}
+
+}  // namespace workbench

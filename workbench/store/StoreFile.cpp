@@ -1,0 +1,136 @@
+#include "StoreFile.h"
+
+#include <array>
+#include <fstream>
+#include <functional>
+
+#include "StoreError.h"
+
+namespace workbench {
+
+namespace {
+
+/// What a SQLite file says of itself in its header.
+struct Identity {
+  std::uint32_t application = 0;
+  std::uint32_t version = 0;
+};
+
+constexpr std::uint32_t store_application = 0x7A644552;
+
+/// The step at index n leads from version n to version n + 1; version 0 is an empty file. Files of every version are
+/// out there, so a step never changes once it was shipped.
+constexpr std::array migrations{
+    R"sql(
+      CREATE TABLE rules (
+        RuleID INTEGER PRIMARY KEY AUTOINCREMENT CHECK (RuleID BETWEEN 1 AND 2147483647),
+        RuleName TEXT NOT NULL UNIQUE COLLATE BINARY CHECK (length(CAST(RuleName AS BLOB)) BETWEEN 1 AND 765),
+        RollOffset INTEGER NOT NULL CHECK (RollOffset BETWEEN 0 AND 99),
+        DayType INTEGER NOT NULL CHECK (DayType BETWEEN 0 AND 1),
+        DayMode INTEGER NOT NULL CHECK (DayMode BETWEEN 0 AND 1),
+        DayOfMonth INTEGER NOT NULL CHECK (DayOfMonth BETWEEN 1 AND 31),
+        DayMonth INTEGER NOT NULL CHECK (DayMonth BETWEEN 0 AND 2),
+        WeekOrdinal INTEGER NOT NULL CHECK (WeekOrdinal BETWEEN 1 AND 5),
+        Weekday INTEGER NOT NULL CHECK (Weekday BETWEEN 0 AND 6),
+        WeekdayMonth INTEGER NOT NULL CHECK (WeekdayMonth BETWEEN 0 AND 2),
+        MoveToNextTradingDay INTEGER NOT NULL CHECK (MoveToNextTradingDay BETWEEN 0 AND 1)
+      ) STRICT;
+    )sql",
+    R"sql(
+      CREATE TABLE symbol_source_settings (
+        SettingID INTEGER PRIMARY KEY,
+        SettingName TEXT NOT NULL COLLATE BINARY CHECK (length(CAST(SettingName AS BLOB)) BETWEEN 1 AND 765),
+        RuleName TEXT NOT NULL COLLATE BINARY CHECK (length(CAST(RuleName AS BLOB)) <= 765)
+      ) STRICT;
+      CREATE INDEX symbol_source_settings_by_rule ON symbol_source_settings (RuleName);
+    )sql",
+    R"sql(
+      ALTER TABLE rules ADD COLUMN Revision INTEGER NOT NULL DEFAULT 1 CHECK (Revision >= 1);
+    )sql",
+};
+constexpr auto present_version = static_cast<std::uint32_t>(migrations.size());
+
+[[noreturn]] void refuse(StoreErrorKind kind, const std::filesystem::path& path, const std::string& detail) {
+  throw StoreError(kind, path.native(), detail);
+}
+
+void refuse_unless_ours(const Identity& identity, const std::filesystem::path& path) {
+  if (identity.application != store_application)
+    refuse(StoreErrorKind::foreign, path, "application id " + std::to_string(identity.application));
+  if (identity.version > present_version)
+    refuse(StoreErrorKind::newer, path, "version " + std::to_string(identity.version));
+}
+
+std::uint32_t big_endian(const char* bytes) {
+  std::uint32_t value = 0;
+  for (int i = 0; i < 4; ++i) value = value << 8 | static_cast<unsigned char>(bytes[i]);
+  return value;
+}
+
+bool has_content(const std::filesystem::path& path) {
+  std::error_code missing;
+  const auto size = std::filesystem::file_size(path, missing);
+  return !missing && size > 0;
+}
+
+/// Looks at the file's first bytes before SQLite does, because SQLite may tidy up behind another program.
+void refuse_foreign_file(const std::filesystem::path& path) {
+  std::error_code missing;
+  if (std::filesystem::is_directory(path, missing)) refuse(StoreErrorKind::unavailable, path, "a folder");
+  // Of a change that was cut short only SQLite can read the header: it puts back what the journal holds first.
+  if (!has_content(path) || has_content(path.native() + L"-journal")) return;
+  std::ifstream file(path, std::ios::binary);
+  if (!file) return;  // SQLite cannot open it either, and says why
+  std::array<char, 100> header{};
+  file.read(header.data(), header.size());
+  if (std::string_view(header.data(), 16) != std::string_view("SQLite format 3", 16))
+    refuse(StoreErrorKind::foreign, path, "no SQLite header");
+  if (!file) refuse(StoreErrorKind::damaged, path, "the header is cut short");
+  refuse_unless_ours({big_endian(&header[68]), big_endian(&header[60])}, path);
+}
+
+Identity read_identity(const SqliteDatabase& database) {
+  return {static_cast<std::uint32_t>(database.integer("PRAGMA application_id")),
+          static_cast<std::uint32_t>(database.integer("PRAGMA user_version"))};
+}
+
+bool is_new(const SqliteDatabase& database) { return database.integer("PRAGMA page_count") == 0; }
+
+void refuse_damaged(const SqliteDatabase& database, const std::filesystem::path& path) {
+  SqliteStatement check = database.prepare("PRAGMA integrity_check(1)");
+  if (check.step() && check.text(0) == L"ok") return;
+  refuse(StoreErrorKind::damaged, path, "the file failed its integrity check");
+}
+
+void migrate(const SqliteDatabase& database, const std::filesystem::path& path,
+             const std::function<void(const SqliteDatabase&)>& fill) {
+  SqliteTransaction transaction(database);
+  // Another program may have been here first.
+  const bool fresh = is_new(database);
+  if (!fresh) refuse_unless_ours(read_identity(database), path);
+  for (std::uint32_t version = read_identity(database).version; version < present_version; ++version)
+    database.execute(migrations[version]);
+  database.execute(("PRAGMA application_id = " + std::to_string(store_application)).c_str());
+  database.execute(("PRAGMA user_version = " + std::to_string(present_version)).c_str());
+  if (fresh) fill(database);
+  transaction.commit();
+}
+
+}  // namespace
+
+SqliteDatabase open_store_file(const std::filesystem::path& path, std::chrono::milliseconds patience,
+                               const std::function<void(const SqliteDatabase&)>& fill) {
+  refuse_foreign_file(path);
+  std::error_code refused;  // SQLite meets the missing folder and says why
+  std::filesystem::create_directories(path.parent_path(), refused);
+  SqliteDatabase database(path, patience);
+  database.execute("PRAGMA synchronous = EXTRA; PRAGMA cell_size_check = ON; PRAGMA trusted_schema = OFF");
+  if (!is_new(database)) {
+    refuse_unless_ours(read_identity(database), path);
+    refuse_damaged(database, path);
+  }
+  if (read_identity(database).version < present_version) migrate(database, path, fill);
+  return database;
+}
+
+}  // namespace workbench
