@@ -1,0 +1,158 @@
+#include "StorageObject.h"
+
+#include <comdef.h>
+
+#include "HostOnly.h"
+#include "StoreResult.h"
+
+namespace workbench {
+
+namespace {
+
+_COM_SMARTPTR_TYPEDEF(ITableAccess, __uuidof(ITableAccess));
+_COM_SMARTPTR_TYPEDEF(IRuleFilterAccess, __uuidof(IRuleFilterAccess));
+
+/// The rows of a table that may be filled, or null.
+TableRows* empty_rows(IKV_kvudfcom::IkvTable* table) {
+  ITableAccessPtr access;
+  if (!table || FAILED(table->QueryInterface(__uuidof(ITableAccess), reinterpret_cast<void**>(&access))))
+    return nullptr;
+  TableRows& rows = access->rows();
+  return rows.count() == 0 ? &rows : nullptr;
+}
+
+/// The number of the rule that a filter selects; 0 for every rule.
+bool read_filter(IkvRuleFilter* filter, long& number) {
+  number = 0;
+  if (!filter) return true;
+  IRuleFilterAccessPtr access;
+  if (FAILED(filter->QueryInterface(__uuidof(IRuleFilterAccess), reinterpret_cast<void**>(&access)))) return false;
+  number = access->rule_number();
+  return true;
+}
+
+TableRows::Numbers& numbers_of(TableRows& rows, long field) { return *rows.numbers(rows.find(field)); }
+TableRows::Texts& texts_of(TableRows& rows, long field) { return *rows.texts(rows.find(field)); }
+
+// Once the rows are there, what follows only moves and cannot fail: a table is filled wholly or stays empty.
+
+void fill_table(TableRows& rows, std::vector<StoredRule>&& rules) {
+  rows.declare(KVFIELD_RULE_ID);
+  rows.declare(KVFIELD_RULE_NAME);
+  for (const RuleColumn& column : rule_columns) rows.declare(column.field);
+  rows.resize(rules.size());
+
+  auto& numbers = numbers_of(rows, KVFIELD_RULE_ID);
+  auto& names = texts_of(rows, KVFIELD_RULE_NAME);
+  for (std::size_t i = 0; i < rules.size(); ++i) {
+    numbers[i] = rules[i].number;
+    names[i] = std::move(rules[i].rule.name);
+  }
+  for (const RuleColumn& column : rule_columns) {
+    auto& values = numbers_of(rows, column.field);
+    for (std::size_t i = 0; i < rules.size(); ++i) values[i] = rules[i].rule.*column.value;
+  }
+}
+
+void fill_table(TableRows& rows, std::vector<SymbolSourceSetting>&& settings) {
+  rows.declare(KVFIELD_RULE_NAME);
+  rows.declare(KVFIELD_SETTING_NAME);
+  rows.resize(settings.size());
+
+  auto& rule_names = texts_of(rows, KVFIELD_RULE_NAME);
+  auto& names = texts_of(rows, KVFIELD_SETTING_NAME);
+  for (std::size_t i = 0; i < settings.size(); ++i) {
+    rule_names[i] = std::move(settings[i].rule_name);
+    names[i] = std::move(settings[i].name);
+  }
+}
+
+/// A null string is an empty one.
+std::wstring text_of(BSTR text) { return {text ? text : L"", SysStringLen(text)}; }
+
+}  // namespace
+
+template <class Body>
+HRESULT StorageObject::store_method(Body&& body) noexcept {
+  return com_method([&] {
+    try {
+      return body();
+    } catch (const StoreError& error) {
+      if (listener_) listener_(error);
+      return store_result(error.kind());
+    }
+  });
+}
+
+HRESULT StorageObject::load_symbol_source_settings(IkvRuleFilter*, IKV_kvudfcom::IkvTable* table) noexcept {
+  return store_method([&] {
+    TableRows* rows = empty_rows(table);
+    if (!rows) return E_INVALIDARG;
+    fill_table(*rows, store_->load_settings());
+    return S_OK;
+  });
+}
+
+std::vector<StoredRule> StorageObject::select_rules(long number) {
+  if (number == 0) return store_->load_rules();
+  loaded_revisions_.erase(number);
+  std::optional<StoredRule> rule = store_->try_load_rule(number);
+  if (!rule) return {};
+  loaded_revisions_[number] = rule->revision;
+  return {*std::move(rule)};
+}
+
+HRESULT StorageObject::load_rules(IkvRuleFilter* filter, IKV_kvudfcom::IkvTable* table) noexcept {
+  return store_method([&] {
+    TableRows* rows = empty_rows(table);
+    long number = 0;
+    if (!rows || !read_filter(filter, number)) return E_INVALIDARG;
+    fill_table(*rows, select_rules(number));
+    return S_OK;
+  });
+}
+
+HRESULT StorageObject::delete_rule(long ruleId, long* ok) noexcept {
+  if (!ok) return E_POINTER;
+  *ok = 0;
+  return store_method([&] {
+    store_->delete_rule(ruleId);
+    *ok = 1;
+    return S_OK;
+  });
+}
+
+HRESULT StorageObject::add_rule(BSTR ruleName, long rollOffset, long dayType, long dayMode, long dayOfMonth,
+                                long dayMonth, long weekOrdinal, long weekday, long weekdayMonth,
+                                long moveToNextTradingDay, long* ruleId) noexcept {
+  if (!ruleId) return E_POINTER;
+  *ruleId = 0;
+  return store_method([&] {
+    *ruleId = store_
+                  ->add_rule({text_of(ruleName), rollOffset, dayType, dayMode, dayOfMonth, dayMonth, weekOrdinal,
+                              weekday, weekdayMonth, moveToNextTradingDay})
+                  .number;
+    return S_OK;
+  });
+}
+
+std::optional<Revision> StorageObject::loaded_revision(long number) const {
+  const auto found = loaded_revisions_.find(number);
+  return found == loaded_revisions_.end() ? std::nullopt : std::optional(found->second);
+}
+
+HRESULT StorageObject::update_rule(long ruleId, BSTR ruleName, long rollOffset, long dayType, long dayMode,
+                                   long dayOfMonth, long dayMonth, long weekOrdinal, long weekday, long weekdayMonth,
+                                   long moveToNextTradingDay) noexcept {
+  return store_method([&] {
+    const std::optional<Revision> expected = loaded_revision(ruleId);
+    const StoredRule updated = store_->update_rule(ruleId,
+                                                   {text_of(ruleName), rollOffset, dayType, dayMode, dayOfMonth,
+                                                    dayMonth, weekOrdinal, weekday, weekdayMonth, moveToNextTradingDay},
+                                                   expected);
+    if (expected) loaded_revisions_[ruleId] = updated.revision;
+    return S_OK;
+  });
+}
+
+}  // namespace workbench

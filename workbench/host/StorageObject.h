@@ -1,0 +1,49 @@
+#pragma once
+
+#include <memory>
+#include <unordered_map>
+
+#include "DispatchObject.h"
+#include "HostClasses.h"
+#include "HostStorage.h"
+
+namespace workbench {
+
+/// The host's storage object over a store. A rule that a client loaded by its number and then rewrites must still be
+/// what it loaded: a change by somebody else in between makes `update_rule` fail, so that nobody's work is overwritten
+/// unseen.
+class StorageObject final
+    : public DispatchObject<IkvStorage, IkvStorageSession, IkvSymbolSourceService, IkvExpirationRuleService> {
+ public:
+  StorageObject(std::shared_ptr<RuleStore> store, StoreFailureListener listener)
+      : store_(std::move(store)), listener_(std::move(listener)) {}
+
+  /// The filter is not looked at. The table is one of the host's own, without rows; else E_INVALIDARG.
+  HRESULT STDMETHODCALLTYPE load_symbol_source_settings(IkvRuleFilter* filter,
+                                                        IKV_kvudfcom::IkvTable* table) noexcept override;
+
+  /// A null filter selects every rule. The table is as above.
+  HRESULT STDMETHODCALLTYPE load_rules(IkvRuleFilter* filter, IKV_kvudfcom::IkvTable* table) noexcept override;
+  HRESULT STDMETHODCALLTYPE delete_rule(long ruleId, long* ok) noexcept override;
+  HRESULT STDMETHODCALLTYPE add_rule(BSTR ruleName, long rollOffset, long dayType, long dayMode, long dayOfMonth,
+                                     long dayMonth, long weekOrdinal, long weekday, long weekdayMonth,
+                                     long moveToNextTradingDay, long* ruleId) noexcept override;
+  HRESULT STDMETHODCALLTYPE update_rule(long ruleId, BSTR ruleName, long rollOffset, long dayType, long dayMode,
+                                        long dayOfMonth, long dayMonth, long weekOrdinal, long weekday,
+                                        long weekdayMonth, long moveToNextTradingDay) noexcept override;
+
+  KV_UNUSED_SLOT(8)
+  KV_UNUSED_SLOT(9)
+
+ private:
+  template <class Body>
+  HRESULT store_method(Body&& body) noexcept;
+  std::vector<StoredRule> select_rules(long number);
+  std::optional<Revision> loaded_revision(long number) const;
+
+  std::shared_ptr<RuleStore> store_;
+  StoreFailureListener listener_;
+  std::unordered_map<long, Revision> loaded_revisions_;  // of the rules that were loaded by their number
+};
+
+}  // namespace workbench

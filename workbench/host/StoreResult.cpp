@@ -1,0 +1,35 @@
+#include "StoreResult.h"
+
+namespace workbench {
+
+HRESULT store_result(StoreErrorKind kind) noexcept {
+  switch (kind) {
+    case StoreErrorKind::read_only:
+      return STG_E_ACCESSDENIED;
+    case StoreErrorKind::locked:
+      return STG_E_LOCKVIOLATION;
+    case StoreErrorKind::full:
+      return STG_E_MEDIUMFULL;
+    case StoreErrorKind::damaged:
+      return STG_E_DOCFILECORRUPT;
+    case StoreErrorKind::foreign:
+      return STG_E_INVALIDHEADER;
+    case StoreErrorKind::newer:
+      return STG_E_OLDDLL;
+    case StoreErrorKind::unavailable:
+      return STG_E_UNKNOWN;
+    case StoreErrorKind::invalid_value:
+      return E_INVALIDARG;
+    case StoreErrorKind::duplicate_name:
+      return STG_E_FILEALREADYEXISTS;
+    case StoreErrorKind::not_found:
+      return STG_E_FILENOTFOUND;
+    case StoreErrorKind::changed:
+      return STG_E_NOTCURRENT;
+    case StoreErrorKind::in_use:
+      return STG_E_INUSE;
+  }
+  return E_UNEXPECTED;
+}
+
+}  // namespace workbench
