@@ -1,0 +1,57 @@
+#pragma once
+
+#include <windows.h>
+#include <comdef.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "FakeTable.h"
+#include "HostState.h"
+
+namespace test_support {
+
+inline const IID& dispatch_id() noexcept { return IID_IDispatch; }
+
+/// Owns one reference to an object of the host.
+using DispatchPtr = _com_ptr_t<_com_IIID_getter<IDispatch, &dispatch_id>>;
+
+/// A host in memory: its storage object, tables, filters, menu and hot keys. While it lives, the classes of the host
+/// are registered in this process, so that `CoCreateInstance` makes its objects. Every call of every method is recorded
+/// and can be made to fail. The end of the host fails the test when an object of it is still referenced.
+class FakeHost {
+ public:
+  FakeHost();
+  ~FakeHost();
+  FakeHost(const FakeHost&) = delete;
+  FakeHost& operator=(const FakeHost&) = delete;
+
+  HostCalls& calls() noexcept { return state_->calls; }
+  std::vector<HostRule>& rules() noexcept { return state_->rules; }
+  std::vector<HostSetting>& settings() noexcept { return state_->settings; }
+  /// The captions of the submenus that the main menu has.
+  std::set<std::wstring>& submenus() noexcept { return state_->submenus; }
+  /// Whom the host calls for each command id that it gave out; not referenced.
+  const std::map<long, IDispatch*>& commands() const noexcept { return state_->commands; }
+  /// What the host puts into a row that is appended to a table.
+  HostRow& new_row() noexcept { return state_->new_row; }
+  /// Whether `QueryInterface` counts as a call; it does not at first.
+  void record_queries(bool record) noexcept { state_->record_queries = record; }
+
+  /// New objects, as a plug-in is given them; making them is not recorded.
+  DispatchPtr storage() const;
+  DispatchPtr main_menu() const;
+  DispatchPtr hot_keys() const;
+  /// A table of these rows with one reference, which the caller owns.
+  FakeTable* table(std::vector<HostRow> rows = {}) const;
+
+  /// A description of every object that somebody still holds.
+  std::vector<std::string> living() const;
+
+ private:
+  std::shared_ptr<HostState> state_;
+  std::vector<DWORD> classes_;
+};
+
+}  // namespace test_support

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <ocidl.h>
+
+#include "FakeObject.h"
+#include "HostStorage.h"
+
+namespace test_support {
+
+/// A table in memory. It is runnable, as an object of a real host may be, so that running it can fail.
+class FakeTable final : public FakeObject<IKV_kvudfcom::IkvTable, IRunnableObject> {
+ public:
+  explicit FakeTable(std::shared_ptr<HostState> host) : FakeObject(std::move(host), "kvTable") {}
+
+  /// Puts rows into the table and makes the first one current. The fields are those of the rows.
+  void load(std::vector<HostRow> rows);
+
+  /// A value of the current row; null when there is no current row or no such field.
+  HostValue* value(long field_id);
+
+  HRESULT STDMETHODCALLTYPE GetRowCount(long* count) noexcept override;
+  HRESULT STDMETHODCALLTYPE GetFieldByID(long field_id, IKV_kvudfcom::IkvField** field) noexcept override;
+  HRESULT STDMETHODCALLTYPE AddField(long field_id, long reserved1, long reserved2, long reserved3) noexcept override;
+  HRESULT STDMETHODCALLTYPE AppendRow() noexcept override;
+  HRESULT STDMETHODCALLTYPE MoveLast() noexcept override;
+  HRESULT STDMETHODCALLTYPE MoveFirst() noexcept override;
+  HRESULT STDMETHODCALLTYPE MoveNext() noexcept override;
+  HRESULT STDMETHODCALLTYPE IsEOF(long* flag) noexcept override;
+  KV_UNUSED_SLOT(7)
+  KV_UNUSED_SLOT(8)
+  KV_UNUSED_SLOT(9)
+  KV_UNUSED_SLOT(11)
+  KV_UNUSED_SLOT(12)
+  KV_UNUSED_SLOT(13)
+  KV_UNUSED_SLOT(15)
+  KV_UNUSED_SLOT(17)
+  KV_UNUSED_SLOT(18)
+  KV_UNUSED_SLOT(21)
+  KV_UNUSED_SLOT(22)
+  KV_UNUSED_SLOT(24)
+  KV_UNUSED_SLOT(25)
+
+  HRESULT STDMETHODCALLTYPE Run(IBindCtx* context) noexcept override;
+  HRESULT STDMETHODCALLTYPE GetRunningClass(CLSID*) noexcept override { return E_NOTIMPL; }
+  BOOL STDMETHODCALLTYPE IsRunning() noexcept override { return TRUE; }
+  HRESULT STDMETHODCALLTYPE LockRunning(BOOL, BOOL) noexcept override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE SetContainedObject(BOOL) noexcept override { return E_NOTIMPL; }
+
+ private:
+  std::set<long> fields_;
+  std::vector<HostRow> rows_;
+  std::size_t current_ = 0;
+};
+
+/// The row of a stored rule.
+HostRow row_of(const HostRule& rule);
+HostRow row_of(const HostSetting& setting);
+
+}  // namespace test_support

@@ -1,0 +1,89 @@
+#pragma once
+
+#include <windows.h>
+
+#include <initializer_list>
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "DispatchObject.h"
+
+namespace test_support {
+
+/// What a host call does instead of its work.
+struct Fault {
+  enum class Out {
+    untouched,  ///< the out parameter keeps what the caller put there
+    null,       ///< it becomes null or 0
+    given,      ///< the work is done all the same, and only the result is another
+  };
+  HRESULT result = E_FAIL;
+  Out out = Out::untouched;
+};
+
+/// An argument of a host call as the record of calls shows it: a number, a text in quotes, an object as "object", a
+/// word as it is.
+using HostArgument = std::variant<long, const wchar_t*, IUnknown*, const char*>;
+
+/// Every call that reaches the fake host goes through here: it is recorded as text, as in
+/// `IkvTable::AddField(1025, 0, 0, 0)`, and can be made to fail.
+class HostCalls {
+ public:
+  /// Runs one call: records it and answers what `body` answers, or what the fault says that is planned for it. `out` is
+  /// the call's out parameter. An exception of `body` becomes an HRESULT.
+  template <class Out, class Body>
+  HRESULT call(const char* name, std::initializer_list<HostArgument> arguments, Out* out, const Body& body) noexcept {
+    return workbench::com_method([&] {
+      const std::optional<Fault> fault = record(name, arguments);
+      if (!fault) return body();
+      if (fault->out == Fault::Out::given) body();
+      if (fault->out == Fault::Out::null && out) *out = {};
+      return fault->result;
+    });
+  }
+  template <class Body>
+  HRESULT call(const char* name, std::initializer_list<HostArgument> arguments, const Body& body) noexcept {
+    return call(name, arguments, static_cast<long*>(nullptr), body);
+  }
+  template <class Body>
+  HRESULT call(const char* name, const Body& body) noexcept {
+    return call(name, {}, body);
+  }
+
+  /// Every call so far, in order.
+  const std::vector<std::string>& all() const noexcept { return calls_; }
+  /// The calls that start with `prefix`, for example those of one interface.
+  std::vector<std::string> all(const std::string& prefix) const;
+
+  /// Plans a fault for the `nth` call from now on that matches `pattern`: its name alone, or its text with arguments.
+  void fail(const std::string& pattern, const Fault& fault = {}, long nth = 1);
+  /// Plans a fault for every call that matches.
+  void fail_all(const std::string& pattern, const Fault& fault = {});
+  /// Plans a fault for the call that is the `number`th of all, counted from 1.
+  void fail_number(std::size_t number, const Fault& fault);
+  /// Drops all planned faults.
+  void heal() noexcept { planned_.clear(); }
+  /// Forgets the recorded calls and starts to count anew.
+  void forget() noexcept { calls_.clear(); }
+
+ private:
+  struct Planned {
+    std::string pattern;    ///< empty for "any call"
+    std::size_t countdown;  ///< strikes when it comes down to 0
+    bool every;             ///< goes on striking
+    Fault fault;
+  };
+
+  std::optional<Fault> record(const char* name, std::initializer_list<HostArgument> arguments);
+  std::optional<Fault> strike(const std::string& name, const std::string& text);
+
+  std::vector<std::string> calls_;
+  std::vector<Planned> planned_;
+};
+
+/// UTF-16 as UTF-8; a lone surrogate shows as a replacement character.
+std::string to_utf8(const wchar_t* text);
+
+}  // namespace test_support
