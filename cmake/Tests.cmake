@@ -49,5 +49,6 @@ function(zd_add_test name)
       TIMEOUT ${ctest_timeout}
       RUN_SERIAL ${TEST_ALONE}
       RESOURCE_LOCK ${name}
-      ENVIRONMENT "ZD_TEST_WATCHDOG=${TEST_TIMEOUT};WINEDEBUG=-all,warn+heap")
+      ENVIRONMENT ZD_TEST_WATCHDOG=${TEST_TIMEOUT}
+      ENVIRONMENT_MODIFICATION WINEDEBUG=set:-all,warn+heap)
 endfunction()
