@@ -1,0 +1,122 @@
+#include "ResizableState.h"
+
+#include <new>
+
+#include "Owned.h"
+#include "ResizableGeometry.h"
+
+namespace resizable {
+
+namespace {
+
+static_assert(sizeof(WINDOWPLACEMENT) == 44, "the stored record has 44 bytes");
+
+constexpr UINT opening_flags = SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOOWNERZORDER;
+
+LONG caption_height() noexcept { return GetSystemMetrics(SM_CYCAPTION); }
+
+RECT work_area(HMONITOR monitor) noexcept {
+  MONITORINFO info = {};
+  info.cbSize = sizeof info;
+  if (!GetMonitorInfoW(monitor, &info)) SystemParametersInfoW(SPI_GETWORKAREA, 0, &info.rcWork, 0);
+  return info.rcWork;
+}
+
+HMONITOR monitor_under_cursor() noexcept {
+  POINT cursor = {};
+  GetCursorPos(&cursor);
+  return MonitorFromPoint(cursor, MONITOR_DEFAULTTONEAREST);
+}
+
+/// The key, made when it is missing. Opened once more after that, because what counts is that it can be written later.
+platform::RegistryKey writable_key(HKEY root, const wchar_t* name) noexcept {
+  platform::RegistryKey first;
+  if (RegOpenKeyExW(root, name, 0, KEY_WRITE, first.put()) != ERROR_SUCCESS) {
+    RegCreateKeyExW(root, name, 0, nullptr, 0, KEY_READ | KEY_WRITE, nullptr, first.put(), nullptr);
+  }
+  platform::RegistryKey key;
+  if (RegOpenKeyExW(root, name, 0, KEY_WRITE, key.put()) != ERROR_SUCCESS) return {};
+  if (RegCloseKey(first.detach()) != ERROR_SUCCESS) return {};
+  return key;
+}
+
+BOOL apply_stored(HWND dialog, WINDOWPLACEMENT placement) noexcept {
+  raise_bottom(placement.rcNormalPosition, caption_height());
+  fit_rect_to_monitor(placement.rcNormalPosition);
+  return SetWindowPlacement(dialog, &placement);
+}
+
+void apply_first(HWND dialog, const RECT& rect) noexcept {
+  const CSize size = size_of(rect);
+  const bool keeps_size = (GetWindowLongPtrW(dialog, GWL_STYLE) & DS_MODALFRAME) != 0;
+  SetWindowPos(dialog, nullptr, rect.left, rect.top, size.cx, size.cy, opening_flags | (keeps_size ? SWP_NOSIZE : 0U));
+  ShowWindow(dialog, SW_SHOW);
+}
+
+std::optional<WINDOWPLACEMENT> system_placement(HWND dialog) noexcept {
+  WINDOWPLACEMENT placement = {};
+  placement.length = sizeof placement;
+  if (!GetWindowPlacement(dialog, &placement)) return std::nullopt;
+  return placement;
+}
+
+}  // namespace
+
+PlacementPlace placement_place(HKEY root, const wchar_t* path, const wchar_t* subkey, const wchar_t* value_name) {
+  const auto text = [](const wchar_t* given) { return given ? given : L""; };
+  return {text(path), text(subkey), text(value_name), root};
+}
+
+std::optional<WINDOWPLACEMENT> present_placement(HWND dialog, bool rect_only) noexcept {
+  auto placement = system_placement(dialog);
+  if (!placement) return placement;
+  placement->showCmd = reopening_command(*placement, IsIconic(dialog) != FALSE, rect_only);
+  if (rect_only) GetWindowRect(dialog, &placement->rcNormalPosition);
+  return placement;
+}
+
+std::optional<WINDOWPLACEMENT> read_placement(const PlacementPlace& place) {
+  platform::RegistryKey key;
+  if (RegOpenKeyExW(place.root, place.key_name().c_str(), 0, KEY_READ, key.put()) != ERROR_SUCCESS) return std::nullopt;
+  WINDOWPLACEMENT placement = {};
+  DWORD type = REG_NONE;
+  DWORD size = sizeof placement;
+  const LSTATUS status =
+      RegQueryValueExW(key.get(), place.value_name.c_str(), nullptr, &type, reinterpret_cast<BYTE*>(&placement), &size);
+  if (status != ERROR_SUCCESS || type != REG_BINARY || size != sizeof placement) return std::nullopt;
+  // What the value says about its own length is not to be trusted.
+  placement.length = sizeof placement;
+  return placement;
+}
+
+bool store_placement(HWND dialog, const PlacementPlace& place, bool rect_only, WINDOWPLACEMENT* given) noexcept {
+  try {
+    const platform::RegistryKey key = writable_key(place.root, place.key_name().c_str());
+    if (!key) return false;
+    std::optional<WINDOWPLACEMENT> own;
+    if (!given) own = present_placement(dialog, rect_only);
+    if (!given && !own) return false;
+    WINDOWPLACEMENT& placement = given ? *given : *own;
+    lower_bottom(placement.rcNormalPosition, caption_height());
+    return RegSetValueExW(key.get(), place.value_name.c_str(), 0, REG_BINARY, reinterpret_cast<const BYTE*>(&placement),
+                          sizeof placement) == ERROR_SUCCESS;
+  } catch (const std::bad_alloc&) {
+    return false;
+  }
+}
+
+BOOL restore_placement(HWND dialog, const PlacementPlace& place) {
+  if (const auto stored = read_placement(place)) return apply_stored(dialog, *stored);
+  auto present = system_placement(dialog);
+  if (!present) return FALSE;
+  store_placement(dialog, place, false, &*present);
+  apply_first(dialog, present->rcNormalPosition);
+  return FALSE;
+}
+
+void fit_rect_to_monitor(RECT& rect) noexcept {
+  rect =
+      fitted_rect(rect, work_area(MonitorFromRect(&rect, MONITOR_DEFAULTTONEAREST)), work_area(monitor_under_cursor()));
+}
+
+}  // namespace resizable

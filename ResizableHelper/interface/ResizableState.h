@@ -1,0 +1,96 @@
+#pragma once
+
+#include <windows.h>
+
+#include <optional>
+#include <string>
+
+namespace resizable {
+
+/// Where a dialog's placement is kept in the registry: the value `value_name` of the key `path`\`subkey` under `root`.
+struct PlacementPlace {
+  std::wstring path;
+  std::wstring subkey;
+  std::wstring value_name;
+  HKEY root = nullptr;  ///< not owned
+
+  std::wstring key_name() const { return path + L"\\" + subkey; }
+};
+
+/// A place from texts that may be null, which read as empty.
+PlacementPlace placement_place(HKEY root, const wchar_t* path, const wchar_t* subkey, const wchar_t* value_name);
+
+/// The dialog's placement as it is to be kept: never minimised; with `rect_only` shown normally at its present
+/// rectangle. Nothing when the system does not tell it.
+std::optional<WINDOWPLACEMENT> present_placement(HWND dialog, bool rect_only) noexcept;
+
+/// The stored placement as it is, with a proper length field; nothing when there is none of the right type and size.
+std::optional<WINDOWPLACEMENT> read_placement(const PlacementPlace& place);
+
+/// Stores the given placement, or the dialog's own when null. Lowers the bottom of the given record by one caption
+/// height, as it is stored. Answers whether it is stored; nothing is reported, nothing is thrown.
+bool store_placement(HWND dialog, const PlacementPlace& place, bool rect_only, WINDOWPLACEMENT* given) noexcept;
+
+/// Puts the dialog where the stored placement says, or stores and applies its present one. Answers the result of
+/// SetWindowPlacement when there was a stored one, else FALSE.
+BOOL restore_placement(HWND dialog, const PlacementPlace& place);
+
+/// Pulls a rectangle in screen coordinates onto the nearest monitor and moves it to the monitor under the cursor.
+void fit_rect_to_monitor(RECT& rect) noexcept;
+
+}  // namespace resizable
+
+/// Mix-in of a dialog class `T`: remembers in the registry where and how large the dialog was. `T` calls
+/// `RestorePlacement` at the end of its WM_INITDIALOG; the dialog frame stores at WM_DESTROY. Registry failures are
+/// silent. UI thread only.
+template <class T>
+class CResizableState {
+ public:
+  /// Keeps the place for the later save and puts the dialog where it was. The first time, the present placement is
+  /// stored and the dialog opens one caption height shorter. `bRectOnly` was applied when the placement was stored; a
+  /// stored one is restored as it is. Answers the result of SetWindowPlacement when there was a stored placement, else
+  /// FALSE. Throws `std::bad_alloc`.
+  BOOL RestorePlacement(HKEY root, LPCWSTR path, LPCWSTR subkey, LPCWSTR valueName, BOOL /*bRectOnly*/) {
+    place_ = resizable::placement_place(root, path, subkey, valueName);
+    const RestoringScope restoring(restoring_);
+    return resizable::restore_placement(static_cast<T*>(this)->m_hWnd, place_);
+  }
+
+  /// Stores `given`, whose bottom is lowered by one caption height in place, or the dialog's placement when null.
+  /// Answers whether it is stored. Throws `std::bad_alloc`.
+  bool StorePlacement(HKEY root, LPCWSTR path, LPCWSTR subkey, LPCWSTR valueName, BOOL bRectOnly,
+                      WINDOWPLACEMENT* given) {
+    return resizable::store_placement(static_cast<T*>(this)->m_hWnd,
+                                      resizable::placement_place(root, path, subkey, valueName), bRectOnly != FALSE,
+                                      given);
+  }
+
+  /// Stores the dialog's placement where it was restored from.
+  bool StorePlacement(BOOL bRectOnly) noexcept {
+    return resizable::store_placement(static_cast<T*>(this)->m_hWnd, place_, bRectOnly != FALSE, nullptr);
+  }
+
+  static void FitRectToMonitor(RECT& rc) noexcept { resizable::fit_rect_to_monitor(rc); }
+
+  /// True while the dialog is being put where it was.
+  bool IsRestoring() const noexcept { return restoring_; }
+
+ protected:
+  CResizableState() = default;
+  ~CResizableState() = default;
+
+ private:
+  class RestoringScope {
+   public:
+    explicit RestoringScope(bool& restoring) noexcept : restoring_(restoring) { restoring_ = true; }
+    ~RestoringScope() { restoring_ = false; }
+    RestoringScope(const RestoringScope&) = delete;
+    RestoringScope& operator=(const RestoringScope&) = delete;
+
+   private:
+    bool& restoring_;
+  };
+
+  resizable::PlacementPlace place_;
+  bool restoring_ = false;
+};

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <windows.h>
+
+namespace platform {
+
+/// The DC of a window's client area, for a scope.
+class ClientDc {
+ public:
+  explicit ClientDc(HWND window) noexcept : window_(window), dc_(GetDC(window)) {}
+  ~ClientDc() {
+    if (dc_) ReleaseDC(window_, dc_);
+  }
+  ClientDc(const ClientDc&) = delete;
+  ClientDc& operator=(const ClientDc&) = delete;
+
+  /// Null when the system gives none.
+  HDC get() const noexcept { return dc_; }
+
+ private:
+  HWND window_;
+  HDC dc_;
+};
+
+/// The DC for painting what is invalid of a window, for a scope inside WM_PAINT.
+class PaintDc {
+ public:
+  explicit PaintDc(HWND window) noexcept : window_(window), dc_(BeginPaint(window, &paint_)) {}
+  ~PaintDc() { EndPaint(window_, &paint_); }
+  PaintDc(const PaintDc&) = delete;
+  PaintDc& operator=(const PaintDc&) = delete;
+
+  HDC get() const noexcept { return dc_; }
+
+ private:
+  HWND window_;
+  PAINTSTRUCT paint_ = {};
+  HDC dc_;
+};
+
+/// Selects an object into a DC for a scope; the one that was selected before comes back.
+class SelectedObject {
+ public:
+  SelectedObject(HDC dc, HGDIOBJ object) noexcept : dc_(dc), previous_(SelectObject(dc, object)) {}
+  ~SelectedObject() {
+    if (previous_) SelectObject(dc_, previous_);
+  }
+  SelectedObject(const SelectedObject&) = delete;
+  SelectedObject& operator=(const SelectedObject&) = delete;
+
+ private:
+  HDC dc_;
+  HGDIOBJ previous_;
+};
+
+}  // namespace platform
