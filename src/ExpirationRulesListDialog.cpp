@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "EditExpirationRuleDialog.h"
+#include "RegistryHelper.h"
 #include "Report.h"
 #include "RuleMessages.h"
 #include "RuleUsers.h"
@@ -37,11 +38,12 @@ std::wstring as_wide(const _bstr_t& text) {
 
 }  // namespace
 
-BOOL CExpirationRulesListDialog::ProcessWindowMessage(HWND, UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result,
-                                                      DWORD mapId) {
+BOOL CExpirationRulesListDialog::ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
+                                                      LRESULT& result, DWORD mapId) {
   SnagtrapUtil::SourcePlace place = ZD_PLACE_AT(map_id_line);
   place.file = "ExpirationRulesListDialog.h";
   if (!SnagtrapUtil::expect(mapId == 0, L"0", place)) return FALSE;
+  if (CResizableDialogImpl::ProcessWindowMessage(window, message, wParam, lParam, result)) return TRUE;
   result = 0;
   switch (message) {
     case WM_INITDIALOG:
@@ -104,6 +106,7 @@ LRESULT CExpirationRulesListDialog::OnInitDialog() {
   update_expiration_rule_list();
   if (list_.GetItemCount() > 0) list_.SelectItem(0);
   anchor_controls();
+  restore_placement();
   fit_columns(whole_width, 1);
   return 0;  // the dialog sets no focus itself and the system does not move it
 }
@@ -120,7 +123,18 @@ void CExpirationRulesListDialog::insert_name_column() {
   list_.Send(LVM_INSERTCOLUMNW, 0, reinterpret_cast<LPARAM>(&column));
 }
 
-void CExpirationRulesListDialog::anchor_controls() {}
+void CExpirationRulesListDialog::anchor_controls() {
+  for (const int id : {IDC_RULES_GROUP, IDC_RULES_LIST}) AddAnchor(GetItem(id), TOP_LEFT, BOTTOM_RIGHT);
+  for (const int id : {IDC_ADD_RULE, IDC_EDIT_RULE, IDC_DELETE_RULE}) AddAnchor(GetItem(id), TOP_RIGHT);
+  AddAnchor(GetItem(IDCANCEL), BOTTOM_RIGHT);
+}
+
+void CExpirationRulesListDialog::restore_placement() {
+  m_bSavePlacement = TRUE;
+  m_bRectOnly = FALSE;
+  RestorePlacement(HKEY_CURRENT_USER, zd_common::ZDRegistryPath(), L"Windows Placement", L"ZDExpirationRulesDialog",
+                   FALSE);
+}
 
 void CExpirationRulesListDialog::OnSize() {
   // The first sizes arrive while the dialog is being made, before it has its list.

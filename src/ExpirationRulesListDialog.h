@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
-#include "Dialog.h"
 #include "ListView.h"
+#include "ResizableDialog.h"
 #include "StorageBlock.h"
 #include "resource.h"
 
@@ -13,7 +13,7 @@ namespace zd_expiration_rule_plugin {
 /// The resizable modal dialog in which the user sees every stored expiration rule by name and adds, edits or deletes
 /// rules. Each list item carries its rule's number as item data, the only link from the screen to the storage; 0 means
 /// no rule. The list is rebuilt from the storage after every change.
-class CExpirationRulesListDialog final : public platform::CDialogImpl<CExpirationRulesListDialog> {
+class CExpirationRulesListDialog final : public CResizableDialogImpl<CExpirationRulesListDialog> {
  public:
   static constexpr int IDD = IDD_EXPIRATION_RULES_LIST;
 
@@ -45,6 +45,7 @@ class CExpirationRulesListDialog final : public platform::CDialogImpl<CExpiratio
 
   void insert_name_column();
   void anchor_controls();
+  void restore_placement();
   void read_rows(std::vector<Row>& rows);
   static Row add_rule_row(const IkvTablePtr& rules);
   void show_rows(std::vector<Row> rows);
