@@ -1,0 +1,218 @@
+#include <gtest/gtest.h>
+
+#include "ComSupport.h"
+#include "SampleInterfaces.h"
+
+namespace platform {
+namespace {
+
+/// An object on the stack that answers `QueryInterface` as the test says.
+class Odd final : public ISample {
+ public:
+  STDMETHODIMP QueryInterface(REFIID iid, void** object) noexcept override {
+    asked = iid;
+    if (answers_object) {
+      *object = this;
+      AddRef();
+    }
+    return answer;
+  }
+  STDMETHODIMP_(ULONG) AddRef() noexcept override { return ++references; }
+  STDMETHODIMP_(ULONG) Release() noexcept override { return --references; }
+  int STDMETHODCALLTYPE Number() noexcept override { return 1; }
+
+  HRESULT answer = S_OK;
+  bool answers_object = true;
+  IID asked = {};
+  ULONG references = 1;
+};
+
+/// The HRESULT of the `_com_error` that a call throws; S_OK when it throws none.
+template <class Call>
+HRESULT thrown_by(const Call& call) {
+  try {
+    call();
+  } catch (const _com_error& error) {
+    return error.Error();
+  }
+  return S_OK;
+}
+
+TEST(ComSupport, QueryHoldsOneReference) {
+  Odd object;
+  {
+    const ComPtr<ISample> found = query<ISample>(&object);
+    EXPECT_EQ(static_cast<ISample*>(found), &object);
+    EXPECT_EQ(object.asked, __uuidof(ISample));
+    EXPECT_EQ(object.references, 2u);
+  }
+  EXPECT_EQ(object.references, 1u);
+}
+
+TEST(ComSupport, MissingInterfaceIsNullToTryQueryAndAnErrorToQuery) {
+  Odd object;
+  object.answer = E_NOINTERFACE;
+  object.answers_object = false;
+  EXPECT_FALSE(try_query<ISample>(&object));
+  EXPECT_EQ(thrown_by([&] { query<ISample>(&object); }), E_POINTER);
+}
+
+TEST(ComSupport, NullSourceCountsAsMissingInterface) {
+  EXPECT_FALSE(try_query<ISample>(nullptr));
+  EXPECT_EQ(thrown_by([] { query<ISample>(nullptr); }), E_POINTER);
+}
+
+TEST(ComSupport, OtherFailuresOfAQueryAreThrownAsTheyStand) {
+  for (const HRESULT failure : {E_FAIL, E_OUTOFMEMORY, E_POINTER, static_cast<HRESULT>(0x80041234)}) {
+    Odd object;
+    object.answer = failure;
+    object.answers_object = false;
+    EXPECT_EQ(thrown_by([&] { try_query<ISample>(&object); }), failure);
+    EXPECT_EQ(thrown_by([&] { query<ISample>(&object); }), failure);
+  }
+}
+
+TEST(ComSupport, SuccessWithoutAnObjectIsNull) {
+  for (const HRESULT success : {S_OK, S_FALSE}) {
+    Odd object;
+    object.answer = success;
+    object.answers_object = false;
+    EXPECT_FALSE(try_query<ISample>(&object));
+    EXPECT_EQ(thrown_by([&] { query<ISample>(&object); }), E_POINTER);
+  }
+}
+
+TEST(ComSupport, PositiveAnswerWithAnObjectIsSuccess) {
+  Odd object;
+  object.answer = S_FALSE;
+  { EXPECT_TRUE(query<ISample>(&object)); }
+  EXPECT_EQ(object.references, 1u);
+}
+
+TEST(ComSupport, ReceiveKeepsWhatTheCallGave) {
+  Odd object;
+  ComPtr<ISample> target;
+  const HRESULT answer = receive(target, [&](ISample** out) {
+    object.AddRef();
+    *out = &object;
+    return S_FALSE;
+  });
+  EXPECT_EQ(answer, S_FALSE);
+  EXPECT_EQ(static_cast<ISample*>(target), &object);
+  EXPECT_EQ(object.references, 2u);
+}
+
+TEST(ComSupport, ReceiveReleasesTheOldObjectBeforeTheCall) {
+  Odd object;
+  ComPtr<ISample> target(&object);
+  receive(target, [&](ISample**) {
+    EXPECT_EQ(object.references, 1u);
+    EXPECT_FALSE(target);
+    return S_OK;
+  });
+  EXPECT_EQ(object.references, 1u);
+}
+
+TEST(ComSupport, UntouchedOutParameterGivesNull) {
+  for (const HRESULT answer : {S_OK, S_FALSE, E_FAIL}) {
+    Odd object;
+    ComPtr<ISample> target(&object);
+    EXPECT_EQ(receive(target, [&](ISample**) { return answer; }), answer);
+    EXPECT_FALSE(target);
+  }
+}
+
+TEST(ComSupport, ObjectGivenByAFailingCallIsNotLeaked) {
+  Odd object;
+  {
+    ComPtr<ISample> target;
+    receive(target, [&](ISample** out) {
+      object.AddRef();
+      *out = &object;
+      return E_FAIL;
+    });
+  }
+  EXPECT_EQ(object.references, 1u);
+}
+
+TEST(ComSupport, ReleaseLetsGoOnce) {
+  Odd object;
+  ComPtr<ISample> target(&object);
+  release(target);
+  EXPECT_EQ(object.references, 1u);
+  EXPECT_FALSE(target);
+  release(target);
+  EXPECT_EQ(object.references, 1u);
+}
+
+/// A class object of this process whose objects are `Odd`.
+class OddFactory final : public IClassFactory {
+ public:
+  OddFactory() {
+    EXPECT_EQ(CoRegisterClassObject(__uuidof(IOther), this, CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &cookie_), S_OK);
+  }
+  ~OddFactory() { CoRevokeClassObject(cookie_); }
+
+  STDMETHODIMP QueryInterface(REFIID, void** out) noexcept override {
+    *out = this;
+    return S_OK;
+  }
+  STDMETHODIMP_(ULONG) AddRef() noexcept override { return 1; }
+  STDMETHODIMP_(ULONG) Release() noexcept override { return 1; }
+  STDMETHODIMP CreateInstance(IUnknown*, REFIID iid, void** out) noexcept override {
+    return object.QueryInterface(iid, out);
+  }
+  STDMETHODIMP LockServer(BOOL) noexcept override { return S_OK; }
+
+  Odd object;
+
+ private:
+  DWORD cookie_ = 0;
+};
+
+TEST(ComSupport, CreateInstanceHoldsOneReference) {
+  OddFactory factory;
+  {
+    const ComPtr<ISample> made = create_instance<ISample>(__uuidof(IOther));
+    EXPECT_EQ(static_cast<ISample*>(made), &factory.object);
+  }
+  EXPECT_EQ(factory.object.references, 1u);
+}
+
+TEST(ComSupport, CreateInstanceThrowsTheFailureAsItStands) {
+  EXPECT_EQ(thrown_by([] { create_instance<ISample>(__uuidof(ISample)); }), REGDB_E_CLASSNOTREG);
+  OddFactory factory;
+  factory.object.answers_object = false;
+  factory.object.answer = E_ACCESSDENIED;
+  EXPECT_EQ(thrown_by([] { create_instance<ISample>(__uuidof(IOther)); }), E_ACCESSDENIED);
+}
+
+TEST(ComSupport, CreateInstanceWithoutAnObjectIsAnError) {
+  OddFactory factory;
+  factory.object.answers_object = false;
+  EXPECT_TRUE(FAILED(thrown_by([] { create_instance<ISample>(__uuidof(IOther)); })));
+}
+
+TEST(ComSupport, TakenStringIsFreedWithItsHolder) {
+  const _bstr_t text = take_string(SysAllocString(L"\u89c4\u5219"));
+  EXPECT_STREQ(static_cast<const wchar_t*>(text), L"\u89c4\u5219");
+  EXPECT_EQ(take_string(nullptr).length(), 0u);
+}
+
+TEST(ComSupport, SameTextComparesCodeUnits) {
+  const _bstr_t with_zero = take_string(SysAllocStringLen(L"a\0b", 3));
+  const _bstr_t with_other_zero = take_string(SysAllocStringLen(L"a\0c", 3));
+  EXPECT_TRUE(same_text(L"a", L"a"));
+  EXPECT_TRUE(same_text(_bstr_t(), L""));
+  EXPECT_TRUE(same_text(L"", _bstr_t()));
+  EXPECT_TRUE(same_text(_bstr_t(), _bstr_t()));
+  EXPECT_TRUE(same_text(with_zero, with_zero));
+  EXPECT_FALSE(same_text(with_zero, with_other_zero));
+  EXPECT_FALSE(same_text(with_zero, L"a"));
+  EXPECT_FALSE(same_text(L"a", L"A"));
+  EXPECT_FALSE(same_text(L"\u00e9", L"e\u0301"));
+  EXPECT_FALSE(same_text(_bstr_t(), L"a"));
+}
+
+}  // namespace
+}  // namespace platform

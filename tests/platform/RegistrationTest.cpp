@@ -1,0 +1,220 @@
+#include <comdef.h>
+#include <gtest/gtest.h>
+
+#include "ModuleInstance.h"
+#include "Registration.h"
+#include "RegistryTree.h"
+#include "ScratchRoot.h"
+#include "TestResources.h"
+#include "zdExpirationRules_h.h"
+
+namespace platform {
+namespace {
+
+using test_support::make_volatile_key;
+using test_support::registry_key_exists;
+using test_support::registry_text;
+using test_support::registry_tree;
+using test_support::RegistryTree;
+using test_support::write_registry_text;
+
+const Replacements replacements = {{L"NAME", L"Sample Object"}, {L"ID", L"{1}"}, {L"PATH", L"C:\\a b\\it's %ID%.dll"}};
+
+const RegistryTree sample_tree = {
+    {L"Sample.Object\\", L""},
+    {L"Sample.Object\\@", L"s:Sample Object"},
+    {L"Sample.Object\\CLSID\\", L""},
+    {L"Sample.Object\\CLSID\\@", L"s:{1}"},
+    {L"Shared\\", L""},
+    {L"Shared\\{1}\\", L""},
+    {L"Shared\\{1}\\@", L"s:\u5230\u671f\u89c4\u5219"},
+    {L"Shared\\{1}\\Flags", L"d:5"},
+    {L"Shared\\{1}\\Programmable\\", L""},
+    {L"Shared\\{1}\\Server\\", L""},
+    {L"Shared\\{1}\\Server\\@", L"s:C:\\a b\\it's %ID%.dll"},
+    {L"Shared\\{1}\\Server\\ThreadingModel", L"s:apartment"},
+};
+const RegistryTree empty_tree = {{L"Shared\\", L""}};
+
+/// The HRESULT of the `_com_error` that a call throws; S_OK when it throws none.
+template <class Call>
+HRESULT thrown_by(const Call& call) {
+  try {
+    call();
+  } catch (const _com_error& error) {
+    return error.Error();
+  }
+  return S_OK;
+}
+
+class RegistrationTest : public testing::Test {
+ protected:
+  static void run(int script = IDR_SAMPLE) {
+    run_registration_script(script, replacements, RegistrationScope::machine);
+  }
+  static void unrun(int script = IDR_SAMPLE) {
+    run_unregistration_script(script, replacements, RegistrationScope::machine);
+  }
+  static RegistryTree classes() { return registry_tree(HKEY_CLASSES_ROOT); }
+
+  test_support::ScratchRoot scratch_{HKEY_CLASSES_ROOT};
+};
+
+TEST_F(RegistrationTest, ScriptIsWrittenValueByValue) {
+  run();
+  EXPECT_EQ(classes(), sample_tree);
+}
+
+TEST_F(RegistrationTest, RunningTwiceLeavesOneSetOfEntries) {
+  run();
+  run();
+  EXPECT_EQ(classes(), sample_tree);
+}
+
+TEST_F(RegistrationTest, UnrunningLeavesTheKeysThatAreNeverRemoved) {
+  run();
+  unrun();
+  EXPECT_EQ(classes(), empty_tree);
+}
+
+TEST_F(RegistrationTest, UnrunningTwiceOrWithoutRunningIsNoFailure) {
+  EXPECT_NO_THROW(unrun());
+  EXPECT_EQ(classes(), RegistryTree{});
+  run();
+  unrun();
+  EXPECT_NO_THROW(unrun());
+  EXPECT_EQ(classes(), empty_tree);
+}
+
+TEST_F(RegistrationTest, HalfMissingEntriesAreRemoved) {
+  run();
+  test_support::delete_registry_tree(HKEY_CLASSES_ROOT, L"Sample.Object\\CLSID");
+  RegDeleteTreeW(HKEY_CLASSES_ROOT, L"Shared\\{1}\\Server");
+  unrun();
+  EXPECT_EQ(classes(), empty_tree);
+}
+
+TEST_F(RegistrationTest, ForeignEntriesBelowOwnKeysSurvive) {
+  run();
+  write_registry_text(HKEY_CLASSES_ROOT, L"Sample.Object\\shell\\open", L"", L"foreign");
+  write_registry_text(HKEY_CLASSES_ROOT, L"Sample.Object\\CLSID", L"Foreign", L"value");
+  write_registry_text(HKEY_CLASSES_ROOT, L"Shared\\{2}", L"", L"foreign");
+  unrun();
+  const RegistryTree foreign = {
+      {L"Sample.Object\\", L""},
+      {L"Sample.Object\\CLSID\\", L""},
+      {L"Sample.Object\\CLSID\\Foreign", L"s:value"},
+      {L"Sample.Object\\shell\\", L""},
+      {L"Sample.Object\\shell\\open\\", L""},
+      {L"Sample.Object\\shell\\open\\@", L"s:foreign"},
+      {L"Shared\\", L""},
+      {L"Shared\\{2}\\", L""},
+      {L"Shared\\{2}\\@", L"s:foreign"},
+  };
+  EXPECT_EQ(classes(), foreign);
+}
+
+TEST_F(RegistrationTest, ForceRemovedKeyGoesWholeWhenUnrun) {
+  run();
+  write_registry_text(HKEY_CLASSES_ROOT, L"Shared\\{1}\\Foreign\\Deep", L"x", L"foreign");
+  unrun();
+  EXPECT_EQ(classes(), empty_tree);
+}
+
+TEST_F(RegistrationTest, ForceRemovedKeyIsCleanedBeforeItIsWritten) {
+  write_registry_text(HKEY_CLASSES_ROOT, L"Shared\\{1}\\Foreign\\Deep", L"x", L"foreign");
+  write_registry_text(HKEY_CLASSES_ROOT, L"Shared\\{1}", L"Old", L"value");
+  run();
+  EXPECT_EQ(classes(), sample_tree);
+}
+
+TEST_F(RegistrationTest, OldTextsAreReplacedAndForeignValuesKept) {
+  write_registry_text(HKEY_CLASSES_ROOT, L"Sample.Object", L"", L"old text that is longer than the new one");
+  write_registry_text(HKEY_CLASSES_ROOT, L"Sample.Object", L"Foreign", L"kept");
+  run();
+  RegistryTree expected = sample_tree;
+  expected[L"Sample.Object\\Foreign"] = L"s:kept";
+  EXPECT_EQ(classes(), expected);
+}
+
+TEST_F(RegistrationTest, StopsAtTheFirstFailureAndAnswersIt) {
+  make_volatile_key(HKEY_CLASSES_ROOT, L"Sample.Object");
+  EXPECT_EQ(thrown_by([] { run(); }), test_support::volatile_parent_failure);
+  EXPECT_FALSE(registry_key_exists(HKEY_CLASSES_ROOT, L"Shared"));
+}
+
+TEST_F(RegistrationTest, FailureOfALaterKeyKeepsTheEarlierOnes) {
+  make_volatile_key(HKEY_CLASSES_ROOT, L"Shared");
+  EXPECT_EQ(thrown_by([] { run(); }), test_support::volatile_parent_failure);
+  EXPECT_EQ(registry_text(HKEY_CLASSES_ROOT, L"Sample.Object\\CLSID"), L"{1}");
+}
+
+TEST_F(RegistrationTest, MissingScriptIsAFailure) {
+  EXPECT_EQ(thrown_by([] { run(IDR_MISSING); }), HRESULT_FROM_WIN32(ERROR_RESOURCE_NAME_NOT_FOUND));
+  EXPECT_EQ(thrown_by([] { unrun(IDR_MISSING); }), HRESULT_FROM_WIN32(ERROR_RESOURCE_NAME_NOT_FOUND));
+}
+
+TEST_F(RegistrationTest, BrokenScriptWritesNothing) {
+  EXPECT_THROW(run(IDR_BROKEN), RegistryScriptError);
+  EXPECT_EQ(classes(), RegistryTree{});
+}
+
+TEST_F(RegistrationTest, MissingReplacementWritesNothing) {
+  EXPECT_THROW(run_registration_script(IDR_SAMPLE, {{L"NAME", L"x"}}, RegistrationScope::machine), RegistryScriptError);
+  EXPECT_EQ(classes(), RegistryTree{});
+}
+
+TEST_F(RegistrationTest, UserScopeWritesBelowTheUsersClasses) {
+  const test_support::ScratchRoot user(HKEY_CURRENT_USER);
+  run_registration_script(IDR_SAMPLE, replacements, RegistrationScope::user);
+  EXPECT_EQ(registry_tree(HKEY_CURRENT_USER, L"Software\\Classes"), sample_tree);
+  EXPECT_EQ(classes(), RegistryTree{});
+  run_unregistration_script(IDR_SAMPLE, replacements, RegistrationScope::user);
+  EXPECT_EQ(registry_tree(HKEY_CURRENT_USER, L"Software\\Classes"), empty_tree);
+}
+
+TEST_F(RegistrationTest, TypeLibraryIsRegisteredUnderTheModulesPath) {
+  const std::wstring key = L"TypeLib\\" + guid_text(LIBID_zdExpirationRules);
+  register_type_library(RegistrationScope::machine);
+  EXPECT_EQ(registry_text(HKEY_CLASSES_ROOT, key + L"\\1.0"), L"zdExpirationRules 1.0 Type Library");
+  EXPECT_EQ(registry_text(HKEY_CLASSES_ROOT, key + L"\\1.0\\0\\win64"), module_file_name());
+  unregister_type_library(RegistrationScope::machine);
+  EXPECT_FALSE(registry_key_exists(HKEY_CLASSES_ROOT, key));
+}
+
+TEST_F(RegistrationTest, TypeLibraryThatIsNotRegisteredCannotBeUnregistered) {
+  EXPECT_TRUE(FAILED(thrown_by([] { unregister_type_library(RegistrationScope::machine); })));
+}
+
+TEST_F(RegistrationTest, FailureToRegisterTheTypeLibraryIsThrown) {
+  make_volatile_key(HKEY_CLASSES_ROOT, L"TypeLib");
+  EXPECT_TRUE(FAILED(thrown_by([] { register_type_library(RegistrationScope::machine); })));
+}
+
+TEST(Registration, GuidIsWrittenInBracesAndUpperCase) {
+  EXPECT_EQ(guid_text(LIBID_zdExpirationRules), L"{D3D753BE-7675-41E2-9CBB-735F6B1819E5}");
+}
+
+TEST(Registration, LocaleIsTheSystemsForTheScopeAndRestoredOnEveryPath) {
+  constexpr LCID german = MAKELCID(MAKELANGID(LANG_GERMAN, SUBLANG_GERMAN), SORT_DEFAULT);
+  const LCID before = GetThreadLocale();
+  SetThreadLocale(german);
+  try {
+    const SystemLocaleScope scope;
+    EXPECT_EQ(GetThreadLocale(), GetSystemDefaultLCID());
+    throw 1;
+  } catch (int) {
+    EXPECT_EQ(GetThreadLocale(), german);
+  }
+  SetThreadLocale(before);
+}
+
+TEST(ModuleInstance, IsTheModuleThatTheCodeIsLinkedInto) {
+  EXPECT_EQ(module_instance(), GetModuleHandleW(nullptr));
+  const std::wstring path = module_file_name();
+  EXPECT_EQ(path.substr(path.rfind(L'\\') + 1), L"platform_tests.exe");
+  EXPECT_NE(GetFileAttributesW(path.c_str()), INVALID_FILE_ATTRIBUTES);
+}
+
+}  // namespace
+}  // namespace platform

@@ -1,0 +1,157 @@
+#include <gtest/gtest.h>
+
+#include "RegistryScript.h"
+
+namespace platform {
+namespace {
+
+using Removal = RegistryNode::Removal;
+
+const Replacements no_replacements;
+
+RegistryValue text(const std::wstring& name, const std::wstring& value) { return {name, false, value, 0}; }
+RegistryValue number(const std::wstring& name, std::uint32_t value) { return {name, true, {}, value}; }
+
+struct ReadableScript {
+  const char* name;
+  const wchar_t* script;
+  std::vector<RegistryNode> keys;
+};
+
+class ReadableScripts : public testing::TestWithParam<ReadableScript> {};
+
+TEST_P(ReadableScripts, AreReadAsWritten) {
+  EXPECT_EQ(parse_registry_script(GetParam().script, no_replacements), GetParam().keys);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    RegistryScript, ReadableScripts,
+    testing::Values(
+        ReadableScript{"NoKeys", L"HKCR { }", {}},
+        ReadableScript{"WithoutSpaces", L"HKCR{A{B}}", {{L"A", Removal::own, {}, {{L"B", Removal::own, {}, {}}}}}},
+        ReadableScript{"EveryKindOfSpace", L"\r\n\tHKCR\r\n{\tA }\r\n", {{L"A", Removal::own, {}, {}}}},
+        ReadableScript{"DefaultValue", L"HKCR { A = s 'x' }", {{L"A", Removal::own, {text(L"", L"x")}, {}}}},
+        ReadableScript{"DefaultNumber", L"HKCR { A = d 7 }", {{L"A", Removal::own, {number(L"", 7)}, {}}}},
+        ReadableScript{"UnquotedText", L"HKCR { A = s x }", {{L"A", Removal::own, {text(L"", L"x")}, {}}}},
+        ReadableScript{"EmptyText", L"HKCR { A = s '' }", {{L"A", Removal::own, {text(L"", L"")}, {}}}},
+        ReadableScript{"NamedValue", L"HKCR { A { val B = s 'x' } }", {{L"A", Removal::own, {text(L"B", L"x")}, {}}}},
+        ReadableScript{"NamedNumber", L"HKCR { A { val B = d 0 } }", {{L"A", Removal::own, {number(L"B", 0)}, {}}}},
+        ReadableScript{
+            "LargestNumber", L"HKCR { A = d 4294967295 }", {{L"A", Removal::own, {number(L"", 4294967295u)}, {}}}},
+        ReadableScript{"NoRemove", L"HKCR { NoRemove A }", {{L"A", Removal::none, {}, {}}}},
+        ReadableScript{"ForceRemove", L"HKCR { ForceRemove A }", {{L"A", Removal::complete, {}, {}}}},
+        ReadableScript{"QuotedKeywordsAreNames",
+                       L"HKCR { 'NoRemove' 'val' 'ForceRemove' 's' }",
+                       {{L"NoRemove", Removal::own, {}, {}},
+                        {L"val", Removal::own, {}, {}},
+                        {L"ForceRemove", Removal::own, {}, {}},
+                        {L"s", Removal::own, {}, {}}}},
+        ReadableScript{
+            "QuotedNameWithSpacesAndBraces", L"HKCR { '{A b} = c' }", {{L"{A b} = c", Removal::own, {}, {}}}},
+        ReadableScript{"DoubledQuoteIsAQuote",
+                       L"HKCR { A = s 'it''s ''''' }",
+                       {{L"A", Removal::own, {text(L"", L"it's ''")}, {}}}},
+        ReadableScript{"ValuesAndKeysKeepTheirOrder",
+                       L"HKCR { A = s '0' { val Z = s '1' C B val Y = s '2' } }",
+                       {{L"A",
+                         Removal::own,
+                         {text(L"", L"0"), text(L"Z", L"1"), text(L"Y", L"2")},
+                         {{L"C", Removal::own, {}, {}}, {L"B", Removal::own, {}, {}}}}}},
+        ReadableScript{"AnyCharacter",
+                       L"HKCR { '\u5230\u671f' = s '\U0001f4c8 ' }",
+                       {{L"\u5230\u671f", Removal::own, {text(L"", L"\U0001f4c8 ")}, {}}}}),
+    [](const auto& script) { return script.param.name; });
+
+struct BrokenScript {
+  const char* name;
+  const wchar_t* script;
+};
+
+class BrokenScripts : public testing::TestWithParam<BrokenScript> {};
+
+TEST_P(BrokenScripts, AreRefused) {
+  EXPECT_THROW(parse_registry_script(GetParam().script, {{L"A", L"a"}}), RegistryScriptError);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    RegistryScript, BrokenScripts,
+    testing::Values(
+        BrokenScript{"Nothing", L""}, BrokenScript{"OnlySpaces", L" \r\n"}, BrokenScript{"AnotherRoot", L"HKLM { A }"},
+        BrokenScript{"RootInLowerCase", L"hkcr { A }"}, BrokenScript{"QuotedRoot", L"'HKCR' { A }"},
+        BrokenScript{"RootWithoutBlock", L"HKCR A"}, BrokenScript{"TextAfterTheEnd", L"HKCR { A } B"},
+        BrokenScript{"SecondBlock", L"HKCR { A } { B }"}, BrokenScript{"BraceTooMany", L"HKCR { A } }"},
+        BrokenScript{"BlockWithoutKey", L"HKCR { { A } }"}, BrokenScript{"AssignmentWithoutKey", L"HKCR { = s 'x' }"},
+        BrokenScript{"KeyWithoutName", L"HKCR { '' }"}, BrokenScript{"KeyWordWithoutKey", L"HKCR { NoRemove }"},
+        BrokenScript{"KeyWordBeforeAssignment", L"HKCR { NoRemove = s 'x' }"},
+        BrokenScript{"ValueWithoutName", L"HKCR { A { val } }"},
+        BrokenScript{"ValueWithoutAssignment", L"HKCR { A { val B } }"},
+        BrokenScript{"ValueWithoutType", L"HKCR { A = 'x' }"}, BrokenScript{"UnknownType", L"HKCR { A = b '00' }"},
+        BrokenScript{"QuotedType", L"HKCR { A = 's' 'x' }"}, BrokenScript{"TypeWithoutText", L"HKCR { A = s }"},
+        BrokenScript{"NumberTooLarge", L"HKCR { A = d 4294967296 }"},
+        BrokenScript{"NumberFarTooLarge", L"HKCR { A = d 18446744073709551616 }"},
+        BrokenScript{"NegativeNumber", L"HKCR { A = d -1 }"}, BrokenScript{"HexadecimalNumber", L"HKCR { A = d 0x10 }"},
+        BrokenScript{"EmptyNumber", L"HKCR { A = d '' }"}, BrokenScript{"OpenQuote", L"HKCR { 'A }"},
+        BrokenScript{"OpenReplacement", L"HKCR { '%A' }"}, BrokenScript{"UnknownReplacement", L"HKCR { '%B%' }"},
+        BrokenScript{"ReplacementInAnotherCase", L"HKCR { '%a%' }"}),
+    [](const auto& script) { return script.param.name; });
+
+constexpr wchar_t whole_script[] =
+    L"HKCR { NoRemove CLSID { ForceRemove '%ID%' = s 'it''s' { val Flags = d 12 Server = s '%PATH%' { val M = s x } } "
+    L"} }";
+const Replacements whole_replacements = {{L"ID", L"{1}"}, {L"PATH", L"C:\\x.dll"}};
+
+TEST(RegistryScript, IsRefusedWhenCutOffAtAnyLength) {
+  const std::wstring_view script = whole_script;
+  ASSERT_NO_THROW(parse_registry_script(script, whole_replacements));
+  for (std::size_t length = 0; length < script.size(); ++length) {
+    EXPECT_THROW(parse_registry_script(script.substr(0, length), whole_replacements), RegistryScriptError)
+        << "at length " << length;
+  }
+}
+
+TEST(RegistryScript, DamageInOneCharacterIsReadOrRefused) {
+  for (std::size_t position = 0; position + 1 < std::size(whole_script); ++position) {
+    for (const wchar_t damage : std::wstring_view(L"{}='% sd1x\0", 11)) {
+      std::wstring script = whole_script;
+      script[position] = damage;
+      try {
+        parse_registry_script(script, whole_replacements);
+      } catch (const RegistryScriptError&) {
+        continue;
+      } catch (...) {
+        ADD_FAILURE() << "another exception for " << static_cast<int>(damage) << " at " << position;
+      }
+    }
+  }
+}
+
+std::wstring default_text(const wchar_t* script, const Replacements& replacements) {
+  return parse_registry_script(script, replacements).at(0).values.at(0).text;
+}
+
+TEST(RegistryScript, ReplacesInKeysValueNamesAndTexts) {
+  const Replacements replacements = {{L"K", L"key"}, {L"V", L"value"}, {L"T", L"text"}};
+  const std::vector<RegistryNode> expected = {{L"a key", Removal::own, {text(L"value", L"text and text")}, {}}};
+  EXPECT_EQ(parse_registry_script(L"HKCR { 'a %K%' { val %V% = s '%T% and %T%' } }", replacements), expected);
+}
+
+TEST(RegistryScript, ReplacementWithoutTextLeavesNothing) {
+  EXPECT_EQ(default_text(L"HKCR { A = s '<%E%>' }", {{L"E", L""}}), L"<>");
+}
+
+TEST(RegistryScript, ReplacedTextIsNeverSyntax) {
+  const std::wstring odd = L"C:\\it's {here}\\%APPID% = 'x'\\\u89c4\u5219 d.dll";
+  EXPECT_EQ(default_text(L"HKCR { A = s '%MODULE%' { } }", {{L"MODULE", odd}, {L"APPID", L"wrong"}}), odd);
+}
+
+TEST(RegistryScript, ReplacedNumberIsChecked) {
+  EXPECT_EQ(parse_registry_script(L"HKCR { A = d %N% }", {{L"N", L"42"}}).at(0).values.at(0).number, 42u);
+  EXPECT_THROW(parse_registry_script(L"HKCR { A = d %N% }", {{L"N", L"many"}}), RegistryScriptError);
+}
+
+TEST(RegistryScript, KeyNamedByAnEmptyReplacementIsRefused) {
+  EXPECT_THROW(parse_registry_script(L"HKCR { '%N%' = s 'x' }", {{L"N", L""}}), RegistryScriptError);
+}
+
+}  // namespace
+}  // namespace platform

@@ -1,0 +1,103 @@
+#include "RegistryTree.h"
+
+#include <memory>
+#include <stdexcept>
+#include <vector>
+
+namespace test_support {
+namespace {
+
+struct CloseKey {
+  void operator()(HKEY key) const { RegCloseKey(key); }
+};
+using Key = std::unique_ptr<std::remove_pointer_t<HKEY>, CloseKey>;
+
+Key open_key(HKEY root, const std::wstring& path) {
+  HKEY key = nullptr;
+  RegOpenKeyExW(root, path.c_str(), 0, KEY_READ, &key);
+  return Key(key);
+}
+
+Key make_key(HKEY root, const std::wstring& path, DWORD options) {
+  HKEY key = nullptr;
+  if (RegCreateKeyExW(root, path.c_str(), 0, nullptr, options, KEY_READ | KEY_WRITE, nullptr, &key, nullptr) !=
+      ERROR_SUCCESS) {
+    throw std::runtime_error("a registry key cannot be made");
+  }
+  return Key(key);
+}
+
+std::wstring value_text(DWORD type, const std::vector<BYTE>& data) {
+  if (type == REG_DWORD && data.size() == sizeof(DWORD)) {
+    return L"d:" + std::to_wstring(*reinterpret_cast<const DWORD*>(data.data()));
+  }
+  if (type == REG_SZ && data.size() >= sizeof(wchar_t)) {
+    // One closing zero belongs to the type; a second one would be a mistake that must be seen.
+    return L"s:" + std::wstring(reinterpret_cast<const wchar_t*>(data.data()), data.size() / sizeof(wchar_t) - 1);
+  }
+  return L"type " + std::to_wstring(type) + L", " + std::to_wstring(data.size()) + L" bytes";
+}
+
+void add_values(HKEY key, const std::wstring& path, RegistryTree& tree) {
+  for (DWORD index = 0;; ++index) {
+    std::wstring name(16384, L'\0');
+    std::vector<BYTE> data(65536);
+    auto name_length = static_cast<DWORD>(name.size());
+    auto size = static_cast<DWORD>(data.size());
+    DWORD type = 0;
+    if (RegEnumValueW(key, index, name.data(), &name_length, nullptr, &type, data.data(), &size) != ERROR_SUCCESS) {
+      return;
+    }
+    name.resize(name_length);
+    data.resize(size);
+    tree[path + L"\\" + (name.empty() ? L"@" : name)] = value_text(type, data);
+  }
+}
+
+void add_key(HKEY key, const std::wstring& path, RegistryTree& tree) {
+  add_values(key, path, tree);
+  for (DWORD index = 0;; ++index) {
+    std::wstring name(256, L'\0');
+    auto length = static_cast<DWORD>(name.size());
+    if (RegEnumKeyExW(key, index, name.data(), &length, nullptr, nullptr, nullptr, nullptr) != ERROR_SUCCESS) return;
+    name.resize(length);
+    const std::wstring below = path.empty() ? name : path + L"\\" + name;
+    tree[below + L"\\"] = {};
+    if (const Key child = open_key(key, name)) add_key(child.get(), below, tree);
+  }
+}
+
+}  // namespace
+
+RegistryTree registry_tree(HKEY root, const std::wstring& path) {
+  RegistryTree tree;
+  if (const Key key = open_key(root, path)) add_key(key.get(), {}, tree);
+  return tree;
+}
+
+void delete_registry_tree(HKEY root, const std::wstring& path) { RegDeleteTreeW(root, path.c_str()); }
+
+bool registry_key_exists(HKEY root, const std::wstring& path) { return open_key(root, path) != nullptr; }
+
+std::wstring registry_text(HKEY root, const std::wstring& path, const std::wstring& name) {
+  std::wstring text(32768, L'\0');
+  auto size = static_cast<DWORD>(text.size() * sizeof(wchar_t));
+  if (RegGetValueW(root, path.c_str(), name.c_str(), RRF_RT_REG_SZ, nullptr, text.data(), &size) != ERROR_SUCCESS) {
+    return {};
+  }
+  text.resize(size / sizeof(wchar_t) - 1);
+  return text;
+}
+
+void write_registry_text(HKEY root, const std::wstring& path, const std::wstring& name, const std::wstring& text) {
+  const Key key = make_key(root, path, REG_OPTION_NON_VOLATILE);
+  const auto size = static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t));
+  if (RegSetValueExW(key.get(), name.c_str(), 0, REG_SZ, reinterpret_cast<const BYTE*>(text.c_str()), size) !=
+      ERROR_SUCCESS) {
+    throw std::runtime_error("a registry value cannot be written");
+  }
+}
+
+void make_volatile_key(HKEY root, const std::wstring& path) { make_key(root, path, REG_OPTION_VOLATILE); }
+
+}  // namespace test_support

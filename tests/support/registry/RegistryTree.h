@@ -1,0 +1,35 @@
+#pragma once
+
+#include <windows.h>
+
+#include <map>
+#include <string>
+
+namespace test_support {
+
+/// Everything below a registry key. A key stands as its path with a closing backslash and no text, a value as
+/// "path\name" (the default value as "path\@") with its text: "s:text", "d:number" or "type N, M bytes". Paths are
+/// relative to the key and keep the case they were written in.
+using RegistryTree = std::map<std::wstring, std::wstring>;
+
+/// Empty when the key does not exist.
+RegistryTree registry_tree(HKEY root, const std::wstring& path = {});
+
+/// Deletes a key and everything below it; a missing key is no failure.
+void delete_registry_tree(HKEY root, const std::wstring& path);
+
+bool registry_key_exists(HKEY root, const std::wstring& path);
+
+/// The text of a value; empty when there is none.
+std::wstring registry_text(HKEY root, const std::wstring& path, const std::wstring& name = {});
+
+/// Makes the key when it is missing. Throws `std::runtime_error` when the registry refuses.
+void write_registry_text(HKEY root, const std::wstring& path, const std::wstring& name, const std::wstring& text);
+
+/// Makes a key in which no lasting key can be made: the way to have a registry call fail. Throws `std::runtime_error`.
+void make_volatile_key(HKEY root, const std::wstring& path);
+
+/// What a registry call answers below such a key.
+inline constexpr HRESULT volatile_parent_failure = static_cast<HRESULT>(0x80070000 | ERROR_CHILD_MUST_BE_VOLATILE);
+
+}  // namespace test_support

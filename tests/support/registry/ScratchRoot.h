@@ -1,0 +1,25 @@
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+
+namespace test_support {
+
+/// Puts an empty scratch key in the place of HKEY_CLASSES_ROOT or another root of the registry, for this process and as
+/// long as this lives. Everything written there is gone afterwards. One lives at a time for each root.
+class ScratchRoot {
+ public:
+  /// Throws `std::runtime_error` when the registry refuses.
+  explicit ScratchRoot(HKEY root);
+  ~ScratchRoot();
+  ScratchRoot(const ScratchRoot&) = delete;
+  ScratchRoot& operator=(const ScratchRoot&) = delete;
+
+ private:
+  HKEY root_;
+  std::wstring path_;
+  HKEY key_ = nullptr;
+};
+
+}  // namespace test_support
