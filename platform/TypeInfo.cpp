@@ -55,7 +55,9 @@ HRESULT TypeInfo::get(UINT index, ITypeInfo** info) const noexcept {
 }
 
 HRESULT TypeInfo::get_ids_of_names(LPOLESTR* names, UINT count, DISPID* ids) const noexcept {
-  return SUCCEEDED(loaded_) ? info_->GetIDsOfNames(names, count, ids) : loaded_;
+  if (FAILED(loaded_)) return loaded_;
+  if (!names || !ids) return E_INVALIDARG;  // not every automation library checks
+  return info_->GetIDsOfNames(names, count, ids);
 }
 
 HRESULT TypeInfo::invoke(void* object, DISPID id, WORD flags, DISPPARAMS* parameters, VARIANT* result,
