@@ -1,0 +1,112 @@
+#include <comdef.h>
+
+#include "RecorderTest.h"
+#include "Report.h"
+
+namespace diagnostics_test {
+namespace {
+
+using namespace SnagtrapUtil;
+
+/// Counts breaks into the debugger and goes on behind them, as a debugger does when its user says so.
+class BreakCounter {
+ public:
+  BreakCounter() : handler_(AddVectoredExceptionHandler(1, step_over)) { breaks = 0; }
+  ~BreakCounter() { RemoveVectoredExceptionHandler(handler_); }
+
+  int count() const { return breaks; }
+
+ private:
+  static LONG CALLBACK step_over(EXCEPTION_POINTERS* exception) {
+    if (exception->ExceptionRecord->ExceptionCode != EXCEPTION_BREAKPOINT) return EXCEPTION_CONTINUE_SEARCH;
+    ++breaks;
+    constexpr unsigned char breakpoint = 0xCC;
+    auto& next = exception->ContextRecord->Rip;
+    if (*reinterpret_cast<const unsigned char*>(next) == breakpoint) ++next;
+    return EXCEPTION_CONTINUE_EXECUTION;
+  }
+
+  static inline int breaks = 0;
+  void* handler_;
+};
+
+class Answer : public RecorderTest {
+ protected:
+  BreakCounter breaks;
+};
+
+TEST_F(Answer, OfTheLibraryIsTheAnswerOfTheReporter) {
+  for (const HRESULT answer : {S_OK, S_FALSE, static_cast<HRESULT>(2), E_ABORT, E_FAIL, E_OUTOFMEMORY}) {
+    recorder.answer(L"PROCESS", answer);
+    EXPECT_EQ(TracerClass(place).trace(L"x"), answer);
+    EXPECT_EQ(TracerClass(place).report(L"x"), answer);
+    EXPECT_EQ(AsserterClass(place).assert_failed(L"x"), answer);
+    EXPECT_EQ(ShowError(place).show(L"x"), answer);
+    EXPECT_EQ(report_structured_exception(nullptr), answer);
+  }
+  EXPECT_EQ(breaks.count(), 0) << "reporters only answer";
+}
+
+TEST_F(Answer, OfTheFilterCountsForNothing) {
+  recorder.answer(L"FILTER", E_ABORT);
+  recorder.answer(L"PROCESS", 3);
+  EXPECT_EQ(AsserterClass(place).assert_failed(L"x"), 3);
+}
+
+TEST_F(Answer, OneBreaksIntoTheDebuggerAndThenGoesOn) {
+  recorder.answer(L"PROCESS", 1);
+  EXPECT_FALSE(expect(false, L"x", place));
+  EXPECT_EQ(breaks.count(), 1);
+  report_hresult(E_FAIL, place);
+  EXPECT_EQ(breaks.count(), 2);
+  try {
+    throw 1;
+  } catch (...) {
+    catch_and_call(place);
+  }
+  EXPECT_EQ(breaks.count(), 3);
+}
+
+TEST_F(Answer, OfAnyOtherKindGoesOn) {
+  for (const HRESULT answer : {S_OK, static_cast<HRESULT>(2), E_FAIL, E_ACCESSDENIED, RPC_E_DISCONNECTED}) {
+    recorder.answer(L"PROCESS", answer);
+    EXPECT_FALSE(expect(false, L"x", place));
+  }
+  EXPECT_EQ(breaks.count(), 0);
+}
+
+class Expectation : public RecorderTest {};
+
+TEST_F(Expectation, ThatHoldsReportsNothing) {
+  EXPECT_TRUE(expect(true, L"x", place));
+  EXPECT_TRUE(recorder.commands().empty());
+}
+
+TEST_F(Expectation, ThatFailsCarriesItsExpression) {
+  EXPECT_FALSE(expect(false, L"::IsWindow(m_hWnd)", place));
+  EXPECT_EQ(test_support::field_text(processed(), L"Description"), L"::IsWindow(m_hWnd)");
+}
+
+class FailingCall : public RecorderTest {};
+
+TEST_F(FailingCall, IsAnAssertionWithoutTextAndThrownOn) {
+  try {
+    require_success(E_ACCESSDENIED, place);
+    FAIL() << "nothing was thrown";
+  } catch (const _com_error& error) {
+    EXPECT_EQ(error.Error(), E_ACCESSDENIED);
+  }
+  const auto record = processed();
+  EXPECT_EQ(test_support::field_text(record, L"$Type"), L"ASSERT");
+  EXPECT_FALSE(test_support::find_field(record, L"Description"));
+  EXPECT_EQ(test_support::field_text(record, L"HRESULT"), std::to_wstring(E_ACCESSDENIED));
+}
+
+TEST_F(FailingCall, IsNoneWhenItAnswersPositively) {
+  require_success(S_OK, place);
+  require_success(S_FALSE, place);
+  EXPECT_TRUE(recorder.commands().empty());
+}
+
+}  // namespace
+}  // namespace diagnostics_test

@@ -1,0 +1,100 @@
+#include <objbase.h>
+
+#include <atomic>
+#include <thread>
+
+#include "RecorderTest.h"
+#include "Report.h"
+#include "SnagtrapClient.h"
+
+namespace diagnostics_test {
+namespace {
+
+using namespace SnagtrapUtil;
+using test_support::RecordedCommand;
+
+std::wstring event_name() {
+  wchar_t guid[39] = {};
+  StringFromGUID2(__uuidof(IKV_SnagtrapUtil::SnagtrapEvent), guid, 39);
+  return std::wstring(L"Global\\") + guid;
+}
+
+/// The named event that holds clients back.
+class GlobalEvent : public RecorderTest {
+ protected:
+  explicit GlobalEvent() : event(CreateEventW(nullptr, TRUE, FALSE, event_name().c_str())) {}
+  ~GlobalEvent() override { CloseHandle(event); }
+
+  HANDLE event;
+};
+
+TEST_F(GlobalEvent, HoldsEveryAccessBackUntilItIsSet) {
+  constexpr DWORD time_to_be_wrong_ms = 100;
+  std::atomic<bool> is_set = false;
+  bool came_back_after = false;
+  std::thread reporter([&] {
+    snagtrap_client();
+    came_back_after = is_set;
+  });
+  Sleep(time_to_be_wrong_ms);
+  is_set = true;
+  SetEvent(event);
+  reporter.join();
+  EXPECT_TRUE(came_back_after);
+}
+
+TEST_F(GlobalEvent, ThatIsSetHoldsNobodyBack) {
+  SetEvent(event);
+  EXPECT_FALSE(expect(false, L"x", place));
+  EXPECT_EQ(recorder.commands(L"PROCESS").size(), 1u);
+}
+
+TEST_F(GlobalEvent, IsClosedAfterEachAccess) {
+  SetEvent(event);
+  snagtrap_client();
+  CloseHandle(event);
+  const HANDLE again = OpenEventW(SYNCHRONIZE, FALSE, event_name().c_str());
+  EXPECT_FALSE(again) << "somebody still holds it";
+  if (again) CloseHandle(again);
+  event = CreateEventW(nullptr, TRUE, TRUE, event_name().c_str());
+}
+
+class Commands : public RecorderTest {};
+
+TEST_F(Commands, OfSeveralThreadsReachTheLibraryOneAtATime) {
+  constexpr int thread_count = 8;
+  constexpr int reports = 20;
+  std::atomic<int> inside = 0;
+  std::atomic<int> most = 0;
+  recorder.on_command([&](const RecordedCommand&) {
+    most = std::max(most.load(), ++inside);
+    Sleep(0);
+    --inside;
+  });
+  std::vector<std::thread> threads;
+  for (int i = 0; i < thread_count; ++i) {
+    threads.emplace_back([] {
+      for (int k = 0; k < reports; ++k) expect(false, L"x", place);
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_EQ(most, 1);
+  EXPECT_EQ(recorder.commands(L"PROCESS").size(), static_cast<std::size_t>(thread_count * reports));
+}
+
+TEST_F(Commands, ReportWhileTheLibraryHandlesOneIsHandledInside) {
+  bool nested = false;
+  recorder.on_command([&](const RecordedCommand& command) {
+    if (command.word != L"PROCESS" || nested) return;
+    nested = true;
+    expect(false, L"inner", place);
+  });
+  expect(false, L"outer", place);
+  const auto records = recorder.commands(L"PROCESS");
+  ASSERT_EQ(records.size(), 2u);
+  EXPECT_EQ(test_support::field_text(records[0], L"Description"), L"outer");
+  EXPECT_EQ(test_support::field_text(records[1], L"Description"), L"inner");
+}
+
+}  // namespace
+}  // namespace diagnostics_test

@@ -1,0 +1,272 @@
+#include <windows.h>
+#include <oleauto.h>
+
+#include <cstdio>
+#include <deque>
+#include <map>
+#include <mutex>
+#include <set>
+
+#include "DispatchObject.h"
+#include "RecorderControl.h"
+#include "SnagtrapUtil.h"
+
+namespace test_support {
+namespace {
+
+/// Left behind as the thread's last error by every call, so that a caller which does not keep its own is found out.
+constexpr DWORD clobbered_last_error = 0xBADC0DE;
+
+class RecordingObject;
+std::vector<RecordedField> snapshot_of(const RecordingObject* object);
+
+std::mutex live_records_lock;
+std::set<const RecordingObject*> live_records;
+
+/// Any other object than a living record of the recorder is none.
+const RecordingObject* find_record(const IDispatch* object);
+
+std::wstring text_of(const VARIANT& value) {
+  switch (value.vt) {
+    case VT_BSTR:
+      return {value.bstrVal ? value.bstrVal : L"", SysStringLen(value.bstrVal)};
+    case VT_BOOL:
+      return value.boolVal ? L"true" : L"false";
+    case VT_I4:
+    case VT_INT:
+      return std::to_wstring(value.lVal);
+    case VT_UI4:
+    case VT_UINT:
+      return std::to_wstring(value.ulVal);
+    case VT_UI8:
+      return std::to_wstring(value.ullVal);
+    case VT_R8:
+      return std::to_wstring(value.dblVal);
+    default:
+      return {};
+  }
+}
+
+ULONGLONG number_of(const VARIANT& value) {
+  switch (value.vt) {
+    case VT_I4:
+    case VT_INT:
+      return static_cast<ULONGLONG>(value.lVal);
+    case VT_UI4:
+    case VT_UINT:
+      return value.ulVal;
+    case VT_UI8:
+      return value.ullVal;
+    case VT_DISPATCH:
+      return reinterpret_cast<ULONGLONG>(value.pdispVal);
+    default:
+      return 0;
+  }
+}
+
+RecordedField recorded(const std::wstring& name, const VARIANT& value) {
+  RecordedField field{name, value.vt, text_of(value), {}, number_of(value)};
+  if (value.vt == VT_DISPATCH) {
+    if (const RecordingObject* inner = find_record(value.pdispVal)) field.inner = snapshot_of(inner);
+  }
+  return field;
+}
+
+std::string to_utf8(const std::wstring& text) {
+  const int length = static_cast<int>(text.size());
+  const int size = WideCharToMultiByte(CP_UTF8, 0, text.data(), length, nullptr, 0, nullptr, nullptr);
+  std::string utf8(static_cast<std::size_t>(size), '\0');
+  WideCharToMultiByte(CP_UTF8, 0, text.data(), length, utf8.data(), size, nullptr, nullptr);
+  return utf8;
+}
+
+class Tape final : public RecorderControl {
+ public:
+  struct Answer {
+    HRESULT result;
+    Out out;
+  };
+
+  void reset() override {
+    const std::lock_guard guard(lock_);
+    commands_.clear();
+    answers_.clear();
+    next_answers_.clear();
+    hook_ = nullptr;
+    journal_.clear();
+  }
+
+  void visit_commands(Visitor visitor, void* context) override {
+    const std::lock_guard guard(lock_);
+    for (const RecordedCommand& command : commands_) visitor(context, command);
+  }
+
+  void set_answer(const wchar_t* word, HRESULT answer, Out out, bool once) override {
+    const std::lock_guard guard(lock_);
+    if (once) {
+      next_answers_[word].push_back({answer, out});
+    } else {
+      answers_[word] = {answer, out};
+    }
+  }
+
+  void set_hook(Visitor hook, void* context) override {
+    const std::lock_guard guard(lock_);
+    hook_ = hook;
+    hook_context_ = context;
+  }
+
+  void set_journal(const wchar_t* path) override {
+    const std::lock_guard guard(lock_);
+    journal_ = path;
+  }
+
+  long live_objects() const override { return workbench::live_dispatch_objects; }
+
+  Answer answer_to(const std::wstring& word) {
+    const std::lock_guard guard(lock_);
+    if (auto next = next_answers_.find(word); next != next_answers_.end() && !next->second.empty()) {
+      const Answer answer = next->second.front();
+      next->second.pop_front();
+      return answer;
+    }
+    const auto answer = answers_.find(word);
+    return answer != answers_.end() ? answer->second : Answer{S_OK, Out::made};
+  }
+
+  Answer record(RecordedCommand command) {
+    const Answer answer = answer_to(command.word);
+    command.answer = answer.result;
+    command.thread = GetCurrentThreadId();
+    Visitor hook = nullptr;
+    void* context = nullptr;
+    {
+      const std::lock_guard guard(lock_);
+      commands_.push_back(command);
+      write_journal(command.word);
+      hook = hook_;
+      context = hook_context_;
+    }
+    if (hook) hook(context, command);
+    return answer;
+  }
+
+ private:
+  void write_journal(const std::wstring& word) const {
+    if (journal_.empty()) return;
+    std::FILE* file = _wfopen(journal_.c_str(), L"ab");
+    if (!file) return;
+    const std::string line = to_utf8(word) + '\n';
+    std::fwrite(line.data(), 1, line.size(), file);
+    std::fclose(file);
+  }
+
+  std::mutex lock_;
+  std::deque<RecordedCommand> commands_;
+  std::map<std::wstring, Answer> answers_;
+  std::map<std::wstring, std::deque<Answer>> next_answers_;
+  Visitor hook_ = nullptr;
+  void* hook_context_ = nullptr;
+  std::wstring journal_;
+};
+
+Tape& tape() {
+  static Tape instance;
+  return instance;
+}
+
+/// Fills an out parameter as the answer says. A failing answer may still make an object: callers must not leak it.
+template <class Interface, class Make>
+HRESULT hand_out(const Tape::Answer& answer, Interface** out, Make make) {
+  if (out && answer.out == Out::made) *out = make();
+  if (out && answer.out == Out::null) *out = nullptr;
+  SetLastError(clobbered_last_error);
+  return answer.result;
+}
+
+class RecordingObject final : public workbench::DispatchObject<IKV_SnagtrapUtil::IDebugObject> {
+ public:
+  RecordingObject() {
+    const std::lock_guard guard(live_records_lock);
+    live_records.insert(this);
+  }
+
+  ~RecordingObject() override {
+    {
+      const std::lock_guard guard(live_records_lock);
+      live_records.erase(this);
+    }
+    for (Field& field : fields_) VariantClear(&field.value);
+    SetLastError(clobbered_last_error);
+  }
+
+  HRESULT STDMETHODCALLTYPE SetField(BSTR name, VARIANT value) noexcept override {
+    const HRESULT answer = tape().answer_to(L"SetField").result;
+    if (SUCCEEDED(answer)) {
+      fields_.push_back({{name ? name : L"", SysStringLen(name)}, {}});
+      VariantCopy(&fields_.back().value, &value);
+    }
+    SetLastError(clobbered_last_error);
+    return answer;
+  }
+
+  std::vector<RecordedField> snapshot() const {
+    std::vector<RecordedField> fields;
+    for (const Field& field : fields_) fields.push_back(recorded(field.name, field.value));
+    return fields;
+  }
+
+ private:
+  struct Field {
+    std::wstring name;
+    VARIANT value;
+  };
+
+  std::deque<Field> fields_;
+};
+
+std::vector<RecordedField> snapshot_of(const RecordingObject* object) { return object->snapshot(); }
+
+const RecordingObject* find_record(const IDispatch* object) {
+  const auto* record = static_cast<const RecordingObject*>(object);
+  const std::lock_guard guard(live_records_lock);
+  return live_records.count(record) ? record : nullptr;
+}
+
+class RecordingRoot final : public workbench::DispatchObject<IKV_SnagtrapUtil::IDebugRoot> {
+ public:
+  HRESULT STDMETHODCALLTYPE Configure(BSTR text, BSTR number, long flag) noexcept override {
+    RecordedCommand command{L"Configure", {}, S_OK, 0, nullptr};
+    command.fields.push_back({L"text", VT_BSTR, {text ? text : L"", SysStringLen(text)}, {}, 0});
+    command.fields.push_back({L"number", VT_BSTR, {number ? number : L"", SysStringLen(number)}, {}, 0});
+    command.fields.push_back({L"flag", VT_I4, std::to_wstring(flag), {}, static_cast<ULONGLONG>(flag)});
+    const HRESULT answer = tape().record(std::move(command)).result;
+    SetLastError(clobbered_last_error);
+    return answer;
+  }
+
+  HRESULT STDMETHODCALLTYPE Command(BSTR word, IKV_SnagtrapUtil::IDebugObject* record,
+                                    IKV_SnagtrapUtil::IDebugObject** created) noexcept override {
+    RecordedCommand command{{word ? word : L"", SysStringLen(word)}, {}, S_OK, 0, record};
+    if (const RecordingObject* own = find_record(record)) command.fields = own->snapshot();
+    const bool makes = command.word == L"CREATE";
+    const Tape::Answer answer = tape().record(std::move(command));
+    if (makes) return hand_out(answer, created, [] { return new RecordingObject; });
+    SetLastError(clobbered_last_error);
+    return answer.result;
+  }
+
+ private:
+  ~RecordingRoot() override { SetLastError(clobbered_last_error); }
+};
+
+}  // namespace
+}  // namespace test_support
+
+extern "C" HRESULT STDMETHODCALLTYPE ST_InitObject(IKV_SnagtrapUtil::IDebugRoot** root) {
+  using namespace test_support;
+  const Tape::Answer answer = tape().record({L"ST_InitObject", {}, S_OK, 0, nullptr});
+  return hand_out(answer, root, [] { return new RecordingRoot; });
+}
+
+extern "C" test_support::RecorderControl* recorder_control() { return &test_support::tape(); }
