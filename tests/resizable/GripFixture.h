@@ -1,0 +1,61 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include "ImportProbe.h"
+#include "ResizableGrip.h"
+#include "TestWindows.h"
+
+ZD_IMPORT_PROBE(GetSystemMetrics, MetricsProbe);
+
+namespace resizable_test {
+
+/// The grip alone on a window that is shown.
+class SizeGrip : public testing::Test {
+ protected:
+  SizeGrip() { ShowWindow(parent.get(), SW_SHOWNOACTIVATE); }
+
+  void create() { ASSERT_TRUE(grip.Create(parent.get())); }
+
+  LRESULT send(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) {
+    return SendMessageW(grip.m_hWnd, message, wParam, lParam);
+  }
+
+  /// What of the grip's rectangle belongs to its window.
+  platform::Region region() {
+    platform::Region copy(CreateRectRgn(0, 0, 0, 0));
+    region_kind = GetWindowRgn(grip.m_hWnd, copy.get());
+    return copy;
+  }
+
+  bool is_triangular() {
+    const auto corners = resizable::grip_triangle(resizable::size_of(grip.GetWindowRect()));
+    const platform::Region triangle(CreatePolygonRgn(corners.data(), 3, WINDING));
+    return EqualRgn(region().get(), triangle.get()) != FALSE;
+  }
+
+  OwnedWindow parent{make_popup()};
+  CSizeGrip grip;
+  int region_kind = ERROR;
+};
+
+/// The system's scroll bars change their size in the middle of a test.
+class GripSize : public SizeGrip {
+ protected:
+  void change_metrics(int cx, int cy) {
+    metrics.replace([this, cx, cy](int index) {
+      if (index == SM_CXVSCROLL) return cx;
+      if (index == SM_CYHSCROLL) return cy;
+      return metrics.original(index);
+    });
+  }
+
+  void place_in_corner() {
+    const POINT corner = resizable::grip_position({0, 0, 300, 200}, grip.Size());
+    SetWindowPos(grip.m_hWnd, nullptr, corner.x, corner.y, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_SHOWWINDOW);
+  }
+
+  MetricsProbe metrics;
+};
+
+}  // namespace resizable_test

@@ -1,0 +1,170 @@
+#include <gtest/gtest.h>
+
+#include <array>
+
+#include "DeviceContext.h"
+#include "GripFixture.h"
+
+ZD_IMPORT_PROBE(BitBlt, BitBltProbe);
+ZD_IMPORT_PROBE(SetWindowRgn, SetRegionProbe);
+ZD_IMPORT_PROBE(CreateBitmap, CreateBitmapProbe);
+ZD_IMPORT_PROBE(CreateCompatibleDC, CreateDcProbe);
+ZD_IMPORT_PROBE(CreateCompatibleBitmap, CreateCompatibleBitmapProbe);
+ZD_IMPORT_PROBE(CreatePolygonRgn, CreatePolygonProbe);
+ZD_IMPORT_PROBE(DeleteObject, DeleteObjectProbe);
+ZD_IMPORT_PROBE(DeleteDC, DeleteDcProbe);
+
+namespace resizable_test {
+namespace {
+
+/// A grip that paints with the dialog showing through.
+class MaskedGrip : public GripSize {
+ protected:
+  static constexpr COLORREF behind = RGB(10, 200, 30);
+
+  MaskedGrip() {
+    grip.Create(parent.get());
+    grip.EnableMaskedPaint(TRUE);
+    ShowWindow(grip.m_hWnd, SW_SHOWNA);
+  }
+
+  /// Paints the grip by `message` over a plain colour; answers how many pixels show the colour and how many do not.
+  std::array<int, 2> painted(UINT message, LPARAM flags = 0) {
+    const platform::ClientDc screen(parent.get());
+    const platform::MemoryDc dc(CreateCompatibleDC(screen.get()));
+    const SIZE size = grip.Size();
+    const platform::Bitmap bitmap(CreateCompatibleBitmap(screen.get(), size.cx, size.cy));
+    const platform::SelectedObject selected(dc.get(), bitmap.get());
+    for (int x = 0; x < size.cx; ++x) {
+      for (int y = 0; y < size.cy; ++y) SetPixel(dc.get(), x, y, behind);
+    }
+    SendMessageW(grip.m_hWnd, message, reinterpret_cast<WPARAM>(dc.get()), flags);
+    std::array<int, 2> count{};
+    for (int x = 0; x < size.cx; ++x) {
+      for (int y = 0; y < size.cy; ++y) ++count[GetPixel(dc.get(), x, y) != behind];
+    }
+    return count;
+  }
+
+  int all_pixels() const { return grip.Size().cx * grip.Size().cy; }
+};
+
+TEST_F(MaskedGrip, LeavesOutTheColourOfItsTopLeftPixel) {
+  const auto [through, drawn] = painted(WM_PAINT);
+  EXPECT_GT(through, 0);
+  EXPECT_GT(drawn, 0);
+  grip.EnableMaskedPaint(FALSE);
+  const auto [still_through, all_drawn] = painted(WM_PAINT);
+  EXPECT_EQ(still_through, 0) << "the system's painting covers everything";
+  EXPECT_EQ(all_drawn, all_pixels());
+}
+
+TEST_F(MaskedGrip, DrawsOverBlackWhatTheSystemDraws) {
+  // Where the mask lets the picture through, the colours are the system's own.
+  const platform::ClientDc screen(parent.get());
+  const platform::MemoryDc dc(CreateCompatibleDC(screen.get()));
+  const platform::MemoryDc plain(CreateCompatibleDC(screen.get()));
+  const SIZE size = grip.Size();
+  const platform::Bitmap bitmap(CreateCompatibleBitmap(screen.get(), size.cx, size.cy));
+  const platform::Bitmap plain_bitmap(CreateCompatibleBitmap(screen.get(), size.cx, size.cy));
+  const platform::SelectedObject selected(dc.get(), bitmap.get());
+  const platform::SelectedObject plain_selected(plain.get(), plain_bitmap.get());
+  send(WM_PAINT, reinterpret_cast<WPARAM>(dc.get()));
+  grip.EnableMaskedPaint(FALSE);
+  send(WM_PAINT, reinterpret_cast<WPARAM>(plain.get()));
+  const COLORREF key = GetPixel(plain.get(), 0, 0);
+  for (int x = 0; x < size.cx; ++x) {
+    for (int y = 0; y < size.cy; ++y) {
+      const COLORREF drawn = GetPixel(plain.get(), x, y);
+      ASSERT_EQ(GetPixel(dc.get(), x, y), drawn == key ? RGB(0, 0, 0) : drawn) << x << ", " << y;
+    }
+  }
+}
+
+TEST_F(MaskedGrip, PaintsWhatIsInvalid) {
+  InvalidateRect(grip.m_hWnd, nullptr, FALSE);
+  EXPECT_EQ(send(WM_PAINT), 0);
+  RECT invalid{};
+  EXPECT_FALSE(GetUpdateRect(grip.m_hWnd, &invalid, FALSE));
+}
+
+TEST_F(MaskedGrip, PrintsWhenVisible) { EXPECT_GT(painted(WM_PRINTCLIENT)[1], 0); }
+
+// The calls are counted because not every system draws a hidden scroll bar.
+TEST_F(MaskedGrip, PrintsHiddenOnlyWithTheCheckVisibleFlag) {
+  ShowWindow(grip.m_hWnd, SW_HIDE);
+  BitBltProbe copies;
+  EXPECT_EQ(painted(WM_PRINTCLIENT, PRF_CLIENT)[1], 0);
+  EXPECT_EQ(copies.calls(), 0);
+  painted(WM_PRINTCLIENT, PRF_CLIENT | PRF_CHECKVISIBLE);
+  EXPECT_EQ(copies.calls(), 4);
+}
+
+TEST_F(MaskedGrip, IsMaskedInItsNewSizeToo) {
+  change_metrics(31, 27);
+  send(WM_SETTINGCHANGE);
+  const auto [through, drawn] = painted(WM_PAINT);
+  EXPECT_EQ(through + drawn, 31 * 27);
+  EXPECT_GT(through, 0);
+  EXPECT_GT(drawn, 0);
+}
+
+TEST_F(MaskedGrip, PaintsAsTheSystemWhenItsBitmapsCannotBeMade) {
+  {
+    CreateBitmapProbe no_mask;
+    no_mask.fail(0, nullptr);
+    grip.EnableMaskedPaint(TRUE);
+  }
+  EXPECT_EQ(painted(WM_PAINT)[0], 0);
+  {
+    CreateDcProbe no_dc;
+    no_dc.fail(0, nullptr);
+    grip.EnableMaskedPaint(TRUE);
+  }
+  EXPECT_EQ(painted(WM_PAINT)[0], 0);
+  grip.EnableMaskedPaint(TRUE);
+  EXPECT_GT(painted(WM_PAINT)[0], 0);
+}
+
+/// Every GDI object that the grip makes is counted.
+class GripObjects : public SizeGrip {
+ protected:
+  int made() const { return dcs.calls() + masks.calls() + bitmaps.calls() + regions.calls(); }
+  int deleted() const { return deleted_objects.calls() + deleted_dcs.calls(); }
+
+  CreateDcProbe dcs;
+  CreateBitmapProbe masks;
+  CreateCompatibleBitmapProbe bitmaps;
+  CreatePolygonProbe regions;
+  DeleteObjectProbe deleted_objects;
+  DeleteDcProbe deleted_dcs;
+};
+
+TEST_F(GripObjects, GoWithTheWindow) {
+  create();
+  ASSERT_EQ(regions.calls(), 1);
+  grip.EnableMaskedPaint(TRUE);
+  EXPECT_EQ(made() - regions.calls(), 4);
+  DestroyWindow(grip.m_hWnd);
+  EXPECT_EQ(deleted(), 4) << "the system has the region";
+  EXPECT_EQ(grip.m_hWnd, nullptr);
+}
+
+TEST_F(GripObjects, GoWhenMaskedPaintingEndsAndWhenItIsEnabledAgain) {
+  create();
+  for (int i = 0; i < 3; ++i) grip.EnableMaskedPaint(TRUE);
+  grip.EnableMaskedPaint(FALSE);
+  grip.EnableMaskedPaint(FALSE);
+  EXPECT_EQ(deleted(), made() - regions.calls());
+}
+
+TEST_F(GripObjects, ARegionThatTheWindowDoesNotTakeIsDeleted) {
+  create();
+  SetRegionProbe probe;
+  probe.fail(0, FALSE);
+  grip.MakeTriangular(TRUE);
+  EXPECT_EQ(deleted_objects.calls(), 1);
+}
+
+}  // namespace
+}  // namespace resizable_test

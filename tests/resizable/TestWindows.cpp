@@ -1,0 +1,43 @@
+#include "TestWindows.h"
+
+#include "ModuleInstance.h"
+
+namespace resizable_test {
+
+HWND make_popup(DWORD more_style) {
+  return CreateWindowExW(0, L"#32770", L"", WS_POPUP | more_style, 100, 100, 300, 200, nullptr, nullptr,
+                         platform::module_instance(), nullptr);
+}
+
+HWND make_child(HWND parent, const wchar_t* window_class, const RECT& rect, DWORD style) {
+  return CreateWindowExW(0, window_class, L"", WS_CHILD | WS_VISIBLE | style, rect.left, rect.top,
+                         rect.right - rect.left, rect.bottom - rect.top, parent, nullptr, platform::module_instance(),
+                         nullptr);
+}
+
+void resize(HWND window, LONG width, LONG height) {
+  SetWindowPos(window, nullptr, 0, 0, width, height, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+RECT rect_of(HWND child) {
+  RECT rect{};
+  GetWindowRect(child, &rect);
+  MapWindowPoints(nullptr, GetParent(child), reinterpret_cast<POINT*>(&rect), 2);
+  return rect;
+}
+
+CSize client_size(HWND window) {
+  RECT rect{};
+  GetClientRect(window, &rect);
+  return {rect.right, rect.bottom};
+}
+
+void pump() {
+  MSG message;
+  while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+    TranslateMessage(&message);
+    DispatchMessageW(&message);
+  }
+}
+
+}  // namespace resizable_test

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <windows.h>
+
+#include <functional>
+
+#include "PrintGeometry.h"
+#include "SubclassedWindow.h"
+
+namespace resizable_test {
+
+/// A window of a test, destroyed at the end of the test unless it is gone by then.
+class OwnedWindow {
+ public:
+  explicit OwnedWindow(HWND window) : window_(window) {}
+  ~OwnedWindow() { destroy(); }
+  OwnedWindow(const OwnedWindow&) = delete;
+  OwnedWindow& operator=(const OwnedWindow&) = delete;
+
+  HWND get() const { return window_; }
+  void destroy() {
+    if (IsWindow(window_)) DestroyWindow(window_);
+  }
+
+ private:
+  HWND window_;
+};
+
+/// A popup without a frame, so that its client area is as large as it is: 300 x 200 at (100, 100), not shown.
+HWND make_popup(DWORD more_style = 0);
+
+HWND make_child(HWND parent, const wchar_t* window_class, const RECT& rect, DWORD style = 0);
+
+/// Changes the size of a window and nothing else.
+void resize(HWND window, LONG width, LONG height);
+
+/// The rectangle of a child in its parent's client coordinates.
+RECT rect_of(HWND child);
+
+CSize client_size(HWND window);
+
+/// Handles the messages that are waiting, those of the window manager included.
+void pump();
+
+/// Lets a test answer the messages of a window.
+class Listener : public platform::CSubclassedWindow {
+ public:
+  /// Answers whether the message is handled, with its result.
+  using Answer = std::function<bool(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result)>;
+
+  Listener(HWND window, Answer answer) : answer_(std::move(answer)) { SubclassWindow(window); }
+
+  BOOL ProcessWindowMessage(HWND, UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result, DWORD) override {
+    return answer_(message, wParam, lParam, result);
+  }
+
+ private:
+  Answer answer_;
+};
+
+}  // namespace resizable_test
