@@ -1,7 +1,7 @@
 #pragma once
 
-#include <oaidl.h>
 #include <windows.h>
+#include <comdef.h>
 
 #include <atomic>
 #include <new>
@@ -75,11 +75,13 @@ class DispatchObject : public Interfaces... {
   ULONG references_ = 1;
 };
 
-/// Runs the body of a COM method. An exception becomes an HRESULT: E_OUTOFMEMORY or E_FAIL.
+/// Runs the body of a COM method. An exception becomes an HRESULT: that of a `_com_error`, E_OUTOFMEMORY or E_FAIL.
 template <class Body>
 HRESULT com_method(Body&& body) noexcept {
   try {
     return std::forward<Body>(body)();
+  } catch (const _com_error& error) {
+    return error.Error();
   } catch (const std::bad_alloc&) {
     return E_OUTOFMEMORY;
   } catch (...) {

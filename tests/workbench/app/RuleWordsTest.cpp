@@ -1,0 +1,54 @@
+#include <gtest/gtest.h>
+
+#include "RuleWords.h"
+
+namespace workbench {
+namespace {
+
+struct Words {
+  const char* name;
+  Rule rule;
+  std::wstring offset;
+  std::wstring day;
+  std::wstring move;
+};
+
+class RuleInWords : public testing::TestWithParam<Words> {};
+
+TEST_P(RuleInWords, ReadsAsASentencePart) {
+  EXPECT_EQ(offset_in_words(GetParam().rule), GetParam().offset);
+  EXPECT_EQ(day_in_words(GetParam().rule), GetParam().day);
+  EXPECT_EQ(move_in_words(GetParam().rule), GetParam().move);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    RuleWords, RuleInWords,
+    testing::Values(Words{"DayOfMonth",
+                          {.name = L"", .roll_offset = 5, .day_of_month = 15},
+                          L"提前 5 个交易日",
+                          L"当月第 15 天",
+                          L"不顺延"},
+                    Words{"CalendarDaysBeforeADayOfTheNextMonth",
+                          {.name = L"", .roll_offset = 3, .day_type = 1, .day_of_month = 1, .day_month = 2},
+                          L"提前 3 个日历日",
+                          L"下月第 1 天",
+                          L"不顺延"},
+                    Words{"ThirdFridayMovedToTheNextTradingDay",
+                          {.name = L"",
+                           .day_mode = 1,
+                           .week_ordinal = 3,
+                           .weekday = 5,
+                           .weekday_month = 1,
+                           .move_to_next_trading_day = 1},
+                          L"指定日当天",
+                          L"当月第 3 个星期五",
+                          L"下一个交易日"},
+                    Words{"LastSundayOfThePreviousMonth",
+                          {.name = L"", .day_mode = 1, .week_ordinal = 5, .weekday = 0, .weekday_month = 0},
+                          L"指定日当天",
+                          L"上月最后一个星期日",
+                          L"不顺延"}),
+    [](const auto& test) { return test.param.name; });
+
+}  // namespace
+}  // namespace workbench

@@ -1,0 +1,193 @@
+#include "Application.h"
+
+#include <utility>
+
+#include "StoreMessages.h"
+#include "Texts.h"
+#include "UserSettings.h"
+#include "resource.h"
+
+namespace workbench {
+
+namespace {
+
+constexpr int menus_after_those_of_plugins = 1;
+
+/// True while it lives.
+class Flag {
+ public:
+  explicit Flag(bool& flag) noexcept : flag_(flag) { flag_ = true; }
+  ~Flag() { flag_ = false; }
+  Flag(const Flag&) = delete;
+  Flag& operator=(const Flag&) = delete;
+
+ private:
+  bool& flag_;
+};
+
+}  // namespace
+
+Application::Application(std::shared_ptr<RuleStore> store, std::wstring store_path)
+    : store_(std::move(store)),
+      store_path_(std::move(store_path)),
+      window_(events()),
+      menu_(std::make_shared<MainMenu>(GetMenu(window_.handle()), menus_after_those_of_plugins, targets_,
+                                       [this] { DrawMenuBar(window_.handle()); })),
+      hot_keys_(std::make_shared<HotKeys>(targets_)),
+      classes_(store_, [this](const StoreError& error) { report_store_failure(error); }) {
+  window_.show_store(store_path_);
+  window_.show_message(text(IDS_READY));
+  subscribe_to_store();
+  refresh_panes();
+}
+
+Application::~Application() { unload_plugin(); }
+
+void Application::load_plugin(const std::filesystem::path& module) {
+  try {
+    plugin_.emplace(module);
+  } catch (const _com_error& error) {
+    alarm(text(IDS_MODULE_NOT_CREATED, {describe(error.Error())}));
+    return;
+  }
+  const HRESULT initialized = initialize_plugin();
+  if (FAILED(initialized)) {
+    alarm(text(IDS_MODULE_NOT_INITIALIZED, {describe(initialized)}));
+  } else {
+    window_.show_message(text(IDS_MODULE_LOADED));
+  }
+}
+
+HRESULT Application::initialize_plugin() {
+  const Flag calling(calling_plugin_);
+  return plugin_->initialize(
+      {.main_menu = ComPtr<IDispatch>(menu_->make_dispatch(), false),
+       .hot_keys = ComPtr<IDispatch>(hot_keys_->make_dispatch(), false),
+       .storage = ComPtr<IDispatch>(
+           create_storage_object(store_, [this](const StoreError& error) { report_store_failure(error); }), false),
+       .registry_path = settings_path()});
+}
+
+void Application::run(long shown_rule) {
+  if (shown_rule != 0) window_.post([this, shown_rule] { open_rule(shown_rule); });
+  ShowWindow(window_.handle(), SW_SHOWDEFAULT);
+  HACCEL own_keys = LoadAcceleratorsW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(IDR_ACCELERATORS));
+  MSG message{};
+  while (GetMessageW(&message, nullptr, 0, 0) > 0) {
+    if (TranslateAcceleratorW(window_.handle(), own_keys, &message)) continue;
+    if (TranslateAcceleratorW(window_.handle(), hot_keys_->accelerators(), &message)) continue;
+    TranslateMessage(&message);
+    DispatchMessageW(&message);
+  }
+}
+
+MainWindowEvents Application::events() {
+  return {.open_rule = [this](long number) { open_rule(number); },
+          .run_command = [this](long id) { run_command(id); },
+          .refresh =
+              [this] {
+                refresh_panes();
+                window_.show_message(text(IDS_REFRESHED));
+              },
+          .look_for_changes = [this] { look_for_changes(); },
+          .hint = [this](HMENU submenu) { return menu_->hint(submenu); },
+          .about = [this] { show_about(); },
+          .may_close = [this] { return may_close(); }};
+}
+
+/// A change may be made in the middle of a call of the plug-in, so the panes follow when the message loop runs next,
+/// which may be that of the plug-in's dialog.
+void Application::subscribe_to_store() {
+  subscription_ = store_->subscribe([this] {
+    if (std::exchange(refresh_posted_, true)) return;
+    window_.post([this] {
+      refresh_posted_ = false;
+      refresh_panes();
+    });
+  });
+}
+
+void Application::refresh_panes() {
+  try {
+    window_.show(store_->load_rules(), store_->load_settings());
+  } catch (const StoreError& error) {
+    window_.show_message(text(IDS_STORE_NOT_READ, {store_message(error)}));
+  }
+}
+
+void Application::look_for_changes() {
+  try {
+    store_->poll_for_changes();
+  } catch (const StoreError& error) {
+    window_.show_message(text(IDS_STORE_NOT_READ, {store_message(error)}));
+  }
+}
+
+template <class Call, class Failure>
+void Application::call_plugin(const Call& call, const Failure& failure) {
+  if (calling_plugin_ || !plugin_) {
+    window_.show_message(text(calling_plugin_ ? IDS_BUSY : IDS_NO_MODULE));
+    return;
+  }
+  const Flag calling(calling_plugin_);
+  const HRESULT result = call();
+  if (FAILED(result)) window_.show_message(failure(describe(result)));
+}
+
+void Application::open_rule(long number) {
+  call_plugin([&] { return plugin_->show_rule(number); },
+              [&](const std::wstring& reason) {
+                return text(IDS_SHOW_FAILED, {std::to_wstring(number), reason});
+              });
+}
+
+void Application::run_command(long id) {
+  call_plugin([&] { return targets_.run(id); },
+              [](const std::wstring& reason) { return text(IDS_COMMAND_FAILED, {reason}); });
+}
+
+void Application::show_about() {
+  window_.show_box(text(IDS_ABOUT, {program_version(), store_path_}), MB_ICONINFORMATION);
+}
+
+/// A window that closes under an open dialog of the plug-in would take its owner away.
+bool Application::may_close() {
+  if (calling_plugin_) {
+    window_.show_message(text(IDS_BUSY));
+    SetForegroundWindow(GetLastActivePopup(window_.handle()));
+    return false;
+  }
+  unload_plugin();
+  return true;
+}
+
+void Application::unload_plugin() noexcept {
+  targets_.clear();
+  plugin_.reset();
+  CoFreeUnusedLibraries();
+}
+
+/// Comes in the middle of a call that the plug-in makes, where nothing may block.
+void Application::report_store_failure(const StoreError& error) {
+  const std::wstring message = store_message(error);
+  alarm(text(IDS_STORE_CALL_FAILED, {message}));
+  window_.show_message(message);
+}
+
+void Application::alarm(const std::wstring& message) {
+  window_.show_message(message);
+  alarms_.push_back(message);
+  window_.post([this] { show_alarms(); });
+}
+
+void Application::show_alarms() {
+  if (showing_alarms_) return;
+  const Flag showing(showing_alarms_);
+  while (!alarms_.empty()) {
+    const std::wstring message = std::exchange(alarms_.front(), {});
+    alarms_.pop_front();
+    window_.show_box(message, MB_ICONERROR);
+  }
+}
+
+}  // namespace workbench

@@ -1,0 +1,71 @@
+#pragma once
+
+#include <deque>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "CommandLine.h"
+#include "CommandTargets.h"
+#include "HostClasses.h"
+#include "HotKeys.h"
+#include "MainMenu.h"
+#include "MainWindow.h"
+#include "PluginHost.h"
+#include "RuleStore.h"
+
+namespace workbench {
+
+/// The program behind the frame window: joins the store, the plug-in and the window. Belongs to a thread with a
+/// single-threaded apartment.
+class Application {
+ public:
+  /// `store` is the open store in the file `store_path`, which is shown to the user.
+  Application(std::shared_ptr<RuleStore> store, std::wstring store_path);
+  Application(const Application&) = delete;
+  Application& operator=(const Application&) = delete;
+  ~Application();
+
+  /// Creates and initialises the plug-in. What fails is shown to the user, who can still look at the rules.
+  void load_plugin(const std::filesystem::path& module);
+
+  /// Runs until the window is closed. A rule other than 0 is opened in the editor first.
+  void run(long shown_rule);
+
+ private:
+  MainWindowEvents events();
+  void subscribe_to_store();
+  void refresh_panes();
+  void look_for_changes();
+  void open_rule(long number);
+  void run_command(long id);
+  void show_about();
+  bool may_close();
+
+  /// Calls the plug-in unless a call is still on its way; `failure` makes the message for a failing HRESULT.
+  template <class Call, class Failure>
+  void call_plugin(const Call& call, const Failure& failure);
+  HRESULT initialize_plugin();
+  void unload_plugin() noexcept;
+
+  void report_store_failure(const StoreError& error);
+  /// Shows a message in the status bar at once and in a box as soon as a message loop runs.
+  void alarm(const std::wstring& message);
+  void show_alarms();
+
+  std::shared_ptr<RuleStore> store_;
+  std::wstring store_path_;
+  StoreSubscription subscription_;
+  CommandTargets targets_;
+  MainWindow window_;
+  std::shared_ptr<MainMenu> menu_;
+  std::shared_ptr<HotKeys> hot_keys_;
+  HostClasses classes_;
+  std::optional<PluginHost> plugin_;
+  bool calling_plugin_ = false;
+  bool refresh_posted_ = false;
+  std::deque<std::wstring> alarms_;  ///< what the user must see, oldest first
+  bool showing_alarms_ = false;
+};
+
+}  // namespace workbench

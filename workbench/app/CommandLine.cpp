@@ -1,0 +1,84 @@
+#include "CommandLine.h"
+
+#include <shellapi.h>
+
+#include <cwchar>
+#include <memory>
+
+#include "resource.h"
+
+namespace workbench {
+
+namespace {
+
+constexpr int decimal = 10;
+
+/// Walks the arguments; an option takes the one after it as its value.
+class Arguments {
+ public:
+  explicit Arguments(std::span<const std::wstring> arguments) : rest_(arguments) {}
+
+  bool at_end() const { return rest_.empty(); }
+
+  const std::wstring& next() {
+    const std::wstring& argument = rest_.front();
+    rest_ = rest_.subspan(1);
+    return argument;
+  }
+
+  const std::wstring& value_of(const std::wstring& option) {
+    if (at_end() || rest_.front().empty() || rest_.front().starts_with(L"--"))
+      throw CommandLineError{IDS_MISSING_VALUE, option};
+    return next();
+  }
+
+ private:
+  std::span<const std::wstring> rest_;
+};
+
+long rule_number(const std::wstring& argument) {
+  wchar_t* end = nullptr;
+  errno = 0;
+  const long number = std::wcstol(argument.c_str(), &end, decimal);
+  if (errno != 0 || *end != L'\0' || number < 1) throw CommandLineError{IDS_BAD_RULE_NUMBER, argument};
+  return number;
+}
+
+void read_argument(Arguments& arguments, CommandLine& line) {
+  const std::wstring& argument = arguments.next();
+  if (argument == L"--store") {
+    line.store = arguments.value_of(argument);
+  } else if (argument == L"--module") {
+    line.module = arguments.value_of(argument);
+  } else if (argument == L"--show") {
+    line.shown_rule = rule_number(arguments.value_of(argument));
+  } else if (argument == L"--print-rules") {
+    line.action = CommandLine::Action::print_rules;
+  } else if (argument == L"--help") {
+    line.action = CommandLine::Action::help;
+  } else {
+    throw CommandLineError{IDS_UNKNOWN_ARGUMENT, argument};
+  }
+}
+
+struct LocalMemoryRelease {
+  void operator()(wchar_t** memory) const noexcept { LocalFree(memory); }
+};
+
+}  // namespace
+
+CommandLine parse_command_line(std::span<const std::wstring> arguments) {
+  CommandLine line;
+  Arguments rest(arguments);
+  while (!rest.at_end()) read_argument(rest, line);
+  return line;
+}
+
+std::vector<std::wstring> process_arguments() {
+  int count = 0;
+  const std::unique_ptr<wchar_t*, LocalMemoryRelease> arguments(CommandLineToArgvW(GetCommandLineW(), &count));
+  if (!arguments || count < 1) return {};
+  return {arguments.get() + 1, arguments.get() + count};
+}
+
+}  // namespace workbench

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <windows.h>
+
+#include <filesystem>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace workbench {
+
+/// What the user asked for at the command line.
+struct CommandLine {
+  enum class Action { run, print_rules, help };
+
+  Action action = Action::run;
+  std::filesystem::path store{};   ///< empty: the default place
+  std::filesystem::path module{};  ///< empty: the registered module, else the one beside the program
+  long shown_rule = 0;             ///< the rule that is opened in the editor after the start; 0: none
+
+  bool operator==(const CommandLine&) const = default;
+};
+
+/// Arguments that do not make sense: the id of the message and the argument that it is about.
+struct CommandLineError {
+  UINT message;
+  std::wstring argument;
+};
+
+/// Reads the arguments that follow the program's name; where one is given twice, the last counts. Throws
+/// `CommandLineError`.
+CommandLine parse_command_line(std::span<const std::wstring> arguments);
+
+/// The arguments of this process that follow the program's name.
+std::vector<std::wstring> process_arguments();
+
+}  // namespace workbench

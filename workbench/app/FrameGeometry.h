@@ -1,0 +1,46 @@
+#pragma once
+
+#include <windows.h>
+
+namespace workbench {
+
+/// The sizes in pixels that the frame's layout depends on, at the window's resolution.
+struct FrameMetrics {
+  int margin;           ///< around the panes
+  int heading_height;   ///< of the line of text above each list
+  int splitter_height;  ///< of the bar between the panes
+  int least_list_height;
+  int least_width;    ///< of the client area
+  int status_height;  ///< of the status bar
+};
+
+/// Where the parts of the frame's client area lie. No rectangle is inside out, however small the client area.
+struct FrameLayout {
+  RECT rules_heading;
+  RECT rules;
+  RECT splitter;
+  RECT settings_heading;
+  RECT settings;
+};
+
+/// The metrics at this resolution. `dpi` is 96 for 100 %.
+FrameMetrics frame_metrics(int dpi, int status_height);
+
+/// The smallest client area in which everything keeps its least size.
+SIZE least_client_size(const FrameMetrics& metrics);
+
+/// Lays out a client area of this size. `split` is the share of the lists' height that the upper pane gets, from 0 to
+/// 1; both lists keep their least height where there is room for it.
+FrameLayout lay_out_frame(SIZE client, double split, const FrameMetrics& metrics);
+
+/// The share that puts the splitter's top at this height above the client area's top, the inverse of `lay_out_frame`.
+double split_for(int splitter_top, SIZE client, const FrameMetrics& metrics);
+
+/// The right edges of the status bar's parts (message, number of rules, store) in a bar of this width; the last is -1,
+/// which means the bar's own edge.
+struct StatusEdges {
+  int edges[3];
+};
+StatusEdges status_edges(int width, int dpi);
+
+}  // namespace workbench

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <windows.h>
+#include <comdef.h>
+
+#include <memory>
+#include <vector>
+
+#include "CommandTargets.h"
+#include "Handles.h"
+#include "HostMenu.h"
+
+namespace workbench {
+
+/// The hot keys that plug-ins have registered, as an accelerator table. The COM objects made from it hold it weakly:
+/// once it is gone they answer RPC_E_DISCONNECTED.
+class HotKeys : public std::enable_shared_from_this<HotKeys> {
+ public:
+  explicit HotKeys(CommandTargets& targets) : targets_(targets) {}
+
+  /// Registers a key and answers its command's id. `flags` and `key` are those of an `ACCEL`. A key that is registered
+  /// already goes over to the new target. Throws `_com_error`: E_INVALIDARG for a key that no accelerator can be.
+  long add(long flags, long key, IDispatch* target);
+
+  /// The table of all keys; null while there are none. Valid until the next key is added.
+  HACCEL accelerators() const noexcept { return table_.get(); }
+
+  /// A new face of this collection for plug-ins, with one reference that belongs to the caller.
+  IkvHotKeyCollection* make_dispatch();
+
+ private:
+  CommandTargets& targets_;
+  std::vector<ACCEL> keys_;
+  OwnedAccelerators table_;
+};
+
+}  // namespace workbench

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <windows.h>
+#include <commctrl.h>
+
+#include <span>
+#include <string>
+
+#include "Handles.h"
+
+namespace workbench {
+
+/// One column of a list.
+struct ListColumn {
+  UINT title;  ///< id of its text
+  int width;   ///< in pixels at 96 dpi
+  int alignment = LVCFMT_LEFT;
+};
+
+/// A heading over a list of rows. The list asks for the text of a cell when it draws it, so a pane shows many rows as
+/// fast as few. The windows belong to the parent, which destroys them.
+class ListPane {
+ public:
+  ListPane(HWND parent, UINT id, UINT heading, std::span<const ListColumn> columns);
+  ListPane(const ListPane&) = delete;
+  ListPane& operator=(const ListPane&) = delete;
+  virtual ~ListPane() = default;
+
+  HWND heading() const noexcept { return heading_; }
+  HWND list() const noexcept { return list_; }
+
+  /// Sets the font, which must outlive its use here, and the column widths for this resolution.
+  void use_font(HFONT font, int dpi);
+
+  /// Handles a notification of the list and answers its result.
+  LRESULT notify(NMHDR& notification);
+
+  /// The row that has the focus; -1 when there is none.
+  int focused_row() const;
+
+ protected:
+  /// Tells the list how many rows there are now and draws them anew. `selected` becomes the selected row, unless -1.
+  void show_rows(size_t count, int selected);
+
+  virtual std::wstring cell(size_t row, size_t column) const = 0;
+  /// Whether something is wrong with a row, so that it stands out.
+  virtual bool is_marked(size_t row) const;
+
+ private:
+  void fill_cell(NMLVDISPINFOW& request) const;
+  LRESULT find_row(const NMLVFINDITEMW& request) const;
+  LRESULT draw(NMLVCUSTOMDRAW& request) const;
+
+  std::span<const ListColumn> columns_;
+  size_t row_count_ = 0;
+  HWND heading_;
+  HWND list_;
+};
+
+}  // namespace workbench

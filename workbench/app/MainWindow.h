@@ -1,0 +1,83 @@
+#pragma once
+
+#include <windows.h>
+
+#include <deque>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "FrameGeometry.h"
+#include "Handles.h"
+#include "RulesPane.h"
+#include "SettingsPane.h"
+#include "StatusBar.h"
+#include "Window.h"
+
+namespace workbench {
+
+/// What the frame window asks of the program.
+struct MainWindowEvents {
+  std::function<void(long number)> open_rule;
+  std::function<void(long id)> run_command;  ///< a command that a plug-in added
+  std::function<void()> refresh;
+  std::function<void()> look_for_changes;           ///< now and then
+  std::function<std::wstring(HMENU submenu)> hint;  ///< for the status bar
+  std::function<void()> about;
+  std::function<bool()> may_close;  ///< prepares the end; false keeps the window open
+};
+
+/// The frame: menu, pane of rules, splitter, pane of symbol source settings, status bar.
+class MainWindow final : public Window {
+ public:
+  explicit MainWindow(MainWindowEvents events);
+
+  void show(std::vector<StoredRule> rules, std::vector<SymbolSourceSetting> settings);
+  void show_message(const std::wstring& message) { status_->show_message(message); }
+  void show_store(const std::wstring& path) { status_->show_store(path); }
+
+  /// Runs a task later, from the message loop that is running then; a modal one too.
+  void post(std::function<void()> task);
+
+  /// Shows a box with this text over whatever dialog is open, and waits until it is closed.
+  void show_box(const std::wstring& message, UINT icon);
+
+ protected:
+  LRESULT handle_message(UINT message, WPARAM wparam, LPARAM lparam) override;
+  void message_failed() noexcept override;
+
+ private:
+  LRESULT on_create();
+  LRESULT on_command(WORD id);
+  LRESULT on_notify(NMHDR& notification);
+  LRESULT on_menu_select(WPARAM wparam, LPARAM lparam);
+  LRESULT on_min_max(MINMAXINFO& limits);
+  LRESULT on_dpi_changed(WORD dpi, const RECT& suggested);
+  LRESULT on_button_down(POINT cursor);
+  LRESULT on_mouse_move(POINT cursor);
+  LRESULT on_close();
+  bool set_splitter_cursor();
+
+  void use_resolution(int dpi);
+  void lay_out();
+  void open_rule(int row);
+  void run_posted();
+  void focus_next_pane();
+  SIZE client_size() const;
+  FrameMetrics metrics() const;
+  FrameLayout layout() const;
+
+  MainWindowEvents events_;
+  std::optional<RulesPane> rules_;
+  std::optional<SettingsPane> settings_;
+  std::optional<StatusBar> status_;
+  OwnedFont font_;
+  int dpi_ = USER_DEFAULT_SCREEN_DPI;
+  double split_ = 0.6;
+  std::optional<LONG> drag_offset_;  ///< from the splitter's top to the cursor while it is dragged
+  HWND last_focus_ = nullptr;
+  std::deque<std::function<void()>> posted_;
+};
+
+}  // namespace workbench

@@ -1,0 +1,48 @@
+#include "PluginModule.h"
+
+#include "Errors.h"
+
+namespace workbench {
+
+namespace {
+
+using GetClassObjectFunction = HRESULT(STDMETHODCALLTYPE*)(REFCLSID, REFIID, void**);
+using CanUnloadNowFunction = HRESULT(STDMETHODCALLTYPE*)();
+
+template <class Function>
+Function find_export(HMODULE library, const char* name) {
+  return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(library, name)));
+}
+
+}  // namespace
+
+PluginModule::PluginModule(const std::filesystem::path& file)
+    : library_(LoadLibraryExW(std::filesystem::absolute(file).c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH)) {
+  if (!library_) throw_last_error();
+}
+
+PluginModule::~PluginModule() {
+  const auto can_unload = find_export<CanUnloadNowFunction>(library_, "DllCanUnloadNow");
+  if (can_unload && can_unload() == S_OK) FreeLibrary(library_);
+}
+
+ComPtr<IkvPlugin> PluginModule::create_plugin() const {
+  const auto get_class_object = find_export<GetClassObjectFunction>(library_, "DllGetClassObject");
+  if (!get_class_object) throw_last_error();
+  ComPtr<IClassFactory> factory;
+  throw_if_failed(
+      get_class_object(__uuidof(CzdExpirationRulePlugin), __uuidof(IClassFactory), reinterpret_cast<void**>(&factory)));
+  ComPtr<IkvPlugin> plugin;
+  throw_if_failed(factory->CreateInstance(nullptr, __uuidof(IkvPlugin), reinterpret_cast<void**>(&plugin)));
+  return plugin;
+}
+
+ComPtr<IkvPlugin> create_registered_plugin() {
+  ComPtr<IkvPlugin> plugin;
+  const HRESULT created = CoCreateInstance(__uuidof(CzdExpirationRulePlugin), nullptr, CLSCTX_INPROC_SERVER,
+                                           __uuidof(IkvPlugin), reinterpret_cast<void**>(&plugin));
+  if (created != REGDB_E_CLASSNOTREG) throw_if_failed(created);
+  return plugin;
+}
+
+}  // namespace workbench

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <windows.h>
+
+#include <filesystem>
+#include <memory>
+#include <type_traits>
+
+#include "ComPtr.h"
+#include "zdExpirationRules_h.h"
+
+namespace workbench {
+
+/// The library that the plug-in lies in. It is let go when this is destroyed, provided that it has no objects left.
+class PluginModule {
+ public:
+  /// Loads the library from this file. Throws `_com_error`.
+  explicit PluginModule(const std::filesystem::path& file);
+  PluginModule(const PluginModule&) = delete;
+  PluginModule& operator=(const PluginModule&) = delete;
+  ~PluginModule();
+
+  /// A new plug-in from the library's class object, registered or not. Throws `_com_error`.
+  ComPtr<IkvPlugin> create_plugin() const;
+
+ private:
+  HMODULE library_;
+};
+
+/// A new plug-in of the registered class; null when none is registered. Throws `_com_error` for any other failure.
+ComPtr<IkvPlugin> create_registered_plugin();
+
+}  // namespace workbench

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string>
+
+#include "RuleRecord.h"
+
+namespace workbench {
+
+/// How many days before the specified day a contract is rolled over.
+std::wstring offset_in_words(const Rule& rule);
+
+/// The day that the rule specifies.
+std::wstring day_in_words(const Rule& rule);
+
+/// Whether an expiration day on which the exchange is closed moves to the next trading day.
+std::wstring move_in_words(const Rule& rule);
+
+}  // namespace workbench

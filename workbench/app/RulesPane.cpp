@@ -1,0 +1,53 @@
+#include "RulesPane.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "RuleWords.h"
+#include "resource.h"
+
+namespace workbench {
+
+namespace {
+
+enum Column : size_t { number, name, offset, day, closed };
+
+constexpr ListColumn columns[] = {
+    {IDS_COLUMN_NUMBER, 56}, {IDS_COLUMN_NAME, 200},   {IDS_COLUMN_OFFSET, 140},
+    {IDS_COLUMN_DAY, 170},   {IDS_COLUMN_CLOSED, 120},
+};
+
+}  // namespace
+
+RulesPane::RulesPane(HWND parent) : ListPane(parent, IDC_RULES, IDS_RULES_PANE, columns) {}
+
+void RulesPane::show(std::vector<StoredRule> rules) {
+  const long selected = number_at(focused_row());
+  rules_ = std::move(rules);
+  const auto found = std::ranges::find(rules_, selected, &StoredRule::number);
+  show_rows(rules_.size(), found == rules_.end() ? -1 : static_cast<int>(found - rules_.begin()));
+}
+
+long RulesPane::number_at(int row) const {
+  return row >= 0 && static_cast<size_t>(row) < rules_.size() ? rules_[static_cast<size_t>(row)].number : 0;
+}
+
+std::wstring RulesPane::cell(size_t row, size_t column) const {
+  const StoredRule& stored = rules_[row];
+  switch (column) {
+    case number:
+      return std::to_wstring(stored.number);
+    case name:
+      return stored.rule.name;
+    case offset:
+      return offset_in_words(stored.rule);
+    case day:
+      return day_in_words(stored.rule);
+    case closed:
+      return move_in_words(stored.rule);
+    default:
+      return {};
+  }
+}
+
+}  // namespace workbench

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <set>
+#include <string>
+#include <vector>
+
+#include "ListPane.h"
+#include "RuleRecord.h"
+
+namespace workbench {
+
+/// The pane of symbol source settings, each with the rule that it names. A setting whose rule does not exist stands
+/// out.
+class SettingsPane final : public ListPane {
+ public:
+  explicit SettingsPane(HWND parent);
+
+  /// Shows these settings, held against the names of these rules.
+  void show(std::vector<SymbolSourceSetting> settings, const std::vector<StoredRule>& rules);
+
+ protected:
+  std::wstring cell(size_t row, size_t column) const override;
+  bool is_marked(size_t row) const override;
+
+ private:
+  std::vector<SymbolSourceSetting> settings_;
+  std::set<std::wstring> rule_names_;
+};
+
+}  // namespace workbench

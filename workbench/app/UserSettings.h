@@ -1,0 +1,22 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+namespace workbench {
+
+/// Where this program and its plug-ins keep their settings: a path under the current user, made of the company and the
+/// product of the program's version block.
+std::wstring settings_path();
+
+/// Makes the key of the settings path. Without it plug-ins work all the same, so a failure is not reported.
+void make_settings_key() noexcept;
+
+/// The store that is used when the command line names none: a file under the user's local application data. Throws
+/// `_com_error`.
+std::filesystem::path default_store();
+
+/// The program's version, as its version block gives it.
+std::wstring program_version();
+
+}  // namespace workbench

@@ -1,0 +1,67 @@
+#include "Window.h"
+
+#include "Errors.h"
+
+namespace workbench {
+
+namespace {
+
+Window* bound_object(HWND window) noexcept {
+  return reinterpret_cast<Window*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+}
+
+void bind_object(HWND window, Window* object) noexcept {
+  SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(object));
+}
+
+}  // namespace
+
+Window::~Window() {
+  if (handle_) {
+    bind_object(handle_, nullptr);
+    DestroyWindow(handle_);
+  }
+}
+
+void Window::create(const WindowTemplate& window) {
+  WNDCLASSEXW window_class{};
+  window_class.cbSize = sizeof(window_class);
+  window_class.lpfnWndProc = &procedure;
+  window_class.hInstance = GetModuleHandleW(nullptr);
+  window_class.hIcon = window.icon;
+  window_class.hCursor = window.cursor;
+  window_class.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_3DFACE + 1);
+  window_class.lpszClassName = window.class_name;
+  if (!RegisterClassExW(&window_class) && GetLastError() != ERROR_CLASS_ALREADY_EXISTS) throw_last_error();
+  if (!CreateWindowExW(0, window.class_name, window.title, window.style, CW_USEDEFAULT, CW_USEDEFAULT, window.size.cx,
+                       window.size.cy, nullptr, window.menu, window_class.hInstance, this))
+    throw_last_error();
+}
+
+LRESULT CALLBACK Window::procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) noexcept {
+  if (message == WM_NCCREATE) {
+    auto* object = static_cast<Window*>(reinterpret_cast<const CREATESTRUCTW*>(lparam)->lpCreateParams);
+    object->handle_ = window;
+    bind_object(window, object);
+  }
+  Window* object = bound_object(window);
+  if (!object) return DefWindowProcW(window, message, wparam, lparam);
+  const LRESULT result = object->treat(message, wparam, lparam);
+  if (message == WM_NCDESTROY) {
+    bind_object(window, nullptr);
+    object->handle_ = nullptr;
+  }
+  return result;
+}
+
+LRESULT Window::treat(UINT message, WPARAM wparam, LPARAM lparam) noexcept {
+  try {
+    return handle_message(message, wparam, lparam);
+  } catch (...) {
+    message_failed();
+  }
+  constexpr LRESULT creation_failed = -1;
+  return message == WM_CREATE ? creation_failed : default_treatment(message, wparam, lparam);
+}
+
+}  // namespace workbench

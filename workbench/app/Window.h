@@ -1,0 +1,52 @@
+#pragma once
+
+#include <windows.h>
+
+namespace workbench {
+
+/// How a window is made: the arguments of `CreateWindowExW` that differ from window to window.
+struct WindowTemplate {
+  const wchar_t* class_name;
+  const wchar_t* title;
+  DWORD style;
+  SIZE size;
+  HMENU menu;  ///< goes over to the window
+  HICON icon;
+  HCURSOR cursor;
+};
+
+/// Base of a top-level window whose messages go to an object. Until the object is bound and after the last message the
+/// messages get their default treatment. No exception leaves the window procedure.
+class Window {
+ public:
+  Window(const Window&) = delete;
+  Window& operator=(const Window&) = delete;
+
+  /// Null before the window is made and after it is destroyed.
+  HWND handle() const noexcept { return handle_; }
+
+ protected:
+  Window() = default;
+  virtual ~Window();
+
+  /// Makes the window. Throws `_com_error` when the system refuses or when `WM_CREATE` failed.
+  void create(const WindowTemplate& window);
+
+  /// Treats one message; `handle()` is valid.
+  virtual LRESULT handle_message(UINT message, WPARAM wparam, LPARAM lparam) = 0;
+
+  /// Called inside the catch-all of a message that failed; the message gets its default treatment.
+  virtual void message_failed() noexcept = 0;
+
+  LRESULT default_treatment(UINT message, WPARAM wparam, LPARAM lparam) noexcept {
+    return DefWindowProcW(handle_, message, wparam, lparam);
+  }
+
+ private:
+  static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) noexcept;
+  LRESULT treat(UINT message, WPARAM wparam, LPARAM lparam) noexcept;
+
+  HWND handle_ = nullptr;
+};
+
+}  // namespace workbench

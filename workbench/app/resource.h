@@ -1,0 +1,96 @@
+#pragma once
+
+/* Read by the code and by the resource compiler alike: plain numbers and plain texts only. */
+
+#define WB_COMPANY "zdExpirationRules Project"
+#define WB_PRODUCT "Workbench"
+#define WB_VERSION "1.0.0.0"
+#define WB_VERSION_NUMBERS 1, 0, 0, 0
+
+#define IDI_WORKBENCH 1
+#define IDR_MAIN_MENU 101
+#define IDR_ACCELERATORS 102
+
+/* child windows */
+#define IDC_RULES 201
+#define IDC_SETTINGS 202
+#define IDC_STATUS_BAR 203
+
+/* commands */
+#define IDM_OPEN_RULE 301
+#define IDM_EXIT 302
+#define IDM_REFRESH 303
+#define IDM_NEXT_PANE 304
+#define IDM_ABOUT 305
+
+/* the window */
+#define IDS_TITLE 1000
+#define IDS_ABOUT 1001
+#define IDS_RULES_PANE 1002
+#define IDS_SETTINGS_PANE 1003
+#define IDS_RULE_COUNT 1004
+#define IDS_READY 1005
+#define IDS_REFRESHED 1006
+#define IDS_BUSY 1007
+#define IDS_STORE_PART 1008
+
+/* columns */
+#define IDS_COLUMN_NUMBER 1020
+#define IDS_COLUMN_NAME 1021
+#define IDS_COLUMN_OFFSET 1022
+#define IDS_COLUMN_DAY 1023
+#define IDS_COLUMN_CLOSED 1024
+#define IDS_COLUMN_SETTING 1025
+#define IDS_COLUMN_SETTING_RULE 1026
+#define IDS_COLUMN_SETTING_STATE 1027
+
+/* a rule in words; the values of a field follow one another */
+#define IDS_OFFSET_TRADING_DAYS 1040
+#define IDS_OFFSET_CALENDAR_DAYS 1041
+#define IDS_NO_OFFSET 1042
+#define IDS_PREVIOUS_MONTH 1043
+#define IDS_CURRENT_MONTH 1044
+#define IDS_NEXT_MONTH 1045
+#define IDS_SUNDAY 1046
+#define IDS_DAY_OF_MONTH 1053
+#define IDS_WEEKDAY_OF_MONTH 1054
+#define IDS_LAST_WEEKDAY_OF_MONTH 1055
+#define IDS_NOT_MOVED 1056
+#define IDS_MOVED 1057
+#define IDS_RULE_FOUND 1058
+#define IDS_RULE_MISSING 1059
+#define IDS_NO_RULE 1060
+
+/* the plug-in */
+#define IDS_MODULE_LOADED 1080
+#define IDS_MODULE_NOT_CREATED 1081
+#define IDS_MODULE_NOT_INITIALIZED 1082
+#define IDS_NO_MODULE 1083
+#define IDS_COMMAND_FAILED 1084
+#define IDS_SHOW_FAILED 1085
+#define IDS_ERROR_CODE 1086
+#define IDS_INTERNAL_ERROR 1087
+#define IDS_NOT_STARTED 1088
+
+/* the store; in the order of StoreErrorKind */
+#define IDS_STORE_READ_ONLY 1100
+#define IDS_STORE_LOCKED 1101
+#define IDS_STORE_FULL 1102
+#define IDS_STORE_DAMAGED 1103
+#define IDS_STORE_FOREIGN 1104
+#define IDS_STORE_NEWER 1105
+#define IDS_STORE_UNAVAILABLE 1106
+#define IDS_STORE_INVALID_VALUE 1107
+#define IDS_STORE_DUPLICATE_NAME 1108
+#define IDS_STORE_NOT_FOUND 1109
+#define IDS_STORE_CHANGED 1110
+#define IDS_STORE_IN_USE 1111
+#define IDS_STORE_NOT_OPENED 1120
+#define IDS_STORE_NOT_READ 1121
+#define IDS_STORE_CALL_FAILED 1122
+
+/* the command line */
+#define IDS_USAGE 1140
+#define IDS_UNKNOWN_ARGUMENT 1141
+#define IDS_MISSING_VALUE 1142
+#define IDS_BAD_RULE_NUMBER 1143
