@@ -1,0 +1,134 @@
+#include "ExpirationRule.h"
+#include "StorageTest.h"
+#include "zdStorageGetFieldHelper.h"
+
+namespace storage_test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class NewRuleRow : public StorageTest {
+ protected:
+  IkvTablePtr create() { return create_new_rule_row(L"New"); }
+};
+
+TEST_F(NewRuleRow, IsWrittenFieldByFieldWithoutTheDayMode) {
+  const IkvTablePtr row = create();
+  EXPECT_THAT(
+      host.calls().all("IkvField::"),
+      ElementsAre("IkvField::SetText(1077, \"New\")", "IkvField::SetLong(1078, 0)", "IkvField::SetLong(1079, 0)",
+                  "IkvField::SetLong(1081, 1)", "IkvField::SetLong(1082, 1)", "IkvField::SetLong(1083, 1)",
+                  "IkvField::SetLong(1084, 1)", "IkvField::SetLong(1085, 1)", "IkvField::SetLong(1160, 0)"));
+  EXPECT_THAT(reports(), IsEmpty());
+}
+
+TEST_F(NewRuleRow, IsAppendedAndMadeCurrentAfterTheFieldsAreDeclared) {
+  const IkvTablePtr row = create();
+  const std::vector<std::string> after_fields(calls().begin() + 13, calls().begin() + 16);
+  EXPECT_THAT(after_fields, ElementsAre("IkvTable::AppendRow", "IkvTable::MoveLast", "IkvTable::GetFieldByID(1077)"));
+}
+
+TEST_F(NewRuleRow, KeepsTheDayModeOfTheHost) {
+  host.new_row()[KVFIELD_DAY_MODE] = 1;
+  const IkvTablePtr row = create();
+  EXPECT_EQ(1, GetField<long>(row, KVFIELD_DAY_MODE));
+  EXPECT_EQ(0, GetField<long>(row, KVFIELD_RULE_ID));
+}
+
+TEST_F(NewRuleRow, ThrowsWithoutATable) {
+  host.calls().fail("kvTable::CreateInstance", {E_FAIL});
+  EXPECT_EQ(E_POINTER, thrown_by([&] { create(); }));
+}
+
+TEST_F(NewRuleRow, ReportsEveryWriteWhenTheHostAppendsNoRow) {
+  host.calls().fail("IkvTable::AppendRow", {E_FAIL});
+  const IkvTablePtr row = create();
+  EXPECT_THAT(reports(), ElementsAre("ASSERT 80004005 | zdStorageGetFieldHelper.h:212 SetField",
+                                     "ASSERT 80004005 | zdStorageGetFieldHelper.h:212 SetField",
+                                     "ASSERT 80004005 | zdStorageGetFieldHelper.h:212 SetField",
+                                     "ASSERT 80004005 | zdStorageGetFieldHelper.h:212 SetField",
+                                     "ASSERT 80004005 | zdStorageGetFieldHelper.h:212 SetField",
+                                     "ASSERT 80004005 | zdStorageGetFieldHelper.h:212 SetField",
+                                     "ASSERT 80004005 | zdStorageGetFieldHelper.h:212 SetField",
+                                     "ASSERT 80004005 | zdStorageGetFieldHelper.h:212 SetField",
+                                     "ASSERT 80004005 | zdStorageGetFieldHelper.h:212 SetField"));
+}
+
+TEST_F(NewRuleRow, IsWrittenFurtherAfterAFieldThatFails) {
+  host.calls().fail("IkvField::SetLong(1079, 0)", {E_FAIL});
+  const IkvTablePtr row = create();
+  EXPECT_EQ("IkvField::SetLong(1160, 0)", calls().back());
+  EXPECT_EQ(1u, reports().size());
+}
+
+class SavedRule : public StorageTest {
+ protected:
+  SavedRule() {
+    rule.RuleName = L"CU";
+    rule.RollOffset = 10;
+    rule.DayType = 11;
+    rule.DayMode = 12;
+    rule.DayOfMonth = 13;
+    rule.DayMonth = 14;
+    rule.WeekOrdinal = 15;
+    rule.Weekday = 16;
+    rule.WeekdayMonth = 17;
+    rule.MoveToNextTradingDay = 18;
+  }
+
+  ExpirationRule rule;
+};
+
+TEST_F(SavedRule, IsAddedInTheOrderOfTheRecord) {
+  long id = 0;
+  EXPECT_EQ(S_OK, add_rule(block, rule, id));
+  EXPECT_THAT(calls(), ElementsAre("IkvExpirationRuleService::add_rule(\"CU\", 10, 11, 12, 13, 14, 15, 16, 17, 18)"));
+  EXPECT_EQ(1, id);
+  EXPECT_THAT(host.rules(), ElementsAre(test_support::HostRule{1, L"CU", 10, 11, 12, 13, 14, 15, 16, 17, 18}));
+}
+
+TEST_F(SavedRule, IsUpdatedUnderItsNumberInTheOrderOfTheRecord) {
+  host.rules().push_back({7, L"old"});
+  EXPECT_EQ(S_OK, update_rule(block, 7, rule));
+  EXPECT_THAT(calls(),
+              ElementsAre("IkvExpirationRuleService::update_rule(7, \"CU\", 10, 11, 12, 13, 14, 15, 16, 17, 18)"));
+  EXPECT_THAT(host.rules(), ElementsAre(test_support::HostRule{7, L"CU", 10, 11, 12, 13, 14, 15, 16, 17, 18}));
+}
+
+TEST_F(SavedRule, KeepsTheNumberThatTheHostDoesNotSet) {
+  host.calls().fail("IkvExpirationRuleService::add_rule", {S_OK, Fault::Out::untouched});
+  long id = -5;
+  EXPECT_EQ(S_OK, add_rule(block, rule, id));
+  EXPECT_EQ(-5, id);
+}
+
+TEST_F(SavedRule, AnswersTheResultOfTheService) {
+  long id = 0;
+  for (const HRESULT result : {E_ACCESSDENIED, S_FALSE}) {
+    host.calls().fail("IkvExpirationRuleService::add_rule", {result});
+    host.calls().fail("IkvExpirationRuleService::update_rule", {result});
+    EXPECT_EQ(result, add_rule(block, rule, id));
+    EXPECT_EQ(result, update_rule(block, 7, rule));
+  }
+  EXPECT_THAT(reports(), IsEmpty());
+}
+
+TEST_F(SavedRule, TravelsWithEveryUnitOfItsName) {
+  const std::wstring odd(L"\"%s\" \xD83D\xDE00 \xD800 \x0001 \t\n\0 end", 20);
+  rule.RuleName = platform::take_string(SysAllocStringLen(odd.data(), static_cast<UINT>(odd.size())));
+  long id = 0;
+  add_rule(block, rule, id);
+  ASSERT_EQ(1u, host.rules().size());
+  EXPECT_EQ(odd, host.rules()[0].name);
+}
+
+TEST_F(SavedRule, NeedsARuleService) {
+  block.rules = nullptr;
+  long id = 0;
+  EXPECT_EQ(E_POINTER, thrown_by([&] { add_rule(block, rule, id); }));
+  EXPECT_EQ(E_POINTER, thrown_by([&] { update_rule(block, 7, rule); }));
+}
+
+}  // namespace
+}  // namespace storage_test

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <gmock/gmock.h>
+
+#include "FakeHost.h"
+#include "FieldIds.h"
+#include "Recorder.h"
+#include "Reports.h"
+#include "StorageBlock.h"
+
+namespace storage_test {
+
+using test_support::Fault;
+using test_support::HostRow;
+
+/// A host with an empty storage, and everything that is reported.
+class StorageTest : public testing::Test {
+ protected:
+  StorageTest() {
+    const test_support::DispatchPtr object = host.storage();
+    block.storage = platform::query<IkvStorage>(object);
+    block.session = platform::query<IkvStorageSession>(object);
+    block.symbol_sources = platform::query<IkvSymbolSourceService>(object);
+    block.rules = platform::query<IkvExpirationRuleService>(object);
+  }
+
+  IkvTablePtr table(std::vector<HostRow> rows) { return {host.table(std::move(rows)), false}; }
+  const std::vector<std::string>& calls() { return host.calls().all(); }
+  std::vector<std::string> reports() const { return test_support::reports(recorder); }
+
+  test_support::Recorder recorder;
+  test_support::FakeHost host;
+  StorageBlock block;
+};
+
+/// The HRESULT that `action` throws as a `_com_error`, S_OK when it throws none.
+template <class Action>
+HRESULT thrown_by(const Action& action) {
+  try {
+    action();
+    return S_OK;
+  } catch (const _com_error& error) {
+    return error.Error();
+  }
+}
+
+}  // namespace storage_test
