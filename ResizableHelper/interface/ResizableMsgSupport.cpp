@@ -6,28 +6,23 @@
 
 UINT WMU_RESIZESUPPORT = 0;
 
+std::atomic<UINT> RegisterResizeMessage::uRegisterdWMU_RESIZESUPPORT = 0;
+
 namespace {
 
 constexpr int registration_line = 48;
-std::atomic<UINT> uRegisterdWMU_RESIZESUPPORT = 0;
 
 }  // namespace
 
-namespace resizable {
-
-UINT registered_message(std::atomic<UINT>& cached, const wchar_t* name) noexcept {
-  if (cached == 0) {
-    const SnagtrapUtil::SectionLock lock(platform::ComModule::instance().section());
-    cached = RegisterWindowMessageW(name);
-  }
-  return cached;
-}
-
-}  // namespace resizable
-
 UINT RegisterResizeMessage::GetRegisteredWMU_RESIZESUPPORT() noexcept {
-  WMU_RESIZESUPPORT = resizable::registered_message(uRegisterdWMU_RESIZESUPPORT, L"WMU_RESIZESUPPORT");
-  SnagtrapUtil::expect(WMU_RESIZESUPPORT != 0, L"uRegisterdWMU_RESIZESUPPORT != 0",
-                       ZD_PLACE_IN("ResizableMsgSupport.h", registration_line));
+  if (uRegisterdWMU_RESIZESUPPORT == 0) {
+    {
+      const SnagtrapUtil::SectionLock lock(platform::ComModule::instance().section());
+      uRegisterdWMU_RESIZESUPPORT = RegisterWindowMessageW(L"WMU_RESIZESUPPORT");
+    }
+    SnagtrapUtil::expect(uRegisterdWMU_RESIZESUPPORT != 0, L"uRegisterdWMU_RESIZESUPPORT != 0",
+                         ZD_PLACE_IN("ResizableMsgSupport.h", registration_line));
+  }
+  WMU_RESIZESUPPORT = uRegisterdWMU_RESIZESUPPORT;
   return WMU_RESIZESUPPORT;
 }

@@ -28,14 +28,10 @@ extern UINT WMU_RESIZESUPPORT;
 
 class RegisterResizeMessage {
  public:
-  /// Registers the message at the first call, keeps its number for the process and hands it to the senders. A failed
-  /// registration is reported as an assertion, answers 0 and is tried again at the next call.
+  /// Registers the message at the first call, keeps its number for the process and hands it to the senders at each. A
+  /// failed registration is reported as an assertion, answers 0 and is tried again at the next call.
   static UINT GetRegisteredWMU_RESIZESUPPORT() noexcept;
+
+  /// The number for the process; 0 until the message is registered.
+  static std::atomic<UINT> uRegisterdWMU_RESIZESUPPORT;
 };
-
-namespace resizable {
-
-/// Registers a window message unless `cached` already holds its number. Answers the number, 0 when that fails.
-UINT registered_message(std::atomic<UINT>& cached, const wchar_t* name) noexcept;
-
-}  // namespace resizable

@@ -39,12 +39,6 @@ TEST_F(GripMixIn, CountsTheSameBitsOnce) {
   EXPECT_EQ(status, 2U);
 }
 
-TEST_F(GripMixIn, SurvivesAMissingStatus) {
-  window.ShowSizeGrip(nullptr, 1);
-  window.HideSizeGrip(nullptr, 1);
-  EXPECT_EQ(window.ShowCount(), 0);
-}
-
 TEST_F(GripMixIn, ShowsTheGripInTheCornerBehindEveryControl) {
   const HWND control = make_child(parent.get(), L"Edit", {0, 0, 50, 50});
   window.SetShowCount(1);
