@@ -1,0 +1,132 @@
+#include <windows.h>
+#include <gtest/gtest.h>
+
+#include <map>
+
+#include "Recorder.h"
+#include "Window.h"
+
+namespace platform {
+namespace {
+
+/// Texts that a window of the class below answers, and what it says about their length.
+struct Answers {
+  std::wstring text;
+  LRESULT length = 0;
+};
+Answers answers;
+
+LRESULT CALLBACK answer(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  if (message == WM_GETTEXTLENGTH) return answers.length;
+  if (message == WM_GETTEXT) {
+    auto* buffer = reinterpret_cast<wchar_t*>(lParam);
+    const std::size_t copied = std::min<std::size_t>(answers.text.size(), wParam - 1);
+    buffer[answers.text.copy(buffer, copied)] = 0;
+    return static_cast<LRESULT>(copied);
+  }
+  return DefWindowProcW(window, message, wParam, lParam);
+}
+
+class WindowTest : public testing::Test {
+ protected:
+  WindowTest() : window_(make(L"EDIT")) {}
+  ~WindowTest() override { DestroyWindow(window_); }
+
+  static HWND make(const wchar_t* window_class) {
+    return CreateWindowExW(WS_EX_TOPMOST, window_class, L"text", WS_POPUP, 10, 20, 120, 40, nullptr, nullptr,
+                           GetModuleHandleW(nullptr), nullptr);
+  }
+
+  HWND answering_window() {
+    WNDCLASSW window_class = {};
+    window_class.lpfnWndProc = answer;
+    window_class.hInstance = GetModuleHandleW(nullptr);
+    window_class.lpszClassName = L"zd.Answering";
+    RegisterClassW(&window_class);
+    return make(L"zd.Answering");
+  }
+
+  /// The descriptions of the assertions so far.
+  std::vector<std::wstring> assertions() const {
+    std::vector<std::wstring> texts;
+    for (const auto& record : recorder_.processed(L"ASSERT")) {
+      texts.push_back(test_support::field_text(record, L"Description"));
+    }
+    return texts;
+  }
+
+  test_support::Recorder recorder_;
+  HWND window_;
+};
+
+TEST_F(WindowTest, RefersToAWindowThatSomebodyElseOwns) {
+  {
+    CWindow window(window_);
+    EXPECT_EQ(window.GetText(), L"text");
+    EXPECT_EQ(window.Detach(), window_);
+    EXPECT_EQ(window.m_hWnd, nullptr);
+    window.Attach(window_);
+  }
+  EXPECT_TRUE(IsWindow(window_));
+}
+
+TEST_F(WindowTest, OperationsReachTheWindow) {
+  const CWindow window(window_);
+  window.SetText(L"\u5230\u671f");
+  EXPECT_EQ(window.GetText(), L"\u5230\u671f");
+  window.Enable(false);
+  EXPECT_FALSE(IsWindowEnabled(window_));
+  window.Enable(true);
+  EXPECT_TRUE(IsWindowEnabled(window_));
+  EXPECT_EQ(window.GetWindowRect().left, 10);
+  EXPECT_EQ(window.GetClientRect().right, 120);
+  EXPECT_TRUE(window.GetStyle() & WS_POPUP);
+  EXPECT_TRUE(window.GetExStyle() & WS_EX_TOPMOST);
+  EXPECT_EQ(window.Send(EM_GETLIMITTEXT), SendMessageW(window_, EM_GETLIMITTEXT, 0, 0));
+  ShowWindow(window_, SW_SHOW);
+  window.SetFocus();
+  EXPECT_EQ(::GetFocus(), window_);
+  EXPECT_TRUE(assertions().empty());
+}
+
+TEST_F(WindowTest, EveryOperationOnADeadWindowIsReportedAndAnswersNothing) {
+  DestroyWindow(window_);
+  const CWindow window(window_);
+  EXPECT_EQ(window.Send(WM_GETTEXTLENGTH), 0);
+  EXPECT_EQ(window.GetText(), L"");
+  window.SetText(L"x");
+  window.Enable(false);
+  window.SetFocus();
+  EXPECT_EQ(window.GetItem(1), nullptr);
+  EXPECT_EQ(window.GetClientRect().right, 0);
+  EXPECT_EQ(window.GetWindowRect().right, 0);
+  EXPECT_EQ(window.GetStyle(), 0u);
+  EXPECT_EQ(window.GetExStyle(), 0u);
+  EXPECT_EQ(assertions(), std::vector<std::wstring>(10, L"::IsWindow(m_hWnd)"));
+}
+
+TEST_F(WindowTest, TextOfAnyLengthIsRead) {
+  for (const std::size_t length : {0u, 1u, 255u, 256u, 29999u}) {
+    const std::wstring text(length, L'\u89c4');
+    SetWindowTextW(window_, text.c_str());
+    EXPECT_EQ(window_text(window_), text);
+  }
+}
+
+TEST_F(WindowTest, TextCountsAsItIsCopiedWhateverItsLengthWasSaidToBe) {
+  HWND window = answering_window();
+  answers = {L"abc", 100};
+  EXPECT_EQ(window_text(window), L"abc");
+  answers = {L"abc", 2};
+  EXPECT_EQ(window_text(window), L"ab");
+  answers = {L"abc", 0};
+  EXPECT_EQ(window_text(window), L"");
+  answers = {L"abc", -1};
+  EXPECT_EQ(window_text(window), L"");
+  DestroyWindow(window);
+}
+
+TEST_F(WindowTest, TextOfNoWindowIsEmpty) { EXPECT_EQ(window_text(nullptr), L""); }
+
+}  // namespace
+}  // namespace platform
