@@ -2,8 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include "ExpectedReports.h"
 #include "ImportProbe.h"
-#include "Reports.h"
 #include "ResizableGrip.h"
 #include "ResizableLayout.h"
 #include "ResizableMinMax.h"
@@ -14,8 +14,8 @@ ZD_IMPORT_PROBE(RegisterWindowMessageW, RegisterMessageProbe);
 namespace resizable_test {
 namespace {
 
-using test_support::Assertion;
-using test_support::take_assertions;
+using test_support::take_reports;
+using test_support::take_reports_without_lines;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -38,9 +38,8 @@ class MisusedLayout : public testing::Test {
 
 TEST_F(MisusedLayout, ReportsWhatIsNoWindowAndRecordsIt) {
   window.AddAnchor(nullptr, TOP_LEFT);
-  EXPECT_THAT(take_assertions(),
-              ElementsAre(Assertion{L"ResizableLayout.h", 271, L"::IsWindow(hWnd)", L"", L"AddAnchor"},
-                          Assertion{L"ResizableLayout.h", 273, L"::IsChild(pT->m_hWnd, hWnd)", L"", L"AddAnchor"}));
+  EXPECT_THAT(take_reports(), ElementsAre("ASSERT ::IsWindow(hWnd) | ResizableLayout.h:271 AddAnchor",
+                                          "ASSERT ::IsChild(pT->m_hWnd, hWnd) | ResizableLayout.h:273 AddAnchor"));
   EXPECT_EQ(window.Anchored().size(), 1U);
   window.ArrangeLayout();
 }
@@ -48,21 +47,19 @@ TEST_F(MisusedLayout, ReportsWhatIsNoWindowAndRecordsIt) {
 TEST_F(MisusedLayout, ReportsWhatIsNoChildAndRecordsIt) {
   const OwnedWindow stranger(make_popup());
   window.AddAnchor(stranger.get(), TOP_LEFT);
-  EXPECT_THAT(take_assertions(),
-              ElementsAre(Assertion{L"ResizableLayout.h", 273, L"::IsChild(pT->m_hWnd, hWnd)", L"", L"AddAnchor"}));
+  EXPECT_THAT(take_reports(), ElementsAre("ASSERT ::IsChild(pT->m_hWnd, hWnd) | ResizableLayout.h:273 AddAnchor"));
   EXPECT_EQ(window.Anchored().size(), 1U);
 }
 
 TEST_F(MisusedLayout, ReportsAMissingFirstAnchorAndRecordsTheChild) {
   window.AddAnchor(child, NOANCHOR, BOTTOM_RIGHT);
-  EXPECT_THAT(take_assertions(),
-              ElementsAre(Assertion{L"ResizableLayout.h", 275, L"anchorTL != NOANCHOR", L"", L"AddAnchor"}));
+  EXPECT_THAT(take_reports(), ElementsAre("ASSERT anchorTL != NOANCHOR | ResizableLayout.h:275 AddAnchor"));
   EXPECT_EQ(window.Anchored().size(), 1U);
 }
 
 TEST_F(MisusedLayout, HalfOfNoAnchorIsAnAnchor) {
   window.AddAnchor(child, {-1, 0}, {0, -1});
-  EXPECT_THAT(take_assertions(), IsEmpty());
+  EXPECT_THAT(take_reports(), IsEmpty());
   EXPECT_EQ(window.Anchored()[0].bottom_right.anchor, CSize(0, -1));
 }
 
@@ -70,8 +67,7 @@ TEST_F(MisusedLayout, ReportsACallbackThatNobodyAnswers) {
   window.AddAnchorCallback(child, 7);
   resize(parent.get(), 400, 300);
   window.ArrangeLayout();
-  EXPECT_THAT(take_assertions(),
-              ElementsAre(Assertion{L"ResizableLayout.h", 469, L"0", L"", L"ArrangeLayoutCallback"}));
+  EXPECT_THAT(take_reports(), ElementsAre("ASSERT 0 | ResizableLayout.h:469 ArrangeLayoutCallback"));
   EXPECT_EQ(rect_of(child), (RECT{10, 20, 60, 40}));
 }
 
@@ -80,45 +76,35 @@ TEST_F(MisusedLayout, ReportsAPlaceForTheEraseRegionThatIsTaken) {
   HRGN region = taken.get();
   window.BuildEraseRegion(&region);
   const platform::Region built(region);
-  const auto assertions = take_assertions();
-  ASSERT_EQ(assertions.size(), 1U);
-  EXPECT_EQ(assertions[0].file, L"ResizableLayout.h");
-  EXPECT_EQ(assertions[0].text, L"m_hRgn == 0");
+  EXPECT_THAT(take_reports_without_lines(), ElementsAre("ASSERT m_hRgn == 0 | ResizableLayout.h:* BuildEraseRegion"));
   EXPECT_NE(built.get(), taken.get()) << "it is built all the same";
 }
 
 TEST_F(MisusedLayout, ReportsAGripWithoutStatus) {
   window.ShowSizeGrip(nullptr, 1);
   window.HideSizeGrip(nullptr, 1);
-  const auto assertions = take_assertions();
-  ASSERT_EQ(assertions.size(), 2U);
-  for (const Assertion& assertion : assertions) {
-    EXPECT_EQ(assertion.file, L"ResizableGrip.h");
-    EXPECT_EQ(assertion.text, L"pStatus != 0");
-  }
+  EXPECT_THAT(take_reports_without_lines(), ElementsAre("ASSERT pStatus != 0 | ResizableGrip.h:* ShowSizeGrip",
+                                                        "ASSERT pStatus != 0 | ResizableGrip.h:* HideSizeGrip"));
   EXPECT_EQ(window.ShowCount(), 0);
 }
 
 TEST_F(MisusedLayout, ReportsAGripWithoutDialog) {
   parent.destroy();
   window.UpdateSizeGrip();
-  const auto assertions = take_assertions();
-  ASSERT_EQ(assertions.size(), 1U);
-  EXPECT_EQ(assertions[0].file, L"ResizableGrip.h");
-  EXPECT_EQ(assertions[0].text, L"pT->IsWindow()");
+  EXPECT_THAT(take_reports_without_lines(), ElementsAre("ASSERT pT->IsWindow() | ResizableGrip.h:* UpdateSizeGrip"));
 }
 
 TEST_F(MisusedLayout, ReportsAnotherMessageMapOfTheGrip) {
   LRESULT result = 77;
   EXPECT_FALSE(window.SizeGrip().ProcessWindowMessage(nullptr, WM_SETFOCUS, 0, 0, result, 1));
-  EXPECT_THAT(take_assertions(), ElementsAre(Assertion{L"ResizableGrip.h", 117, L"0", L"", L"ProcessWindowMessage"}));
+  EXPECT_THAT(take_reports(), ElementsAre("ASSERT 0 | ResizableGrip.h:117 ProcessWindowMessage"));
   EXPECT_EQ(result, 77);
 }
 
 TEST_F(MisusedLayout, ReportsAnExtraSizeThatNobodyCalculates) {
   CSize extra(5, 6);
   EXPECT_EQ(window.CalcSizeExtra(parent.get(), {1, 2}, {3, 4}, extra), FALSE);
-  EXPECT_THAT(take_assertions(), ElementsAre(Assertion{L"ResizableMinMax.h", 130, L"0", L"", L"CalcSizeExtra"}));
+  EXPECT_THAT(take_reports(), ElementsAre("ASSERT 0 | ResizableMinMax.h:130 CalcSizeExtra"));
   EXPECT_EQ(extra, CSize(5, 6));
 }
 
@@ -147,9 +133,9 @@ TEST_F(ResizeMessage, IsRegisteredOnce) {
 TEST_F(ResizeMessage, ThatCannotBeRegisteredIsReportedAndTriedAgain) {
   probe.fail(1, 0);
   EXPECT_EQ(RegisterResizeMessage::GetRegisteredWMU_RESIZESUPPORT(), 0U);
-  EXPECT_THAT(take_assertions(),
-              ElementsAre(Assertion{L"ResizableMsgSupport.h", 48, L"uRegisterdWMU_RESIZESUPPORT != 0", L"",
-                                    L"GetRegisteredWMU_RESIZESUPPORT"}));
+  EXPECT_THAT(
+      take_reports(),
+      ElementsAre("ASSERT uRegisterdWMU_RESIZESUPPORT != 0 | ResizableMsgSupport.h:48 GetRegisteredWMU_RESIZESUPPORT"));
   EXPECT_NE(RegisterResizeMessage::GetRegisteredWMU_RESIZESUPPORT(), 0U);
 }
 

@@ -1,0 +1,47 @@
+#include "ExpectedReports.h"
+
+#include <gtest/gtest.h>
+
+#include <optional>
+
+#include "Reports.h"
+
+namespace test_support {
+namespace {
+
+std::optional<Recorder> recorder;
+
+std::vector<std::string> take(std::vector<std::string> (*read)(const Recorder&)) {
+  std::vector<std::string> texts = read(*recorder);
+  recorder->reset();
+  return texts;
+}
+
+/// Loads the recorder before anybody reports: the client looks for its library only once.
+class RecorderEnvironment : public testing::Environment {
+ public:
+  void SetUp() override { recorder.emplace(); }
+  void TearDown() override { recorder.reset(); }
+};
+
+class UnexpectedReports : public testing::EmptyTestEventListener {
+ public:
+  void OnTestStart(const testing::TestInfo&) override { recorder->reset(); }
+  void OnTestEnd(const testing::TestInfo&) override {
+    for (const std::string& report : take_reports()) ADD_FAILURE() << "nobody expected " << report;
+  }
+};
+
+[[maybe_unused]] const bool started = [] {
+  testing::AddGlobalTestEnvironment(new RecorderEnvironment);
+  testing::UnitTest::GetInstance()->listeners().Append(new UnexpectedReports);
+  return true;
+}();
+
+}  // namespace
+
+std::vector<std::string> take_reports() { return take(reports); }
+
+std::vector<std::string> take_reports_without_lines() { return take(reports_without_lines); }
+
+}  // namespace test_support

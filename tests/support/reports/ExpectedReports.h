@@ -1,0 +1,15 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace test_support {
+
+/// What was reported since the last call, or since the test began, as `reports` writes it. Whoever links this says
+/// which reports he expects: a test that leaves some unread fails.
+std::vector<std::string> take_reports();
+
+/// The same with every line number replaced by "*": for places whose line is free.
+std::vector<std::string> take_reports_without_lines();
+
+}  // namespace test_support
