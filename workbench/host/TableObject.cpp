@@ -8,11 +8,11 @@ HRESULT TableObject::GetRowCount(long* count) noexcept {
   return S_OK;
 }
 
-IKV_kvudfcom::IkvField* TableObject::field_at(std::ptrdiff_t place) {
+FieldObject* TableObject::field_at(std::ptrdiff_t place) {
   const auto index = static_cast<std::size_t>(place);
   if (index >= fields_.size()) fields_.resize(index + 1);
-  if (!fields_[index]) fields_[index].Attach(new FieldObject(rows_, place));
-  return fields_[index];
+  if (!fields_[index]) fields_[index].reset(new FieldObject(rows_, place));
+  return fields_[index].get();
 }
 
 HRESULT TableObject::GetFieldByID(long fieldId, IKV_kvudfcom::IkvField** field) noexcept {

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <comdef.h>
-
 #include <memory>
 #include <vector>
 
@@ -11,9 +9,6 @@
 #include "HostStorage.h"
 
 namespace workbench {
-
-using IKV_kvudfcom::IkvField;
-_COM_SMARTPTR_TYPEDEF(IkvField, __uuidof(IkvField));
 
 /// The host's table. Its fields are those of `tagKVFIELDID`; numbers start at 0 and texts empty in a new row.
 class TableObject final : public DispatchObject<IKV_kvudfcom::IkvTable, ITableAccess> {
@@ -47,10 +42,14 @@ class TableObject final : public DispatchObject<IKV_kvudfcom::IkvTable, ITableAc
   KV_UNUSED_SLOT(25)
 
  private:
-  IKV_kvudfcom::IkvField* field_at(std::ptrdiff_t place);
+  struct ReleaseField {
+    void operator()(FieldObject* field) const noexcept { field->Release(); }
+  };
+
+  FieldObject* field_at(std::ptrdiff_t place);
 
   std::shared_ptr<TableRows> rows_;
-  std::vector<IkvFieldPtr> fields_;  // made when first asked for, one for each column
+  std::vector<std::unique_ptr<FieldObject, ReleaseField>> fields_;  // made when first asked for, one for each column
 };
 
 }  // namespace workbench

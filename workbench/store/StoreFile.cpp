@@ -94,7 +94,9 @@ Identity read_identity(const SqliteDatabase& database) {
           static_cast<std::uint32_t>(database.integer("PRAGMA user_version"))};
 }
 
-bool is_new(const SqliteDatabase& database) { return database.integer("PRAGMA page_count") == 0; }
+bool is_new(const SqliteDatabase& database) {
+  return read_identity(database).application == 0 && database.integer("SELECT count(*) FROM sqlite_schema") == 0;
+}
 
 void refuse_damaged(const SqliteDatabase& database, const std::filesystem::path& path) {
   SqliteStatement check = database.prepare("PRAGMA integrity_check(1)");

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <comdef.h>
+#include <gtest/gtest.h>
+
+#include "DispatchObject.h"
+#include "HostStorage.h"
+
+using IKV_kvudfcom::IkvField;
+using IKV_kvudfcom::IkvTable;
+
+_COM_SMARTPTR_TYPEDEF(IUnknown, __uuidof(IUnknown));
+_COM_SMARTPTR_TYPEDEF(IDispatch, __uuidof(IDispatch));
+_COM_SMARTPTR_TYPEDEF(IkvField, __uuidof(IkvField));
+_COM_SMARTPTR_TYPEDEF(IkvTable, __uuidof(IkvTable));
+_COM_SMARTPTR_TYPEDEF(IkvRuleFilter, __uuidof(IkvRuleFilter));
+_COM_SMARTPTR_TYPEDEF(IkvStorage, __uuidof(IkvStorage));
+_COM_SMARTPTR_TYPEDEF(IkvStorageSession, __uuidof(IkvStorageSession));
+_COM_SMARTPTR_TYPEDEF(IkvSymbolSourceService, __uuidof(IkvSymbolSourceService));
+_COM_SMARTPTR_TYPEDEF(IkvExpirationRuleService, __uuidof(IkvExpirationRuleService));
+
+/// After each test every object of the host must be gone.
+class HostObjects : public testing::Test {
+ protected:
+  ~HostObjects() override { EXPECT_EQ(workbench::live_dispatch_objects, before_); }
+
+ private:
+  long before_ = workbench::live_dispatch_objects;
+};
+
+/// The field of the current row, or null.
+inline IkvFieldPtr field_of(IkvTable* table, long id) {
+  IkvFieldPtr field;
+  table->GetFieldByID(id, &field);
+  return field;
+}
+
+inline long number_in(IkvTable* table, long id) {
+  long value = -77;
+  EXPECT_EQ(field_of(table, id)->GetLong(&value), S_OK);
+  return value;
+}
+
+inline std::wstring text_in(IkvTable* table, long id) {
+  BSTR text = nullptr;
+  EXPECT_EQ(field_of(table, id)->GetText(&text), S_OK);
+  const std::wstring result(text ? text : L"", SysStringLen(text));
+  SysFreeString(text);
+  return result;
+}
+
+inline long row_count(IkvTable* table) {
+  long count = -77;
+  EXPECT_EQ(table->GetRowCount(&count), S_OK);
+  return count;
+}
+
+inline bool at_end(IkvTable* table) {
+  long flag = -77;
+  EXPECT_EQ(table->IsEOF(&flag), S_OK);
+  return flag != 0;
+}

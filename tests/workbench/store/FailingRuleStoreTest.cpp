@@ -1,0 +1,46 @@
+#include <gtest/gtest.h>
+
+#include "FailingRuleStore.h"
+#include "MemoryRuleStore.h"
+#include "StoreSamples.h"
+
+using namespace workbench;
+
+namespace {
+
+void use_every_call(RuleStore& store) {
+  store.replace_content(sample_content());
+  const long number = store.add_rule(sample_rule(L"third")).number;
+  store.update_rule(number, sample_rule(L"fourth"));
+  store.try_load_rule(number);
+  store.load_rules();
+  store.load_settings();
+  store.delete_rule(number);
+  store.replace_settings({});
+  store.poll_for_changes();
+}
+
+TEST(FailingRuleStore, ExactlyTheNthCallFailsAndChangesNothing) {
+  for (int failing = 1; failing <= 9; ++failing) {
+    auto inner = std::make_shared<MemoryRuleStore>();
+    FailingRuleStore store(inner, failing, StoreErrorKind::full);
+    EXPECT_EQ(refusal_kind([&] { use_every_call(store); }), StoreErrorKind::full) << failing;
+    EXPECT_EQ(store.calls(), failing);
+    const Holdings before = holdings(*inner);
+    EXPECT_EQ(holdings(store), before);
+  }
+  FailingRuleStore unharmed(std::make_shared<MemoryRuleStore>(), 10);
+  EXPECT_EQ(refusal_kind([&] { use_every_call(unharmed); }), std::nullopt);
+  EXPECT_EQ(unharmed.calls(), 9);
+}
+
+TEST(FailingRuleStore, ChangesOfTheInnerStoreAreTold) {
+  auto inner = std::make_shared<MemoryRuleStore>();
+  FailingRuleStore store(inner, 0);
+  int told = 0;
+  const StoreSubscription subscription = store.subscribe([&] { ++told; });
+  inner->add_rule(sample_rule(L"gold"));
+  EXPECT_EQ(told, 1);
+}
+
+}  // namespace

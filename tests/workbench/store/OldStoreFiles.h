@@ -1,0 +1,35 @@
+#pragma once
+
+/// Makes a file as version 1 left it, with one rule.
+inline constexpr const char* version_1 = R"sql(
+  CREATE TABLE rules (
+    RuleID INTEGER PRIMARY KEY AUTOINCREMENT CHECK (RuleID BETWEEN 1 AND 2147483647),
+    RuleName TEXT NOT NULL UNIQUE COLLATE BINARY CHECK (length(CAST(RuleName AS BLOB)) BETWEEN 1 AND 765),
+    RollOffset INTEGER NOT NULL CHECK (RollOffset BETWEEN 0 AND 99),
+    DayType INTEGER NOT NULL CHECK (DayType BETWEEN 0 AND 1),
+    DayMode INTEGER NOT NULL CHECK (DayMode BETWEEN 0 AND 1),
+    DayOfMonth INTEGER NOT NULL CHECK (DayOfMonth BETWEEN 1 AND 31),
+    DayMonth INTEGER NOT NULL CHECK (DayMonth BETWEEN 0 AND 2),
+    WeekOrdinal INTEGER NOT NULL CHECK (WeekOrdinal BETWEEN 1 AND 5),
+    Weekday INTEGER NOT NULL CHECK (Weekday BETWEEN 0 AND 6),
+    WeekdayMonth INTEGER NOT NULL CHECK (WeekdayMonth BETWEEN 0 AND 2),
+    MoveToNextTradingDay INTEGER NOT NULL CHECK (MoveToNextTradingDay BETWEEN 0 AND 1)
+  ) STRICT;
+  INSERT INTO rules VALUES (4, 'first', 99, 1, 1, 31, 2, 5, 6, 2, 1);
+  INSERT INTO rules VALUES (9, 'gone', 99, 1, 1, 31, 2, 5, 6, 2, 1);
+  DELETE FROM rules WHERE RuleID = 9;
+  PRAGMA application_id = 0x7A644552;
+  PRAGMA user_version = 1;
+)sql";
+
+/// Makes a file of version 1 into one as version 2 left it, with one setting.
+inline constexpr const char* version_2 = R"sql(
+  CREATE TABLE symbol_source_settings (
+    SettingID INTEGER PRIMARY KEY,
+    SettingName TEXT NOT NULL COLLATE BINARY CHECK (length(CAST(SettingName AS BLOB)) BETWEEN 1 AND 765),
+    RuleName TEXT NOT NULL COLLATE BINARY CHECK (length(CAST(RuleName AS BLOB)) <= 765)
+  ) STRICT;
+  CREATE INDEX symbol_source_settings_by_rule ON symbol_source_settings (RuleName);
+  INSERT INTO symbol_source_settings VALUES (1, 'copper', 'first');
+  PRAGMA user_version = 2;
+)sql";

@@ -1,0 +1,252 @@
+#include <gtest/gtest.h>
+
+#include "FailingRuleStore.h"
+#include "MemoryRuleStore.h"
+#include "SqliteRuleStore.h"
+#include "StoreSamples.h"
+#include "TemporaryFolder.h"
+
+using namespace workbench;
+
+namespace {
+
+struct Implementation {
+  const char* name;
+  std::shared_ptr<RuleStore> (*make)(const TemporaryFolder& folder);
+};
+
+void PrintTo(const Implementation& implementation, std::ostream* stream) { *stream << implementation.name; }
+
+std::shared_ptr<RuleStore> make_sqlite(const TemporaryFolder& folder) {
+  return open_sqlite_store(folder.path() / L"rules.db");
+}
+std::shared_ptr<RuleStore> make_memory(const TemporaryFolder&) { return std::make_shared<MemoryRuleStore>(); }
+std::shared_ptr<RuleStore> make_failing(const TemporaryFolder&) {
+  return std::make_shared<FailingRuleStore>(std::make_shared<MemoryRuleStore>(), 0);
+}
+
+/// What every store does, whatever it keeps its rules in.
+class RuleStoreContract : public testing::TestWithParam<Implementation> {
+ protected:
+  TemporaryFolder folder_;
+  std::shared_ptr<RuleStore> store_ = GetParam().make(folder_);
+};
+
+INSTANTIATE_TEST_SUITE_P(Stores, RuleStoreContract,
+                         testing::Values(Implementation{"Sqlite", make_sqlite}, Implementation{"Memory", make_memory},
+                                         Implementation{"Failing", make_failing}),
+                         [](const auto& test) { return test.param.name; });
+
+TEST_P(RuleStoreContract, NewStoreIsEmpty) { EXPECT_EQ(holdings(*store_), Holdings()); }
+
+TEST_P(RuleStoreContract, AddedRuleComesBackWithItsNumber) {
+  const StoredRule added = store_->add_rule(sample_rule(L"gold"));
+  EXPECT_GE(added.number, 1);
+  EXPECT_EQ(added.rule, sample_rule(L"gold"));
+  EXPECT_EQ(store_->try_load_rule(added.number), added);
+  EXPECT_EQ(store_->load_rules(), std::vector{added});
+}
+
+TEST_P(RuleStoreContract, RulesComeByAscendingNumber) {
+  const long last = store_->add_rule(sample_rule(L"z")).number;
+  const long next = store_->add_rule(sample_rule(L"a")).number;
+  EXPECT_GT(next, last);
+  ASSERT_EQ(store_->load_rules().size(), 2u);
+  EXPECT_EQ(store_->load_rules()[0].number, last);
+  EXPECT_EQ(store_->load_rules()[1].number, next);
+}
+
+TEST_P(RuleStoreContract, UnknownNumberFindsNothing) {
+  EXPECT_EQ(store_->try_load_rule(1), std::nullopt);
+  EXPECT_EQ(store_->try_load_rule(0), std::nullopt);
+  EXPECT_EQ(store_->try_load_rule(-1), std::nullopt);
+}
+
+TEST_P(RuleStoreContract, UpdateRewritesEveryFieldAndRaisesTheRevision) {
+  const StoredRule added = store_->add_rule(sample_rule(L"gold"));
+  const Rule plain{.name = L"silver"};
+  const StoredRule updated = store_->update_rule(added.number, plain);
+  EXPECT_EQ(updated.number, added.number);
+  EXPECT_EQ(updated.rule, plain);
+  EXPECT_GT(updated.revision, added.revision);
+  EXPECT_EQ(store_->load_rules(), std::vector{updated});
+}
+
+TEST_P(RuleStoreContract, UpdateMayKeepTheName) {
+  const StoredRule added = store_->add_rule(sample_rule(L"gold"));
+  Rule changed = added.rule;
+  changed.roll_offset = 5;
+  EXPECT_EQ(store_->update_rule(added.number, changed).rule, changed);
+}
+
+TEST_P(RuleStoreContract, UpdateOfAnOtherRevisionIsRefused) {
+  const StoredRule added = store_->add_rule(sample_rule(L"gold"));
+  const StoredRule theirs = store_->update_rule(added.number, sample_rule(L"theirs"), added.revision);
+  EXPECT_EQ(refusal_kind([&] { store_->update_rule(added.number, sample_rule(L"mine"), added.revision); }),
+            StoreErrorKind::changed);
+  EXPECT_EQ(store_->load_rules(), std::vector{theirs});
+}
+
+TEST_P(RuleStoreContract, UpdateOrDeleteOfAMissingRuleIsRefused) {
+  EXPECT_EQ(refusal_kind([&] { store_->update_rule(7, sample_rule(L"gold")); }), StoreErrorKind::not_found);
+  EXPECT_EQ(refusal_kind([&] { store_->delete_rule(7); }), StoreErrorKind::not_found);
+  EXPECT_EQ(refusal([&] { store_->delete_rule(7); })->subject(), L"7");
+}
+
+TEST_P(RuleStoreContract, DeletedRuleIsGoneAndItsNumberStaysUnused) {
+  const StoredRule kept = store_->add_rule(sample_rule(L"kept"));
+  const StoredRule deleted = store_->add_rule(sample_rule(L"deleted"));
+  store_->delete_rule(deleted.number);
+  EXPECT_EQ(store_->load_rules(), std::vector{kept});
+  EXPECT_GT(store_->add_rule(sample_rule(L"deleted")).number, deleted.number);
+}
+
+TEST_P(RuleStoreContract, DuplicateNameIsRefusedAndNamesItself) {
+  store_->add_rule(sample_rule(L"gold"));
+  const StoredRule silver = store_->add_rule(sample_rule(L"silver"));
+  const Holdings before = holdings(*store_);
+  const auto added = refusal([&] { store_->add_rule(sample_rule(L"gold")); });
+  const auto updated = refusal([&] { store_->update_rule(silver.number, sample_rule(L"gold")); });
+  ASSERT_TRUE(added && updated);
+  EXPECT_EQ(added->kind(), StoreErrorKind::duplicate_name);
+  EXPECT_EQ(updated->kind(), StoreErrorKind::duplicate_name);
+  EXPECT_EQ(added->subject(), L"gold");
+  EXPECT_EQ(holdings(*store_), before);
+}
+
+TEST_P(RuleStoreContract, NamesTravelUnchangedAndAreToldApartByTheirCodeUnits) {
+  for (const std::wstring& name : awkward_names()) {
+    const StoredRule added = store_->add_rule(sample_rule(name));
+    EXPECT_EQ(store_->try_load_rule(added.number)->rule.name, name);
+    EXPECT_EQ(refusal_kind([&] { store_->add_rule(sample_rule(name)); }), StoreErrorKind::duplicate_name);
+  }
+  EXPECT_EQ(store_->load_rules().size(), awkward_names().size());
+}
+
+TEST_P(RuleStoreContract, SettingsTravelUnchangedInTheirOrder) {
+  std::vector<SymbolSourceSetting> settings;
+  for (const std::wstring& name : awkward_names()) settings.push_back({name, L"rule " + name.substr(0, 200)});
+  settings.push_back({L"twice", L""});
+  settings.push_back({L"twice", L"no such rule"});
+  store_->replace_settings(settings);
+  EXPECT_EQ(store_->load_settings(), settings);
+  store_->replace_settings({});
+  EXPECT_TRUE(store_->load_settings().empty());
+}
+
+TEST_P(RuleStoreContract, EveryNumberKeepsToItsRange) {
+  const StoredRule kept = store_->add_rule(sample_rule(L"kept"));
+  for (const RuleColumn& column : rule_columns) {
+    for (const long value : {column.least, column.greatest}) {
+      Rule rule = kept.rule;
+      rule.*column.value = value;
+      EXPECT_EQ(store_->update_rule(kept.number, rule).rule.*column.value, value) << column.name;
+    }
+    const Holdings before = holdings(*store_);
+    for (const long value : {column.least - 1, column.greatest + 1, LONG_MIN, LONG_MAX}) {
+      Rule rule = sample_rule(L"refused");
+      rule.*column.value = value;
+      const auto added = refusal([&] { store_->add_rule(rule); });
+      const auto updated = refusal([&] { store_->update_rule(kept.number, rule); });
+      ASSERT_TRUE(added && updated) << column.name << ' ' << value;
+      EXPECT_EQ(added->kind(), StoreErrorKind::invalid_value);
+      EXPECT_EQ(updated->kind(), StoreErrorKind::invalid_value);
+      EXPECT_EQ(added->subject(), std::wstring(column.name, column.name + strlen(column.name)));
+    }
+    EXPECT_EQ(holdings(*store_), before);
+  }
+}
+
+TEST_P(RuleStoreContract, EmptyAndOverlongNamesAreRefused) {
+  const std::wstring overlong(longest_name + 1, L'x');
+  EXPECT_EQ(refusal_kind([&] { store_->add_rule(sample_rule(L"")); }), StoreErrorKind::invalid_value);
+  EXPECT_EQ(refusal_kind([&] { store_->add_rule(sample_rule(overlong)); }), StoreErrorKind::invalid_value);
+  EXPECT_EQ(refusal_kind([&] { store_->replace_settings({{L"", L"rule"}}); }), StoreErrorKind::invalid_value);
+  EXPECT_EQ(refusal_kind([&] { store_->replace_settings({{overlong, L""}}); }), StoreErrorKind::invalid_value);
+  EXPECT_EQ(refusal_kind([&] { store_->replace_settings({{L"setting", overlong}}); }), StoreErrorKind::invalid_value);
+  EXPECT_EQ(holdings(*store_), Holdings());
+}
+
+TEST_P(RuleStoreContract, SettingsFollowTheNewNameOfTheirRule) {
+  store_->replace_content(sample_content());
+  const StoredRule first = store_->load_rules().front();
+  store_->update_rule(first.number, sample_rule(L"renamed"));
+  EXPECT_EQ(store_->load_settings(),
+            (std::vector<SymbolSourceSetting>{{L"copper", L"renamed"}, {L"unused", L""}, {L"zinc", L"renamed"}}));
+}
+
+TEST_P(RuleStoreContract, RuleInUseIsNotDeleted) {
+  store_->replace_content(sample_content());
+  const Holdings before = holdings(*store_);
+  const auto refused = refusal([&] { store_->delete_rule(before.rules.front().number); });
+  ASSERT_TRUE(refused);
+  EXPECT_EQ(refused->kind(), StoreErrorKind::in_use);
+  EXPECT_EQ(refused->subject(), L"first");
+  EXPECT_EQ(holdings(*store_), before);
+  store_->replace_settings({});
+  store_->delete_rule(before.rules.front().number);
+  EXPECT_EQ(store_->load_rules().size(), 1u);
+}
+
+TEST_P(RuleStoreContract, ReplacedContentTakesNewNumbers) {
+  const long old = store_->add_rule(sample_rule(L"old")).number;
+  store_->replace_content(sample_content());
+  const Holdings now = holdings(*store_);
+  ASSERT_EQ(now.rules.size(), 2u);
+  EXPECT_EQ(now.rules[0].rule, sample_content().rules[0]);
+  EXPECT_EQ(now.rules[1].rule, sample_content().rules[1]);
+  EXPECT_GT(now.rules[0].number, old);
+  EXPECT_EQ(now.settings, sample_content().settings);
+}
+
+TEST_P(RuleStoreContract, ContentIsReplacedWhollyOrNotAtAll) {
+  store_->replace_content(sample_content());
+  const Holdings before = holdings(*store_);
+  StoreContent twice = sample_content();
+  twice.rules.push_back(twice.rules.front());
+  EXPECT_EQ(refusal_kind([&] { store_->replace_content(twice); }), StoreErrorKind::duplicate_name);
+  StoreContent nameless = sample_content();
+  nameless.settings.push_back({});
+  EXPECT_EQ(refusal_kind([&] { store_->replace_content(nameless); }), StoreErrorKind::invalid_value);
+  EXPECT_EQ(refusal_kind([&] { store_->replace_settings(nameless.settings); }), StoreErrorKind::invalid_value);
+  EXPECT_EQ(holdings(*store_), before);
+}
+
+TEST_P(RuleStoreContract, EachChangeIsToldOnceAndARefusalNever) {
+  int told = 0;
+  const StoreSubscription subscription = store_->subscribe([&] { ++told; });
+  const long number = store_->add_rule(sample_rule(L"gold")).number;
+  EXPECT_EQ(told, 1);
+  store_->update_rule(number, sample_rule(L"silver"));
+  EXPECT_EQ(told, 2);
+  store_->replace_settings({{L"setting", L"silver"}});
+  EXPECT_EQ(told, 3);
+  EXPECT_TRUE(refusal([&] { store_->delete_rule(number); }));
+  EXPECT_TRUE(refusal([&] { store_->add_rule(sample_rule(L"silver")); }));
+  EXPECT_EQ(told, 3);
+  store_->replace_content({});
+  EXPECT_EQ(told, 4);
+  EXPECT_FALSE(store_->poll_for_changes());
+  EXPECT_EQ(told, 4);
+}
+
+TEST_P(RuleStoreContract, SubscriberSeesTheChangeAndMayLeaveOrThrow) {
+  std::vector<std::size_t> seen;
+  StoreSubscription leaving;
+  leaving = store_->subscribe([&] { leaving.reset(); });
+  const StoreSubscription throwing = store_->subscribe([] { throw 1; });
+  const StoreSubscription counting = store_->subscribe([&] { seen.push_back(store_->load_rules().size()); });
+  store_->add_rule(sample_rule(L"one"));
+  store_->add_rule(sample_rule(L"two"));
+  EXPECT_FALSE(leaving);
+  EXPECT_EQ(seen, (std::vector<std::size_t>{1, 2}));
+}
+
+TEST_P(RuleStoreContract, DroppedSubscriptionHearsNothing) {
+  int told = 0;
+  store_->subscribe([&] { ++told; }).reset();
+  store_->add_rule(sample_rule(L"gold"));
+  EXPECT_EQ(told, 0);
+}
+
+}  // namespace

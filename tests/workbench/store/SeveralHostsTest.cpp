@@ -1,0 +1,86 @@
+#include <gtest/gtest.h>
+
+#include <random>
+#include <set>
+
+#include "MemoryRuleStore.h"
+#include "RawDatabase.h"
+#include "SqliteRuleStore.h"
+#include "StoreOperations.h"
+#include "StoreSamples.h"
+#include "StoreWriter.h"
+#include "TemporaryFolder.h"
+
+using namespace workbench;
+
+namespace {
+
+class SeveralHosts : public testing::Test {
+ protected:
+  std::unique_ptr<RuleStore> open() {
+    return open_sqlite_store(path_, {content_before_operations(), std::chrono::seconds(30)});
+  }
+
+  std::wstring arguments(const std::wstring& rest) const { return L'"' + path_.native() + L"\" " + rest; }
+
+  TemporaryFolder folder_;
+  std::filesystem::path path_ = folder_.path() / L"rules.db";
+};
+
+/// Lets a host make changes from operation `first` on, kills it after some, and answers how many it acknowledged.
+unsigned run_and_kill(const std::wstring& arguments, std::mt19937& random) {
+  StoreWriter host(arguments);
+  unsigned acknowledged = 0;
+  for (unsigned wanted = random() % 20; acknowledged < wanted; ++acknowledged)
+    if (!host.next_acknowledged()) return acknowledged;
+  Sleep(random() % 15);
+  host.kill();
+  while (host.next_acknowledged()) ++acknowledged;
+  return acknowledged;
+}
+
+TEST_F(SeveralHosts, KilledHostLeavesExactlyWhatItAcknowledged) {
+  const unsigned seed = std::random_device()();
+  SCOPED_TRACE("seed " + std::to_string(seed));
+  std::mt19937 random(seed);
+  MemoryRuleStore model;
+  model.replace_content(content_before_operations());
+  unsigned operation = 0;
+  for (int round = 0; round < 20; ++round) {
+    SCOPED_TRACE("round " + std::to_string(round));
+    for (unsigned left = run_and_kill(arguments(L"stream " + std::to_wstring(operation)), random); left > 0; --left)
+      apply_operation(model, operation++);
+    const Holdings now = holdings(*open());
+    // The change under way may have been made without its acknowledgement coming out.
+    if (now != holdings(model)) apply_operation(model, operation++);
+    ASSERT_EQ(now, holdings(model));
+    ASSERT_EQ(RawDatabase(path_).text("PRAGMA integrity_check"), "ok");
+  }
+  EXPECT_GT(operation, 20u);
+}
+
+TEST_F(SeveralHosts, ChangesOfTwoHostsAtOnceAreAllKept) {
+  constexpr unsigned each = 40;
+  open();
+  StoreWriter left(arguments(L"add left " + std::to_wstring(each)));
+  StoreWriter right(arguments(L"add right " + std::to_wstring(each)));
+  EXPECT_EQ(left.exit_code(), 0u);
+  EXPECT_EQ(right.exit_code(), 0u);
+  std::set<std::wstring> names;
+  for (const StoredRule& stored : open()->load_rules()) names.insert(stored.rule.name);
+  for (unsigned i = 0; i < each; ++i) {
+    EXPECT_TRUE(names.contains(L"left" + std::to_wstring(i)));
+    EXPECT_TRUE(names.contains(L"right" + std::to_wstring(i)));
+  }
+}
+
+TEST_F(SeveralHosts, TwoHostsMakeOneNewFileTogether) {
+  StoreWriter left(arguments(L"add left 1"));
+  StoreWriter right(arguments(L"add right 1"));
+  EXPECT_EQ(left.exit_code(), 0u);
+  EXPECT_EQ(right.exit_code(), 0u);
+  EXPECT_EQ(open()->load_rules().size(), content_before_operations().rules.size() + 2);
+  EXPECT_EQ(open()->load_settings(), content_before_operations().settings);
+}
+
+}  // namespace

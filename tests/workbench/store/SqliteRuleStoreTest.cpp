@@ -1,0 +1,145 @@
+#include <gtest/gtest.h>
+
+#include "RawDatabase.h"
+#include "SqliteRuleStore.h"
+#include "StoreSamples.h"
+#include "StoredText.h"
+#include "TemporaryFolder.h"
+
+using namespace workbench;
+
+namespace {
+
+class SqliteRuleStore : public testing::Test {
+ protected:
+  std::unique_ptr<RuleStore> open() { return open_sqlite_store(path_, {sample_content(), {}}); }
+
+  TemporaryFolder folder_;
+  std::filesystem::path path_ = folder_.path() / L"rules.db";
+};
+
+TEST_F(SqliteRuleStore, NewFileHoldsTheFirstContent) {
+  const Holdings now = holdings(*open());
+  ASSERT_EQ(now.rules.size(), 2u);
+  EXPECT_EQ(now.rules[0], (StoredRule{1, 1, sample_content().rules[0]}));
+  EXPECT_EQ(now.rules[1], (StoredRule{2, 1, sample_content().rules[1]}));
+  EXPECT_EQ(now.settings, sample_content().settings);
+}
+
+TEST_F(SqliteRuleStore, EmptyFileCountsAsNew) {
+  write_bytes(path_, "");
+  EXPECT_EQ(open()->load_rules().size(), 2u);
+}
+
+TEST_F(SqliteRuleStore, FirstContentComesOnlyOnce) {
+  {
+    const auto store = open();
+    store->replace_settings({});
+    store->delete_rule(1);
+    store->delete_rule(2);
+  }
+  EXPECT_EQ(holdings(*open()), Holdings());
+}
+
+TEST_F(SqliteRuleStore, NoFileIsLeftWhenTheFirstContentIsInvalid) {
+  StoreContent nameless = sample_content();
+  nameless.rules.emplace_back();
+  EXPECT_EQ(refusal_kind([&] { open_sqlite_store(path_, {nameless, {}}); }), StoreErrorKind::invalid_value);
+  EXPECT_EQ(read_bytes(path_), "");
+  EXPECT_EQ(open()->load_rules().size(), 2u);
+}
+
+TEST_F(SqliteRuleStore, ContentSurvivesReopening) {
+  Holdings before;
+  {
+    const auto store = open();
+    for (const std::wstring& name : awkward_names()) store->add_rule(sample_rule(name));
+    store->update_rule(1, sample_rule(L"renamed"));
+    store->delete_rule(2);
+    before = holdings(*store);
+  }
+  EXPECT_EQ(holdings(*open()), before);
+}
+
+TEST_F(SqliteRuleStore, NumbersAreNotReusedAfterReopening) {
+  const long last = open()->add_rule(sample_rule(L"last")).number;
+  open()->delete_rule(last);
+  EXPECT_EQ(open()->add_rule(sample_rule(L"next")).number, last + 1);
+}
+
+TEST_F(SqliteRuleStore, MissingFoldersAreMadeAndAnyPathServes) {
+  path_ = folder_.path() / L"到期 规则\u00E9" / L"deep" / L"100% rules;.db";
+  open()->delete_rule(2);
+  EXPECT_EQ(open()->load_rules().size(), 1u);
+  EXPECT_TRUE(std::filesystem::exists(path_));
+}
+
+TEST_F(SqliteRuleStore, OneFileIsAllThatIsLeft) {
+  open()->add_rule(sample_rule(L"more"));
+  const std::filesystem::directory_iterator files(folder_.path());
+  EXPECT_EQ(std::distance(begin(files), end(files)), 1);
+}
+
+TEST_F(SqliteRuleStore, OtherToolsReadTheNames) {
+  open()->add_rule(sample_rule(L"沪深300 \U0001F4C8"));
+  RawDatabase raw(path_);
+  EXPECT_EQ(raw.text("SELECT RuleName FROM rules WHERE RuleID = 3"), to_stored_text(L"沪深300 \U0001F4C8"));
+  EXPECT_EQ(raw.text("SELECT typeof(RuleName) FROM rules WHERE RuleID = 3"), "text");
+}
+
+TEST_F(SqliteRuleStore, SchemaItselfKeepsTheRanges) {
+  open();
+  RawDatabase raw(path_);
+  for (const RuleColumn& column : rule_columns) {
+    const auto set = [&](const std::string& value) {
+      return raw.run("UPDATE rules SET " + std::string(column.name) + " = " + value + " WHERE RuleID = 1");
+    };
+    EXPECT_EQ(set(std::to_string(column.least - 1)), SQLITE_CONSTRAINT_CHECK) << column.name;
+    EXPECT_EQ(set(std::to_string(column.greatest + 1)), SQLITE_CONSTRAINT_CHECK) << column.name;
+    EXPECT_EQ(set("NULL"), SQLITE_CONSTRAINT_NOTNULL) << column.name;
+    EXPECT_EQ(set("'many'"), SQLITE_CONSTRAINT_DATATYPE) << column.name;
+    EXPECT_EQ(set(std::to_string(column.least)), SQLITE_OK) << column.name;
+    EXPECT_EQ(set(std::to_string(column.greatest)), SQLITE_OK) << column.name;
+  }
+}
+
+TEST_F(SqliteRuleStore, SchemaItselfKeepsNamesUniqueAndNumbersInRange) {
+  open();
+  RawDatabase raw(path_);
+  EXPECT_EQ(raw.run("UPDATE rules SET RuleName = 'first' WHERE RuleID = 2"), SQLITE_CONSTRAINT_UNIQUE);
+  EXPECT_EQ(raw.run("UPDATE rules SET RuleName = 'First' WHERE RuleID = 2"), SQLITE_OK);
+  EXPECT_EQ(raw.run("UPDATE rules SET RuleName = ''"), SQLITE_CONSTRAINT_CHECK);
+  EXPECT_EQ(raw.run("UPDATE rules SET RuleID = 0 WHERE RuleID = 1"), SQLITE_CONSTRAINT_CHECK);
+  EXPECT_EQ(raw.run("UPDATE rules SET RuleID = 2147483648 WHERE RuleID = 1"), SQLITE_CONSTRAINT_CHECK);
+  EXPECT_EQ(raw.run("UPDATE symbol_source_settings SET SettingName = ''"), SQLITE_CONSTRAINT_CHECK);
+}
+
+TEST_F(SqliteRuleStore, ChangeByAnotherProgramIsToldOnce) {
+  const auto mine = open();
+  const auto theirs = open();
+  int told = 0;
+  const StoreSubscription subscription = mine->subscribe([&] { ++told; });
+  EXPECT_FALSE(mine->poll_for_changes());
+  theirs->add_rule(sample_rule(L"theirs"));
+  EXPECT_TRUE(mine->poll_for_changes());
+  EXPECT_FALSE(mine->poll_for_changes());
+  EXPECT_EQ(told, 1);
+  mine->add_rule(sample_rule(L"mine"));
+  EXPECT_FALSE(mine->poll_for_changes());
+  EXPECT_EQ(told, 2);
+}
+
+TEST_F(SqliteRuleStore, ContentOfManyRulesAndSettingsComesBackWhole) {
+  StoreContent many;
+  for (int i = 0; i < 20000; ++i) many.rules.push_back({.name = L"rule " + std::to_wstring(i), .roll_offset = i % 100});
+  for (int i = 0; i < 100000; ++i)
+    many.settings.push_back({L"setting " + std::to_wstring(i), L"rule " + std::to_wstring(i % 20000)});
+  const auto store = open();
+  store->replace_content(many);
+  const Holdings now = holdings(*store);
+  ASSERT_EQ(now.rules.size(), many.rules.size());
+  EXPECT_TRUE(std::ranges::equal(now.rules, many.rules, {}, &StoredRule::rule));
+  EXPECT_TRUE(now.settings == many.settings);
+}
+
+}  // namespace

@@ -1,0 +1,54 @@
+#include "StoreSamples.h"
+
+using workbench::Rule;
+using workbench::StoreContent;
+
+Rule sample_rule(const std::wstring& name) { return {name, 99, 1, 1, 31, 2, 5, 6, 2, 1}; }
+
+StoreContent sample_content() {
+  return {{sample_rule(L"first"), sample_rule(L"second")},
+          {{L"copper", L"first"}, {L"unused", L""}, {L"zinc", L"first"}}};
+}
+
+std::vector<std::wstring> awkward_names() {
+  return {
+      L"'; DROP TABLE rules; --",
+      L"\"quoted\"",
+      L"100%s %n %d",
+      L" leading and trailing ",
+      L"tab\tline\r\nend",
+      L"\x01\x1F\x7F",
+      L"沪深300股指期货",
+      L"\U0001F4C8 chart",
+      L"lone high \xD800",
+      L"lone low \xDFFF end",
+      L"\xDC00\xD800 swapped",
+      std::wstring(L"null\0inside", 11),
+      std::wstring(1, L'\0'),
+      L"\xFFFF\xFFFE\xFEFF",
+      std::wstring(63, L'W'),
+      std::wstring(workbench::longest_name, L'\xFFFD'),
+      L"case",
+      L"Case",
+      L"caf\u00E9",
+      L"cafe\u0301",
+  };
+}
+
+Holdings holdings(workbench::RuleStore& store) { return {store.load_rules(), store.load_settings()}; }
+
+namespace workbench {
+
+void PrintTo(StoreErrorKind kind, std::ostream* stream) {
+  constexpr const char* names[] = {"read_only",   "locked",        "full",           "damaged",   "foreign", "newer",
+                                   "unavailable", "invalid_value", "duplicate_name", "not_found", "changed", "in_use"};
+  *stream << names[static_cast<int>(kind)];
+}
+
+void PrintTo(const StoredRule& rule, std::ostream* stream) {
+  *stream << "rule " << rule.number << " revision " << rule.revision << " name "
+          << testing::PrintToString(rule.rule.name);
+  for (const RuleColumn& column : rule_columns) *stream << ' ' << column.name << '=' << rule.rule.*column.value;
+}
+
+}  // namespace workbench

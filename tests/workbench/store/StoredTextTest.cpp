@@ -1,0 +1,68 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+
+#include "StoreSamples.h"
+#include "StoredText.h"
+
+using workbench::from_stored_text;
+using workbench::to_stored_text;
+
+namespace {
+
+TEST(StoredText, WellFormedTextIsUtf8) {
+  EXPECT_EQ(to_stored_text(L""), "");
+  EXPECT_EQ(to_stored_text(L"a\x7F"), "a\x7F");
+  EXPECT_EQ(to_stored_text(L"\u0080\u07FF\u0800\uFFFF"), "\xC2\x80\xDF\xBF\xE0\xA0\x80\xEF\xBF\xBF");
+  EXPECT_EQ(to_stored_text(L"\U00010000\U0010FFFF"), "\xF0\x90\x80\x80\xF4\x8F\xBF\xBF");
+}
+
+TEST(StoredText, LoneSurrogatesTakeThreeBytesAndANullTwo) {
+  EXPECT_EQ(to_stored_text(L"\xD800"), "\xED\xA0\x80");
+  EXPECT_EQ(to_stored_text(L"\xDFFF"), "\xED\xBF\xBF");
+  EXPECT_EQ(to_stored_text(std::wstring(1, L'\0')), "\xC0\x80");
+}
+
+TEST(StoredText, EveryTextComesBack) {
+  for (const std::wstring& name : awkward_names()) EXPECT_EQ(from_stored_text(to_stored_text(name)), name);
+}
+
+TEST(StoredText, EveryPairOfEdgeUnitsComesBackAndHasItsOwnBytes) {
+  const std::wstring edges(L"\0\x01\x7F\x80\u07FF\u0800\xD7FF\xD800\xDBFF\xDC00\xDFFF\xE000\xFFFF", 13);
+  std::vector<std::string> seen;
+  for (const wchar_t first : edges) {
+    for (const wchar_t second : edges) {
+      const std::wstring text{first, second};
+      seen.push_back(to_stored_text(text));
+      EXPECT_EQ(from_stored_text(seen.back()), text);
+    }
+  }
+  std::ranges::sort(seen);
+  EXPECT_EQ(std::ranges::adjacent_find(seen), seen.end());
+}
+
+TEST(StoredText, RandomUnitsComeBack) {
+  const unsigned seed = std::random_device()();
+  SCOPED_TRACE("seed " + std::to_string(seed));
+  std::mt19937 random(seed);
+  std::uniform_int_distribution<unsigned> unit(0, 0xFFFF);
+  std::uniform_int_distribution<unsigned> surrogate(0xD800, 0xDFFF);
+  for (int i = 0; i < 20000; ++i) {
+    std::wstring text;
+    for (unsigned n = random() % 8; n > 0; --n)
+      text += static_cast<wchar_t>(random() % 2 ? unit(random) : surrogate(random));
+    ASSERT_EQ(from_stored_text(to_stored_text(text)), text);
+  }
+}
+
+TEST(StoredText, BytesOfOthersGiveReplacementCharacters) {
+  EXPECT_EQ(from_stored_text("a\xFFz"), L"a\uFFFDz");
+  EXPECT_EQ(from_stored_text("\x80"), L"\uFFFD");
+  EXPECT_EQ(from_stored_text("\xE4\xB8"), L"\uFFFD\uFFFD");
+  EXPECT_EQ(from_stored_text("\xC1\x81"), L"\uFFFD\uFFFD");
+  EXPECT_EQ(from_stored_text("\xF4\x90\x80\x80"), L"\uFFFD\uFFFD\uFFFD\uFFFD");
+  EXPECT_EQ(from_stored_text("\xE4z"), L"\uFFFDz");
+}
+
+}  // namespace
