@@ -108,11 +108,17 @@ void with_dialog(const std::function<void()>& open, const std::function<void(HWN
   EXPECT_TRUE(meeting.took_place()) << "no dialog was opened";
 }
 
+MessageBoxContent read_message_box(HWND box) {
+  MessageBoxContent content;
+  content.caption = window_text(box);
+  EnumChildWindows(box, read_part, reinterpret_cast<LPARAM>(&content));
+  return content;
+}
+
 MessageBoxContent with_message_box(const std::function<void()>& open) {
   MessageBoxContent content;
   with_dialog(open, [&](HWND box) {
-    content.caption = window_text(box);
-    EnumChildWindows(box, read_part, reinterpret_cast<LPARAM>(&content));
+    content = read_message_box(box);
     press(VK_RETURN);
   });
   return content;

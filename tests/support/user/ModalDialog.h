@@ -20,6 +20,8 @@ struct MessageBoxContent {
   HICON icon = nullptr;  ///< one of the system's shared icons
 };
 
+MessageBoxContent read_message_box(HWND box);
+
 /// Runs `open`, reads the message box that it opens and closes that with the Enter key.
 MessageBoxContent with_message_box(const std::function<void()>& open);
 
