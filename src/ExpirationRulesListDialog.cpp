@@ -40,8 +40,7 @@ std::wstring as_wide(const _bstr_t& text) {
 
 BOOL CExpirationRulesListDialog::ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
                                                       LRESULT& result, DWORD mapId) {
-  SnagtrapUtil::SourcePlace place = ZD_PLACE_AT(map_id_line);
-  place.file = "ExpirationRulesListDialog.h";
+  const auto place = ZD_PLACE_IN("ExpirationRulesListDialog.h", map_id_line);
   if (!SnagtrapUtil::expect(mapId == 0, L"0", place)) return FALSE;
   if (CResizableDialogImpl::ProcessWindowMessage(window, message, wParam, lParam, result)) return TRUE;
   result = 0;
@@ -183,6 +182,8 @@ void CExpirationRulesListDialog::show_rows(std::vector<Row> rows) {
   const ui_helper::RedrawHold hold(list_);
   list_.Send(LVM_SETITEMCOUNT, rows.size());
   for (const Row& row : rows) list_.InsertItem(row.name, row.rule_id);
+  // The new rows are not selected. Without rows the buttons stay as they are and do nothing.
+  if (!rows.empty()) update_buttons();
 }
 
 void CExpirationRulesListDialog::update_buttons() {
