@@ -14,14 +14,15 @@ endforeach()
 
 include(GoogleTest)
 
-# zd_add_test(name SOURCES ... USES ... [RESOURCES ...] [TIMEOUT seconds] [ALONE]): the program name_tests, whose tests
+# zd_add_test(name SOURCES ... USES ... [RESOURCES ...] [TIMEOUT seconds] [ALONE] [LARGE]): the program name_tests, whose tests
 # CTest knows as name.Suite.Test, with the label name.
 #   RESOURCES  targets that hold compiled resources, or .rc files
 #   TIMEOUT    how long one test may take before the watchdog ends it; 60 by default
 #   ALONE      for tests that own the keyboard, the mouse and the foreground: nothing runs beside them
+#   LARGE      for tests of large amounts: without the heap's own checks, whose time grows with all that is allocated
 # Tests of one room share registry keys and files, so they run one after the other; rooms run side by side.
 function(zd_add_test name)
-  cmake_parse_arguments(TEST "ALONE" "TIMEOUT" "SOURCES;USES;RESOURCES" ${ARGN})
+  cmake_parse_arguments(TEST "ALONE;LARGE" "TIMEOUT" "SOURCES;USES;RESOURCES" ${ARGN})
   if(NOT TEST_TIMEOUT)
     set(TEST_TIMEOUT 60)
   endif()
@@ -39,6 +40,10 @@ function(zd_add_test name)
   endforeach()
   target_link_libraries(${target} PRIVATE test_support ${TEST_USES})
   # The heap's own checks are on, so that the validation after each test sees overruns and use after free.
+  set(heap_checks ,warn+heap)
+  if(TEST_LARGE)
+    set(heap_checks "")
+  endif()
   gtest_discover_tests(
     ${target}
     DISCOVERY_MODE PRE_TEST
@@ -50,5 +55,5 @@ function(zd_add_test name)
       RUN_SERIAL ${TEST_ALONE}
       RESOURCE_LOCK ${name}
       ENVIRONMENT ZD_TEST_WATCHDOG=${TEST_TIMEOUT}
-      ENVIRONMENT_MODIFICATION WINEDEBUG=set:-all,warn+heap)
+      ENVIRONMENT_MODIFICATION WINEDEBUG=set:-all${heap_checks})
 endfunction()

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <gmock/gmock.h>
+
+#include <string>
+#include <vector>
+
+#include "ExpirationRulesListDialog.h"
+#include "FakeHost.h"
+#include "Recorder.h"
+#include "Reports.h"
+
+namespace list_test {
+
+using test_support::Fault;
+using test_support::HostRule;
+using test_support::HostSetting;
+using zd_expiration_rule_plugin::CExpirationRulesListDialog;
+
+using Texts = std::vector<std::string>;
+using Users = std::vector<std::wstring>;
+
+/// What a dialog that is not on the screen asks of its host.
+class LookupTest : public testing::Test {
+ protected:
+  LookupTest() : dialog(&block) {
+    const test_support::DispatchPtr object = host.storage();
+    block.storage = platform::query<IkvStorage>(object);
+    block.symbol_sources = platform::query<IkvSymbolSourceService>(object);
+    block.rules = platform::query<IkvExpirationRuleService>(object);
+  }
+  ~LookupTest() override {
+    block = {};
+    EXPECT_THAT(host.living(), testing::IsEmpty());
+  }
+
+  std::string name_of(long rule_id) {
+    const _bstr_t name = dialog.expiration_rule_name(rule_id);
+    return name.length() ? test_support::to_utf8(name) : std::string();
+  }
+
+  const Texts& calls() { return host.calls().all(); }
+  Texts reports() const { return test_support::reports(recorder); }
+
+  test_support::Recorder recorder;
+  test_support::FakeHost host;
+  StorageBlock block;
+  CExpirationRulesListDialog dialog;
+};
+
+/// The failures that hosts answer with.
+inline const HRESULT failures[] = {E_FAIL, E_OUTOFMEMORY, E_NOINTERFACE, RPC_E_DISCONNECTED};
+
+/// What is reported when an exception with this HRESULT ends a method of the dialog.
+std::string caught(const char* function, int line, HRESULT hresult);
+/// What is reported when a call of the host fails at this line.
+std::string failed(const char* function, int line, HRESULT hresult);
+
+}  // namespace list_test
