@@ -222,23 +222,23 @@ struct AbsentCase {
   DWORD size;
 };
 
-class AbsentPlacement : public PlacementTest, public testing::WithParamInterface<AbsentCase> {};
+constexpr AbsentCase absent_cases[] = {
+    {"text", REG_SZ, 44},       {"a number", REG_DWORD, 4},  {"no type", REG_NONE, 44},
+    {"longer", REG_BINARY, 45}, {"shorter", REG_BINARY, 43}, {"much longer", REG_BINARY, 5000},
+    {"empty", REG_BINARY, 0},
+};
 
-TEST_P(AbsentPlacement, CountsAsAFirstOpening) {
-  std::vector<BYTE> bytes(GetParam().size, 0x11);
-  write(GetParam().type, bytes.data(), GetParam().size);
-  EXPECT_EQ(restore(), FALSE);
-  EXPECT_EQ(rect(), (RECT{100, 100, 400, 300 - caption})) << "nothing of the value is used";
-  ASSERT_TRUE(stored()) << "a proper value takes its place";
-  EXPECT_EQ(stored()->rcNormalPosition, (RECT{100, 100, 400, 300 - caption}));
+TEST_F(FirstOpening, IsWhenTheValueHasAnotherTypeOrSize) {
+  for (const auto& [name, type, size] : absent_cases) {
+    MoveWindow(owned.get(), 100, 100, 300, 200, FALSE);
+    const std::vector<BYTE> bytes(size, 0x11);
+    write(type, bytes.data(), size);
+    EXPECT_EQ(restore(), FALSE) << name;
+    EXPECT_EQ(rect(), (RECT{100, 100, 400, 300 - caption})) << name << ": nothing of the value is used";
+    ASSERT_TRUE(stored()) << name << ": a proper value takes its place";
+    EXPECT_EQ(stored()->rcNormalPosition, (RECT{100, 100, 400, 300 - caption})) << name;
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(Table, AbsentPlacement,
-                         testing::Values(AbsentCase{"Text", REG_SZ, 44}, AbsentCase{"Number", REG_DWORD, 4},
-                                         AbsentCase{"NoType", REG_NONE, 44}, AbsentCase{"Longer", REG_BINARY, 45},
-                                         AbsentCase{"MuchLonger", REG_BINARY, 5000},
-                                         AbsentCase{"Shorter", REG_BINARY, 43}, AbsentCase{"Empty", REG_BINARY, 0}),
-                         [](const auto& test) { return test.param.name; });
 
 /// Two monitors, the second to the right of the first, with a bar on top of each.
 class TwoMonitors : public testing::Test {
