@@ -29,6 +29,8 @@ class VersionBlock {
     const DWORD size = GetFileVersionInfoSizeW(file_name, &ignored);
     block_.resize(size);
     if (size && !GetFileVersionInfoW(file_name, 0, size, block_.data())) block_.clear();
+    // The system takes a block's own word for its length when it looks for an entry.
+    if (claimed_size() > block_.size()) block_.clear();
   }
 
   /// The bytes of an entry, which is told in units of `unit` bytes; none when it is missing. Never beyond the end of
@@ -64,6 +66,13 @@ class VersionBlock {
   }
 
  private:
+  /// The first word of a block.
+  std::size_t claimed_size() const noexcept {
+    WORD size = 0;
+    if (block_.size() >= sizeof size) std::memcpy(&size, block_.data(), sizeof size);
+    return size;
+  }
+
   std::vector<std::uint8_t> block_;
 };
 
