@@ -48,6 +48,7 @@ function(zd_add_test name)
     ${target}
     DISCOVERY_MODE PRE_TEST
     DISCOVERY_TIMEOUT 120
+    NO_PRETTY_VALUES
     TEST_PREFIX ${name}.
     PROPERTIES
       LABELS ${name}

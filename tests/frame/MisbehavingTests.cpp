@@ -1,0 +1,36 @@
+#include <windows.h>
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+// Each of these must be caught by the test frame; they only run when the frame's own tests ask for them.
+namespace {
+
+// Volatile, so that the compiler cannot tell that the access is wrong.
+using Bytes = volatile char* volatile;
+
+TEST(Misbehaving, DISABLED_OpensADialog) { MessageBoxW(nullptr, L"an open question", L"Nobody answers", MB_OK); }
+
+TEST(Misbehaving, DISABLED_StopsAnswering) {
+  CreateWindowW(L"EDIT", L"text", WS_POPUP, 0, 0, 100, 100, nullptr, nullptr, nullptr, nullptr);
+  Sleep(INFINITE);
+}
+
+TEST(Misbehaving, DISABLED_Crashes) {
+  const Bytes nothing = nullptr;
+  nothing[0] = 1;
+}
+
+TEST(Misbehaving, DISABLED_WritesBehindABlock) {
+  const Bytes block = static_cast<char*>(std::malloc(24));
+  for (int i = 24; i < 32; ++i) block[i] = 1;
+}
+
+TEST(Misbehaving, DISABLED_WritesToAFreeBlock) {
+  char* volatile block = static_cast<char*>(std::malloc(24));
+  std::free(block);
+  const Bytes bytes = block;
+  bytes[4] = 1;
+}
+
+}  // namespace
