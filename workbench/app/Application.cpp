@@ -86,8 +86,7 @@ MainWindowEvents Application::events() {
           .run_command = [this](long id) { run_command(id); },
           .refresh =
               [this] {
-                refresh_panes();
-                window_.show_message(text(IDS_REFRESHED));
+                if (refresh_panes()) window_.show_message(text(IDS_REFRESHED));
               },
           .look_for_changes = [this] { look_for_changes(); },
           .hint = [this](HMENU submenu) { return menu_->hint(submenu); },
@@ -107,11 +106,13 @@ void Application::subscribe_to_store() {
   });
 }
 
-void Application::refresh_panes() {
+bool Application::refresh_panes() {
   try {
     window_.show(store_->load_rules(), store_->load_settings());
+    return true;
   } catch (const StoreError& error) {
     window_.show_message(text(IDS_STORE_NOT_READ, {store_message(error)}));
+    return false;
   }
 }
 

@@ -26,6 +26,8 @@ class Application {
   Application& operator=(const Application&) = delete;
   ~Application();
 
+  HWND window() const noexcept { return window_.handle(); }
+
   /// Creates and initialises the plug-in. What fails is shown to the user, who can still look at the rules.
   void load_plugin(const std::filesystem::path& module);
 
@@ -35,7 +37,8 @@ class Application {
  private:
   MainWindowEvents events();
   void subscribe_to_store();
-  void refresh_panes();
+  /// Answers whether the store could be read; where not, the panes stay as they are and the user is told.
+  bool refresh_panes();
   void look_for_changes();
   void open_rule(long number);
   void run_command(long id);

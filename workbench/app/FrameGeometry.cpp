@@ -56,6 +56,14 @@ FrameLayout lay_out_frame(SIZE client, double split, const FrameMetrics& metrics
   return layout;
 }
 
+RECT centered(const RECT& area, SIZE size) {
+  const LONG width = std::min(size.cx, area.right - area.left);
+  const LONG height = std::min(size.cy, area.bottom - area.top);
+  const LONG left = area.left + (area.right - area.left - width) / 2;
+  const LONG top = area.top + (area.bottom - area.top - height) / 2;
+  return {left, top, left + width, top + height};
+}
+
 double split_for(int splitter_top, SIZE client, const FrameMetrics& metrics) {
   const int lists = lists_height(client, metrics);
   if (lists == 0) return 0;

@@ -33,6 +33,9 @@ SIZE least_client_size(const FrameMetrics& metrics);
 /// 1; both lists keep their least height where there is room for it.
 FrameLayout lay_out_frame(SIZE client, double split, const FrameMetrics& metrics);
 
+/// A rectangle of this size, or of the area's size where that is smaller, in the middle of the area.
+RECT centered(const RECT& area, SIZE size);
+
 /// The share that puts the splitter's top at this height above the client area's top, the inverse of `lay_out_frame`.
 double split_for(int splitter_top, SIZE client, const FrameMetrics& metrics);
 

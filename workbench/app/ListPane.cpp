@@ -1,5 +1,7 @@
 #include "ListPane.h"
 
+#include <algorithm>
+
 #include "Texts.h"
 
 namespace workbench {
@@ -52,7 +54,8 @@ void ListPane::show_rows(size_t count, int selected) {
   row_count_ = count;
   ListView_SetItemCountEx(list_, static_cast<int>(count), LVSICF_NOSCROLL);
   ListView_SetItemState(list_, -1, 0, LVIS_SELECTED | LVIS_FOCUSED);
-  if (selected >= 0) ListView_SetItemState(list_, selected, LVIS_SELECTED | LVIS_FOCUSED, LVIS_SELECTED | LVIS_FOCUSED);
+  const int row = std::clamp(selected, 0, std::max(static_cast<int>(count) - 1, 0));
+  if (count > 0) ListView_SetItemState(list_, row, LVIS_SELECTED | LVIS_FOCUSED, LVIS_SELECTED | LVIS_FOCUSED);
   InvalidateRect(list_, nullptr, FALSE);
 }
 

@@ -39,7 +39,8 @@ class ListPane {
   int focused_row() const;
 
  protected:
-  /// Tells the list how many rows there are now and draws them anew. `selected` becomes the selected row, unless -1.
+  /// Tells the list how many rows there are now and draws them anew. The row `selected`, or the nearest that there is,
+  /// becomes the selected one.
   void show_rows(size_t count, int selected);
 
   virtual std::wstring cell(size_t row, size_t column) const = 0;

@@ -17,7 +17,7 @@ constexpr wchar_t class_name[] = L"zdExpirationRulesWorkbench";
 constexpr UINT run_posted_message = WM_APP;
 constexpr UINT_PTR look_timer = 1;
 constexpr UINT look_period_ms = 1000;
-constexpr SIZE first_size{860, 640};
+constexpr SIZE first_size{860, 640};  // at 96 dpi
 
 HICON load_icon() {
   return static_cast<HICON>(LoadImageW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(IDI_WORKBENCH), IMAGE_ICON, 0, 0,
@@ -46,10 +46,10 @@ MainWindow::MainWindow(MainWindowEvents events) : events_(std::move(events)) {
   create({.class_name = class_name,
           .title = text(IDS_TITLE).c_str(),
           .style = WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN,
-          .size = first_size,
           .menu = menu.release(),
           .icon = load_icon(),
           .cursor = LoadCursorW(nullptr, IDC_ARROW)});
+  move_to_first_place();
 }
 
 void MainWindow::show(std::vector<StoredRule> rules, std::vector<SymbolSourceSetting> settings) {
@@ -244,6 +244,16 @@ void MainWindow::use_resolution(int dpi) {
   status_->use_font(font.get());
   font_ = std::move(font);
   lay_out();
+}
+
+void MainWindow::move_to_first_place() {
+  MONITORINFO monitor{};
+  monitor.cbSize = sizeof(monitor);
+  GetMonitorInfoW(MonitorFromWindow(handle(), MONITOR_DEFAULTTONEAREST), &monitor);
+  const RECT place = centered(monitor.rcWork, {MulDiv(first_size.cx, dpi_, USER_DEFAULT_SCREEN_DPI),
+                                               MulDiv(first_size.cy, dpi_, USER_DEFAULT_SCREEN_DPI)});
+  SetWindowPos(handle(), nullptr, place.left, place.top, place.right - place.left, place.bottom - place.top,
+               SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 void MainWindow::lay_out() {

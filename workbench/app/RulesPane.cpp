@@ -22,10 +22,11 @@ constexpr ListColumn columns[] = {
 RulesPane::RulesPane(HWND parent) : ListPane(parent, IDC_RULES, IDS_RULES_PANE, columns) {}
 
 void RulesPane::show(std::vector<StoredRule> rules) {
-  const long selected = number_at(focused_row());
+  const int row = focused_row();
+  const long number = number_at(row);
   rules_ = std::move(rules);
-  const auto found = std::ranges::find(rules_, selected, &StoredRule::number);
-  show_rows(rules_.size(), found == rules_.end() ? -1 : static_cast<int>(found - rules_.begin()));
+  const auto found = std::ranges::find(rules_, number, &StoredRule::number);
+  show_rows(rules_.size(), found == rules_.end() ? row : static_cast<int>(found - rules_.begin()));
 }
 
 long RulesPane::number_at(int row) const {

@@ -26,7 +26,7 @@ void SettingsPane::show(std::vector<SymbolSourceSetting> settings, const std::ve
   settings_ = std::move(settings);
   rule_names_.clear();
   for (const StoredRule& stored : rules) rule_names_.insert(stored.rule.name);
-  show_rows(settings_.size(), selected < static_cast<int>(settings_.size()) ? selected : -1);
+  show_rows(settings_.size(), selected);
 }
 
 std::wstring SettingsPane::cell(size_t row, size_t column) const {

@@ -33,8 +33,8 @@ void Window::create(const WindowTemplate& window) {
   window_class.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_3DFACE + 1);
   window_class.lpszClassName = window.class_name;
   if (!RegisterClassExW(&window_class) && GetLastError() != ERROR_CLASS_ALREADY_EXISTS) throw_last_error();
-  if (!CreateWindowExW(0, window.class_name, window.title, window.style, CW_USEDEFAULT, CW_USEDEFAULT, window.size.cx,
-                       window.size.cy, nullptr, window.menu, window_class.hInstance, this))
+  if (!CreateWindowExW(0, window.class_name, window.title, window.style, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT,
+                       CW_USEDEFAULT, nullptr, window.menu, window_class.hInstance, this))
     throw_last_error();
 }
 

@@ -9,7 +9,6 @@ struct WindowTemplate {
   const wchar_t* class_name;
   const wchar_t* title;
   DWORD style;
-  SIZE size;
   HMENU menu;  ///< goes over to the window
   HICON icon;
   HCURSOR cursor;

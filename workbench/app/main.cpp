@@ -52,7 +52,7 @@ void run_window(const CommandLine& line, std::shared_ptr<RuleStore> store, const
 
 ExitCode run(const CommandLine& line) {
   try {
-    const std::filesystem::path path = line.store.empty() ? default_store() : line.store;
+    const std::filesystem::path path = line.store.empty() ? default_store() : std::filesystem::absolute(line.store);
     const std::shared_ptr<RuleStore> store = open_sqlite_store(path, {.first_content = first_content()});
     if (line.action == CommandLine::Action::print_rules) {
       print_rules(*store);

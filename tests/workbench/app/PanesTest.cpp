@@ -71,11 +71,18 @@ TEST_F(RulesPaneTest, SelectionStaysOnItsRule) {
   EXPECT_EQ(ListView_GetNextItem(pane_.list(), -1, LVNI_SELECTED), 2);
 }
 
-TEST_F(RulesPaneTest, SelectionGoesWithADeletedRule) {
+TEST_F(RulesPaneTest, FirstRowIsSelectedAtFirst) {
   pane_.show({rule(3, L"a"), rule(8, L"b")});
+  EXPECT_EQ(pane_.focused_row(), 0);
+}
+
+TEST_F(RulesPaneTest, SelectionOfADeletedRuleGoesToItsNeighbour) {
+  pane_.show({rule(3, L"a"), rule(8, L"b"), rule(9, L"c")});
   focus_row(1);
+  pane_.show({rule(3, L"a"), rule(9, L"c")});
+  EXPECT_EQ(pane_.focused_row(), 1);
   pane_.show({rule(3, L"a")});
-  EXPECT_EQ(pane_.focused_row(), -1);
+  EXPECT_EQ(pane_.focused_row(), 0);
 }
 
 TEST_F(RulesPaneTest, EmptyListHasNoRows) {

@@ -1,0 +1,250 @@
+#include <gtest/gtest.h>
+
+#include <functional>
+
+#include "Application.h"
+#include "DispatchObject.h"
+#include "FailingRuleStore.h"
+#include "HostStorage.h"
+#include "ListReader.h"
+#include "MemoryRuleStore.h"
+#include "Texts.h"
+#include "resource.h"
+
+namespace workbench {
+namespace {
+
+constexpr UINT_PTR own_menus = 3;
+
+/// Treats the dialog that opens over a window, once, from the message loop of that dialog.
+class DialogVisitor {
+ public:
+  DialogVisitor(HWND owner, std::function<void(HWND dialog)> visit) : owner_(owner), visit_(std::move(visit)) {
+    current_ = this;
+    timer_ = SetTimer(nullptr, 0, USER_TIMER_MINIMUM, &look);
+  }
+  ~DialogVisitor() {
+    KillTimer(nullptr, timer_);
+    current_ = nullptr;
+  }
+  DialogVisitor(const DialogVisitor&) = delete;
+  DialogVisitor& operator=(const DialogVisitor&) = delete;
+
+  /// Dispatches messages until the dialog was there.
+  void wait() const {
+    MSG message{};
+    while (!done_ && GetMessageW(&message, nullptr, 0, 0) > 0) DispatchMessageW(&message);
+    pump_messages();
+  }
+
+ private:
+  static void CALLBACK look(HWND, UINT, UINT_PTR, DWORD) noexcept {
+    DialogVisitor& visitor = *current_;
+    HWND dialog = GetLastActivePopup(visitor.owner_);
+    if (visitor.done_ || dialog == visitor.owner_) return;
+    visitor.done_ = true;
+    visitor.visit_(dialog);
+  }
+
+  static inline DialogVisitor* current_ = nullptr;
+  HWND owner_;
+  std::function<void(HWND)> visit_;
+  UINT_PTR timer_ = 0;
+  bool done_ = false;
+};
+
+void press_button(HWND dialog, int id) { SendMessageW(dialog, WM_COMMAND, static_cast<WPARAM>(id), 0); }
+
+std::wstring message_in_box(HWND box) {
+  wchar_t message[500] = L"";
+  for (HWND part = GetWindow(box, GW_CHILD); part; part = GetWindow(part, GW_HWNDNEXT)) {
+    wchar_t class_name[32] = L"";
+    GetClassNameW(part, class_name, static_cast<int>(std::size(class_name)));
+    if (std::wstring(class_name) == L"Static") GetWindowTextW(part, message, static_cast<int>(std::size(message)));
+  }
+  return message;
+}
+
+std::filesystem::path real_module() {
+  wchar_t program[MAX_PATH] = L"";
+  GetModuleFileNameW(nullptr, program, MAX_PATH);
+  return std::filesystem::path(program).parent_path() / L"zdExpirationRules.dll";
+}
+
+bool module_is_loaded() { return GetModuleHandleW(L"zdExpirationRules.dll") != nullptr; }
+
+class ApplicationTest : public testing::Test {
+ protected:
+  ApplicationTest() {
+    store_->add_rule({.name = L"CSI 300"});
+    store_->replace_settings({{L"IF.CFFEX", L"CSI 300"}});
+  }
+
+  void start(std::shared_ptr<RuleStore> store) { application_.emplace(std::move(store), L"C:\\rules.db"); }
+  void start() { start(store_); }
+
+  HWND window() const { return application_->window(); }
+  HWND rules() const { return GetDlgItem(window(), IDC_RULES); }
+  HWND settings() const { return GetDlgItem(window(), IDC_SETTINGS); }
+
+  std::wstring status(WPARAM part) const {
+    wchar_t value[500] = L"";
+    SendMessageW(GetDlgItem(window(), IDC_STATUS_BAR), SB_GETTEXTW, part, reinterpret_cast<LPARAM>(value));
+    return value;
+  }
+  std::wstring message() const { return status(0); }
+
+  void press(UINT command) { SendMessageW(window(), WM_COMMAND, command, 0); }
+
+  /// Picks the command that the module put into its menu.
+  void pick_plugin_command() {
+    HMENU submenu = GetSubMenu(GetMenu(window()), own_menus - 1);
+    press(GetMenuItemID(submenu, 0));
+  }
+
+  std::shared_ptr<MemoryRuleStore> store_ = std::make_shared<MemoryRuleStore>();
+  std::optional<Application> application_;
+};
+
+TEST_F(ApplicationTest, ShowsWhatTheStoreHolds) {
+  start();
+  EXPECT_EQ(cell_text(rules(), 0, 1), L"CSI 300");
+  EXPECT_EQ(cell_text(settings(), 0, 1), L"CSI 300");
+  EXPECT_EQ(status(1), L"1 条规则");
+  EXPECT_EQ(status(2), L"规则库：C:\\rules.db");
+}
+
+TEST_F(ApplicationTest, PanesFollowAChangeOfTheStore) {
+  start();
+  store_->add_rule({.name = L"SHFE copper"});
+  store_->replace_settings({{L"CU.SHFE", L"gone"}});
+  pump_messages();
+  EXPECT_EQ(cell_text(rules(), 1, 1), L"SHFE copper");
+  EXPECT_EQ(cell_text(settings(), 0, 2), L"规则不存在");
+  EXPECT_EQ(status(1), L"2 条规则");
+}
+
+TEST_F(ApplicationTest, PanesKeepTheirRowsWhenTheStoreCannotBeRead) {
+  constexpr int first_load_of_a_refresh = 3;
+  start(std::make_shared<FailingRuleStore>(store_, first_load_of_a_refresh, StoreErrorKind::locked));
+  press(IDM_REFRESH);
+  EXPECT_EQ(ListView_GetItemCount(rules()), 1);
+  EXPECT_NE(message().find(L"占用"), std::wstring::npos) << "the reason must not be hidden by a message of success";
+}
+
+TEST_F(ApplicationTest, RefreshShowsTheStoreAnew) {
+  start();
+  press(IDM_REFRESH);
+  EXPECT_EQ(message(), L"已刷新");
+}
+
+TEST_F(ApplicationTest, WithoutPluginARuleCannotBeOpened) {
+  start();
+  press(IDM_OPEN_RULE);
+  EXPECT_EQ(message(), L"插件没有加载。");
+}
+
+TEST_F(ApplicationTest, UnknownCommandFailsInTheStatusBar) {
+  start();
+  application_->load_plugin(real_module());
+  press(static_cast<UINT>(CommandTargets::last_id));
+  EXPECT_NE(message().find(L"命令失败"), std::wstring::npos);
+  EXPECT_NE(message().find(L"0x8002000B"), std::wstring::npos);
+}
+
+TEST_F(ApplicationTest, MissingModuleIsShownInABoxAndTheRulesStay) {
+  start();
+  application_->load_plugin(L"C:\\no such module.dll");
+  EXPECT_NE(message().find(L"无法创建插件"), std::wstring::npos);
+  std::wstring seen;
+  const DialogVisitor visitor(window(), [&](HWND box) {
+    seen = message_in_box(box);
+    press_button(box, IDOK);
+  });
+  visitor.wait();
+  EXPECT_NE(seen.find(L"无法创建插件"), std::wstring::npos);
+  EXPECT_EQ(ListView_GetItemCount(rules()), 1);
+}
+
+TEST_F(ApplicationTest, ModulePutsItsCommandBeforeTheLastMenu) {
+  start();
+  HMENU bar = GetMenu(window());
+  ASSERT_EQ(GetMenuItemCount(bar), static_cast<int>(own_menus));
+  application_->load_plugin(real_module());
+  EXPECT_EQ(message(), L"插件已加载");
+  ASSERT_EQ(GetMenuItemCount(bar), static_cast<int>(own_menus) + 1);
+  EXPECT_EQ(GetMenuItemCount(GetSubMenu(bar, own_menus - 1)), 1);
+}
+
+TEST_F(ApplicationTest, ClosingLetsEverythingGo) {
+  const long before = live_dispatch_objects;
+  start();
+  application_->load_plugin(real_module());
+  EXPECT_TRUE(module_is_loaded());
+  SendMessageW(window(), WM_CLOSE, 0, 0);
+  application_.reset();
+  EXPECT_EQ(live_dispatch_objects, before);
+  EXPECT_FALSE(module_is_loaded());
+  MSG quit{};
+  EXPECT_TRUE(PeekMessageW(&quit, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE));
+}
+
+TEST_F(ApplicationTest, PickedCommandOpensTheModulesDialog) {
+  start();
+  application_->load_plugin(real_module());
+  std::wstring title;
+  const DialogVisitor visitor(window(), [&](HWND dialog) {
+    title.resize(static_cast<size_t>(GetWindowTextLengthW(dialog)) + 1);
+    title.resize(static_cast<size_t>(GetWindowTextW(dialog, title.data(), static_cast<int>(title.size()))));
+    press_button(dialog, IDCANCEL);
+  });
+  ShowWindow(window(), SW_SHOW);
+  pick_plugin_command();
+  EXPECT_EQ(title, L"到期规则");
+}
+
+TEST_F(ApplicationTest, WindowStaysOpenWhileADialogOfTheModuleIsOpen) {
+  start();
+  application_->load_plugin(real_module());
+  std::wstring while_open;
+  const DialogVisitor visitor(window(), [&](HWND dialog) {
+    SendMessageW(window(), WM_CLOSE, 0, 0);
+    press(IDM_OPEN_RULE);
+    while_open = message();
+    press_button(dialog, IDCANCEL);
+  });
+  ShowWindow(window(), SW_SHOW);
+  press(IDM_OPEN_RULE);
+  EXPECT_TRUE(IsWindow(window()));
+  EXPECT_EQ(while_open, text(IDS_BUSY));
+}
+
+/// A store that takes no change.
+class ReadOnlyStoreTest : public ApplicationTest {
+ protected:
+  HRESULT save(const wchar_t* name) {
+    ComPtr<IkvExpirationRuleService> service;
+    service.CreateInstance(__uuidof(kvStorage), nullptr, CLSCTX_INPROC_SERVER);
+    return service->update_rule(1, _bstr_t(name), 0, 0, 0, 1, 1, 1, 1, 1, 0);
+  }
+};
+
+TEST_F(ReadOnlyStoreTest, FailedSaveIsShownAtOnceInTheStatusBarAndSoonInABox) {
+  constexpr int save_after_the_first_two_loads = 3;
+  start(std::make_shared<FailingRuleStore>(store_, save_after_the_first_two_loads, StoreErrorKind::read_only));
+  EXPECT_LT(save(L"new name"), 0);
+  EXPECT_NE(message().find(L"只读"), std::wstring::npos);
+  EXPECT_EQ(GetLastActivePopup(window()), window()) << "nothing may block in the middle of a call";
+
+  std::wstring seen;
+  const DialogVisitor visitor(window(), [&](HWND box) {
+    seen = message_in_box(box);
+    press_button(box, IDOK);
+  });
+  visitor.wait();
+  EXPECT_NE(seen.find(L"原有的数据保持不变"), std::wstring::npos);
+  EXPECT_EQ(store_->load_rules()[0].rule.name, L"CSI 300");
+}
+
+}  // namespace
+}  // namespace workbench
