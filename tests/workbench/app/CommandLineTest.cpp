@@ -16,6 +16,8 @@ struct Accepted {
   CommandLine expected;
 };
 
+void PrintTo(const Accepted& parameter, std::ostream* out) { *out << parameter.name; }
+
 class AcceptedCommandLine : public testing::TestWithParam<Accepted> {};
 
 TEST_P(AcceptedCommandLine, IsReadAsMeant) {
@@ -42,6 +44,8 @@ struct Refused {
   UINT message;
   std::wstring argument;
 };
+
+void PrintTo(const Refused& parameter, std::ostream* out) { *out << parameter.name; }
 
 class RefusedCommandLine : public testing::TestWithParam<Refused> {};
 

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <ostream>
+
 #include "FrameGeometry.h"
 
 namespace workbench {
@@ -41,6 +43,8 @@ struct Split {
   int upper;
   int lower;
 };
+
+void PrintTo(const Split& parameter, std::ostream* out) { *out << parameter.split; }
 
 class FrameSplit : public testing::TestWithParam<Split> {};
 

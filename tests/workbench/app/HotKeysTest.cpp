@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <ostream>
+
 #include "HotKeys.h"
 #include "StandInPlugin.h"
 
@@ -73,6 +75,8 @@ struct BadKey {
   long flags;
   long key;
 };
+
+void PrintTo(const BadKey& bad, std::ostream* out) { *out << "flags " << bad.flags << " key " << bad.key; }
 
 class BadHotKey : public HotKeysTest, public testing::WithParamInterface<BadKey> {};
 

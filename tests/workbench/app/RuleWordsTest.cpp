@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <ostream>
+
 #include "RuleWords.h"
 
 namespace workbench {
@@ -12,6 +14,8 @@ struct Words {
   std::wstring day;
   std::wstring move;
 };
+
+void PrintTo(const Words& parameter, std::ostream* out) { *out << parameter.name; }
 
 class RuleInWords : public testing::TestWithParam<Words> {};
 
