@@ -27,7 +27,8 @@ class CListView : public platform::CWindow {
   bool SetItemState(int index, UINT state, UINT mask) const noexcept;
   /// Selects an item and gives it the focus within the list; index -1 means every item.
   bool SelectItem(int index) const noexcept;
-  /// Scrolls so that the item is the third visible row, where the list can scroll that far.
+  /// Scrolls so that the item is the third visible row, where the list can scroll that far; the header takes the place
+  /// of the first one.
   void ScrollItemIntoView(int index) const noexcept;
 };
 

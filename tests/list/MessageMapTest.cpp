@@ -1,0 +1,136 @@
+#include "ListDialogTest.h"
+
+namespace list_test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr int buttons[] = {IDCANCEL, IDC_ADD_RULE, IDC_EDIT_RULE, IDC_DELETE_RULE};
+
+/// An empty storage: what a button does, it does in silence.
+class ListMessages : public ListDialogTest {};
+
+TEST_F(ListMessages, ClicksOnEditAndDeleteAreHandled) {
+  open([](RuleList& list) {
+    EXPECT_TRUE(list.handles_command(IDC_EDIT_RULE, BN_CLICKED));
+    EXPECT_TRUE(list.handles_command(IDC_DELETE_RULE, BN_CLICKED));
+  });
+}
+
+TEST_F(ListMessages, ClickOnAddIsHandled) {
+  open([](RuleList& list) { cancel_in_editor([&] { EXPECT_TRUE(list.handles_command(IDC_ADD_RULE, BN_CLICKED)); }); });
+}
+
+TEST_F(ListMessages, ClickOnCloseEndsTheDialogWithItsNumber) {
+  EXPECT_EQ(2, open([](RuleList& list) { EXPECT_TRUE(list.handles_command(IDCANCEL, BN_CLICKED)); }));
+}
+
+TEST_F(ListMessages, OtherNotificationsOfButtonsAreNotHandled) {
+  open([](RuleList& list) {
+    for (const int id : buttons) {
+      for (const int code : {BN_PAINT, BN_DISABLE, BN_DOUBLECLICKED, BN_SETFOCUS, BN_KILLFOCUS, 0xFFFF}) {
+        EXPECT_FALSE(list.handles_command(id, static_cast<WORD>(code))) << id << ", " << code;
+      }
+    }
+  });
+}
+
+TEST_F(ListMessages, OtherCommandsAreNotHandled) {
+  open([](RuleList& list) {
+    for (const int id : {0, IDOK, IDABORT, IDC_RULES_LIST, IDC_RULES_GROUP, 206, 0xFFFF}) {
+      EXPECT_FALSE(list.handles_command(id, BN_CLICKED)) << id;
+    }
+  });
+}
+
+TEST_F(ListMessages, ThreeNotificationsOfTheListAreHandled) {
+  open([](RuleList& list) {
+    for (const int code : {NM_DBLCLK, LVN_KEYDOWN, LVN_ITEMCHANGED}) {
+      EXPECT_TRUE(list.handles_notification(IDC_RULES_LIST, code)) << code;
+    }
+  });
+}
+
+TEST_F(ListMessages, OtherNotificationsOfTheListAreNotHandled) {
+  open([](RuleList& list) {
+    for (const int code : {NM_CLICK, NM_RETURN, NM_RCLICK, NM_RDBLCLK, NM_SETFOCUS, NM_KILLFOCUS, LVN_ITEMCHANGING,
+                           LVN_INSERTITEM, LVN_DELETEITEM, LVN_DELETEALLITEMS, LVN_ITEMACTIVATE, LVN_COLUMNCLICK}) {
+      EXPECT_FALSE(list.handles_notification(IDC_RULES_LIST, code)) << code;
+    }
+  });
+}
+
+TEST_F(ListMessages, NotificationsOfOtherControlsAreNotHandled) {
+  open([](RuleList& list) {
+    for (const UINT_PTR id : {0, IDC_ADD_RULE, IDC_RULES_GROUP}) {
+      for (const int code : {NM_DBLCLK, LVN_KEYDOWN, LVN_ITEMCHANGED}) {
+        EXPECT_FALSE(list.handles_notification(id, code)) << id << ", " << code;
+      }
+    }
+  });
+}
+
+TEST_F(ListMessages, SizeIsLeftToTheDefaultWithResultZero) {
+  open([](RuleList& list) {
+    LRESULT result = -1;
+    EXPECT_FALSE(list.dialog().ProcessWindowMessage(list.window(), WM_SIZE, SIZE_RESTORED, 0, result));
+    EXPECT_EQ(0, result);
+  });
+}
+
+TEST_F(ListMessages, FrameComesFirst) {
+  open([](RuleList& list) {
+    MINMAXINFO limits = {};
+    EXPECT_TRUE(list.handles(WM_GETMINMAXINFO, 0, reinterpret_cast<LPARAM>(&limits)));
+    EXPECT_GT(limits.ptMinTrackSize.x, 0);
+  });
+}
+
+TEST_F(ListMessages, OtherMessagesAreNotHandled) {
+  open([](RuleList& list) {
+    for (const UINT message : {WM_NULL, WM_CLOSE, WM_ENDSESSION, WM_KEYDOWN, WM_TIMER, WM_VSCROLL, WM_USER, WM_APP}) {
+      EXPECT_FALSE(list.handles(message, 0, 0)) << message;
+    }
+  });
+}
+
+TEST_F(ListMessages, OtherMapIsReportedAndHandlesNothing) {
+  open([&](RuleList& list) {
+    LRESULT result = -1;
+    EXPECT_FALSE(
+        list.dialog().ProcessWindowMessage(list.window(), WM_COMMAND, MAKEWPARAM(IDCANCEL, BN_CLICKED), 0, result, 1));
+    EXPECT_EQ(-1, result);
+    EXPECT_TRUE(IsWindowVisible(list.window()));
+  });
+  EXPECT_THAT(reports(), ElementsAre("ASSERT 0 | ExpirationRulesListDialog.h:51 ProcessWindowMessage"));
+}
+
+/// Sends a message that asks the dialog to close, which the system may turn into a posted one.
+void ask_to_close(HWND dialog, UINT message, WPARAM wParam) {
+  SendMessageW(dialog, message, wParam, 0);
+  test_support::settle();
+  EXPECT_FALSE(IsWindowVisible(dialog));
+}
+
+TEST_F(ListMessages, CloseBoxEndsTheDialogAsCloseDoes) {
+  EXPECT_EQ(IDCANCEL, open([](RuleList& list) { ask_to_close(list.window(), WM_CLOSE, 0); }));
+  EXPECT_EQ(IDCANCEL, open([](RuleList& list) { ask_to_close(list.window(), WM_SYSCOMMAND, SC_CLOSE); }));
+}
+
+TEST_F(ListMessages, DialogOpensAgainAfterItWasClosed) {
+  store_rules({L"A"});
+  CExpirationRulesListDialog dialog(&block);
+  for (int time = 0; time < 2; ++time) {
+    test_support::with_dialog([&] { EXPECT_EQ(IDCANCEL, dialog.DoModal(nullptr)); },
+                              [&](HWND window) {
+                                const RuleList list(window, dialog);
+                                EXPECT_EQ(1, list.count());
+                                list.press(IDCANCEL);
+                              });
+  }
+  EXPECT_THAT(reports(), IsEmpty());
+}
+
+}  // namespace
+}  // namespace list_test

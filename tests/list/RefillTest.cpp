@@ -1,0 +1,217 @@
+#include "FailingNew.h"
+#include "ImportProbe.h"
+#include "ListDialogTest.h"
+#include "LookupTest.h"
+
+ZD_IMPORT_PROBE(SysStringLen, StringLengthProbe);
+
+namespace list_test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+/// An item by its name and its data.
+using Item = std::pair<std::wstring, LPARAM>;
+using Items = std::vector<Item>;
+
+Items items_of(const RuleList& list) {
+  Items items;
+  for (int index = 0; index < list.count(); ++index) items.emplace_back(list.name(index), list.data(index));
+  return items;
+}
+
+std::string caught(HRESULT hresult) { return list_test::caught("update_expiration_rule_list", 123, hresult); }
+
+class Refill : public ListDialogTest {
+ protected:
+  Items shown() {
+    Items items;
+    open([&](RuleList& list) { items = items_of(list); });
+    return items;
+  }
+};
+
+TEST_F(Refill, MakesTheCallsOfOnePass) {
+  store_rules({L"B", L"A"});
+  shown();
+  EXPECT_THAT(
+      calls(),
+      ElementsAre("kvTable::CreateInstance(IkvTable)", "kvRuleFilter::CreateInstance(IkvRuleFilter)",
+                  "IkvRuleFilter::SetRuleID(0)", "IkvExpirationRuleService::load_rules(object, object)",
+                  "IkvTable::MoveFirst", "IkvTable::IsEOF", "IkvTable::GetFieldByID(1077)", "IkvField::GetText(1077)",
+                  "IkvTable::GetFieldByID(1025)", "IkvField::GetLong(1025)", "IkvTable::MoveNext", "IkvTable::IsEOF",
+                  "IkvTable::GetFieldByID(1077)", "IkvField::GetText(1077)", "IkvTable::GetFieldByID(1025)",
+                  "IkvField::GetLong(1025)", "IkvTable::MoveNext", "IkvTable::IsEOF"));
+}
+
+TEST_F(Refill, ReplacesWhatTheListHeld) {
+  store_rules({L"A", L"B"});
+  open([&](RuleList& list) {
+    host.rules() = {{9, L"Z"}, {2, L"B, renamed"}};
+    list.dialog().update_expiration_rule_list();
+    EXPECT_EQ(Items({{L"B, renamed", 2}, {L"Z", 9}}), items_of(list));
+  });
+}
+
+TEST_F(Refill, ShowsBothOfTwoRulesWithOneName) {
+  host.rules() = {{1, L"same"}, {2, L"same"}, {3, L"A"}};
+  EXPECT_THAT(shown(), testing::UnorderedElementsAre(Item(L"A", 3), Item(L"same", 1), Item(L"same", 2)));
+}
+
+TEST_F(Refill, ShowsARuleWithoutAName) {
+  host.rules() = {{1, L"A"}, {2, std::nullopt}};
+  EXPECT_EQ(Items({{L"", 2}, {L"A", 1}}), shown());
+  EXPECT_THAT(reports(), IsEmpty());
+}
+
+TEST_F(Refill, ShowsNamesAsTheyAre) {
+  const std::wstring longest(63, L'字');
+  const Names names = {L"\"quoted\" %s %n &", L"\U0001F4C8", longest};
+  store_rules(names);
+  const Items items = shown();
+  for (std::size_t index = 0; index < names.size(); ++index) {
+    EXPECT_THAT(items, testing::Contains(Item(names[index], static_cast<LPARAM>(index) + 1)));
+  }
+}
+
+TEST_F(Refill, KeepsNumbersOfEverySize) {
+  host.rules() = {{0x7FFFFFFF, L"A"}, {-0x7FFFFFFF - 1, L"B"}, {-1, L"C"}};
+  EXPECT_EQ(Items({{L"A", 0x7FFFFFFF}, {L"B", -0x7FFFFFFFLL - 1}, {L"C", -1}}), shown());
+}
+
+TEST_F(Refill, TableThatCannotBeMadeIsReportedAndTheDialogStaysOpen) {
+  store_rules({L"A"});
+  for (const HRESULT failure : failures) {
+    for (const char* made : {"kvTable::CreateInstance", "kvRuleFilter::CreateInstance"}) {
+      recorder.reset();
+      host.calls().fail(made, {failure, Fault::Out::null});
+      EXPECT_THAT(shown(), IsEmpty()) << made;
+      EXPECT_THAT(reports(), ElementsAre(caught(failure))) << made;
+    }
+  }
+}
+
+TEST_F(Refill, MissingRuleServiceIsReported) {
+  block.rules = nullptr;
+  EXPECT_THAT(shown(), IsEmpty());
+  EXPECT_THAT(reports(), ElementsAre(caught(E_POINTER)));
+}
+
+/// A host call that fails among three rules, what is shown then, and which lines of the field helper report it.
+struct FaultCase {
+  const char* name;
+  const char* call;
+  long number;
+  Fault fault;
+  Items items;
+  std::vector<std::string> reports;
+};
+
+class RefillFault : public Refill, public testing::WithParamInterface<FaultCase> {};
+
+TEST_P(RefillFault, ShowsTheRowsThatWereRead) {
+  store_rules({L"A", L"B", L"C"});
+  host.calls().fail(GetParam().call, GetParam().fault, GetParam().number);
+  EXPECT_EQ(GetParam().items, shown());
+  std::vector<std::string> expected = GetParam().reports;
+  for (std::string& report : expected) report.insert(report.find(':'), " | zdStorageGetFieldHelper.h") += " GetField";
+  EXPECT_EQ(expected, reports());
+}
+
+constexpr Fault::Out null = Fault::Out::null;
+constexpr Fault::Out given = Fault::Out::given;
+const Items all = {{L"A", 1}, {L"B", 2}, {L"C", 3}};
+const Items first_only = {{L"A", 1}};
+const Items nameless = {{L"", 2}, {L"A", 1}, {L"C", 3}};
+const Items numberless = {{L"A", 1}, {L"B", 0}, {L"C", 3}};
+
+INSTANTIATE_TEST_SUITE_P(
+    Walk, RefillFault,
+    testing::Values(
+        FaultCase{"FilterFails", "IkvRuleFilter::SetRuleID", 1, {E_FAIL}, all, {}},
+        FaultCase{"LoadFails", "IkvExpirationRuleService::load_rules", 1, {E_FAIL}, {}, {}},
+        FaultCase{"LoadFailsAfterItsWork", "IkvExpirationRuleService::load_rules", 1, {E_FAIL, given}, all, {}},
+        FaultCase{"MoveFirstFails", "IkvTable::MoveFirst", 1, {RPC_E_DISCONNECTED}, all, {}},
+        FaultCase{"MoveNextStays", "IkvTable::MoveNext", 1, {E_FAIL}, {{L"A", 1}, {L"A", 1}, {L"B", 2}, {L"C", 3}}, {}},
+        FaultCase{"EndIsNotFilledIn", "IkvTable::IsEOF", 2, {E_FAIL}, first_only, {}},
+        FaultCase{"EndComesWithAFailure", "IkvTable::IsEOF", 2, {E_OUTOFMEMORY, given}, all, {}}),
+    [](const auto& test) { return test.param.name; });
+
+INSTANTIATE_TEST_SUITE_P(
+    Name, RefillFault,
+    testing::Values(
+        FaultCase{"FieldFails",
+                  "IkvTable::GetFieldByID(1077)",
+                  2,
+                  {E_FAIL},
+                  nameless,
+                  {"ASSERT field != 0:37", "ASSERT 80004005:38"}},
+        FaultCase{"FieldIsMissing",
+                  "IkvTable::GetFieldByID(1077)",
+                  2,
+                  {S_FALSE, null},
+                  nameless,
+                  {"ASSERT field != 0:37", "ASSERT 00000001:38"}},
+        FaultCase{"FieldIsNull", "IkvTable::GetFieldByID(1077)", 2, {S_OK, null}, nameless, {"ASSERT field != 0:37"}},
+        FaultCase{"TextFails", "IkvField::GetText", 2, {RPC_E_DISCONNECTED}, nameless, {"ASSERT 80010108:42"}},
+        FaultCase{"TextComesWithAnotherAnswer", "IkvField::GetText", 2, {S_FALSE, given}, all, {"ASSERT 00000001:42"}}),
+    [](const auto& test) { return test.param.name; });
+
+INSTANTIATE_TEST_SUITE_P(
+    Number, RefillFault,
+    testing::Values(FaultCase{"FieldFails",
+                              "IkvTable::GetFieldByID(1025)",
+                              2,
+                              {E_NOINTERFACE},
+                              numberless,
+                              {"ASSERT field != 0:21", "ASSERT 80004002:22"}},
+                    FaultCase{"FieldComesWithAnotherAnswer",
+                              "IkvTable::GetFieldByID(1025)",
+                              2,
+                              {S_FALSE, given},
+                              all,
+                              {"ASSERT 00000001:22"}},
+                    FaultCase{
+                        "NumberFails", "IkvField::GetLong", 2, {E_OUTOFMEMORY}, numberless, {"ASSERT 8007000e:26"}}),
+    [](const auto& test) { return test.param.name; });
+
+TEST_F(Refill, LackOfMemoryMidwayIsReportedAndKeepsTheRowsReadUntilThen) {
+  store_rules({L"A, long enough for the heap", L"B, long enough for the heap", L"C, long enough for the heap"});
+  open([&](RuleList& list) {
+    {
+      test_support::FailingNew memory;
+      StringLengthProbe lengths;
+      // The length of a name is read twice before the name is copied.
+      lengths.replace([&](BSTR text) {
+        if (lengths.calls() == 4) memory.fail_next();
+        return lengths.original(text);
+      });
+      list.dialog().update_expiration_rule_list();
+      EXPECT_TRUE(memory.has_failed());
+    }
+    EXPECT_EQ(Items({{L"A, long enough for the heap", 1}}), items_of(list));
+  });
+  EXPECT_THAT(reports(), ElementsAre("TRACE std::exception - std::bad_alloc; FILE - ExpirationRulesListDialog.cpp, "
+                                     "LINE - 123 | ExpirationRulesListDialog.cpp:123 update_expiration_rule_list"));
+}
+
+TEST_F(Refill, AnyFailingAllocationLeavesTheDialogUsable) {
+  const Names names = {L"A, long enough for the heap", L"B, long enough for the heap"};
+  store_rules(names);
+  open([&](RuleList& list) {
+    bool failed = true;
+    for (long number = 1; failed; ++number) {
+      {
+        const test_support::FailingNew memory(number);
+        list.dialog().update_expiration_rule_list();
+        failed = memory.has_failed();
+      }
+      list.dialog().update_expiration_rule_list();
+      ASSERT_EQ(names, list.names()) << number;
+    }
+  });
+}
+
+}  // namespace
+}  // namespace list_test
