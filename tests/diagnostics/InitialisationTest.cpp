@@ -52,7 +52,7 @@ TEST_F(Initialisation, RecordHasItsFieldsInOrderAndTyped) {
 TEST_F(Initialisation, ConfiguresWithTheProcessIdInDecimal) {
   SnagtrapClient client;
   client.ensure_initialised();
-  const auto& call = recorder.commands(L"Configure").at(0);
+  const auto call = recorder.commands(L"Configure").at(0);
   EXPECT_EQ(test_support::field_text(call, L"text"), L"");
   EXPECT_EQ(test_support::field_text(call, L"number"), std::to_wstring(GetCurrentProcessId()));
   EXPECT_EQ(test_support::field_text(call, L"flag"), L"1");

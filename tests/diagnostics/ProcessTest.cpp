@@ -8,6 +8,7 @@
 #include "ChildProcess.h"
 #include "Recorder.h"
 #include "RegistrySandbox.h"
+#include "RegistryTree.h"
 #include "SnagtrapUtil.h"
 
 namespace diagnostics_test {
@@ -54,7 +55,7 @@ class Process : public testing::Test {
     return {std::istreambuf_iterator<char>(file), {}};
   }
 
-  static void set_init_failure_box() { test_support::set_registry_text(HKEY_CURRENT_USER, library_key, nullptr, L"1"); }
+  static void set_init_failure_box() { test_support::write_registry_text(HKEY_CURRENT_USER, library_key, {}, L"1"); }
 
   test_support::RegistrySandbox registry;
   fs::path folder;
@@ -71,7 +72,7 @@ TEST_F(LibraryMissing, ReportsDoNothingAndShowNoBox) {
 }
 
 TEST_F(LibraryMissing, NamedValuesOfTheKeyShowNoBox) {
-  test_support::set_registry_number(HKEY_CURRENT_USER, library_key, L"Interactive", 1);
+  test_support::write_registry_number(HKEY_CURRENT_USER, library_key, L"Interactive", 1);
   EXPECT_THAT(play({L"report without library"}).output, HasSubstr("boxes=0"));
 }
 
@@ -99,7 +100,7 @@ class LibrarySearch : public Process {
     wchar_t guid[39] = {};
     StringFromGUID2(__uuidof(IKV_SnagtrapUtil::SnagtrapLibrary), guid, 39);
     const std::wstring key = std::wstring(L"CLSID\\") + guid + L"\\InprocServer32";
-    test_support::set_registry_text(HKEY_CLASSES_ROOT, key, nullptr, path);
+    test_support::write_registry_text(HKEY_CLASSES_ROOT, key, {}, path);
   }
 
   std::wstring copy_of(const fs::path& library, const wchar_t* name) const {

@@ -84,11 +84,13 @@ std::wstring address(const void* pointer) {
   return widened(formatted("0x%016llx", reinterpret_cast<unsigned long long>(pointer)));
 }
 
-/// What the system makes of a value without regard to the user's language; its type's number when it makes nothing.
+/// What the system makes of a value without regard to the user's language; its type's number when it makes nothing, and
+/// for arrays, whose bytes it would take for characters.
 std::wstring system_text(const VARIANT& value) {
   Value text;
-  const HRESULT changed =
-      VariantChangeTypeEx(text.out(), const_cast<VARIANT*>(&value), LOCALE_INVARIANT, VARIANT_NOVALUEPROP, VT_BSTR);
+  const HRESULT changed = value.vt & VT_ARRAY ? DISP_E_TYPEMISMATCH
+                                              : VariantChangeTypeEx(text.out(), const_cast<VARIANT*>(&value),
+                                                                    LOCALE_INVARIANT, VARIANT_NOVALUEPROP, VT_BSTR);
   if (FAILED(changed)) return L"VARIANT type " + std::to_wstring(value.vt);
   return {text.get().bstrVal ? text.get().bstrVal : L"", SysStringLen(text.get().bstrVal)};
 }

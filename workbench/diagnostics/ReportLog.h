@@ -35,6 +35,8 @@ class ReportLog {
 
   const std::wstring& directory() const noexcept { return directory_; }
   std::wstring path() const { return file_path(0); }
+  /// The mutex that gives writers their turn. Whoever holds it may rearrange the files.
+  const std::wstring& mutex_name() const noexcept { return mutex_name_; }
 
  private:
   std::wstring file_path(DWORD age) const;

@@ -67,6 +67,15 @@ void add_key(HKEY key, const std::wstring& path, RegistryTree& tree) {
   }
 }
 
+void write_value(HKEY root, const std::wstring& path, const std::wstring& name, DWORD type, const void* data,
+                 std::size_t size) {
+  const Key key = make_key(root, path, REG_OPTION_NON_VOLATILE);
+  if (RegSetValueExW(key.get(), name.c_str(), 0, type, static_cast<const BYTE*>(data), static_cast<DWORD>(size)) !=
+      ERROR_SUCCESS) {
+    throw std::runtime_error("a registry value cannot be written");
+  }
+}
+
 }  // namespace
 
 RegistryTree registry_tree(HKEY root, const std::wstring& path) {
@@ -90,12 +99,11 @@ std::wstring registry_text(HKEY root, const std::wstring& path, const std::wstri
 }
 
 void write_registry_text(HKEY root, const std::wstring& path, const std::wstring& name, const std::wstring& text) {
-  const Key key = make_key(root, path, REG_OPTION_NON_VOLATILE);
-  const auto size = static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t));
-  if (RegSetValueExW(key.get(), name.c_str(), 0, REG_SZ, reinterpret_cast<const BYTE*>(text.c_str()), size) !=
-      ERROR_SUCCESS) {
-    throw std::runtime_error("a registry value cannot be written");
-  }
+  write_value(root, path, name, REG_SZ, text.c_str(), (text.size() + 1) * sizeof(wchar_t));
+}
+
+void write_registry_number(HKEY root, const std::wstring& path, const std::wstring& name, DWORD number) {
+  write_value(root, path, name, REG_DWORD, &number, sizeof number);
 }
 
 void make_volatile_key(HKEY root, const std::wstring& path) { make_key(root, path, REG_OPTION_VOLATILE); }

@@ -26,6 +26,8 @@ std::wstring registry_text(HKEY root, const std::wstring& path, const std::wstri
 /// Makes the key when it is missing. Throws `std::runtime_error` when the registry refuses.
 void write_registry_text(HKEY root, const std::wstring& path, const std::wstring& name, const std::wstring& text);
 
+void write_registry_number(HKEY root, const std::wstring& path, const std::wstring& name, DWORD number);
+
 /// Makes a key in which no lasting key can be made: the way to have a registry call fail. Throws `std::runtime_error`.
 void make_volatile_key(HKEY root, const std::wstring& path);
 

@@ -16,6 +16,9 @@ class ScratchRoot {
   ScratchRoot(const ScratchRoot&) = delete;
   ScratchRoot& operator=(const ScratchRoot&) = delete;
 
+  /// Where the scratch key lies below the user's real root.
+  const std::wstring& path() const { return path_; }
+
  private:
   HKEY root_;
   std::wstring path_;

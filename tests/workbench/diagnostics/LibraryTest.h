@@ -1,0 +1,94 @@
+#pragma once
+
+#include <gmock/gmock.h>
+
+#include <memory>
+#include <string>
+
+#include "ChildProcess.h"
+#include "LogFolder.h"
+#include "RecordMaking.h"
+#include "RegistrySandbox.h"
+#include "RegistryTree.h"
+#include "Settings.h"
+#include "SnagtrapUtil.h"
+
+namespace snagtrap_test {
+
+using DebugObjectPtr = std::unique_ptr<IKV_SnagtrapUtil::IDebugObject, Releaser>;
+using DebugRootPtr = std::unique_ptr<IKV_SnagtrapUtil::IDebugRoot, Releaser>;
+
+/// The real library, reached through its export, with settings and a log of its own.
+class LibraryTest : public testing::Test {
+ protected:
+  LibraryTest() : library_(LoadLibraryW((test_support::program_folder() + L"\\SnagtrapUtil3.0_x64.dll").c_str())) {
+    test_support::write_registry_text(HKEY_CURRENT_USER, snagtrap::settings_key, L"LogDirectory", folder.path());
+    root = make_root();
+    command(L"DO CLEAN");
+  }
+
+  ~LibraryTest() override {
+    root.reset();
+    FreeLibrary(library_);
+  }
+
+  IKV_SnagtrapUtil::ST_InitObjectFunction init_object() const {
+    return reinterpret_cast<IKV_SnagtrapUtil::ST_InitObjectFunction>(
+        reinterpret_cast<void*>(GetProcAddress(library_, "ST_InitObject")));
+  }
+
+  DebugRootPtr make_root() const {
+    IKV_SnagtrapUtil::IDebugRoot* made = nullptr;
+    EXPECT_EQ(init_object()(&made), S_OK);
+    return DebugRootPtr(made);
+  }
+
+  HRESULT command(const wchar_t* word, IKV_SnagtrapUtil::IDebugObject* record = nullptr,
+                  IKV_SnagtrapUtil::IDebugObject** created = nullptr) const {
+    BSTR text = SysAllocString(word);
+    const HRESULT answer = root->Command(text, record, created);
+    SysFreeString(text);
+    return answer;
+  }
+
+  DebugObjectPtr create() const {
+    IKV_SnagtrapUtil::IDebugObject* made = nullptr;
+    EXPECT_EQ(command(L"CREATE", nullptr, &made), S_OK);
+    return DebugObjectPtr(made);
+  }
+
+  /// A filled record of a kind, made at Some.cpp, line 70.
+  DebugObjectPtr report(const wchar_t* kind) const {
+    DebugObjectPtr record = create();
+    set_text(*record, L"$Type", kind);
+    set_text(*record, L"Description", L"pMainMenu != 0");
+    set_text(*record, L"File", L"Some.cpp");
+    set_number(*record, L"Line", 70);
+    return record;
+  }
+
+  /// Sends a record as a client does.
+  HRESULT process(const wchar_t* kind) const {
+    const DebugObjectPtr record = report(kind);
+    if (kind == std::wstring(L"ASSERT")) command(L"FILTER", record.get());
+    return command(L"PROCESS", record.get());
+  }
+
+  static void set_setting(const wchar_t* name, DWORD number) {
+    test_support::write_registry_number(HKEY_CURRENT_USER, snagtrap::settings_key, name, number);
+  }
+
+  static void always_ignore(const wchar_t* place) {
+    test_support::write_registry_number(HKEY_CURRENT_USER, std::wstring(snagtrap::settings_key) + L"\\Ignored", place,
+                                        1);
+  }
+
+  test_support::RegistrySandbox registry;
+  LogFolder folder;
+  DebugRootPtr root;
+
+ private:
+  HMODULE library_;
+};
+
+}  // namespace snagtrap_test

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <windows.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <vector>
+
+#include "JsonReader.h"
+
+namespace snagtrap_test {
+
+/// An empty folder that goes with its owner. Its name has a space and characters outside the code page.
+class LogFolder {
+ public:
+  LogFolder()
+      : path_(std::filesystem::temp_directory_path() /
+              (L"zd snagtrap \u65e5\u5fd7 " + std::to_wstring(GetCurrentProcessId()))) {
+    std::filesystem::remove_all(path_);
+    std::filesystem::create_directories(path_);
+  }
+  ~LogFolder() {
+    std::error_code ignored;
+    std::filesystem::remove_all(path_, ignored);
+  }
+  LogFolder(const LogFolder&) = delete;
+  LogFolder& operator=(const LogFolder&) = delete;
+
+  const std::filesystem::path& path() const { return path_; }
+
+  /// The growing file; with an age one that was put aside.
+  std::filesystem::path file(int age = 0) const {
+    return path_ / (age == 0 ? L"Snagtrap.jsonl" : L"Snagtrap." + std::to_wstring(age) + L".jsonl");
+  }
+
+  std::string content(int age = 0) const {
+    std::ifstream stream(file(age), std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+  }
+
+  std::vector<Json> lines() const { return read_json_lines(content()); }
+
+  std::size_t file_count() const {
+    return static_cast<std::size_t>(
+        std::distance(std::filesystem::directory_iterator(path_), std::filesystem::directory_iterator()));
+  }
+
+ private:
+  std::filesystem::path path_;
+};
+
+}  // namespace snagtrap_test

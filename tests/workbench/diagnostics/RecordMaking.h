@@ -1,0 +1,53 @@
+#pragma once
+
+#include <windows.h>
+#include <oleauto.h>
+
+#include <memory>
+#include <string>
+
+#include "Record.h"
+
+namespace snagtrap_test {
+
+struct Releaser {
+  void operator()(IDispatch* object) const { object->Release(); }
+};
+
+using RecordPtr = std::unique_ptr<snagtrap::Record, Releaser>;
+
+inline RecordPtr make_record() { return RecordPtr(new snagtrap::Record); }
+
+/// Sets a field; the value stays the caller's.
+inline HRESULT set(IKV_SnagtrapUtil::IDebugObject& record, const wchar_t* name, const VARIANT& value) {
+  BSTR copy = SysAllocString(name);
+  const HRESULT result = record.SetField(copy, value);
+  SysFreeString(copy);
+  return result;
+}
+
+inline HRESULT set_text(IKV_SnagtrapUtil::IDebugObject& record, const wchar_t* name, const std::wstring& text) {
+  VARIANT value{};
+  value.vt = VT_BSTR;
+  value.bstrVal = SysAllocStringLen(text.data(), static_cast<UINT>(text.size()));
+  const HRESULT result = set(record, name, value);
+  VariantClear(&value);
+  return result;
+}
+
+inline HRESULT set_number(IKV_SnagtrapUtil::IDebugObject& record, const wchar_t* name, LONG number,
+                          VARTYPE type = VT_INT) {
+  VARIANT value{};
+  value.vt = type;
+  value.lVal = number;
+  return set(record, name, value);
+}
+
+inline HRESULT set_object(IKV_SnagtrapUtil::IDebugObject& record, const wchar_t* name, IDispatch* object) {
+  VARIANT value{};
+  value.vt = VT_DISPATCH;
+  value.pdispVal = object;
+  return set(record, name, value);
+}
+
+}  // namespace snagtrap_test

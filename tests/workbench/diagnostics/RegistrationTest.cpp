@@ -1,0 +1,70 @@
+#include <objbase.h>
+
+#include "LibraryTest.h"
+
+namespace snagtrap_test {
+namespace {
+
+std::wstring class_key() {
+  wchar_t guid[39] = {};
+  StringFromGUID2(__uuidof(IKV_SnagtrapUtil::SnagtrapLibrary), guid, 39);
+  return std::wstring(L"CLSID\\") + guid;
+}
+
+/// Loads the library from a path and calls its registration exports.
+class Registration : public testing::Test {
+ protected:
+  static HRESULT call(const std::wstring& path, const char* name) {
+    const HMODULE library = LoadLibraryW(path.c_str());
+    if (!library) return E_UNEXPECTED;
+    const auto function =
+        reinterpret_cast<HRESULT(STDMETHODCALLTYPE*)()>(reinterpret_cast<void*>(GetProcAddress(library, name)));
+    const HRESULT result = function ? function() : E_UNEXPECTED;
+    FreeLibrary(library);
+    return result;
+  }
+
+  static std::string registered_path() {
+    char path[MAX_PATH + 1] = {};
+    DWORD size = sizeof path;
+    const std::string key = std::filesystem::path(class_key() + L"\\InprocServer32").string();
+    const LSTATUS read = RegGetValueA(HKEY_CLASSES_ROOT, key.c_str(), nullptr, RRF_RT_REG_SZ, nullptr, path, &size);
+    return read == ERROR_SUCCESS ? path : "";
+  }
+
+  static std::wstring own_path() { return test_support::program_folder() + L"\\SnagtrapUtil3.0_x64.dll"; }
+
+  test_support::RegistrySandbox registry;
+  LogFolder folder;
+};
+
+TEST_F(Registration, WritesThePathOfTheFile) {
+  EXPECT_EQ(call(own_path(), "DllRegisterServer"), S_OK);
+  EXPECT_EQ(std::filesystem::path(registered_path()), std::filesystem::path(own_path()));
+}
+
+TEST_F(Registration, IsTakenBackWhole) {
+  call(own_path(), "DllRegisterServer");
+  EXPECT_EQ(call(own_path(), "DllUnregisterServer"), S_OK);
+  HKEY key = nullptr;
+  EXPECT_EQ(RegOpenKeyExW(HKEY_CLASSES_ROOT, class_key().c_str(), 0, KEY_READ, &key), ERROR_FILE_NOT_FOUND);
+}
+
+TEST_F(Registration, TakenBackTwiceIsNoFailure) { EXPECT_EQ(call(own_path(), "DllUnregisterServer"), S_OK); }
+
+TEST_F(Registration, PathOutsideTheCodePageIsWrittenSoThatItLoads) {
+  const std::wstring copy = folder.path() / L"library.dll";
+  std::filesystem::copy_file(own_path(), copy);
+  const HRESULT registered = call(copy, "DllRegisterServer");
+  if (registered == S_OK) {
+    const HMODULE library = LoadLibraryA(registered_path().c_str());
+    EXPECT_TRUE(library) << registered_path();
+    if (library) FreeLibrary(library);
+  } else {
+    EXPECT_EQ(registered, HRESULT_FROM_WIN32(ERROR_NO_UNICODE_TRANSLATION)) << "where files have no short names";
+    EXPECT_EQ(registered_path(), "");
+  }
+}
+
+}  // namespace
+}  // namespace snagtrap_test
