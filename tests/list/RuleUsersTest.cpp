@@ -1,4 +1,6 @@
+#include "FieldIds.h"
 #include "LookupTest.h"
+#include "RuleUsers.h"
 
 namespace list_test {
 namespace {
@@ -89,6 +91,32 @@ TEST_F(RuleUsers, WholeTableIsReadInOnePass) {
                                   "IkvField::GetText(1077)", "IkvTable::GetFieldByID(209)", "IkvField::GetText(209)",
                                   "IkvTable::MoveNext", "IkvTable::IsEOF", "IkvTable::GetFieldByID(1077)",
                                   "IkvField::GetText(1077)", "IkvTable::MoveNext", "IkvTable::IsEOF"));
+}
+
+constexpr SnagtrapUtil::SourcePlace nowhere = {"Some.cpp", 1, "f", "void f()"};
+constexpr RuleUsersPlaces places = {nowhere, nowhere, nowhere};
+
+TEST_F(RuleUsers, TableWithoutTheFieldOfTheRuleHasNone) {
+  users.clear();
+  const IkvTablePtr table(host.table({{{KVFIELD_SETTING_NAME, L"a"}}, {{KVFIELD_SETTING_NAME, L"b"}}}), false);
+  collect_rule_users(table, L"", places, users);
+  EXPECT_THAT(users, IsEmpty());
+  EXPECT_THAT(reports(), IsEmpty());
+}
+
+TEST_F(RuleUsers, TableWithoutTheFieldOfTheSettingsNameHasNone) {
+  users.clear();
+  const IkvTablePtr table(host.table({{{KVFIELD_RULE_NAME, L"IF"}}, {{KVFIELD_RULE_NAME, L"IF"}}}), false);
+  collect_rule_users(table, L"IF", places, users);
+  EXPECT_THAT(users, IsEmpty());
+  EXPECT_THAT(reports(), IsEmpty());
+}
+
+TEST_F(RuleUsers, NumberWhereANameShouldBeIsReported) {
+  users.clear();
+  const IkvTablePtr table(host.table({{{KVFIELD_RULE_NAME, 7}, {KVFIELD_SETTING_NAME, L"a"}}}), false);
+  EXPECT_THROW(collect_rule_users(table, L"IF", places, users), _com_error);
+  EXPECT_THAT(reports(), ElementsAre("ASSERT 80020005 | Some.cpp:1 f"));
 }
 
 TEST_F(RuleUsers, MissingServiceIsFetchedOnceAndKept) {

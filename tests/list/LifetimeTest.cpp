@@ -1,0 +1,120 @@
+#include "ListDialogTest.h"
+#include "SentMessages.h"
+
+namespace list_test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+/// A window of the host over which the dialog opens.
+class Owner {
+ public:
+  Owner()
+      : window_(CreateWindowExW(0, L"Static", L"host", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 50, 50, 900, 800, nullptr,
+                                nullptr, nullptr, nullptr)) {}
+  ~Owner() { destroy(); }
+  Owner(const Owner&) = delete;
+  Owner& operator=(const Owner&) = delete;
+
+  HWND get() const { return window_; }
+  void destroy() {
+    if (IsWindow(window_)) DestroyWindow(window_);
+  }
+
+ private:
+  HWND window_;
+};
+
+class ListLifetime : public ListDialogTest {
+ protected:
+  ListLifetime() { store_rules({L"AU", L"IF"}); }
+
+  Owner owner;
+};
+
+TEST_F(ListLifetime, OwnerIsDisabledWhileTheDialogIsOpen) {
+  open(
+      [&](RuleList& list) {
+        EXPECT_EQ(owner.get(), GetWindow(list.window(), GW_OWNER));
+        EXPECT_FALSE(IsWindowEnabled(owner.get()));
+      },
+      owner.get());
+  EXPECT_TRUE(IsWindowEnabled(owner.get()));
+}
+
+TEST_F(ListLifetime, OwnerThatIsDestroyedTakesTheDialogWithIt) {
+  EXPECT_NE(IDOK, open([&](RuleList&) { owner.destroy(); }, owner.get()));
+  EXPECT_THAT(reports(), IsEmpty());
+}
+
+TEST_F(ListLifetime, OwnerThatIsDestroyedUnderTheEditorTakesBothWithIt) {
+  open(
+      [&](RuleList& list) {
+        host.calls().forget();
+        test_support::with_dialog([&] { list.press(IDC_EDIT_RULE); }, [&](HWND) { owner.destroy(); });
+      },
+      owner.get());
+  EXPECT_THAT(host.calls().all("IkvExpirationRuleService::update_rule"), IsEmpty());
+  EXPECT_THAT(reports(), IsEmpty());
+}
+
+TEST_F(ListLifetime, OwnerThatIsDestroyedUnderTheQuestionDeletesNothing) {
+  open(
+      [&](RuleList& list) {
+        test_support::with_dialog([&] { list.press(IDC_DELETE_RULE); }, [&](HWND) { owner.destroy(); });
+      },
+      owner.get());
+  EXPECT_THAT(host.calls().all("IkvExpirationRuleService::delete_rule"), IsEmpty());
+  EXPECT_THAT(reports(), IsEmpty());
+}
+
+TEST_F(ListLifetime, EndOfTheSessionLeavesTheDialogToItsUser) {
+  EXPECT_EQ(IDCANCEL, open([](RuleList& list) {
+              EXPECT_TRUE(SendMessageW(list.window(), WM_QUERYENDSESSION, 0, 0));
+              SendMessageW(list.window(), WM_ENDSESSION, TRUE, 0);
+              EXPECT_TRUE(IsWindowVisible(list.window()));
+              EXPECT_EQ(2, list.count());
+            }));
+  EXPECT_THAT(reports(), IsEmpty());
+}
+
+TEST_F(ListLifetime, PlacementIsStoredWhenTheOwnerIsDestroyed) {
+  open(
+      [&](RuleList& list) {
+        MoveWindow(list.window(), 33, 44, 555, 444, TRUE);
+        owner.destroy();
+      },
+      owner.get());
+  open([](RuleList& list) {
+    RECT rect = {};
+    GetWindowRect(list.window(), &rect);
+    EXPECT_EQ(33, rect.left);
+    EXPECT_EQ(33 + 555, rect.right);
+  });
+}
+
+TEST_F(ListLifetime, DialogThatIsNotOpenAnswersItsQuestions) {
+  CExpirationRulesListDialog dialog(&block);
+  EXPECT_STREQ(L"IF", dialog.expiration_rule_name(2));
+  Names users;
+  EXPECT_FALSE(dialog.is_expiration_rule_uses(2, users));
+}
+
+TEST_F(ListLifetime, ListThatIsDestroyedIsReportedAndTheDialogStaysOpen) {
+  open([&](RuleList& list) {
+    DestroyWindow(list.view());
+    list.dialog().update_expiration_rule_list();
+    EXPECT_TRUE(IsWindowVisible(list.window()));
+  });
+  ASSERT_FALSE(reports().empty());
+  EXPECT_THAT(test_support::reports_without_lines(recorder).front(), "ASSERT ::IsWindow(m_hWnd) | Window.cpp:* Send");
+}
+
+TEST_F(ListLifetime, OpeningAndClosingLeavesNoReferenceToTheHost) {
+  for (int time = 0; time < 20; ++time) open([](RuleList&) {});
+  EXPECT_THAT(host.living(), ElementsAre(testing::StartsWith("kvStorage"))) << "which the test itself holds";
+}
+
+}  // namespace
+}  // namespace list_test

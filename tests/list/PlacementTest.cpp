@@ -1,0 +1,264 @@
+#include <cstring>
+#include <optional>
+
+#include "ImportProbe.h"
+#include "ListDialogTest.h"
+#include "PrintGeometry.h"
+#include "SentMessages.h"
+
+ZD_IMPORT_PROBE(GetFileVersionInfoSizeW, VersionSizeProbe);
+
+namespace list_test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+// Company and product of this test program, which carries the module's resources.
+constexpr wchar_t key_name[] = L"SOFTWARE\\zdExpirationRules\\zdExpirationRules\\Windows Placement";
+constexpr wchar_t value_name[] = L"ZDExpirationRulesDialog";
+
+RECT window_rect(HWND window) {
+  RECT rect = {};
+  GetWindowRect(window, &rect);
+  return rect;
+}
+
+LONG height_of(const RECT& rect) { return rect.bottom - rect.top; }
+
+class ListPlacement : public ListDialogTest {
+ protected:
+  std::vector<BYTE> stored_bytes() const {
+    std::vector<BYTE> bytes(100);
+    auto size = static_cast<DWORD>(bytes.size());
+    const LSTATUS status =
+        RegGetValueW(HKEY_CURRENT_USER, key_name, value_name, RRF_RT_REG_BINARY, nullptr, bytes.data(), &size);
+    bytes.resize(status == ERROR_SUCCESS ? size : 0);
+    return bytes;
+  }
+
+  WINDOWPLACEMENT stored() const {
+    const std::vector<BYTE> bytes = stored_bytes();
+    WINDOWPLACEMENT placement = {};
+    EXPECT_EQ(44U, bytes.size());
+    if (bytes.size() == sizeof placement) std::memcpy(&placement, bytes.data(), sizeof placement);
+    return placement;
+  }
+
+  void store(const void* data, std::size_t size, DWORD type = REG_BINARY) const {
+    ASSERT_EQ(ERROR_SUCCESS,
+              RegSetKeyValueW(HKEY_CURRENT_USER, key_name, value_name, type, data, static_cast<DWORD>(size)));
+  }
+
+  /// The dialog's rectangle when it is open.
+  RECT opened() {
+    RECT rect = {};
+    open([&](RuleList& list) { rect = window_rect(list.window()); });
+    return rect;
+  }
+
+  void close_at(const RECT& rect) {
+    open([&](RuleList& list) {
+      MoveWindow(list.window(), rect.left, rect.top, rect.right - rect.left, height_of(rect), TRUE);
+    });
+  }
+
+  /// Whether the dialog was maximised at the end of its initialisation.
+  bool maximised_at_initialisation() {
+    bool maximised = false;
+    bool asked = false;
+    const SentMessages watch([&](const CWPSTRUCT& message) {
+      if (message.message == LVM_SETCOLUMNWIDTH) maximised = IsZoomed(GetParent(message.hwnd)) != FALSE;
+    });
+    open([&](RuleList&) { asked = true; });
+    EXPECT_TRUE(asked);
+    return maximised;
+  }
+
+  const LONG caption = GetSystemMetrics(SM_CYCAPTION);
+};
+
+TEST_F(ListPlacement, FirstOpeningIsOneCaptionShorterThanTheTemplate) {
+  open([&](RuleList& list) {
+    const CSize smallest = list.dialog().MinTrackingSize();
+    const RECT rect = window_rect(list.window());
+    EXPECT_EQ(smallest.cx, rect.right - rect.left);
+    EXPECT_EQ(smallest.cy - caption, height_of(rect));
+    // The value is there at once.
+    const WINDOWPLACEMENT first = stored();
+    EXPECT_EQ(44U, first.length);
+    EXPECT_EQ(rect, first.rcNormalPosition);
+  });
+}
+
+TEST_F(ListPlacement, ClosingStoresTheVisibleBottomLessTheCaption) {
+  const RECT rect = {120, 90, 620, 590};
+  close_at(rect);
+  const WINDOWPLACEMENT placement = stored();
+  EXPECT_EQ(44U, placement.length);
+  EXPECT_EQ(UINT{SW_SHOWNORMAL}, placement.showCmd);
+  EXPECT_EQ((RECT{120, 90, 620, 590 - caption}), placement.rcNormalPosition);
+}
+
+TEST_F(ListPlacement, OpensWhereAndAsLargeAsItWasClosed) {
+  const RECT rect = {120, 90, 620, 590};
+  close_at(rect);
+  EXPECT_EQ(rect, opened());
+  EXPECT_EQ(rect, opened());
+}
+
+TEST_F(ListPlacement, ReopensAsShortAsTheFirstTime) {
+  const RECT first = opened();
+  EXPECT_EQ(first, opened());
+}
+
+TEST_F(ListPlacement, ChildrenFollowTheRestoredSize) {
+  close_at({120, 90, 720, 690});
+  open([&](RuleList& list) {
+    RECT client = {};
+    GetClientRect(list.window(), &client);
+    RECT close = window_rect(list.item(IDCANCEL));
+    MapWindowPoints(nullptr, list.window(), reinterpret_cast<POINT*>(&close), 2);
+    EXPECT_GT(close.left, client.right - 120);
+    EXPECT_GT(close.top, client.bottom - 60);
+    GetClientRect(list.view(), &client);
+    EXPECT_EQ(client.right - GetSystemMetrics(SM_CXVSCROLL), list.column_width());
+  });
+}
+
+// The modal loop of the test platform shows a dialog in its normal state when its queue is empty for the first time;
+// what counts is the state at the end of the initialisation.
+TEST_F(ListPlacement, ClosedMaximisedItOpensMaximised) {
+  const RECT rect = {120, 90, 620, 590};
+  close_at(rect);
+  open([](RuleList& list) { ShowWindow(list.window(), SW_MAXIMIZE); });
+  EXPECT_EQ(UINT{SW_SHOWMAXIMIZED}, stored().showCmd);
+  EXPECT_EQ((RECT{120, 90, 620, 590 - caption}), stored().rcNormalPosition);
+  EXPECT_TRUE(maximised_at_initialisation());
+}
+
+TEST_F(ListPlacement, ClosedMinimisedItOpensShown) {
+  const RECT rect = {120, 90, 620, 590};
+  close_at(rect);
+  open([](RuleList& list) {
+    ShowWindow(list.window(), SW_MINIMIZE);
+    EXPECT_TRUE(IsIconic(list.window()));
+    list.press(IDCANCEL);
+  });
+  EXPECT_EQ(UINT{SW_SHOW}, stored().showCmd);
+  EXPECT_EQ(rect, opened());
+}
+
+TEST_F(ListPlacement, OffScreenRectangleIsPulledOntoTheScreen) {
+  RECT work = {};
+  SystemParametersInfoW(SPI_GETWORKAREA, 0, &work, 0);
+  WINDOWPLACEMENT placement = {};
+  placement.length = sizeof placement;
+  placement.showCmd = SW_SHOWNORMAL;
+  placement.rcNormalPosition = {-5000, 5000, -4500, 5500 - caption};
+  store(&placement, sizeof placement);
+  const RECT rect = opened();
+  RECT common = {};
+  IntersectRect(&common, &work, &rect);
+  EXPECT_EQ(rect, common) << "it lies inside";
+  EXPECT_EQ(work.left, rect.left);
+  EXPECT_EQ(500, rect.right - rect.left);
+  EXPECT_EQ(500, height_of(rect));
+}
+
+struct HostileValue {
+  const char* name;
+  DWORD type;
+  std::vector<BYTE> bytes;
+};
+
+class ListPlacementIgnores : public ListPlacement, public testing::WithParamInterface<HostileValue> {};
+
+TEST_P(ListPlacementIgnores, ValueThatIsNoPlacement) {
+  const RECT first = opened();
+  close_at({120, 90, 620, 590});
+  store(GetParam().bytes.data(), GetParam().bytes.size(), GetParam().type);
+  EXPECT_EQ(first, opened());
+  EXPECT_EQ(44U, stored_bytes().size());
+  EXPECT_THAT(reports(), IsEmpty());
+}
+
+INSTANTIATE_TEST_SUITE_P(All, ListPlacementIgnores,
+                         testing::Values(HostileValue{"Empty", REG_BINARY, {}},
+                                         HostileValue{"TooShort", REG_BINARY, std::vector<BYTE>(43, 1)},
+                                         HostileValue{"TooLong", REG_BINARY, std::vector<BYTE>(45, 1)},
+                                         HostileValue{"Huge", REG_BINARY, std::vector<BYTE>(100'000, 0xFF)},
+                                         HostileValue{"Number", REG_DWORD, std::vector<BYTE>(4, 1)},
+                                         HostileValue{"Text", REG_SZ, std::vector<BYTE>(44, 0)},
+                                         HostileValue{"Untyped", REG_NONE, std::vector<BYTE>(44, 0)}),
+                         [](const auto& test) { return test.param.name; });
+
+struct HostilePlacement {
+  const char* name;
+  UINT length;
+  UINT flags;
+  UINT show;
+  RECT rect;
+};
+
+class ListPlacementSurvives : public ListPlacement, public testing::WithParamInterface<HostilePlacement> {};
+
+TEST_P(ListPlacementSurvives, HostileRecord) {
+  const HostilePlacement& hostile = GetParam();
+  const WINDOWPLACEMENT placement = {hostile.length, hostile.flags, hostile.show, {-1, -1}, {-1, -1}, hostile.rect};
+  store(&placement, sizeof placement);
+  open([&](RuleList& list) {
+    EXPECT_TRUE(IsWindowVisible(list.window()));
+    const RECT rect = window_rect(list.window());
+    const CSize smallest = list.dialog().MinTrackingSize();
+    EXPECT_GE(rect.right - rect.left, smallest.cx);
+    EXPECT_GE(height_of(rect), smallest.cy - caption);
+  });
+  EXPECT_EQ(44U, stored().length);
+  EXPECT_THAT(reports(), IsEmpty());
+}
+
+constexpr LONG huge = 0x7FFFFFFF;
+constexpr RECT fair = {120, 90, 620, 590};
+
+INSTANTIATE_TEST_SUITE_P(
+    All, ListPlacementSurvives,
+    testing::Values(HostilePlacement{"LengthOfZero", 0, 0, SW_SHOWNORMAL, fair},
+                    HostilePlacement{"LengthOfEverything", ~0U, 0, SW_SHOWNORMAL, fair},
+                    HostilePlacement{"AllFlags", 44, ~0U, SW_SHOWNORMAL, fair},
+                    HostilePlacement{"HiddenWindow", 44, 0, SW_HIDE, fair},
+                    HostilePlacement{"NoSuchCommand", 44, 0, ~0U, fair},
+                    HostilePlacement{"NoSize", 44, 0, SW_SHOWNORMAL, {120, 90, 120, 90}},
+                    HostilePlacement{"InsideOut", 44, 0, SW_SHOWNORMAL, {620, 590, 120, 90}},
+                    HostilePlacement{"Everywhere", 44, 0, SW_SHOWNORMAL, {-huge - 1, -huge - 1, huge, huge}},
+                    HostilePlacement{"FarAway", 44, 0, SW_SHOWNORMAL, {huge - 500, huge - 500, huge, huge}},
+                    HostilePlacement{"FarBack", 44, 0, SW_SHOWNORMAL, {-huge - 1, -huge - 1, -huge, -huge}}),
+    [](const auto& test) { return test.param.name; });
+
+TEST_F(ListPlacement, HostWithoutAVersionBlockIsReportedAndTheDialogOpens) {
+  VersionSizeProbe sizes;
+  sizes.fail(0, 0);
+  RECT rect = {};
+  open([&](RuleList& list) { rect = window_rect(list.window()); });
+  EXPECT_GT(height_of(rect), 0);
+  EXPECT_THAT(reports(), ElementsAre("ASSERT 00000714 | RegistryHelper.h:15 zd_common::ZDRegistryPath"));
+  EXPECT_THAT(stored_bytes(), IsEmpty());
+}
+
+TEST_F(ListPlacement, PathIsReadAfreshAtEveryOpening) {
+  VersionSizeProbe sizes;
+  opened();
+  opened();
+  EXPECT_EQ(2, sizes.calls());
+}
+
+TEST_F(ListPlacement, NothingIsStoredWhileTheDialogIsOpen) {
+  open([&](RuleList& list) {
+    const std::vector<BYTE> first = stored_bytes();
+    MoveWindow(list.window(), 10, 10, 600, 600, TRUE);
+    EXPECT_EQ(first, stored_bytes());
+  });
+}
+
+}  // namespace
+}  // namespace list_test
