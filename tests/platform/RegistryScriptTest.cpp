@@ -18,82 +18,86 @@ struct ReadableScript {
   std::vector<RegistryNode> keys;
 };
 
-class ReadableScripts : public testing::TestWithParam<ReadableScript> {};
+const ReadableScript readable_scripts[] = {
+    {"NoKeys", L"HKCR { }", {}},
+    {"WithoutSpaces", L"HKCR{A{B}}", {{L"A", Removal::own, {}, {{L"B", Removal::own, {}, {}}}}}},
+    {"EveryKindOfSpace", L"\r\n\tHKCR\r\n{\tA }\r\n", {{L"A", Removal::own, {}, {}}}},
+    {"DefaultValue", L"HKCR { A = s 'x' }", {{L"A", Removal::own, {text(L"", L"x")}, {}}}},
+    {"DefaultNumber", L"HKCR { A = d 7 }", {{L"A", Removal::own, {number(L"", 7)}, {}}}},
+    {"UnquotedText", L"HKCR { A = s x }", {{L"A", Removal::own, {text(L"", L"x")}, {}}}},
+    {"EmptyText", L"HKCR { A = s '' }", {{L"A", Removal::own, {text(L"", L"")}, {}}}},
+    {"NamedValue", L"HKCR { A { val B = s 'x' } }", {{L"A", Removal::own, {text(L"B", L"x")}, {}}}},
+    {"NamedNumber", L"HKCR { A { val B = d 0 } }", {{L"A", Removal::own, {number(L"B", 0)}, {}}}},
+    ReadableScript{
+        "LargestNumber", L"HKCR { A = d 4294967295 }", {{L"A", Removal::own, {number(L"", 4294967295u)}, {}}}},
+    {"NoRemove", L"HKCR { NoRemove A }", {{L"A", Removal::none, {}, {}}}},
+    {"ForceRemove", L"HKCR { ForceRemove A }", {{L"A", Removal::complete, {}, {}}}},
+    {"QuotedKeywordsAreNames",
+     L"HKCR { 'NoRemove' 'val' 'ForceRemove' 's' }",
+     {{L"NoRemove", Removal::own, {}, {}},
+      {L"val", Removal::own, {}, {}},
+      {L"ForceRemove", Removal::own, {}, {}},
+      {L"s", Removal::own, {}, {}}}},
+    ReadableScript{"QuotedNameWithSpacesAndBraces", L"HKCR { '{A b} = c' }", {{L"{A b} = c", Removal::own, {}, {}}}},
+    {"DoubledQuoteIsAQuote", L"HKCR { A = s 'it''s ''''' }", {{L"A", Removal::own, {text(L"", L"it's ''")}, {}}}},
+    {"ValuesAndKeysKeepTheirOrder",
+     L"HKCR { A = s '0' { val Z = s '1' C B val Y = s '2' } }",
+     {{L"A",
+       Removal::own,
+       {text(L"", L"0"), text(L"Z", L"1"), text(L"Y", L"2")},
+       {{L"C", Removal::own, {}, {}}, {L"B", Removal::own, {}, {}}}}}},
+    {"AnyCharacter",
+     L"HKCR { '\u5230\u671f' = s '\U0001f4c8 ' }",
+     {{L"\u5230\u671f", Removal::own, {text(L"", L"\U0001f4c8 ")}, {}}}}};
 
-TEST_P(ReadableScripts, AreReadAsWritten) {
-  EXPECT_EQ(parse_registry_script(GetParam().script, no_replacements), GetParam().keys);
+TEST(RegistryScript, IsReadAsWritten) {
+  for (const ReadableScript& script : readable_scripts) {
+    EXPECT_EQ(parse_registry_script(script.script, no_replacements), script.keys) << script.name;
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    RegistryScript, ReadableScripts,
-    testing::Values(
-        ReadableScript{"NoKeys", L"HKCR { }", {}},
-        ReadableScript{"WithoutSpaces", L"HKCR{A{B}}", {{L"A", Removal::own, {}, {{L"B", Removal::own, {}, {}}}}}},
-        ReadableScript{"EveryKindOfSpace", L"\r\n\tHKCR\r\n{\tA }\r\n", {{L"A", Removal::own, {}, {}}}},
-        ReadableScript{"DefaultValue", L"HKCR { A = s 'x' }", {{L"A", Removal::own, {text(L"", L"x")}, {}}}},
-        ReadableScript{"DefaultNumber", L"HKCR { A = d 7 }", {{L"A", Removal::own, {number(L"", 7)}, {}}}},
-        ReadableScript{"UnquotedText", L"HKCR { A = s x }", {{L"A", Removal::own, {text(L"", L"x")}, {}}}},
-        ReadableScript{"EmptyText", L"HKCR { A = s '' }", {{L"A", Removal::own, {text(L"", L"")}, {}}}},
-        ReadableScript{"NamedValue", L"HKCR { A { val B = s 'x' } }", {{L"A", Removal::own, {text(L"B", L"x")}, {}}}},
-        ReadableScript{"NamedNumber", L"HKCR { A { val B = d 0 } }", {{L"A", Removal::own, {number(L"B", 0)}, {}}}},
-        ReadableScript{
-            "LargestNumber", L"HKCR { A = d 4294967295 }", {{L"A", Removal::own, {number(L"", 4294967295u)}, {}}}},
-        ReadableScript{"NoRemove", L"HKCR { NoRemove A }", {{L"A", Removal::none, {}, {}}}},
-        ReadableScript{"ForceRemove", L"HKCR { ForceRemove A }", {{L"A", Removal::complete, {}, {}}}},
-        ReadableScript{"QuotedKeywordsAreNames",
-                       L"HKCR { 'NoRemove' 'val' 'ForceRemove' 's' }",
-                       {{L"NoRemove", Removal::own, {}, {}},
-                        {L"val", Removal::own, {}, {}},
-                        {L"ForceRemove", Removal::own, {}, {}},
-                        {L"s", Removal::own, {}, {}}}},
-        ReadableScript{
-            "QuotedNameWithSpacesAndBraces", L"HKCR { '{A b} = c' }", {{L"{A b} = c", Removal::own, {}, {}}}},
-        ReadableScript{"DoubledQuoteIsAQuote",
-                       L"HKCR { A = s 'it''s ''''' }",
-                       {{L"A", Removal::own, {text(L"", L"it's ''")}, {}}}},
-        ReadableScript{"ValuesAndKeysKeepTheirOrder",
-                       L"HKCR { A = s '0' { val Z = s '1' C B val Y = s '2' } }",
-                       {{L"A",
-                         Removal::own,
-                         {text(L"", L"0"), text(L"Z", L"1"), text(L"Y", L"2")},
-                         {{L"C", Removal::own, {}, {}}, {L"B", Removal::own, {}, {}}}}}},
-        ReadableScript{"AnyCharacter",
-                       L"HKCR { '\u5230\u671f' = s '\U0001f4c8 ' }",
-                       {{L"\u5230\u671f", Removal::own, {text(L"", L"\U0001f4c8 ")}, {}}}}),
-    [](const auto& script) { return script.param.name; });
 
 struct BrokenScript {
   const char* name;
   const wchar_t* script;
 };
 
-class BrokenScripts : public testing::TestWithParam<BrokenScript> {};
+const BrokenScript broken_scripts[] = {
 
-TEST_P(BrokenScripts, AreRefused) {
-  EXPECT_THROW(parse_registry_script(GetParam().script, {{L"A", L"a"}}), RegistryScriptError);
+    {"Nothing", L""},
+    {"OnlySpaces", L" \r\n"},
+    {"AnotherRoot", L"HKLM { A }"},
+    {"RootInLowerCase", L"hkcr { A }"},
+    {"QuotedRoot", L"'HKCR' { A }"},
+    {"RootWithoutBlock", L"HKCR A"},
+    {"TextAfterTheEnd", L"HKCR { A } B"},
+    {"SecondBlock", L"HKCR { A } { B }"},
+    {"BraceTooMany", L"HKCR { A } }"},
+    {"BlockWithoutKey", L"HKCR { { A } }"},
+    {"AssignmentWithoutKey", L"HKCR { = s 'x' }"},
+    {"KeyWithoutName", L"HKCR { '' }"},
+    {"KeyWordWithoutKey", L"HKCR { NoRemove }"},
+    {"KeyWordBeforeAssignment", L"HKCR { NoRemove = s 'x' }"},
+    {"ValueWithoutName", L"HKCR { A { val } }"},
+    {"ValueWithoutAssignment", L"HKCR { A { val B } }"},
+    {"ValueWithoutType", L"HKCR { A = 'x' }"},
+    {"UnknownType", L"HKCR { A = b '00' }"},
+    {"QuotedType", L"HKCR { A = 's' 'x' }"},
+    {"TypeWithoutText", L"HKCR { A = s }"},
+    {"NumberTooLarge", L"HKCR { A = d 4294967296 }"},
+    {"NumberFarTooLarge", L"HKCR { A = d 18446744073709551616 }"},
+    {"NegativeNumber", L"HKCR { A = d -1 }"},
+    {"HexadecimalNumber", L"HKCR { A = d 0x10 }"},
+    {"EmptyNumber", L"HKCR { A = d '' }"},
+    {"OpenQuote", L"HKCR { 'A }"},
+    {"OpenReplacement", L"HKCR { '%A' }"},
+    {"UnknownReplacement", L"HKCR { '%B%' }"},
+    {"ReplacementInAnotherCase", L"HKCR { '%a%' }"}};
+
+TEST(RegistryScript, IsRefusedWhenBroken) {
+  for (const BrokenScript& script : broken_scripts) {
+    EXPECT_THROW(parse_registry_script(script.script, {{L"A", L"a"}}), RegistryScriptError) << script.name;
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    RegistryScript, BrokenScripts,
-    testing::Values(
-        BrokenScript{"Nothing", L""}, BrokenScript{"OnlySpaces", L" \r\n"}, BrokenScript{"AnotherRoot", L"HKLM { A }"},
-        BrokenScript{"RootInLowerCase", L"hkcr { A }"}, BrokenScript{"QuotedRoot", L"'HKCR' { A }"},
-        BrokenScript{"RootWithoutBlock", L"HKCR A"}, BrokenScript{"TextAfterTheEnd", L"HKCR { A } B"},
-        BrokenScript{"SecondBlock", L"HKCR { A } { B }"}, BrokenScript{"BraceTooMany", L"HKCR { A } }"},
-        BrokenScript{"BlockWithoutKey", L"HKCR { { A } }"}, BrokenScript{"AssignmentWithoutKey", L"HKCR { = s 'x' }"},
-        BrokenScript{"KeyWithoutName", L"HKCR { '' }"}, BrokenScript{"KeyWordWithoutKey", L"HKCR { NoRemove }"},
-        BrokenScript{"KeyWordBeforeAssignment", L"HKCR { NoRemove = s 'x' }"},
-        BrokenScript{"ValueWithoutName", L"HKCR { A { val } }"},
-        BrokenScript{"ValueWithoutAssignment", L"HKCR { A { val B } }"},
-        BrokenScript{"ValueWithoutType", L"HKCR { A = 'x' }"}, BrokenScript{"UnknownType", L"HKCR { A = b '00' }"},
-        BrokenScript{"QuotedType", L"HKCR { A = 's' 'x' }"}, BrokenScript{"TypeWithoutText", L"HKCR { A = s }"},
-        BrokenScript{"NumberTooLarge", L"HKCR { A = d 4294967296 }"},
-        BrokenScript{"NumberFarTooLarge", L"HKCR { A = d 18446744073709551616 }"},
-        BrokenScript{"NegativeNumber", L"HKCR { A = d -1 }"}, BrokenScript{"HexadecimalNumber", L"HKCR { A = d 0x10 }"},
-        BrokenScript{"EmptyNumber", L"HKCR { A = d '' }"}, BrokenScript{"OpenQuote", L"HKCR { 'A }"},
-        BrokenScript{"OpenReplacement", L"HKCR { '%A' }"}, BrokenScript{"UnknownReplacement", L"HKCR { '%B%' }"},
-        BrokenScript{"ReplacementInAnotherCase", L"HKCR { '%a%' }"}),
-    [](const auto& script) { return script.param.name; });
 
 constexpr wchar_t whole_script[] =
     L"HKCR { NoRemove CLSID { ForceRemove '%ID%' = s 'it''s' { val Flags = d 12 Server = s '%PATH%' { val M = s x } } "
