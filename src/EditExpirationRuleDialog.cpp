@@ -253,18 +253,17 @@ bool CEditExpirationRuleDialog::is_expiration_rule_name_not_unique(const _bstr_t
 }
 
 bool CEditExpirationRuleDialog::find_same_name(const _bstr_t& name, const bool editing) {
+  const auto check = [place = ZD_PLACE](HRESULT hr) { require_success(hr, place); };
   const IkvTablePtr rules = open_rules_table(*storage_, 0);
   bool found = false;
-  walk_rows(
-      rules, [](HRESULT hr) { require_success(hr, ZD_PLACE); },
-      [&] {
-        IkvFieldPtr field;
-        require_success(find_field(rules, KVFIELD_RULE_NAME, field), ZD_PLACE);
-        _bstr_t row_name;
-        if (field) require_success(FieldAccess<_bstr_t>::read(*field, row_name), ZD_PLACE);
-        found = platform::same_text(row_name, name);
-        return !found;
-      });
+  walk_rows(rules, check, [&] {
+    IkvFieldPtr field;
+    check(find_field(rules, KVFIELD_RULE_NAME, field));
+    _bstr_t row_name;
+    if (field) check(FieldAccess<_bstr_t>::read(*field, row_name));
+    found = platform::same_text(row_name, name);
+    return !found;
+  });
   // A rule that keeps its name finds its own row.
   return found && !(editing && platform::same_text(GetField<_bstr_t>(table_, KVFIELD_RULE_NAME), name));
 }

@@ -156,14 +156,13 @@ class NewRuleTable : public StorageTest {
 TEST_F(NewRuleTable, IsMadeRunAskedForItsInterfaceAndGivenTheFieldsOfARule) {
   host.record_queries(true);
   create_rule_table(target);
-  EXPECT_THAT(calls(), ElementsAre("kvTable::CreateInstance(IUnknown)", "kvTable::QueryInterface(IRunnableObject)",
-                                   "IRunnableObject::Run", "kvTable::QueryInterface(IkvTable)",
-                                   "IkvTable::AddField(1025, 0, 0, 0)", "IkvTable::AddField(1077, 0, 0, 0)",
-                                   "IkvTable::AddField(1078, 0, 0, 0)", "IkvTable::AddField(1079, 0, 0, 0)",
-                                   "IkvTable::AddField(1080, 0, 0, 0)", "IkvTable::AddField(1081, 0, 0, 0)",
-                                   "IkvTable::AddField(1082, 0, 0, 0)", "IkvTable::AddField(1083, 0, 0, 0)",
-                                   "IkvTable::AddField(1084, 0, 0, 0)", "IkvTable::AddField(1085, 0, 0, 0)",
-                                   "IkvTable::AddField(1160, 0, 0, 0)"));
+  EXPECT_THAT(calls(), ElementsAre("kvTable::CreateInstance(IUnknown)", "IRunnableObject::Run",
+                                   "kvTable::QueryInterface(IkvTable)", "IkvTable::AddField(1025, 0, 0, 0)",
+                                   "IkvTable::AddField(1077, 0, 0, 0)", "IkvTable::AddField(1078, 0, 0, 0)",
+                                   "IkvTable::AddField(1079, 0, 0, 0)", "IkvTable::AddField(1080, 0, 0, 0)",
+                                   "IkvTable::AddField(1081, 0, 0, 0)", "IkvTable::AddField(1082, 0, 0, 0)",
+                                   "IkvTable::AddField(1083, 0, 0, 0)", "IkvTable::AddField(1084, 0, 0, 0)",
+                                   "IkvTable::AddField(1085, 0, 0, 0)", "IkvTable::AddField(1160, 0, 0, 0)"));
 }
 
 TEST_F(NewRuleTable, IsHeldByTheTargetAlone) {

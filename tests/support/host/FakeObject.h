@@ -22,7 +22,8 @@ class FakeObject : public LivingObject, public First, public Others... {
 
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) noexcept final {
     if (!object) return E_POINTER;
-    if (!host_->record_queries) return answer_query(iid, object);
+    // It is the system that asks whether an object is runnable, and the system relies on a truthful answer.
+    if (!host_->record_queries || iid == IID_IRunnableObject) return answer_query(iid, object);
     return calls().call(query_.c_str(), {interface_name(iid)}, object, [&] { return answer_query(iid, object); });
   }
   ULONG STDMETHODCALLTYPE AddRef() noexcept final { return ++references_; }

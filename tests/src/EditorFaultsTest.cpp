@@ -1,0 +1,116 @@
+#include <gmock/gmock.h>
+
+#include "DialogDriver.h"
+#include "EditExpirationRuleDialog.h"
+#include "FaultRun.h"
+#include "Recorder.h"
+#include "Reports.h"
+#include "resource.h"
+
+namespace editor_faults_test {
+namespace {
+
+using test_support::FakeHost;
+using test_support::Fault;
+using test_support::HostRule;
+using zd_expiration_rule_plugin::CEditExpirationRuleDialog;
+
+constexpr long stored_id = 5;
+
+StorageBlock block_of(FakeHost& host) {
+  StorageBlock block;
+  const test_support::DispatchPtr object = host.storage();
+  block.storage = platform::query<IkvStorage>(object);
+  block.rules = platform::query<IkvExpirationRuleService>(object);
+  return block;
+}
+
+/// Answers the editor with a name and OK, once, and whatever box comes up with its button; a second time it cancels.
+class Clerk {
+ public:
+  explicit Clerk(const std::wstring& name) : name_(name) {}
+
+  void answer(HWND dialog) {
+    const bool is_editor = GetDlgItem(dialog, IDC_OFFSET) != nullptr;
+    if (!is_editor) {
+      PostMessageW(dialog, WM_COMMAND, GetDlgCtrlID(GetWindow(dialog, GW_CHILD)), 0);
+    } else if (saved_) {
+      PostMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
+    } else {
+      saved_ = true;
+      SetDlgItemTextW(dialog, IDC_NAME, name_.c_str());
+      PostMessageW(dialog, WM_COMMAND, IDOK, 0);
+    }
+  }
+
+ private:
+  std::wstring name_;
+  bool saved_ = false;
+};
+
+/// Opens the editor and saves under `name`. Answers the exception's HRESULT when the host does not let it open.
+HRESULT save_as(StorageBlock& block, long rule_id, const std::wstring& name) {
+  Clerk clerk(name);
+  const test_support::DialogDriver driver([&](HWND dialog) { clerk.answer(dialog); });
+  try {
+    CEditExpirationRuleDialog dialog(&block, rule_id);
+    const INT_PTR result = dialog.DoModal(nullptr);
+    EXPECT_TRUE(result == IDOK || result == IDCANCEL) << result;
+    return S_OK;
+  } catch (const _com_error& error) {
+    return error.Error();
+  }
+}
+
+class EditorFaults : public testing::TestWithParam<Fault> {
+ protected:
+  test_support::Recorder recorder;
+};
+
+TEST_P(EditorFaults, InEditingNeverCrashLeakOrTearARule) {
+  const auto failed = test_support::fail_each_call(GetParam(), [](FakeHost& host, const std::function<void()>& arm) {
+    const HostRule other{9, L"Copper", 1, 1, 1, 9, 2, 5, 6, 2, 1};
+    host.rules() = {{stored_id, L"IF"}, other};
+    StorageBlock block = block_of(host);
+    arm();
+    save_as(block, stored_id, L"IF 2");
+    ASSERT_GE(host.rules().size(), 2u);
+    EXPECT_TRUE(host.rules()[0].name == L"IF" || host.rules()[0].name == L"IF 2");
+    EXPECT_EQ(stored_id, host.rules()[0].id);
+    EXPECT_EQ(other, host.rules()[1]);
+  });
+  RecordProperty("failed_calls", static_cast<int>(failed));
+  EXPECT_GT(failed, 40u);
+}
+
+TEST_P(EditorFaults, InAddingNeverCrashLeakOrTearARule) {
+  const auto failed = test_support::fail_each_call(GetParam(), [](FakeHost& host, const std::function<void()>& arm) {
+    const HostRule other{9, L"Copper", 1, 1, 1, 9, 2, 5, 6, 2, 1};
+    host.rules() = {other};
+    StorageBlock block = block_of(host);
+    arm();
+    save_as(block, 0, L"new");
+    ASSERT_LE(host.rules().size(), 2u);
+    EXPECT_EQ(other, host.rules()[0]);
+  });
+  RecordProperty("failed_calls", static_cast<int>(failed));
+  EXPECT_GT(failed, 60u);
+}
+
+INSTANTIATE_TEST_SUITE_P(Each, EditorFaults, testing::ValuesIn(test_support::every_fault()));
+
+TEST(EditorFailure, ToMakeTheTableOrTheFilterIsThrownByTheConstructor) {
+  const test_support::Recorder recorder;
+  FakeHost host;
+  StorageBlock block = block_of(host);
+  for (const char* creation : {"kvTable::CreateInstance", "kvRuleFilter::CreateInstance"}) {
+    host.calls().fail(creation, {E_OUTOFMEMORY});
+    EXPECT_EQ(E_OUTOFMEMORY, save_as(block, stored_id, L"IF"));
+  }
+  host.calls().fail("kvTable::CreateInstance", {E_OUTOFMEMORY});
+  EXPECT_EQ(E_POINTER, save_as(block, 0, L"new"));
+  EXPECT_THAT(test_support::reports(recorder), testing::IsEmpty());
+}
+
+}  // namespace
+}  // namespace editor_faults_test

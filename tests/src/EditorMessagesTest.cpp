@@ -1,0 +1,146 @@
+#include "EditorTest.h"
+#include "ModuleInstance.h"
+
+namespace editor_test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+class EditorMessages : public EditorTest {
+ protected:
+  void with_editor(const std::function<void(Editor&)>& act) {
+    EXPECT_EQ(IDCANCEL, edit([&](Editor& editor) {
+                act(editor);
+                editor.cancel();
+              }));
+  }
+
+  static DLGPROC procedure_of(const Editor& editor) {
+    return reinterpret_cast<DLGPROC>(GetWindowLongPtrW(editor.window(), DWLP_DLGPROC));
+  }
+};
+
+TEST_F(EditorMessages, ClicksOfTheRadiosAndTheCheckBoxAreHandled) {
+  with_editor([](Editor& editor) {
+    for (const int id : {IDC_DAY_OF_MONTH_MODE, IDC_WEEKDAY_MODE, IDC_MOVE_TO_NEXT_TRADING_DAY}) {
+      EXPECT_TRUE(editor.handles_command(id, BN_CLICKED)) << id;
+      EXPECT_FALSE(editor.handles_command(id, BN_DOUBLECLICKED)) << id;
+      EXPECT_FALSE(editor.handles_command(id, BN_SETFOCUS)) << id;
+    }
+  });
+}
+
+TEST_F(EditorMessages, NewSelectionsOfTheCombosAreHandled) {
+  with_editor([](Editor& editor) {
+    for (const int id : combos) {
+      EXPECT_TRUE(editor.handles_command(id, CBN_SELCHANGE)) << id;
+      for (const int other : {CBN_DBLCLK, CBN_SETFOCUS, CBN_KILLFOCUS, CBN_DROPDOWN, CBN_CLOSEUP, CBN_SELENDOK}) {
+        EXPECT_FALSE(editor.handles_command(id, other)) << id << " " << other;
+      }
+    }
+  });
+}
+
+TEST_F(EditorMessages, OtherCommandsOfOkAndCancelAreNotHandled) {
+  with_editor([](Editor& editor) {
+    for (const int id : {IDOK, IDCANCEL}) EXPECT_FALSE(editor.handles_command(id, BN_DOUBLECLICKED)) << id;
+    EXPECT_TRUE(IsWindowVisible(editor.window()));
+  });
+}
+
+TEST_F(EditorMessages, CommandsOfOtherControlsAreNotHandled) {
+  with_editor([](Editor& editor) {
+    for (const int id : {IDC_NAME, IDC_OFFSET}) {
+      for (const int code : {EN_CHANGE, EN_UPDATE, EN_MAXTEXT}) EXPECT_FALSE(editor.handles_command(id, code)) << id;
+    }
+    EXPECT_FALSE(editor.handles_command(IDC_DESCRIPTION, STN_CLICKED));
+    EXPECT_FALSE(editor.handles_command(999, BN_CLICKED));
+  });
+}
+
+TEST_F(EditorMessages, EverythingElseIsNotHandled) {
+  with_editor([](Editor& editor) {
+    for (const UINT message : {WM_SIZE, WM_TIMER, WM_NOTIFY, WM_CLOSE, WM_USER + 6, WM_USER + 8, WM_NULL}) {
+      EXPECT_FALSE(editor.handles(message, 0, 0)) << message;
+    }
+  });
+}
+
+TEST_F(EditorMessages, AnotherMessageMapIsAnAssertion) {
+  with_editor([this](Editor& editor) {
+    LRESULT result = 0;
+    EXPECT_FALSE(editor.dialog().ProcessWindowMessage(editor.window(), WM_COMMAND, IDOK, 0, result, 1));
+    EXPECT_THAT(reports(), ElementsAre(StartsWith("ASSERT")));
+    EXPECT_TRUE(IsWindowVisible(editor.window()));
+  });
+}
+
+TEST_F(EditorMessages, BeforeTheDialogIsBoundGoTheDefaultWay) {
+  with_editor([this](Editor& editor) {
+    HWND stranger =
+        CreateWindowW(L"#32770", L"", WS_POPUP, 0, 0, 10, 10, nullptr, nullptr, platform::module_instance(), nullptr);
+    for (const UINT message : {WM_COMMAND, WM_VSCROLL, WM_SETFONT, WM_NCDESTROY}) {
+      EXPECT_EQ(FALSE, procedure_of(editor)(stranger, message, IDOK, 0));
+    }
+    DestroyWindow(stranger);
+    EXPECT_TRUE(IsWindowVisible(editor.window()));
+    EXPECT_THAT(reports(), IsEmpty());
+  });
+}
+
+TEST_F(EditorMessages, AfterTheLastOneGoTheDefaultWay) {
+  CEditExpirationRuleDialog dialog(&block, stored_id);
+  DLGPROC procedure = nullptr;
+  HWND gone = nullptr;
+  test_support::with_dialog([&] { dialog.DoModal(nullptr); },
+                            [&](HWND window) {
+                              const Editor editor(window, dialog);
+                              procedure = procedure_of(editor);
+                              gone = window;
+                              editor.cancel();
+                            });
+  EXPECT_FALSE(IsWindow(gone));
+  EXPECT_EQ(nullptr, dialog.m_hWnd);
+  for (const UINT message : {WM_COMMAND, WM_VSCROLL, WM_NCDESTROY}) {
+    EXPECT_EQ(FALSE, procedure(gone, message, IDOK, 0));
+  }
+  EXPECT_THAT(reports(), IsEmpty());
+}
+
+TEST_F(EditorMessages, OfATornDownOffsetEditDoNoHarm) {
+  with_editor([](Editor& editor) {
+    DestroyWindow(editor.item(IDC_OFFSET));
+    SendMessageW(editor.window(), WM_VSCROLL, MAKEWPARAM(SB_THUMBTRACK, 3),
+                 reinterpret_cast<LPARAM>(editor.item(IDC_OFFSET_SPIN)));
+    SendMessageW(editor.window(), WM_USER + 7, 0, 0);
+    EXPECT_TRUE(IsWindowVisible(editor.window()));
+  });
+  EXPECT_THAT(reports(), testing::Contains(StartsWith("ASSERT ::IsWindow(m_hWnd) | ")));
+}
+
+TEST_F(EditorMessages, OfATornDownComboAreAssertedAndSaveMinusOneOrNothing) {
+  EXPECT_EQ(IDOK, edit([](Editor& editor) {
+              DestroyWindow(editor.item(IDC_WEEKDAY));
+              editor.ok();
+            }));
+  EXPECT_THAT(reports(), testing::Contains(StartsWith("ASSERT ::IsWindow(Combo.m_hWnd) | ")));
+}
+
+TEST_F(EditorMessages, EndingIsSafeWhenTheWindowIsDestroyedFromOutside) {
+  CEditExpirationRuleDialog dialog(&block, stored_id);
+  test_support::with_dialog([&] { dialog.DoModal(nullptr); }, [](HWND window) { DestroyWindow(window); });
+  EXPECT_EQ(nullptr, dialog.m_hWnd);
+}
+
+TEST_F(EditorMessages, DialogCanBeShownTwiceAndItsFontIsMadeOnlyOnce) {
+  CEditExpirationRuleDialog dialog(&block, stored_id);
+  for (int round = 0; round < 2; ++round) {
+    test_support::with_dialog([&] { dialog.DoModal(nullptr); }, [&](HWND window) { Editor(window, dialog).cancel(); });
+  }
+  EXPECT_THAT(reports(), ElementsAre("ASSERT m_hFont == 0 | EditExpirationRuleDialog.cpp:* prepare_description"));
+}
+
+}  // namespace
+}  // namespace editor_test

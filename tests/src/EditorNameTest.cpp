@@ -1,0 +1,245 @@
+#include "EditorTest.h"
+
+namespace editor_test {
+namespace {
+
+using testing::Each;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+const std::wstring only_letters_digits_spaces = L"名称只允许包括数字，字母和空格。";
+const std::wstring empty_name = L"名称不能为空。";
+const std::wstring name_exists = L"该名称的到期规则已存在。";
+
+class EditorName : public EditorTest {
+ protected:
+  EditorName() { host.rules().push_back({9, L"Copper"}); }
+
+  /// Enters a name, expects the message and cancels.
+  void expect_refused(const std::wstring& name, const std::wstring& message, long rule_id = stored_id) {
+    const auto before = host.rules();
+    EXPECT_EQ(IDCANCEL, edit(rule_id, [&](Editor& editor) {
+                editor.enter(IDC_NAME, name);
+                EXPECT_EQ(message, editor.refused_ok().text);
+                EXPECT_EQ(name, editor.text(IDC_NAME));
+                editor.cancel();
+              }));
+    EXPECT_EQ(before, host.rules());
+  }
+  void expect_saved(const std::wstring& name, long rule_id = stored_id) {
+    EXPECT_EQ(IDOK, edit(rule_id, [&](Editor& editor) {
+                editor.enter(IDC_NAME, name);
+                editor.ok();
+              }));
+    EXPECT_EQ(name, rule_id == stored_id ? rule().name : host.rules().back().name);
+  }
+};
+
+TEST_F(EditorName, EmptyIsRefusedBeforeTheStorageIsConsulted) {
+  edit([&](Editor& editor) {
+    editor.enter(IDC_NAME, L"");
+    host.calls().forget();
+    EXPECT_EQ(empty_name, editor.refused_ok().text);
+    EXPECT_THAT(host.calls().all(), IsEmpty());
+    editor.cancel();
+  });
+}
+
+TEST_F(EditorName, RefusalIsAMessageBoxOverTheDialogAndMovesTheFocusToTheName) {
+  edit([&](Editor& editor) {
+    editor.enter(IDC_NAME, L"A-B");
+    SetFocus(editor.item(IDC_OFFSET));
+    HWND owner = nullptr;
+    test_support::with_dialog([&] { editor.ok(); },
+                              [&](HWND box) {
+                                owner = GetWindow(box, GW_OWNER);
+                                test_support::press(VK_RETURN);
+                              });
+    EXPECT_EQ(editor.window(), owner);
+    EXPECT_EQ(editor.item(IDC_NAME), GetFocus());
+    EXPECT_EQ(L"A-B", editor.text(IDC_NAME));
+    DWORD start = 0;
+    DWORD end = 0;
+    SendDlgItemMessageW(editor.window(), IDC_NAME, EM_GETSEL, reinterpret_cast<WPARAM>(&start),
+                        reinterpret_cast<LPARAM>(&end));
+    EXPECT_EQ(start, end) << "the name is not selected";
+    editor.cancel();
+  });
+}
+
+TEST_F(EditorName, RefusalShowsTheCaptionAnExclamationMarkAndOneButton) {
+  edit([&](Editor& editor) {
+    editor.enter(IDC_NAME, L"");
+    const auto box = editor.refused_ok();
+    EXPECT_EQ(L"到期规则", box.caption);
+    EXPECT_EQ(1, box.buttons);
+    EXPECT_EQ(LoadIconW(nullptr, IDI_EXCLAMATION), box.icon);
+    editor.cancel();
+  });
+}
+
+TEST_F(EditorName, CanBeCorrectedAfterARefusal) {
+  EXPECT_EQ(IDOK, edit([&](Editor& editor) {
+              editor.enter(IDC_NAME, L"Copper");
+              EXPECT_EQ(name_exists, editor.refused_ok().text);
+              editor.enter(IDC_NAME, L"Copper 2");
+              editor.ok();
+            }));
+  EXPECT_EQ(L"Copper 2", rule().name);
+}
+
+TEST_F(EditorName, OfOneSpaceIsSaved) { expect_saved(L" "); }
+
+TEST_F(EditorName, WithAnAsteriskIsSaved) { expect_saved(L"A*B"); }
+
+TEST_F(EditorName, WithAHyphenAnUnderscoreOrAPointIsRefused) {
+  for (const wchar_t* name : {L"A-B", L"A_B", L"A.B"}) expect_refused(name, only_letters_digits_spaces);
+}
+
+TEST_F(EditorName, WithOtherScriptsIsRefused) { expect_refused(L"铜", only_letters_digits_spaces); }
+
+TEST_F(EditorName, IsNotTrimmed) { expect_saved(L"  a  "); }
+
+TEST_F(EditorName, OfAnotherRuleIsRefused) {
+  expect_refused(L"Copper", name_exists);
+  expect_refused(L"Copper", name_exists, 0);
+}
+
+TEST_F(EditorName, ThatDiffersFromAnotherByLetterCaseIsSaved) { expect_saved(L"copper"); }
+
+TEST_F(EditorName, ThatOnlyStartsLikeAnotherIsSaved) {
+  expect_saved(L"Coppe");
+  expect_saved(L"Copper ");
+}
+
+TEST_F(EditorName, ThatIsUnchangedPassesItsOwnRow) {
+  save_unchanged();
+  EXPECT_EQ(L"IF", rule().name);
+  EXPECT_EQ(1u, host.calls().all("IkvExpirationRuleService::update_rule").size());
+}
+
+TEST_F(EditorName, ThatExistsAndHoldsABadCharacterIsRefusedAsADuplicate) {
+  host.rules().back().name = L"A-B";
+  expect_refused(L"A-B", name_exists);
+}
+
+TEST_F(EditorName, SearchEndsAtTheFirstEqualRow) {
+  host.rules() = {{9, L"Copper"}, {10, L"Copper"}, {stored_id, L"IF"}};
+  edit([&](Editor& editor) {
+    editor.enter(IDC_NAME, L"Copper");
+    host.calls().forget();
+    editor.refused_ok();
+    EXPECT_THAT(host.calls().all("IkvTable::MoveNext"), IsEmpty());
+    editor.cancel();
+  });
+}
+
+TEST_F(EditorName, SearchReadsAllRulesRowByRow) {
+  edit([&](Editor& editor) {
+    editor.enter(IDC_NAME, L"new");
+    host.calls().forget();
+    editor.ok();
+  });
+  EXPECT_THAT(std::vector<std::string>(host.calls().all().begin() + 2, host.calls().all().begin() + 15),
+              ElementsAre("kvTable::CreateInstance(IkvTable)", "kvRuleFilter::CreateInstance(IkvRuleFilter)",
+                          "IkvRuleFilter::SetRuleID(0)", "IkvExpirationRuleService::load_rules(object, object)",
+                          "IkvTable::MoveFirst", "IkvTable::IsEOF", "IkvTable::GetFieldByID(1077)",
+                          "IkvField::GetText(1077)", "IkvTable::MoveNext", "IkvTable::IsEOF",
+                          "IkvTable::GetFieldByID(1077)", "IkvField::GetText(1077)", "IkvTable::MoveNext"));
+}
+
+TEST_F(EditorName, OfANewRuleIsTheDefaultAndThatIsRefusedForItsCharacters) {
+  edit(0, [&](Editor& editor) {
+    EXPECT_EQ(only_letters_digits_spaces, editor.refused_ok().text);
+    editor.cancel();
+  });
+}
+
+TEST_F(EditorName, OfANewRuleThatAnotherBearsAlreadyIsADuplicate) {
+  host.rules().back().name = L"新规则";
+  edit(0, [&](Editor& editor) {
+    EXPECT_EQ(name_exists, editor.refused_ok().text);
+    editor.cancel();
+  });
+}
+
+TEST_F(EditorName, OfARuleWithANegativeNumberFindsItsOwnRowAsADuplicate) {
+  host.rules().push_back({-3, L"odd"});
+  edit(-3, [&](Editor& editor) {
+    EXPECT_EQ(name_exists, editor.refused_ok().text);
+    editor.cancel();
+  });
+}
+
+TEST_F(EditorName, IsNotEqualToARowWithoutAName) {
+  host.rules().back().name.reset();
+  expect_saved(L"Copper");
+  EXPECT_THAT(reports(), IsEmpty());
+}
+
+TEST_F(EditorName, FromTheStorageThatHoldsABadCharacterMustBeCorrectedBeforeItIsSaved) {
+  rule().name = L"IF\x0001";
+  edit([&](Editor& editor) {
+    EXPECT_EQ(only_letters_digits_spaces, editor.refused_ok().text);
+    EXPECT_EQ(L"IF\x0001", editor.text(IDC_NAME));
+    editor.cancel();
+  });
+  EXPECT_EQ(L"IF\x0001", rule().name);
+}
+
+TEST_F(EditorName, FromTheStorageIsSavedUnitByUnit) {
+  const std::wstring names[] = {std::wstring(63, L'W'), std::wstring(100, L'W'), L"a\tb\vc\fd", L"***", L"  "};
+  for (const std::wstring& name : names) {
+    rule().name = name;
+    save_unchanged();
+    EXPECT_EQ(name, rule().name);
+  }
+}
+
+TEST_F(EditorName, IsTakenAsUniqueWhenTheStorageFails) {
+  const char* const steps[] = {"IkvTable::MoveFirst", "IkvTable::IsEOF", "IkvTable::GetFieldByID(1077)",
+                               "IkvField::GetText(1077)", "IkvTable::MoveNext"};
+  for (const char* step : steps) {
+    SCOPED_TRACE(step);
+    host.rules() = {{stored_id, L"IF"}, {9, L"Copper"}};
+    recorder.reset();
+    EXPECT_EQ(IDOK, edit([&](Editor& editor) {
+                editor.enter(IDC_NAME, L"Copper");
+                host.calls().fail(step, {RPC_E_DISCONNECTED});
+                editor.ok();
+              }));
+    EXPECT_THAT(reports(), ElementsAre("ASSERT 80010108 | EditExpirationRuleDialog.cpp:* find_same_name",
+                                       "TRACE HRESULT - 80010108; FILE - EditExpirationRuleDialog.cpp, LINE - * | "
+                                       "EditExpirationRuleDialog.cpp:* is_expiration_rule_name_not_unique"));
+    EXPECT_EQ(L"Copper", rule().name);
+  }
+}
+
+TEST_F(EditorName, IsTakenAsUniqueWhenNoTableCanBeMade) {
+  for (const char* creation : {"kvTable::CreateInstance", "kvRuleFilter::CreateInstance"}) {
+    recorder.reset();
+    rule().name = L"IF";
+    EXPECT_EQ(IDOK, edit([&](Editor& editor) {
+                editor.enter(IDC_NAME, L"Copper");
+                host.calls().fail(creation, {E_OUTOFMEMORY});
+                editor.ok();
+              }));
+    EXPECT_THAT(reports(), ElementsAre("TRACE HRESULT - 8007000e; FILE - EditExpirationRuleDialog.cpp, LINE - * | "
+                                       "EditExpirationRuleDialog.cpp:* is_expiration_rule_name_not_unique"));
+    EXPECT_EQ(L"Copper", rule().name);
+  }
+}
+
+TEST_F(EditorName, IsComparedWithNoRowOfATableThatCannotBeLoaded) {
+  EXPECT_EQ(IDOK, edit([&](Editor& editor) {
+              editor.enter(IDC_NAME, L"Copper");
+              host.calls().fail("IkvExpirationRuleService::load_rules", {E_FAIL});
+              editor.ok();
+            }));
+  EXPECT_EQ(L"Copper", rule().name);
+  EXPECT_THAT(reports(), IsEmpty());
+}
+
+}  // namespace
+}  // namespace editor_test

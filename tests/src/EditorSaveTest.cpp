@@ -1,0 +1,213 @@
+#include "EditorTest.h"
+
+namespace editor_test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class EditorSave : public EditorTest {
+ protected:
+  std::vector<std::string> saved() const { return host_calls("IkvExpirationRuleService::update_rule"); }
+  std::vector<std::string> added() const { return host_calls("IkvExpirationRuleService::add_rule"); }
+
+  /// Makes a new rule of this name and saves it. Answers the number by which the dialog knows it afterwards.
+  long add(const std::wstring& name) {
+    CEditExpirationRuleDialog dialog(&block, 0);
+    INT_PTR result = 0;
+    test_support::with_dialog([&] { result = dialog.DoModal(nullptr); },
+                              [&](HWND window) {
+                                const Editor editor(window, dialog);
+                                editor.enter(IDC_NAME, name);
+                                editor.ok();
+                              });
+    EXPECT_EQ(IDOK, result);
+    return dialog.rule_id();
+  }
+
+ private:
+  std::vector<std::string> host_calls(const char* prefix) const {
+    return const_cast<EditorSave*>(this)->host.calls().all(prefix);
+  }
+};
+
+TEST_F(EditorSave, RewritesTheWholeRuleInTheOrderOfTheRecord) {
+  rule() = {stored_id, L"IF", 3, 1, 1, 15, 2, 4, 5, 0, 1};
+  const HostRule before = rule();
+  save_unchanged();
+  EXPECT_THAT(saved(), ElementsAre("IkvExpirationRuleService::update_rule(5, \"IF\", 3, 1, 1, 15, 2, 4, 5, 0, 1)"));
+  EXPECT_EQ(before, rule());
+  EXPECT_THAT(added(), IsEmpty());
+  EXPECT_THAT(reports(), IsEmpty());
+}
+
+TEST_F(EditorSave, WritesWhatTheControlsHold) {
+  EXPECT_EQ(IDOK, edit([](Editor& editor) {
+              editor.enter(IDC_NAME, L"IF 2");
+              editor.enter(IDC_OFFSET, L"12");
+              editor.choose(IDC_DAY_OF_MONTH, 30);
+              editor.choose(IDC_DAY_MONTH, 0);
+              editor.click(IDC_WEEKDAY_MODE);
+              editor.choose(IDC_WEEK_ORDINAL, 4);
+              editor.choose(IDC_WEEKDAY, 6);
+              editor.choose(IDC_WEEKDAY_MONTH, 2);
+              editor.click(IDC_MOVE_TO_NEXT_TRADING_DAY);
+              editor.ok();
+            }));
+  EXPECT_THAT(saved(), ElementsAre("IkvExpirationRuleService::update_rule(5, \"IF 2\", 12, 0, 1, 31, 0, 5, 6, 2, 1)"));
+}
+
+TEST_F(EditorSave, StoresBothDayGroupsInEitherMode) {
+  rule() = {stored_id, L"IF", 0, 0, 1, 20, 2, 3, 4, 0, 0};
+  save_unchanged();
+  EXPECT_THAT(saved(), ElementsAre("IkvExpirationRuleService::update_rule(5, \"IF\", 0, 0, 1, 20, 2, 3, 4, 0, 0)"));
+  EXPECT_EQ(IDOK, edit([](Editor& editor) {
+              editor.click(IDC_DAY_OF_MONTH_MODE);
+              editor.ok();
+            }));
+  EXPECT_EQ("IkvExpirationRuleService::update_rule(5, \"IF\", 0, 0, 0, 20, 2, 3, 4, 0, 0)", saved().back());
+}
+
+TEST_F(EditorSave, StoresMinusOneForAChoiceThatWasNotMade) {
+  rule() = {stored_id, L"IF", 0, 7, 0, 32, 3, 0, 7, -2, 0};
+  save_unchanged();
+  EXPECT_THAT(saved(),
+              ElementsAre("IkvExpirationRuleService::update_rule(5, \"IF\", 0, -1, 0, -1, -1, -1, -1, -1, 0)"));
+}
+
+TEST_F(EditorSave, StoresDayMode2AsTheWeekdayMode) {
+  rule().day_mode = 2;
+  save_unchanged();
+  EXPECT_EQ(1, rule().day_mode);
+}
+
+TEST_F(EditorSave, StoresAFlagOf2AsClearUnlessItIsTicked) {
+  rule().move_to_next_trading_day = 2;
+  save_unchanged();
+  EXPECT_EQ(0, rule().move_to_next_trading_day);
+  rule().move_to_next_trading_day = 2;
+  edit([](Editor& editor) {
+    editor.click(IDC_MOVE_TO_NEXT_TRADING_DAY);
+    editor.ok();
+  });
+  EXPECT_EQ(1, rule().move_to_next_trading_day);
+}
+
+TEST_F(EditorSave, AddsANewRuleWithTheDefaultsAndTheHostsDayMode) {
+  for (const long host_mode : {0L, 1L}) {
+    host.new_row()[1080] = host_mode;
+    const std::wstring name = L"new " + std::to_wstring(host_mode);
+    add(name);
+    EXPECT_EQ((HostRule{stored_id + 1 + host_mode, name, 0, 0, host_mode, 1, 1, 1, 1, 1, 0}), host.rules().back());
+  }
+  EXPECT_THAT(saved(), IsEmpty());
+  EXPECT_THAT(reports(), IsEmpty());
+}
+
+TEST_F(EditorSave, TellsTheNumberOfTheAddedRule) {
+  EXPECT_EQ(6, add(L"new"));
+  EXPECT_THAT(added(), ElementsAre("IkvExpirationRuleService::add_rule(\"new\", 0, 0, 0, 1, 1, 1, 1, 1, 0)"));
+  EXPECT_EQ(1u, host.calls().all("IkvField::SetLong(1025, 6)").size());
+}
+
+TEST_F(EditorSave, TellsZeroWhenTheHostGivesNoNumber) {
+  host.calls().fail("IkvExpirationRuleService::add_rule", {S_OK, Fault::Out::untouched});
+  EXPECT_EQ(0, add(L"new"));
+}
+
+TEST_F(EditorSave, ThatTheStoreRefusesToAddIsReportedAndClosesTheDialog) {
+  host.calls().fail("IkvExpirationRuleService::add_rule", {E_ACCESSDENIED});
+  EXPECT_EQ(0, add(L"new"));
+  EXPECT_EQ(1u, host.rules().size());
+  EXPECT_THAT(reports(), ElementsAre("ASSERT 80070005 | EditExpirationRuleDialog.cpp:* save_rule",
+                                     "TRACE HRESULT - 80070005; FILE - EditExpirationRuleDialog.cpp, LINE - * | "
+                                     "EditExpirationRuleDialog.cpp:* flush_data_to_database"));
+  EXPECT_THAT(host.calls().all("IkvField::SetLong(1025"), IsEmpty()) << "the number stays unset";
+}
+
+TEST_F(EditorSave, ThatTheStoreRefusesIsReportedLeavesTheOldDataAndClosesTheDialog) {
+  const HostRule before = rule();
+  host.calls().fail("IkvExpirationRuleService::update_rule", {HRESULT_FROM_WIN32(ERROR_DISK_FULL)});
+  EXPECT_EQ(IDOK, edit([](Editor& editor) {
+              editor.enter(IDC_OFFSET, L"9");
+              editor.ok();
+            }));
+  EXPECT_EQ(before, rule());
+  EXPECT_THAT(reports(), ElementsAre("ASSERT 80070070 | EditExpirationRuleDialog.cpp:* save_rule",
+                                     "TRACE HRESULT - 80070070; FILE - EditExpirationRuleDialog.cpp, LINE - * | "
+                                     "EditExpirationRuleDialog.cpp:* flush_data_to_database"));
+}
+
+TEST_F(EditorSave, OtherSuccessesOfTheStorePass) {
+  host.calls().fail("IkvExpirationRuleService::update_rule", {S_FALSE, Fault::Out::given});
+  save_unchanged();
+  EXPECT_THAT(reports(), IsEmpty());
+}
+
+TEST_F(EditorSave, WithoutARuleServiceIsReported) {
+  EXPECT_EQ(IDOK, edit([this](Editor& editor) {
+              block.rules = nullptr;
+              editor.ok();
+            }));
+  EXPECT_THAT(reports(), ElementsAre("TRACE HRESULT - 80004003; FILE - EditExpirationRuleDialog.cpp, LINE - * | "
+                                     "EditExpirationRuleDialog.cpp:* is_expiration_rule_name_not_unique",
+                                     "TRACE HRESULT - 80004003; FILE - EditExpirationRuleDialog.cpp, LINE - * | "
+                                     "EditExpirationRuleDialog.cpp:* flush_data_to_database"));
+}
+
+TEST_F(EditorSave, OfARuleThatIsGoneAddsItAnew) {
+  EXPECT_EQ(IDOK, edit(77, [](Editor& editor) {
+              editor.enter(IDC_NAME, L"back");
+              editor.ok();
+            }));
+  EXPECT_EQ(L"back", host.rules().back().name);
+  EXPECT_EQ(1u, added().size());
+}
+
+TEST_F(EditorSave, IsWhatTheEnterKeyDoes) {
+  EXPECT_EQ(IDOK, edit([](Editor& editor) {
+              editor.enter(IDC_OFFSET, L"9");
+              test_support::press(VK_RETURN);
+            }));
+  EXPECT_EQ(9, rule().roll_offset);
+}
+
+TEST_F(EditorSave, IsNotWhatCancelTheEscapeKeyAndTheCloseBoxDo) {
+  const auto before = host.rules();
+  const std::function<void(Editor&)> ways_out[] = {
+      [](Editor& editor) { editor.cancel(); },
+      [](Editor&) { test_support::press(VK_ESCAPE); },
+      [](Editor& editor) {
+        SendMessageW(editor.window(), WM_SYSCOMMAND, SC_CLOSE, 0);
+        test_support::settle();
+      },
+  };
+  for (const auto& leave : ways_out) {
+    for (const long rule_id : {stored_id, 0L}) {
+      EXPECT_EQ(IDCANCEL, edit(rule_id, [&](Editor& editor) {
+                  editor.enter(IDC_NAME, L"changed");
+                  editor.enter(IDC_OFFSET, L"9");
+                  leave(editor);
+                }));
+    }
+  }
+  EXPECT_EQ(before, host.rules());
+  EXPECT_THAT(saved(), IsEmpty());
+  EXPECT_THAT(added(), IsEmpty());
+}
+
+TEST_F(EditorSave, IsNotDoneBeforeOk) {
+  EXPECT_EQ(IDOK, edit([this](Editor& editor) {
+              host.calls().forget();
+              editor.enter(IDC_NAME, L"changed");
+              editor.enter(IDC_OFFSET, L"9");
+              editor.click(IDC_WEEKDAY_MODE);
+              editor.choose(IDC_WEEKDAY, 6);
+              editor.click(IDC_MOVE_TO_NEXT_TRADING_DAY);
+              EXPECT_THAT(host.calls().all(), IsEmpty());
+              editor.ok();
+            }));
+}
+
+}  // namespace
+}  // namespace editor_test

@@ -1,0 +1,56 @@
+#include "FaultRun.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+
+namespace test_support {
+namespace {
+
+std::string described(const Fault& fault) {
+  const char* const outs[] = {"untouched", "null", "given"};
+  char text[32] = {};
+  std::snprintf(text, sizeof text, "%08lx, out %s", static_cast<unsigned long>(fault.result),
+                outs[static_cast<int>(fault.out)]);
+  return text;
+}
+
+}  // namespace
+
+const std::vector<Fault>& every_fault() {
+  using Out = Fault::Out;
+  static const std::vector<Fault> faults = {{E_FAIL, Out::untouched},
+                                            {E_FAIL, Out::null},
+                                            {E_OUTOFMEMORY, Out::untouched},
+                                            {E_NOINTERFACE, Out::null},
+                                            {RPC_E_DISCONNECTED, Out::untouched},
+                                            {S_FALSE, Out::untouched},
+                                            {S_FALSE, Out::null},
+                                            {S_FALSE, Out::given},
+                                            {S_OK, Out::untouched},
+                                            {S_OK, Out::null}};
+  return faults;
+}
+
+std::size_t fail_each_call(const Fault& fault,
+                           const std::function<void(FakeHost& host, const std::function<void()>& arm)>& scenario) {
+  for (std::size_t number = 1;; ++number) {
+    FakeHost host;
+    scenario(host, [&] {
+      host.record_queries(true);
+      host.calls().forget();
+      host.calls().fail_number(number, fault);
+    });
+    const std::vector<std::string>& calls = host.calls().all();
+    const bool struck = number <= calls.size();
+    for (const std::string& object : host.living()) ADD_FAILURE() << "not released: " << object;
+    if (testing::Test::HasFailure()) {
+      ADD_FAILURE() << "when call " << number << " fails: " << (struck ? calls[number - 1] : "none") << " with "
+                    << described(fault);
+      return number - 1;
+    }
+    if (!struck) return number - 1;
+  }
+}
+
+}  // namespace test_support

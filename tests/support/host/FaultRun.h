@@ -1,0 +1,19 @@
+#pragma once
+
+#include <functional>
+
+#include "FakeHost.h"
+
+namespace test_support {
+
+/// What a host can answer instead of doing its work.
+const std::vector<Fault>& every_fault();
+
+/// Runs `scenario` again and again on a new host, and each time has another call of the host fail: the first, the
+/// second and so on, until a run makes fewer calls. The scenario calls `arm` when the calls are to count from,
+/// `QueryInterface` among them. Everything must be released after each run. Stops at the first failure and names the
+/// call. Answers how many calls have been failed.
+std::size_t fail_each_call(const Fault& fault,
+                           const std::function<void(FakeHost& host, const std::function<void()>& arm)>& scenario);
+
+}  // namespace test_support
