@@ -203,7 +203,6 @@ TEST_F(EditorName, IsTakenAsUniqueWhenTheStorageFails) {
   for (const char* step : steps) {
     SCOPED_TRACE(step);
     host.rules() = {{stored_id, L"IF"}, {9, L"Copper"}};
-    recorder.reset();
     EXPECT_EQ(IDOK, edit([&](Editor& editor) {
                 editor.enter(IDC_NAME, L"Copper");
                 host.calls().fail(step, {RPC_E_DISCONNECTED});
@@ -218,7 +217,6 @@ TEST_F(EditorName, IsTakenAsUniqueWhenTheStorageFails) {
 
 TEST_F(EditorName, IsTakenAsUniqueWhenNoTableCanBeMade) {
   for (const char* creation : {"kvTable::CreateInstance", "kvRuleFilter::CreateInstance"}) {
-    recorder.reset();
     rule().name = L"IF";
     EXPECT_EQ(IDOK, edit([&](Editor& editor) {
                 editor.enter(IDC_NAME, L"Copper");

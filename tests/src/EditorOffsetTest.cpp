@@ -3,6 +3,7 @@
 namespace editor_test {
 namespace {
 
+using testing::ElementsAre;
 using testing::IsEmpty;
 
 std::wstring sentence_with_offset(const std::wstring& offset) {
@@ -199,6 +200,7 @@ TEST_F(EditorOffset, ScrollPositionIsSigned) {
     EXPECT_TRUE(editor.handles(WM_VSCROLL, MAKEWPARAM(SB_THUMBPOSITION, 0xFFFF), spin));
     EXPECT_EQ(L"-1", editor.text(IDC_OFFSET));
   });
+  EXPECT_THAT(reports(), ElementsAre(offset_is_not_the_spins));
 }
 
 TEST_F(EditorOffset, OtherScrollMessagesAreIgnored) {
@@ -238,14 +240,15 @@ TEST_F(EditorOffset, StoredOutsideTheRangeIsSavedAsTheSpinHoldsIt) {
   rule().roll_offset = -1;
   save_unchanged();
   EXPECT_EQ(0, rule().roll_offset);
+  EXPECT_THAT(reports(), ElementsAre(offset_is_not_the_spins, offset_is_not_the_spins));
 }
 
 TEST_F(EditorOffset, TextThatIsNoNumberIsReportedAndTheDialogLivesOn) {
   save_from(5, [this](Editor& editor) {
     SetWindowTextW(editor.item(IDC_OFFSET), L"abc");
     SendMessageW(editor.window(), WM_USER + 7, reinterpret_cast<WPARAM>(editor.item(IDC_OFFSET)), 0);
-    EXPECT_THAT(reports(), testing::ElementsAre(
-                               "TRACE HRESULT - 80020005; FILE - Dialog.h, LINE - * | Dialog.h:* DialogProcedure"));
+    EXPECT_THAT(reports(),
+                ElementsAre("TRACE HRESULT - 80020005; FILE - Dialog.h, LINE - * | Dialog.h:* DialogProcedure"));
     EXPECT_EQ(5, editor.spin());
     editor.enter(IDC_OFFSET, L"6");
     expect_offset(editor, L"6", 6);

@@ -160,6 +160,9 @@ TEST_F(EditorSave, OfARuleThatIsGoneAddsItAnew) {
               editor.enter(IDC_NAME, L"back");
               editor.ok();
             }));
+  const auto reported = reports();
+  ASSERT_FALSE(reported.empty());
+  EXPECT_EQ("ASSERT 00000001 | zdStorageGetFieldHelper.h:* SetField", reported.back()) << "no field takes the number";
   EXPECT_EQ(L"back", host.rules().back().name);
   EXPECT_EQ(1u, added().size());
 }

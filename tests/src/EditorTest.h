@@ -9,11 +9,10 @@
 #include "Controls.h"
 #include "DialogDriver.h"
 #include "EditExpirationRuleDialog.h"
+#include "ExpectedReports.h"
 #include "FakeHost.h"
 #include "Input.h"
 #include "ModalDialog.h"
-#include "Recorder.h"
-#include "Reports.h"
 #include "resource.h"
 
 namespace editor_test {
@@ -62,6 +61,10 @@ class Editor {
   CEditExpirationRuleDialog& dialog_;
 };
 
+/// The assertion that an offset is shown at which the spin does not stand.
+inline constexpr char offset_is_not_the_spins[] =
+    "ASSERT value == _spin.GetPos() | SpinControlHelper.cpp:* AdjustEditControl";
+
 /// A host that stores rule 5, and the editor on it.
 class EditorTest : public testing::Test {
  protected:
@@ -77,9 +80,9 @@ class EditorTest : public testing::Test {
   void save_unchanged(long rule_id = stored_id);
 
   HostRule& rule() { return host.rules().front(); }
-  std::vector<std::string> reports() const { return test_support::reports_without_lines(recorder); }
+  /// What was reported since the last call. Every test takes all reports: one that is left fails it.
+  static std::vector<std::string> reports() { return test_support::take_reports_without_lines(); }
 
-  test_support::Recorder recorder;
   test_support::FakeHost host;
   StorageBlock block;
 };

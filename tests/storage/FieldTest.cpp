@@ -111,7 +111,6 @@ TEST_F(Field, ThatCannotBeReadIsReportedAndReadsAsNothing) {
   for (const Fault::Out out : {Fault::Out::untouched, Fault::Out::null, Fault::Out::given}) {
     host.calls().fail("IkvField::GetLong", {E_OUTOFMEMORY, out});
     host.calls().fail("IkvField::GetText", {E_OUTOFMEMORY, out});
-    recorder.reset();
     EXPECT_EQ(0, number());
     EXPECT_EQ(0u, text().length());
     EXPECT_THAT(reports(), ElementsAre("ASSERT 8007000e | zdStorageGetFieldHelper.h:26 GetField",
@@ -195,7 +194,7 @@ TEST_F(Field, ThatCannotBeWrittenIsReported) {
 TEST_F(Field, IsReportedWithTheFullSignatureAndWithoutADescription) {
   host.calls().fail("IkvField::GetLong", {E_FAIL});
   number();
-  const auto reported = recorder.commands(L"PROCESS");
+  const auto reported = test_support::take_records();
   ASSERT_EQ(1u, reported.size());
   EXPECT_THAT(field_text(reported[0], L"$FuncSig"), testing::HasSubstr(L"GetField"));
   EXPECT_GT(field_text(reported[0], L"$FuncSig").size(), std::wstring(L"GetField").size());

@@ -2,10 +2,9 @@
 
 #include <gmock/gmock.h>
 
+#include "ExpectedReports.h"
 #include "FakeHost.h"
 #include "FieldIds.h"
-#include "Recorder.h"
-#include "Reports.h"
 #include "StorageBlock.h"
 
 namespace storage_test {
@@ -13,7 +12,7 @@ namespace storage_test {
 using test_support::Fault;
 using test_support::HostRow;
 
-/// A host with an empty storage, and everything that is reported.
+/// A host with an empty storage.
 class StorageTest : public testing::Test {
  protected:
   StorageTest() {
@@ -26,9 +25,9 @@ class StorageTest : public testing::Test {
 
   IkvTablePtr table(std::vector<HostRow> rows) { return {host.table(std::move(rows)), false}; }
   const std::vector<std::string>& calls() { return host.calls().all(); }
-  std::vector<std::string> reports() const { return test_support::reports(recorder); }
+  /// What was reported since the last call. Every test takes all reports: one that is left fails it.
+  static std::vector<std::string> reports() { return test_support::take_reports(); }
 
-  test_support::Recorder recorder;
   test_support::FakeHost host;
   StorageBlock block;
 };

@@ -11,10 +11,11 @@ namespace {
 
 std::optional<Recorder> recorder;
 
-std::vector<std::string> take(std::vector<std::string> (*read)(const Recorder&)) {
-  std::vector<std::string> texts = read(*recorder);
+template <class Read>
+auto take(const Read& read) {
+  auto taken = read(*recorder);
   recorder->reset();
-  return texts;
+  return taken;
 }
 
 /// Loads the recorder before anybody reports: the client looks for its library only once.
@@ -43,5 +44,9 @@ class UnexpectedReports : public testing::EmptyTestEventListener {
 std::vector<std::string> take_reports() { return take(reports); }
 
 std::vector<std::string> take_reports_without_lines() { return take(reports_without_lines); }
+
+std::vector<RecordedCommand> take_records() {
+  return take([](const Recorder& from) { return from.commands(L"PROCESS"); });
+}
 
 }  // namespace test_support

@@ -3,6 +3,8 @@
 #include <string>
 #include <vector>
 
+#include "Recorder.h"
+
 namespace test_support {
 
 /// What was reported since the last call, or since the test began, as `reports` writes it. Whoever links this says
@@ -11,5 +13,8 @@ std::vector<std::string> take_reports();
 
 /// The same with every line number replaced by "*": for places whose line is free.
 std::vector<std::string> take_reports_without_lines();
+
+/// The same as records, with all their fields.
+std::vector<RecordedCommand> take_records();
 
 }  // namespace test_support
