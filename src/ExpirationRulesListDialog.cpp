@@ -137,7 +137,16 @@ void CExpirationRulesListDialog::restore_placement() {
 
 void CExpirationRulesListDialog::OnSize() {
   // The first sizes arrive while the dialog is being made, before it has its list.
-  if (IsWindow(m_hWnd) && list_.m_hWnd) fit_columns(whole_width, 1);
+  if (!IsWindow(m_hWnd) || !list_.m_hWnd) return;
+  fit_columns(whole_width, 1);
+  erase_group_box();
+}
+
+// A group box paints nothing but its lines: the old ones stand until the dialog erases the ground below them.
+void CExpirationRulesListDialog::erase_group_box() {
+  RECT rect = platform::CWindow(GetItem(IDC_RULES_GROUP)).GetWindowRect();
+  MapWindowPoints(nullptr, m_hWnd, reinterpret_cast<POINT*>(&rect), 2);
+  InvalidateRect(m_hWnd, &rect, TRUE);
 }
 
 void CExpirationRulesListDialog::fit_columns(const double* fractions, int count) {

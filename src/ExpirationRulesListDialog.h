@@ -45,6 +45,7 @@ class CExpirationRulesListDialog final : public CResizableDialogImpl<CExpiration
 
   void insert_name_column();
   void anchor_controls();
+  void erase_group_box();
   void restore_placement();
   void read_rows(std::vector<Row>& rows);
   static Row add_rule_row(const IkvTablePtr& rules);

@@ -1,0 +1,51 @@
+# Sourced by the tour: the list of expiration rules. Its message boxes bear its own title and stand before it.
+
+readonly rules_dialog="到期规则"
+readonly rules_list=201 add_button=202 edit_button=203 delete_button=204 close_button=2
+readonly yes_button=6 no_button=7
+
+readonly rule_in_use="该规则由于正在应用于商品源设置中，因而不能删除："
+delete_question() { echo "是否删除到期规则\"$1\"？"; }
+
+# dialog_place: x, y, width, height of the dialog. A message box before it has no list and is not meant.
+dialog_place() { read_screen windows | awk -F '\t' -v title="$rules_dialog" '$1 == title { print $3, $4, $5, $6; exit }'; }
+dialog_size() { dialog_place | cut -d ' ' -f 3,4; }
+
+in_list() { "$1" "$rules_dialog" "$rules_list" "${@:2}"; }
+
+await_list() {
+  await "the list of rules" has_control "$rules_dialog" "$rules_list"
+  expect "the rows of the list" in_list row_count = "$1"
+}
+
+close_list() {
+  press Escape
+  await "the end of the list" window_is_closed "$rules_dialog"
+}
+
+# select_rule RULE: a click on a row that is in sight.
+select_rule() {
+  in_list click_row "$1"
+  expect "the state of \"$1\"" in_list row_state "$1" = selected,focused
+}
+
+await_message() { await "the message \"$1\"" shows_text "$rules_dialog" "$1"; }
+await_no_message() { await "the end of the message \"$1\"" message_is_gone "$1"; }
+message_is_gone() { ! shows_text "$rules_dialog" "$1"; }
+
+# drag_corner DX DY: takes the dialog near its lower right corner, as the window manager lets everybody, and drags it.
+drag_corner() {
+  local x y width height
+  read -r x y width height < <(dialog_place)
+  xdotool keydown alt mousemove $((x + width - 12)) $((y + height - 12)) mousedown 3
+  xdotool mousemove_relative --sync -- $(($1 / 2)) $(($2 / 2))
+  xdotool mousemove_relative --sync -- $(($1 - $1 / 2)) $(($2 - $2 / 2))
+  xdotool mouseup 3 keyup alt
+}
+
+# maximise_list / restore_list: asks the window manager, since the dialog has no button for it.
+maximise_list() { change_state --add; }
+restore_list() { change_state --remove; }
+change_state() { xdotool getactivewindow windowstate "$1" MAXIMIZED_VERT "$1" MAXIMIZED_HORZ; }
+
+size_is_not() { [ "$(dialog_size)" != "$1" ]; }
