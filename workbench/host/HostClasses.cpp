@@ -24,7 +24,7 @@ IDispatch* create_storage_object(std::shared_ptr<RuleStore> store, StoreFailureL
   return static_cast<IkvStorage*>(new StorageObject(std::move(store), std::move(listener)));
 }
 
-HostClasses::HostClasses(std::shared_ptr<RuleStore> store, StoreFailureListener listener) {
+HostClasses::HostClasses(const std::shared_ptr<RuleStore>& store, const StoreFailureListener& listener) {
   try {
     register_class(
         __uuidof(kvStorage), [=] { return create_storage_object(store, listener); }, cookies_[0]);

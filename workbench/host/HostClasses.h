@@ -24,7 +24,7 @@ IDispatch* create_storage_object(std::shared_ptr<RuleStore> store, StoreFailureL
 /// registered.
 class HostClasses {
  public:
-  HostClasses(std::shared_ptr<RuleStore> store, StoreFailureListener listener);
+  HostClasses(const std::shared_ptr<RuleStore>& store, const StoreFailureListener& listener);
   HostClasses(const HostClasses&) = delete;
   HostClasses& operator=(const HostClasses&) = delete;
   ~HostClasses();

@@ -36,7 +36,7 @@ StoredRule MemoryRuleStore::update_rule(long number, const Rule& rule, std::opti
   const auto found = find(number);
   if (expected && *expected != found->revision) throw rule_changed(found->rule.name);
   refuse_duplicate(rule, number);
-  const StoredRule updated{number, found->revision + 1, rule};
+  StoredRule updated{number, found->revision + 1, rule};
   std::vector<SymbolSourceSetting> settings = settings_;
   for (SymbolSourceSetting& setting : settings)
     if (setting.rule_name == found->rule.name) setting.rule_name = rule.name;

@@ -1,5 +1,6 @@
 #include "StoreFile.h"
 
+#include <algorithm>
 #include <array>
 #include <fstream>
 #include <functional>
@@ -16,6 +17,7 @@ struct Identity {
   std::uint32_t version = 0;
 };
 
+constexpr char sqlite_signature[] = "SQLite format 3";  // with its null
 constexpr std::uint32_t store_application = 0x7A644552;
 
 /// The step at index n leads from version n to version n + 1; version 0 is an empty file. Files of every version are
@@ -83,7 +85,7 @@ void refuse_foreign_file(const std::filesystem::path& path) {
   if (!file) return;  // SQLite cannot open it either, and says why
   std::array<char, 100> header{};
   file.read(header.data(), header.size());
-  if (std::string_view(header.data(), 16) != std::string_view("SQLite format 3", 16))
+  if (!std::equal(std::begin(sqlite_signature), std::end(sqlite_signature), header.begin()))
     refuse(StoreErrorKind::foreign, path, "no SQLite header");
   if (!file) refuse(StoreErrorKind::damaged, path, "the header is cut short");
   refuse_unless_ours({big_endian(&header[68]), big_endian(&header[60])}, path);

@@ -64,7 +64,8 @@ INSTANTIATE_TEST_SUITE_P(Disks, StoreFault, testing::Combine(testing::ValuesIn(f
                          });
 
 TEST_P(StoreFault, ChangeIsReportedAndTheOldContentStaysOrItIsKept) {
-  const auto& [fault, change] = GetParam();
+  const DiskFault& fault = std::get<0>(GetParam());
+  const Change& change = std::get<1>(GetParam());
   const std::filesystem::path path = folder_.path() / L"rules.db";
   const Holdings before = reopened(path);
   const std::string bytes = read_bytes(path);

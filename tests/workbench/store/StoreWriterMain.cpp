@@ -24,7 +24,7 @@ int wmain(int argc, wchar_t** argv) try {
   if (argc < 4) return EXIT_FAILURE;
   const auto store = open_sqlite_store(argv[1], {content_before_operations(), std::chrono::seconds(30)});
   if (argv[2] == std::wstring(L"stream")) {
-    for (unsigned number = static_cast<unsigned>(std::wcstoul(argv[3], nullptr, 10));; ++number) {
+    for (auto number = static_cast<unsigned>(std::wcstoul(argv[3], nullptr, 10));; ++number) {
       apply_operation(*store, number);
       acknowledge(number);
     }
