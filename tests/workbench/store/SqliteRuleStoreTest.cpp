@@ -131,9 +131,9 @@ TEST_F(SqliteRuleStore, ChangeByAnotherProgramIsToldOnce) {
 
 TEST_F(SqliteRuleStore, ContentOfManyRulesAndSettingsComesBackWhole) {
   StoreContent many;
-  for (int i = 0; i < 20000; ++i) many.rules.push_back({.name = L"rule " + std::to_wstring(i), .roll_offset = i % 100});
-  for (int i = 0; i < 100000; ++i)
-    many.settings.push_back({L"setting " + std::to_wstring(i), L"rule " + std::to_wstring(i % 20000)});
+  for (int i = 0; i < 2000; ++i) many.rules.push_back({.name = L"rule " + std::to_wstring(i), .roll_offset = i % 100});
+  for (int i = 0; i < 10000; ++i)
+    many.settings.push_back({L"setting " + std::to_wstring(i), L"rule " + std::to_wstring(i % 2000)});
   const auto store = open();
   store->replace_content(many);
   const Holdings now = holdings(*store);
