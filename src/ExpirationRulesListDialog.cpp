@@ -197,7 +197,12 @@ void CExpirationRulesListDialog::show_rows(std::vector<Row> rows) {
 
 void CExpirationRulesListDialog::update_buttons() {
   const bool has_rule = static_cast<long>(list_.GetItemData(list_.GetSelected())) > 0;
-  for (const int id : {IDC_EDIT_RULE, IDC_DELETE_RULE}) platform::CWindow(GetItem(id)).Enable(has_rule);
+  for (const int id : {IDC_EDIT_RULE, IDC_DELETE_RULE}) {
+    const platform::CWindow button(GetItem(id));
+    // A window that is disabled while it has the focus takes the keyboard away from the whole dialog.
+    if (!has_rule && ::GetFocus() == button.m_hWnd) list_.SetFocus();
+    button.Enable(has_rule);
+  }
 }
 
 void CExpirationRulesListDialog::edit_rule(long rule_id) {

@@ -33,19 +33,16 @@ await_message() { await "the message \"$1\"" shows_text "$rules_dialog" "$1"; }
 await_no_message() { await "the end of the message \"$1\"" message_is_gone "$1"; }
 message_is_gone() { ! shows_text "$rules_dialog" "$1"; }
 
-# drag_corner DX DY: takes the dialog near its lower right corner, as the window manager lets everybody, and drags it.
-drag_corner() {
+# drag_grip DX DY: takes the dialog at its size grip and drags it.
+drag_grip() {
   local x y width height
   read -r x y width height < <(dialog_place)
-  xdotool keydown alt mousemove $((x + width - 12)) $((y + height - 12)) mousedown 3
+  xdotool mousemove $((x + width - 9)) $((y + height - 9)) mousedown 1
+  sleep 0.5
   xdotool mousemove_relative --sync -- $(($1 / 2)) $(($2 / 2))
   xdotool mousemove_relative --sync -- $(($1 - $1 / 2)) $(($2 - $2 / 2))
-  xdotool mouseup 3 keyup alt
+  sleep 0.5
+  xdotool mouseup 1
 }
-
-# maximise_list / restore_list: asks the window manager, since the dialog has no button for it.
-maximise_list() { change_state --add; }
-restore_list() { change_state --remove; }
-change_state() { xdotool getactivewindow windowstate "$1" MAXIMIZED_VERT "$1" MAXIMIZED_HORZ; }
 
 size_is_not() { [ "$(dialog_size)" != "$1" ]; }
