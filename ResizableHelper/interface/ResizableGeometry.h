@@ -6,7 +6,10 @@
 
 /// A width and a height in pixels, or an anchor: a horizontal and a vertical percentage of the parent's client area.
 struct CSize : SIZE {
-  constexpr CSize(LONG width = 0, LONG height = 0) noexcept : SIZE{width, height} {}
+  constexpr CSize(LONG width = 0, LONG height = 0) noexcept : SIZE() {
+    cx = width;
+    cy = height;
+  }
   friend constexpr bool operator==(const CSize& left, const CSize& right) noexcept {
     return left.cx == right.cx && left.cy == right.cy;
   }

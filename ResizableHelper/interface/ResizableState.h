@@ -52,7 +52,7 @@ class CResizableState {
   /// FALSE. Throws `std::bad_alloc`.
   BOOL RestorePlacement(HKEY root, LPCWSTR path, LPCWSTR subkey, LPCWSTR valueName, BOOL /*bRectOnly*/) {
     place_ = resizable::placement_place(root, path, subkey, valueName);
-    const RestoringScope restoring(restoring_);
+    const RestoringScope restoring(&restoring_);
     return resizable::restore_placement(static_cast<T*>(this)->m_hWnd, place_);
   }
 
@@ -82,13 +82,13 @@ class CResizableState {
  private:
   class RestoringScope {
    public:
-    explicit RestoringScope(bool& restoring) noexcept : restoring_(restoring) { restoring_ = true; }
-    ~RestoringScope() { restoring_ = false; }
+    explicit RestoringScope(bool* restoring) noexcept : restoring_(restoring) { *restoring_ = true; }
+    ~RestoringScope() { *restoring_ = false; }
     RestoringScope(const RestoringScope&) = delete;
     RestoringScope& operator=(const RestoringScope&) = delete;
 
    private:
-    bool& restoring_;
+    bool* restoring_;
   };
 
   resizable::PlacementPlace place_;
