@@ -16,7 +16,7 @@ constexpr int menus_after_those_of_plugins = 1;
 /// True while it lives.
 class Flag {
  public:
-  explicit Flag(bool& flag) noexcept : flag_(flag) { flag_ = true; }
+  explicit Flag(bool& flag) noexcept : flag_(flag) { flag = true; }
   ~Flag() { flag_ = false; }
   Flag(const Flag&) = delete;
   Flag& operator=(const Flag&) = delete;
@@ -88,7 +88,11 @@ MainWindowEvents Application::events() {
               [this] {
                 if (refresh_panes()) window_.show_message(text(IDS_REFRESHED));
               },
-          .look_for_changes = [this] { look_for_changes(); },
+          .now_and_then =
+              [this] {
+                look_for_changes();
+                show_alarms();
+              },
           .hint = [this](HMENU submenu) { return menu_->hint(submenu); },
           .about = [this] { show_about(); },
           .may_close = [this] { return may_close(); }};
@@ -148,7 +152,7 @@ void Application::run_command(long id) {
 }
 
 void Application::show_about() {
-  window_.show_box(text(IDS_ABOUT, {program_version(), store_path_}), MB_ICONINFORMATION);
+  window_.try_show_box(text(IDS_ABOUT, {program_version(), store_path_}), MB_ICONINFORMATION);
 }
 
 /// A window that closes under an open dialog of the plug-in would take its owner away.
@@ -184,11 +188,7 @@ void Application::alarm(const std::wstring& message) {
 void Application::show_alarms() {
   if (showing_alarms_) return;
   const Flag showing(showing_alarms_);
-  while (!alarms_.empty()) {
-    const std::wstring message = std::exchange(alarms_.front(), {});
-    alarms_.pop_front();
-    window_.show_box(message, MB_ICONERROR);
-  }
+  while (!alarms_.empty() && window_.try_show_box(alarms_.front(), MB_ICONERROR)) alarms_.pop_front();
 }
 
 }  // namespace workbench

@@ -48,7 +48,7 @@ class HotKeyCollection final : public DispatchObject<IkvHotKeyCollection> {
     return com_method([&] {
       const auto keys = keys_.lock();
       if (!keys) return RPC_E_DISCONNECTED;
-      *hot_key = new HotKey(keys->add(flags, key, target));
+      *hot_key = make_object<HotKey>(keys->add(flags, key, target));
       return S_OK;
     });
   }
@@ -84,6 +84,6 @@ long HotKeys::add(long flags, long key, IDispatch* target) {
   return id;
 }
 
-IkvHotKeyCollection* HotKeys::make_dispatch() { return new HotKeyCollection(weak_from_this()); }
+IkvHotKeyCollection* HotKeys::make_dispatch() { return make_object<HotKeyCollection>(weak_from_this()); }
 
 }  // namespace workbench

@@ -51,7 +51,7 @@ class SubMenu final : public DispatchObject<IkvSubMenu> {
     return com_method([&] {
       const auto menu = menu_.lock();
       if (!menu) return RPC_E_DISCONNECTED;
-      *item = new MenuItem(menu->add_command(submenu_, text_of(caption), target));
+      *item = make_object<MenuItem>(menu->add_command(submenu_, text_of(caption), target));
       return S_OK;
     });
   }
@@ -82,7 +82,7 @@ class MainMenuDispatch final : public DispatchObject<IkvMainMenu> {
     return com_method([&] {
       const auto menu = menu_.lock();
       if (!menu) return RPC_E_DISCONNECTED;
-      if (HMENU found = get(*menu)) *submenu = new SubMenu(menu_, found);
+      if (HMENU found = get(*menu)) *submenu = make_object<SubMenu>(menu_, found);
       return S_OK;
     });
   }
@@ -130,6 +130,6 @@ const std::wstring& MainMenu::hint(HMENU submenu) const {
   return found == hints_.end() ? none : found->second;
 }
 
-IkvMainMenu* MainMenu::make_dispatch() { return new MainMenuDispatch(weak_from_this()); }
+IkvMainMenu* MainMenu::make_dispatch() { return make_object<MainMenuDispatch>(weak_from_this()); }
 
 }  // namespace workbench

@@ -15,8 +15,8 @@ namespace {
 
 constexpr wchar_t class_name[] = L"zdExpirationRulesWorkbench";
 constexpr UINT run_posted_message = WM_APP;
-constexpr UINT_PTR look_timer = 1;
-constexpr UINT look_period_ms = 1000;
+constexpr UINT_PTR clock_timer = 1;
+constexpr UINT clock_period_ms = 1000;
 constexpr SIZE first_size{860, 640};  // at 96 dpi
 
 HICON load_icon() {
@@ -63,8 +63,11 @@ void MainWindow::post(std::function<void()> task) {
   PostMessageW(handle(), run_posted_message, 0, 0);
 }
 
-void MainWindow::show_box(const std::wstring& message, UINT icon) {
-  MessageBoxW(GetLastActivePopup(handle()), message.c_str(), text(IDS_TITLE).c_str(), MB_OK | icon);
+bool MainWindow::try_show_box(const std::wstring& message, UINT icon) {
+  HWND owner = GetLastActivePopup(handle());
+  if (!owner || !IsWindowEnabled(owner)) return false;
+  MessageBoxW(owner, message.c_str(), text(IDS_TITLE).c_str(), MB_OK | icon);
+  return true;
 }
 
 LRESULT MainWindow::handle_message(UINT message, WPARAM wparam, LPARAM lparam) {
@@ -103,7 +106,7 @@ LRESULT MainWindow::handle_message(UINT message, WPARAM wparam, LPARAM lparam) {
       drag_offset_.reset();
       return 0;
     case WM_TIMER:
-      events_.look_for_changes();
+      events_.now_and_then();
       return 0;
     case run_posted_message:
       run_posted();
@@ -137,7 +140,7 @@ LRESULT MainWindow::on_create() {
   status_.emplace(handle(), IDC_STATUS_BAR);
   last_focus_ = rules_->list();
   use_resolution(static_cast<int>(GetDpiForWindow(handle())));
-  SetTimer(handle(), look_timer, look_period_ms, nullptr);
+  SetTimer(handle(), clock_timer, clock_period_ms, nullptr);
   return 0;
 }
 

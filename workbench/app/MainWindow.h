@@ -22,7 +22,7 @@ struct MainWindowEvents {
   std::function<void(long number)> open_rule;
   std::function<void(long id)> run_command;  ///< a command that a plug-in added
   std::function<void()> refresh;
-  std::function<void()> look_for_changes;           ///< now and then
+  std::function<void()> now_and_then;               ///< every second or so, from whatever message loop runs
   std::function<std::wstring(HMENU submenu)> hint;  ///< for the status bar
   std::function<void()> about;
   std::function<bool()> may_close;  ///< prepares the end; false keeps the window open
@@ -40,8 +40,9 @@ class MainWindow final : public Window {
   /// Runs a task later, from the message loop that is running then; a modal one too.
   void post(std::function<void()> task);
 
-  /// Shows a box with this text over whatever dialog is open, and waits until it is closed.
-  void show_box(const std::wstring& message, UINT icon);
+  /// Shows a box with this text over whatever dialog is open, and waits until it is closed. Answers false, and shows
+  /// nothing, while a dialog is on its way: it has disabled this window and is not there yet.
+  bool try_show_box(const std::wstring& message, UINT icon);
 
  protected:
   LRESULT handle_message(UINT message, WPARAM wparam, LPARAM lparam) override;

@@ -35,8 +35,8 @@ PluginHost::~PluginHost() {
 
 HRESULT PluginHost::initialize(const HostServices& services) noexcept {
   return com_method([&] {
-    const ComPtr<IDispatch> control_bar(new EmptyDispatch, false);
-    const ComPtr<IDispatch> context_menu(new EmptyDispatch, false);
+    const ComPtr<IDispatch> control_bar(make_object<EmptyDispatch>(), false);
+    const ComPtr<IDispatch> context_menu(make_object<EmptyDispatch>(), false);
     const _bstr_t registry_path(services.registry_path.c_str());
     return plugin_->Initialize(services.main_menu, control_bar, context_menu, services.hot_keys, registry_path,
                                services.storage);

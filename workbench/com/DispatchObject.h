@@ -75,6 +75,12 @@ class DispatchObject : public Interfaces... {
   ULONG references_ = 1;
 };
 
+/// A new object with one reference, which belongs to the caller. Throws what its constructor throws.
+template <class Object, class... Arguments>
+Object* make_object(Arguments&&... arguments) {
+  return new Object(std::forward<Arguments>(arguments)...);
+}
+
 /// Runs the body of a COM method. An exception becomes an HRESULT: that of a `_com_error`, E_OUTOFMEMORY or E_FAIL.
 template <class Body>
 HRESULT com_method(Body&& body) noexcept {

@@ -16,10 +16,10 @@ namespace {
 
 constexpr UINT_PTR own_menus = 3;
 
-/// Treats the dialog that opens over a window, once, from the message loop of that dialog.
+/// Treats the dialogs that open over a window from their message loops, until `visit` answers that it is done.
 class DialogVisitor {
  public:
-  DialogVisitor(HWND owner, std::function<void(HWND dialog)> visit) : owner_(owner), visit_(std::move(visit)) {
+  DialogVisitor(HWND owner, std::function<bool(HWND dialog)> visit) : owner_(owner), visit_(std::move(visit)) {
     current_ = this;
     timer_ = SetTimer(nullptr, 0, USER_TIMER_MINIMUM, &look);
   }
@@ -30,7 +30,7 @@ class DialogVisitor {
   DialogVisitor(const DialogVisitor&) = delete;
   DialogVisitor& operator=(const DialogVisitor&) = delete;
 
-  /// Dispatches messages until the dialog was there.
+  /// Dispatches messages until the visitor is done.
   void wait() const {
     MSG message{};
     while (!done_ && GetMessageW(&message, nullptr, 0, 0) > 0) DispatchMessageW(&message);
@@ -42,18 +42,21 @@ class DialogVisitor {
     DialogVisitor& visitor = *current_;
     HWND dialog = GetLastActivePopup(visitor.owner_);
     if (visitor.done_ || dialog == visitor.owner_) return;
-    visitor.done_ = true;
-    visitor.visit_(dialog);
+    visitor.done_ = visitor.visit_(dialog);
   }
 
   static inline DialogVisitor* current_ = nullptr;
   HWND owner_;
-  std::function<void(HWND)> visit_;
+  std::function<bool(HWND)> visit_;
   UINT_PTR timer_ = 0;
   bool done_ = false;
 };
 
-void press_button(HWND dialog, int id) { SendMessageW(dialog, WM_COMMAND, static_cast<WPARAM>(id), 0); }
+/// Answers true, so that a visit can end with it.
+bool press_button(HWND dialog, int id) {
+  SendMessageW(dialog, WM_COMMAND, static_cast<WPARAM>(id), 0);
+  return true;
+}
 
 std::wstring message_in_box(HWND box) {
   wchar_t message[500] = L"";
@@ -159,7 +162,7 @@ TEST_F(ApplicationTest, MissingModuleIsShownInABoxAndTheRulesStay) {
   std::wstring seen;
   const DialogVisitor visitor(window(), [&](HWND box) {
     seen = message_in_box(box);
-    press_button(box, IDOK);
+    return press_button(box, IDOK);
   });
   visitor.wait();
   EXPECT_NE(seen.find(L"无法创建插件"), std::wstring::npos);
@@ -196,7 +199,7 @@ TEST_F(ApplicationTest, PickedCommandOpensTheModulesDialog) {
   const DialogVisitor visitor(window(), [&](HWND dialog) {
     title.resize(static_cast<size_t>(GetWindowTextLengthW(dialog)) + 1);
     title.resize(static_cast<size_t>(GetWindowTextW(dialog, title.data(), static_cast<int>(title.size()))));
-    press_button(dialog, IDCANCEL);
+    return press_button(dialog, IDCANCEL);
   });
   ShowWindow(window(), SW_SHOW);
   pick_plugin_command();
@@ -211,12 +214,30 @@ TEST_F(ApplicationTest, WindowStaysOpenWhileADialogOfTheModuleIsOpen) {
     SendMessageW(window(), WM_CLOSE, 0, 0);
     press(IDM_OPEN_RULE);
     while_open = message();
-    press_button(dialog, IDCANCEL);
+    return press_button(dialog, IDCANCEL);
   });
   ShowWindow(window(), SW_SHOW);
   press(IDM_OPEN_RULE);
   EXPECT_TRUE(IsWindow(window()));
   EXPECT_EQ(while_open, text(IDS_BUSY));
+}
+
+TEST_F(ApplicationTest, AlarmWaitsForTheDialogThatIsOnItsWay) {
+  constexpr int load_by_the_editor = 3;
+  start(std::make_shared<FailingRuleStore>(store_, load_by_the_editor, StoreErrorKind::locked));
+  application_->load_plugin(real_module());
+  ShowWindow(window(), SW_SHOW);
+  bool box_was_there = false;
+  BOOL frame_was_enabled = TRUE;
+  const DialogVisitor visitor(window(), [&](HWND dialog) {
+    const bool is_editor = GetDlgItem(dialog, IDOK) && GetDlgItem(dialog, IDCANCEL);
+    if (!is_editor) box_was_there = press_button(dialog, IDOK);
+    if (!is_editor || !box_was_there) return false;
+    frame_was_enabled = IsWindowEnabled(window());
+    return press_button(dialog, IDCANCEL);
+  });
+  press(IDM_OPEN_RULE);
+  EXPECT_FALSE(frame_was_enabled);
 }
 
 /// A store that takes no change.
@@ -239,7 +260,7 @@ TEST_F(ReadOnlyStoreTest, FailedSaveIsShownAtOnceInTheStatusBarAndSoonInABox) {
   std::wstring seen;
   const DialogVisitor visitor(window(), [&](HWND box) {
     seen = message_in_box(box);
-    press_button(box, IDOK);
+    return press_button(box, IDOK);
   });
   visitor.wait();
   EXPECT_NE(seen.find(L"原有的数据保持不变"), std::wstring::npos);
