@@ -33,10 +33,11 @@ OwnedFont message_font(int dpi) {
 
 POINT point_of(LPARAM lparam) { return {GET_X_LPARAM(lparam), GET_Y_LPARAM(lparam)}; }
 
+/// The children draw themselves anew instead of moving their old picture, which would take with it what lay over them.
 HDWP defer(HDWP batch, HWND window, const RECT& place) {
   if (!batch) return nullptr;
   return DeferWindowPos(batch, window, nullptr, place.left, place.top, place.right - place.left,
-                        place.bottom - place.top, SWP_NOZORDER | SWP_NOACTIVATE);
+                        place.bottom - place.top, SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOCOPYBITS);
 }
 
 }  // namespace
