@@ -25,6 +25,8 @@ HINSTANCE CCommonRes::instance() const noexcept {
 }
 
 std::wstring GetString(const unsigned int id) {
+  // The holder may report when it is destroyed: the client must be made before it, to be destroyed after it.
+  SnagtrapUtil::prepare_reports();
   static const CCommonRes shared(shared_module_name);
   HINSTANCE module = shared.instance();
   // Without the shared module an id must not be looked up in this module, which an empty handle would mean.

@@ -5,6 +5,7 @@
 #include <new>
 #include <stdexcept>
 
+#include "LastErrorKeeper.h"
 #include "Reporters.h"
 #include "SnagtrapClient.h"
 
@@ -52,6 +53,14 @@ void trace_hresult(HRESULT hresult, const SourcePlace& place) noexcept {
 
 }  // namespace
 
+void prepare_reports() noexcept {
+  try {
+    snagtrap_client();
+  } catch (...) {
+    // Reports are dropped then.
+  }
+}
+
 void react(HRESULT answer) noexcept {
   if (answer == answer_debug) DebugBreak();
   if (answer == E_ABORT) end_process();
@@ -75,6 +84,7 @@ void require_success(HRESULT hresult, const SourcePlace& place) {
 }
 
 HRESULT report_exception_in_flight(const SourcePlace& place) noexcept {
+  const LastErrorKeeper last_error;
   try {
     throw;
   } catch (const _com_error& error) {

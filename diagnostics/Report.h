@@ -12,6 +12,10 @@ namespace SnagtrapUtil {
 /// The answer to "PROCESS" by which the user asks for the debugger.
 inline constexpr HRESULT answer_debug = 1;
 
+/// Makes the client without initialising it. What is made after this call and destroyed with the module may still
+/// report while it is destroyed.
+void prepare_reports() noexcept;
+
 /// Acts on the answer of a reporter.
 void react(HRESULT answer) noexcept;
 

@@ -2,6 +2,8 @@
 
 #include <commctrl.h>
 
+#include <new>
+
 #include "Report.h"
 #include "RuleDescription.h"
 #include "RuleName.h"
@@ -29,7 +31,7 @@ std::wstring message_caption() { return resourse_2_string_impl(IDS_CAPTION); }
 
 _bstr_t as_com_string(const std::wstring& text) {
   BSTR copy = SysAllocStringLen(text.data(), static_cast<UINT>(text.size()));
-  if (!copy) throw _com_error(E_OUTOFMEMORY);
+  if (!copy) throw std::bad_alloc();
   return platform::take_string(copy);
 }
 
@@ -253,17 +255,25 @@ bool CEditExpirationRuleDialog::is_expiration_rule_name_not_unique(const _bstr_t
 }
 
 bool CEditExpirationRuleDialog::find_same_name(const _bstr_t& name, const bool editing) {
-  const auto check = [place = ZD_PLACE](HRESULT hr) { require_success(hr, place); };
+  // Every call has a place of its own, so that a report tells which of them failed.
+  const RowMovePlaces moves = {
+      ZD_PLACE,
+      ZD_PLACE,
+      ZD_PLACE,
+  };
   const IkvTablePtr rules = open_rules_table(*storage_, 0);
   bool found = false;
-  walk_rows(rules, check, [&] {
+  const auto compare_row = [&, lookup = ZD_PLACE] {
+    const auto read = ZD_PLACE;
     IkvFieldPtr field;
-    check(find_field(rules, KVFIELD_RULE_NAME, field));
+    require_success(find_field(rules, KVFIELD_RULE_NAME, field), lookup);
     _bstr_t row_name;
-    if (field) check(FieldAccess<_bstr_t>::read(*field, row_name));
+    if (field) require_success(FieldAccess<_bstr_t>::read(*field, row_name), read);
     found = platform::same_text(row_name, name);
     return !found;
-  });
+  };
+  walk_rows(
+      rules, [&](HRESULT hr, RowMove move) { require_success(hr, moves.of(move)); }, compare_row);
   // A rule that keeps its name finds its own row.
   return found && !(editing && platform::same_text(GetField<_bstr_t>(table_, KVFIELD_RULE_NAME), name));
 }

@@ -126,11 +126,12 @@ void CzdExpirationRulePlugin::fill_storage_block(IDispatch* zdStorage) {
 
 void CzdExpirationRulePlugin::add_zd_menu_items(IDispatch* pMainMenu) {
   const auto main_menu = query<IkvMainMenu>(pMainMenu);
-  const _bstr_t caption = shared_text(submenu_caption_id);
-  require_success(receive(rules_menu_, [&](IkvSubMenu** out) { return main_menu->FindSubMenu(caption, out); }),
+  const _bstr_t sought = shared_text(submenu_caption_id);
+  require_success(receive(rules_menu_, [&](IkvSubMenu** out) { return main_menu->FindSubMenu(sought, out); }),
                   ZD_PLACE_AT(find_submenu_line));
   if (!rules_menu_) {
     const _bstr_t hint = shared_text(submenu_hint_id);
+    const _bstr_t caption = shared_text(submenu_caption_id);
     require_success(receive(rules_menu_,
                             [&](IkvSubMenu** out) { return main_menu->AddSubMenu(caption, hint, submenu_flags, out); }),
                     ZD_PLACE_AT(add_submenu_line));
@@ -154,6 +155,7 @@ void CzdExpirationRulePlugin::create_zd_hot_key(IDispatch* PortfolioHotKeys) {
         receive(made, [&](IDispatch** out) { return collection->AddHotKey(hot_key_flags, hot_key_code, self, out); }),
         ZD_PLACE_AT(add_hot_key_line));
   }
+  hot_key_.Attach(nullptr);
   hot_key_ = platform::try_query<IkvHotKey>(made);
 }
 

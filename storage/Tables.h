@@ -1,5 +1,6 @@
 #pragma once
 
+#include "SourcePlace.h"
 #include "StorageBlock.h"
 
 /// A table of the rule with this number, or of every rule for 0; empty or partly filled when the host fails to load it.
@@ -13,6 +14,21 @@ IkvTablePtr open_symbol_source_settings_table(StorageBlock& storage);
 /// table cannot be created, which is thrown as E_POINTER.
 void create_rule_table(IkvTablePtr& target);
 
+/// The moves of a walk over the rows of a table.
+enum class RowMove { first, at_end, next };
+
+/// The places under which the moves of a walk are reported.
+struct RowMovePlaces {
+  SnagtrapUtil::SourcePlace first;
+  SnagtrapUtil::SourcePlace at_end;
+  SnagtrapUtil::SourcePlace next;
+
+  const SnagtrapUtil::SourcePlace& of(RowMove move) const noexcept {
+    if (move == RowMove::first) return first;
+    return move == RowMove::at_end ? at_end : next;
+  }
+};
+
 /// Walks the rows of a table: `row` is called for each current row and answers whether to go on; `check` sees the
 /// HRESULT of every move and may throw. The end flag counts as set when the host leaves it untouched, so a failing host
 /// ends the walk.
@@ -20,13 +36,13 @@ template <class Check, class Row>
 void walk_rows(const IkvTablePtr& table, const Check& check, const Row& row) {
   const auto at_end = [&] {
     long flag = 1;
-    check(table->IsEOF(&flag));
+    check(table->IsEOF(&flag), RowMove::at_end);
     return flag != 0;
   };
-  check(table->MoveFirst());
+  check(table->MoveFirst(), RowMove::first);
   while (!at_end()) {
     if (!row()) return;
-    check(table->MoveNext());
+    check(table->MoveNext(), RowMove::next);
   }
 }
 
@@ -34,7 +50,7 @@ void walk_rows(const IkvTablePtr& table, const Check& check, const Row& row) {
 template <class Row>
 void for_each_row(const IkvTablePtr& table, const Row& row) {
   walk_rows(
-      table, [](HRESULT) {},
+      table, [](HRESULT, RowMove) {},
       [&] {
         row();
         return true;

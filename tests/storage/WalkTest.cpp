@@ -66,7 +66,7 @@ TEST_F(Walk, StopsAtTheRowThatWantsNoMore) {
   const IkvTablePtr rows = three_rows();
   int met = 0;
   walk_rows(
-      rows, [](HRESULT) {}, [&] { return ++met < 2; });
+      rows, [](HRESULT, RowMove) {}, [&] { return ++met < 2; });
   EXPECT_EQ(2, met);
   EXPECT_THAT(calls(), ElementsAre("IkvTable::MoveFirst", "IkvTable::IsEOF", "IkvTable::MoveNext", "IkvTable::IsEOF"));
 }
@@ -77,15 +77,20 @@ TEST_F(Walk, ShowsEveryResultToTheCheck) {
   host.calls().fail("IkvTable::IsEOF", {HRESULT(0x00040002), Fault::Out::given});
   host.calls().fail("IkvTable::MoveNext", {HRESULT(0x00040003), Fault::Out::given});
   std::vector<HRESULT> seen;
-  walk_rows(
-      rows, [&](HRESULT hr) { seen.push_back(hr); }, [] { return true; });
+  std::vector<RowMove> moves;
+  const auto check = [&](HRESULT hr, RowMove move) {
+    seen.push_back(hr);
+    moves.push_back(move);
+  };
+  walk_rows(rows, check, [] { return true; });
   EXPECT_THAT(seen, ElementsAre(0x00040001, 0x00040002, 0x00040003, S_OK));
+  EXPECT_THAT(moves, ElementsAre(RowMove::first, RowMove::at_end, RowMove::next, RowMove::at_end));
 }
 
 TEST_F(Walk, EndsWithTheExceptionOfTheCheck) {
   const IkvTablePtr rows = three_rows();
   host.calls().fail("IkvTable::MoveNext", {RPC_E_DISCONNECTED});
-  const auto check = [](HRESULT hr) {
+  const auto check = [](HRESULT hr, RowMove) {
     if (FAILED(hr)) throw _com_error(hr);
   };
   EXPECT_EQ(RPC_E_DISCONNECTED, thrown_by([&] { walk_rows(rows, check, [] { return true; }); }));
