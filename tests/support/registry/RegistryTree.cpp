@@ -76,7 +76,22 @@ void write_value(HKEY root, const std::wstring& path, const std::wstring& name, 
   }
 }
 
+void add_missing(const wchar_t* mark, const RegistryTree& from, const RegistryTree& other,
+                 std::vector<std::wstring>& lines) {
+  for (const auto& [name, text] : from) {
+    const auto found = other.find(name);
+    if (found == other.end() || found->second != text) lines.push_back(mark + name + L" " + text);
+  }
+}
+
 }  // namespace
+
+std::vector<std::wstring> differences(const RegistryTree& first, const RegistryTree& second) {
+  std::vector<std::wstring> lines;
+  add_missing(L"- ", first, second, lines);
+  add_missing(L"+ ", second, first, lines);
+  return lines;
+}
 
 RegistryTree registry_tree(HKEY root, const std::wstring& path) {
   RegistryTree tree;

@@ -4,6 +4,7 @@
 
 #include <map>
 #include <string>
+#include <vector>
 
 namespace test_support {
 
@@ -14,6 +15,10 @@ using RegistryTree = std::map<std::wstring, std::wstring>;
 
 /// Empty when the key does not exist.
 RegistryTree registry_tree(HKEY root, const std::wstring& path = {});
+
+/// What tells two trees apart, one line an entry: "- " before what only the first has, "+ " before what only the second
+/// has.
+std::vector<std::wstring> differences(const RegistryTree& first, const RegistryTree& second);
 
 /// Deletes a key and everything below it; a missing key is no failure.
 void delete_registry_tree(HKEY root, const std::wstring& path);

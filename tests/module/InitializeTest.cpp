@@ -1,0 +1,324 @@
+#include "ModuleTest.h"
+
+namespace module_test {
+namespace {
+
+using test_support::Fault;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr char caught[] = "CREATE ERROR  | zdExpirationRulePlugin.cpp:84 Initialize";
+
+/// A text of the host's shared resource module, in UTF-8.
+std::string shared_text(UINT id) {
+  wchar_t text[256] = {};
+  HMODULE module = LoadLibraryW(L"zdCommonRes.DLL");
+  EXPECT_NE(0, LoadStringW(module, id, text, ARRAYSIZE(text)));
+  FreeLibrary(module);
+  return test_support::to_utf8(text);
+}
+
+class InitializeTest : public HostedTest {};
+
+TEST_F(InitializeTest, AddsOneCommandAndOneHotKeyAimedAtThePlugin) {
+  EXPECT_EQ(S_OK, initialize());
+  const std::string caption = '"' + shared_text(4028) + '"';
+  EXPECT_THAT(calls().all(),
+              ElementsAre("IkvMainMenu::FindSubMenu(" + caption + ")",
+                          "IkvMainMenu::AddSubMenu(" + caption + ", \"" + shared_text(4033) + "\", 1)",
+                          "IkvSubMenu::AddCommand(\"" + shared_text(4052) + "\", 0, 0, 0, null, 3, object)",
+                          "IkvHotKeyCollection::AddHotKey(9, 85, object)"));
+  ASSERT_EQ(2u, host_.commands().size());
+  for (const auto& [id, target] : host_.commands()) {
+    EXPECT_EQ(static_cast<IDispatch*>(plugin_.GetInterfacePtr()), target) << "command " << id;
+  }
+}
+
+TEST_F(InitializeTest, KeepsTheHostsObjectsAndNoReferenceToItself) {
+  EXPECT_EQ(S_OK, initialize());
+  EXPECT_EQ(1u, references(plugin_));
+  EXPECT_THAT(host_.living(), testing::IsSupersetOf({"kvSubMenu with references: 1", "kvMenuItem with references: 1",
+                                                     "kvHotKey with references: 1"}));
+  EXPECT_EQ(5u, references(storage_)) << "four entries of the storage block and the test";
+  EXPECT_EQ(1u, references(menu_));
+  EXPECT_EQ(1u, references(hot_keys_));
+}
+
+TEST_F(InitializeTest, DoesNotTouchTheControlBarAndTheContextMenu) {
+  host_.record_queries(true);
+  EXPECT_EQ(S_OK, initialize());
+  EXPECT_EQ(1u, references(control_bar_));
+  EXPECT_EQ(1u, references(context_menu_));
+  EXPECT_THAT(calls().all("kvMainMenu::QueryInterface"), ElementsAre("kvMainMenu::QueryInterface(IkvMainMenu)"));
+}
+
+TEST_F(InitializeTest, ExistingSubmenuIsUsedAndNoneIsAdded) {
+  wchar_t caption[256] = {};
+  HMODULE module = LoadLibraryW(L"zdCommonRes.DLL");
+  LoadStringW(module, 4028, caption, ARRAYSIZE(caption));
+  FreeLibrary(module);
+  host_.submenus().insert(caption);
+  EXPECT_EQ(S_OK, initialize());
+  EXPECT_THAT(calls().all("IkvMainMenu::AddSubMenu"), IsEmpty());
+  EXPECT_EQ(1u, calls().all("IkvSubMenu::AddCommand").size());
+  EXPECT_EQ(1u, host_.submenus().size());
+}
+
+// Arguments.
+
+TEST_F(InitializeTest, EveryPointerNullReportsOnlyTheFirst) {
+  EXPECT_EQ(E_INVALIDARG, plugin_->Initialize(nullptr, nullptr, nullptr, nullptr, nullptr, nullptr));
+  EXPECT_THAT(take_reports(), ElementsAre("ASSERT pMainMenu != 0 | zdExpirationRulePlugin.cpp:70 Initialize"));
+}
+
+TEST_F(InitializeTest, EachMissingPointerIsReportedWithItsLine) {
+  menu_ = nullptr;
+  EXPECT_EQ(E_INVALIDARG, initialize());
+  EXPECT_THAT(take_reports(), ElementsAre("ASSERT pMainMenu != 0 | zdExpirationRulePlugin.cpp:70 Initialize"));
+  menu_ = host_.main_menu();
+  control_bar_ = nullptr;
+  EXPECT_EQ(E_INVALIDARG, initialize());
+  EXPECT_THAT(take_reports(), ElementsAre("ASSERT MainControlBar != 0 | zdExpirationRulePlugin.cpp:71 Initialize"));
+  control_bar_ = host_.main_menu();
+  context_menu_ = nullptr;
+  EXPECT_EQ(E_INVALIDARG, initialize());
+  EXPECT_THAT(take_reports(),
+              ElementsAre("ASSERT PortfolioContextMenu != 0 | zdExpirationRulePlugin.cpp:72 Initialize"));
+  context_menu_ = host_.main_menu();
+  hot_keys_ = nullptr;
+  EXPECT_EQ(E_INVALIDARG, initialize());
+  EXPECT_THAT(take_reports(), ElementsAre("ASSERT PortfolioHotKeys != 0 | zdExpirationRulePlugin.cpp:73 Initialize"));
+}
+
+TEST_F(InitializeTest, PointersAreCheckedInTheirOrder) {
+  hot_keys_ = nullptr;
+  context_menu_ = nullptr;
+  registry_path_ = L"";
+  EXPECT_EQ(E_INVALIDARG, initialize());
+  EXPECT_THAT(take_reports(),
+              ElementsAre("ASSERT PortfolioContextMenu != 0 | zdExpirationRulePlugin.cpp:72 Initialize"));
+}
+
+TEST_F(InitializeTest, EmptyRegistryPathIsRefusedInSilence) {
+  for (const BSTR path : {static_cast<BSTR>(nullptr), SysAllocString(L"")}) {
+    EXPECT_EQ(E_INVALIDARG, plugin_->Initialize(menu_, control_bar_, context_menu_, hot_keys_, path, storage_));
+    SysFreeString(path);
+  }
+  EXPECT_THAT(take_reports(), IsEmpty());
+}
+
+TEST_F(InitializeTest, EmptyRegistryPathIsLookedAtAfterThePointers) {
+  registry_path_ = L"";
+  menu_ = nullptr;
+  EXPECT_EQ(E_INVALIDARG, initialize());
+  EXPECT_THAT(take_reports(), ElementsAre("ASSERT pMainMenu != 0 | zdExpirationRulePlugin.cpp:70 Initialize"));
+}
+
+TEST_F(InitializeTest, BadArgumentsKeepNothing) {
+  host_.record_queries(true);
+  registry_path_ = L"";
+  EXPECT_EQ(E_INVALIDARG, initialize());
+  EXPECT_THAT(calls().all(), IsEmpty());
+  EXPECT_EQ(1u, references(storage_));
+}
+
+// The storage block.
+
+TEST_F(InitializeTest, NullStorageCreatesTheHostsOwn) {
+  storage_ = nullptr;
+  EXPECT_EQ(S_OK, initialize());
+  EXPECT_THAT(calls().all("kvStorage"), ElementsAre("kvStorage::CreateInstance(IkvStorage)"));
+  EXPECT_THAT(host_.living(), testing::Contains("kvStorage with references: 4"));
+}
+
+TEST_F(InitializeTest, StorageThatCannotBeCreatedIsNoFailure) {
+  for (const HRESULT failure : {E_FAIL, REGDB_E_CLASSNOTREG, E_OUTOFMEMORY}) {
+    storage_ = nullptr;
+    calls().fail("kvStorage::CreateInstance", {failure, Fault::Out::untouched});
+    EXPECT_EQ(S_OK, initialize());
+    EXPECT_THAT(host_.living(), testing::Not(testing::Contains(testing::StartsWith("kvStorage"))));
+  }
+}
+
+TEST_F(InitializeTest, StorageIsAskedForItsFourInterfacesInTheirOrder) {
+  host_.record_queries(true);
+  EXPECT_EQ(S_OK, initialize());
+  EXPECT_THAT(calls().all("kvStorage::QueryInterface"),
+              ElementsAre("kvStorage::QueryInterface(IkvStorage)", "kvStorage::QueryInterface(IkvStorageSession)",
+                          "kvStorage::QueryInterface(IkvSymbolSourceService)",
+                          "kvStorage::QueryInterface(IkvExpirationRuleService)"));
+}
+
+TEST_F(InitializeTest, MissingInterfaceOfTheStorageLeavesItsEntryEmpty) {
+  host_.record_queries(true);
+  for (const HRESULT failure : {E_NOINTERFACE, E_FAIL, E_OUTOFMEMORY, S_FALSE, S_OK}) {
+    for (const char* name : {"IkvStorageSession", "IkvSymbolSourceService", "IkvExpirationRuleService"}) {
+      storage_ = host_.storage();
+      calls().fail("kvStorage::QueryInterface(" + std::string(name) + ")", {failure, Fault::Out::untouched});
+      EXPECT_EQ(S_OK, initialize()) << name;
+      EXPECT_EQ(4u, references(storage_)) << "three entries and the test";
+      calls().heal();
+    }
+  }
+}
+
+TEST_F(InitializeTest, StorageWithoutItsMainInterfaceLeavesTheBlockEmpty) {
+  host_.record_queries(true);
+  for (const HRESULT failure : {E_NOINTERFACE, E_FAIL, E_OUTOFMEMORY, S_FALSE}) {
+    storage_ = host_.storage();
+    calls().fail("kvStorage::QueryInterface(IkvStorage)", {failure, Fault::Out::untouched});
+    EXPECT_EQ(S_OK, initialize());
+    EXPECT_EQ(1u, references(storage_));
+    calls().heal();
+  }
+}
+
+// A host that fails on the way.
+
+struct Failure {
+  const char* call;
+  Fault fault;
+  HRESULT answer;
+  std::vector<std::string> reports;
+};
+
+std::string assertion(int line, const char* function, const char* hresult) {
+  return std::string("ASSERT ") + hresult + " | zdExpirationRulePlugin.cpp:" + std::to_string(line) + ' ' + function;
+}
+
+std::vector<Failure> failures() {
+  const char* menu = "add_zd_menu_items";
+  const char* key = "create_zd_hot_key";
+  const auto untouched = [](HRESULT result) { return Fault{result, Fault::Out::untouched}; };
+  const auto given = [](HRESULT result) { return Fault{result, Fault::Out::given}; };
+  return {
+      {"kvMainMenu::QueryInterface", untouched(E_NOINTERFACE), E_FAIL, {caught}},
+      {"kvMainMenu::QueryInterface", untouched(E_ACCESSDENIED), E_FAIL, {caught}},
+      {"kvMainMenu::QueryInterface", untouched(S_OK), E_FAIL, {caught}},
+      {"IkvMainMenu::FindSubMenu", untouched(E_FAIL), E_FAIL, {assertion(136, menu, "80004005"), caught}},
+      {"IkvMainMenu::FindSubMenu", given(E_FAIL), E_FAIL, {assertion(136, menu, "80004005"), caught}},
+      {"IkvMainMenu::FindSubMenu", untouched(E_OUTOFMEMORY), E_FAIL, {assertion(136, menu, "8007000e"), caught}},
+      {"IkvMainMenu::FindSubMenu", untouched(S_FALSE), S_OK, {}},
+      {"IkvMainMenu::FindSubMenu", untouched(S_OK), S_OK, {}},
+      {"IkvMainMenu::AddSubMenu", untouched(E_FAIL), E_FAIL, {assertion(144, menu, "80004005"), caught}},
+      {"IkvMainMenu::AddSubMenu", given(E_ACCESSDENIED), E_FAIL, {assertion(144, menu, "80070005"), caught}},
+      {"IkvMainMenu::AddSubMenu", untouched(S_OK), E_FAIL, {caught}},
+      {"IkvMainMenu::AddSubMenu", untouched(S_FALSE), E_FAIL, {caught}},
+      {"IkvMainMenu::AddSubMenu", given(S_FALSE), S_OK, {}},
+      {"IkvSubMenu::AddCommand", untouched(E_FAIL), E_FAIL, {assertion(150, menu, "80004005"), caught}},
+      {"IkvSubMenu::AddCommand", given(E_ABORT), E_FAIL, {assertion(150, menu, "80004004"), caught}},
+      {"IkvSubMenu::AddCommand", given(S_FALSE), S_OK, {}},
+      {"IkvSubMenu::AddCommand", untouched(S_OK), S_OK, {}},
+      {"kvHotKeyCollection::QueryInterface", untouched(E_NOINTERFACE), E_FAIL, {caught}},
+      {"kvHotKeyCollection::QueryInterface", untouched(E_FAIL), E_FAIL, {caught}},
+      {"IkvHotKeyCollection::AddHotKey", untouched(E_FAIL), E_FAIL, {assertion(160, key, "80004005"), caught}},
+      {"IkvHotKeyCollection::AddHotKey", given(E_FAIL), E_FAIL, {assertion(160, key, "80004005"), caught}},
+      {"IkvHotKeyCollection::AddHotKey", given(S_FALSE), S_OK, {}},
+      {"IkvHotKeyCollection::AddHotKey", untouched(S_OK), S_OK, {}},
+      {"kvHotKey::QueryInterface", untouched(E_NOINTERFACE), S_OK, {}},
+      {"kvHotKey::QueryInterface", untouched(E_FAIL), E_FAIL, {caught}},
+  };
+}
+
+TEST_F(InitializeTest, FailingHostCallIsReportedAndAnswered) {
+  host_.record_queries(true);
+  for (const Failure& failure : failures()) {
+    SCOPED_TRACE(testing::Message() << failure.call << " answers " << std::hex << failure.fault.result);
+    plugin_ = module_.plugin();
+    host_.submenus().clear();
+    calls().fail(failure.call, failure.fault);
+    EXPECT_EQ(failure.answer, initialize());
+    EXPECT_EQ(failure.reports, take_reports());
+    calls().heal();
+  }
+}
+
+TEST_F(InitializeTest, FailedInitializeCanBeRepeated) {
+  host_.record_queries(true);
+  for (const Failure& failure : failures()) {
+    SCOPED_TRACE(testing::Message() << failure.call << " answers " << std::hex << failure.fault.result);
+    plugin_ = module_.plugin();
+    host_.submenus().clear();
+    calls().fail(failure.call, failure.fault);
+    initialize();
+    take_reports();
+    calls().heal();
+    EXPECT_EQ(S_OK, initialize());
+    EXPECT_EQ(1u, references(plugin_));
+  }
+}
+
+TEST_F(InitializeTest, FailingHotKeyLeavesTheMenuCommandInPlace) {
+  calls().fail("IkvHotKeyCollection::AddHotKey");
+  EXPECT_EQ(E_FAIL, initialize());
+  EXPECT_EQ(2u, take_reports().size());
+  EXPECT_THAT(host_.living(), testing::IsSupersetOf({"kvSubMenu with references: 1", "kvMenuItem with references: 1"}));
+  EXPECT_EQ(5u, references(storage_)) << "the storage block was filled before";
+}
+
+TEST_F(InitializeTest, FailingMenuLeavesTheHotKeyUntouched) {
+  calls().fail("IkvMainMenu::FindSubMenu");
+  EXPECT_EQ(E_FAIL, initialize());
+  EXPECT_EQ(2u, take_reports().size());
+  EXPECT_THAT(calls().all("IkvHotKeyCollection"), IsEmpty());
+}
+
+TEST_F(InitializeTest, CommandNeedsBothTheMenuItemAndTheHotKey) {
+  const std::string caught_command = "CREATE ERROR  | zdExpirationRulePlugin.cpp:107 DoCommand";
+  for (const char* call : {"IkvSubMenu::AddCommand", "IkvHotKeyCollection::AddHotKey"}) {
+    plugin_ = module_.plugin();
+    calls().fail(call, {S_OK, Fault::Out::untouched});
+    EXPECT_EQ(S_OK, initialize());
+    EXPECT_EQ(E_FAIL, command(501)) << call;
+    EXPECT_THAT(take_reports(), ElementsAre(caught_command));
+  }
+}
+
+// A second time.
+
+TEST_F(InitializeTest, SecondCallAddsAgainAndHoldsTheNewestObjects) {
+  EXPECT_EQ(S_OK, initialize());
+  EXPECT_EQ(S_OK, initialize());
+  EXPECT_EQ(2u, calls().all("IkvSubMenu::AddCommand").size());
+  EXPECT_EQ(2u, calls().all("IkvHotKeyCollection::AddHotKey").size());
+  EXPECT_EQ(1u, calls().all("IkvMainMenu::AddSubMenu").size()) << "the submenu is found the second time";
+  const auto living = host_.living();
+  EXPECT_EQ(1, std::count(living.begin(), living.end(), "kvMenuItem with references: 1"));
+  EXPECT_EQ(1, std::count(living.begin(), living.end(), "kvHotKey with references: 1"));
+  EXPECT_EQ(E_INVALIDARG, command(501)) << "the id of the first menu item";
+  EXPECT_EQ(E_INVALIDARG, command(502)) << "the id of the first hot key";
+}
+
+TEST_F(InitializeTest, SecondCallWithTheSameStorageAsksForNothingTwice) {
+  storage_ = host_.storage();
+  EXPECT_EQ(S_OK, initialize());
+  const ULONG held = references(storage_);
+  EXPECT_EQ(S_OK, initialize());
+  EXPECT_EQ(held, references(storage_));
+}
+
+TEST_F(InitializeTest, SecondCallWithAnotherStorageLetsTheFirstGo) {
+  EXPECT_EQ(S_OK, initialize());
+  const test_support::DispatchPtr first = storage_;
+  storage_ = host_.storage();
+  EXPECT_EQ(S_OK, initialize());
+  EXPECT_EQ(1u, references(first)) << "the test alone";
+  EXPECT_EQ(5u, references(storage_));
+}
+
+TEST_F(InitializeTest, OtherObjectsThanTheHostsAreRefusedWithoutACrash) {
+  test_support::DispatchPtr stranger = host_.storage();
+  menu_ = stranger;
+  EXPECT_EQ(E_FAIL, initialize());
+  EXPECT_THAT(take_reports(), ElementsAre(caught));
+  menu_ = host_.main_menu();
+  hot_keys_ = stranger;
+  EXPECT_EQ(E_FAIL, initialize());
+  EXPECT_THAT(take_reports(), ElementsAre(caught));
+  hot_keys_ = host_.hot_keys();
+  storage_ = host_.main_menu();
+  EXPECT_EQ(S_OK, initialize());
+}
+
+}  // namespace
+}  // namespace module_test

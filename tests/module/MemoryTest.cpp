@@ -1,0 +1,87 @@
+#include "DialogDriver.h"
+#include "FailingMemory.h"
+#include "ModuleTest.h"
+
+namespace module_test {
+namespace {
+
+using test_support::DialogDriver;
+
+class MemoryTest : public HostedTest {
+ protected:
+  MemoryTest() { host_.rules() = {{.id = 7, .name = L"IF"}}; }
+
+  /// Runs `action` again and again, failing the first allocation, then the second and so on, until none fails any
+  /// more; `action` gets the number of the allocation that fails.
+  void with_every_allocation_failing(const std::function<void(long number)>& action) {
+    for (long number = 1;; ++number) {
+      ASSERT_LT(number, 2000);
+      FailingMemory memory(module_.handle(), number);
+      action(number);
+      memory.heal();
+      take_reports();
+      if (!memory.has_failed()) return;
+    }
+  }
+};
+
+TEST_F(MemoryTest, CreationWithoutMemoryAnswersOutOfMemory) {
+  const Ptr<IClassFactory> factory = module_.factory();
+  void* object = this;
+  {
+    const FailingMemory memory(module_.handle(), 1);
+    EXPECT_EQ(E_OUTOFMEMORY, factory->CreateInstance(nullptr, __uuidof(IkvPlugin), &object));
+  }
+  EXPECT_EQ(nullptr, object);
+}
+
+// A new rule is made before its editor opens.
+TEST_F(MemoryTest, ShowWithoutMemoryAnswersOutOfMemoryAndReportsNothing) {
+  initialize();
+  const auto own = ask<IzdExpirationRulesPlugin>(plugin_);
+  {
+    const FailingMemory memory(module_.handle(), 1);
+    EXPECT_EQ(E_OUTOFMEMORY, own->Show(0));
+  }
+  EXPECT_THAT(take_reports(), testing::IsEmpty());
+}
+
+TEST_F(MemoryTest, InitializeWithoutMemoryLeaksNothingAndWorksAfterwards) {
+  with_every_allocation_failing([&](long number) {
+    const HRESULT answer = initialize();
+    EXPECT_TRUE(answer == E_FAIL || answer == S_OK) << "allocation " << number;
+    EXPECT_EQ(1u, references(plugin_)) << "allocation " << number;
+    EXPECT_EQ(1u, references(menu_)) << "allocation " << number;
+    EXPECT_EQ(1u, references(hot_keys_)) << "allocation " << number;
+  });
+  EXPECT_EQ(S_OK, initialize());
+}
+
+TEST_F(MemoryTest, CommandWithoutMemoryLeavesNoDialogOpen) {
+  initialize();
+  DialogDriver driver([](HWND dialog) { test_support::click(dialog, IDCANCEL); });
+  with_every_allocation_failing([&](long number) {
+    const HRESULT answer = command(501);
+    EXPECT_TRUE(answer == E_FAIL || answer == S_OK) << "allocation " << number;
+    EXPECT_EQ(1u, references(plugin_)) << "allocation " << number;
+  });
+  EXPECT_GT(driver.dialogs(), 0);
+}
+
+TEST_F(MemoryTest, ShowWithoutMemoryLeavesTheRuleAsItIs) {
+  initialize();
+  const auto own = ask<IzdExpirationRulesPlugin>(plugin_);
+  const auto before = host_.rules();
+  DialogDriver driver([](HWND dialog) { test_support::click(dialog, IDCANCEL); });
+  with_every_allocation_failing([&](long number) {
+    for (const long rule : {0L, 7L}) {
+      const HRESULT answer = own->Show(rule);
+      EXPECT_TRUE(answer == E_OUTOFMEMORY || answer == S_OK) << "allocation " << number;
+    }
+    EXPECT_EQ(before, host_.rules()) << "allocation " << number;
+  });
+  EXPECT_GT(driver.dialogs(), 0);
+}
+
+}  // namespace
+}  // namespace module_test

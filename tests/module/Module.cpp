@@ -1,0 +1,43 @@
+#include "Module.h"
+
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+
+#include "ChildProcess.h"
+
+namespace module_test {
+
+std::wstring built_module_path() { return test_support::program_folder() + L"\\zdExpirationRules.dll"; }
+
+Module::Module(const std::wstring& path) : handle_(LoadLibraryW(path.c_str())) {
+  if (!handle_) throw std::runtime_error("the module cannot be loaded");
+  get_class_object_ = export_of<decltype(get_class_object_)>("DllGetClassObject");
+  can_unload_ = export_of<decltype(can_unload_)>("DllCanUnloadNow");
+  register_ = export_of<decltype(register_)>("DllRegisterServer");
+  unregister_ = export_of<decltype(unregister_)>("DllUnregisterServer");
+}
+
+Module::~Module() { FreeLibrary(handle_); }
+
+template <class Function>
+Function Module::export_of(const char* name) const {
+  const auto function = reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(handle_, name)));
+  if (!function) throw std::runtime_error(std::string("the module does not export ") + name);
+  return function;
+}
+
+Ptr<IClassFactory> Module::factory() const {
+  IClassFactory* factory = nullptr;
+  EXPECT_EQ(S_OK,
+            get_class_object(__uuidof(CzdExpirationRulePlugin), IID_IClassFactory, reinterpret_cast<void**>(&factory)));
+  return Ptr<IClassFactory>(factory, false);
+}
+
+Ptr<IkvPlugin> Module::plugin() const {
+  IkvPlugin* plugin = nullptr;
+  EXPECT_EQ(S_OK, factory()->CreateInstance(nullptr, __uuidof(IkvPlugin), reinterpret_cast<void**>(&plugin)));
+  return Ptr<IkvPlugin>(plugin, false);
+}
+
+}  // namespace module_test

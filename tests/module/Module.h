@@ -1,0 +1,72 @@
+#pragma once
+
+#include <windows.h>
+#include <comdef.h>
+
+#include <string>
+
+#include "zdExpirationRules_h.h"
+
+namespace module_test {
+
+template <class Interface>
+inline const IID& interface_id() noexcept {
+  return __uuidof(Interface);
+}
+
+/// Owns one reference.
+template <class Interface>
+using Ptr = _com_ptr_t<_com_IIID_getter<Interface, &interface_id<Interface>>>;
+
+/// Where the built module lies: beside the test program.
+std::wstring built_module_path();
+
+/// A module of ours that is loaded into this process and met through its exports only.
+class Module {
+ public:
+  /// Throws `std::runtime_error` when the module cannot be loaded or lacks an export.
+  explicit Module(const std::wstring& path = built_module_path());
+  ~Module();
+  Module(const Module&) = delete;
+  Module& operator=(const Module&) = delete;
+
+  HMODULE handle() const { return handle_; }
+
+  HRESULT get_class_object(REFCLSID class_id, REFIID iid, void** object) const {
+    return get_class_object_(class_id, iid, object);
+  }
+  HRESULT can_unload() const { return can_unload_(); }
+  HRESULT register_server() const { return register_(); }
+  HRESULT unregister_server() const { return unregister_(); }
+
+  /// The class object of the plug-in; a failure fails the test and gives null.
+  Ptr<IClassFactory> factory() const;
+  /// A new plug-in; a failure fails the test and gives null.
+  Ptr<IkvPlugin> plugin() const;
+
+ private:
+  template <class Function>
+  Function export_of(const char* name) const;
+
+  HMODULE handle_;
+  HRESULT(STDMETHODCALLTYPE* get_class_object_)(REFCLSID, REFIID, void**);
+  HRESULT(STDMETHODCALLTYPE* can_unload_)();
+  HRESULT(STDMETHODCALLTYPE* register_)();
+  HRESULT(STDMETHODCALLTYPE* unregister_)();
+};
+
+/// Asks an object for an interface; null when it has none.
+template <class Interface>
+Ptr<Interface> ask(IUnknown* object) {
+  Interface* found = nullptr;
+  object->QueryInterface(__uuidof(Interface), reinterpret_cast<void**>(&found));
+  return Ptr<Interface>(found, false);
+}
+
+/// How many references an object has.
+inline ULONG references(IUnknown* object) {
+  object->AddRef();
+  return object->Release();
+}
+
+}  // namespace module_test

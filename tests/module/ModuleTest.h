@@ -1,0 +1,55 @@
+#pragma once
+
+#include <gmock/gmock.h>
+
+#include "ExpectedReports.h"
+#include "FakeHost.h"
+#include "Module.h"
+#include "ScratchRoot.h"
+
+namespace module_test {
+
+using test_support::take_reports;
+
+/// A test with the module loaded. It fails when the module could not be unloaded at its end.
+class ModuleTest : public testing::Test {
+ protected:
+  void TearDown() override { EXPECT_EQ(S_OK, module_.can_unload()); }
+
+  Module module_;
+};
+
+/// A plug-in in a host in memory. The arguments of `Initialize` are good ones until a test says otherwise.
+class HostedTest : public testing::Test {
+ protected:
+  void TearDown() override {
+    menu_ = control_bar_ = context_menu_ = hot_keys_ = storage_ = nullptr;
+    plugin_ = nullptr;
+    EXPECT_EQ(S_OK, module_.can_unload());
+  }
+
+  HRESULT initialize() {
+    return plugin_->Initialize(menu_, control_bar_, context_menu_, hot_keys_, registry_path_, storage_);
+  }
+
+  /// Opens nothing: the answer of a `DoCommand` that must not find its dialog.
+  HRESULT command(long id) {
+    VARIANT none = {};
+    return plugin_->DoCommand(id, none);
+  }
+
+  test_support::HostCalls& calls() { return host_.calls(); }
+
+  test_support::ScratchRoot user_{HKEY_CURRENT_USER};
+  Module module_;
+  test_support::FakeHost host_;
+  test_support::DispatchPtr menu_ = host_.main_menu();
+  test_support::DispatchPtr control_bar_ = host_.main_menu();
+  test_support::DispatchPtr context_menu_ = host_.main_menu();
+  test_support::DispatchPtr hot_keys_ = host_.hot_keys();
+  test_support::DispatchPtr storage_ = host_.storage();
+  _bstr_t registry_path_ = L"Software\\Orvane\\Test host";
+  Ptr<IkvPlugin> plugin_ = module_.plugin();
+};
+
+}  // namespace module_test
