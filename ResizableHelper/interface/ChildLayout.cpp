@@ -55,7 +55,7 @@ LayoutInfo measured_child(HWND dialog, HWND child, CSize anchor_top_left, CSize 
   info.hWnd = child;
   info.top_left = measured_corner(parent, anchor_top_left, {rect.left, rect.top});
   info.bottom_right = measured_corner(parent, end, {rect.right, rect.bottom});
-  GetClassNameW(child, info.class_name, class_name_size);
+  GetClassNameW(child, info.class_name, ARRAYSIZE(info.class_name));
   ask_properties(info);
   return info;
 }

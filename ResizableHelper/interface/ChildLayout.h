@@ -9,13 +9,11 @@
 #include "ResizableGeometry.h"
 #include "ResizableMsgSupport.h"
 
-inline constexpr int class_name_size = 260;
-
 /// How one child of a resizable dialog follows the dialog's size: a plain record, copied whole.
 struct LayoutInfo {
-  HWND hWnd;                            ///< not owned; may be gone by the time it is used
-  UINT callback_id;                     ///< 0 for an anchored child, else a child whose layout the dialog class gives
-  wchar_t class_name[class_name_size];  ///< terminated
+  HWND hWnd;                ///< not owned; may be gone by the time it is used
+  UINT callback_id;         ///< 0 for an anchored child, else a child whose layout the dialog class gives
+  wchar_t class_name[260];  ///< terminated
   resizable::Corner top_left;
   resizable::Corner bottom_right;
   BOOL message_support;  ///< the child answers WMU_RESIZESUPPORT

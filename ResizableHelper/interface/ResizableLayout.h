@@ -25,7 +25,7 @@ class CResizableLayout {
     SnagtrapUtil::expect(::IsWindow(hWnd) != FALSE, L"::IsWindow(hWnd)", ZD_PLACE_AT(anchored_window_line));
     SnagtrapUtil::expect(::IsChild(dialog(), hWnd) != FALSE, L"::IsChild(pT->m_hWnd, hWnd)",
                          ZD_PLACE_AT(anchored_child_line));
-    SnagtrapUtil::expect(!(anchorTL == NOANCHOR), L"anchorTL != NOANCHOR", ZD_PLACE_AT(anchor_line));
+    SnagtrapUtil::expect(anchorTL != NOANCHOR, L"anchorTL != NOANCHOR", ZD_PLACE_AT(anchor_line));
     anchored_.put(resizable::measured_child(dialog(), hWnd, anchorTL, anchorBR));
   }
 
