@@ -30,7 +30,7 @@ VARIANT typed(VARTYPE type) noexcept {
 Bstr::Bstr(const char* text, UINT code_page) noexcept : text_(text ? widen(text, code_page) : nullptr) {}
 
 Bstr format_text_list(const wchar_t* format, va_list arguments) noexcept {
-  va_list measured;
+  va_list measured = {};
   va_copy(measured, arguments);
   const int length = _vscwprintf(format, measured);
   va_end(measured);
@@ -42,7 +42,7 @@ Bstr format_text_list(const wchar_t* format, va_list arguments) noexcept {
 }
 
 Bstr format_text(const wchar_t* format, ...) noexcept {
-  va_list arguments;
+  va_list arguments = {};
   va_start(arguments, format);
   Bstr text = format_text_list(format, arguments);
   va_end(arguments);
@@ -50,9 +50,9 @@ Bstr format_text(const wchar_t* format, ...) noexcept {
 }
 
 Bstr format_narrow_text(const char* format, ...) noexcept {
-  va_list arguments;
+  va_list arguments = {};
   va_start(arguments, format);
-  va_list measured;
+  va_list measured = {};
   va_copy(measured, arguments);
   const int length = _vscprintf(format, measured);
   va_end(measured);
@@ -60,7 +60,7 @@ Bstr format_narrow_text(const char* format, ...) noexcept {
   const std::unique_ptr<char[]> text(new (std::nothrow) char[size + 1]());
   if (text) _vsnprintf(text.get(), size, format, arguments);
   va_end(arguments);
-  return Bstr(text.get(), CP_ACP);
+  return {text.get(), CP_ACP};
 }
 
 DebugRecord::DebugRecord(SnagtrapInitializer& client) noexcept : status_(client.command(L"CREATE", nullptr, &record_)) {

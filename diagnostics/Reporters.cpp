@@ -68,7 +68,7 @@ HRESULT TracerClass::trace(std::wstring_view message, const TraceDetails& detail
 }
 
 HRESULT TracerClass::report(const wchar_t* format, ...) noexcept {
-  va_list arguments;
+  va_list arguments = {};
   va_start(arguments, format);
   const Bstr message = format_text_list(format, arguments);
   va_end(arguments);
@@ -119,7 +119,7 @@ HRESULT ShowError::show(std::wstring_view description, IDebugObject* inner) noex
 HRESULT CatchAndCall::report_in_flight(const wchar_t* message) noexcept {
   try {
     throw;
-  } catch (IDebugObject* record) {
+  } catch (IDebugObject* record) {  // NOLINT(misc-throw-by-value-catch-by-reference): records are thrown by pointer
     const HRESULT answer = show(message, record);
     if (record) record->Release();
     return answer;

@@ -75,7 +75,7 @@ HRESULT create_com_object(IUnknown* outer, REFIID iid, void** object) noexcept {
   if (!object) return E_POINTER;
   *object = nullptr;
   if (outer && iid != IID_IUnknown) return CLASS_E_NOAGGREGATION;
-  ComObject<T>* made = new (std::nothrow) ComObject<T>(outer);
+  auto* made = new (std::nothrow) ComObject<T>(outer);
   if (!made) return E_OUTOFMEMORY;
   HRESULT hr = made->FinalConstruct();
   if (SUCCEEDED(hr)) hr = made->inner()->QueryInterface(iid, object);
