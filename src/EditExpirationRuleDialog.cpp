@@ -26,7 +26,7 @@ constexpr int days_in_month = 31;
 constexpr int days_in_week = 7;
 constexpr int counted_ordinals = 4;
 
-/// A message box that repeats this dialog's caption.
+/// The caption of every message box.
 std::wstring message_caption() { return resourse_2_string_impl(IDS_CAPTION); }
 
 _bstr_t as_com_string(const std::wstring& text) {

@@ -17,6 +17,7 @@
 #include "Recorder.h"
 #include "RegistrySandbox.h"
 #include "Reports.h"
+#include "SentMessages.h"
 #include "resource.h"
 
 namespace list_test {
@@ -25,6 +26,7 @@ using test_support::Fault;
 using test_support::HostRule;
 using test_support::HostSetting;
 using test_support::MessageBoxContent;
+using test_support::SentMessages;
 using zd_expiration_rule_plugin::CExpirationRulesListDialog;
 
 using Names = std::vector<std::wstring>;

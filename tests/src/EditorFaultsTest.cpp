@@ -1,8 +1,13 @@
 #include <gmock/gmock.h>
 
+#include <functional>
+#include <new>
+#include <optional>
+
 #include "DialogDriver.h"
 #include "EditExpirationRuleDialog.h"
 #include "ExpectedReports.h"
+#include "FailingNew.h"
 #include "FaultRun.h"
 #include "resource.h"
 
@@ -32,13 +37,15 @@ class Clerk {
   void answer(HWND dialog) {
     const bool is_editor = GetDlgItem(dialog, IDC_OFFSET) != nullptr;
     if (!is_editor) {
-      PostMessageW(dialog, WM_COMMAND, GetDlgCtrlID(GetWindow(dialog, GW_CHILD)), 0);
+      PostMessageW(dialog, WM_COMMAND, GetDlgCtrlID(FindWindowExW(dialog, nullptr, L"Button", nullptr)), 0);
     } else if (saved_) {
       PostMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
     } else {
       saved_ = true;
       SetDlgItemTextW(dialog, IDC_NAME, name_.c_str());
       PostMessageW(dialog, WM_COMMAND, IDOK, 0);
+      // For the case that OK fails and no box tells so.
+      PostMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
     }
   }
 
@@ -48,16 +55,21 @@ class Clerk {
 };
 
 /// Opens the editor and saves under `name`. Answers the exception's HRESULT when the host does not let it open.
-HRESULT save_as(StorageBlock& block, long rule_id, const std::wstring& name) {
+/// `arm` is called just before.
+HRESULT save_as(
+    StorageBlock& block, long rule_id, const std::wstring& name, const std::function<void()>& arm = [] {}) {
   Clerk clerk(name);
   const test_support::DialogDriver driver([&](HWND dialog) { clerk.answer(dialog); });
   try {
+    arm();
     CEditExpirationRuleDialog dialog(&block, rule_id);
     const INT_PTR result = dialog.DoModal(nullptr);
     EXPECT_TRUE(result == IDOK || result == IDCANCEL) << result;
     return S_OK;
   } catch (const _com_error& error) {
     return error.Error();
+  } catch (const std::bad_alloc&) {
+    return E_OUTOFMEMORY;
   }
 }
 
@@ -98,6 +110,24 @@ TEST_P(EditorFaults, InAddingNeverCrashLeakOrTearARule) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Each, EditorFaults, testing::ValuesIn(test_support::every_fault()));
+
+TEST(EditorMemory, ThatLacksAtAnyAllocationNeverCrashesLeaksOrTearsARule) {
+  const std::wstring new_name = L"another name that is too long for a string itself";
+  bool failed = true;
+  for (long number = 1; failed; ++number) {
+    FakeHost host;
+    host.rules() = {{stored_id, L"a name that is too long for a string itself"}};
+    const HostRule before = host.rules()[0];
+    {
+      StorageBlock block = block_of(host);
+      std::optional<test_support::FailingNew> memory;
+      save_as(block, stored_id, new_name, [&] { memory.emplace(number); });
+      failed = memory->has_failed();
+    }
+    EXPECT_TRUE(host.rules()[0] == before || host.rules()[0].name == new_name) << number;
+  }
+  test_support::take_reports();
+}
 
 TEST(EditorFailure, ToMakeTheTableOrTheFilterIsThrownByTheConstructor) {
   FakeHost host;

@@ -109,6 +109,20 @@ TEST_F(EditorMessages, AfterTheLastOneGoTheDefaultWay) {
   EXPECT_THAT(reports(), IsEmpty());
 }
 
+TEST_F(EditorMessages, OfItsOwnerWaitUntilTheDialogIsClosed) {
+  HWND owner = CreateWindowW(L"Static", L"owner", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 100, 100, nullptr, nullptr,
+                             platform::module_instance(), nullptr);
+  CEditExpirationRuleDialog dialog(&block, stored_id);
+  test_support::with_dialog([&] { dialog.DoModal(owner); },
+                            [&](HWND window) {
+                              EXPECT_EQ(owner, GetWindow(window, GW_OWNER));
+                              EXPECT_FALSE(IsWindowEnabled(owner));
+                              Editor(window, dialog).cancel();
+                            });
+  EXPECT_TRUE(IsWindowEnabled(owner));
+  DestroyWindow(owner);
+}
+
 TEST_F(EditorMessages, OfATornDownOffsetEditDoNoHarm) {
   with_editor([](Editor& editor) {
     DestroyWindow(editor.item(IDC_OFFSET));

@@ -1,4 +1,5 @@
 #include "EditorTest.h"
+#include "SentMessages.h"
 
 namespace editor_test {
 namespace {
@@ -39,6 +40,23 @@ TEST_F(EditorSave, RewritesTheWholeRuleInTheOrderOfTheRecord) {
   EXPECT_EQ(before, rule());
   EXPECT_THAT(added(), IsEmpty());
   EXPECT_THAT(reports(), IsEmpty());
+}
+
+TEST_F(EditorSave, ReadsTheControlsInAFixedOrder) {
+  std::vector<int> read;
+  edit([&](Editor& editor) {
+    const auto reads = [](UINT message) {
+      return message == WM_GETTEXT || message == BM_GETCHECK || message == CB_GETCURSEL || message == UDM_GETPOS;
+    };
+    const test_support::SentMessages watch([&](const CWPSTRUCT& message) {
+      if (GetParent(message.hwnd) == editor.window() && reads(message.message)) {
+        read.push_back(GetDlgCtrlID(message.hwnd));
+      }
+    });
+    editor.ok();
+  });
+  // The name is read once before, when it is checked; reading the spin makes it read its edit.
+  EXPECT_THAT(read, ElementsAre(207, 207, 225, 222, 221, 218, 220, 217, 215, 212, 211, 210));
 }
 
 TEST_F(EditorSave, WritesWhatTheControlsHold) {

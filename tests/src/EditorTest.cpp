@@ -44,6 +44,8 @@ bool Editor::handles_command(int id, int notification) const {
 }
 
 EditorTest::EditorTest() {
+  const INITCOMMONCONTROLSEX controls = {sizeof controls, ICC_UPDOWN_CLASS};
+  InitCommonControlsEx(&controls);
   const test_support::DispatchPtr object = host.storage();
   block.storage = platform::query<IkvStorage>(object);
   block.symbol_sources = platform::query<IkvSymbolSourceService>(object);

@@ -4,7 +4,7 @@
 
 #include <functional>
 
-namespace list_test {
+namespace test_support {
 
 /// Shows a test every message that is sent to a window of this thread, before the window gets it. One lives at a time.
 class SentMessages {
@@ -34,4 +34,4 @@ class SentMessages {
   HHOOK hook_;
 };
 
-}  // namespace list_test
+}  // namespace test_support
