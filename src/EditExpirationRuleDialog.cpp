@@ -263,8 +263,9 @@ bool CEditExpirationRuleDialog::find_same_name(const _bstr_t& name, const bool e
   };
   const IkvTablePtr rules = open_rules_table(*storage_, 0);
   bool found = false;
-  const auto compare_row = [&, lookup = ZD_PLACE] {
-    const auto read = ZD_PLACE;
+  const auto lookup = ZD_PLACE;
+  const auto read = ZD_PLACE;
+  const auto compare_row = [&] {
     IkvFieldPtr field;
     require_success(find_field(rules, KVFIELD_RULE_NAME, field), lookup);
     _bstr_t row_name;

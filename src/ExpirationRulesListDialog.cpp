@@ -32,6 +32,22 @@ constexpr int delete_rule_line = 220;
 constexpr int column_margin = 20;
 constexpr double whole_width[] = {1.0};
 
+/// Gives the focus back when a refill took it: a button that is disabled while it has the focus, if only for a moment,
+/// leaves the whole dialog without a keyboard. The list takes it when the button stays disabled.
+class FocusKeeper {
+ public:
+  explicit FocusKeeper(const platform::CWindow& list) noexcept : list_(list), focus_(::GetFocus()) {}
+  ~FocusKeeper() {
+    if (focus_ && !::GetFocus()) ::SetFocus(IsWindowEnabled(focus_) ? focus_ : list_.m_hWnd);
+  }
+  FocusKeeper(const FocusKeeper&) = delete;
+  FocusKeeper& operator=(const FocusKeeper&) = delete;
+
+ private:
+  const platform::CWindow& list_;
+  HWND focus_;
+};
+
 std::wstring as_wide(const _bstr_t& text) {
   return text.length() ? std::wstring(static_cast<const wchar_t*>(text), text.length()) : std::wstring();
 }
@@ -197,15 +213,11 @@ void CExpirationRulesListDialog::show_rows(std::vector<Row> rows) {
 
 void CExpirationRulesListDialog::update_buttons() {
   const bool has_rule = static_cast<long>(list_.GetItemData(list_.GetSelected())) > 0;
-  for (const int id : {IDC_EDIT_RULE, IDC_DELETE_RULE}) {
-    const platform::CWindow button(GetItem(id));
-    // A window that is disabled while it has the focus takes the keyboard away from the whole dialog.
-    if (!has_rule && ::GetFocus() == button.m_hWnd) list_.SetFocus();
-    button.Enable(has_rule);
-  }
+  for (const int id : {IDC_EDIT_RULE, IDC_DELETE_RULE}) platform::CWindow(GetItem(id)).Enable(has_rule);
 }
 
 void CExpirationRulesListDialog::edit_rule(long rule_id) {
+  const FocusKeeper focus(list_);
   CEditExpirationRuleDialog editor(storage_, rule_id);
   if (editor.DoModal(m_hWnd) != IDOK) return;
   update_expiration_rule_list();
@@ -258,6 +270,7 @@ bool CExpirationRulesListDialog::is_expiration_rule_uses(long rule_id, std::vect
 void CExpirationRulesListDialog::try_to_delete_rule_impl() {
   const auto rule_id = static_cast<long>(list_.GetItemData(list_.GetSelected()));
   if (rule_id == 0) return;
+  const FocusKeeper focus(list_);
   std::vector<std::wstring> users;
   if (is_expiration_rule_uses(rule_id, users)) {
     show_rule_in_use(users);

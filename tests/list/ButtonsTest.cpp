@@ -74,17 +74,6 @@ TEST_F(ListButtons, AreDisabledByARefillThatSelectsNothing) {
   });
 }
 
-TEST_F(ListButtons, LeaveTheFocusToTheListWhenTheyAreDisabled) {
-  store_rules({L"AU", L"IF"});
-  open([](RuleList& list) {
-    const HWND delete_button = GetDlgItem(list.dialog().m_hWnd, IDC_DELETE_RULE);
-    SetFocus(delete_button);
-    ASSERT_EQ(delete_button, GetFocus());
-    list.select(-1);
-    EXPECT_EQ(GetDlgItem(list.dialog().m_hWnd, IDC_RULES_LIST), GetFocus());
-  });
-}
-
 TEST_F(ListButtons, StayAsTheyAreWhenARefillFindsNoRules) {
   store_rules({L"AU"});
   open([&](RuleList& list) {

@@ -158,6 +158,17 @@ TEST_F(ListDelete, DeletedRuleIsGoneAndTheFirstRuleIsSelected) {
   EXPECT_THAT(reports(), IsEmpty());
 }
 
+TEST_F(ListDelete, ByTheButtonLeavesTheKeyboardWithTheButton) {
+  open([&](RuleList& list) {
+    const HWND button = GetDlgItem(list.dialog().m_hWnd, IDC_DELETE_RULE);
+    list.select(1);
+    SetFocus(button);
+    ASSERT_EQ(button, GetFocus());
+    list.delete_selected();
+    EXPECT_EQ(button, GetFocus());
+  });
+}
+
 TEST_F(ListDelete, FirstRuleIsVisibleAfterADelete) {
   host.rules().clear();
   for (int index = 0; index < 100; ++index) store_rules({L"rule " + std::to_wstring(100 + index)});
