@@ -1,0 +1,32 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "HostClasses.h"
+#include "StorageBlock.h"
+
+namespace bench {
+
+/// Names of rules, each one once, in an order that is not theirs.
+std::vector<std::wstring> rule_names(int count);
+
+/// Rules in memory, and the reference host's objects over them, which this process gets while it lives. Rules are
+/// numbered from 1 on in the order of their names here.
+class RuleHost {
+ public:
+  explicit RuleHost(const std::vector<std::wstring>& names);
+
+  /// A new storage object.
+  platform::ComPtr<IDispatch> storage() const;
+
+ private:
+  std::shared_ptr<workbench::RuleStore> store_;
+  workbench::HostClasses classes_;
+};
+
+/// The entries that both dialogs work on.
+StorageBlock storage_block(const RuleHost& host);
+
+}  // namespace bench

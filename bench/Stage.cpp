@@ -1,0 +1,83 @@
+#include "Stage.h"
+
+#include <stdexcept>
+
+namespace bench {
+
+namespace {
+
+constexpr DWORD patience_ms = 10'000;
+
+std::filesystem::path module_file() {
+  wchar_t program[MAX_PATH] = {};
+  GetModuleFileNameW(nullptr, program, MAX_PATH);
+  return std::filesystem::path(program).replace_filename(L"zdExpirationRules.dll");
+}
+
+void handle_waiting_messages() {
+  MSG message;
+  while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+    TranslateMessage(&message);
+    DispatchMessageW(&message);
+  }
+}
+
+}  // namespace
+
+DialogOwner::DialogOwner() {
+  SubclassWindow(CreateWindowExW(0, L"Static", L"benchmark", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 20, 20, 900, 800,
+                                 nullptr, nullptr, nullptr, nullptr));
+}
+
+DialogOwner::~DialogOwner() { DestroyWindow(m_hWnd); }
+
+double DialogOwner::time_to_first_paint(const std::function<void()>& open) {
+  activate();
+  Stopwatch watch;
+  running_ = &watch;
+  watch.start();
+  open();
+  if (running_) throw std::runtime_error("no dialog was opened over the benchmark's window");
+  return watch.seconds();
+}
+
+BOOL DialogOwner::ProcessWindowMessage(HWND, UINT message, WPARAM, LPARAM lParam, LRESULT&, DWORD) {
+  if (message != WM_ENTERIDLE || !running_) return FALSE;
+  const auto dialog = reinterpret_cast<HWND>(lParam);
+  RedrawWindow(dialog, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+  running_->stop();
+  running_ = nullptr;
+  EndDialog(dialog, IDCANCEL);
+  return FALSE;
+}
+
+/// The window manager takes its time. Without this window in front, dialogs would open over none and never tell that
+/// they are idle.
+void DialogOwner::activate() const {
+  const ULONGLONG end = GetTickCount64() + patience_ms;
+  do {
+    handle_waiting_messages();
+    SetForegroundWindow(m_hWnd);
+    if (GetTickCount64() > end) throw std::runtime_error("the benchmark's window does not come to the front");
+  } while (GetActiveWindow() != m_hWnd);
+  handle_waiting_messages();
+}
+
+Stage::Stage(const std::vector<std::wstring>& names)
+    : host_(names),
+      bar_(CreateMenu()),
+      menu_(std::make_shared<workbench::MainMenu>(bar_, 0, targets_, [] {})),
+      hot_keys_(std::make_shared<workbench::HotKeys>(targets_)),
+      plugin_(module_file()) {
+  plugin_.initialize({.main_menu = {menu_->make_dispatch(), false},
+                      .hot_keys = {hot_keys_->make_dispatch(), false},
+                      .storage = host_.storage(),
+                      .registry_path = L"Software"});
+}
+
+Stage::~Stage() {
+  targets_.clear();
+  DestroyMenu(bar_);
+}
+
+}  // namespace bench

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <windows.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "Benchmark.h"
+#include "CommandTargets.h"
+#include "HotKeys.h"
+#include "MainMenu.h"
+#include "PluginHost.h"
+#include "RuleHost.h"
+#include "SubclassedWindow.h"
+
+namespace bench {
+
+/// A window over which modal dialogs open. A dialog ends as soon as it is idle and painted.
+class DialogOwner : private platform::CSubclassedWindow {
+ public:
+  DialogOwner();
+  ~DialogOwner() override;
+
+  HWND window() const noexcept { return m_hWnd; }
+
+  /// Runs `open`, which opens one modal dialog over the active window, and answers the seconds until that is painted.
+  double time_to_first_paint(const std::function<void()>& open);
+
+ private:
+  BOOL ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result,
+                            DWORD mapId) override;
+  void activate() const;
+
+  Stopwatch* running_ = nullptr;
+};
+
+/// The built module, loaded into the reference host.
+class Stage {
+ public:
+  explicit Stage(const std::vector<std::wstring>& names);
+  ~Stage();
+  Stage(const Stage&) = delete;
+  Stage& operator=(const Stage&) = delete;
+
+  /// What the menu command does.
+  void open_list() { targets_.run(workbench::CommandTargets::first_id); }
+  void show_rule(long rule_id) { plugin_.show_rule(rule_id); }
+
+ private:
+  RuleHost host_;
+  HMENU bar_;
+  workbench::CommandTargets targets_;
+  std::shared_ptr<workbench::MainMenu> menu_;
+  std::shared_ptr<workbench::HotKeys> hot_keys_;
+  workbench::PluginHost plugin_;
+};
+
+}  // namespace bench
