@@ -290,7 +290,7 @@ bool CExpirationRulesListDialog::confirm_delete(long rule_id) {
   return show_message(text, MB_YESNO | MB_ICONQUESTION) == IDYES;
 }
 
-void CExpirationRulesListDialog::show_rule_in_use(std::vector<std::wstring> users) {
+void CExpirationRulesListDialog::show_rule_in_use(const std::vector<std::wstring>& users) {
   show_message(rule_in_use_text(resourse_2_string_impl(IDS_RULE_IN_USE), users), MB_OK | MB_ICONEXCLAMATION);
 }
 

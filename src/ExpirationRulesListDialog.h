@@ -58,7 +58,7 @@ class CExpirationRulesListDialog final : public CResizableDialogImpl<CExpiration
   void fit_columns(const double* fractions, int count);
   void try_to_delete_rule_impl();
   bool confirm_delete(long rule_id);
-  void show_rule_in_use(std::vector<std::wstring> users);
+  void show_rule_in_use(const std::vector<std::wstring>& users);
   int show_message(const std::wstring& text, UINT flags);
 
   StorageBlock* storage_;

@@ -17,7 +17,6 @@ namespace {
 using platform::query;
 using platform::receive;
 using platform::release;
-using platform::take_string;
 using SnagtrapUtil::expect;
 using SnagtrapUtil::require_success;
 
