@@ -44,7 +44,8 @@ void CWindow::SetText(const wchar_t* text) const noexcept {
 
 void CWindow::Enable(bool enable) const noexcept {
   expect_window(m_hWnd, ZD_PLACE);
-  EnableWindow(m_hWnd, enable ? TRUE : FALSE);
+  // The system takes its time even for what changes nothing.
+  if ((IsWindowEnabled(m_hWnd) != FALSE) != enable) EnableWindow(m_hWnd, enable ? TRUE : FALSE);
 }
 
 void CWindow::SetFocus() const noexcept {

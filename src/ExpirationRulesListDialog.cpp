@@ -2,8 +2,6 @@
 
 #include <commctrl.h>
 
-#include <algorithm>
-
 #include "EditExpirationRuleDialog.h"
 #include "RegistryHelper.h"
 #include "Report.h"
@@ -178,37 +176,32 @@ void CExpirationRulesListDialog::fit_columns(const double* fractions, int count)
 }
 
 void CExpirationRulesListDialog::update_expiration_rule_list() {
-  std::vector<Row> rows;
+  const ui_helper::RedrawHold hold(list_);
+  RuleRows rows;
   try {
     list_.Send(LVM_DELETEALLITEMS);
-    read_rows(rows);
+    const IkvTablePtr rules = open_rules_table(*storage_, 0);
+    for_each_row(rules, [&] { add_rule_row(rules, rows); });
   } catch (...) {
     SnagtrapUtil::report_exception_in_flight(ZD_PLACE_AT(update_list_line));
   }
-  show_rows(std::move(rows));
+  show_rows(rows);
 }
 
-void CExpirationRulesListDialog::read_rows(std::vector<Row>& rows) {
-  const IkvTablePtr rules = open_rules_table(*storage_, 0);
-  for_each_row(rules, [&] { rows.push_back(add_rule_row(rules)); });
-}
-
-CExpirationRulesListDialog::Row CExpirationRulesListDialog::add_rule_row(const IkvTablePtr& rules) {
-  std::wstring name = as_wide(GetField<_bstr_t>(rules, KVFIELD_RULE_NAME));
-  return {std::move(name), GetField<long>(rules, KVFIELD_RULE_ID)};
+void CExpirationRulesListDialog::add_rule_row(const IkvTablePtr& rules, RuleRows& rows) {
+  const auto name = GetField<_bstr_t>(rules, KVFIELD_RULE_NAME);
+  rows.add(name, GetField<long>(rules, KVFIELD_RULE_ID));
 }
 
 // A sorted list view looks for the place of every new item; items that arrive from the last to the first all belong at
 // the top and cost it least.
-void CExpirationRulesListDialog::show_rows(std::vector<Row> rows) {
-  std::stable_sort(rows.begin(), rows.end(), [](const Row& left, const Row& right) {
-    return lstrcmpiW(left.name.c_str(), right.name.c_str()) > 0;
-  });
-  const ui_helper::RedrawHold hold(list_);
+void CExpirationRulesListDialog::show_rows(RuleRows& rows) {
+  if (rows.size() == 0) return;
+  rows.sort_backwards();
   list_.Send(LVM_SETITEMCOUNT, rows.size());
-  for (const Row& row : rows) list_.InsertItem(row.name, row.rule_id);
-  // The new rows are not selected. Without rows the buttons stay as they are and do nothing.
-  if (!rows.empty()) update_buttons();
+  rows.for_each([this](const wchar_t* name, long rule_id) { list_.InsertItem(name, rule_id); });
+  // None of the new items is selected.
+  update_buttons();
 }
 
 void CExpirationRulesListDialog::update_buttons() {

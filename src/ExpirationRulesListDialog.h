@@ -5,6 +5,7 @@
 
 #include "ListView.h"
 #include "ResizableDialog.h"
+#include "RuleRows.h"
 #include "StorageBlock.h"
 #include "resource.h"
 
@@ -33,11 +34,6 @@ class CExpirationRulesListDialog final : public CResizableDialogImpl<CExpiration
   bool is_expiration_rule_uses(long rule_id, std::vector<std::wstring>& users);
 
  private:
-  struct Row {
-    std::wstring name;
-    long rule_id;
-  };
-
   LRESULT OnInitDialog();
   void OnSize();
   BOOL OnCommand(WORD id, WORD notification);
@@ -47,9 +43,8 @@ class CExpirationRulesListDialog final : public CResizableDialogImpl<CExpiration
   void anchor_controls();
   void erase_group_box();
   void restore_placement();
-  void read_rows(std::vector<Row>& rows);
-  static Row add_rule_row(const IkvTablePtr& rules);
-  void show_rows(std::vector<Row> rows);
+  static void add_rule_row(const IkvTablePtr& rules, RuleRows& rows);
+  void show_rows(RuleRows& rows);
   void update_buttons();
   void edit_rule(long rule_id);
   void edit_rule_at(int index);

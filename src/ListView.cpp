@@ -29,10 +29,10 @@ int CListView::FindItemData(long data) const noexcept {
   return -1;
 }
 
-void CListView::InsertItem(const std::wstring& text, LPARAM data) const noexcept {
+void CListView::InsertItem(const wchar_t* text, LPARAM data) const noexcept {
   LVITEMW item = {};
   item.mask = LVIF_TEXT | LVIF_PARAM;
-  item.pszText = const_cast<wchar_t*>(text.c_str());
+  item.pszText = const_cast<wchar_t*>(text);
   item.lParam = data;
   Send(LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item));
 }

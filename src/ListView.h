@@ -3,8 +3,6 @@
 #include <windows.h>
 #include <commctrl.h>
 
-#include <string>
-
 #include "Window.h"
 
 namespace zd_expiration_rule_plugin::ui_helper {
@@ -22,7 +20,7 @@ class CListView : public platform::CWindow {
   /// The index of the first item with this data, taken as 32 bits; -1 when there is none.
   int FindItemData(long data) const noexcept;
   /// Inserts at index 0; a sorted list view puts the item where it belongs.
-  void InsertItem(const std::wstring& text, LPARAM data) const noexcept;
+  void InsertItem(const wchar_t* text, LPARAM data) const noexcept;
   /// Index -1 means every item.
   bool SetItemState(int index, UINT state, UINT mask) const noexcept;
   /// Selects an item and gives it the focus within the list; index -1 means every item.
