@@ -30,8 +30,8 @@ struct RowMovePlaces {
 };
 
 /// Walks the rows of a table: `row` is called for each current row and answers whether to go on; `check` sees the
-/// HRESULT of every move and may throw. The end flag counts as set when the host leaves it untouched, so a failing host
-/// ends the walk.
+/// HRESULT of every move and may throw. The end flag counts as set when the host leaves it untouched, so that a host
+/// which fails for good ends the walk; a single failure of `IsEOF` cuts it short as well.
 template <class Check, class Row>
 void walk_rows(const IkvTablePtr& table, const Check& check, const Row& row) {
   const auto at_end = [&] {

@@ -30,6 +30,10 @@ INSTANTIATE_TEST_SUITE_P(
                     UsersCase{"Surrogates", {L"\U0001F4C8", L"\xD800"}, L"no:\n\U0001F4C8, \xD800"}),
     [](const auto& test) { return test.param.name; });
 
+TEST(RuleInUseText, GoesOnAfterANameWithANullInside) {
+  EXPECT_EQ(L"no:\na, b, c ...\n", rule_in_use_text(L"no:", {std::wstring(L"a\0x", 3), L"b", L"c", L"d"}));
+}
+
 TEST(RuleInUseText, StartsWithTheStoredSentence) {
   EXPECT_EQ(L"该规则由于正在应用于商品源设置中，因而不能删除：\nIF",
             rule_in_use_text(resourse_2_string_impl(IDS_RULE_IN_USE), {L"IF"}));
@@ -53,9 +57,13 @@ INSTANTIATE_TEST_SUITE_P(All, ConfirmDeleteText,
                                          NameCase{"SeveralFormats", L"%s%s%d%%"}, NameCase{"WritingFormat", L"%n"},
                                          NameCase{"Longest", std::wstring(63, L'字')},
                                          NameCase{"Surrogates", L"\U0001F4C8\U00020000"},
-                                         NameCase{"LoneSurrogate", L"a\xD83D"}, NameCase{"LineEnd", L"a\nb"},
-                                         NameCase{"NullInside", std::wstring(L"a\0b", 3)}),
+                                         NameCase{"LoneSurrogate", L"a\xD83D"}, NameCase{"LineEnd", L"a\nb"}),
                          [](const auto& test) { return test.param.name; });
+
+TEST(ConfirmDeleteText, ClosesTheQuestionAfterANameWithANullInside) {
+  EXPECT_EQ(L"是否删除到期规则\"a\"？",
+            confirm_delete_text(resourse_2_string_impl(IDS_CONFIRM_DELETE), std::wstring(L"a\0b", 3)));
+}
 
 }  // namespace
 }  // namespace zd_expiration_rule_plugin
