@@ -2,6 +2,7 @@
 
 #include <commctrl.h>
 
+#include "ColumnWidths.h"
 #include "EditExpirationRuleDialog.h"
 #include "RegistryHelper.h"
 #include "Report.h"
@@ -120,7 +121,7 @@ LRESULT CExpirationRulesListDialog::OnInitDialog() {
   if (list_.GetItemCount() > 0) list_.SelectItem(0);
   anchor_controls();
   restore_placement();
-  fit_columns(whole_width, 1);
+  fit_columns(whole_width);
   return 0;  // the dialog sets no focus itself and the system does not move it
 }
 
@@ -152,7 +153,7 @@ void CExpirationRulesListDialog::restore_placement() {
 void CExpirationRulesListDialog::OnSize() {
   // The first sizes arrive while the dialog is being made, before it has its list.
   if (!IsWindow(m_hWnd) || !list_.m_hWnd) return;
-  fit_columns(whole_width, 1);
+  fit_columns(whole_width);
   erase_group_box();
 }
 
@@ -163,16 +164,12 @@ void CExpirationRulesListDialog::erase_group_box() {
   InvalidateRect(m_hWnd, &rect, TRUE);
 }
 
-void CExpirationRulesListDialog::fit_columns(const double* fractions, int count) {
+void CExpirationRulesListDialog::fit_columns(std::span<const double> fractions) {
   const RECT client = list_.GetClientRect();
   // Room for a vertical scroll bar is always kept.
   const int whole = client.right - client.left - GetSystemMetrics(SM_CXVSCROLL);
-  int remaining = whole;
-  for (int column = 0; column < count; ++column) {
-    const int width = column == count - 1 ? remaining : static_cast<int>(whole * fractions[column]);
-    list_.Send(LVM_SETCOLUMNWIDTH, static_cast<WPARAM>(column), MAKELPARAM(width, 0));
-    remaining -= width;
-  }
+  share_width(whole, fractions,
+              [this](WPARAM column, int width) { list_.Send(LVM_SETCOLUMNWIDTH, column, MAKELPARAM(width, 0)); });
 }
 
 void CExpirationRulesListDialog::update_expiration_rule_list() {

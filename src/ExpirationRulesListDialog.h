@@ -1,5 +1,6 @@
 #pragma once
 
+#include <span>
 #include <string>
 #include <vector>
 
@@ -50,7 +51,7 @@ class CExpirationRulesListDialog final : public CResizableDialogImpl<CExpiration
   void edit_rule_at(int index);
   void select_rule(long rule_id);
   void scroll_item_into_view(int index);
-  void fit_columns(const double* fractions, int count);
+  void fit_columns(std::span<const double> fractions);
   void try_to_delete_rule_impl();
   bool confirm_delete(long rule_id);
   void show_rule_in_use(const std::vector<std::wstring>& users);

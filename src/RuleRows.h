@@ -4,6 +4,7 @@
 #include <comdef.h>
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace zd_expiration_rule_plugin {

@@ -1,0 +1,151 @@
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <functional>
+
+#include "DialogDriver.h"
+#include "FailingNew.h"
+#include "FaultRun.h"
+#include "ImportProbe.h"
+#include "ListDialogTest.h"
+
+ZD_IMPORT_PROBE(MessageBoxW, MessageBoxProbe);
+
+namespace list_test {
+namespace {
+
+using test_support::FakeHost;
+
+constexpr long used_id = 1;
+constexpr long unused_id = 2;
+
+const HostRule used = {used_id, L"a used rule, too long for a string", 1, 1, 1, 9, 2, 5, 6, 2, 1};
+const HostRule unused = {unused_id, L"a rule without users, too long for a string"};
+const HostRule other = {3, L"other", 9, 0, 1, 7, 0, 3, 2, 1, 1};
+const std::vector<HostRule> rules = {used, unused, other};
+const std::vector<HostSetting> settings = {{L"SHFE", other.name}, {L"CFFEX", used.name}};
+
+bool stored(FakeHost& host, const HostRule& rule) {
+  return std::count(host.rules().begin(), host.rules().end(), rule) == 1;
+}
+
+/// Answers every question with Yes, without a box on the screen.
+class Agreement {
+ public:
+  Agreement() {
+    boxes_.replace([this](HWND, LPCWSTR, LPCWSTR, UINT flags) {
+      if ((flags & MB_TYPEMASK) != MB_YESNO) return IDOK;
+      ++questions_;
+      return IDYES;
+    });
+  }
+
+  /// Whether as many rules were deleted as the user was asked for, or fewer.
+  bool covers_what_is_gone_from(FakeHost& host) const { return rules.size() - host.rules().size() <= questions_; }
+
+ private:
+  MessageBoxProbe boxes_;
+  std::size_t questions_ = 0;
+};
+
+void press_delete_on(const RuleList& list, long rule_id) {
+  list.select(list.find(rule_id));
+  list.press(IDC_DELETE_RULE);
+}
+
+class ListFaults : public testing::TestWithParam<Fault> {
+ protected:
+  static StorageBlock block_of(FakeHost& host) {
+    StorageBlock block;
+    const test_support::DispatchPtr object = host.storage();
+    block.storage = platform::query<IkvStorage>(object);
+    block.rules = platform::query<IkvExpirationRuleService>(object);
+    return block;
+  }
+
+  /// Opens the list, presses Delete on the used rule and on the unused one, and Close.
+  static INT_PTR delete_both(StorageBlock& block) {
+    CExpirationRulesListDialog dialog(&block);
+    const test_support::DialogDriver driver([&](HWND window) {
+      const RuleList list(window, dialog);
+      for (const long rule_id : {used_id, unused_id}) press_delete_on(list, rule_id);
+      list.press(IDCANCEL);
+    });
+    return dialog.DoModal(nullptr);
+  }
+
+  /// Whether the lookup of the users goes on in silence when this call fails.
+  static bool is_quiet(const std::string& call) {
+    const char* const quiet[] = {"IkvRuleFilter::SetRuleID",
+                                 "IkvExpirationRuleService::load_rules",
+                                 "IkvSymbolSourceService::load_symbol_source_settings",
+                                 "IkvTable::GetRowCount",
+                                 "IkvTable::IsEOF",
+                                 "IkvTable::GetFieldByID",
+                                 "IkvField::GetText(1077)"};
+    return std::any_of(std::begin(quiet), std::end(quiet), [&](const char* start) { return call.find(start) == 0; });
+  }
+
+  test_support::Recorder recorder;
+  test_support::RegistrySandbox registry;
+};
+
+TEST_P(ListFaults, InDeletingNeverCrashLeakOrLoseARule) {
+  std::size_t number = 0;
+  const auto failed = test_support::fail_each_call(GetParam(), [&](FakeHost& host, const std::function<void()>& arm) {
+    host.rules() = rules;
+    host.settings() = settings;
+    StorageBlock block = block_of(host);
+    const Agreement user;
+    recorder.reset();
+    arm();
+    EXPECT_EQ(IDCANCEL, delete_both(block));
+    EXPECT_TRUE(stored(host, other));
+    EXPECT_TRUE(user.covers_what_is_gone_from(host));
+    ++number;
+    EXPECT_TRUE(stored(host, used) || !test_support::reports(recorder).empty() ||
+                is_quiet(host.calls().all()[number - 1]));
+  });
+  RecordProperty("failed_calls", static_cast<int>(failed));
+  EXPECT_GT(failed, 80u);
+}
+
+INSTANTIATE_TEST_SUITE_P(Each, ListFaults, testing::ValuesIn(test_support::every_fault()));
+
+class ListMemory : public ListDialogTest, public testing::WithParamInterface<long> {};
+
+TEST_P(ListMemory, ThatLacksAtAnyAllocationOfADeleteLeavesTheDialogUsable) {
+  std::vector<std::string> reported;
+  host.settings() = settings;
+  open([&](RuleList& list) {
+    bool failed = true;
+    for (long number = 1; failed && !HasFailure(); ++number) {
+      SCOPED_TRACE("allocation " + std::to_string(number));
+      host.rules() = rules;
+      list.dialog().update_expiration_rule_list();
+      recorder.reset();
+      const Agreement user;
+      {
+        list.select(list.find(GetParam()));
+        const test_support::FailingNew memory(number);
+        list.press(IDC_DELETE_RULE);
+        failed = memory.has_failed();
+      }
+      for (const std::string& report : test_support::reports_without_lines(recorder)) reported.push_back(report);
+      EXPECT_TRUE(IsWindowVisible(list.window()));
+      EXPECT_TRUE(stored(host, other));
+      EXPECT_TRUE(user.covers_what_is_gone_from(host));
+      list.dialog().update_expiration_rule_list();
+      EXPECT_EQ(host.rules().size(), static_cast<std::size_t>(list.count()));
+    }
+    EXPECT_EQ(GetParam() == used_id, stored(host, used) && stored(host, unused)) << "with all memory";
+  });
+  EXPECT_THAT(reported,
+              testing::Contains(testing::StartsWith("TRACE std::exception - std::bad_alloc; FILE - Dialog.h")));
+}
+
+INSTANTIATE_TEST_SUITE_P(Each, ListMemory, testing::Values(used_id, unused_id),
+                         [](const auto& test) { return test.param == used_id ? "Refused" : "Confirmed"; });
+
+}  // namespace
+}  // namespace list_test
