@@ -50,17 +50,11 @@ INSTANTIATE_TEST_SUITE_P(All, ListButtonsOfRule,
 TEST_F(ListButtons, CountTheNumberAs32BitsOnly) {
   store_rules({L"AU"});
   open([](RuleList& list) {
-    const auto set_data = [&](LPARAM data) {
-      LVITEMW item = {};
-      item.mask = LVIF_PARAM;
-      item.lParam = data;
-      list.send(LVM_SETITEMW, 0, reinterpret_cast<LPARAM>(&item));
-    };
-    set_data(0x1'00000000);
+    list.set_data(0, 0x1'00000000);
     EXPECT_FALSE(list.can_change());
-    set_data(0x1'00000001);
+    list.set_data(0, 0x1'00000001);
     EXPECT_TRUE(list.can_change());
-    set_data(0x80000000);
+    list.set_data(0, 0x80000000);
     EXPECT_FALSE(list.can_change());
   });
 }

@@ -106,6 +106,11 @@ INSTANTIATE_TEST_SUITE_P(All, ListDeleteQuestion,
                                          NameCase{"Surrogates", L"\U0001F4C8"}, NameCase{"Empty", L""}),
                          [](const auto& test) { return test.param.name; });
 
+TEST_F(ListDelete, QuestionClosesAfterANameWithANullInside) {
+  host.rules() = {{7, std::wstring(L"IF\0x", 4)}};
+  EXPECT_EQ(L"是否删除到期规则\"IF\"？", shown_for(7).text);
+}
+
 TEST_F(ListDelete, QuestionBelongsToTheDialog) {
   open([](RuleList& list) {
     test_support::with_dialog([&] { list.press(IDC_DELETE_RULE); },
@@ -296,6 +301,17 @@ TEST_F(ListDelete, WithoutASelectionNothingHappens) {
     list.press(IDC_DELETE_RULE);
     EXPECT_TRUE(list.handles_command(IDC_DELETE_RULE, BN_CLICKED));
     EXPECT_THAT(calls(), IsEmpty());
+  });
+}
+
+TEST_F(ListDelete, CountsTheNumberAs32BitsOnly) {
+  open([&](RuleList& list) {
+    list.set_data(0, 0x1'00000000);
+    host.calls().forget();
+    list.key_down(VK_DELETE);
+    EXPECT_THAT(calls(), IsEmpty());
+    list.set_data(0, 0x1'00000002);
+    EXPECT_EQ(L"是否删除到期规则\"IF\"？", list.refused_delete().text);
   });
 }
 

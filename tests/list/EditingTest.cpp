@@ -44,6 +44,13 @@ TEST_F(ListEditing, EditorBelongsToTheDialog) {
   });
 }
 
+TEST_F(ListEditing, EditCountsTheNumberAs32BitsOnly) {
+  open([](RuleList& list) {
+    list.set_data(0, 0x1'00000002);
+    EXPECT_EQ(L"IF", cancel_in_editor([&] { list.press(IDC_EDIT_RULE); }));
+  });
+}
+
 TEST_F(ListEditing, DoubleClickOpensTheRuleUnderIt) {
   open([](RuleList& list) {
     EXPECT_EQ(0, list.selected());

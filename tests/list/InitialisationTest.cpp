@@ -68,21 +68,13 @@ TEST_F(ListInitialisation, TakesItsStepsInOrder) {
 }
 
 TEST_F(ListInitialisation, LeavesTheFocusToItself) {
-  LRESULT answer = -1;
   // The dialog manager asks once; the answer that counts is what the whole window gives.
-  static LRESULT* seen = nullptr;
-  seen = &answer;
-  HHOOK hook = SetWindowsHookExW(
-      WH_CALLWNDPROCRET,
-      [](int code, WPARAM wParam, LPARAM lParam) {
-        const auto& message = *reinterpret_cast<const CWPRETSTRUCT*>(lParam);
-        if (code == HC_ACTION && message.message == WM_INITDIALOG) *seen = message.lResult;
-        return CallNextHookEx(nullptr, code, wParam, lParam);
-      },
-      nullptr, GetCurrentThreadId());
+  std::vector<LRESULT> answers;
+  const AnsweredMessages watch([&](const CWPRETSTRUCT& message) {
+    if (message.message == WM_INITDIALOG) answers.push_back(message.lResult);
+  });
   open([](RuleList&) {});
-  UnhookWindowsHookEx(hook);
-  EXPECT_EQ(0, answer);
+  EXPECT_THAT(answers, ElementsAre(0));
 }
 
 TEST_F(ListInitialisation, ListSelectsWholeRowsAndNothingElse) {

@@ -36,6 +36,12 @@ LPARAM RuleList::data(int index) const {
   return item.lParam;
 }
 
+void RuleList::set_data(int index, LPARAM data) const {
+  LVITEMW item = item_at(index, LVIF_PARAM);
+  item.lParam = data;
+  EXPECT_TRUE(send(LVM_SETITEMW, 0, reinterpret_cast<LPARAM>(&item)));
+}
+
 Names RuleList::names() const {
   Names names;
   for (int index = 0; index < count(); ++index) names.push_back(name(index));

@@ -22,6 +22,7 @@
 
 namespace list_test {
 
+using test_support::AnsweredMessages;
 using test_support::Fault;
 using test_support::HostRule;
 using test_support::HostSetting;
@@ -48,6 +49,8 @@ class RuleList {
   std::wstring name(int index) const;
   /// The item's data as the dialog keeps it.
   LPARAM data(int index) const;
+  /// Gives an item other data, as only this test does.
+  void set_data(int index, LPARAM data) const;
   Names names() const;
   std::vector<LPARAM> rule_ids() const;
   int find(LPARAM rule_id) const;

@@ -4,7 +4,6 @@
 #include "ImportProbe.h"
 #include "ListDialogTest.h"
 #include "PrintGeometry.h"
-#include "SentMessages.h"
 
 ZD_IMPORT_PROBE(GetFileVersionInfoSizeW, VersionSizeProbe);
 
@@ -65,14 +64,13 @@ class ListPlacement : public ListDialogTest {
 
   /// Whether the dialog was maximised at the end of its initialisation.
   bool maximised_at_initialisation() {
-    bool maximised = false;
-    bool asked = false;
-    const SentMessages watch([&](const CWPSTRUCT& message) {
-      if (message.message == LVM_SETCOLUMNWIDTH) maximised = IsZoomed(GetParent(message.hwnd)) != FALSE;
+    std::vector<bool> maximised;
+    const AnsweredMessages watch([&](const CWPRETSTRUCT& message) {
+      if (message.message == WM_INITDIALOG) maximised.push_back(IsZoomed(message.hwnd) != FALSE);
     });
-    open([&](RuleList&) { asked = true; });
-    EXPECT_TRUE(asked);
-    return maximised;
+    open([](RuleList&) {});
+    EXPECT_THAT(maximised, testing::SizeIs(1));
+    return !maximised.empty() && maximised.front();
   }
 
   const LONG caption = GetSystemMetrics(SM_CYCAPTION);
@@ -131,6 +129,7 @@ TEST_F(ListPlacement, ChildrenFollowTheRestoredSize) {
 TEST_F(ListPlacement, ClosedMaximisedItOpensMaximised) {
   const RECT rect = {120, 90, 620, 590};
   close_at(rect);
+  EXPECT_FALSE(maximised_at_initialisation());
   open([](RuleList& list) { ShowWindow(list.window(), SW_MAXIMIZE); });
   EXPECT_EQ(UINT{SW_SHOWMAXIMIZED}, stored().showCmd);
   EXPECT_EQ((RECT{120, 90, 620, 590 - caption}), stored().rcNormalPosition);

@@ -2,6 +2,7 @@
 #include "ImportProbe.h"
 #include "ListDialogTest.h"
 #include "LookupTest.h"
+#include "SentMessages.h"
 
 ZD_IMPORT_PROBE(SysStringLen, StringLengthProbe);
 
@@ -43,6 +44,52 @@ TEST_F(Refill, MakesTheCallsOfOnePass) {
                   "IkvTable::GetFieldByID(1025)", "IkvField::GetLong(1025)", "IkvTable::MoveNext", "IkvTable::IsEOF",
                   "IkvTable::GetFieldByID(1077)", "IkvField::GetText(1077)", "IkvTable::GetFieldByID(1025)",
                   "IkvField::GetLong(1025)", "IkvTable::MoveNext", "IkvTable::IsEOF"));
+}
+
+/// What the list view is told, in words, while `act` runs.
+std::vector<std::string> told_to(const RuleList& list, const std::function<void()>& act) {
+  std::vector<std::string> told;
+  const SentMessages watch([&](const CWPSTRUCT& message) {
+    if (message.hwnd != list.view()) return;
+    switch (message.message) {
+      case WM_SETREDRAW:
+        told.emplace_back(message.wParam ? "paint" : "hold the painting");
+        break;
+      case LVM_DELETEALLITEMS:
+        told.emplace_back("delete all items");
+        break;
+      case LVM_SETITEMCOUNT:
+        told.push_back("expect " + std::to_string(message.wParam) + " items");
+        break;
+      case LVM_INSERTITEMW:
+        told.emplace_back("insert an item");
+        break;
+      default:
+        break;
+    }
+  });
+  act();
+  return told;
+}
+
+TEST_F(Refill, HoldsThePaintingBackUntilTheListIsWhole) {
+  store_rules({L"B", L"A"});
+  open([](RuleList& list) {
+    EXPECT_THAT(told_to(list, [&] { list.dialog().update_expiration_rule_list(); }),
+                ElementsAre("hold the painting", "delete all items", "expect 2 items", "insert an item",
+                            "insert an item", "paint"));
+  });
+}
+
+TEST_F(Refill, PaintsAgainAlsoWhenItFails) {
+  store_rules({L"A"});
+  open([&](RuleList& list) {
+    host.calls().fail("kvTable::CreateInstance", {E_FAIL, Fault::Out::null});
+    EXPECT_THAT(told_to(list, [&] { list.dialog().update_expiration_rule_list(); }),
+                ElementsAre("hold the painting", "delete all items", "paint"));
+    RECT changed = {};
+    EXPECT_TRUE(GetUpdateRect(list.view(), &changed, FALSE)) << "and shows that it is empty";
+  });
 }
 
 TEST_F(Refill, ReplacesWhatTheListHeld) {

@@ -3,35 +3,43 @@
 #include <windows.h>
 
 #include <functional>
+#include <utility>
 
 namespace test_support {
 
-/// Shows a test every message that is sent to a window of this thread, before the window gets it. One lives at a time.
-class SentMessages {
+/// Shows a test the messages that are sent to the windows of this thread, by a hook of that kind with that record. One
+/// of a kind lives at a time.
+template <int Hook, class Message>
+class MessageWatch {
  public:
-  using Watch = std::function<void(const CWPSTRUCT& message)>;
+  using Watch = std::function<void(const Message& message)>;
 
-  explicit SentMessages(Watch watch)
-      : watch_(std::move(watch)), hook_(SetWindowsHookExW(WH_CALLWNDPROC, see, nullptr, GetCurrentThreadId())) {
+  explicit MessageWatch(Watch watch)
+      : watch_(std::move(watch)), hook_(SetWindowsHookExW(Hook, see, nullptr, GetCurrentThreadId())) {
     current = this;
   }
-  ~SentMessages() {
+  ~MessageWatch() {
     UnhookWindowsHookEx(hook_);
     current = nullptr;
   }
-  SentMessages(const SentMessages&) = delete;
-  SentMessages& operator=(const SentMessages&) = delete;
+  MessageWatch(const MessageWatch&) = delete;
+  MessageWatch& operator=(const MessageWatch&) = delete;
 
  private:
   static LRESULT CALLBACK see(int code, WPARAM wParam, LPARAM lParam) {
-    if (code == HC_ACTION && current) current->watch_(*reinterpret_cast<const CWPSTRUCT*>(lParam));
+    if (code == HC_ACTION && current) current->watch_(*reinterpret_cast<const Message*>(lParam));
     return CallNextHookEx(nullptr, code, wParam, lParam);
   }
 
-  inline static SentMessages* current = nullptr;
+  inline static MessageWatch* current = nullptr;
 
   Watch watch_;
   HHOOK hook_;
 };
+
+/// Every message before its window gets it.
+using SentMessages = MessageWatch<WH_CALLWNDPROC, CWPSTRUCT>;
+/// Every message after its window has answered it.
+using AnsweredMessages = MessageWatch<WH_CALLWNDPROCRET, CWPRETSTRUCT>;
 
 }  // namespace test_support
