@@ -246,6 +246,49 @@ TEST(SettingsPath, IsEmptyAfterOneReportWhenTheExecutableIsNotKnown) {
   }
 }
 
+/// The settings path of a host whose executable is a file of this version block, or of none.
+class SettingsPathOfFile : public VersionRecordOfFile {
+ protected:
+  SettingsPathOfFile() {
+    names.replace([this](HMODULE module, LPWSTR name, DWORD size) {
+      if (module) return names.original(module, name, size);
+      return static_cast<DWORD>(file.wstring().copy(name, size - 1));
+    });
+  }
+
+  std::wstring path() {
+    const _bstr_t path = ZDRegistryPath();
+    return path.length() ? std::wstring(path) : std::wstring();
+  }
+
+  ModuleFileNameProbe names;
+};
+
+TEST_F(SettingsPathOfFile, IsItsCompanyAndProduct) {
+  add_block(version_block({string_table(L"080404b0", all_texts)}, translations({0x0804, 0x04B0})));
+  EXPECT_EQ(path(), L"SOFTWARE\\Some Company\\Some Product");
+}
+
+TEST_F(SettingsPathOfFile, IsEmptyAfterOneReportWithoutVersionBlock) {
+  EXPECT_EQ(path(), L"");
+  EXPECT_THAT(take_reports(), testing::ElementsAre(report));
+}
+
+TEST_F(SettingsPathOfFile, IsEmptyAfterOneReportWithoutTranslation) {
+  add_block(version_block({string_table(L"080404b0", all_texts)}, {}));
+  EXPECT_EQ(path(), L"");
+  EXPECT_THAT(take_reports(), testing::ElementsAre(report));
+}
+
+TEST_F(SettingsPathOfFile, IsEmptyAfterOneReportWithoutCompanyOrProduct) {
+  for (const Texts& texts : {Texts{{L"ProductName", L"Some Product"}}, Texts{{L"CompanyName", L"Some Company"}},
+                             Texts{{L"CompanyName", L""}, {L"ProductName", L"Some Product"}}}) {
+    add_block(version_block({string_table(L"080404b0", texts)}, translations({0x0804, 0x04B0})));
+    EXPECT_EQ(path(), L"");
+    EXPECT_THAT(take_reports(), testing::ElementsAre(report));
+  }
+}
+
 TEST(SettingsPath, HoldsAValueNameOfAnotherPlugIn) { EXPECT_STREQ(ShowDailyLimitCtrl, L"ShowDailyLimitCtrl"); }
 
 }  // namespace

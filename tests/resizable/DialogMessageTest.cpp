@@ -268,6 +268,50 @@ TEST_F(Erasing, LeavesTheChildrensPixelsAlone) {
   EXPECT_EQ(GetPixel(dc.get(), list.left + 5, list.top + 5), mark);
 }
 
+/// Takes a dialog's window over and hands the dialog's procedure one message more when the last one has gone through it
+/// and the window still lives.
+class MessageAfterTheLast {
+ public:
+  explicit MessageAfterTheLast(HWND window)
+      : dialog_procedure_(reinterpret_cast<DLGPROC>(GetWindowLongPtrW(window, DWLP_DLGPROC))),
+        original_(
+            reinterpret_cast<WNDPROC>(SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(procedure)))) {
+    current = this;
+  }
+  ~MessageAfterTheLast() { current = nullptr; }
+  MessageAfterTheLast(const MessageAfterTheLast&) = delete;
+  MessageAfterTheLast& operator=(const MessageAfterTheLast&) = delete;
+
+  /// What the dialog's procedure answered; nothing when the window was gone before.
+  std::optional<INT_PTR> answer;
+
+ private:
+  static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    const LRESULT result = CallWindowProcW(current->original_, window, message, wParam, lParam);
+    if (message == WM_NCDESTROY && IsWindow(window)) {
+      current->answer = current->dialog_procedure_(window, WM_APP, 0, 0);
+    }
+    return result;
+  }
+
+  inline static MessageAfterTheLast* current = nullptr;
+
+  DLGPROC dialog_procedure_;
+  WNDPROC original_;
+};
+
+TEST(DialogProcedure, PassesOverWhatComesAfterTheLastMessageOfALivingWindow) {
+  TestDialog<IDD_SIZING_BORDER> dialog;
+  dialog.on_message = [](UINT message, WPARAM, LPARAM, LRESULT&) { return message == WM_APP; };
+  const HWND window = dialog.Create(nullptr);
+  ASSERT_NE(window, nullptr);
+  const MessageAfterTheLast late(window);
+  DestroyWindow(window);
+  EXPECT_EQ(late.answer, FALSE);
+  EXPECT_TRUE(dialog.has_seen(WM_NCDESTROY));
+  EXPECT_FALSE(dialog.has_seen(WM_APP));
+}
+
 TEST(DialogProcedure, PassesOverMessagesBeforeAndAfterTheDialogsLife) {
   TestDialog<IDD_SIZING_BORDER> dialog;
   const HWND window = dialog.Create(nullptr);

@@ -22,16 +22,26 @@ class RegistryFailure : public PlacementTest {
 
   RegistryFailure() {
     open.replace([this](HKEY root, LPCWSTR name, DWORD options, REGSAM access, HKEY* key) {
+      asked.push_back({L"open", options, access});
       return count(open.calls() == failing_open ? LSTATUS{ERROR_ACCESS_DENIED}
                                                 : open.original(root, name, options, access, key));
     });
     create.replace([this](HKEY root, LPCWSTR name, DWORD reserved, LPWSTR key_class, DWORD options, REGSAM access,
                           const SECURITY_ATTRIBUTES* security, HKEY* key, DWORD* disposition) {
+      asked.push_back({key_class || security ? L"create with more" : L"create", options, access});
       return count(create_fails ? LSTATUS{ERROR_ACCESS_DENIED}
                                 : create.original(root, name, reserved, key_class, options, access,
                                                   const_cast<SECURITY_ATTRIBUTES*>(security), key, disposition));
     });
   }
+
+  /// How a key was asked for.
+  struct Request {
+    std::wstring call;
+    DWORD options;
+    REGSAM access;
+    friend bool operator==(const Request&, const Request&) = default;
+  };
 
   LSTATUS count(LSTATUS status) {
     if (status == ERROR_SUCCESS) ++opened;
@@ -41,6 +51,7 @@ class RegistryFailure : public PlacementTest {
   int failing_open = 0;
   bool create_fails = false;
   int opened = 0;
+  std::vector<Request> asked;
   OpenKeyProbe open;
   CreateKeyProbe create;
   CloseKeyProbe closed;
@@ -52,6 +63,20 @@ TEST_F(RegistryFailure, NoneStoresThePlacementAndClosesItsKeys) {
   EXPECT_TRUE(store());
   EXPECT_EQ(create.calls(), 1) << "the key was there";
   EXPECT_EQ(keys_left_open(), 0);
+}
+
+TEST_F(RegistryFailure, NoneAsksForTheRightsOfEachStep) {
+  constexpr REGSAM write = 0x20006;
+  constexpr REGSAM make = 0x2001F;
+  constexpr REGSAM read = 0x20019;
+  EXPECT_TRUE(store());
+  EXPECT_EQ(asked, (std::vector<Request>{{L"open", 0, write}, {L"create", 0, make}, {L"open", 0, write}}));
+  asked.clear();
+  EXPECT_TRUE(store());
+  EXPECT_EQ(asked, (std::vector<Request>{{L"open", 0, write}, {L"open", 0, write}}));
+  asked.clear();
+  EXPECT_TRUE(restore());
+  EXPECT_EQ(asked, (std::vector<Request>{{L"open", 0, read}}));
 }
 
 TEST_F(RegistryFailure, AtMakingTheKeyStoresNothing) {
