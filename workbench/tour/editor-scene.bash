@@ -32,14 +32,14 @@ replace_text "$editor" "$offset_edit" 12
 expect_offset 12 "$(sentence 12)"
 picture
 
-step offset-spun "the description follows the spin, by mouse and by arrow key"
-spin_up
-spin_up
-expect_offset 14 "$(sentence 14)"
-spin_down
-expect_offset 13 "$(sentence 13)"
-click_control "$editor" "$offset_edit"
+# The key comes before the mouse: see "up-down" in docs/test-platform-differences.md.
+step offset-spun "the description follows the spin, by arrow key and by mouse"
 press Up
+expect_offset 13 "$(sentence 13)"
+spin_up
+spin_up
+expect_offset 15 "$(sentence 15)"
+spin_down
 expect_offset 14 "$(sentence 14)"
 picture
 

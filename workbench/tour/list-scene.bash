@@ -4,6 +4,7 @@ readonly new_rule="ZZ harvest" renamed_rule="AA harvest"
 readonly used_rule="CFFEX treasury bond futures" users="TS 2年期国债, TF 5年期国债, T 10年期国债"
 
 step list "the menu command opens the list of rules"
+forget_place
 open_plugin_menu
 press Return
 await_list "$rules"

@@ -11,6 +11,12 @@ delete_question() { echo "是否删除到期规则\"$1\"？"; }
 dialog_place() { read_screen windows | awk -F '\t' -v title="$rules_dialog" '$1 == title { print $3, $4, $5, $6; exit }'; }
 dialog_size() { dialog_place | cut -d ' ' -f 3,4; }
 
+# forget_place: the list will open as for the first time. There is nothing to forget in a new prefix.
+forget_place() {
+  "$project/tools/wine-run" reg delete 'HKCU\Software\zdExpirationRules Project\Workbench\Windows Placement' /f \
+    >/dev/null 2>&1 || true
+}
+
 in_list() { "$1" "$rules_dialog" "$rules_list" "${@:2}"; }
 
 await_list() {

@@ -94,16 +94,16 @@ click_at() { xdotool mousemove "$1" "$2" click --repeat "${3:-1}" --delay 80 1; 
 # click_control TITLE ID [DX DY]: clicks its middle, or a point beside the middle.
 click_control() {
   local id class x y width height rest
-  IFS=$'\t' read -r id class x y width height rest < <(control "$1" "$2")
-  [ -n "$id" ] || fail "there is no control $2 in \"$1\""
+  await "control $2 in \"$1\"" has_control "$1" "$2"
+  IFS=$'\t' read -r id class x y width height rest < <(control "$1" "$2") || fail "control $2 left \"$1\""
   click_at $((x + width / 2 + ${3:-0})) $((y + height / 2 + ${4:-0}))
 }
 
 # click_row TITLE ID TEXT [COUNT]: clicks the row with a cell of this text, which must be in sight.
 click_row() {
   local x y width height rest
-  IFS=$'\t' read -r x y width height rest < <(row_with "$1" "$2" "$3")
-  [ -n "$x" ] || fail "there is no row \"$3\" in list $2 of \"$1\""
+  await "row \"$3\" in list $2 of \"$1\"" has_row "$1" "$2" "$3"
+  IFS=$'\t' read -r x y width height rest < <(row_with "$1" "$2" "$3") || fail "row \"$3\" left \"$1\""
   click_at $((x + 60)) $((y + height / 2)) "${4:-1}"
 }
 
