@@ -47,6 +47,14 @@ RECT rect_in(HWND dialog, HWND child) noexcept {
   return rect;
 }
 
+std::vector<HWND> children_of(HWND dialog) {
+  std::vector<HWND> children;
+  for (HWND child = GetWindow(dialog, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
+    children.push_back(child);
+  }
+  return children;
+}
+
 LayoutInfo measured_child(HWND dialog, HWND child, CSize anchor_top_left, CSize anchor_bottom_right) noexcept {
   const RECT parent = client_rect(dialog);
   const RECT rect = rect_in(dialog, child);

@@ -29,6 +29,9 @@ RECT client_rect(HWND window) noexcept;
 /// The rectangle of `child` in client coordinates of `dialog`.
 RECT rect_in(HWND dialog, HWND child) noexcept;
 
+/// The children of a dialog as they are now, from the top to the bottom. Throws `std::bad_alloc`.
+std::vector<HWND> children_of(HWND dialog);
+
 /// The layout of a child as it stands now; asks the child for its properties. NOANCHOR at the bottom right stands for
 /// the anchor at the top left.
 LayoutInfo measured_child(HWND dialog, HWND child, CSize anchor_top_left, CSize anchor_bottom_right) noexcept;

@@ -102,9 +102,10 @@ class CResizableDialogImplT : public TDialogBase,
     return FALSE;
   }
 
+  /// A child that is asked for its properties may go, take others with it or change their order.
   void AnchorChildren() {
-    for (HWND child = ::GetWindow(this->m_hWnd, GW_CHILD); child; child = ::GetWindow(child, GW_HWNDNEXT)) {
-      if (child != this->SizeGrip().m_hWnd) this->AddAnchor(child, TOP_LEFT);
+    for (const HWND child : resizable::children_of(this->m_hWnd)) {
+      if (child != this->SizeGrip().m_hWnd && ::IsWindow(child)) this->AddAnchor(child, TOP_LEFT);
     }
   }
 

@@ -74,9 +74,10 @@ class CResizableLayout {
   BOOL ApplyEraseClipping(HDC hdc, BOOL bUndo) {
     ForgetClipState();
     if (bUndo || ::WindowFromDC(hdc) != dialog()) return FALSE;
-    saved_clip_state_ = ::GetClipRgn(hdc, saved_clip_region_.get());
     platform::Region erased;
+    // First, because it asks the children and `T`, who may throw: nothing is saved then.
     BuildEraseRegion(erased.put());
+    saved_clip_state_ = ::GetClipRgn(hdc, saved_clip_region_.get());
     ::ExtSelectClipRgn(hdc, erased.get(), RGN_AND);
     return TRUE;
   }

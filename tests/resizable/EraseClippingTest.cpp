@@ -2,24 +2,22 @@
 #include <commctrl.h>
 #include <gtest/gtest.h>
 
+#include <optional>
+
 #include "DeviceContext.h"
 #include "EraseClipping.h"
 #include "ImportProbe.h"
-#include "ResizableLayout.h"
-#include "TestWindows.h"
+#include "LayoutWindow.h"
 
 ZD_IMPORT_PROBE(GetWindowRgn, WindowRegionProbe);
+ZD_IMPORT_PROBE(CreateRectRgn, CreateRegionProbe);
+ZD_IMPORT_PROBE(CreateRectRgnIndirect, CreateRectRegionProbe);
+ZD_IMPORT_PROBE(DeleteObject, DeleteObjectProbe);
 
 namespace resizable_test {
 namespace {
 
 using platform::Region;
-
-class LayoutWindow : public platform::CWindow, public CResizableLayout<LayoutWindow> {
- public:
-  BOOL ArrangeLayoutCallback(LayoutInfo&) { return callback_answer; }
-  BOOL callback_answer = TRUE;
-};
 
 Region rect_region(const RECT& rect) { return Region(CreateRectRgnIndirect(&rect)); }
 
@@ -161,10 +159,50 @@ TEST_F(EraseRegion, FallsBackToTheRectangleWhenTheRegionCannotBeRead) {
   EXPECT_TRUE(same_area(erased(), without(rect_region(client), place)));
 }
 
+/// A child whose class says that it may be clipped, and that says otherwise itself.
+class AnsweringChild : public EraseRegion {
+ protected:
+  void anchor(const ChildResizeFlags& properties, BOOL clipping) {
+    listener.emplace(child, [=, this](UINT message, WPARAM question, LPARAM record, LRESULT& result) {
+      if (message != WMU_RESIZESUPPORT) return false;
+      asked_clipping += question == RQ_CLIPPING;
+      if (question == RQ_PROPERTIES) *reinterpret_cast<ChildResizeFlags*>(record) = properties;
+      if (question == RQ_CLIPPING) *reinterpret_cast<BOOL*>(record) = clipping;
+      result = TRUE;
+      return true;
+    });
+    layout.AddAnchor(child, TOP_LEFT);
+  }
+
+  HWND child = make_child(parent.get(), L"Edit", place);
+  std::optional<Listener> listener;
+  int asked_clipping = 0;
+};
+
+TEST_F(AnsweringChild, IsErasedByItsCachedAnswerWithoutBeingAsked) {
+  anchor({FALSE, TRUE, FALSE, FALSE}, TRUE);
+  EXPECT_TRUE(same_area(erased(), rect_region(client)));
+  EXPECT_EQ(asked_clipping, 0);
+}
+
+TEST_F(AnsweringChild, IsLeftOutByItsAnswerWhenItWantsToBeAsked) {
+  anchor({TRUE, TRUE, FALSE, FALSE}, TRUE);
+  EXPECT_TRUE(same_area(erased(), without(rect_region(client), place)));
+  EXPECT_EQ(asked_clipping, 1);
+}
+
+TEST_F(AnsweringChild, IsErasedByItsAnswerWhenItWantsToBeAsked) {
+  anchor({TRUE, TRUE, TRUE, FALSE}, FALSE);
+  EXPECT_TRUE(same_area(erased(), rect_region(client)));
+  EXPECT_EQ(asked_clipping, 1);
+}
+
 TEST_F(EraseRegion, AsksTheDialogForChildrenWithCallbacks) {
+  BOOL answer = TRUE;
+  layout.callback = [&](LayoutInfo&) { return answer; };
   layout.AddAnchorCallback(make_child(parent.get(), L"Edit", place), 7);
   EXPECT_TRUE(same_area(erased(), without(rect_region(client), place)));
-  layout.callback_answer = FALSE;
+  answer = FALSE;
   EXPECT_TRUE(same_area(erased(), rect_region(client)));
 }
 
@@ -217,6 +255,39 @@ TEST_F(EraseClipping, LeavesTheDcOfAnotherWindowAlone) {
 TEST_F(EraseClipping, LeavesNoDcAtAllAlone) {
   EXPECT_EQ(layout.ApplyEraseClipping(nullptr, FALSE), FALSE);
   EXPECT_EQ(layout.SavedClipState(), -1);
+}
+
+TEST_F(EraseClipping, DeletesEveryRegionThatItMakes) {
+  anchored(L"Edit");
+  SetWindowRgn(anchored(L"Edit", 0, {100, 20, 150, 90}), CreateRectRgn(5, 5, 15, 15), FALSE);
+  const platform::ClientDc dc(parent.get());
+  const CreateRegionProbe regions;
+  const CreateRectRegionProbe rectangles;
+  const DeleteObjectProbe deleted;
+  layout.ApplyEraseClipping(dc.get(), FALSE);
+  EXPECT_EQ(regions.calls(), 2) << "one a child";
+  EXPECT_EQ(rectangles.calls(), 2) << "the client area and the child without a region of its own";
+  EXPECT_EQ(deleted.calls(), 4);
+}
+
+TEST_F(EraseClipping, ClipsNothingWithoutARegionOfTheClientArea) {
+  anchored(L"Edit");
+  const platform::ClientDc dc(parent.get());
+  CreateRectRegionProbe rectangles;
+  rectangles.fail(0, nullptr);
+  layout.ApplyEraseClipping(dc.get(), FALSE);
+  clip(dc.get());
+  EXPECT_EQ(clip_state, 0) << "no clip region";
+}
+
+TEST_F(EraseClipping, LeavesAChildInWhoseRegionCannotBeMade) {
+  anchored(L"Edit");
+  anchored(L"Edit", 0, {100, 20, 150, 90});
+  const platform::ClientDc dc(parent.get());
+  CreateRectRegionProbe rectangles;
+  rectangles.fail(2, nullptr);
+  layout.ApplyEraseClipping(dc.get(), FALSE);
+  EXPECT_TRUE(same_area(clip(dc.get()), without(rect_region(client), {100, 20, 150, 90})));
 }
 
 }  // namespace

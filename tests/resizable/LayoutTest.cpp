@@ -4,8 +4,7 @@
 #include <optional>
 
 #include "ImportProbe.h"
-#include "ResizableLayout.h"
-#include "TestWindows.h"
+#include "LayoutWindow.h"
 
 ZD_IMPORT_PROBE(BeginDeferWindowPos, BeginProbe);
 ZD_IMPORT_PROBE(DeferWindowPos, DeferProbe);
@@ -13,35 +12,6 @@ ZD_IMPORT_PROBE(EndDeferWindowPos, EndProbe);
 
 namespace resizable_test {
 namespace {
-
-/// The mix-in alone on a window.
-class LayoutWindow : public platform::CWindow, public CResizableLayout<LayoutWindow> {
- public:
-  using CResizableLayout::Anchored;
-
-  BOOL ArrangeLayoutCallback(LayoutInfo& info) {
-    return callback ? callback(info) : CResizableLayout::ArrangeLayoutCallback(info);
-  }
-
-  std::function<BOOL(LayoutInfo&)> callback;
-};
-
-class AnchorLayout : public testing::Test {
- protected:
-  AnchorLayout() { layout.Attach(parent.get()); }
-
-  HWND child(const RECT& rect = {10, 20, 60, 40}, const wchar_t* window_class = L"Edit", DWORD style = 0) {
-    return make_child(parent.get(), window_class, rect, style);
-  }
-
-  void grow_to(LONG width, LONG height) {
-    resize(parent.get(), width, height);
-    layout.ArrangeLayout();
-  }
-
-  OwnedWindow parent{make_popup()};
-  LayoutWindow layout;
-};
 
 TEST_F(AnchorLayout, WithoutASecondAnchorTheChildKeepsSizeAndPosition) {
   const HWND edit = child();
@@ -145,6 +115,29 @@ TEST_F(AnchorLayout, NamesWhatStaysOfAMovedChild) {
   });
   grow_to(400, 300);
   EXPECT_THAT(flags, testing::ElementsAre(0x214U | SWP_NOSIZE, 0x214U | SWP_NOMOVE));
+}
+
+TEST_F(AnchorLayout, AChildThatAsksForARepaintKeepsNoneOfItsPicture) {
+  const HWND edit = child();
+  RepaintQuery asked{};
+  Listener listener(edit, [&](UINT message, WPARAM question, LPARAM record, LRESULT& result) {
+    if (message != WMU_RESIZESUPPORT) return false;
+    if (question == RQ_REPAINT) asked = *reinterpret_cast<const RepaintQuery*>(record);
+    result = TRUE;
+    return true;
+  });
+  layout.AddAnchor(edit, TOP_RIGHT);
+  std::vector<UINT> flags;
+  DeferProbe defer;
+  defer.replace([&](HDWP batch, HWND window, HWND after, int x, int y, int cx, int cy, UINT given) {
+    flags.push_back(given);
+    return defer.original(batch, window, after, x, y, cx, cy, given);
+  });
+  grow_to(400, 300);
+  EXPECT_THAT(flags, testing::ElementsAre(0x314U | SWP_NOSIZE));
+  EXPECT_EQ(asked.old_rect, (RECT{10, 20, 60, 40})) << "where it was in the dialog";
+  EXPECT_EQ(asked.new_rect, (RECT{110, 20, 160, 40}));
+  EXPECT_EQ(rect_of(edit), asked.new_rect);
 }
 
 TEST_F(AnchorLayout, ZeroAndVeryLargeSizesBringTheChildrenBack) {
@@ -275,6 +268,18 @@ TEST_F(CallbackLayout, ComesAfterTheAnchoredChildren) {
   grow_to(400, 300);
   ASSERT_EQ(moved.size(), 2U);
   EXPECT_EQ(moved[0], anchored);
+}
+
+TEST_F(CallbackLayout, TheBatchHasRoomForChildrenOfBothKinds) {
+  layout.AddAnchor(child(), TOP_RIGHT);
+  layout.AddAnchorCallback(child(), 7);
+  layout.AddAnchorCallback(child(), 8);
+  layout.callback = [](LayoutInfo&) { return FALSE; };
+  std::vector<int> sizes;
+  BeginProbe begin;
+  begin.replace([&](int count) { return sizes.push_back(count), begin.original(count); });
+  grow_to(400, 300);
+  EXPECT_THAT(sizes, testing::ElementsAre(3));
 }
 
 TEST_F(CallbackLayout, MayClearTheLayoutWhileItIsAsked) {
