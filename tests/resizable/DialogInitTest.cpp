@@ -73,6 +73,18 @@ TEST_F(ResizableDialog, ShowsTheGripInTheCorner) {
   EXPECT_EQ(rect_of(dialog.grip()), (RECT{client.cx - grip.cx, client.cy - grip.cy, client.cx, client.cy}));
 }
 
+TEST_F(ResizableDialog, PlacesTheGripBeforeTheDialogsOwnInitialisation) {
+  RECT grip{};
+  bool shown = false;
+  open_with([&] {
+    grip = rect_of(dialog.grip());
+    shown = (GetWindowLongW(dialog.grip(), GWL_STYLE) & WS_VISIBLE) != 0;
+  });
+  EXPECT_EQ(grip.right, client_size(dialog.m_hWnd).cx);
+  EXPECT_EQ(grip.bottom, client_size(dialog.m_hWnd).cy);
+  EXPECT_TRUE(shown);
+}
+
 TEST_F(ResizableDialog, KeepsTheGripInTheCorner) {
   open();
   for (const CSize by : {CSize(50, 30), CSize(200, 100), CSize(1, 0)}) {

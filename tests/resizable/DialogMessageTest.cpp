@@ -54,13 +54,17 @@ TEST_F(DialogMessages, SizeIsLaidOutAndStaysTheDialogsToo) {
 
 TEST_F(DialogMessages, SizesOfOtherWindowsMoveNothing) {
   open();
+  // A count that would rise and a grip that would go back to its corner.
+  send(WM_SIZE, SIZE_MAXIMIZED);
+  SetWindowPos(dialog.grip(), nullptr, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
   const RECT grip = rect_of(dialog.grip());
+  ASSERT_EQ(grip.left, 0);
   displace();
   for (const WPARAM type : {SIZE_MAXHIDE, SIZE_MAXSHOW}) {
     EXPECT_FALSE(handles(WM_SIZE, type));
     EXPECT_TRUE(displaced());
     EXPECT_EQ(rect_of(dialog.grip()), grip);
-    EXPECT_EQ(dialog.ShowCount(), 1);
+    EXPECT_EQ(dialog.ShowCount(), 0);
   }
 }
 
@@ -144,6 +148,18 @@ TEST_F(DialogMessages, DraggingInwardStopsAtTheTemplatesSize) {
   EXPECT_EQ(size(), smallest);
 }
 
+TEST_F(DialogMessages, MaximisingIsNotLimited) {
+  open_shown();
+  MONITORINFO monitor{};
+  monitor.cbSize = sizeof monitor;
+  ASSERT_TRUE(GetMonitorInfoW(MonitorFromWindow(dialog.m_hWnd, MONITOR_DEFAULTTONEAREST), &monitor));
+  ShowWindow(dialog.m_hWnd, SW_MAXIMIZE);
+  const RECT maximised = rect();
+  EXPECT_LE(maximised.left, monitor.rcWork.left);
+  EXPECT_GE(maximised.right, monitor.rcWork.right);
+  EXPECT_GE(maximised.bottom, monitor.rcWork.bottom);
+}
+
 TEST_F(DialogMessages, LargestAndMaximisedSizesAreAnsweredWhenTheyAreSet) {
   open();
   dialog.SetMaxTrackingSize({500, 400});
@@ -200,12 +216,14 @@ TEST_F(DialogMessages, FrameCalculationLeavesTheRightClientArea) {
 
 TEST_F(DialogMessages, SettingChangeReachesTheGrip) {
   open_shown();
+  ASSERT_TRUE(is_cut_to_triangle(dialog.grip()));
   MetricsProbe metrics;
   metrics.replace([&](int index) { return index == SM_CXVSCROLL ? 33 : metrics.original(index); });
   send(WM_SETTINGCHANGE);
   EXPECT_EQ(dialog.SizeGrip().Size().cx, 33);
   EXPECT_EQ(rect_of(dialog.grip()).right - rect_of(dialog.grip()).left, 33);
   EXPECT_EQ(rect_of(dialog.grip()).right, client_size(dialog.m_hWnd).cx);
+  EXPECT_TRUE(is_cut_to_triangle(dialog.grip())) << "cut to its new size";
 }
 
 class Erasing : public DialogMessages {
@@ -245,6 +263,17 @@ TEST_F(Erasing, AnyOtherMessageEndsIt) {
   EXPECT_EQ(dialog.SavedClipState(), -1);
   erase(dc.get());
   EXPECT_EQ(clipped->calls(), 2);
+}
+
+TEST_F(Erasing, TheNextMessageRestoresNoClipRegion) {
+  const platform::ClientDc dc(dialog.m_hWnd);
+  const RECT close = rect_of(dialog.item(IDCANCEL));
+  ASSERT_TRUE(PtVisible(dc.get(), close.left + 5, close.top + 5));
+  erase(dc.get());
+  handles(WM_APP);
+  const platform::Region clip(CreateRectRgn(0, 0, 0, 0));
+  EXPECT_EQ(GetClipRgn(dc.get(), clip.get()), 1);
+  EXPECT_FALSE(PtVisible(dc.get(), close.left + 5, close.top + 5));
 }
 
 TEST_F(Erasing, PendsAlsoWhenNothingWasClipped) {

@@ -28,11 +28,7 @@ class SizeGrip : public testing::Test {
     return copy;
   }
 
-  bool is_triangular() {
-    const auto corners = resizable::grip_triangle(resizable::size_of(grip.GetWindowRect()));
-    const platform::Region triangle(CreatePolygonRgn(corners.data(), 3, WINDING));
-    return EqualRgn(region().get(), triangle.get()) != FALSE;
-  }
+  bool is_triangular() { return is_cut_to_triangle(grip.m_hWnd); }
 
   OwnedWindow parent{make_popup()};
   CSizeGrip grip;

@@ -1,7 +1,13 @@
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
+#include <utility>
+#include <vector>
+
+#include "ImportProbe.h"
 #include "ResizableGrip.h"
 #include "TestWindows.h"
+
+ZD_IMPORT_PROBE(SetWindowPos, SetPositionProbe);
 
 namespace resizable_test {
 namespace {
@@ -48,6 +54,22 @@ TEST_F(GripMixIn, ShowsTheGripInTheCornerBehindEveryControl) {
   EXPECT_TRUE(IsWindowVisible(grip()));
   EXPECT_EQ(GetWindow(control, GW_HWNDNEXT), grip());
   EXPECT_EQ(GetWindow(grip(), GW_HWNDNEXT), nullptr);
+}
+
+TEST_F(GripMixIn, NamesHowTheGripIsPlaced) {
+  std::vector<std::pair<HWND, UINT>> placed;
+  SetPositionProbe probe;
+  probe.replace([&](HWND moved, HWND after, int x, int y, int cx, int cy, UINT flags) {
+    if (moved == grip()) placed.emplace_back(after, flags);
+    return probe.original(moved, after, x, y, cx, cy, flags);
+  });
+  for (const int count : {1, 2, 0, -1}) {
+    window.SetShowCount(count);
+    window.UpdateSizeGrip();
+  }
+  using Placed = std::pair<HWND, UINT>;
+  EXPECT_THAT(placed, testing::ElementsAre(Placed(HWND_BOTTOM, 0x251), Placed(HWND_BOTTOM, 0x251),
+                                           Placed(HWND_BOTTOM, 0x291), Placed(HWND_BOTTOM, 0x291)));
 }
 
 TEST_F(GripMixIn, HidesTheGripWhenNobodyWantsIt) {

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <vector>
 
 #include "DeviceContext.h"
 #include "GripFixture.h"
@@ -13,6 +14,7 @@ ZD_IMPORT_PROBE(CreateCompatibleBitmap, CreateCompatibleBitmapProbe);
 ZD_IMPORT_PROBE(CreatePolygonRgn, CreatePolygonProbe);
 ZD_IMPORT_PROBE(DeleteObject, DeleteObjectProbe);
 ZD_IMPORT_PROBE(DeleteDC, DeleteDcProbe);
+ZD_IMPORT_PROBE(SelectObject, SelectObjectProbe);
 
 namespace resizable_test {
 namespace {
@@ -79,6 +81,32 @@ TEST_F(MaskedGrip, DrawsOverBlackWhatTheSystemDraws) {
       ASSERT_EQ(GetPixel(dc.get(), x, y), drawn == key ? RGB(0, 0, 0) : drawn) << x << ", " << y;
     }
   }
+}
+
+TEST_F(MaskedGrip, GivesTheOldBitmapsBackToItsDcs) {
+  struct Selection {
+    HDC dc;
+    HGDIOBJ object;
+    HGDIOBJ previous;
+  };
+  std::vector<Selection> selections;
+  SelectObjectProbe probe;
+  probe.replace([&](HDC dc, HGDIOBJ object) {
+    const HGDIOBJ previous = probe.original(dc, object);
+    selections.push_back({dc, object, previous});
+    return previous;
+  });
+  const platform::ClientDc screen(grip.m_hWnd);
+  send(WM_PAINT, reinterpret_cast<WPARAM>(screen.get()));
+  ASSERT_EQ(selections.size(), 4U);
+  for (int first = 0; first < 2; ++first) {
+    const Selection& taken = selections[first];
+    const Selection& back = selections[3 - first];
+    EXPECT_EQ(back.dc, taken.dc);
+    EXPECT_EQ(back.object, taken.previous);
+    EXPECT_EQ(back.previous, taken.object);
+  }
+  EXPECT_NE(selections[0].dc, selections[1].dc);
 }
 
 TEST_F(MaskedGrip, PaintsWhatIsInvalid) {

@@ -4,6 +4,7 @@
 
 ZD_IMPORT_PROBE(CreateWindowExW, CreateWindowProbe);
 ZD_IMPORT_PROBE(SetWindowRgn, SetRegionProbe);
+ZD_IMPORT_PROBE(CreatePolygonRgn, CreatePolygonProbe);
 
 namespace resizable_test {
 namespace {
@@ -44,6 +45,24 @@ TEST_F(SizeGrip, ThatCannotBeMadeSaysSo) {
   probe.fail(0, nullptr);
   EXPECT_FALSE(grip.Create(parent.get()));
   EXPECT_EQ(grip.m_hWnd, nullptr);
+}
+
+TEST_F(SizeGrip, ASecondOneIsRefusedAndLeavesNoWindowBehind) {
+  create();
+  const HWND first = grip.m_hWnd;
+  EXPECT_FALSE(grip.Create(parent.get()));
+  EXPECT_EQ(grip.m_hWnd, first);
+  EXPECT_EQ(GetWindow(parent.get(), GW_CHILD), first);
+  EXPECT_EQ(GetWindow(first, GW_HWNDNEXT), nullptr) << "the only child";
+}
+
+TEST_F(SizeGrip, IsWholeWhenItsTriangleCannotBeMade) {
+  CreatePolygonProbe probe;
+  probe.fail(0, nullptr);
+  create();
+  grip.MakeTriangular(TRUE);
+  region();
+  EXPECT_EQ(region_kind, ERROR) << "no region at all";
 }
 
 TEST_F(SizeGrip, BecomesWholeAndTriangularAgain) {

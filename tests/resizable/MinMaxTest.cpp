@@ -45,5 +45,21 @@ TEST_F(MinMax, SetsTheMaximisedRectangleOnly) {
   EXPECT_TRUE(same(info, {{90, 91}, {100, 200}, {-5, 6}, {96, 97}, {98, 99}}));
 }
 
+class MeasuringWindow : public CResizableMinMax<MeasuringWindow> {
+ public:
+  BOOL CalcSizeExtra(HWND, CSize normal, CSize wanted, CSize& extra) override {
+    extra = {wanted.cx - normal.cx, wanted.cy - normal.cy};
+    return TRUE;
+  }
+};
+
+TEST(ExtraSize, IsCalculatedByTheDerivedClass) {
+  MeasuringWindow window;
+  CResizableMinMax<MeasuringWindow>& base = window;
+  CSize extra;
+  EXPECT_EQ(base.CalcSizeExtra(nullptr, {10, 20}, {13, 25}, extra), TRUE);
+  EXPECT_EQ(extra, CSize(3, 5));
+}
+
 }  // namespace
 }  // namespace resizable_test

@@ -63,6 +63,12 @@ TEST_F(MisusedLayout, HalfOfNoAnchorIsAnAnchor) {
   EXPECT_EQ(window.Anchored()[0].bottom_right.anchor, CSize(0, -1));
 }
 
+TEST_F(MisusedLayout, ReportsACallbackWithoutAnId) {
+  window.AddAnchorCallback(child, 0);
+  EXPECT_THAT(take_reports_without_lines(),
+              ElementsAre("ASSERT callbackId != 0 | ResizableLayout.h:* AddAnchorCallback"));
+}
+
 TEST_F(MisusedLayout, ReportsACallbackThatNobodyAnswers) {
   window.AddAnchorCallback(child, 7);
   resize(parent.get(), 400, 300);

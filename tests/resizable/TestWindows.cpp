@@ -1,6 +1,7 @@
 #include "TestWindows.h"
 
 #include "ModuleInstance.h"
+#include "Owned.h"
 
 namespace resizable_test {
 
@@ -30,6 +31,16 @@ CSize client_size(HWND window) {
   RECT rect{};
   GetClientRect(window, &rect);
   return {rect.right, rect.bottom};
+}
+
+bool is_cut_to_triangle(HWND window) {
+  const RECT rect = rect_of(window);
+  const LONG width = rect.right - rect.left;
+  const LONG height = rect.bottom - rect.top;
+  const POINT corners[] = {{0, height}, {width, height}, {width, 0}};
+  const platform::Region triangle(CreatePolygonRgn(corners, 3, WINDING));
+  const platform::Region region(CreateRectRgn(0, 0, 0, 0));
+  return GetWindowRgn(window, region.get()) != ERROR && EqualRgn(region.get(), triangle.get());
 }
 
 void pump() {

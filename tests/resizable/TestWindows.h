@@ -39,6 +39,9 @@ RECT rect_of(HWND child);
 
 CSize client_size(HWND window);
 
+/// Whether a window's region is the lower right half of its rectangle.
+bool is_cut_to_triangle(HWND window);
+
 /// Handles the messages that are waiting, those of the window manager included.
 void pump();
 
