@@ -7,10 +7,7 @@ namespace platform {
 
 namespace {
 
-HRESULT load_type_library(const GUID& library, ComPtr<ITypeLib>& loaded) noexcept {
-  const HRESULT registered =
-      receive(loaded, [&](ITypeLib** out) { return LoadRegTypeLib(library, 1, 0, LOCALE_NEUTRAL, out); });
-  if (SUCCEEDED(registered) && loaded) return S_OK;
+HRESULT load_own_library(ComPtr<ITypeLib>& loaded) noexcept {
   try {
     const std::wstring path = module_file_name();
     return receive(loaded, [&](ITypeLib** out) { return LoadTypeLibEx(path.c_str(), REGKIND_NONE, out); });
@@ -21,13 +18,21 @@ HRESULT load_type_library(const GUID& library, ComPtr<ITypeLib>& loaded) noexcep
   }
 }
 
+/// Finds the type in a library whose loading was answered with `loaded`.
+HRESULT find_type(HRESULT loaded, const ComPtr<ITypeLib>& library, const GUID& type, ITypeInfo** info) noexcept {
+  if (FAILED(loaded)) return loaded;
+  if (!library) return E_FAIL;
+  const HRESULT found = library->GetTypeInfoOfGuid(type, info);
+  return SUCCEEDED(found) && !*info ? E_FAIL : found;
+}
+
 HRESULT load_type_info(const GUID& library, const GUID& type, ITypeInfo** info) noexcept {
   ComPtr<ITypeLib> loaded;
-  const HRESULT hr = load_type_library(library, loaded);
-  if (FAILED(hr)) return hr;
-  if (!loaded) return E_FAIL;
-  const HRESULT found = loaded->GetTypeInfoOfGuid(type, info);
-  return SUCCEEDED(found) && !*info ? E_FAIL : found;
+  const HRESULT registered =
+      receive(loaded, [&](ITypeLib** out) { return LoadRegTypeLib(library, 1, 0, LOCALE_NEUTRAL, out); });
+  if (SUCCEEDED(find_type(registered, loaded, type, info))) return S_OK;
+  const HRESULT own = load_own_library(loaded);
+  return find_type(own, loaded, type, info);
 }
 
 }  // namespace

@@ -6,8 +6,9 @@
 
 namespace platform {
 
-/// The description of one interface or class from the module's type library: the registered one, else the one in the
-/// module's own resources. Loaded when it is made; a failure to load is answered by every call.
+/// The description of one interface or class from the module's type library: the registered one, else, when none is
+/// registered or a stale one lacks the type, the one in the module's own resources. Loaded when it is made; a failure
+/// to load is answered by every call.
 class TypeInfo {
  public:
   TypeInfo(const GUID& library, const GUID& type) noexcept;

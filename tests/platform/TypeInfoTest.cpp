@@ -27,7 +27,7 @@ _bstr_t help_text(ITypeInfo* info) {
 /// A file with a library of the same identity as the sample, whose one interface has another help text.
 class OtherLibrary {
  public:
-  explicit OtherLibrary(const GUID& type)
+  explicit OtherLibrary(const GUID& type, WORD version = 1)
       : path_(std::filesystem::temp_directory_path() /
               (L"zd-other-" + std::to_wstring(GetCurrentProcessId()) + L".tlb")) {
     const std::wstring path = path_.wstring();
@@ -37,7 +37,7 @@ class OtherLibrary {
     std::wstring help = L"from the registered library";
     library->SetName(name.data());
     library->SetGuid(LIBID_zdExpirationRules);
-    library->SetVersion(1, 0);
+    library->SetVersion(version, 0);
     library->SetLcid(LOCALE_NEUTRAL);
     ComPtr<ICreateTypeInfo> info;
     receive(info, [&](ICreateTypeInfo** out) { return library->CreateTypeInfo(name.data(), TKIND_INTERFACE, out); });
@@ -84,6 +84,23 @@ TEST_F(TypeInfoTest, ComesFromTheRegisteredLibraryFirst) {
 
 TEST_F(TypeInfoTest, ComesFromTheModulesOwnResourceWhenTheRegisteredFileIsGone) {
   { OtherLibrary(__uuidof(IkvPlugin)).register_it(); }
+  ASSERT_TRUE(test_support::registry_key_exists(HKEY_CLASSES_ROOT, L"TypeLib"));
+  const TypeInfo type(LIBID_zdExpirationRules, __uuidof(IkvPlugin));
+  EXPECT_STREQ(loaded_help_text(type), L"IkvPlugin Interface");
+}
+
+TEST_F(TypeInfoTest, ComesFromTheModulesOwnResourceWhenTheRegisteredLibraryLacksIt) {
+  const OtherLibrary stale(__uuidof(IUndescribed));
+  stale.register_it();
+  const TypeInfo lacking(LIBID_zdExpirationRules, __uuidof(IkvPlugin));
+  EXPECT_STREQ(loaded_help_text(lacking), L"IkvPlugin Interface");
+  const TypeInfo known(LIBID_zdExpirationRules, __uuidof(IUndescribed));
+  EXPECT_STREQ(loaded_help_text(known), L"from the registered library") << "the library that lacks it is registered";
+}
+
+TEST_F(TypeInfoTest, ComesFromTheModulesOwnResourceWhenAnotherVersionIsRegistered) {
+  const OtherLibrary newer(__uuidof(IkvPlugin), 2);
+  newer.register_it();
   ASSERT_TRUE(test_support::registry_key_exists(HKEY_CLASSES_ROOT, L"TypeLib"));
   const TypeInfo type(LIBID_zdExpirationRules, __uuidof(IkvPlugin));
   EXPECT_STREQ(loaded_help_text(type), L"IkvPlugin Interface");
