@@ -8,6 +8,7 @@
 
 #include "DebugRecord.h"
 #include "LastErrorKeeper.h"
+#include "LastFailure.h"
 #include "SectionLock.h"
 
 extern "C" IMAGE_DOS_HEADER __ImageBase;
@@ -78,7 +79,7 @@ void wait_for_global_event() noexcept {
 }  // namespace
 
 SnagtrapInitializer::SnagtrapInitializer() : section_() {
-  if (!InitializeCriticalSectionAndSpinCount(&section_, 0)) throw HRESULT_FROM_WIN32(GetLastError());
+  if (!InitializeCriticalSectionAndSpinCount(&section_, 0)) throw last_failure();
 }
 
 SnagtrapInitializer::~SnagtrapInitializer() {

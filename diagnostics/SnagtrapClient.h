@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <atomic>
+
 #include "SnagtrapUtil.h"
 
 namespace SnagtrapUtil {
@@ -43,7 +45,7 @@ class SnagtrapInitializer {
   CRITICAL_SECTION section_;
   IKV_SnagtrapUtil::IDebugRoot* root_ = nullptr;
   bool attempted_ = false;
-  bool initialised_ = false;
+  std::atomic<bool> initialised_ = false;  ///< read outside the critical section too
   bool report_failure_ = false;
 };
 

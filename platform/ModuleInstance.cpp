@@ -2,6 +2,8 @@
 
 #include <comdef.h>
 
+#include "LastFailure.h"
+
 extern "C" IMAGE_DOS_HEADER __ImageBase;
 
 namespace platform {
@@ -12,7 +14,7 @@ std::wstring module_file_name() {
   std::wstring path(MAX_PATH, L'\0');
   for (;;) {
     const DWORD length = GetModuleFileNameW(module_instance(), path.data(), static_cast<DWORD>(path.size()));
-    if (length == 0) throw _com_error(HRESULT_FROM_WIN32(GetLastError()));
+    if (length == 0) throw _com_error(SnagtrapUtil::last_failure());
     if (length < path.size()) {
       path.resize(length);
       return path;

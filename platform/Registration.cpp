@@ -6,6 +6,7 @@
 #include <string>
 
 #include "ComSupport.h"
+#include "LastFailure.h"
 #include "ModuleInstance.h"
 #include "Owned.h"
 
@@ -30,7 +31,7 @@ std::wstring script_text(int resource_id) {
   HRSRC found = FindResourceW(module, MAKEINTRESOURCEW(resource_id), L"REGISTRY");
   HGLOBAL loaded = found ? LoadResource(module, found) : nullptr;
   const auto* bytes = loaded ? static_cast<const char*>(LockResource(loaded)) : nullptr;
-  if (!bytes) throw _com_error(HRESULT_FROM_WIN32(GetLastError()));
+  if (!bytes) throw _com_error(SnagtrapUtil::last_failure());
   const int size = static_cast<int>(SizeofResource(module, found));
   std::wstring text(static_cast<std::size_t>(size), L'\0');
   text.resize(static_cast<std::size_t>(MultiByteToWideChar(CP_UTF8, 0, bytes, size, text.data(), size)));
@@ -106,7 +107,7 @@ template <class Function>
 Function automation_function(const char* name) {
   HMODULE automation = GetModuleHandleW(L"oleaut32.dll");
   const auto function = reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(automation, name)));
-  if (!function) throw _com_error(HRESULT_FROM_WIN32(GetLastError()));
+  if (!function) throw _com_error(SnagtrapUtil::last_failure());
   return function;
 }
 

@@ -12,11 +12,14 @@
 #include <vector>
 
 #include "DialogDriver.h"
+#include "ImportProbe.h"
 #include "Recorder.h"
 #include "RegistrySandbox.h"
 #include "Report.h"
 #include "Reporters.h"
 #include "SnagtrapClient.h"
+
+ZD_IMPORT_PROBE(InitializeCriticalSectionAndSpinCount, SectionProbe);
 
 namespace {
 
@@ -152,6 +155,21 @@ int get_the_client() {
   return 0;
 }
 
+/// Reports while the client cannot be made, and once more when it can.
+int report_without_client() {
+  Recorder recorder(argument(2));
+  {
+    SectionProbe section;
+    section.fail(0, FALSE);
+    expect(false, L"lost", place);
+    report_hresult(E_FAIL, place);
+    say("commands", std::to_wstring(recorder.commands().size()));
+  }
+  expect(false, L"kept", place);
+  say("reports", std::to_wstring(recorder.commands(L"PROCESS").size()));
+  return 0;
+}
+
 /// Several threads make the first report of the process at once.
 int first_reports_of_many_threads() {
   constexpr std::size_t thread_count = 8;
@@ -204,6 +222,7 @@ constexpr Role roles[] = {
     {L"end orderly", end_orderly},
     {L"first report", first_report},
     {L"get the client", get_the_client},
+    {L"report without client", report_without_client},
     {L"first reports of many threads", first_reports_of_many_threads},
 };
 

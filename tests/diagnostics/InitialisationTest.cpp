@@ -1,7 +1,10 @@
 #include <optional>
 
+#include "ImportProbe.h"
 #include "RecorderTest.h"
 #include "SnagtrapClient.h"
+
+ZD_IMPORT_PROBE(InitializeCriticalSectionAndSpinCount, SectionProbe);
 
 namespace diagnostics_test {
 namespace {
@@ -26,6 +29,24 @@ class Initialisation : public testing::Test {
 TEST_F(Initialisation, MakingAClientSendsNothing) {
   SnagtrapClient client;
   EXPECT_FALSE(client.initialised());
+  EXPECT_THAT(recorder.words(), IsEmpty());
+}
+
+TEST_F(Initialisation, ClientThatCannotBeMadeIsThrownAsTheHresult) {
+  const std::pair<DWORD, HRESULT> failures[] = {{ERROR_NOT_ENOUGH_MEMORY, HRESULT_FROM_WIN32(ERROR_NOT_ENOUGH_MEMORY)},
+                                                {ERROR_ACCESS_DENIED, E_ACCESSDENIED},
+                                                {ERROR_SUCCESS, E_FAIL}};
+  for (const auto& [error, expected] : failures) {
+    SectionProbe section;
+    section.fail(1, FALSE, error);
+    HRESULT thrown = S_OK;
+    try {
+      SnagtrapClient client;
+    } catch (const HRESULT& hresult) {
+      thrown = hresult;
+    }
+    EXPECT_EQ(expected, thrown);
+  }
   EXPECT_THAT(recorder.words(), IsEmpty());
 }
 

@@ -182,6 +182,10 @@ TEST_F(FirstReport, CarriesAndKeepsTheLastErrorOfBeforeTheInitialisation) {
   EXPECT_EQ(play({L"first report", recorder_path()}).output, "last error=000010e1\ncarried=4321\n");
 }
 
+TEST_F(FirstReport, IsDroppedWhileTheClientCannotBeMadeAndALaterOneIsNot) {
+  EXPECT_EQ(play({L"report without client", recorder_path()}).output, "commands=0\nreports=1\n");
+}
+
 TEST_F(FirstReport, OfManyThreadsInitialisesOnceAndLosesNothing) {
   EXPECT_EQ(play({L"first reports of many threads", recorder_path()}).output,
             "ST_InitObject=1\nINIT=1\nConfigure=1\nreports=8\nthreads=8\ncomplete=yes\n");

@@ -1,12 +1,17 @@
 #include <comdef.h>
 #include <gtest/gtest.h>
 
+#include "ImportProbe.h"
 #include "ModuleInstance.h"
+#include "PerUserTypeLibraries.h"
 #include "Registration.h"
 #include "RegistryTree.h"
 #include "ScratchRoot.h"
 #include "TestResources.h"
 #include "zdExpirationRules_h.h"
+
+ZD_IMPORT_PROBE(LoadResource, LoadResourceProbe);
+ZD_IMPORT_PROBE(GetModuleFileNameW, ModuleFileNameProbe);
 
 namespace platform {
 namespace {
@@ -154,6 +159,28 @@ TEST_F(RegistrationTest, MissingScriptIsAFailure) {
   EXPECT_EQ(thrown_by([] { unrun(IDR_MISSING); }), HRESULT_FROM_WIN32(ERROR_RESOURCE_NAME_NOT_FOUND));
 }
 
+TEST_F(RegistrationTest, FailureThatLeavesNoErrorIsAFailureAllTheSame) {
+  for (const auto& [error, failure] :
+       {std::pair<DWORD, HRESULT>{ERROR_SUCCESS, E_FAIL}, {ERROR_ACCESS_DENIED, E_ACCESSDENIED}}) {
+    {
+      LoadResourceProbe probe;
+      probe.fail(0, nullptr, error);
+      EXPECT_EQ(thrown_by([] { run(); }), failure);
+    }
+    {
+      ModuleFileNameProbe probe;
+      probe.fail(0, 0, error);
+      EXPECT_EQ(thrown_by([] { register_type_library(RegistrationScope::machine); }), failure);
+    }
+    {
+      test_support::PerUserTypeLibraries automation;
+      automation.remove(error);
+      EXPECT_EQ(thrown_by([] { register_type_library(RegistrationScope::user); }), failure);
+    }
+  }
+  EXPECT_EQ(classes(), RegistryTree{});
+}
+
 TEST_F(RegistrationTest, BrokenScriptWritesNothing) {
   EXPECT_THROW(run(IDR_BROKEN), RegistryScriptError);
   EXPECT_EQ(classes(), RegistryTree{});
@@ -189,6 +216,34 @@ TEST_F(RegistrationTest, TypeLibraryThatIsNotRegisteredCannotBeUnregistered) {
 TEST_F(RegistrationTest, FailureToRegisterTheTypeLibraryIsThrown) {
   make_volatile_key(HKEY_CLASSES_ROOT, L"TypeLib");
   EXPECT_TRUE(FAILED(thrown_by([] { register_type_library(RegistrationScope::machine); })));
+}
+
+/// Every root that a registration could write to is a scratch area.
+class UserTypeLibraryTest : public RegistrationTest {
+ protected:
+  ~UserTypeLibraryTest() override {
+    EXPECT_EQ(classes(), RegistryTree{}) << "nothing is written for the machine";
+    EXPECT_EQ(registry_tree(HKEY_LOCAL_MACHINE), RegistryTree{});
+  }
+
+  const std::wstring key_ = L"Software\\Classes\\TypeLib\\" + guid_text(LIBID_zdExpirationRules);
+  test_support::ScratchRoot machine_{HKEY_LOCAL_MACHINE};
+  test_support::ScratchRoot user_{HKEY_CURRENT_USER};
+  test_support::PerUserTypeLibraries automation_;
+};
+
+TEST_F(UserTypeLibraryTest, IsRegisteredBelowTheUsersClassesAndRemoved) {
+  register_type_library(RegistrationScope::user);
+  EXPECT_EQ(registry_text(HKEY_CURRENT_USER, key_ + L"\\1.0"), L"zdExpirationRules 1.0 Type Library");
+  EXPECT_EQ(registry_text(HKEY_CURRENT_USER, key_ + L"\\1.0\\0\\win64"), module_file_name());
+  unregister_type_library(RegistrationScope::user);
+  EXPECT_FALSE(registry_key_exists(HKEY_CURRENT_USER, key_));
+}
+
+TEST_F(UserTypeLibraryTest, FailureIsThrown) {
+  automation_.fail(E_ACCESSDENIED);
+  EXPECT_EQ(thrown_by([] { register_type_library(RegistrationScope::user); }), E_ACCESSDENIED);
+  EXPECT_EQ(thrown_by([] { unregister_type_library(RegistrationScope::user); }), E_ACCESSDENIED);
 }
 
 TEST(Registration, GuidIsWrittenInBracesAndUpperCase) {

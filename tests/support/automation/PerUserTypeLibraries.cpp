@@ -1,0 +1,78 @@
+#include "PerUserTypeLibraries.h"
+
+#include <oleauto.h>
+
+#include <optional>
+#include <string_view>
+
+#include "ImportProbe.h"
+
+ZD_IMPORT_PROBE(GetProcAddress, ProcAddressProbe);
+
+namespace test_support {
+namespace {
+
+HRESULT failure = S_OK;
+std::optional<ProcAddressProbe> probe;
+
+/// What is written below the classes root in its lifetime goes to the user's classes.
+class UsersClasses {
+ public:
+  UsersClasses() {
+    // A root that is opened under an empty name gives the key that stands in its place.
+    RegCreateKeyExW(HKEY_CLASSES_ROOT, L"", 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &before_, nullptr);
+    RegCreateKeyExW(HKEY_CURRENT_USER, L"Software\\Classes", 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &users_, nullptr);
+    RegOverridePredefKey(HKEY_CLASSES_ROOT, users_);
+  }
+  ~UsersClasses() {
+    RegOverridePredefKey(HKEY_CLASSES_ROOT, before_);
+    RegCloseKey(users_);
+    RegCloseKey(before_);
+  }
+  UsersClasses(const UsersClasses&) = delete;
+  UsersClasses& operator=(const UsersClasses&) = delete;
+
+ private:
+  HKEY before_ = nullptr;
+  HKEY users_ = nullptr;
+};
+
+HRESULT STDMETHODCALLTYPE register_for_user(ITypeLib* library, LPOLESTR path, LPOLESTR help_folder) {
+  if (FAILED(failure)) return failure;
+  const UsersClasses classes;
+  return RegisterTypeLib(library, path, help_folder);
+}
+
+HRESULT STDMETHODCALLTYPE unregister_for_user(REFGUID id, WORD major, WORD minor, LCID locale, SYSKIND system) {
+  if (FAILED(failure)) return failure;
+  const UsersClasses classes;
+  return UnRegisterTypeLib(id, major, minor, locale, system);
+}
+
+template <class Function>
+FARPROC address(Function* function) {
+  return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(function));
+}
+
+FARPROC look_up(HMODULE module, LPCSTR name) {
+  // An ordinal stands where a name could.
+  const std::string_view function = HIWORD(name) != 0 ? name : "";
+  if (function == "RegisterTypeLibForUser") return address(&register_for_user);
+  if (function == "UnRegisterTypeLibForUser") return address(&unregister_for_user);
+  return probe->original(module, name);
+}
+
+}  // namespace
+
+PerUserTypeLibraries::PerUserTypeLibraries() { probe.emplace().replace(&look_up); }
+
+PerUserTypeLibraries::~PerUserTypeLibraries() {
+  probe.reset();
+  failure = S_OK;
+}
+
+void PerUserTypeLibraries::fail(HRESULT answer) { failure = answer; }
+
+void PerUserTypeLibraries::remove(DWORD last_error) { probe->fail(0, nullptr, last_error); }
+
+}  // namespace test_support
