@@ -2,13 +2,15 @@
 
 #include <windows.h>
 
+#include "ImportPatch.h"
+
 namespace module_test {
 
-/// While it lives, one allocation of a loaded module fails: the `number`th call, counted from 1, of the C runtime's
-/// `malloc` through the module's import table answers null. One lives at a time; UI thread only.
+/// While it lives, one allocation of a loaded module fails: the `number`th, counted from 1, of those by `new` and of
+/// those of COM strings. One lives at a time; UI thread only.
 class FailingMemory {
  public:
-  /// Throws `std::runtime_error` when the module does not import `malloc`.
+  /// Throws `std::runtime_error` when the module does not import a function that allocates.
   FailingMemory(HMODULE module, long number);
   ~FailingMemory();
   FailingMemory(const FailingMemory&) = delete;
@@ -20,7 +22,11 @@ class FailingMemory {
   bool has_failed() const;
 
  private:
-  void** entry_;
+  ImportPatch memory_;
+  ImportPatch text_;
+  ImportPatch text_of_length_;
+  ImportPatch text_of_bytes_;
+  ImportPatch text_of_number_;
 };
 
 }  // namespace module_test

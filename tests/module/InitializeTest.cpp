@@ -1,3 +1,7 @@
+#include <windows.h>
+#include <commctrl.h>
+
+#include "ImportPatch.h"
 #include "ModuleTest.h"
 
 namespace module_test {
@@ -8,6 +12,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 constexpr char caught[] = "CREATE ERROR  | zdExpirationRulePlugin.cpp:84 Initialize";
+constexpr char caught_command[] = "CREATE ERROR  | zdExpirationRulePlugin.cpp:107 DoCommand";
 
 /// A text of the host's shared resource module, in UTF-8.
 std::string shared_text(UINT id) {
@@ -18,7 +23,33 @@ std::string shared_text(UINT id) {
   return test_support::to_utf8(text);
 }
 
-class InitializeTest : public HostedTest {};
+/// Sees which classes of common controls a module initialises.
+class CommonControls {
+ public:
+  explicit CommonControls(HMODULE module) : patch_(module, "InitCommonControlsEx", &initialise) { classes_.clear(); }
+
+  const std::vector<DWORD>& classes() const { return classes_; }
+
+ private:
+  static BOOL WINAPI initialise(const INITCOMMONCONTROLSEX* controls) {
+    EXPECT_EQ(sizeof(INITCOMMONCONTROLSEX), controls->dwSize);
+    classes_.push_back(controls->dwICC);
+    return TRUE;
+  }
+
+  inline static std::vector<DWORD> classes_;
+  ImportPatch patch_;
+};
+
+class InitializeTest : public HostedTest {
+ protected:
+  /// How many objects of a class of the host somebody holds.
+  auto living(const std::string& name) const {
+    const auto all = host_.living();
+    return std::count_if(all.begin(), all.end(),
+                         [&](const std::string& object) { return object.starts_with(name + " with"); });
+  }
+};
 
 TEST_F(InitializeTest, AddsOneCommandAndOneHotKeyAimedAtThePlugin) {
   EXPECT_EQ(S_OK, initialize());
@@ -50,6 +81,12 @@ TEST_F(InitializeTest, DoesNotTouchTheControlBarAndTheContextMenu) {
   EXPECT_EQ(1u, references(control_bar_));
   EXPECT_EQ(1u, references(context_menu_));
   EXPECT_THAT(calls().all("kvMainMenu::QueryInterface"), ElementsAre("kvMainMenu::QueryInterface(IkvMainMenu)"));
+}
+
+TEST_F(InitializeTest, InitialisesTheCommonControlsOnce) {
+  const CommonControls controls(module_.handle());
+  EXPECT_EQ(S_OK, initialize());
+  EXPECT_THAT(controls.classes(), ElementsAre(0x301));
 }
 
 TEST_F(InitializeTest, ExistingSubmenuIsUsedAndNoneIsAdded) {
@@ -114,10 +151,12 @@ TEST_F(InitializeTest, EmptyRegistryPathIsLookedAtAfterThePointers) {
   EXPECT_THAT(take_reports(), ElementsAre("ASSERT pMainMenu != 0 | zdExpirationRulePlugin.cpp:70 Initialize"));
 }
 
-TEST_F(InitializeTest, BadArgumentsKeepNothing) {
+TEST_F(InitializeTest, BadArgumentsKeepAndInitialiseNothing) {
   host_.record_queries(true);
   registry_path_ = L"";
+  const CommonControls controls(module_.handle());
   EXPECT_EQ(E_INVALIDARG, initialize());
+  EXPECT_THAT(controls.classes(), IsEmpty());
   EXPECT_THAT(calls().all(), IsEmpty());
   EXPECT_EQ(1u, references(storage_));
 }
@@ -264,7 +303,6 @@ TEST_F(InitializeTest, FailingMenuLeavesTheHotKeyUntouched) {
 }
 
 TEST_F(InitializeTest, CommandNeedsBothTheMenuItemAndTheHotKey) {
-  const std::string caught_command = "CREATE ERROR  | zdExpirationRulePlugin.cpp:107 DoCommand";
   for (const char* call : {"IkvSubMenu::AddCommand", "IkvHotKeyCollection::AddHotKey"}) {
     plugin_ = module_.plugin();
     calls().fail(call, {S_OK, Fault::Out::untouched});
@@ -289,12 +327,71 @@ TEST_F(InitializeTest, SecondCallAddsAgainAndHoldsTheNewestObjects) {
   EXPECT_EQ(E_INVALIDARG, command(502)) << "the id of the first hot key";
 }
 
-TEST_F(InitializeTest, SecondCallWithTheSameStorageAsksForNothingTwice) {
-  storage_ = host_.storage();
+TEST_F(InitializeTest, SecondCallWithTheSameStorageAsksForItsOtherInterfacesAlone) {
+  host_.record_queries(true);
   EXPECT_EQ(S_OK, initialize());
   const ULONG held = references(storage_);
+  calls().forget();
   EXPECT_EQ(S_OK, initialize());
   EXPECT_EQ(held, references(storage_));
+  EXPECT_THAT(
+      calls().all("kvStorage::QueryInterface"),
+      ElementsAre("kvStorage::QueryInterface(IkvStorageSession)", "kvStorage::QueryInterface(IkvSymbolSourceService)",
+                  "kvStorage::QueryInterface(IkvExpirationRuleService)"));
+}
+
+TEST_F(InitializeTest, SecondCallThatGetsNoSubmenuHoldsTheFirstNoLonger) {
+  EXPECT_EQ(S_OK, initialize());
+  calls().fail("IkvMainMenu::FindSubMenu", {E_FAIL, Fault::Out::untouched});
+  EXPECT_EQ(E_FAIL, initialize());
+  EXPECT_EQ(2u, take_reports().size());
+  EXPECT_EQ(0, living("kvSubMenu"));
+  EXPECT_EQ(1, living("kvMenuItem")) << "what comes after the failure is kept";
+  EXPECT_EQ(1, living("kvHotKey"));
+}
+
+TEST_F(InitializeTest, SecondCallThatGetsNoMenuItemHoldsTheFirstNoLonger) {
+  for (const Fault& fault :
+       {Fault{S_OK, Fault::Out::untouched}, Fault{S_OK, Fault::Out::null}, Fault{E_FAIL, Fault::Out::untouched}}) {
+    plugin_ = module_.plugin();
+    EXPECT_EQ(S_OK, initialize());
+    calls().fail("IkvSubMenu::AddCommand", fault);
+    EXPECT_EQ(FAILED(fault.result) ? E_FAIL : S_OK, initialize());
+    take_reports();
+    ASSERT_EQ(0, living("kvMenuItem"));
+    EXPECT_EQ(1, living("kvHotKey"));
+    EXPECT_EQ(E_FAIL, command(501));
+    EXPECT_EQ(E_FAIL, command(502));
+    EXPECT_THAT(take_reports(), ElementsAre(caught_command, caught_command));
+  }
+}
+
+TEST_F(InitializeTest, SecondCallThatGetsNoHotKeyHoldsTheFirstNoLonger) {
+  host_.record_queries(true);
+  const std::pair<const char*, Fault> failures[] = {
+      {"IkvHotKeyCollection::AddHotKey", {S_OK, Fault::Out::untouched}},
+      {"IkvHotKeyCollection::AddHotKey", {S_OK, Fault::Out::null}},
+      {"kvHotKey::QueryInterface", {E_NOINTERFACE, Fault::Out::untouched}},
+  };
+  for (const auto& [call, fault] : failures) {
+    plugin_ = module_.plugin();
+    EXPECT_EQ(S_OK, initialize());
+    calls().fail(call, fault);
+    EXPECT_EQ(S_OK, initialize()) << call;
+    ASSERT_EQ(0, living("kvHotKey")) << call;
+    EXPECT_EQ(1, living("kvMenuItem")) << call;
+    EXPECT_EQ(E_FAIL, command(501)) << call;
+    EXPECT_EQ(E_FAIL, command(502)) << call;
+    EXPECT_THAT(take_reports(), ElementsAre(caught_command, caught_command));
+  }
+}
+
+TEST_F(InitializeTest, SecondCallWhoseHotKeyFailsKeepsTheFirst) {
+  EXPECT_EQ(S_OK, initialize());
+  calls().fail("IkvHotKeyCollection::AddHotKey");
+  EXPECT_EQ(E_FAIL, initialize());
+  EXPECT_EQ(2u, take_reports().size());
+  EXPECT_EQ(1, living("kvHotKey"));
 }
 
 TEST_F(InitializeTest, SecondCallWithAnotherStorageLetsTheFirstGo) {

@@ -35,15 +35,22 @@ TEST_F(MemoryTest, CreationWithoutMemoryAnswersOutOfMemory) {
   EXPECT_EQ(nullptr, object);
 }
 
-// A new rule is made before its editor opens.
+// A new rule is made before its editor opens. Once that is open, it is its handlers that lack memory, and they report.
 TEST_F(MemoryTest, ShowWithoutMemoryAnswersOutOfMemoryAndReportsNothing) {
   initialize();
   const auto own = ask<IzdExpirationRulesPlugin>(plugin_);
-  {
-    const FailingMemory memory(module_.handle(), 1);
-    EXPECT_EQ(E_OUTOFMEMORY, own->Show(0));
-  }
-  EXPECT_THAT(take_reports(), testing::IsEmpty());
+  DialogDriver driver([](HWND dialog) { test_support::click(dialog, IDCANCEL); });
+  int out_of_memory = 0;
+  with_every_allocation_failing([&](long number) {
+    const int before = driver.dialogs();
+    const HRESULT answer = own->Show(0);
+    if (answer == S_OK) return;
+    ++out_of_memory;
+    EXPECT_EQ(E_OUTOFMEMORY, answer) << "allocation " << number;
+    EXPECT_EQ(before, driver.dialogs()) << "allocation " << number;
+    EXPECT_THAT(take_reports(), testing::IsEmpty()) << "allocation " << number;
+  });
+  EXPECT_EQ(2, out_of_memory) << "the name of the new rule, and what owns it";
 }
 
 TEST_F(MemoryTest, InitializeWithoutMemoryLeaksNothingAndWorksAfterwards) {
@@ -73,13 +80,13 @@ TEST_F(MemoryTest, ShowWithoutMemoryLeavesTheRuleAsItIs) {
   const auto own = ask<IzdExpirationRulesPlugin>(plugin_);
   const auto before = host_.rules();
   DialogDriver driver([](HWND dialog) { test_support::click(dialog, IDCANCEL); });
-  with_every_allocation_failing([&](long number) {
-    for (const long rule : {0L, 7L}) {
+  for (const long rule : {0L, 7L}) {
+    with_every_allocation_failing([&](long number) {
       const HRESULT answer = own->Show(rule);
       EXPECT_TRUE(answer == E_OUTOFMEMORY || answer == S_OK) << "allocation " << number;
-    }
-    EXPECT_EQ(before, host_.rules()) << "allocation " << number;
-  });
+      EXPECT_EQ(before, host_.rules()) << "allocation " << number;
+    });
+  }
   EXPECT_GT(driver.dialogs(), 0);
 }
 

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <windows.h>
+
+namespace module_test {
+
+/// Puts a function of the test in the place of one that a loaded module imports, as long as it lives.
+class ImportPatch {
+ public:
+  /// `function` must have the type of the imported one. Throws `std::runtime_error` when the module imports none of
+  /// this name.
+  template <class Function>
+  ImportPatch(HMODULE module, const char* name, Function* function)
+      : ImportPatch(module, name, reinterpret_cast<void*>(function)) {}
+  ImportPatch(HMODULE module, const char* name, void* function);
+  ~ImportPatch();
+  ImportPatch(const ImportPatch&) = delete;
+  ImportPatch& operator=(const ImportPatch&) = delete;
+
+ private:
+  void** entry_;
+  void* original_;
+};
+
+}  // namespace module_test
