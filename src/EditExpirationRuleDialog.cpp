@@ -329,7 +329,10 @@ void CEditExpirationRuleDialog::set_checked(int id, bool checked) const noexcept
 
 unsigned long long CEditExpirationRuleDialog::get_current_combobox_value(int id) const noexcept {
   HWND combo = GetItem(id);
-  expect(IsWindow(combo) != FALSE, L"::IsWindow(Combo.m_hWnd)", ZD_PLACE);
+  // The system answers 0 for a window that is gone, which would pass for a choice.
+  if (!expect(IsWindow(combo) != FALSE, L"::IsWindow(Combo.m_hWnd)", ZD_PLACE)) {
+    return static_cast<unsigned long long>(CB_ERR);
+  }
   const auto selected = SendMessageW(combo, CB_GETCURSEL, 0, 0);
   return static_cast<unsigned long long>(SendMessageW(combo, CB_GETITEMDATA, static_cast<WPARAM>(selected), 0));
 }

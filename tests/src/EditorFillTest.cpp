@@ -1,4 +1,5 @@
 #include "EditorTest.h"
+#include "SentMessages.h"
 
 namespace editor_test {
 namespace {
@@ -8,6 +9,11 @@ using testing::IsEmpty;
 
 class EditorFill : public EditorTest {
  protected:
+  /// The edit that the dialog's spin writes into.
+  static HWND buddy_of(HWND dialog) {
+    return reinterpret_cast<HWND>(SendDlgItemMessageW(dialog, IDC_OFFSET_SPIN, UDM_GETBUDDY, 0, 0));
+  }
+
   /// Opens the editor, looks and cancels.
   void look(const std::function<void(Editor&)>& at, long rule_id = stored_id) {
     EXPECT_EQ(IDCANCEL, edit(rule_id, [&](Editor& editor) {
@@ -107,9 +113,25 @@ TEST_F(EditorFill, OffsetTakesTwoCharactersAndTheSpinGoesFrom0To99) {
                         reinterpret_cast<LPARAM>(&upper));
     EXPECT_EQ(0, lower);
     EXPECT_EQ(99, upper);
-    EXPECT_EQ(editor.item(IDC_OFFSET),
-              reinterpret_cast<HWND>(SendDlgItemMessageW(editor.window(), IDC_OFFSET_SPIN, UDM_GETBUDDY, 0, 0)));
+    EXPECT_EQ(editor.item(IDC_OFFSET), buddy_of(editor.window()));
   });
+}
+
+TEST_F(EditorFill, SpinOfAnotherEditBecomesTheOffsets) {
+  rule().roll_offset = 42;
+  bool stolen = false;
+  const test_support::SentMessages watch([&](const CWPSTRUCT& message) {
+    if (message.message != WM_INITDIALOG || !GetDlgItem(message.hwnd, IDC_OFFSET_SPIN)) return;
+    HWND name = GetDlgItem(message.hwnd, IDC_NAME);
+    SendDlgItemMessageW(message.hwnd, IDC_OFFSET_SPIN, UDM_SETBUDDY, reinterpret_cast<WPARAM>(name), 0);
+    stolen = buddy_of(message.hwnd) == name;
+  });
+  look([](Editor& editor) {
+    EXPECT_EQ(editor.item(IDC_OFFSET), buddy_of(editor.window()));
+    EXPECT_EQ(L"42", editor.text(IDC_OFFSET));
+    EXPECT_EQ(L"IF", editor.text(IDC_NAME));
+  });
+  EXPECT_TRUE(stolen) << "the spin had another edit before the dialog was filled";
 }
 
 TEST_F(EditorFill, OffsetOutsideTheRangeIsShownAsStoredAndAsserted) {

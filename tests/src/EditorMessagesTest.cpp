@@ -134,11 +134,12 @@ TEST_F(EditorMessages, OfATornDownOffsetEditDoNoHarm) {
   EXPECT_THAT(reports(), testing::Contains(StartsWith("ASSERT ::IsWindow(m_hWnd) | ")));
 }
 
-TEST_F(EditorMessages, OfATornDownComboAreAssertedAndSaveMinusOneOrNothing) {
+TEST_F(EditorMessages, OfATornDownComboAreAssertedAndSaveMinusOne) {
   EXPECT_EQ(IDOK, edit([](Editor& editor) {
               DestroyWindow(editor.item(IDC_WEEKDAY));
               editor.ok();
             }));
+  EXPECT_EQ(-1, rule().weekday);
   EXPECT_THAT(reports(), testing::Contains(StartsWith("ASSERT ::IsWindow(Combo.m_hWnd) | ")));
 }
 

@@ -1,3 +1,5 @@
+#include <set>
+
 #include "EditorTest.h"
 
 namespace editor_test {
@@ -197,9 +199,11 @@ TEST_F(EditorName, FromTheStorageIsSavedUnitByUnit) {
   }
 }
 
+/// What a search for the name asks the table of all rules.
+const char* const steps[] = {"IkvTable::MoveFirst", "IkvTable::IsEOF", "IkvTable::GetFieldByID(1077)",
+                             "IkvField::GetText(1077)", "IkvTable::MoveNext"};
+
 TEST_F(EditorName, IsTakenAsUniqueWhenTheStorageFails) {
-  const char* const steps[] = {"IkvTable::MoveFirst", "IkvTable::IsEOF", "IkvTable::GetFieldByID(1077)",
-                               "IkvField::GetText(1077)", "IkvTable::MoveNext"};
   for (const char* step : steps) {
     SCOPED_TRACE(step);
     host.rules() = {{stored_id, L"IF"}, {9, L"Copper"}};
@@ -213,6 +217,23 @@ TEST_F(EditorName, IsTakenAsUniqueWhenTheStorageFails) {
                                        "EditExpirationRuleDialog.cpp:* is_expiration_rule_name_not_unique"));
     EXPECT_EQ(L"Copper", rule().name);
   }
+}
+
+TEST_F(EditorName, SearchReportsEachOfItsStepsUnderALineOfItsOwn) {
+  std::set<std::string> places;
+  for (const char* step : steps) {
+    edit([&](Editor& editor) {
+      editor.enter(IDC_NAME, L"new");
+      host.calls().fail(step, {RPC_E_DISCONNECTED});
+      editor.ok();
+    });
+    rule().name = L"IF";
+    const auto reported = test_support::take_reports();
+    ASSERT_EQ(2u, reported.size()) << step;
+    EXPECT_THAT(reported.front(), StartsWith("ASSERT 80010108 | EditExpirationRuleDialog.cpp:")) << step;
+    places.insert(reported.front());
+  }
+  EXPECT_EQ(std::size(steps), places.size());
 }
 
 TEST_F(EditorName, IsTakenAsUniqueWhenNoTableCanBeMade) {

@@ -87,10 +87,11 @@ TEST_F(EditorSave, StoresBothDayGroupsInEitherMode) {
 }
 
 TEST_F(EditorSave, StoresMinusOneForAChoiceThatWasNotMade) {
-  rule() = {stored_id, L"IF", 0, 7, 0, 32, 3, 0, 7, -2, 0};
-  save_unchanged();
-  EXPECT_THAT(saved(),
-              ElementsAre("IkvExpirationRuleService::update_rule(5, \"IF\", 0, -1, 0, -1, -1, -1, -1, -1, 0)"));
+  for (const long day_of_month : {0L, 32L}) {
+    rule() = {stored_id, L"IF", 0, 7, 0, day_of_month, 3, 0, 7, -2, 0};
+    save_unchanged();
+    EXPECT_EQ("IkvExpirationRuleService::update_rule(5, \"IF\", 0, -1, 0, -1, -1, -1, -1, -1, 0)", saved().back());
+  }
 }
 
 TEST_F(EditorSave, StoresDayMode2AsTheWeekdayMode) {
