@@ -154,14 +154,8 @@ void CExpirationRulesListDialog::OnSize() {
   // The first sizes arrive while the dialog is being made, before it has its list.
   if (!IsWindow(m_hWnd) || !list_.m_hWnd) return;
   fit_columns(whole_width);
-  erase_group_box();
-}
-
-// A group box paints nothing but its lines: the old ones stand until the dialog erases the ground below them.
-void CExpirationRulesListDialog::erase_group_box() {
-  RECT rect = platform::CWindow(GetItem(IDC_RULES_GROUP)).GetWindowRect();
-  MapWindowPoints(nullptr, m_hWnd, reinterpret_cast<POINT*>(&rect), 2);
-  InvalidateRect(m_hWnd, &rect, TRUE);
+  // A group box paints nothing but its lines: the old ones stand until the dialog erases the ground below them.
+  InvalidateRect(m_hWnd, nullptr, TRUE);
 }
 
 void CExpirationRulesListDialog::fit_columns(std::span<const double> fractions) {

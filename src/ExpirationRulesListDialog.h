@@ -42,7 +42,6 @@ class CExpirationRulesListDialog final : public CResizableDialogImpl<CExpiration
 
   void insert_name_column();
   void anchor_controls();
-  void erase_group_box();
   void restore_placement();
   static void add_rule_row(const IkvTablePtr& rules, RuleRows& rows);
   void show_rows(RuleRows& rows);
