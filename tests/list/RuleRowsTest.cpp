@@ -45,6 +45,7 @@ std::vector<long> order_in_a_list_view(const std::vector<std::wstring>& names) {
     list.InsertItem(names[number].c_str(), static_cast<LPARAM>(number));
   }
   std::vector<long> numbers;
+  numbers.reserve(names.size());
   for (int index = 0; index < list.GetItemCount(); ++index) {
     numbers.push_back(static_cast<long>(list.GetItemData(index)));
   }
