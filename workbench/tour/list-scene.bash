@@ -12,6 +12,15 @@ expect "the first rule" in_list row_state "CBOT 10 year treasury notes" = select
 expect "the workbench" window_state "$workbench" = disabled
 picture
 
+step rule-opened "a double-click on a row opens its rule, and Esc leaves everything as it was"
+in_list click_row "$used_rule" 2
+await "the editor" window_is_open "$editor"
+expect "the name" control_text "$editor" "$name_edit" = "$used_rule"
+picture
+cancel_editor
+expect "the rows of the list" in_list row_count = "$rules"
+expect "the rule under the click" in_list row_state "$used_rule" = selected,focused
+
 step rule-added "a new rule is stored, selected, and stands in the workbench's pane"
 click_control "$rules_dialog" "$add_button"
 await "the editor of a new rule" window_is_open "$new_rule_editor"
