@@ -159,6 +159,13 @@ TEST_F(EraseRegion, FallsBackToTheRectangleWhenTheRegionCannotBeRead) {
   EXPECT_TRUE(same_area(erased(), without(rect_region(client), place)));
 }
 
+TEST_F(EraseRegion, FallsBackToTheRectangleWithoutARegionToReadInto) {
+  SetWindowRgn(anchored(L"Edit"), CreateRectRgn(5, 5, 15, 15), FALSE);
+  CreateRegionProbe probe;
+  probe.fail(0, nullptr);
+  EXPECT_TRUE(same_area(erased(), without(rect_region(client), place)));
+}
+
 /// A child whose class says that it may be clipped, and that says otherwise itself.
 class AnsweringChild : public EraseRegion {
  protected:

@@ -145,6 +145,12 @@ TEST_F(MaskedGrip, PaintsAsTheSystemWhenItsBitmapsCannotBeMade) {
   }
   EXPECT_EQ(painted(WM_PAINT)[0], 0);
   {
+    CreateCompatibleBitmapProbe no_colours;
+    no_colours.fail(0, nullptr);
+    grip.EnableMaskedPaint(TRUE);
+  }
+  EXPECT_EQ(painted(WM_PAINT)[0], 0);
+  {
     CreateDcProbe no_dc;
     no_dc.fail(0, nullptr);
     grip.EnableMaskedPaint(TRUE);
