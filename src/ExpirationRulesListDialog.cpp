@@ -209,7 +209,8 @@ void CExpirationRulesListDialog::edit_rule(long rule_id) {
 }
 
 void CExpirationRulesListDialog::edit_rule_at(int index) {
-  if (index >= 0) edit_rule(static_cast<long>(list_.GetItemData(index)));
+  // A list that is not there answers 0, which would be the first index and then a new rule.
+  if (index >= 0 && IsWindow(list_.m_hWnd)) edit_rule(static_cast<long>(list_.GetItemData(index)));
 }
 
 void CExpirationRulesListDialog::select_rule(long rule_id) {

@@ -36,7 +36,8 @@ class RedrawHold {
   explicit RedrawHold(const platform::CWindow& window) noexcept : window_(window) { window_.Send(WM_SETREDRAW, FALSE); }
   ~RedrawHold() {
     window_.Send(WM_SETREDRAW, TRUE);
-    InvalidateRect(window_.m_hWnd, nullptr, TRUE);
+    // No window at all stands for the whole desktop.
+    if (window_.m_hWnd) InvalidateRect(window_.m_hWnd, nullptr, TRUE);
   }
   RedrawHold(const RedrawHold&) = delete;
   RedrawHold& operator=(const RedrawHold&) = delete;
