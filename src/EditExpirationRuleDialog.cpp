@@ -233,7 +233,8 @@ bool CEditExpirationRuleDialog::validate_input() {
     show_message(IDS_NAME_EMPTY);
     return false;
   }
-  if (is_expiration_rule_name_not_unique(as_com_string(name), rule_id() >= 1)) {
+  checked_id_ = rule_id();
+  if (is_expiration_rule_name_not_unique(as_com_string(name), checked_id_ >= 1)) {
     show_message(IDS_NAME_NOT_UNIQUE);
     return false;
   }
@@ -288,7 +289,9 @@ void CEditExpirationRuleDialog::flush_data_to_database() {
 }
 
 void CEditExpirationRuleDialog::save_rule() {
-  const long stored_id = rule_id();
+  const long read_id = rule_id();
+  // A host that told the number a moment ago and fails to now must not get the rule a second time.
+  const long stored_id = read_id != 0 ? read_id : checked_id_;
   const ExpirationRule rule = collect_rule();
   if (stored_id != 0) {
     require_success(update_rule(*storage_, stored_id, rule), ZD_PLACE);

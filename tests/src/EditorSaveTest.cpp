@@ -186,6 +186,21 @@ TEST_F(EditorSave, OfARuleThatIsGoneAddsItAnew) {
   EXPECT_EQ(1u, added().size());
 }
 
+TEST_F(EditorSave, RewritesTheRuleAlsoWhenItsNumberCannotBeReadASecondTime) {
+  for (const Fault& fault : {Fault{E_FAIL}, Fault{RPC_E_DISCONNECTED}, Fault{S_OK}, Fault{S_OK, Fault::Out::null}}) {
+    rule().roll_offset = 0;
+    host.calls().fail("IkvField::GetLong(1025)", fault, 2);
+    edit([](Editor& editor) {
+      editor.enter(IDC_OFFSET, L"9");
+      editor.ok();
+    });
+    EXPECT_EQ(9, rule().roll_offset);
+    host.calls().heal();
+  }
+  EXPECT_THAT(added(), IsEmpty());
+  reports();
+}
+
 TEST_F(EditorSave, IsWhatTheEnterKeyDoes) {
   EXPECT_EQ(IDOK, edit([](Editor& editor) {
               editor.enter(IDC_OFFSET, L"9");
