@@ -8,6 +8,7 @@ namespace module_test {
 namespace {
 
 using test_support::Fault;
+using test_support::ImportPatch;
 using testing::ElementsAre;
 using testing::IsEmpty;
 

@@ -6,6 +6,7 @@ namespace module_test {
 namespace {
 
 using test_support::DialogDriver;
+using test_support::FailingMemory;
 
 class MemoryTest : public HostedTest {
  protected:

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-namespace module_test {
+namespace test_support {
 namespace {
 
 template <class Type>
@@ -36,6 +36,8 @@ void write_entry(void** entry, void* function) {
 
 }  // namespace
 
+bool imports(HMODULE module, const char* name) { return import_entry(module, name) != nullptr; }
+
 ImportPatch::ImportPatch(HMODULE module, const char* name, void* function)
     : entry_(import_entry(module, name)), original_(entry_ ? *entry_ : nullptr) {
   if (!entry_) throw std::runtime_error(std::string("the module does not import ") + name);
@@ -44,4 +46,4 @@ ImportPatch::ImportPatch(HMODULE module, const char* name, void* function)
 
 ImportPatch::~ImportPatch() { write_entry(entry_, original_); }
 
-}  // namespace module_test
+}  // namespace test_support

@@ -2,9 +2,13 @@
 
 #include <windows.h>
 
-namespace module_test {
+namespace test_support {
 
-/// Puts a function of the test in the place of one that a loaded module imports, as long as it lives.
+/// Whether a loaded module imports a function of this name.
+bool imports(HMODULE module, const char* name);
+
+/// Puts a function of the test in the place of one that a loaded module imports, as long as it lives. UI
+/// thread only; patches of one function end in the reverse order of their making.
 class ImportPatch {
  public:
   /// `function` must have the type of the imported one. Throws `std::runtime_error` when the module imports none of
@@ -22,4 +26,4 @@ class ImportPatch {
   void* original_;
 };
 
-}  // namespace module_test
+}  // namespace test_support

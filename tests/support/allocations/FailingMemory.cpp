@@ -1,0 +1,80 @@
+#include "FailingMemory.h"
+
+#include <objbase.h>
+#include <oleauto.h>
+
+#include <cstdlib>
+#include <stdexcept>
+
+namespace test_support {
+namespace {
+
+long countdown = 0;
+bool failed = false;
+
+bool strikes() {
+  const bool now = countdown > 0 && --countdown == 0;
+  failed = failed || now;
+  return now;
+}
+
+void* failing_malloc(std::size_t size) { return strikes() ? nullptr : std::malloc(size); }
+
+BSTR WINAPI failing_alloc_string(const OLECHAR* text) { return strikes() ? nullptr : SysAllocString(text); }
+BSTR WINAPI failing_alloc_string_len(const OLECHAR* text, UINT length) {
+  return strikes() ? nullptr : SysAllocStringLen(text, length);
+}
+BSTR WINAPI failing_alloc_string_byte_len(const char* bytes, UINT length) {
+  return strikes() ? nullptr : SysAllocStringByteLen(bytes, length);
+}
+INT WINAPI failing_realloc_string(BSTR* string, const OLECHAR* text) {
+  return strikes() ? FALSE : SysReAllocString(string, text);
+}
+INT WINAPI failing_realloc_string_len(BSTR* string, const OLECHAR* text, UINT length) {
+  return strikes() ? FALSE : SysReAllocStringLen(string, text, length);
+}
+HRESULT WINAPI failing_string_of_number(LONG number, LCID locale, ULONG flags, BSTR* string) {
+  return strikes() ? E_OUTOFMEMORY : VarBstrFromI4(number, locale, flags, string);
+}
+void* WINAPI failing_task_alloc(SIZE_T size) { return strikes() ? nullptr : CoTaskMemAlloc(size); }
+void* WINAPI failing_task_realloc(void* block, SIZE_T size) {
+  return strikes() ? nullptr : CoTaskMemRealloc(block, size);
+}
+
+struct Function {
+  Memory kind;
+  const char* name;
+  void* failing;
+};
+
+const Function functions[] = {
+    {Memory::blocks, "malloc", reinterpret_cast<void*>(failing_malloc)},
+    {Memory::com, "SysAllocString", reinterpret_cast<void*>(failing_alloc_string)},
+    {Memory::com, "SysAllocStringLen", reinterpret_cast<void*>(failing_alloc_string_len)},
+    {Memory::com, "SysAllocStringByteLen", reinterpret_cast<void*>(failing_alloc_string_byte_len)},
+    {Memory::com, "SysReAllocString", reinterpret_cast<void*>(failing_realloc_string)},
+    {Memory::com, "SysReAllocStringLen", reinterpret_cast<void*>(failing_realloc_string_len)},
+    {Memory::com, "VarBstrFromI4", reinterpret_cast<void*>(failing_string_of_number)},
+    {Memory::com, "CoTaskMemAlloc", reinterpret_cast<void*>(failing_task_alloc)},
+    {Memory::com, "CoTaskMemRealloc", reinterpret_cast<void*>(failing_task_realloc)},
+};
+
+}  // namespace
+
+FailingMemory::FailingMemory(HMODULE module, long number, Memory kind) {
+  for (const Function& function : functions) {
+    const bool is_meant = kind == Memory::any || kind == function.kind;
+    if (is_meant && imports(module, function.name)) patches_.emplace_back(module, function.name, function.failing);
+  }
+  if (patches_.empty()) throw std::runtime_error("the module imports no function that allocates so");
+  failed = false;
+  countdown = number;
+}
+
+FailingMemory::~FailingMemory() { heal(); }
+
+void FailingMemory::heal() { countdown = 0; }
+
+bool FailingMemory::has_failed() const { return failed; }
+
+}  // namespace test_support

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <windows.h>
+
+#include <deque>
+
+#include "ImportPatch.h"
+
+namespace test_support {
+
+/// Where a module gets memory from.
+enum class Memory {
+  blocks,  ///< the C runtime's `malloc`, which `operator new` calls
+  com,     ///< strings of COM and blocks of its task allocator
+  any,
+};
+
+/// While it lives, one allocation of a loaded module fails: the `number`th of its kind, counted from 1. One lives at a
+/// time; UI thread only.
+class FailingMemory {
+ public:
+  /// Throws `std::runtime_error` when the module imports no function that allocates so.
+  FailingMemory(HMODULE module, long number, Memory kind = Memory::any);
+  ~FailingMemory();
+  FailingMemory(const FailingMemory&) = delete;
+  FailingMemory& operator=(const FailingMemory&) = delete;
+
+  /// From now on nothing fails.
+  void heal();
+  /// Whether the allocation that was to fail has come.
+  bool has_failed() const;
+
+ private:
+  std::deque<ImportPatch> patches_;
+};
+
+}  // namespace test_support

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <windows.h>
+
+#include <deque>
+#include <string>
+#include <vector>
+
+#include "ImportPatch.h"
+
+namespace test_support {
+
+/// While it lives, keeps account of the GDI objects, device contexts and registry keys that a loaded module makes or
+/// opens: the test platform itself counts none of them. One lives at a time; UI thread only.
+class LiveHandles {
+ public:
+  explicit LiveHandles(HMODULE module);
+  ~LiveHandles();
+  LiveHandles(const LiveHandles&) = delete;
+  LiveHandles& operator=(const LiveHandles&) = delete;
+
+  /// The function that gave each handle that the module has not given back.
+  std::vector<std::string> left() const;
+  /// How many handles the module has had so far.
+  int made() const;
+
+ private:
+  std::deque<ImportPatch> patches_;
+};
+
+}  // namespace test_support
