@@ -3,6 +3,7 @@
 #include <oleauto.h>
 
 #include <algorithm>
+#include <ostream>
 
 #include "FakeTable.h"
 
@@ -15,6 +16,13 @@ std::optional<std::wstring> text_of(BSTR text) {
 }
 
 }  // namespace
+
+void PrintTo(const HostRule& rule, std::ostream* out) {
+  *out << rule.id << ' ' << (rule.name ? '"' + to_utf8(rule.name->c_str()) + '"' : "without a name") << ' '
+       << rule.roll_offset << ' ' << rule.day_type << ' ' << rule.day_mode << ' ' << rule.day_of_month << ' '
+       << rule.day_month << ' ' << rule.week_ordinal << ' ' << rule.weekday << ' ' << rule.weekday_month << ' '
+       << rule.move_to_next_trading_day;
+}
 
 HRESULT FakeFilter::SetRuleID(long rule_id) noexcept {
   return calls().call("IkvRuleFilter::SetRuleID", {rule_id}, [&] {

@@ -2,20 +2,34 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
-
 namespace test_support {
 namespace {
 
-std::string described(const Fault& fault) {
-  const char* const outs[] = {"untouched", "null", "given"};
-  char text[32] = {};
-  std::snprintf(text, sizeof text, "%08lx, out %s", static_cast<unsigned long>(fault.result),
-                outs[static_cast<int>(fault.out)]);
-  return text;
+std::string name_of(HRESULT result) {
+  switch (result) {
+    case S_OK:
+      return "S_OK";
+    case S_FALSE:
+      return "S_FALSE";
+    case E_FAIL:
+      return "E_FAIL";
+    case E_OUTOFMEMORY:
+      return "E_OUTOFMEMORY";
+    case E_NOINTERFACE:
+      return "E_NOINTERFACE";
+    case RPC_E_DISCONNECTED:
+      return "RPC_E_DISCONNECTED";
+    default:
+      return std::to_string(result);
+  }
 }
 
 }  // namespace
+
+std::string described(const Fault& fault) {
+  const char* const outs[] = {"untouched", "null", "given"};
+  return name_of(fault.result) + ", out " + outs[static_cast<int>(fault.out)] + (fault.lasting ? ", from then on" : "");
+}
 
 const std::vector<Fault>& every_fault() {
   using Out = Fault::Out;

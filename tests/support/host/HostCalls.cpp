@@ -42,7 +42,7 @@ void HostCalls::fail_all(const std::string& pattern, const Fault& fault) {
 }
 
 void HostCalls::fail_number(std::size_t number, const Fault& fault) {
-  if (number > calls_.size()) planned_.push_back({{}, number - calls_.size(), false, fault});
+  if (number > calls_.size()) planned_.push_back({{}, number - calls_.size(), fault.lasting, fault});
 }
 
 std::optional<Fault> HostCalls::record(const char* name, std::initializer_list<HostArgument> arguments) {
@@ -61,6 +61,7 @@ std::optional<Fault> HostCalls::strike(const std::string& name, const std::strin
     if (plan.countdown != 0) left.push_back(plan);
   }
   planned_ = std::move(left);
+  if (fault) struck_.push_back(text);
   return fault;
 }
 

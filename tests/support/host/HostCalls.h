@@ -21,6 +21,7 @@ struct Fault {
   };
   HRESULT result = E_FAIL;
   Out out = Out::untouched;
+  bool lasting = false;  ///< for `fail_number`: every later call fails so too, as when the host is gone
 };
 
 /// An argument of a host call as the record of calls shows it: a number, a text in quotes, an object as "object", a
@@ -61,6 +62,9 @@ class HostCalls {
   void fail(const std::string& pattern, const Fault& fault = {}, long nth = 1);
   /// Plans a fault for every call that matches.
   void fail_all(const std::string& pattern, const Fault& fault = {});
+  /// The calls that did something else than their work, in order.
+  const std::vector<std::string>& struck() const noexcept { return struck_; }
+
   /// Plans a fault for the call that is the `number`th of all, counted from 1.
   void fail_number(std::size_t number, const Fault& fault);
   /// Drops all planned faults.
@@ -80,6 +84,7 @@ class HostCalls {
   std::optional<Fault> strike(const std::string& name, const std::string& text);
 
   std::vector<std::string> calls_;
+  std::vector<std::string> struck_;
   std::vector<Planned> planned_;
 };
 

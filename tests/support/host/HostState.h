@@ -1,5 +1,6 @@
 #pragma once
 
+#include <iosfwd>
 #include <map>
 #include <optional>
 #include <set>
@@ -26,6 +27,9 @@ struct HostRule {
 
   friend bool operator==(const HostRule&, const HostRule&) = default;
 };
+
+/// Shows a rule in the message of a failed expectation.
+void PrintTo(const HostRule& rule, std::ostream* out);
 
 /// One symbol source setting: its own name and the name of the rule that it uses.
 struct HostSetting {
