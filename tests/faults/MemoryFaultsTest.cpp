@@ -1,0 +1,51 @@
+#include <cstdio>
+#include <optional>
+
+#include "FailingMemory.h"
+#include "FaultsTest.h"
+
+namespace faults_test {
+namespace {
+
+using test_support::FailingMemory;
+using test_support::FakeHost;
+using test_support::Memory;
+using testing::AnyOf;
+
+/// Plays the scenario without one allocation. Answers whether the module came to it.
+bool play_without(long number, Memory kind, const Scenario& scenario, const module_test::Module& module) {
+  FakeHost host;
+  std::optional<FailingMemory> memory;
+  const Played played = play(scenario, module, host, [&] { memory.emplace(module.handle(), number, kind); });
+  const bool failed = memory->has_failed();
+  memory.reset();
+  EXPECT_THAT(played.answer, AnyOf(S_OK, failed ? scenario.without_memory : S_OK));
+  const std::vector<std::string> reports = test_support::take_reports();
+  EXPECT_TRUE(played.answer != E_OUTOFMEMORY || reports.empty()) << reports.front();
+  return failed;
+}
+
+class MemoryFaults : public FaultsTest {
+ protected:
+  long fail_each(Memory kind) {
+    for (long number = 1;; ++number) {
+      const bool failed = play_without(number, kind, GetParam(), module_);
+      if (HasFailure()) ADD_FAILURE() << "when allocation " << number << " fails";
+      if (HasFailure() || !failed) return number - 1;
+    }
+  }
+};
+
+TEST_P(MemoryFaults, LeadToTheDocumentedResultAndTearNothing) {
+  const long blocks = fail_each(Memory::blocks);
+  const long strings = fail_each(Memory::com);
+  std::printf("[ faults ] %s: operator new: %ld\n", GetParam().name, blocks);
+  std::printf("[ faults ] %s: COM strings and task memory: %ld\n", GetParam().name, strings);
+  EXPECT_GT(blocks + strings, 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Of, MemoryFaults, testing::ValuesIn(every_scenario()),
+                         [](const auto& test) { return test.param.name; });
+
+}  // namespace
+}  // namespace faults_test

@@ -1,0 +1,200 @@
+#include "Scenarios.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <ostream>
+
+#include "Clerk.h"
+#include "resource.h"
+
+namespace faults_test {
+namespace {
+
+using test_support::Fault;
+using test_support::HostRule;
+
+const HostRule used_rule = {3, L"CU spot", 1, 1, 1, 9, 2, 5, 6, 2, 1};
+const HostRule free_rule = {7, L"IF quarter", 2, 0, 0, 15, 1, 3, 5, 1, 0};
+constexpr long next_rule_id = 8;
+
+bool begins_with(const std::string& text, const char* start) { return text.rfind(start, 0) == 0; }
+
+bool any_begins_with(const Calls& calls, const char* start) {
+  return std::any_of(calls.begin(), calls.end(), [&](const std::string& call) { return begins_with(call, start); });
+}
+
+/// The rules after the free one has become `rule`.
+Rules with_free_rule_as(const HostRule& rule) { return {used_rule, rule}; }
+
+Rules with_added(const HostRule& rule) { return {used_rule, free_rule, rule}; }
+
+HostRule numbered(long id, HostRule rule) {
+  rule.id = id;
+  return rule;
+}
+
+HostRule named(const wchar_t* name, HostRule rule) {
+  rule.name = name;
+  return rule;
+}
+
+/// What is entered into the editor: nothing as it was and nothing as it is by default.
+HostRule entered_rule() { return {free_rule.id, L"IF month", 12, 1, 1, 31, 2, 4, 0, 0, 1}; }
+
+constexpr wchar_t new_rule_name[] = L"新规则";
+
+// Initialize.
+
+/// A storage that cannot be had leaves its entries empty and a hot key without an id is none; every other failure, and
+/// every lack of an object without which it cannot go on, ends `Initialize`.
+bool ends_initialize(const std::string& call, const Fault& fault) {
+  if (begins_with(call, "kvStorage::")) return false;
+  if (begins_with(call, "kvHotKey::")) return FAILED(fault.result) && fault.result != E_NOINTERFACE;
+  if (FAILED(fault.result)) return true;
+  if (fault.out == Fault::Out::given) return false;
+  return begins_with(call, "kvMainMenu::") || begins_with(call, "kvHotKeyCollection::") ||
+         begins_with(call, "IkvMainMenu::AddSubMenu");
+}
+
+HRESULT initialize_result(const Played&, const Calls& struck, const Fault& fault) {
+  const bool ends =
+      std::any_of(struck.begin(), struck.end(), [&](const std::string& call) { return ends_initialize(call, fault); });
+  return ends ? E_FAIL : S_OK;
+}
+
+Played play_initialize(Session& session) {
+  session.arm();
+  return {session.initialize(), false, true};
+}
+
+Played play_initialize_without_storage(Session& session) {
+  session.arm();
+  return {session.initialize_without_storage(), false, true};
+}
+
+// The rule list.
+
+/// A command whose id cannot be read is unknown, unless its value arrives with a success code of another kind.
+HRESULT command_result(const Played&, const Calls& struck, const Fault& fault) {
+  const bool unknown = fault.out != Fault::Out::given && any_begins_with(struck, "IkvMenuItem::get_CommandID");
+  return unknown ? E_INVALIDARG : S_OK;
+}
+
+HRESULT dialog_result(const Played&, const Calls&, const Fault&) { return S_OK; }
+
+Played play_list(Session& session) {
+  session.initialize();
+  int rules = 0;
+  const auto show = [](HWND list) { ShowWindow(list, SW_SHOW); };
+  const auto look = [&](HWND list) {
+    RedrawWindow(list, nullptr, nullptr, RDW_ALLCHILDREN | RDW_UPDATENOW);
+    rules = shown_rules(list);
+  };
+  const Clerk clerk({show, look});
+  session.arm();
+  const HRESULT answer = session.command();
+  return {answer, false, rules == 2 && session.handles() > 0};
+}
+
+/// Presses a button when a rule is selected.
+Clerk::Step press_on(Session& session, long rule_id, int button) {
+  return [&session, rule_id, button](HWND list) {
+    select_rule(list, rule_id);
+    session.arm();
+    press(list, button);
+  };
+}
+
+Played play_refused_delete(Session& session) {
+  session.initialize();
+  const Clerk clerk({press_on(session, used_rule.id, IDC_DELETE_RULE)});
+  const HRESULT answer = session.command();
+  return {answer, false, clerk.warnings() == 1 && clerk.questions() == 0};
+}
+
+Played play_delete(Session& session) {
+  session.initialize();
+  const Clerk clerk({press_on(session, free_rule.id, IDC_DELETE_RULE)}, {}, *free_rule.name);
+  const HRESULT answer = session.command();
+  return {answer, false, clerk.questions() == 1 && clerk.warnings() == 0};
+}
+
+Played play_add(Session& session) {
+  session.initialize();
+  const Clerk clerk({press_on(session, free_rule.id, IDC_ADD_RULE)}, {new_rule_name, entered_rule(), {}, {}});
+  const HRESULT answer = session.command();
+  return {answer, clerk.editors() == 1, clerk.editors() == 1 && clerk.warnings() == 0};
+}
+
+Played play_refused_name(Session& session) {
+  session.initialize();
+  const auto open = [](HWND list) {
+    select_rule(list, free_rule.id);
+    press(list, IDC_EDIT_RULE);
+  };
+  const Clerk clerk({open}, {*free_rule.name, named(used_rule.name->c_str(), entered_rule()), *entered_rule().name,
+                             [&] { session.arm(); }});
+  const HRESULT answer = session.command();
+  return {answer, clerk.editors() == 1, clerk.warnings() == 1};
+}
+
+// The editor by itself.
+
+bool lacks_its_table(const Calls& struck) {
+  return any_begins_with(struck, "kvTable::") || any_begins_with(struck, "kvRuleFilter::") ||
+         any_begins_with(struck, "IRunnableObject::");
+}
+
+/// Only the lack of what the editor is made with reaches the caller: of the table and of the filter for its rule.
+HRESULT show_result(const Played& played, const Calls& struck, const Fault& fault) {
+  if (played.edited || !lacks_its_table(struck)) return S_OK;
+  return FAILED(fault.result) ? fault.result : E_POINTER;
+}
+
+/// The table of a new rule is made without a result: it is only found to be missing.
+HRESULT show_new_result(const Played& played, const Calls& struck, const Fault&) {
+  return played.edited || !lacks_its_table(struck) ? S_OK : E_POINTER;
+}
+
+Played play_show_of(Session& session, long rule_id, const std::wstring& shown_name) {
+  session.initialize();
+  const Clerk clerk({}, {shown_name, entered_rule(), {}, {}});
+  session.arm();
+  const HRESULT answer = session.show(rule_id);
+  return {answer, clerk.editors() == 1, clerk.editors() == 1 && clerk.warnings() == 0};
+}
+
+Played play_show(Session& session) { return play_show_of(session, free_rule.id, *free_rule.name); }
+
+Played play_show_new(Session& session) { return play_show_of(session, 0, new_rule_name); }
+
+}  // namespace
+
+void PrintTo(const Scenario& scenario, std::ostream* out) { *out << scenario.name; }
+
+const std::vector<Scenario>& every_scenario() {
+  static const Rules unchanged = stored_rules();
+  static const Rules edited = with_free_rule_as(entered_rule());
+  static const Rules added = with_added(numbered(next_rule_id, entered_rule()));
+  // A storage that cannot be read does not keep the user from saving a name that another rule has.
+  static const Rules edited_to_same_name = with_free_rule_as(named(used_rule.name->c_str(), entered_rule()));
+  static const std::vector<Scenario> scenarios = {
+      {"Initialize", play_initialize, initialize_result, E_FAIL, {unchanged}},
+      {"InitializeWithoutStorage", play_initialize_without_storage, initialize_result, E_FAIL, {unchanged}},
+      {"List", play_list, command_result, E_FAIL, {unchanged}},
+      {"RefusedDelete", play_refused_delete, dialog_result, E_FAIL, {unchanged}},
+      {"Delete", play_delete, dialog_result, E_FAIL, {{used_rule}, unchanged}},
+      {"Add", play_add, dialog_result, E_FAIL, {added, unchanged}},
+      {"RefusedName", play_refused_name, dialog_result, E_FAIL, {edited, unchanged, edited_to_same_name}},
+      {"Show", play_show, show_result, E_OUTOFMEMORY, {edited, unchanged}},
+      {"ShowNew", play_show_new, show_new_result, E_OUTOFMEMORY, {added, unchanged}},
+  };
+  return scenarios;
+}
+
+Rules stored_rules() { return {used_rule, free_rule}; }
+
+std::vector<test_support::HostSetting> stored_settings() { return {{L"main", L"CU spot"}, {L"other", L"AU"}}; }
+
+}  // namespace faults_test

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <iosfwd>
+#include <string>
+#include <vector>
+
+#include "Session.h"
+
+namespace faults_test {
+
+using Calls = std::vector<std::string>;
+
+/// How a scenario went.
+struct Played {
+  HRESULT answer;         ///< of the plug-in's last call
+  bool edited = false;    ///< whether an editor opened
+  bool as_meant = false;  ///< whether the user saw everything that he would see if nothing failed
+};
+
+/// Something that a user or the host does with the plug-in. Played on a new host with `stored_rules`, it goes through
+/// some of the calls that the module makes; the scenarios together go through all of them.
+struct Scenario {
+  const char* name;
+  Played (*play)(Session& session);
+  /// What the plug-in's last call is to answer when these calls of the host have answered `fault` instead of doing
+  /// their work.
+  HRESULT (*documented)(const Played& played, const Calls& struck, const test_support::Fault& fault);
+  /// What it may answer, other than success, when the module gets no memory.
+  HRESULT without_memory;
+  /// What may be stored afterwards. The first is what the user means.
+  std::vector<Rules> outcomes;
+};
+
+/// Shows a scenario by its name.
+void PrintTo(const Scenario& scenario, std::ostream* out);
+
+const std::vector<Scenario>& every_scenario();
+
+/// What the host has at the start of each scenario.
+Rules stored_rules();
+std::vector<test_support::HostSetting> stored_settings();
+
+}  // namespace faults_test

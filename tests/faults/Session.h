@@ -1,0 +1,52 @@
+#pragma once
+
+#include <functional>
+#include <set>
+#include <vector>
+
+#include "FakeHost.h"
+#include "LiveHandles.h"
+#include "Module.h"
+
+namespace faults_test {
+
+using Rules = std::vector<test_support::HostRule>;
+
+/// Nothing fails before a scenario says so: what it calls at the start of the part that it is about.
+using Arm = std::function<void()>;
+
+/// One run of a scenario: a plug-in of the built module in a host in memory. `end` gives everything back.
+class Session {
+ public:
+  Session(const module_test::Module& module, test_support::FakeHost& host, const Arm& arm);
+
+  void arm() const { arm_(); }
+
+  HRESULT initialize();
+  HRESULT initialize_without_storage();
+  /// Runs the menu's command.
+  HRESULT command();
+  HRESULT show(long rule_id);
+
+  /// How many GDI objects, device contexts and registry keys the module has had.
+  int handles() const { return handles_.made(); }
+
+  /// Lets the plug-in go, as a host does at its end. Fails the test when the module holds anything afterwards.
+  void end();
+
+ private:
+  HRESULT initialize_with(IDispatch* storage);
+
+  const module_test::Module& module_;
+  test_support::FakeHost& host_;
+  Arm arm_;
+  test_support::LiveHandles handles_;
+  std::set<HWND> windows_;
+  test_support::DispatchPtr menu_;
+  test_support::DispatchPtr hot_keys_;
+  test_support::DispatchPtr storage_;
+  _bstr_t registry_path_ = L"Software\\Orvane\\Test host";
+  module_test::Ptr<IkvPlugin> plugin_;
+};
+
+}  // namespace faults_test
