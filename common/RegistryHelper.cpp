@@ -124,8 +124,9 @@ _bstr_t ZDRegistryPath() {
   const VersionRecord record = read_version_record();
   const LONG status = compose_registry_path(&path, record.registry_company, record.registry_product);
   if (status != 0) {
-    SnagtrapUtil::report_hresult(status,
-                                 {"RegistryHelper.h", path_line, "zd_common::ZDRegistryPath", __PRETTY_FUNCTION__});
+    auto place = ZD_PLACE_IN("RegistryHelper.h", path_line);
+    place.function = "zd_common::ZDRegistryPath";
+    SnagtrapUtil::report_hresult(status, place);
   }
   return platform::take_string(path);
 }

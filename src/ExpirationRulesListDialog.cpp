@@ -55,8 +55,7 @@ std::wstring as_wide(const _bstr_t& text) {
 
 BOOL CExpirationRulesListDialog::ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
                                                       LRESULT& result, DWORD mapId) {
-  const auto place = ZD_PLACE_IN("ExpirationRulesListDialog.h", map_id_line);
-  if (!SnagtrapUtil::expect(mapId == 0, L"0", place)) return FALSE;
+  if (!SnagtrapUtil::expect(mapId == 0, L"0", ZD_PLACE_IN("ExpirationRulesListDialog.h", map_id_line))) return FALSE;
   if (CResizableDialogImpl::ProcessWindowMessage(window, message, wParam, lParam, result)) return TRUE;
   result = 0;
   switch (message) {
