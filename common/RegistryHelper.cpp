@@ -84,6 +84,12 @@ std::wstring process_file_name() {
   return name;
 }
 
+/// Support staff know this one function by its full name.
+SnagtrapUtil::SourcePlace path_place(SnagtrapUtil::SourcePlace place) noexcept {
+  place.function = "zd_common::ZDRegistryPath";
+  return place;
+}
+
 }  // namespace
 
 VersionRecord read_version_record() {
@@ -124,9 +130,7 @@ _bstr_t ZDRegistryPath() {
   const VersionRecord record = read_version_record();
   const LONG status = compose_registry_path(&path, record.registry_company, record.registry_product);
   if (status != 0) {
-    auto place = ZD_PLACE_IN("RegistryHelper.h", path_line);
-    place.function = "zd_common::ZDRegistryPath";
-    SnagtrapUtil::report_hresult(status, place);
+    SnagtrapUtil::report_hresult(status, path_place(ZD_PLACE_IN("RegistryHelper.h", path_line)));
   }
   return platform::take_string(path);
 }
