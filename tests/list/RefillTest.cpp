@@ -2,8 +2,10 @@
 #include "ImportProbe.h"
 #include "ListDialogTest.h"
 #include "LookupTest.h"
+#include "RaisedException.h"
 #include "SentMessages.h"
 
+ZD_IMPORT_PROBE(CoCreateInstance, CreationProbe);
 ZD_IMPORT_PROBE(SysStringLen, StringLengthProbe);
 
 namespace list_test {
@@ -143,6 +145,21 @@ TEST_F(Refill, MissingRuleServiceIsReported) {
   block.rules = nullptr;
   EXPECT_THAT(shown(), IsEmpty());
   EXPECT_THAT(reports(), ElementsAre(caught(E_POINTER)));
+}
+
+TEST_F(Refill, ExceptionOfAnyKindIsReportedAndTheDialogStaysOpen) {
+  store_rules({L"A"});
+  for (const auto& exception : test_support::raised_exceptions) {
+    recorder.reset();
+    CreationProbe creations;
+    creations.replace([&](const auto&...) {
+      exception.raise();
+      return S_OK;
+    });
+    EXPECT_THAT(shown(), IsEmpty()) << exception.name;
+    EXPECT_THAT(reports(), ElementsAre(test_support::traced(exception, "ExpirationRulesListDialog.cpp", 123,
+                                                            "update_expiration_rule_list")));
+  }
 }
 
 /// A host call that fails among three rules, what is shown then, and which lines of the field helper report it.

@@ -1,0 +1,81 @@
+// What the plug-in's methods answer and report when anything is thrown inside them. None lets it out.
+
+#include <windows.h>
+#include <commctrl.h>
+#include <gmock/gmock.h>
+
+#include "ComObject.h"
+#include "ComSupport.h"
+#include "ExpectedReports.h"
+#include "FakeHost.h"
+#include "ImportProbe.h"
+#include "RaisedException.h"
+#include "zdExpirationRulePlugin.h"
+
+ZD_IMPORT_PROBE(CoCreateInstance, CreationProbe);
+ZD_IMPORT_PROBE(GetActiveWindow, ActiveWindowProbe);
+ZD_IMPORT_PROBE(InitCommonControlsEx, CommonControlsProbe);
+
+namespace zd_expiration_rule_plugin {
+namespace {
+
+using test_support::RaisedException;
+using test_support::take_reports;
+using testing::ElementsAre;
+
+constexpr char source[] = "zdExpirationRulePlugin.cpp";
+constexpr long menu_id = 501;
+
+class CaughtException : public testing::Test, public testing::WithParamInterface<RaisedException> {
+ protected:
+  CaughtException() {
+    platform::create_com_object<CzdExpirationRulePlugin>(nullptr, __uuidof(IkvPlugin),
+                                                         reinterpret_cast<void**>(&plugin));
+  }
+
+  HRESULT initialize() {
+    const test_support::DispatchPtr menu = host.main_menu();
+    const _bstr_t registry_path = L"Software\\Orvane\\Test host";
+    return plugin->Initialize(menu, menu, menu, host.hot_keys(), registry_path, host.storage());
+  }
+
+  test_support::FakeHost host;
+  platform::ComPtr<IkvPlugin> plugin;
+};
+
+TEST_P(CaughtException, InInitializeIsReportedAsAnErrorAndAnsweredAsAFailure) {
+  CommonControlsProbe controls;
+  controls.replace([](const INITCOMMONCONTROLSEX*) {
+    GetParam().raise();
+    return TRUE;
+  });
+  EXPECT_EQ(E_FAIL, initialize());
+  EXPECT_THAT(take_reports(), ElementsAre(test_support::caught_error(GetParam(), source, 84, "Initialize")));
+}
+
+TEST_P(CaughtException, InDoCommandIsReportedAsAnErrorAndAnsweredAsAFailure) {
+  ASSERT_EQ(S_OK, initialize());
+  ActiveWindowProbe windows;
+  windows.replace([]() -> HWND {
+    GetParam().raise();
+    return nullptr;
+  });
+  EXPECT_EQ(E_FAIL, plugin->DoCommand(menu_id, VARIANT()));
+  EXPECT_THAT(take_reports(), ElementsAre(test_support::caught_error(GetParam(), source, 107, "DoCommand")));
+}
+
+TEST_P(CaughtException, InShowIsTracedAndAnsweredByItsKind) {
+  CreationProbe creations;
+  creations.replace([](const auto&...) {
+    GetParam().raise();
+    return S_OK;
+  });
+  EXPECT_EQ(GetParam().answer, platform::query<IzdExpirationRulesPlugin>(plugin)->Show(7));
+  EXPECT_THAT(take_reports(), ElementsAre(test_support::traced(GetParam(), source, 121, "Show")));
+}
+
+INSTANTIATE_TEST_SUITE_P(All, CaughtException, testing::ValuesIn(test_support::raised_exceptions),
+                         [](const auto& test) { return test.param.name; });
+
+}  // namespace
+}  // namespace zd_expiration_rule_plugin
