@@ -79,7 +79,7 @@ void Clerk::visit_editor(HWND editor, int number) {
   }
 }
 
-void Clerk::enter(HWND editor) {
+void Clerk::enter(HWND editor) const {
   const test_support::HostRule& rule = entry_.rule;
   SetDlgItemTextW(editor, IDC_NAME, rule.name->c_str());
   SendDlgItemMessageW(editor, IDC_OFFSET_SPIN, UDM_SETPOS, 0, rule.roll_offset);

@@ -38,7 +38,7 @@ class Clerk {
   void visit_list(HWND list, int number);
   void visit_editor(HWND editor, int number);
   void visit_box(HWND box, int number);
-  void enter(HWND editor);
+  void enter(HWND editor) const;
 
   std::vector<Step> steps_;
   std::size_t next_step_ = 0;

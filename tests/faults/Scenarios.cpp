@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <ostream>
+#include <utility>
 
 #include "Clerk.h"
 #include "resource.h"
@@ -157,17 +158,22 @@ HRESULT show_new_result(const Played& played, const Calls& struck, const Fault&)
   return played.edited || !lacks_its_table(struck) ? S_OK : E_POINTER;
 }
 
-Played play_show_of(Session& session, long rule_id, const std::wstring& shown_name) {
+Played play_show_of(Session& session, long rule_id, Entry entry) {
   session.initialize();
-  const Clerk clerk({}, {shown_name, entered_rule(), {}, {}});
+  const Clerk clerk({}, std::move(entry));
   session.arm();
   const HRESULT answer = session.show(rule_id);
   return {answer, clerk.editors() == 1, clerk.editors() == 1 && clerk.warnings() == 0};
 }
 
-Played play_show(Session& session) { return play_show_of(session, free_rule.id, *free_rule.name); }
+Played play_show(Session& session) {
+  return play_show_of(session, free_rule.id, {*free_rule.name, entered_rule(), {}, {}});
+}
 
-Played play_show_new(Session& session) { return play_show_of(session, 0, new_rule_name); }
+// How a new rule is saved is a matter of adding it.
+Played play_show_new(Session& session) {
+  return play_show_of(session, 0, {new_rule_name, entered_rule(), {}, [&] { session.heal(); }});
+}
 
 }  // namespace
 

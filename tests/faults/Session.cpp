@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <utility>
+
 #include "HeapCheck.h"
 
 namespace faults_test {
@@ -22,10 +24,10 @@ std::set<HWND> windows_of_this_thread() {
 
 }  // namespace
 
-Session::Session(const module_test::Module& module, test_support::FakeHost& host, const Arm& arm)
+Session::Session(const module_test::Module& module, test_support::FakeHost& host, Arm arm)
     : module_(module),
       host_(host),
-      arm_(arm),
+      arm_(std::move(arm)),
       handles_(module.handle()),
       windows_(windows_of_this_thread()),
       menu_(host.main_menu()),

@@ -18,9 +18,11 @@ using Arm = std::function<void()>;
 /// One run of a scenario: a plug-in of the built module in a host in memory. `end` gives everything back.
 class Session {
  public:
-  Session(const module_test::Module& module, test_support::FakeHost& host, const Arm& arm);
+  Session(const module_test::Module& module, test_support::FakeHost& host, Arm arm);
 
   void arm() const { arm_(); }
+  /// From now on the host works again.
+  void heal() const { host_.calls().heal(); }
 
   HRESULT initialize();
   HRESULT initialize_without_storage();

@@ -56,7 +56,7 @@ std::size_t fail_each_call(const Fault& fault,
       host.calls().fail_number(number, fault);
     });
     const std::vector<std::string>& calls = host.calls().all();
-    const bool struck = number <= calls.size();
+    const bool struck = !host.calls().struck().empty();
     for (const std::string& object : host.living()) ADD_FAILURE() << "not released: " << object;
     if (testing::Test::HasFailure()) {
       ADD_FAILURE() << "when call " << number << " fails: " << (struck ? calls[number - 1] : "none") << " with "

@@ -16,7 +16,7 @@ inline constexpr Fault lost_host = {RPC_E_DISCONNECTED, Fault::Out::untouched, t
 std::string described(const Fault& fault);
 
 /// Runs `scenario` again and again on a new host, and each time has another call of the host fail: the first, the
-/// second and so on, until a run makes fewer calls. The scenario calls `arm` when the calls are to count from,
+/// second and so on, until none fails in a run. The scenario calls `arm` when the calls are to count from,
 /// `QueryInterface` among them. Everything must be released after each run. Stops at the first failure and names the
 /// call. Answers how many calls have been failed.
 std::size_t fail_each_call(const Fault& fault,

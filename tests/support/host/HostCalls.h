@@ -70,7 +70,10 @@ class HostCalls {
   /// Drops all planned faults.
   void heal() noexcept { planned_.clear(); }
   /// Forgets the recorded calls and starts to count anew.
-  void forget() noexcept { calls_.clear(); }
+  void forget() noexcept {
+    calls_.clear();
+    struck_.clear();
+  }
 
  private:
   struct Planned {
