@@ -19,7 +19,10 @@ Calls play_undisturbed(const Scenario& scenario, const module_test::Module& modu
 class FaultsTest : public testing::TestWithParam<Scenario> {
  protected:
   /// The system's first windows and the module's first reports come before anything is compared.
-  void SetUp() override { play_undisturbed(GetParam(), module_); }
+  void SetUp() override {
+    play_undisturbed(GetParam(), module_);
+    ASSERT_FALSE(HasFailure()) << "when nothing fails";
+  }
   /// Which reports each fault leads to is told by the tests of each call.
   void TearDown() override { test_support::take_reports(); }
 
