@@ -66,7 +66,7 @@ class MainMenuDispatch final : public DispatchObject<IkvMainMenu> {
   explicit MainMenuDispatch(std::weak_ptr<MainMenu> menu) noexcept : menu_(std::move(menu)) {}
 
   HRESULT STDMETHODCALLTYPE FindSubMenu(BSTR caption, IkvSubMenu** submenu) noexcept override {
-    return hand_out(submenu, [&](MainMenu& menu) { return menu.find_submenu(text_of(caption)); });
+    return hand_out(submenu, [&](const MainMenu& menu) { return menu.find_submenu(text_of(caption)); });
   }
 
   KV_UNUSED_SLOT(8)
