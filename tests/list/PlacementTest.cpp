@@ -49,10 +49,13 @@ class ListPlacement : public ListDialogTest {
               RegSetKeyValueW(HKEY_CURRENT_USER, key_name, value_name, type, data, static_cast<DWORD>(size)));
   }
 
-  /// The dialog's rectangle when it is open.
+  /// The rectangle that the dialog gives itself when it opens. Later its window manager may have moved it.
   RECT opened() {
     RECT rect = {};
-    open([&](RuleList& list) { rect = window_rect(list.window()); });
+    const AnsweredMessages watch([&](const CWPRETSTRUCT& message) {
+      if (message.message == WM_INITDIALOG) rect = window_rect(message.hwnd);
+    });
+    open([](RuleList&) {});
     return rect;
   }
 
