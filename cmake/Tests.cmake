@@ -14,15 +14,16 @@ endforeach()
 
 include(GoogleTest)
 
-# zd_add_test(name SOURCES ... USES ... [RESOURCES ...] [TIMEOUT seconds] [ALONE] [LARGE]): the program name_tests, whose tests
-# CTest knows as name.Suite.Test, with the label name.
+# zd_add_test(name SOURCES ... USES ... [RESOURCES ...] [TIMEOUT seconds] [ALONE] [LARGE] [UNCOUNTED]): the program
+# name_tests, whose tests CTest knows as name.Suite.Test, with the label name.
 #   RESOURCES  targets that hold compiled resources, or .rc files
 #   TIMEOUT    how long one test may take before the watchdog ends it; 60 by default
 #   ALONE      for tests that own the keyboard, the mouse and the foreground: nothing runs beside them
 #   LARGE      for tests of large amounts: without the heap's own checks, whose time grows with all that is allocated
+#   UNCOUNTED  left out when lines are counted: its repetitions would take minutes and run no further line
 # Tests of one room share registry keys and files, so they run one after the other; rooms run side by side.
 function(zd_add_test name)
-  cmake_parse_arguments(TEST "ALONE;LARGE" "TIMEOUT" "SOURCES;USES;RESOURCES" ${ARGN})
+  cmake_parse_arguments(TEST "ALONE;LARGE;UNCOUNTED" "TIMEOUT" "SOURCES;USES;RESOURCES" ${ARGN})
   if(NOT TEST_TIMEOUT)
     set(TEST_TIMEOUT 60)
   endif()
@@ -39,6 +40,9 @@ function(zd_add_test name)
     endif()
   endforeach()
   target_link_libraries(${target} PRIVATE test_support ${TEST_USES})
+  if(NOT TEST_UNCOUNTED)
+    set_property(GLOBAL APPEND PROPERTY ZD_TEST_PROGRAMS ${target})
+  endif()
   # The heap's own checks are on, so that the validation after each test sees overruns and use after free.
   set(heap_checks ,warn+heap)
   if(TEST_LARGE)
