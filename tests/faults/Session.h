@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <set>
+#include <string>
 #include <vector>
 
 #include "FakeHost.h"
@@ -32,6 +33,8 @@ class Session {
 
   /// How many GDI objects, device contexts and registry keys the module has had.
   int handles() const { return handles_.made(); }
+  /// The function that gave each of them that the module has not given back.
+  std::vector<std::string> handles_left() const { return handles_.left(); }
 
   /// Lets the plug-in go, as a host does at its end. Fails the test when the module holds anything afterwards.
   void end();
