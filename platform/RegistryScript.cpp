@@ -60,6 +60,9 @@ class Lexer {
   std::wstring_view rest_;
 };
 
+/// The registry holds no deeper keys; reading on would only exhaust the stack.
+constexpr unsigned deepest_key = 512;
+
 class Parser {
  public:
   Parser(std::wstring_view script, const Replacements& replacements)
@@ -79,6 +82,7 @@ class Parser {
   void advance() { token_ = lexer_.next(); }
 
   void block(RegistryNode& node) {
+    if (++depth_ > deepest_key) throw RegistryScriptError("keys are nested too deeply");
     advance();
     while (!token_.is(L'}')) {
       if (token_.is_keyword(L"val")) {
@@ -89,6 +93,7 @@ class Parser {
         node.keys.push_back(key());
       }
     }
+    --depth_;
     advance();
   }
 
@@ -165,6 +170,7 @@ class Parser {
   Lexer lexer_;
   const Replacements& replacements_;
   Token token_;
+  unsigned depth_ = 0;
 };
 
 }  // namespace

@@ -129,6 +129,18 @@ TEST(RegistryScript, DamageInOneCharacterIsReadOrRefused) {
   }
 }
 
+std::wstring nested_script(int blocks) {
+  std::wstring script = L"HKCR {";
+  for (int block = 1; block < blocks; ++block) script += L"A {";
+  return script.append(static_cast<std::size_t>(blocks), L'}');
+}
+
+TEST(RegistryScript, IsReadDownToTheDeepestKeyOfARegistryAndRefusedBelow) {
+  EXPECT_NO_THROW(parse_registry_script(nested_script(512), no_replacements));
+  EXPECT_THROW(parse_registry_script(nested_script(513), no_replacements), RegistryScriptError);
+  EXPECT_THROW(parse_registry_script(nested_script(1'000'000), no_replacements), RegistryScriptError);
+}
+
 std::wstring default_text(const wchar_t* script, const Replacements& replacements) {
   return parse_registry_script(script, replacements).at(0).values.at(0).text;
 }
