@@ -60,12 +60,12 @@ class CEditExpirationRuleDialog final : public platform::CDialogImpl<CEditExpira
 
   StorageBlock* storage_;
   IkvTablePtr table_;
-  long checked_id_ = 0;  ///< the rule's number as the last check of the input read it
   ui_helper::CSpin spin_;
   ui_helper::CCustomEditForSpin offset_edit_;
   platform::CWindow description_;
   std::wstring title_;
   platform::Font bold_font_;
+  long checked_id_ = 0;  ///< the rule's number as the last check of the input read it
 };
 
 }  // namespace zd_expiration_rule_plugin

@@ -4,7 +4,7 @@
 
 #include "ComSupport.h"
 #include "ExpirationRule.h"
-#include "Seed.h"
+#include "RandomCases.h"
 #include "StorageTest.h"
 
 namespace {
@@ -16,7 +16,7 @@ class RuleProperties : public storage_test::StorageTest {
     return random.below(4) ? extremes[random.below(7)] : static_cast<long>(random.bits());
   }
 
-  RandomCases random;
+  test_support::RandomCases random;
 };
 
 TEST_F(RuleProperties, AnyNameAndAnyNumbersReachTheHostUnchanged) {

@@ -2,17 +2,17 @@
 
 #include <algorithm>
 
+#include "RandomCases.h"
 #include "RegistryScript.h"
 #include "RuleDescription.h"
 #include "RuleName.h"
-#include "Seed.h"
 
 namespace {
 
 using namespace zd_expiration_rule_plugin;
 
 TEST(TextProperties, ANameIsRefusedExactlyWhenOneOfItsUnitsIs) {
-  RandomCases random;
+  test_support::RandomCases random;
   for (int number = 0; number < 5000; ++number) {
     SCOPED_TRACE(random.trace(number));
     const std::wstring name = random.text(40);
@@ -24,7 +24,7 @@ TEST(TextProperties, ANameIsRefusedExactlyWhenOneOfItsUnitsIs) {
 }
 
 TEST(TextProperties, TheSentenceKeepsEveryUnitOfItsTexts) {
-  RandomCases random;
+  test_support::RandomCases random;
   for (int number = 0; number < 5000; ++number) {
     SCOPED_TRACE(random.trace(number));
     RuleDescriptionTexts texts;
@@ -39,7 +39,7 @@ TEST(TextProperties, TheSentenceKeepsEveryUnitOfItsTexts) {
 TEST(ScriptProperties, AMutatedScriptIsReadOrRefused) {
   const std::wstring whole =
       L"HKCR { NoRemove CLSID { ForceRemove '%ID%' = s 'it''s' { val Flags = d 12 val M = s x } } }";
-  RandomCases random;
+  test_support::RandomCases random;
   int read = 0;
   int refused = 0;
   for (int number = 0; number < 5000; ++number) {

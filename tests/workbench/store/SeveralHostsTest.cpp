@@ -1,11 +1,9 @@
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <iostream>
-#include <random>
 #include <set>
 
 #include "MemoryRuleStore.h"
+#include "RandomCases.h"
 #include "RawDatabase.h"
 #include "SqliteRuleStore.h"
 #include "StoreOperations.h"
@@ -30,21 +28,15 @@ class SeveralHosts : public testing::Test {
 };
 
 /// Lets a host make changes from operation `first` on, kills it after some, and answers how many it acknowledged.
-unsigned run_and_kill(const std::wstring& arguments, std::mt19937& random) {
+unsigned run_and_kill(const std::wstring& arguments, test_support::RandomCases& random) {
   StoreWriter host(arguments);
   unsigned acknowledged = 0;
-  for (unsigned wanted = random() % 20; acknowledged < wanted; ++acknowledged)
+  for (unsigned wanted = random.below(20); acknowledged < wanted; ++acknowledged)
     if (!host.next_acknowledged()) return acknowledged;
-  Sleep(random() % 15);
+  Sleep(random.below(15));
   host.kill();
   while (host.next_acknowledged()) ++acknowledged;
   return acknowledged;
-}
-
-/// From the environment variable ZD_SEED, to play a failure again; else new each time.
-unsigned seed_of_run() {
-  const char* text = std::getenv("ZD_SEED");
-  return text ? static_cast<unsigned>(std::strtoul(text, nullptr, 10)) : std::random_device()();
 }
 
 /// One of the ten runs, which kill 200 hosts together.
@@ -53,14 +45,12 @@ class KilledHosts : public SeveralHosts, public testing::WithParamInterface<int>
 INSTANTIATE_TEST_SUITE_P(Run, KilledHosts, testing::Range(0, 10));
 
 TEST_P(KilledHosts, LeaveExactlyWhatTheyAcknowledged) {
-  const unsigned seed = seed_of_run();
-  std::cout << "ZD_SEED=" << seed << '\n';
-  std::mt19937 random(seed);
+  test_support::RandomCases random;
   MemoryRuleStore model;
   model.replace_content(content_before_operations());
   unsigned operation = 0;
   for (int round = 0; round < 20; ++round) {
-    SCOPED_TRACE("round " + std::to_string(round));
+    SCOPED_TRACE(random.trace(round));
     for (unsigned left = run_and_kill(arguments(L"stream " + std::to_wstring(operation)), random); left > 0; --left)
       apply_operation(model, operation++);
     const Holdings now = holdings(*open());

@@ -5,6 +5,8 @@
 #include <random>
 #include <string>
 
+namespace test_support {
+
 /// Random input that can be played again: the seed comes from the environment variable ZD_SEED, else it is new; it is
 /// printed, and named by `trace` for a case that fails.
 class RandomCases {
@@ -34,3 +36,5 @@ class RandomCases {
   unsigned seed_;
   std::mt19937 random_;
 };
+
+}  // namespace test_support
