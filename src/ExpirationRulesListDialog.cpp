@@ -153,7 +153,8 @@ void CExpirationRulesListDialog::OnSize() {
   // The first sizes arrive while the dialog is being made, before it has its list.
   if (!IsWindow(m_hWnd) || !list_.m_hWnd) return;
   fit_columns(whole_width);
-  // A group box paints nothing but its lines: the old ones stand until the dialog erases the ground below them.
+  // A group box paints nothing but its lines: the old ones stand until the dialog erases the ground below them. And a
+  // button that was moved into ground that is new may keep a strip without its picture.
   InvalidateRect(m_hWnd, nullptr, TRUE);
 }
 
