@@ -20,7 +20,7 @@ include(GoogleTest)
 #   TIMEOUT    how long one test may take before the watchdog ends it; 60 by default
 #   ALONE      for tests that own the keyboard, the mouse and the foreground: nothing runs beside them
 #   LARGE      for tests of large amounts: without the heap's own checks, whose time grows with all that is allocated
-#   UNCOUNTED  left out when lines are counted: its repetitions would take minutes and run no further line
+#   UNCOUNTED  left out when lines are counted: its repetitions would take minutes and run hardly a further line
 # Tests of one room share registry keys and files, so they run one after the other; rooms run side by side.
 function(zd_add_test name)
   cmake_parse_arguments(TEST "ALONE;LARGE;UNCOUNTED" "TIMEOUT" "SOURCES;USES;RESOURCES" ${ARGN})

@@ -57,15 +57,40 @@ void add_unit(std::vector<INPUT>& inputs, wchar_t unit) {
   }
 }
 
+BOOL CALLBACK find_usable_window(HWND window, LPARAM found) {
+  const bool is_usable = IsWindowVisible(window) && IsWindowEnabled(window);
+  if (is_usable) *reinterpret_cast<HWND*>(found) = window;
+  return !is_usable;
+}
+
+bool is_in_front() { return GetWindowThreadProcessId(GetForegroundWindow(), nullptr) == GetCurrentThreadId(); }
+
+/// The window manager's answer to the end of an earlier window can come late and take the foreground away; the input
+/// would go nowhere. A user who sees that clicks the window that he works with.
+void come_to_front() {
+  HWND topmost = nullptr;
+  if (!is_in_front()) EnumThreadWindows(GetCurrentThreadId(), find_usable_window, reinterpret_cast<LPARAM>(&topmost));
+  if (topmost) SetForegroundWindow(topmost);
+}
+
 void send(std::vector<INPUT> inputs) {
+  come_to_front();
   const auto count = static_cast<UINT>(inputs.size());
   EXPECT_EQ(count, SendInput(count, inputs.data(), sizeof(INPUT))) << "the input was refused";
 }
 
-INPUT mouse_event(DWORD flags) {
+LONG in_parts_of_screen(LONG pixels, int metric) {
+  const LONG size = GetSystemMetrics(metric);
+  return (pixels * 0x10000 + size - 1) / size;
+}
+
+/// Says where it happens: the screen may still be telling where the mouse was before.
+INPUT mouse_event(DWORD flags, POINT place) {
   INPUT input = {};
   input.type = INPUT_MOUSE;
-  input.mi.dwFlags = flags;
+  input.mi.dx = in_parts_of_screen(place.x, SM_CXSCREEN);
+  input.mi.dy = in_parts_of_screen(place.y, SM_CYSCREEN);
+  input.mi.dwFlags = flags | MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE;
   return input;
 }
 
@@ -113,7 +138,7 @@ void click(HWND window, POINT point, int times) {
   ClientToScreen(window, &point);
   EXPECT_TRUE(SetCursorPos(point.x, point.y));
   for (int count = 0; count < times; ++count) {
-    send({mouse_event(MOUSEEVENTF_LEFTDOWN), mouse_event(MOUSEEVENTF_LEFTUP)});
+    send({mouse_event(MOUSEEVENTF_LEFTDOWN, point), mouse_event(MOUSEEVENTF_LEFTUP, point)});
     settle();
   }
 }
@@ -128,7 +153,8 @@ void settle() {
   const auto is_done = [&] { return last_passed_marker >= marker || !IsWindowVisible(target); };
   while (!is_done() && GetTickCount64() < end) handle_one_message();
   UnhookWindowsHookEx(hook);
-  EXPECT_TRUE(is_done()) << "the input did not reach this thread";
+  EXPECT_TRUE(is_done()) << "the input did not reach this thread, " << (is_in_front() ? "which" : "but another")
+                         << " is in front";
 }
 
 }  // namespace test_support
