@@ -5,19 +5,9 @@
 
 #include <string>
 
-namespace zd_common {
+#include "VersionRecord.h"
 
-/// The texts of an executable's version block; what is missing is empty.
-struct VersionRecord {
-  std::wstring registry_company;
-  std::wstring registry_product;
-  std::wstring company_name;
-  std::wstring product_name;
-  std::wstring product_version;
-  std::wstring file_description;
-  std::wstring file_version;
-  std::wstring legal_copyright;
-};
+namespace zd_common {
 
 /// The version record of the process's executable. Throws `std::bad_alloc`.
 VersionRecord read_version_record();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <climits>
 #include <cstdlib>
 #include <iostream>
 #include <random>
@@ -16,13 +17,41 @@ class RandomCases {
   /// From 0 to `end` - 1.
   unsigned below(unsigned end) { return random_() % end; }
   std::uint_fast32_t bits() { return random_(); }
+  /// For the algorithms of the standard library.
+  std::mt19937& generator() { return random_; }
+
+  /// Any 32-bit number, with many from both ends of the range and from around 0.
+  long number() {
+    static constexpr long extremes[] = {LONG_MIN, LONG_MIN + 1, -1, 0, 1, LONG_MAX - 1, LONG_MAX};
+    return below(4) ? extremes[below(7)] : static_cast<long>(bits());
+  }
 
   /// Up to `longest` UTF-16 units of any value, with many that tend to be taken for something else.
   std::wstring text(unsigned longest) {
-    static const std::wstring odd(L"\0%sn{}'=*\xD800\xDFFF\xFFFF A", 15);
-    std::wstring text(below(longest + 1), L' ');
-    for (wchar_t& unit : text) unit = below(2) ? odd[below(15)] : static_cast<wchar_t>(below(0x10000));
+    static const std::wstring odd[] = {
+        L"%s", L"%n",   L"%1!s!",  L"%",      L"{}",     L"''",           L"\"", L"&",
+        L"\\", L"\r\n", L"\xD800", L"\xDFFF", L"\xFFFF", L"\xD83D\xDE00", L" ",  std::wstring(1, L'\0')};
+    const std::size_t length = below(longest + 1);
+    std::wstring text;
+    while (text.size() < length) {
+      if (below(2)) {
+        text += odd[below(std::size(odd))];
+      } else {
+        text += static_cast<wchar_t>(below(0x10000));
+      }
+    }
+    text.resize(length);
     return text;
+  }
+
+  /// Gives 1 to `most` of the units of a text or a row of bytes other values, many of them extremes.
+  template <class Units>
+  void damage(Units& units, unsigned most) {
+    using Unit = typename Units::value_type;
+    static constexpr unsigned extremes[] = {0, 1, 0x7F, 0x80, 0xFF};
+    for (unsigned left = 1 + below(most); left > 0; --left) {
+      units[below(static_cast<unsigned>(units.size()))] = static_cast<Unit>(below(2) ? extremes[below(5)] : random_());
+    }
   }
 
   std::string trace(int number) const { return "ZD_SEED=" + std::to_string(seed_) + " case " + std::to_string(number); }
