@@ -34,7 +34,7 @@ Application::Application(std::shared_ptr<RuleStore> store, std::wstring store_pa
       menu_(std::make_shared<MainMenu>(GetMenu(window_.handle()), menus_after_those_of_plugins, targets_,
                                        [this] { DrawMenuBar(window_.handle()); })),
       hot_keys_(std::make_shared<HotKeys>(targets_)),
-      classes_(store_, [this](const StoreError& error) { report_store_failure(error); }) {
+      classes_(store_, store_failure_listener()) {
   window_.show_store(store_path_);
   window_.show_message(text(IDS_READY));
   subscribe_to_store();
@@ -63,8 +63,7 @@ HRESULT Application::initialize_plugin() {
   return plugin_->initialize(
       {.main_menu = ComPtr<IDispatch>(menu_->make_dispatch(), false),
        .hot_keys = ComPtr<IDispatch>(hot_keys_->make_dispatch(), false),
-       .storage = ComPtr<IDispatch>(
-           create_storage_object(store_, [this](const StoreError& error) { report_store_failure(error); }), false),
+       .storage = ComPtr<IDispatch>(create_storage_object(store_, store_failure_listener()), false),
        .registry_path = settings_path()});
 }
 
@@ -172,11 +171,12 @@ void Application::unload_plugin() noexcept {
   CoFreeUnusedLibraries();
 }
 
-/// Comes in the middle of a call that the plug-in makes, where nothing may block.
-void Application::report_store_failure(const StoreError& error) {
-  const std::wstring message = store_message(error);
-  alarm(text(IDS_STORE_CALL_FAILED, {message}));
-  window_.show_message(message);
+/// It is called in the middle of a call that the plug-in makes, where nothing may block.
+StoreFailureListener Application::store_failure_listener() {
+  return [this](const StoreError& error, const Rule* unsaved) {
+    alarm(store_failure(error, unsaved));
+    window_.show_message(store_message(error));
+  };
 }
 
 void Application::alarm(const std::wstring& message) {

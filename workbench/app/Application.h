@@ -51,7 +51,7 @@ class Application {
   HRESULT initialize_plugin();
   void unload_plugin() noexcept;
 
-  void report_store_failure(const StoreError& error);
+  StoreFailureListener store_failure_listener();
   /// Shows a message in the status bar at once and in a box as soon as a message loop runs.
   void alarm(const std::wstring& message);
   void show_alarms();

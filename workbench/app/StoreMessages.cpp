@@ -1,5 +1,6 @@
 #include "StoreMessages.h"
 
+#include "RuleWords.h"
 #include "Texts.h"
 #include "resource.h"
 
@@ -7,6 +8,13 @@ namespace workbench {
 
 std::wstring store_message(const StoreError& error) {
   return text(IDS_STORE_READ_ONLY + static_cast<UINT>(error.kind()), {error.subject()});
+}
+
+std::wstring store_failure(const StoreError& error, const Rule* unsaved) {
+  const std::wstring reason = store_message(error);
+  if (!unsaved) return text(IDS_STORE_CALL_FAILED, {reason});
+  return text(IDS_RULE_NOT_SAVED,
+              {reason, unsaved->name, offset_in_words(*unsaved), day_in_words(*unsaved), move_in_words(*unsaved)});
 }
 
 }  // namespace workbench

@@ -60,6 +60,7 @@
 #define IDS_RULE_FOUND 1058
 #define IDS_RULE_MISSING 1059
 #define IDS_NO_RULE 1060
+#define IDS_NOT_CHOSEN 1061
 
 /* the plug-in */
 #define IDS_MODULE_LOADED 1080
@@ -88,6 +89,7 @@
 #define IDS_STORE_NOT_OPENED 1120
 #define IDS_STORE_NOT_READ 1121
 #define IDS_STORE_CALL_FAILED 1122
+#define IDS_RULE_NOT_SAVED 1123
 
 /* the command line */
 #define IDS_USAGE 1140

@@ -12,8 +12,9 @@
 namespace workbench {
 
 /// Hears of each failure of the store that a client of the host's objects met, after the call's HRESULT is settled, so
-/// that the host can show it. It must not throw.
-using StoreFailureListener = std::function<void(const StoreError&)>;
+/// that the host can show it. `unsaved` is the rule that the client meant to store, null when it meant something else.
+/// It must not throw.
+using StoreFailureListener = std::function<void(const StoreError& error, const Rule* unsaved)>;
 
 /// Makes a storage object: `IkvStorage`, `IkvStorageSession`, `IkvSymbolSourceService` and `IkvExpirationRuleService`
 /// over this store, which it shares. The caller owns the one reference.

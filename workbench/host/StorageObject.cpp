@@ -73,19 +73,19 @@ std::wstring text_of(BSTR text) { return {text ? text : L"", SysStringLen(text)}
 }  // namespace
 
 template <class Body>
-HRESULT StorageObject::store_method(Body&& body) noexcept {
+HRESULT StorageObject::store_method(const std::optional<Rule>& unsaved, Body&& body) noexcept {
   return com_method([&] {
     try {
       return body();
     } catch (const StoreError& error) {
-      if (listener_) listener_(error);
+      if (listener_) listener_(error, unsaved ? &*unsaved : nullptr);
       return store_result(error.kind());
     }
   });
 }
 
 HRESULT StorageObject::load_symbol_source_settings(IkvRuleFilter*, IKV_kvudfcom::IkvTable* table) noexcept {
-  return store_method([&] {
+  return store_method(std::nullopt, [&] {
     TableRows* rows = empty_rows(table);
     if (!rows) return E_INVALIDARG;
     fill_table(*rows, store_->load_settings());
@@ -103,7 +103,7 @@ std::vector<StoredRule> StorageObject::select_rules(long number) {
 }
 
 HRESULT StorageObject::load_rules(IkvRuleFilter* filter, IKV_kvudfcom::IkvTable* table) noexcept {
-  return store_method([&] {
+  return store_method(std::nullopt, [&] {
     TableRows* rows = empty_rows(table);
     long number = 0;
     if (!rows || !read_filter(filter, number)) return E_INVALIDARG;
@@ -115,7 +115,7 @@ HRESULT StorageObject::load_rules(IkvRuleFilter* filter, IKV_kvudfcom::IkvTable*
 HRESULT StorageObject::delete_rule(long ruleId, long* ok) noexcept {
   if (!ok) return E_POINTER;
   *ok = 0;
-  return store_method([&] {
+  return store_method(std::nullopt, [&] {
     store_->delete_rule(ruleId);
     *ok = 1;
     return S_OK;
@@ -127,11 +127,11 @@ HRESULT StorageObject::add_rule(BSTR ruleName, long rollOffset, long dayType, lo
                                 long moveToNextTradingDay, long* ruleId) noexcept {
   if (!ruleId) return E_POINTER;
   *ruleId = 0;
-  return store_method([&] {
-    *ruleId = store_
-                  ->add_rule({text_of(ruleName), rollOffset, dayType, dayMode, dayOfMonth, dayMonth, weekOrdinal,
-                              weekday, weekdayMonth, moveToNextTradingDay})
-                  .number;
+  std::optional<Rule> rule;
+  return store_method(rule, [&] {
+    rule = {text_of(ruleName), rollOffset,  dayType, dayMode,      dayOfMonth,
+            dayMonth,          weekOrdinal, weekday, weekdayMonth, moveToNextTradingDay};
+    *ruleId = store_->add_rule(*rule).number;
     return S_OK;
   });
 }
@@ -144,12 +144,12 @@ std::optional<Revision> StorageObject::loaded_revision(long number) const {
 HRESULT StorageObject::update_rule(long ruleId, BSTR ruleName, long rollOffset, long dayType, long dayMode,
                                    long dayOfMonth, long dayMonth, long weekOrdinal, long weekday, long weekdayMonth,
                                    long moveToNextTradingDay) noexcept {
-  return store_method([&] {
+  std::optional<Rule> rule;
+  return store_method(rule, [&] {
+    rule = {text_of(ruleName), rollOffset,  dayType, dayMode,      dayOfMonth,
+            dayMonth,          weekOrdinal, weekday, weekdayMonth, moveToNextTradingDay};
     const std::optional<Revision> expected = loaded_revision(ruleId);
-    const StoredRule updated = store_->update_rule(ruleId,
-                                                   {text_of(ruleName), rollOffset, dayType, dayMode, dayOfMonth,
-                                                    dayMonth, weekOrdinal, weekday, weekdayMonth, moveToNextTradingDay},
-                                                   expected);
+    const StoredRule updated = store_->update_rule(ruleId, *rule, expected);
     if (expected) loaded_revisions_[ruleId] = updated.revision;
     return S_OK;
   });

@@ -36,8 +36,9 @@ class StorageObject final
   KV_UNUSED_SLOT(9)
 
  private:
+  /// `unsaved` is read when the body has failed: what it meant to store, if it meant that.
   template <class Body>
-  HRESULT store_method(Body&& body) noexcept;
+  HRESULT store_method(const std::optional<Rule>& unsaved, Body&& body) noexcept;
   std::vector<StoredRule> select_rules(long number);
   std::optional<Revision> loaded_revision(long number) const;
 

@@ -19,9 +19,12 @@ class StorageObjectTest : public HostObjects {
   StorageObjectTest() { use_store(inner_); }
 
   void use_store(std::shared_ptr<RuleStore> store) {
-    rules_ = IDispatchPtr(
-        create_storage_object(std::move(store), [this](const StoreError& error) { heard_.push_back(error.kind()); }),
-        false);
+    rules_ = IDispatchPtr(create_storage_object(std::move(store),
+                                                [this](const StoreError& error, const Rule* unsaved) {
+                                                  heard_.push_back(error.kind());
+                                                  unsaved_.push_back(unsaved ? std::optional(*unsaved) : std::nullopt);
+                                                }),
+                          false);
     settings_ = rules_;
   }
 
@@ -53,6 +56,7 @@ class StorageObjectTest : public HostObjects {
 
   std::shared_ptr<MemoryRuleStore> inner_ = std::make_shared<MemoryRuleStore>();
   std::vector<StoreErrorKind> heard_;
+  std::vector<std::optional<Rule>> unsaved_;
   IkvExpirationRuleServicePtr rules_;
   IkvSymbolSourceServicePtr settings_;
 };
@@ -244,6 +248,19 @@ TEST_F(StorageObjectTest, EveryRefusalOfTheStoreIsAFailureThatIsHeard) {
   }
 }
 
+TEST_F(StorageObjectTest, RuleThatWasNotSavedIsHeardWithTheRefusal) {
+  inner_->replace_content(sample_content());
+  Rule faulty = sample_rule(L"mine");
+  faulty.weekday = -1;
+  long number = 0;
+  EXPECT_EQ(add(sample_rule(L"first"), &number), STG_E_FILEALREADYEXISTS);
+  EXPECT_EQ(update(7, sample_rule(L"mine")), STG_E_FILENOTFOUND);
+  EXPECT_EQ(update(1, faulty), E_INVALIDARG);
+  EXPECT_EQ(rules_->delete_rule(7, &number), STG_E_FILENOTFOUND);
+  EXPECT_EQ(unsaved_,
+            (std::vector<std::optional<Rule>>{sample_rule(L"first"), sample_rule(L"mine"), faulty, std::nullopt}));
+}
+
 TEST_F(StorageObjectTest, ResultsTellTheRefusalsApart) {
   std::set<HRESULT> results;
   for (int kind = 0; kind <= static_cast<int>(StoreErrorKind::in_use); ++kind)
@@ -263,7 +280,7 @@ TEST_F(StorageObjectTest, FailedLoadLeavesTheTableEmpty) {
 
 TEST_F(StorageObjectTest, ListenerThatThrowsDoesNotEscape) {
   const IkvExpirationRuleServicePtr service =
-      IDispatchPtr(create_storage_object(inner_, [](const StoreError&) { throw 1; }), false);
+      IDispatchPtr(create_storage_object(inner_, [](const StoreError&, const Rule*) { throw 1; }), false);
   long ok = 5;
   EXPECT_TRUE(FAILED(service->delete_rule(7, &ok)));
   EXPECT_EQ(ok, 0);

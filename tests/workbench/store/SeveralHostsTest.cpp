@@ -77,6 +77,22 @@ TEST_F(SeveralHosts, ChangesOfTwoHostsAtOnceAreAllKept) {
   }
 }
 
+TEST_F(SeveralHosts, NoAcknowledgedChangeOfOneRuleIsLost) {
+  constexpr unsigned each = 150;
+  open()->update_rule(1, {.name = L"0"});
+  StoreWriter left(arguments(L"count 1 " + std::to_wstring(each)));
+  StoreWriter right(arguments(L"count 1 " + std::to_wstring(each)));
+  std::set<unsigned> numbers;
+  unsigned met = 0;
+  for (StoreWriter* host : {&left, &right}) {
+    for (unsigned i = 0; i < each; ++i) numbers.insert(host->next_acknowledged().value_or(0));
+    met += host->next_acknowledged().value_or(0);
+  }
+  EXPECT_EQ(numbers.size(), 2 * each) << "a number was given twice";
+  EXPECT_EQ(open()->try_load_rule(1)->rule.name, std::to_wstring(2 * each));
+  EXPECT_GT(met, 0u) << "the hosts never met";
+}
+
 TEST_F(SeveralHosts, TwoHostsMakeOneNewFileTogether) {
   StoreWriter left(arguments(L"add left 1"));
   StoreWriter right(arguments(L"add right 1"));

@@ -1,0 +1,76 @@
+#include "ApplicationTest.h"
+#include "SqliteRuleStore.h"
+#include "StoreWriter.h"
+#include "TemporaryFolder.h"
+
+namespace workbench {
+namespace {
+
+/// The program on a file that another host uses too. Its user opens the only rule in the editor and saves it.
+class TwoHostsTest : public ApplicationTest {
+ protected:
+  TwoHostsTest() {
+    StoreContent content;
+    content.rules.push_back({.name = L"CSI 300", .roll_offset = 5, .day_of_month = 15});
+    shared_ = open_sqlite_store(path_, {content, std::chrono::milliseconds(200)});
+    start(shared_);
+    application_->load_plugin(real_module());
+    ShowWindow(window(), SW_SHOW);
+  }
+
+  std::wstring arguments(const std::wstring& rest) const { return L'"' + path_.native() + L"\" " + rest; }
+
+  /// Saves the rule under a name; `meanwhile` happens when the editor is open. Answers what the box says that follows.
+  std::wstring save_as(const wchar_t* name, const std::function<void()>& meanwhile) {
+    std::wstring said;
+    const DialogVisitor visitor(window(), [&](HWND dialog) {
+      HWND name_field = FindWindowExW(dialog, nullptr, L"Edit", nullptr);
+      if (!name_field) {
+        said = message_in_box(dialog);
+        return press_button(dialog, IDOK);
+      }
+      meanwhile();
+      SetWindowTextW(name_field, name);
+      return !press_button(dialog, IDOK);
+    });
+    press(IDM_OPEN_RULE);
+    visitor.wait();
+    std::erase(said, L'\r');
+    return said;
+  }
+
+  std::wstring stored_name() const { return shared_->try_load_rule(1)->rule.name; }
+
+  TemporaryFolder folder_;
+  std::filesystem::path path_ = folder_.path() / L"rules.db";
+  std::shared_ptr<RuleStore> shared_;
+};
+
+TEST_F(TwoHostsTest, WhoMustWaitTooLongIsToldSoAndKeepsWhatHeEntered) {
+  std::optional<StoreWriter> other;
+  const std::wstring said = save_as(L"CSI 500", [&] {
+    other.emplace(arguments(L"hold 0"));
+    EXPECT_TRUE(other->next_acknowledged());
+  });
+  EXPECT_EQ(
+      said,
+      L"规则没有保存。\n\n“" + path_.native() +
+          L"”正被另一个程序占用，请稍后再试。\n\n原有的数据保持不变。您输入的内容是：\n\n名称：CSI 500\n"
+          L"换月：提前 5 个交易日\n指定日：当月第 15 天\n闭市顺延：不顺延\n\n按 Ctrl+C 可复制本消息，以便重新输入。");
+  EXPECT_NE(message().find(L"占用"), std::wstring::npos);
+  EXPECT_EQ(stored_name(), L"CSI 300");
+}
+
+TEST_F(TwoHostsTest, WhoWasOvertakenIsToldSoAndKeepsWhatHeEntered) {
+  const std::wstring said = save_as(L"CSI 500", [&] {
+    StoreWriter other(arguments(L"rename 1 theirs"));
+    EXPECT_EQ(other.exit_code(), 0u);
+  });
+  EXPECT_NE(said.find(L"规则“theirs”已被另一个程序修改，请刷新后重试。"), std::wstring::npos) << said.size();
+  EXPECT_NE(said.find(L"名称：CSI 500"), std::wstring::npos);
+  EXPECT_NE(message().find(L"已被另一个程序修改"), std::wstring::npos);
+  EXPECT_EQ(stored_name(), L"theirs");
+}
+
+}  // namespace
+}  // namespace workbench
