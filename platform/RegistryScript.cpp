@@ -176,6 +176,8 @@ class Parser {
 }  // namespace
 
 std::vector<RegistryNode> parse_registry_script(std::wstring_view script, const Replacements& replacements) {
+  // The registry ends a name at a null, and a name that is empty then stands for the key above.
+  if (script.find(L'\0') != std::wstring_view::npos) throw RegistryScriptError("a null in the script");
   return Parser(script, replacements).script();
 }
 

@@ -47,7 +47,7 @@ class HostileVersionBlock : public testing::Test {
     return record;
   }
 
-  GuardedBytes memory{largest_block + 1};
+  test_support::GuardedBytes memory{largest_block + 1};
   const Bytes whole = sound_block();
 };
 

@@ -99,6 +99,16 @@ TEST(RegistryScript, IsRefusedWhenBroken) {
   }
 }
 
+TEST(RegistryScript, IsRefusedWithANullAnywhere) {
+  const std::wstring sound = L"HKCR { A = s 'x' { val B = d 1 } }";
+  ASSERT_NO_THROW(parse_registry_script(sound, no_replacements));
+  for (std::size_t position = 0; position <= sound.size(); ++position) {
+    std::wstring script = sound;
+    script.insert(position, 1, L'\0');
+    EXPECT_THROW(parse_registry_script(script, no_replacements), RegistryScriptError) << "at " << position;
+  }
+}
+
 constexpr wchar_t whole_script[] =
     L"HKCR { NoRemove CLSID { ForceRemove '%ID%' = s 'it''s' { val Flags = d 12 Server = s '%PATH%' { val M = s x } } "
     L"} }";

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <climits>
+#include <utility>
 
 #include "ComSupport.h"
 #include "ExpirationRule.h"
@@ -9,41 +9,45 @@
 
 namespace {
 
+using test_support::HostRule;
+
 class RuleProperties : public storage_test::StorageTest {
  protected:
-  long number() {
-    static constexpr long extremes[] = {LONG_MIN, LONG_MIN + 1, -1, 0, 1, LONG_MAX - 1, LONG_MAX};
-    return random.below(4) ? extremes[random.below(7)] : static_cast<long>(random.bits());
-  }
-
-  test_support::RandomCases random;
-};
-
-TEST_F(RuleProperties, AnyNameAndAnyNumbersReachTheHostUnchanged) {
-  for (int round = 0; round < 1000; ++round) {
-    SCOPED_TRACE(random.trace(round));
+  /// A rule of any name and any numbers, as the module holds it and as the host is to store it.
+  std::pair<ExpirationRule, HostRule> any_rule() {
     const std::wstring name = random.text(60);
     ExpirationRule rule;
     rule.RuleName = platform::take_string(SysAllocStringLen(name.data(), static_cast<UINT>(name.size())));
     for (long* field : {&rule.RollOffset, &rule.DayType, &rule.DayMode, &rule.DayOfMonth, &rule.DayMonth,
                         &rule.WeekOrdinal, &rule.Weekday, &rule.WeekdayMonth, &rule.MoveToNextTradingDay})
-      *field = number();
+      *field = random.number();
+    return {rule,
+            {0, name, rule.RollOffset, rule.DayType, rule.DayMode, rule.DayOfMonth, rule.DayMonth, rule.WeekOrdinal,
+             rule.Weekday, rule.WeekdayMonth, rule.MoveToNextTradingDay}};
+  }
+
+  test_support::RandomCases random;
+};
+
+TEST_F(RuleProperties, AnyNameAndAnyNumbersAreAddedUnchanged) {
+  for (int round = 0; round < 1000; ++round) {
+    SCOPED_TRACE(random.trace(round));
+    auto [rule, expected] = any_rule();
     host.rules().clear();
-    long id = 0;
-    ASSERT_EQ(S_OK, add_rule(block, rule, id));
-    const test_support::HostRule expected{id,
-                                          name,
-                                          rule.RollOffset,
-                                          rule.DayType,
-                                          rule.DayMode,
-                                          rule.DayOfMonth,
-                                          rule.DayMonth,
-                                          rule.WeekOrdinal,
-                                          rule.Weekday,
-                                          rule.WeekdayMonth,
-                                          rule.MoveToNextTradingDay};
-    ASSERT_EQ(1u, host.rules().size());
-    ASSERT_EQ(expected, host.rules()[0]);
+    ASSERT_EQ(S_OK, add_rule(block, rule, expected.id));
+    ASSERT_EQ(std::vector{expected}, host.rules());
+  }
+}
+
+TEST_F(RuleProperties, AnyNameAndAnyNumbersReplaceThoseOfTheRuleWithAnyNumber) {
+  for (int round = 0; round < 1000; ++round) {
+    SCOPED_TRACE(random.trace(round));
+    auto [rule, expected] = any_rule();
+    expected.id = random.number();
+    const HostRule other = {expected.id ^ 2, L"other"};
+    host.rules() = {other, {expected.id, L"before"}};
+    ASSERT_EQ(S_OK, update_rule(block, expected.id, rule));
+    ASSERT_EQ((std::vector{other, expected}), host.rules());
   }
 }
 

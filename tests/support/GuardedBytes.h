@@ -2,13 +2,15 @@
 
 #include <windows.h>
 
+#include <cstdint>
 #include <cstring>
 #include <span>
 #include <stdexcept>
+#include <vector>
 
-#include "VersionBlocks.h"
+namespace test_support {
 
-namespace common_test {
+using Bytes = std::vector<std::uint8_t>;
 
 /// Memory that ends where a page starts which nobody can read: a read beyond the end crashes at once.
 class GuardedBytes {
@@ -40,4 +42,4 @@ class GuardedBytes {
   std::uint8_t* start_;
 };
 
-}  // namespace common_test
+}  // namespace test_support
