@@ -39,6 +39,12 @@ Span fitted_span(Span span, LONG start, LONG end, LONG cursor_start) noexcept {
   return {pulled + cursor_start - start, span.length};
 }
 
+void hold_span(LONG& start, LONG& end, LONG smallest) noexcept {
+  if (std::int64_t{end} - start >= smallest) return;
+  start = std::min(start, difference(std::numeric_limits<LONG>::max(), smallest));
+  end = sum(start, smallest);
+}
+
 }  // namespace
 
 CSize size_of(const RECT& rect) noexcept {
@@ -114,6 +120,14 @@ UINT reopening_command(const WINDOWPLACEMENT& placement, bool minimised, bool re
 void lower_bottom(RECT& rect, LONG caption) noexcept { rect.bottom = saturated(std::int64_t{rect.bottom} - caption); }
 
 void raise_bottom(RECT& rect, LONG caption) noexcept { rect.bottom = saturated(std::int64_t{rect.bottom} + caption); }
+
+RECT held_rect(const RECT& rect, CSize smallest, LONG caption) noexcept {
+  RECT held = rect;
+  hold_span(held.left, held.right, smallest.cx);
+  const LONG height = saturated(std::int64_t{rect.bottom} - rect.top);
+  if (!is_opening_height(height, smallest.cy, caption)) hold_span(held.top, held.bottom, smallest.cy);
+  return held;
+}
 
 RECT fitted_rect(const RECT& rect, const RECT& work, const RECT& cursor_work) noexcept {
   const Span across =

@@ -97,6 +97,10 @@ UINT reopening_command(const WINDOWPLACEMENT& placement, bool minimised, bool re
 void lower_bottom(RECT& rect, LONG caption) noexcept;
 void raise_bottom(RECT& rect, LONG caption) noexcept;
 
+/// A stored rectangle as large as the window will be: the system holds that at its smallest size, a dialog also at an
+/// opening height. A rectangle that was turned around becomes a window of that size.
+RECT held_rect(const RECT& rect, CSize smallest, LONG caption) noexcept;
+
 /// Pulls a rectangle into the work area of its monitor, the left and top edges first, and moves it to the same offset
 /// in the work area of the monitor under the cursor. Keeps its size.
 RECT fitted_rect(const RECT& rect, const RECT& work, const RECT& cursor_work) noexcept;

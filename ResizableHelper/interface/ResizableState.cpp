@@ -40,8 +40,17 @@ platform::RegistryKey writable_key(HKEY root, const wchar_t* name) noexcept {
   return key;
 }
 
+CSize smallest_size(HWND dialog) noexcept {
+  MINMAXINFO info = {};
+  info.ptMinTrackSize = {GetSystemMetrics(SM_CXMINTRACK), GetSystemMetrics(SM_CYMINTRACK)};
+  SendMessageW(dialog, WM_GETMINMAXINFO, 0, reinterpret_cast<LPARAM>(&info));
+  return {info.ptMinTrackSize.x, info.ptMinTrackSize.y};
+}
+
 BOOL apply_stored(HWND dialog, WINDOWPLACEMENT placement) noexcept {
   raise_bottom(placement.rcNormalPosition, caption_height());
+  // What is too small grows later, and must not grow off the monitor.
+  placement.rcNormalPosition = held_rect(placement.rcNormalPosition, smallest_size(dialog), caption_height());
   fit_rect_to_monitor(placement.rcNormalPosition);
   return SetWindowPlacement(dialog, &placement);
 }

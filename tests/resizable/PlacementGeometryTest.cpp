@@ -89,6 +89,33 @@ TEST(StoredBottom, StopsAtTheEndsOfTheRange) {
   EXPECT_EQ(rect.bottom, INT_MIN);
 }
 
+TEST(HeldRect, IsAtLeastAsLargeAsTheWindowWillBe) {
+  constexpr CSize smallest(300, 200);
+  constexpr LONG end = INT_MAX;
+  const struct {
+    RECT rect;
+    RECT held;
+  } cases[] = {{{10, 20, 310, 220}, {10, 20, 310, 220}},
+               {{10, 20, 500, 600}, {10, 20, 500, 600}},
+               {{10, 20, 110, 600}, {10, 20, 310, 600}},
+               {{10, 20, 500, 30}, {10, 20, 500, 220}},
+               {{10, 20, 10, 20}, {10, 20, 310, 220}},
+               {{500, 600, 10, 20}, {500, 600, 800, 800}},
+               {{end, end, -end - 1, -end - 1}, {end - 300, end - 200, end, end}},
+               {{-end - 1, -end - 1, end, end}, {-end - 1, -end - 1, end, end}}};
+  for (const auto& test : cases) EXPECT_EQ(held_rect(test.rect, smallest, caption), test.held);
+}
+
+TEST(HeldRect, MayHaveAnOpeningHeight) {
+  for (LONG height = 200 - caption; height <= 200; ++height) {
+    const RECT rect = {10, 20, 310, 20 + height};
+    EXPECT_EQ(held_rect(rect, {300, 200}, caption), rect);
+  }
+  EXPECT_EQ(held_rect({10, 20, 310, 220 - caption - 1}, {300, 200}, caption), (RECT{10, 20, 310, 220}));
+  EXPECT_EQ(held_rect({0, INT_MAX, 300, INT_MIN + 189}, {300, 200}, caption), (RECT{0, INT_MAX - 200, 300, INT_MAX}))
+      << "turned around, not 190 high";
+}
+
 struct FitCase {
   const char* name;
   RECT rect;
