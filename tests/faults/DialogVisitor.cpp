@@ -54,8 +54,13 @@ void DialogVisitor::expect_dialog(HWND dialog) {
 }
 
 void DialogVisitor::call_on(HWND dialog, int serial) {
-  Known& known = known_[dialog];
-  if (known.serial != serial || !IsWindow(dialog)) return;
+  const auto found = known_.find(dialog);
+  if (found == known_.end() || found->second.serial != serial) return;
+  if (!IsWindow(dialog)) {
+    known_.erase(found);
+    return;
+  }
+  Known& known = found->second;
   if (++known.visits > patience) {
     ADD_FAILURE() << "a dialog does not close";
     EndDialog(dialog, IDCANCEL);
