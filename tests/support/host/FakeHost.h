@@ -36,6 +36,8 @@ class FakeHost {
   const std::map<long, IDispatch*>& commands() const noexcept { return state_->commands; }
   /// What the host puts into a row that is appended to a table.
   HostRow& new_row() noexcept { return state_->new_row; }
+  /// What fields hold instead of their values, in every row that a service loads from now on.
+  HostRow& odd_values() noexcept { return state_->odd_values; }
   /// Whether `QueryInterface` counts as a call; it does not at first.
   void record_queries(bool record) noexcept { state_->record_queries = record; }
 

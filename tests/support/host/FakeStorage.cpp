@@ -15,6 +15,16 @@ std::optional<std::wstring> text_of(BSTR text) {
   return std::wstring(text, SysStringLen(text));
 }
 
+/// The row that a service puts into a table.
+template <class Stored>
+HostRow loaded_row(const Stored& stored, const HostRow& odd_values) {
+  HostRow row = row_of(stored);
+  for (const auto& [id, value] : odd_values) {
+    if (row.count(id) != 0) row[id] = value;
+  }
+  return row;
+}
+
 }  // namespace
 
 void PrintTo(const HostRule& rule, std::ostream* out) {
@@ -34,7 +44,7 @@ HRESULT FakeFilter::SetRuleID(long rule_id) noexcept {
 HRESULT FakeStorage::load_symbol_source_settings(IkvRuleFilter* filter, IKV_kvudfcom::IkvTable* table) noexcept {
   return calls().call("IkvSymbolSourceService::load_symbol_source_settings", {filter, table}, [&] {
     std::vector<HostRow> rows;
-    for (const HostSetting& setting : host()->settings) rows.push_back(row_of(setting));
+    for (const HostSetting& setting : host()->settings) rows.push_back(loaded_row(setting, host()->odd_values));
     static_cast<FakeTable*>(table)->load(std::move(rows));
     return S_OK;
   });
@@ -44,7 +54,8 @@ HRESULT FakeStorage::load_rules(IkvRuleFilter* filter, IKV_kvudfcom::IkvTable* t
   return calls().call("IkvExpirationRuleService::load_rules", {filter, table}, [&] {
     std::vector<HostRow> rows;
     for (const HostRule& rule : host()->rules) {
-      if (!filter || static_cast<FakeFilter*>(filter)->selects(rule)) rows.push_back(row_of(rule));
+      if (filter && !static_cast<FakeFilter*>(filter)->selects(rule)) continue;
+      rows.push_back(loaded_row(rule, host()->odd_values));
     }
     static_cast<FakeTable*>(table)->load(std::move(rows));
     return S_OK;

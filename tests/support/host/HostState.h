@@ -58,7 +58,8 @@ struct HostState {
   bool record_queries = false;
   std::vector<HostRule> rules;
   std::vector<HostSetting> settings;
-  HostRow new_row;  ///< what the host itself puts into a row that is appended to a table
+  HostRow odd_values;  ///< what these fields hold instead in every row that a service loads
+  HostRow new_row;     ///< what the host itself puts into a row that is appended to a table
   std::set<std::wstring> submenus;
   std::map<long, IDispatch*> commands;  ///< whom each command id calls; not referenced
   std::set<const LivingObject*> living;

@@ -1,0 +1,107 @@
+#include "HostileDialogs.h"
+
+#include <commctrl.h>
+
+#include <algorithm>
+
+#include "resource.h"
+
+namespace properties_test {
+namespace {
+
+constexpr unsigned longest_name = 20'000;
+
+LRESULT send_to_list(HWND dialog, UINT message, WPARAM wParam, LVITEMW* item) {
+  return SendDlgItemMessageW(dialog, IDC_RULES_LIST, message, wParam, reinterpret_cast<LPARAM>(item));
+}
+
+/// Whether a unit belongs to Arabic or a script beside it: the edit controls of the test platform crash when they shape
+/// some of its nonsense, for example U+0651 before U+FEEF. Texts that no control shows have these units as well.
+bool is_shaped(wchar_t unit) {
+  return (unit >= 0x0590 && unit <= 0x08FF) || (unit >= 0xFB1D && unit <= 0xFDFF) || (unit >= 0xFE70 && unit <= 0xFEFF);
+}
+
+bool is_list(HWND dialog) { return GetDlgItem(dialog, IDC_ADD_RULE) != nullptr; }
+
+}  // namespace
+
+HostileDialogs::HostileDialogs() {
+  const INITCOMMONCONTROLSEX controls = {sizeof controls, ICC_UPDOWN_CLASS | ICC_LISTVIEW_CLASSES};
+  InitCommonControlsEx(&controls);
+}
+
+INT_PTR HostileDialogs::edit(long rule_id, const std::function<void(HWND)>& act) {
+  zd_expiration_rule_plugin::CEditExpirationRuleDialog dialog(&block, rule_id);
+  const faults_test::DialogVisitor visitor([&](HWND window, int number) {
+    if (number == 1) act(window);
+    if (number == 2) press(window, IDCANCEL);
+  });
+  return dialog.DoModal(nullptr);
+}
+
+void HostileDialogs::list(const std::function<void(HWND)>& act, const std::function<void(HWND)>& box) {
+  zd_expiration_rule_plugin::CExpirationRulesListDialog dialog(&block);
+  const faults_test::DialogVisitor visitor([&](HWND window, int number) {
+    if (!is_list(window)) {
+      box(window);
+      return;
+    }
+    if (number == 1) act(window);
+    press(window, IDCANCEL);
+  });
+  EXPECT_EQ(IDCANCEL, dialog.DoModal(nullptr));
+}
+
+std::wstring HostileDialogs::any_name() {
+  switch (random.below(20)) {
+    case 0:
+      return {};
+    case 1:
+      return any_text(longest_name);
+    default:
+      return any_text(80);
+  }
+}
+
+std::wstring HostileDialogs::any_text(unsigned longest) {
+  std::wstring text = random.text(longest);
+  std::replace_if(text.begin(), text.end(), is_shaped, L'?');
+  return text;
+}
+
+std::wstring HostileDialogs::allowed_name() {
+  static constexpr wchar_t allowed[] = L"ABCxyz0189* ";
+  std::wstring name(1 + random.below(63), L'A');
+  for (wchar_t& unit : name) unit = allowed[random.below(std::size(allowed) - 1)];
+  return name;
+}
+
+void press(HWND dialog, int button) {
+  SendMessageW(dialog, WM_COMMAND, MAKEWPARAM(button, BN_CLICKED),
+               reinterpret_cast<LPARAM>(GetDlgItem(dialog, button)));
+}
+
+std::vector<ListRow> rows_of(HWND list) {
+  std::vector<ListRow> rows(static_cast<std::size_t>(send_to_list(list, LVM_GETITEMCOUNT, 0, nullptr)));
+  std::wstring text(std::size_t{longest_name} + 1, L'\0');
+  for (std::size_t index = 0; index < rows.size(); ++index) {
+    LVITEMW item = {};
+    item.mask = LVIF_TEXT | LVIF_PARAM;
+    item.iItem = static_cast<int>(index);
+    item.pszText = text.data();
+    item.cchTextMax = static_cast<int>(text.size());
+    send_to_list(list, LVM_GETITEMW, 0, &item);
+    rows[index] = {static_cast<long>(item.lParam), item.pszText};
+  }
+  return rows;
+}
+
+void select_row(HWND list, int index) {
+  LVITEMW item = {};
+  item.state = item.stateMask = LVIS_SELECTED | LVIS_FOCUSED;
+  send_to_list(list, LVM_SETITEMSTATE, static_cast<WPARAM>(index), &item);
+}
+
+bool is_enabled(HWND dialog, int item) { return IsWindowEnabled(GetDlgItem(dialog, item)) != FALSE; }
+
+}  // namespace properties_test

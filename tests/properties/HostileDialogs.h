@@ -1,0 +1,57 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "DialogVisitor.h"
+#include "EditExpirationRuleDialog.h"
+#include "ExpirationRulesListDialog.h"
+#include "RandomCases.h"
+#include "RegistrySandbox.h"
+#include "StorageTest.h"
+
+namespace properties_test {
+
+using test_support::HostRule;
+using test_support::HostSetting;
+
+/// What a control or a message box shows of a text.
+inline std::wstring up_to_null(const std::wstring& text) { return text.c_str(); }
+
+/// The two dialogs on a host that stores anything at all.
+class HostileDialogs : public storage_test::StorageTest {
+ protected:
+  HostileDialogs();
+
+  /// Opens the editor of a rule, lets `act` look at it and press OK, and cancels it when it is still open. Answers the
+  /// dialog's result.
+  INT_PTR edit(long rule_id, const std::function<void(HWND editor)>& act);
+  /// Opens the list, lets `act` use it and closes it. Message boxes are visited by `box`, which ends them.
+  void list(const std::function<void(HWND list)>& act, const std::function<void(HWND box)>& box = {});
+
+  /// A name of any units, empty, short or very long.
+  std::wstring any_name();
+  /// Up to `longest` units of any value that a control can show on the test platform.
+  std::wstring any_text(unsigned longest);
+  /// A name that the editor takes.
+  std::wstring allowed_name();
+
+  test_support::RegistrySandbox registry;
+  test_support::RandomCases random;
+};
+
+void press(HWND dialog, int button);
+
+/// The rows of the list as they are shown: the number that each keeps and its text.
+struct ListRow {
+  long rule_id;
+  std::wstring name;
+
+  bool operator==(const ListRow&) const = default;
+};
+std::vector<ListRow> rows_of(HWND list);
+void select_row(HWND list, int index);
+bool is_enabled(HWND dialog, int item);
+
+}  // namespace properties_test

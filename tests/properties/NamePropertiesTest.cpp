@@ -1,0 +1,231 @@
+#include <algorithm>
+#include <optional>
+#include <set>
+#include <utility>
+
+#include "Controls.h"
+#include "DialogDriver.h"
+#include "HostileDialogs.h"
+#include "ImportProbe.h"
+#include "RuleName.h"
+#include "resource.h"
+#include "string_t.h"
+
+ZD_IMPORT_PROBE(MessageBoxW, MessageBoxProbe);
+
+namespace properties_test {
+namespace {
+
+using resource_string::resourse_2_string_impl;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+using Texts = std::vector<std::wstring>;
+
+/// Takes the place of all message boxes.
+class MessageBoxes {
+ public:
+  MessageBoxes() {
+    probe_.replace([this](HWND, LPCWSTR text, LPCWSTR, UINT flags) {
+      shown_.emplace_back(text);
+      return (flags & MB_TYPEMASK) == MB_YESNO ? answer : IDOK;
+    });
+  }
+
+  /// The texts since the last call.
+  Texts take() { return std::exchange(shown_, {}); }
+
+  int answer = IDNO;
+
+ private:
+  MessageBoxProbe probe_;
+  Texts shown_;
+};
+
+/// The text of a message box that is not on the screen yet.
+std::wstring text_of_box(HWND box) {
+  std::wstring text;
+  for (HWND part = GetWindow(box, GW_CHILD); part; part = GetWindow(part, GW_HWNDNEXT)) {
+    const std::wstring kind = test_support::class_of(part);
+    const bool is_icon = (GetWindowLongPtrW(part, GWL_STYLE) & SS_TYPEMASK) == SS_ICON;
+    if ((kind == L"Static" && !is_icon) || kind == L"Edit") text += test_support::window_text(part);
+  }
+  return text;
+}
+
+class HostileNames : public HostileDialogs {
+ protected:
+  /// A name of another rule or setting that tends to be mistaken for this one.
+  std::wstring similar_name(const std::wstring& name) {
+    switch (random.below(5)) {
+      case 0:
+        return name;
+      case 1:
+        return up_to_null(name);
+      case 2:
+        return name + L'\0';
+      case 3:
+        return name + std::wstring(L"\0x", 2);
+      default:
+        return any_name();
+    }
+  }
+
+  void store_any_rules(long count) {
+    host.rules().clear();
+    for (long id = 1; id <= count; ++id) {
+      host.rules().push_back({id, random.below(10) ? std::optional(any_name()) : std::nullopt});
+    }
+  }
+
+  std::wstring name_of(long rule_id) {
+    for (const HostRule& rule : host.rules()) {
+      if (rule.id == rule_id) return rule.name.value_or(L"");
+    }
+    return {};
+  }
+
+  /// Settings of which some use the rule of this name. Answers the names of those.
+  Texts store_any_settings(const std::wstring& rule_name) {
+    host.settings().clear();
+    Texts users;
+    for (unsigned count = random.below(8); count > 0; --count) {
+      const HostSetting setting = {any_name(), similar_name(rule_name)};
+      host.settings().push_back(setting);
+      if (*setting.rule_name == rule_name) users.push_back(*setting.name);
+    }
+    return users;
+  }
+
+  /// What the user reads when he wants to delete the rule.
+  static std::wstring delete_text(const std::wstring& rule_name, const Texts& users) {
+    if (users.empty()) {
+      const std::wstring question = resourse_2_string_impl(IDS_CONFIRM_DELETE);
+      const std::size_t place = question.find(L"%s");
+      return question.substr(0, place) + up_to_null(rule_name) + question.substr(place + 2);
+    }
+    std::wstring text = resourse_2_string_impl(IDS_RULE_IN_USE) + L'\n' + up_to_null(users[0]);
+    for (std::size_t index = 1; index < std::min<std::size_t>(users.size(), 3); ++index) {
+      text += L", " + up_to_null(users[index]);
+    }
+    return users.size() > 3 ? text + L" ...\n" : text;
+  }
+
+  /// What the editor says to OK, empty when it saves.
+  std::wstring refusal(long rule_id, const std::wstring& entered) {
+    if (entered.empty()) return resourse_2_string_impl(IDS_NAME_EMPTY);
+    const auto bears_it = [&](const HostRule& rule) { return rule.name.value_or(L"") == entered; };
+    const bool exists = std::any_of(host.rules().begin(), host.rules().end(), bears_it);
+    if (exists && name_of(rule_id) != entered) return resourse_2_string_impl(IDS_NAME_NOT_UNIQUE);
+    using zd_expiration_rule_plugin::has_invalid_name_characters;
+    return has_invalid_name_characters(entered) ? resourse_2_string_impl(IDS_NAME_BAD_CHARACTER) : std::wstring();
+  }
+
+  std::optional<MessageBoxes> boxes{std::in_place};
+};
+
+TEST_F(HostileNames, AreListedUpToTheirFirstNull) {
+  for (int round = 0; round < 20; ++round) {
+    SCOPED_TRACE(random.trace(round));
+    store_any_rules(200);
+    std::vector<ListRow> rows;
+    list([&](HWND window) { rows = rows_of(window); });
+    ASSERT_EQ(host.rules().size(), rows.size());
+    for (const ListRow& row : rows) ASSERT_EQ(up_to_null(name_of(row.rule_id)), row.name) << row.rule_id;
+  }
+  EXPECT_THAT(reports(), IsEmpty());
+}
+
+TEST_F(HostileNames, AreShownInTheQuestionAndInTheRefusalOfADelete) {
+  int questions = 0;
+  int refusals = 0;
+  for (int round = 0; round < 30; ++round) {
+    SCOPED_TRACE(random.trace(round));
+    store_any_rules(10);
+    list([&](HWND window) {
+      for (int index = 0; index < 10; ++index) {
+        const std::wstring name = name_of(rows_of(window)[static_cast<std::size_t>(index)].rule_id);
+        const Texts users = store_any_settings(name);
+        const auto before = host.rules();
+        select_row(window, index);
+        press(window, IDC_DELETE_RULE);
+        EXPECT_THAT(boxes->take(), ElementsAre(up_to_null(delete_text(name, users))));
+        EXPECT_EQ(before, host.rules());
+        ++(users.empty() ? questions : refusals);
+      }
+    });
+    ASSERT_FALSE(HasFailure());
+  }
+  EXPECT_GT(questions, 0);
+  EXPECT_GT(refusals, 0);
+  EXPECT_THAT(reports(), IsEmpty());
+}
+
+TEST_F(HostileNames, StandInARealMessageBoxAsTheyAre) {
+  boxes.reset();
+  store_any_rules(40);
+  std::wstring expected;
+  int shown = 0;
+  const auto use = [&](HWND window) {
+    for (int index = 0; index < 40; ++index) {
+      SCOPED_TRACE(random.trace(index));
+      const std::wstring name = name_of(rows_of(window)[static_cast<std::size_t>(index)].rule_id);
+      expected = up_to_null(delete_text(name, store_any_settings(name)));
+      select_row(window, index);
+      press(window, IDC_DELETE_RULE);
+    }
+  };
+  list(use, [&](HWND box) {
+    ++shown;
+    EXPECT_EQ(expected, text_of_box(box));
+    EndDialog(box, IDNO);
+  });
+  EXPECT_EQ(40, shown);
+  EXPECT_THAT(reports(), IsEmpty());
+}
+
+TEST_F(HostileNames, DoNotKeepTheRightRuleFromBeingDeleted) {
+  boxes->answer = IDYES;
+  for (int round = 0; round < 50; ++round) {
+    SCOPED_TRACE(random.trace(round));
+    store_any_rules(5);
+    host.rules().push_back({6, similar_name(name_of(1))});
+    auto left = host.rules();
+    const int index = static_cast<int>(random.below(6));
+    list([&](HWND window) {
+      const long rule_id = rows_of(window)[static_cast<std::size_t>(index)].rule_id;
+      std::erase_if(left, [&](const HostRule& rule) { return rule.id == rule_id; });
+      select_row(window, index);
+      press(window, IDC_DELETE_RULE);
+    });
+    ASSERT_EQ(left, host.rules());
+  }
+  EXPECT_THAT(reports(), IsEmpty());
+}
+
+TEST_F(HostileNames, AreShownAndSavedByTheEditorUpToTheirFirstNullOrRefused) {
+  std::set<std::wstring> said;
+  for (int round = 0; round < 200; ++round) {
+    SCOPED_TRACE(random.trace(round));
+    const std::wstring name = random.below(2) ? any_name() : allowed_name() + (random.below(2) ? any_text(5) : L"");
+    host.rules() = {{1, name}, {2, similar_name(name)}};
+    auto expected = host.rules();
+    const std::wstring refused = refusal(1, up_to_null(name));
+    if (refused.empty()) expected[0].name = up_to_null(name);
+    const INT_PTR result = edit(1, [&](HWND window) {
+      EXPECT_EQ(up_to_null(name), test_support::item_text(window, IDC_NAME));
+      press(window, IDOK);
+    });
+    ASSERT_EQ(refused.empty() ? IDOK : IDCANCEL, result);
+    const Texts shown = boxes->take();
+    ASSERT_EQ(refused.empty() ? Texts() : Texts{refused}, shown);
+    ASSERT_EQ(expected, host.rules());
+    ASSERT_FALSE(HasFailure());
+    said.insert(refused);
+  }
+  EXPECT_EQ(4u, said.size()) << "every refusal was met, and saving";
+  EXPECT_THAT(reports(), IsEmpty());
+}
+
+}  // namespace
+}  // namespace properties_test
