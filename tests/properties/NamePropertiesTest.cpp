@@ -125,7 +125,7 @@ class HostileNames : public HostileDialogs {
 };
 
 TEST_F(HostileNames, AreListedUpToTheirFirstNull) {
-  for (int round = 0; round < 20; ++round) {
+  for (int round = 0; round < 10; ++round) {
     SCOPED_TRACE(random.trace(round));
     store_any_rules(200);
     std::vector<ListRow> rows;
@@ -205,7 +205,7 @@ TEST_F(HostileNames, DoNotKeepTheRightRuleFromBeingDeleted) {
 
 TEST_F(HostileNames, AreShownAndSavedByTheEditorUpToTheirFirstNullOrRefused) {
   std::set<std::wstring> said;
-  for (int round = 0; round < 200; ++round) {
+  for (int round = 0; round < 150; ++round) {
     SCOPED_TRACE(random.trace(round));
     const std::wstring name = random.below(2) ? any_name() : allowed_name() + (random.below(2) ? any_text(5) : L"");
     host.rules() = {{1, name}, {2, similar_name(name)}};

@@ -1,0 +1,133 @@
+#include <windows.h>
+#include <commctrl.h>
+
+#include <algorithm>
+
+#include "DialogDriver.h"
+#include "HostileDialogs.h"
+#include "resource.h"
+
+namespace properties_test {
+namespace {
+
+using testing::IsEmpty;
+
+constexpr long largest_offset = 99;
+constexpr long not_chosen = -1;
+
+constexpr char offset_is_not_the_spins[] = "ASSERT value == _spin.GetPos() | SpinControlHelper.cpp:* AdjustEditControl";
+
+/// The number that a combo box has chosen, by the data of its items.
+long chosen(HWND editor, int combo) {
+  const LRESULT index = SendDlgItemMessageW(editor, combo, CB_GETCURSEL, 0, 0);
+  return static_cast<long>(SendDlgItemMessageW(editor, combo, CB_GETITEMDATA, static_cast<WPARAM>(index), 0));
+}
+
+bool is_checked(HWND editor, int button) { return IsDlgButtonChecked(editor, button) == BST_CHECKED; }
+
+/// A choice of a combo box, if the number is one.
+long choice(long number, long first, long last) { return number >= first && number <= last ? number : not_chosen; }
+
+/// The rule as it is stored when the editor is opened on it and OK is pressed.
+HostRule saved_unchanged(const HostRule& rule) {
+  // The spin holds 16 bits and stays within its range.
+  const long offset = std::clamp<long>(static_cast<short>(rule.roll_offset), 0, largest_offset);
+  return {rule.id,
+          rule.name,
+          offset,
+          choice(rule.day_type, 0, 1),
+          rule.day_mode == 0 ? 0 : 1,
+          choice(rule.day_of_month, 1, 31),
+          choice(rule.day_month, 0, 2),
+          choice(rule.week_ordinal, 1, 5),
+          choice(rule.weekday, 0, 6),
+          choice(rule.weekday_month, 0, 2),
+          rule.move_to_next_trading_day == 1 ? 1 : 0};
+}
+
+void expect_shown(HWND editor, const HostRule& rule) {
+  const HostRule saved = saved_unchanged(rule);
+  EXPECT_EQ(*rule.name, test_support::item_text(editor, IDC_NAME));
+  EXPECT_EQ(std::to_wstring(rule.roll_offset), test_support::item_text(editor, IDC_OFFSET));
+  EXPECT_EQ(saved.day_type, chosen(editor, IDC_DAY_TYPE));
+  EXPECT_EQ(rule.day_mode == 0, is_checked(editor, IDC_DAY_OF_MONTH_MODE));
+  EXPECT_EQ(rule.day_mode == 1, is_checked(editor, IDC_WEEKDAY_MODE));
+  EXPECT_EQ(saved.day_of_month, chosen(editor, IDC_DAY_OF_MONTH));
+  EXPECT_EQ(saved.day_month, chosen(editor, IDC_DAY_MONTH));
+  EXPECT_EQ(saved.week_ordinal, chosen(editor, IDC_WEEK_ORDINAL));
+  EXPECT_EQ(saved.weekday, chosen(editor, IDC_WEEKDAY));
+  EXPECT_EQ(saved.weekday_month, chosen(editor, IDC_WEEKDAY_MONTH));
+  EXPECT_EQ(rule.move_to_next_trading_day == 1, is_checked(editor, IDC_MOVE_TO_NEXT_TRADING_DAY));
+}
+
+class HostileNumbers : public HostileDialogs {
+ protected:
+  /// Any number, or one that the editor offers.
+  long number(long first, long last) {
+    return random.below(2) ? random.number()
+                           : first + static_cast<long>(random.below(static_cast<unsigned>(last - first + 1)));
+  }
+
+  HostRule any_rule(long id) {
+    return {id,           allowed_name(), number(0, 99), number(0, 1), number(0, 1), number(1, 31),
+            number(0, 2), number(1, 5),   number(0, 6),  number(0, 2), number(0, 1)};
+  }
+};
+
+TEST_F(HostileNumbers, AreShownAsStoredAndSavedAsTheControlsHoldThem) {
+  for (int round = 0; round < 150; ++round) {
+    SCOPED_TRACE(random.trace(round));
+    const HostRule rule = any_rule(random.below(2) ? LONG_MAX : 1);
+    const HostRule other = any_rule(2);
+    if (rule.name == other.name) continue;
+    host.rules() = {rule, other};
+    ASSERT_EQ(IDOK, edit(rule.id, [&](HWND editor) {
+                expect_shown(editor, rule);
+                press(editor, IDOK);
+              }));
+    const HostRule saved = saved_unchanged(rule);
+    ASSERT_EQ((std::vector{saved, other}), host.rules());
+    using Texts = std::vector<std::string>;
+    ASSERT_EQ(saved.roll_offset == rule.roll_offset ? Texts() : Texts{offset_is_not_the_spins},
+              test_support::take_reports_without_lines());
+    ASSERT_FALSE(HasFailure());
+  }
+}
+
+TEST_F(HostileNumbers, AreLeftAloneByCancel) {
+  for (int round = 0; round < 30; ++round) {
+    SCOPED_TRACE(random.trace(round));
+    host.rules() = {any_rule(LONG_MIN), any_rule(-1), any_rule(LONG_MAX)};
+    const auto before = host.rules();
+    const HostRule& rule = before[random.below(3)];
+    ASSERT_EQ(IDCANCEL, edit(rule.id, [&](HWND editor) { expect_shown(editor, rule); }));
+    ASSERT_EQ(before, host.rules());
+  }
+  reports();
+}
+
+TEST_F(HostileNumbers, NameTheRulesOfTheListOfWhichOnlyThoseAboveZeroCanBeChanged) {
+  for (int round = 0; round < 5; ++round) {
+    SCOPED_TRACE(random.trace(round));
+    host.rules().clear();
+    for (int count = 0; count < 20; ++count) host.rules().push_back(any_rule(random.number()));
+    list([&](HWND window) {
+      const auto rows = rows_of(window);
+      ASSERT_EQ(host.rules().size(), rows.size());
+      for (std::size_t index = 0; index < rows.size(); ++index) {
+        EXPECT_TRUE(std::any_of(host.rules().begin(), host.rules().end(), [&](const HostRule& rule) {
+          return rule.id == rows[index].rule_id && rule.name == rows[index].name;
+        }));
+        select_row(window, static_cast<int>(index));
+        for (const int button : {IDC_EDIT_RULE, IDC_DELETE_RULE}) {
+          EXPECT_EQ(rows[index].rule_id > 0, is_enabled(window, button)) << rows[index].rule_id;
+        }
+      }
+    });
+    ASSERT_FALSE(HasFailure());
+  }
+  EXPECT_THAT(reports(), IsEmpty());
+}
+
+}  // namespace
+}  // namespace properties_test
