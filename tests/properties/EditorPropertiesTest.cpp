@@ -12,9 +12,6 @@ namespace {
 
 using testing::IsEmpty;
 
-constexpr long largest_offset = 99;
-constexpr long not_chosen = -1;
-
 constexpr char offset_is_not_the_spins[] = "ASSERT value == _spin.GetPos() | SpinControlHelper.cpp:* AdjustEditControl";
 
 /// The number that a combo box has chosen, by the data of its items.
@@ -24,26 +21,6 @@ long chosen(HWND editor, int combo) {
 }
 
 bool is_checked(HWND editor, int button) { return IsDlgButtonChecked(editor, button) == BST_CHECKED; }
-
-/// A choice of a combo box, if the number is one.
-long choice(long number, long first, long last) { return number >= first && number <= last ? number : not_chosen; }
-
-/// The rule as it is stored when the editor is opened on it and OK is pressed.
-HostRule saved_unchanged(const HostRule& rule) {
-  // The spin holds 16 bits and stays within its range.
-  const long offset = std::clamp<long>(static_cast<short>(rule.roll_offset), 0, largest_offset);
-  return {rule.id,
-          rule.name,
-          offset,
-          choice(rule.day_type, 0, 1),
-          rule.day_mode == 0 ? 0 : 1,
-          choice(rule.day_of_month, 1, 31),
-          choice(rule.day_month, 0, 2),
-          choice(rule.week_ordinal, 1, 5),
-          choice(rule.weekday, 0, 6),
-          choice(rule.weekday_month, 0, 2),
-          rule.move_to_next_trading_day == 1 ? 1 : 0};
-}
 
 void expect_shown(HWND editor, const HostRule& rule) {
   const HostRule saved = saved_unchanged(rule);

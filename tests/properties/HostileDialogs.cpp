@@ -9,6 +9,8 @@
 namespace properties_test {
 namespace {
 
+constexpr long largest_offset = 99;
+constexpr long not_chosen = -1;
 constexpr unsigned longest_name = 5000;
 
 LRESULT send_to_list(HWND dialog, UINT message, WPARAM wParam, LVITEMW* item) {
@@ -25,6 +27,9 @@ std::wstring without_nulls(std::wstring text) {
   std::erase(text, L'\0');
   return text;
 }
+
+/// A choice of a combo box, if the number is one.
+long choice(long number, long first, long last) { return number >= first && number <= last ? number : not_chosen; }
 
 bool is_list(HWND dialog) { return GetDlgItem(dialog, IDC_ADD_RULE) != nullptr; }
 
@@ -79,6 +84,22 @@ std::wstring HostileDialogs::allowed_name() {
   std::wstring name(1 + random.below(63), L'A');
   for (wchar_t& unit : name) unit = allowed[random.below(std::size(allowed) - 1)];
   return name;
+}
+
+HostRule saved_unchanged(const HostRule& rule) {
+  // The spin holds 16 bits and stays within its range.
+  const long offset = std::clamp<long>(static_cast<short>(rule.roll_offset), 0, largest_offset);
+  return {rule.id,
+          rule.name,
+          offset,
+          choice(rule.day_type, 0, 1),
+          rule.day_mode == 0 ? 0 : 1,
+          choice(rule.day_of_month, 1, 31),
+          choice(rule.day_month, 0, 2),
+          choice(rule.week_ordinal, 1, 5),
+          choice(rule.weekday, 0, 6),
+          choice(rule.weekday_month, 0, 2),
+          rule.move_to_next_trading_day == 1 ? 1 : 0};
 }
 
 void press(HWND dialog, int button) {

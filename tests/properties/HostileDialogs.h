@@ -41,6 +41,9 @@ class HostileDialogs : public storage_test::StorageTest {
   test_support::RandomCases random;
 };
 
+/// The rule as it is stored when the editor is opened on it and OK is pressed.
+HostRule saved_unchanged(const HostRule& rule);
+
 void press(HWND dialog, int button);
 
 /// The rows of the list as they are shown: the number that each keeps and its text.
