@@ -7,6 +7,9 @@ namespace platform {
 /// What the whole module shares: the count of its live objects and server locks, and its one critical section.
 class ComModule {
  public:
+  /// Everybody shares the one of `instance`.
+  ComModule() noexcept;
+  ~ComModule();
   ComModule(const ComModule&) = delete;
   ComModule& operator=(const ComModule&) = delete;
 
@@ -22,9 +25,6 @@ class ComModule {
   CRITICAL_SECTION& section() noexcept { return section_; }
 
  private:
-  ComModule() noexcept;
-  ~ComModule();
-
   CRITICAL_SECTION section_;
   bool initialised_;
   volatile LONG locks_ = 0;

@@ -45,6 +45,9 @@ class SelectedObject {
   ~SelectedObject() {
     if (previous_) SelectObject(dc_, previous_);
   }
+  /// Whether the system took the object.
+  explicit operator bool() const noexcept { return previous_ != nullptr; }
+
   SelectedObject(const SelectedObject&) = delete;
   SelectedObject& operator=(const SelectedObject&) = delete;
 

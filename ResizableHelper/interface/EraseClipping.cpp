@@ -9,11 +9,8 @@ platform::Region child_region(HWND dialog, HWND child) noexcept {
   const RECT rect = rect_in(dialog, child);
   platform::Region region(CreateRectRgn(0, 0, 0, 0));
   const int kind = GetWindowRgn(child, region.get());
-  if (kind == SIMPLEREGION || kind == COMPLEXREGION) {
-    OffsetRgn(region.get(), rect.left, rect.top);
-  } else {
-    region.reset(CreateRectRgnIndirect(&rect));
-  }
+  const bool has_region = kind == SIMPLEREGION || kind == COMPLEXREGION;
+  if (!has_region || OffsetRgn(region.get(), rect.left, rect.top) == ERROR) region.reset(CreateRectRgnIndirect(&rect));
   return region;
 }
 

@@ -126,6 +126,7 @@ void CSizeGrip::PaintMasked(HDC target) noexcept {
   HDC mask = mask_dc_.get();
   const platform::SelectedObject colour_bitmap(colour, colour_bitmap_.get());
   const platform::SelectedObject mask_bitmap(mask, mask_bitmap_.get());
+  if (!target || !colour_bitmap || !mask_bitmap) return;
   CallOriginal(WM_PAINT, reinterpret_cast<WPARAM>(colour), 0);
   SetBkColor(colour, GetPixel(colour, 0, 0));
   BitBlt(mask, 0, 0, size_.cx, size_.cy, colour, 0, 0, SRCCOPY);

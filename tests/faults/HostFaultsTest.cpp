@@ -1,6 +1,7 @@
 #include <cstdio>
 #include <set>
 
+#include "DocumentedNumbers.h"
 #include "FaultRun.h"
 #include "FaultsTest.h"
 
@@ -58,6 +59,7 @@ using HostFaults = FaultsTest;
 
 TEST_P(HostFaults, LeadToTheDocumentedResultAndTearNothing) {
   const Scenario& scenario = GetParam();
+  std::size_t sum = 0;
   for (const Fault& fault : faults) {
     const std::size_t injected = test_support::fail_each_call(fault, [&](FakeHost& host, const Arm& arm) {
       const Played played = play(scenario, module_, host, arm);
@@ -66,8 +68,10 @@ TEST_P(HostFaults, LeadToTheDocumentedResultAndTearNothing) {
     });
     if (HasFailure()) return;
     std::printf("[ faults ] %s: %s: %zu\n", scenario.name, test_support::described(fault).c_str(), injected);
-    EXPECT_GT(injected, 0u);
+    EXPECT_EQ(documented_number("How many", scenario.name, 0), injected);
+    sum += injected;
   }
+  EXPECT_EQ(documented_number("How many", scenario.name, 1), sum);
 }
 
 INSTANTIATE_TEST_SUITE_P(Of, HostFaults, testing::ValuesIn(every_scenario()),

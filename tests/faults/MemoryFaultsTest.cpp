@@ -1,6 +1,7 @@
 #include <cstdio>
 #include <optional>
 
+#include "DocumentedNumbers.h"
 #include "FailingMemory.h"
 #include "FaultsTest.h"
 
@@ -42,7 +43,8 @@ TEST_P(MemoryFaults, LeadToTheDocumentedResultAndTearNothing) {
   if (HasFailure()) return;
   std::printf("[ faults ] %s: operator new: %ld\n", GetParam().name, blocks);
   std::printf("[ faults ] %s: COM strings and task memory: %ld\n", GetParam().name, strings);
-  EXPECT_GT(blocks + strings, 0);
+  EXPECT_EQ(documented_number("How many", GetParam().name, 2), static_cast<std::size_t>(blocks));
+  EXPECT_EQ(documented_number("How many", GetParam().name, 3), static_cast<std::size_t>(strings));
 }
 
 INSTANTIATE_TEST_SUITE_P(Of, MemoryFaults, testing::ValuesIn(every_scenario()),

@@ -10,6 +10,7 @@
 #include "LayoutWindow.h"
 
 ZD_IMPORT_PROBE(GetWindowRgn, WindowRegionProbe);
+ZD_IMPORT_PROBE(OffsetRgn, OffsetRegionProbe);
 ZD_IMPORT_PROBE(CreateRectRgn, CreateRegionProbe);
 ZD_IMPORT_PROBE(CreateRectRgnIndirect, CreateRectRegionProbe);
 ZD_IMPORT_PROBE(DeleteObject, DeleteObjectProbe);
@@ -163,6 +164,13 @@ TEST_F(EraseRegion, FallsBackToTheRectangleWithoutARegionToReadInto) {
   SetWindowRgn(anchored(L"Edit"), CreateRectRgn(5, 5, 15, 15), FALSE);
   CreateRegionProbe probe;
   probe.fail(0, nullptr);
+  EXPECT_TRUE(same_area(erased(), without(rect_region(client), place)));
+}
+
+TEST_F(EraseRegion, LeavesOutAChildWhoseRegionCannotBeMoved) {
+  SetWindowRgn(anchored(L"Edit"), CreateRectRgn(5, 5, 15, 15), FALSE);
+  OffsetRegionProbe probe;
+  probe.fail(0, ERROR);
   EXPECT_TRUE(same_area(erased(), without(rect_region(client), place)));
 }
 

@@ -6,10 +6,12 @@
 #include "DeviceContext.h"
 #include "GripFixture.h"
 
+ZD_IMPORT_PROBE(BeginPaint, BeginPaintProbe);
 ZD_IMPORT_PROBE(BitBlt, BitBltProbe);
 ZD_IMPORT_PROBE(SetWindowRgn, SetRegionProbe);
 ZD_IMPORT_PROBE(CreateBitmap, CreateBitmapProbe);
 ZD_IMPORT_PROBE(CreateCompatibleDC, CreateDcProbe);
+ZD_IMPORT_PROBE(GetDC, GetDcProbe);
 ZD_IMPORT_PROBE(CreateCompatibleBitmap, CreateCompatibleBitmapProbe);
 ZD_IMPORT_PROBE(CreatePolygonRgn, CreatePolygonProbe);
 ZD_IMPORT_PROBE(DeleteObject, DeleteObjectProbe);
@@ -156,8 +158,46 @@ TEST_F(MaskedGrip, PaintsAsTheSystemWhenItsBitmapsCannotBeMade) {
     grip.EnableMaskedPaint(TRUE);
   }
   EXPECT_EQ(painted(WM_PAINT)[0], 0);
+  {
+    GetDcProbe no_window_dc;
+    no_window_dc.fail(0, nullptr);
+    grip.EnableMaskedPaint(TRUE);
+  }
+  EXPECT_EQ(painted(WM_PAINT)[0], 0);
   grip.EnableMaskedPaint(TRUE);
   EXPECT_GT(painted(WM_PAINT)[0], 0);
+}
+
+TEST_F(MaskedGrip, DrawsNothingWithoutADcToPaintOn) {
+  InvalidateRect(grip.m_hWnd, nullptr, FALSE);
+  BeginPaintProbe no_dc;
+  no_dc.fail(0, nullptr);
+  BitBltProbe copies;
+  EXPECT_EQ(send(WM_PAINT), 0);
+  EXPECT_EQ(copies.calls(), 0);
+}
+
+TEST_F(MaskedGrip, DrawsNothingWhenCopyingFails) {
+  for (const int number : {0, 1, 2, 3, 4}) {
+    BitBltProbe copies;
+    copies.fail(number, FALSE);
+    const auto [through, drawn] = painted(WM_PAINT);
+    EXPECT_EQ(through + drawn, all_pixels());
+    EXPECT_TRUE(number != 0 || drawn == 0);
+  }
+  EXPECT_GT(painted(WM_PAINT)[0], 0) << "and the next painting is whole again";
+}
+
+TEST_F(MaskedGrip, DrawsNothingWhenItsBitmapsCannotBeSelected) {
+  for (const int number : {1, 2}) {
+    SelectObjectProbe selections;
+    selections.replace([&](HDC dc, HGDIOBJ object) -> HGDIOBJ {
+      // The test selects its own bitmap first.
+      return selections.calls() == number + 1 ? nullptr : selections.original(dc, object);
+    });
+    EXPECT_EQ(painted(WM_PAINT)[1], 0) << number;
+  }
+  EXPECT_GT(painted(WM_PAINT)[1], 0);
 }
 
 /// Every GDI object that the grip makes is counted.

@@ -74,6 +74,15 @@ TEST_F(SizeGrip, BecomesWholeAndTriangularAgain) {
   EXPECT_TRUE(is_triangular());
 }
 
+TEST_F(SizeGrip, StaysAsItIsWhenItsRegionCannotBeChanged) {
+  create();
+  SetRegionProbe probe;
+  probe.fail(0, FALSE);
+  grip.MakeTriangular(FALSE);
+  EXPECT_TRUE(is_triangular());
+  EXPECT_TRUE(IsWindow(grip.m_hWnd));
+}
+
 TEST_F(SizeGrip, RedrawsForItsRegionOnlyWhenItIsVisible) {
   create();
   BOOL redrawn = -1;

@@ -9,6 +9,11 @@
 #include <thread>
 #include <vector>
 
+#include "ImportProbe.h"
+
+ZD_IMPORT_PROBE(HeapAlloc, HeapAllocProbe);
+ZD_IMPORT_PROBE(FlsSetValue, FlsSetValueProbe);
+
 namespace {
 
 constexpr int threads = 8;
@@ -77,6 +82,20 @@ TEST(Exceptions, LeaveTheLastErrorAlone) {
     EXPECT_EQ(5, thrown_and_rethrown(5));
     EXPECT_EQ(static_cast<DWORD>(number), GetLastError());
   });
+}
+
+TEST(Exceptions, OfAThreadForWhichNothingCanBeKeptArrive) {
+  const auto arrives = [] { EXPECT_EQ(5, thrown_and_rethrown(5)); };
+  {
+    HeapAllocProbe memory;
+    memory.fail(0, nullptr);
+    std::thread(arrives).join();
+    EXPECT_GT(memory.calls(), 0);
+  }
+  FlsSetValueProbe places;
+  places.fail(0, FALSE);
+  std::thread(arrives).join();
+  EXPECT_GT(places.calls(), 0);
 }
 
 /// Slow to make; every making is counted.

@@ -47,7 +47,7 @@ struct Function {
   void* failing;
 };
 
-const Function functions[] = {
+const Function allocators[] = {
     {Memory::blocks, "malloc", reinterpret_cast<void*>(failing_malloc)},
     {Memory::com, "SysAllocString", reinterpret_cast<void*>(failing_alloc_string)},
     {Memory::com, "SysAllocStringLen", reinterpret_cast<void*>(failing_alloc_string_len)},
@@ -62,7 +62,7 @@ const Function functions[] = {
 }  // namespace
 
 FailingMemory::FailingMemory(HMODULE module, long number, Memory kind) {
-  for (const Function& function : functions) {
+  for (const Function& function : allocators) {
     const bool is_meant = kind == Memory::any || kind == function.kind;
     if (is_meant && imports(module, function.name)) patches_.emplace_back(module, function.name, function.failing);
   }
@@ -76,5 +76,11 @@ FailingMemory::~FailingMemory() { heal(); }
 void FailingMemory::heal() { countdown = 0; }
 
 bool FailingMemory::has_failed() const { return failed; }
+
+std::set<std::string> FailingMemory::functions() {
+  std::set<std::string> names;
+  for (const Function& function : allocators) names.insert(function.name);
+  return names;
+}
 
 }  // namespace test_support

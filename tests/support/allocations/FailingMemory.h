@@ -3,6 +3,8 @@
 #include <windows.h>
 
 #include <deque>
+#include <set>
+#include <string>
 
 #include "ImportPatch.h"
 
@@ -29,6 +31,9 @@ class FailingMemory {
   void heal();
   /// Whether the allocation that was to fail has come.
   bool has_failed() const;
+
+  /// Every function that can fail.
+  static std::set<std::string> functions();
 
  private:
   std::deque<ImportPatch> patches_;

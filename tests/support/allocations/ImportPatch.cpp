@@ -1,7 +1,6 @@
 #include "ImportPatch.h"
 
 #include <stdexcept>
-#include <string>
 #include <string_view>
 
 namespace test_support {
@@ -12,8 +11,10 @@ Type* at(HMODULE module, ULONGLONG offset) {
   return reinterpret_cast<Type*>(reinterpret_cast<ULONG_PTR>(module) + offset);
 }
 
-/// The place in the module's import table that holds the address of a function; null when it imports none.
-void** import_entry(HMODULE module, std::string_view function) {
+/// Visits the library and the name of every function that the module imports by name, and the place in its import table
+/// that holds the address, until a visit answers true.
+template <class Visit>
+void visit_imports(HMODULE module, const Visit& visit) {
   const auto* headers = at<IMAGE_NT_HEADERS>(module, static_cast<ULONGLONG>(at<IMAGE_DOS_HEADER>(module, 0)->e_lfanew));
   const auto& directory = headers->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT];
   for (auto* library = at<IMAGE_IMPORT_DESCRIPTOR>(module, directory.VirtualAddress); library->Name; ++library) {
@@ -21,10 +22,20 @@ void** import_entry(HMODULE module, std::string_view function) {
     auto* entry = at<void*>(module, library->FirstThunk);
     for (; name->u1.AddressOfData; ++name, ++entry) {
       if (IMAGE_SNAP_BY_ORDINAL(name->u1.Ordinal)) continue;
-      if (at<IMAGE_IMPORT_BY_NAME>(module, name->u1.AddressOfData)->Name == function) return entry;
+      const char* function = at<IMAGE_IMPORT_BY_NAME>(module, name->u1.AddressOfData)->Name;
+      if (visit(at<char>(module, library->Name), function, entry)) return;
     }
   }
-  return nullptr;
+}
+
+/// The place in the module's import table that holds the address of a function; null when it imports none.
+void** import_entry(HMODULE module, std::string_view function) {
+  void** found = nullptr;
+  visit_imports(module, [&](const char*, const char* name, void** entry) {
+    if (name == function) found = entry;
+    return found != nullptr;
+  });
+  return found;
 }
 
 void write_entry(void** entry, void* function) {
@@ -35,6 +46,15 @@ void write_entry(void** entry, void* function) {
 }
 
 }  // namespace
+
+std::vector<Import> imports_of(HMODULE module) {
+  std::vector<Import> imports;
+  visit_imports(module, [&](const char* library, const char* function, void**) {
+    imports.push_back({library, function});
+    return false;
+  });
+  return imports;
+}
 
 bool imports(HMODULE module, const char* name) { return import_entry(module, name) != nullptr; }
 

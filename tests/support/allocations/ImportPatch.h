@@ -2,7 +2,19 @@
 
 #include <windows.h>
 
+#include <string>
+#include <vector>
+
 namespace test_support {
+
+/// A function that a module takes from another one.
+struct Import {
+  std::string library;
+  std::string function;
+};
+
+/// Everything that a loaded module imports by name.
+std::vector<Import> imports_of(HMODULE module);
 
 /// Whether a loaded module imports a function of this name.
 bool imports(HMODULE module, const char* name);
@@ -20,6 +32,9 @@ class ImportPatch {
   ~ImportPatch();
   ImportPatch(const ImportPatch&) = delete;
   ImportPatch& operator=(const ImportPatch&) = delete;
+
+  /// What the module called until then: the system's function, or that of an earlier patch.
+  void* original() const { return original_; }
 
  private:
   void** entry_;

@@ -1,7 +1,10 @@
 #include "LiveHandles.h"
 
 #include <map>
+#include <tuple>
 #include <utility>
+
+#include "ReplacedFunction.h"
 
 namespace test_support {
 namespace {
@@ -25,86 +28,85 @@ Result given_back(Kind kind, void* handle, Result success) {
   return success;
 }
 
-LSTATUS opened(const char* maker, LSTATUS status, const HKEY* key) {
-  if (status == ERROR_SUCCESS) made(Kind::key, maker, *key);
-  return status;
-}
-
-HFONT WINAPI create_font_indirect(const LOGFONTW* font) {
-  return made(Kind::gdi_object, "CreateFontIndirectW", CreateFontIndirectW(font));
-}
-HBITMAP WINAPI create_bitmap(int width, int height, UINT planes, UINT bits, const void* data) {
-  return made(Kind::gdi_object, "CreateBitmap", CreateBitmap(width, height, planes, bits, data));
-}
-HBITMAP WINAPI create_compatible_bitmap(HDC dc, int width, int height) {
-  return made(Kind::gdi_object, "CreateCompatibleBitmap", CreateCompatibleBitmap(dc, width, height));
-}
-HRGN WINAPI create_polygon_region(const POINT* points, int number, int mode) {
-  return made(Kind::gdi_object, "CreatePolygonRgn", CreatePolygonRgn(points, number, mode));
-}
-HRGN WINAPI create_rect_region(int left, int top, int right, int bottom) {
-  return made(Kind::gdi_object, "CreateRectRgn", CreateRectRgn(left, top, right, bottom));
-}
-HRGN WINAPI create_rect_region_indirect(const RECT* rect) {
-  return made(Kind::gdi_object, "CreateRectRgnIndirect", CreateRectRgnIndirect(rect));
-}
-BOOL WINAPI delete_object(HGDIOBJ object) { return given_back(Kind::gdi_object, object, DeleteObject(object)); }
-// The system owns a region that it took.
-int WINAPI set_window_region(HWND window, HRGN region, BOOL redraw) {
-  return given_back(Kind::gdi_object, region, SetWindowRgn(window, region, redraw));
-}
-
-HDC WINAPI create_compatible_dc(HDC dc) { return made(Kind::memory_dc, "CreateCompatibleDC", CreateCompatibleDC(dc)); }
-BOOL WINAPI delete_dc(HDC dc) { return given_back(Kind::memory_dc, dc, DeleteDC(dc)); }
-
-HDC WINAPI get_dc(HWND window) { return made(Kind::window_dc, "GetDC", GetDC(window)); }
-int WINAPI release_dc(HWND window, HDC dc) { return given_back(Kind::window_dc, dc, ReleaseDC(window, dc)); }
-
-LSTATUS WINAPI create_key(HKEY parent, LPCWSTR path, DWORD reserved, LPWSTR class_name, DWORD options, REGSAM access,
-                          const LPSECURITY_ATTRIBUTES security, PHKEY key, LPDWORD disposition) {
-  return opened("RegCreateKeyExW",
-                RegCreateKeyExW(parent, path, reserved, class_name, options, access, security, key, disposition), key);
-}
-LSTATUS WINAPI open_key(HKEY parent, LPCWSTR path, DWORD options, REGSAM access, PHKEY key) {
-  return opened("RegOpenKeyExW", RegOpenKeyExW(parent, path, options, access, key), key);
-}
-LSTATUS WINAPI close_key(HKEY key) {
-  const LSTATUS status = RegCloseKey(key);
-  given_back(Kind::key, key, status == ERROR_SUCCESS);
-  return status;
-}
-
-struct Function {
-  const char* name;
-  void* counting;
+/// A function that answers a new handle.
+template <FunctionName name, Kind kind, class Handle, class... Arguments>
+struct Making {
+  static Handle WINAPI call(Arguments... arguments) { return made(kind, name.text, original(arguments...)); }
+  inline static Handle(WINAPI* original)(Arguments...);
 };
 
-const Function functions[] = {
-    {"CreateFontIndirectW", reinterpret_cast<void*>(create_font_indirect)},
-    {"CreateBitmap", reinterpret_cast<void*>(create_bitmap)},
-    {"CreateCompatibleBitmap", reinterpret_cast<void*>(create_compatible_bitmap)},
-    {"CreatePolygonRgn", reinterpret_cast<void*>(create_polygon_region)},
-    {"CreateRectRgn", reinterpret_cast<void*>(create_rect_region)},
-    {"CreateRectRgnIndirect", reinterpret_cast<void*>(create_rect_region_indirect)},
-    {"DeleteObject", reinterpret_cast<void*>(delete_object)},
-    {"SetWindowRgn", reinterpret_cast<void*>(set_window_region)},
-    {"CreateCompatibleDC", reinterpret_cast<void*>(create_compatible_dc)},
-    {"DeleteDC", reinterpret_cast<void*>(delete_dc)},
-    {"GetDC", reinterpret_cast<void*>(get_dc)},
-    {"ReleaseDC", reinterpret_cast<void*>(release_dc)},
-    {"RegCreateKeyExW", reinterpret_cast<void*>(create_key)},
-    {"RegOpenKeyExW", reinterpret_cast<void*>(open_key)},
-    {"RegCloseKey", reinterpret_cast<void*>(close_key)},
+/// A function that opens a key into one of its arguments.
+template <FunctionName name, class... Arguments>
+struct Opening {
+  static LSTATUS WINAPI call(Arguments... arguments) {
+    const LSTATUS status = original(arguments...);
+    if (status == ERROR_SUCCESS) made(Kind::key, name.text, *std::get<PHKEY>(std::tuple(arguments...)));
+    return status;
+  }
+  inline static LSTATUS(WINAPI* original)(Arguments...);
 };
+
+/// A function that takes a handle back as one of its arguments.
+template <Kind kind, std::size_t handle, class Result, class... Arguments>
+struct Taking {
+  static Result WINAPI call(Arguments... arguments) {
+    return given_back(kind, std::get<handle>(std::tuple(arguments...)), original(arguments...));
+  }
+  inline static Result(WINAPI* original)(Arguments...);
+};
+
+template <FunctionName name, Kind kind, class Handle, class... Arguments>
+ReplacedFunction making(Handle(WINAPI*)(Arguments...)) {
+  return ReplacedFunction::by<Making<name, kind, Handle, Arguments...>>(name.text);
+}
+
+template <FunctionName name, class... Arguments>
+ReplacedFunction opening(LSTATUS(WINAPI*)(Arguments...)) {
+  return ReplacedFunction::by<Opening<name, Arguments...>>(name.text);
+}
+
+template <FunctionName name, Kind kind, std::size_t handle, class Result, class... Arguments>
+ReplacedFunction taking(Result(WINAPI*)(Arguments...)) {
+  return ReplacedFunction::by<Taking<kind, handle, Result, Arguments...>>(name.text);
+}
+
+/// A key is gone whatever closing it answers.
+struct Closing {
+  static LSTATUS WINAPI call(HKEY key) {
+    given_back(Kind::key, key, true);
+    return original(key);
+  }
+  inline static decltype(&RegCloseKey) original;
+};
+
+const std::vector<ReplacedFunction>& functions() {
+  static const std::vector<ReplacedFunction> all = {
+      making<"CreateFontIndirectW", Kind::gdi_object>(CreateFontIndirectW),
+      making<"CreateBitmap", Kind::gdi_object>(CreateBitmap),
+      making<"CreateCompatibleBitmap", Kind::gdi_object>(CreateCompatibleBitmap),
+      making<"CreatePolygonRgn", Kind::gdi_object>(CreatePolygonRgn),
+      making<"CreateRectRgn", Kind::gdi_object>(CreateRectRgn),
+      making<"CreateRectRgnIndirect", Kind::gdi_object>(CreateRectRgnIndirect),
+      taking<"DeleteObject", Kind::gdi_object, 0>(DeleteObject),
+      // The system owns a region that it took.
+      taking<"SetWindowRgn", Kind::gdi_object, 1>(SetWindowRgn),
+      making<"CreateCompatibleDC", Kind::memory_dc>(CreateCompatibleDC),
+      taking<"DeleteDC", Kind::memory_dc, 0>(DeleteDC),
+      making<"GetDC", Kind::window_dc>(GetDC),
+      taking<"ReleaseDC", Kind::window_dc, 1>(ReleaseDC),
+      opening<"RegCreateKeyExW">(RegCreateKeyExW),
+      opening<"RegOpenKeyExW">(RegOpenKeyExW),
+      ReplacedFunction::by<Closing>("RegCloseKey"),
+  };
+  return all;
+}
 
 }  // namespace
 
 LiveHandles::LiveHandles(HMODULE module) {
   live.clear();
   count = 0;
-  for (const Function& function : functions) {
-    if (imports(module, function.name)) patches_.emplace_back(module, function.name, function.counting);
-  }
+  replace_imports(module, functions(), patches_);
 }
 
 LiveHandles::~LiveHandles() = default;

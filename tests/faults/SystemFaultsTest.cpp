@@ -1,0 +1,60 @@
+#include <cstdio>
+
+#include "DocumentedNumbers.h"
+#include "FaultsTest.h"
+#include "SystemScenarios.h"
+
+namespace faults_test {
+namespace {
+
+using test_support::FailingSystem;
+using test_support::Lack;
+
+class SystemFaults : public testing::TestWithParam<SystemScenario> {
+ protected:
+  void SetUp() override {
+    play_without(0, Lack::once);
+    ASSERT_FALSE(HasFailure()) << "when nothing fails";
+  }
+
+  /// A newly loaded module, so that what it looks up once is looked up in each run. Answers whether a call failed.
+  static bool play_without(std::size_t number, Lack lack) {
+    const module_test::Module module;
+    FailingSystem system(module.handle());
+    GetParam().play(module, system, [&] { system.arm(number, lack); });
+    system.heal();
+    // Which reports each fault leads to is told by the tests of each call.
+    test_support::take_reports();
+    const bool failed = !system.failed().empty();
+    if (HasFailure() && failed) {
+      ADD_FAILURE() << "when call " << number << " fails: " << system.calls()[number - 1].function
+                    << (lack == Lack::lasting ? ", and all after it" : "");
+    }
+    return failed;
+  }
+
+  static std::size_t fail_each_call(Lack lack) {
+    for (std::size_t number = 1;; ++number) {
+      if (!play_without(number, lack) || HasFailure()) return number - 1;
+    }
+  }
+
+  test_support::ScratchRoot user_{HKEY_CURRENT_USER};
+};
+
+TEST_P(SystemFaults, LeadToTheDocumentedResultAndTearNothing) {
+  const std::size_t once = fail_each_call(Lack::once);
+  if (HasFailure()) return;
+  std::printf("[ faults ] %s: call of the system: %zu\n", GetParam().name.c_str(), once);
+  const std::size_t lasting = fail_each_call(Lack::lasting);
+  if (HasFailure()) return;
+  std::printf("[ faults ] %s: call of the system, from then on: %zu\n", GetParam().name.c_str(), lasting);
+  EXPECT_EQ(documented_number("System faults", GetParam().name, 0), once);
+  EXPECT_EQ(documented_number("System faults", GetParam().name, 1), once + lasting);
+}
+
+INSTANTIATE_TEST_SUITE_P(Of, SystemFaults, testing::ValuesIn(every_system_scenario()),
+                         [](const auto& test) { return test.param.name; });
+
+}  // namespace
+}  // namespace faults_test

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <windows.h>
+
+#include <deque>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "ImportPatch.h"
+
+namespace test_support {
+
+/// Whether one call fails or the system stays exhausted.
+enum class Lack { once, lasting };
+
+/// A call of the system by a module.
+struct SystemCall {
+  std::string function;
+  std::size_t place;  ///< where the call returns to, counted from the start of the module
+};
+
+/// While it lives, a loaded module's calls of the functions with which it opens, makes or finds something of the system
+/// are recorded and can fail: the registry, windows, GDI, libraries, resources, version blocks, type libraries, classes
+/// and locks. A call that fails does nothing and answers what the function answers without memory; only closing a key
+/// does its work. One lives at a time; UI thread only.
+class FailingSystem {
+ public:
+  explicit FailingSystem(HMODULE module);
+  ~FailingSystem();
+  FailingSystem(const FailingSystem&) = delete;
+  FailingSystem& operator=(const FailingSystem&) = delete;
+
+  /// The calls count from now on, and the `number`th fails, counted from 1; 0 fails none.
+  void arm(std::size_t number, Lack lack = Lack::once);
+  /// From now on nothing fails.
+  void heal();
+
+  /// The calls since it was armed, in order.
+  const std::vector<SystemCall>& calls() const;
+  /// The functions that failed.
+  const std::set<std::string>& failed() const;
+
+  /// Every function that can fail.
+  static std::set<std::string> functions();
+
+ private:
+  std::deque<ImportPatch> patches_;
+};
+
+/// What a class that cannot be created answers here.
+inline constexpr HRESULT no_class = REGDB_E_CLASSNOTREG;
+
+}  // namespace test_support
