@@ -342,7 +342,8 @@ unsigned long long CEditExpirationRuleDialog::get_current_combobox_value(int id)
 
 void CEditExpirationRuleDialog::show_message(int string_id) {
   MessageBoxW(m_hWnd, resourse_2_string_impl(string_id).c_str(), message_caption().c_str(), MB_OK | MB_ICONEXCLAMATION);
-  control(IDC_NAME).SetFocus();
+  // The host may have destroyed the owner, and with it the editor, while the box was open.
+  if (IsWindow(m_hWnd)) control(IDC_NAME).SetFocus();
 }
 
 }  // namespace zd_expiration_rule_plugin

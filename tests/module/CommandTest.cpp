@@ -2,6 +2,7 @@
 #include <commctrl.h>
 
 #include "DialogDriver.h"
+#include "HostWindow.h"
 #include "ModuleTest.h"
 
 namespace module_test {
@@ -16,24 +17,6 @@ constexpr long menu_id = 501;
 constexpr long hot_key_id = 502;
 constexpr int rules_list = 201;  // the list control of the dialog
 constexpr char caught[] = "CREATE ERROR  | zdExpirationRulePlugin.cpp:107 DoCommand";
-
-/// A window of the host that is active when the dialog opens.
-class HostWindow {
- public:
-  HostWindow()
-      : window_(CreateWindowExW(0, L"STATIC", L"host", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 300, 200, nullptr,
-                                nullptr, nullptr, nullptr)) {
-    SetActiveWindow(window_);
-  }
-  ~HostWindow() { DestroyWindow(window_); }
-  HostWindow(const HostWindow&) = delete;
-  HostWindow& operator=(const HostWindow&) = delete;
-
-  HWND get() const { return window_; }
-
- private:
-  HWND window_;
-};
 
 class CommandTest : public HostedTest {
  protected:

@@ -1,4 +1,5 @@
 #include "DialogDriver.h"
+#include "HostWindow.h"
 #include "ModuleTest.h"
 
 namespace module_test {
@@ -111,15 +112,12 @@ TEST_F(ShowTest, HostMayReleaseThePluginWhileTheEditorIsOpen) {
 
 TEST_F(ShowTest, EditorIsOwnedByTheActiveWindow) {
   initialize();
-  HWND window = CreateWindowExW(0, L"STATIC", L"host", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 300, 200, nullptr,
-                                nullptr, nullptr, nullptr);
-  SetActiveWindow(window);
+  const HostWindow window;
   DialogDriver driver([&](HWND dialog) {
-    EXPECT_EQ(window, GetWindow(dialog, GW_OWNER));
+    EXPECT_EQ(window.get(), GetWindow(dialog, GW_OWNER));
     test_support::click(dialog, IDCANCEL);
   });
   EXPECT_EQ(S_OK, own_->Show(7));
-  DestroyWindow(window);
 }
 
 }  // namespace
