@@ -2,6 +2,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <limits>
 
 #include "ColumnWidths.h"
 #include "FuzzInput.h"
@@ -67,8 +68,11 @@ void placement(Input& input) {
   const LONG caption = input.take<std::uint8_t>();
   const CSize smallest(1 + input.take<std::uint8_t>(), 1 + input.take<std::uint8_t>());
   RECT rect = stored.rcNormalPosition;
-  // A height that 32 bits take for a small one.
-  if (input.take<bool>()) rect.bottom = static_cast<LONG>(static_cast<ULONG>(rect.top) + input.take<std::uint8_t>());
+  // Across the end of the range, where 32 bits take the height for a small one.
+  if (input.take<bool>()) {
+    rect.top = std::numeric_limits<LONG>::max() - input.take<std::uint8_t>();
+    rect.bottom = static_cast<LONG>(static_cast<ULONG>(rect.top) + input.take<std::uint8_t>());
+  }
   raise_bottom(rect, caption);
   const RECT held = held_rect(rect, smallest, caption);
   expect(std::int64_t{held.right} - held.left >= smallest.cx);
