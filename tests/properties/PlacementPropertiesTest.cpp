@@ -61,7 +61,7 @@ TEST_F(HostilePlacement, MayHaveAnyExtremeInAnyByte) {
 
 TEST_F(HostilePlacement, MayBeDamagedInManyPlaces) {
   test_support::RandomCases random;
-  for (int number = 0; number < 2000 && !HasFailure(); ++number) {
+  for (int number = 0; number < 1000 && !HasFailure(); ++number) {
     SCOPED_TRACE(random.trace(number));
     Bytes record = sound_record();
     record[show_position] = static_cast<std::uint8_t>(random.below(SW_MAX + 2));

@@ -26,7 +26,7 @@ const platform::Replacements replacements = {{L"APPID", L"{1}"},
                                              {L"MODULETYPE", L"InprocServer32"},
                                              {L"MODULEGUID", L"{3}"}};
 
-constexpr std::uint8_t values[] = {0x00, 0x01, 0x7F, 0x80, 0xFF, '\\'};
+constexpr std::uint8_t values[] = {0x00, 0x7F, 0x80, '\\'};
 constexpr int scripts[] = {IDR_APPID, IDR_EXPIRATION_RULE_PLUGIN};
 
 Bytes resource(int id) {
@@ -117,7 +117,7 @@ TEST_F(DamagedScript, InAnyByteIsReadOrRefusedAndLeavesTheEntriesOfOthers) {
 TEST_F(DamagedScript, InSeveralBytesIsReadOrRefusedAndLeavesTheEntriesOfOthers) {
   test_support::RandomCases random;
   int read = 0;
-  for (int number = 0; number < 3000 && !HasFailure(); ++number) {
+  for (int number = 0; number < 1500 && !HasFailure(); ++number) {
     SCOPED_TRACE(random.trace(number));
     Bytes script = resource(scripts[random.below(2)]);
     random.damage(script, 4);
