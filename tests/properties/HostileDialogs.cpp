@@ -11,7 +11,7 @@ namespace {
 
 constexpr long largest_offset = 99;
 constexpr long not_chosen = -1;
-constexpr unsigned longest_name = 5000;
+constexpr unsigned longest_name = 2000;
 
 LRESULT send_to_list(HWND dialog, UINT message, WPARAM wParam, LVITEMW* item) {
   return SendDlgItemMessageW(dialog, IDC_RULES_LIST, message, wParam, reinterpret_cast<LPARAM>(item));

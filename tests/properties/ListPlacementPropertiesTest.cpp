@@ -62,7 +62,7 @@ class HostileListPlacement : public HostileDialogs {
 };
 
 TEST_F(HostileListPlacement, OpensTheDialogWithinReachAndIsReplacedByASoundOne) {
-  for (int round = 0; round < 200 && !HasFailure(); ++round) {
+  for (int round = 0; round < 100 && !HasFailure(); ++round) {
     SCOPED_TRACE(random.trace(round));
     store(any_record());
     list(expect_within_reach);

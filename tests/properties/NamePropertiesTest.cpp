@@ -207,8 +207,14 @@ TEST_F(HostileNames, AreShownAndSavedByTheEditorUpToTheirFirstNullOrRefused) {
   std::set<std::wstring> said;
   for (int round = 0; round < 150; ++round) {
     SCOPED_TRACE(random.trace(round));
-    const std::wstring name = random.below(2) ? any_name() : allowed_name() + (random.below(2) ? any_text(5) : L"");
-    host.rules() = {{1, name}, {2, similar_name(name)}};
+    std::wstring name = random.below(2) ? any_name() : allowed_name() + (random.below(2) ? any_text(5) : L"");
+    std::wstring other = similar_name(name);
+    if (round % 10 == 0) name.insert(0, 1, L'\0');
+    if (round % 10 == 1) {
+      other = allowed_name();
+      name = other + L'\0';
+    }
+    host.rules() = {{1, name}, {2, other}};
     auto expected = host.rules();
     const std::wstring refused = refusal(1, up_to_null(name));
     if (refused.empty()) expected[0].name = up_to_null(name);
