@@ -8,8 +8,8 @@ namespace {
 
 /// What the compiler keeps for each variable; it looks at `made` before it calls.
 struct Guard {
-  char made;
-  char in_the_making;
+  bool made;
+  bool in_the_making;
 };
 
 SRWLOCK lock = SRWLOCK_INIT;
@@ -17,9 +17,9 @@ CONDITION_VARIABLE left = CONDITION_VARIABLE_INIT;
 
 Guard* guard_of(__cxxabiv1::__guard* variable) { return reinterpret_cast<Guard*>(variable); }
 
-void leave(Guard* guard, char made) {
+void leave(Guard* guard, bool made) {
   AcquireSRWLockExclusive(&lock);
-  guard->in_the_making = 0;
+  guard->in_the_making = false;
   __atomic_store_n(&guard->made, made, __ATOMIC_RELEASE);
   ReleaseSRWLockExclusive(&lock);
   WakeAllConditionVariable(&left);
@@ -41,7 +41,7 @@ extern "C" int __cxxabiv1::__cxa_guard_acquire(__guard* variable) {
   return missing;
 }
 
-extern "C" void __cxxabiv1::__cxa_guard_release(__guard* variable) noexcept { leave(guard_of(variable), 1); }
+extern "C" void __cxxabiv1::__cxa_guard_release(__guard* variable) noexcept { leave(guard_of(variable), true); }
 
-extern "C" void __cxxabiv1::__cxa_guard_abort(__guard* variable) noexcept { leave(guard_of(variable), 0); }
+extern "C" void __cxxabiv1::__cxa_guard_abort(__guard* variable) noexcept { leave(guard_of(variable), false); }
 // NOLINTEND(bugprone-reserved-identifier)

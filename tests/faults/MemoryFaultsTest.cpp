@@ -10,14 +10,15 @@ namespace {
 
 using test_support::FailingMemory;
 using test_support::FakeHost;
+using test_support::Lack;
 using test_support::Memory;
 using testing::AnyOf;
 
-/// Plays the scenario without one allocation. Answers whether the module came to it.
-bool play_without(long number, Memory kind, const Scenario& scenario, const module_test::Module& module) {
+/// Plays the scenario without one allocation, or without it and all that follow. Answers whether the module came to it.
+bool play_without(long number, Memory kind, Lack lack, const Scenario& scenario, const module_test::Module& module) {
   FakeHost host;
   std::optional<FailingMemory> memory;
-  const Played played = play(scenario, module, host, [&] { memory.emplace(module.handle(), number, kind); });
+  const Played played = play(scenario, module, host, [&] { memory.emplace(module.handle(), number, kind, lack); });
   const bool failed = memory->has_failed();
   memory.reset();
   EXPECT_THAT(played.answer, AnyOf(S_OK, failed ? scenario.without_memory : S_OK));
@@ -28,9 +29,9 @@ bool play_without(long number, Memory kind, const Scenario& scenario, const modu
 
 class MemoryFaults : public FaultsTest {
  protected:
-  long fail_each(Memory kind) {
+  long fail_each(Memory kind, Lack lack) {
     for (long number = 1;; ++number) {
-      const bool failed = play_without(number, kind, GetParam(), module_);
+      const bool failed = play_without(number, kind, lack, GetParam(), module_);
       if (HasFailure()) ADD_FAILURE() << "when allocation " << number << " fails";
       if (HasFailure() || !failed) return number - 1;
     }
@@ -38,13 +39,20 @@ class MemoryFaults : public FaultsTest {
 };
 
 TEST_P(MemoryFaults, LeadToTheDocumentedResultAndTearNothing) {
-  const long blocks = fail_each(Memory::blocks);
-  const long strings = HasFailure() ? 0 : fail_each(Memory::com);
+  const long blocks = fail_each(Memory::blocks, Lack::once);
+  const long strings = HasFailure() ? 0 : fail_each(Memory::com, Lack::once);
   if (HasFailure()) return;
   std::printf("[ faults ] %s: operator new: %ld\n", GetParam().name, blocks);
   std::printf("[ faults ] %s: COM strings and task memory: %ld\n", GetParam().name, strings);
   EXPECT_EQ(documented_number("How many", GetParam().name, 2), static_cast<std::size_t>(blocks));
   EXPECT_EQ(documented_number("How many", GetParam().name, 3), static_cast<std::size_t>(strings));
+}
+
+TEST_P(MemoryFaults, ThatLastLeadToTheDocumentedResultAndTearNothing) {
+  const long places = fail_each(Memory::any, Lack::lasting);
+  if (HasFailure()) return;
+  std::printf("[ faults ] %s: no memory from a place on: %ld\n", GetParam().name, places);
+  EXPECT_GT(places, 0);
 }
 
 INSTANTIATE_TEST_SUITE_P(Of, MemoryFaults, testing::ValuesIn(every_scenario()),

@@ -10,12 +10,18 @@ namespace test_support {
 namespace {
 
 long countdown = 0;
+bool for_good = false;
 bool failed = false;
 
 bool strikes() {
-  const bool now = countdown > 0 && --countdown == 0;
-  failed = failed || now;
-  return now;
+  if (countdown == 0) return false;
+  if (countdown > 1) {
+    --countdown;
+    return false;
+  }
+  countdown = for_good ? 1 : 0;
+  failed = true;
+  return true;
 }
 
 void* failing_malloc(std::size_t size) { return strikes() ? nullptr : std::malloc(size); }
@@ -61,7 +67,7 @@ const Function allocators[] = {
 
 }  // namespace
 
-FailingMemory::FailingMemory(HMODULE module, long number, Memory kind) {
+FailingMemory::FailingMemory(HMODULE module, long number, Memory kind, Lack lack) {
   for (const Function& function : allocators) {
     const bool is_meant = kind == Memory::any || kind == function.kind;
     if (is_meant && imports(module, function.name)) patches_.emplace_back(module, function.name, function.failing);
@@ -69,6 +75,7 @@ FailingMemory::FailingMemory(HMODULE module, long number, Memory kind) {
   if (patches_.empty()) throw std::runtime_error("the module imports no function that allocates so");
   failed = false;
   countdown = number;
+  for_good = lack == Lack::lasting;
 }
 
 FailingMemory::~FailingMemory() { heal(); }

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "ImportPatch.h"
+#include "Lack.h"
 
 namespace test_support {
 
@@ -17,12 +18,12 @@ enum class Memory {
   any,
 };
 
-/// While it lives, one allocation of a loaded module fails: the `number`th of its kind, counted from 1. One lives at a
-/// time; UI thread only.
+/// While it lives, the `number`th allocation of its kind of a loaded module fails, counted from 1. One lives at a time;
+/// UI thread only.
 class FailingMemory {
  public:
   /// Throws `std::runtime_error` when the module imports no function that allocates so.
-  FailingMemory(HMODULE module, long number, Memory kind = Memory::any);
+  FailingMemory(HMODULE module, long number, Memory kind = Memory::any, Lack lack = Lack::once);
   ~FailingMemory();
   FailingMemory(const FailingMemory&) = delete;
   FailingMemory& operator=(const FailingMemory&) = delete;

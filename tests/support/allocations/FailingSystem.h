@@ -8,11 +8,9 @@
 #include <vector>
 
 #include "ImportPatch.h"
+#include "Lack.h"
 
 namespace test_support {
-
-/// Whether one call fails or the system stays exhausted.
-enum class Lack { once, lasting };
 
 /// A call of the system by a module.
 struct SystemCall {
