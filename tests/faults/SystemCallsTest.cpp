@@ -123,6 +123,7 @@ const Names of_the_runtime = {
     "GetSystemTimeAsFileTime",
     "HeapFree",
     "InitializeCriticalSection",
+    "InitializeSRWLock",
     "RtlLookupFunctionEntry",
     "RtlUnwindEx",
     "RtlVirtualUnwind",
