@@ -123,7 +123,6 @@ const Names of_the_runtime = {
     "GetSystemTimeAsFileTime",
     "HeapFree",
     "InitializeCriticalSection",
-    "InitializeSRWLock",
     "RtlLookupFunctionEntry",
     "RtlUnwindEx",
     "RtlVirtualUnwind",
