@@ -116,7 +116,8 @@ HRESULT StorageObject::delete_rule(long ruleId, long* ok) noexcept {
   if (!ok) return E_POINTER;
   *ok = 0;
   return store_method(std::nullopt, [&] {
-    store_->delete_rule(ruleId);
+    store_->delete_rule(ruleId, loaded_revision(ruleId));
+    loaded_revisions_.erase(ruleId);
     *ok = 1;
     return S_OK;
   });

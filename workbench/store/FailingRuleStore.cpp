@@ -24,7 +24,9 @@ StoredRule FailingRuleStore::update_rule(long number, const Rule& rule, std::opt
   return next().update_rule(number, rule, expected);
 }
 
-void FailingRuleStore::delete_rule(long number) { next().delete_rule(number); }
+void FailingRuleStore::delete_rule(long number, std::optional<Revision> expected) {
+  next().delete_rule(number, expected);
+}
 
 std::vector<SymbolSourceSetting> FailingRuleStore::load_settings() { return next().load_settings(); }
 

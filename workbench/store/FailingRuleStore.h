@@ -18,7 +18,7 @@ class FailingRuleStore final : public RuleStore {
   std::optional<StoredRule> try_load_rule(long number) override;
   StoredRule add_rule(const Rule& rule) override;
   StoredRule update_rule(long number, const Rule& rule, std::optional<Revision> expected) override;
-  void delete_rule(long number) override;
+  void delete_rule(long number, std::optional<Revision> expected) override;
   std::vector<SymbolSourceSetting> load_settings() override;
   void replace_settings(const std::vector<SymbolSourceSetting>& settings) override;
   void replace_content(const StoreContent& content) override;

@@ -5,9 +5,10 @@
 
 namespace workbench {
 
-std::vector<StoredRule>::iterator MemoryRuleStore::find(long number) {
+std::vector<StoredRule>::iterator MemoryRuleStore::find_unchanged(long number, std::optional<Revision> expected) {
   const auto found = std::ranges::find(rules_, number, &StoredRule::number);
   if (found == rules_.end()) throw rule_not_found(number);
+  if (expected && *expected != found->revision) throw rule_changed(found->rule.name);
   return found;
 }
 
@@ -33,8 +34,7 @@ StoredRule MemoryRuleStore::add_rule(const Rule& rule) {
 
 StoredRule MemoryRuleStore::update_rule(long number, const Rule& rule, std::optional<Revision> expected) {
   refuse_invalid(rule);
-  const auto found = find(number);
-  if (expected && *expected != found->revision) throw rule_changed(found->rule.name);
+  const auto found = find_unchanged(number, expected);
   refuse_duplicate(rule, number);
   StoredRule updated{number, found->revision + 1, rule};
   std::vector<SymbolSourceSetting> settings = settings_;
@@ -47,8 +47,8 @@ StoredRule MemoryRuleStore::update_rule(long number, const Rule& rule, std::opti
   return updated;
 }
 
-void MemoryRuleStore::delete_rule(long number) {
-  const auto found = find(number);
+void MemoryRuleStore::delete_rule(long number, std::optional<Revision> expected) {
+  const auto found = find_unchanged(number, expected);
   if (std::ranges::find(settings_, found->rule.name, &SymbolSourceSetting::rule_name) != settings_.end())
     throw rule_in_use(found->rule.name);
   rules_.erase(found);

@@ -11,14 +11,14 @@ class MemoryRuleStore final : public RuleStore {
   std::optional<StoredRule> try_load_rule(long number) override;
   StoredRule add_rule(const Rule& rule) override;
   StoredRule update_rule(long number, const Rule& rule, std::optional<Revision> expected) override;
-  void delete_rule(long number) override;
+  void delete_rule(long number, std::optional<Revision> expected) override;
   std::vector<SymbolSourceSetting> load_settings() override { return settings_; }
   void replace_settings(const std::vector<SymbolSourceSetting>& settings) override;
   void replace_content(const StoreContent& content) override;
   bool poll_for_changes() override { return false; }
 
  private:
-  std::vector<StoredRule>::iterator find(long number);
+  std::vector<StoredRule>::iterator find_unchanged(long number, std::optional<Revision> expected);
   void refuse_duplicate(const Rule& rule, long number) const;
 
   std::vector<StoredRule> rules_;  // by ascending number

@@ -36,8 +36,9 @@ class RuleStore {
   /// `not_found`, `duplicate_name` or `invalid_value`.
   virtual StoredRule update_rule(long number, const Rule& rule, std::optional<Revision> expected = std::nullopt) = 0;
 
-  /// Deletes a rule. Fails with `not_found`, or with `in_use` while a setting names it.
-  virtual void delete_rule(long number) = 0;
+  /// Deletes a rule; with `expected` only that revision of it, as above. Fails with `not_found`, `changed`, or with
+  /// `in_use` while a setting names it.
+  virtual void delete_rule(long number, std::optional<Revision> expected = std::nullopt) = 0;
 
   /// Every symbol source setting, in the order in which they were given.
   virtual std::vector<SymbolSourceSetting> load_settings() = 0;

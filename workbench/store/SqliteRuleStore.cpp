@@ -141,8 +141,7 @@ class SqliteRuleStore final : public RuleStore {
     refuse_invalid(rule);
     StoredRule updated{number, 0, rule};
     change([&] {
-      const StoredRule old = require_rule(number);
-      if (expected && *expected != old.revision) throw rule_changed(old.rule.name);
+      const StoredRule old = require_rule(number, expected);
       refuse_duplicate(database_, rule.name, number);
       updated.revision = old.revision + 1;
       rewrite(updated);
@@ -151,9 +150,9 @@ class SqliteRuleStore final : public RuleStore {
     return updated;
   }
 
-  void delete_rule(long number) override {
+  void delete_rule(long number, std::optional<Revision> expected) override {
     change([&] {
-      const StoredRule old = require_rule(number);
+      const StoredRule old = require_rule(number, expected);
       SqliteStatement user = database_.prepare("SELECT 1 FROM symbol_source_settings WHERE RuleName = ?");
       if (user.bind(1, old.rule.name).step()) throw rule_in_use(old.rule.name);
       database_.prepare("DELETE FROM rules WHERE RuleID = ?").bind(1, number).run();
@@ -192,9 +191,10 @@ class SqliteRuleStore final : public RuleStore {
     notify_subscribers();
   }
 
-  StoredRule require_rule(long number) {
+  StoredRule require_rule(long number, std::optional<Revision> expected) {
     std::optional<StoredRule> rule = try_load_rule(number);
     if (!rule) throw rule_not_found(number);
+    if (expected && *expected != rule->revision) throw rule_changed(rule->rule.name);
     return *std::move(rule);
   }
 

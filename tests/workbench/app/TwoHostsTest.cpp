@@ -61,6 +61,31 @@ TEST_F(TwoHostsTest, WhoMustWaitTooLongIsToldSoAndKeepsWhatHeEntered) {
   EXPECT_EQ(stored_name(), L"CSI 300");
 }
 
+TEST_F(TwoHostsTest, RuleThatWasChangedBehindTheQuestionIsNotDeleted) {
+  constexpr int rules_list = 201;
+  constexpr int delete_button = 204;
+  std::vector<std::wstring> boxes;
+  const DialogVisitor visitor(window(), [&](HWND dialog) {
+    HWND list = GetDlgItem(dialog, rules_list);
+    if (list && !boxes.empty()) return press_button(dialog, IDCANCEL);
+    if (list) {
+      ListView_SetItemState(list, 0, LVIS_SELECTED, LVIS_SELECTED);
+      return !press_button(dialog, delete_button);
+    }
+    boxes.push_back(message_in_box(dialog));
+    if (boxes.size() == 1) {
+      EXPECT_EQ(StoreWriter(arguments(L"rename 1 theirs")).exit_code(), 0u);
+    }
+    return !press_button(dialog, IDYES);
+  });
+  pick_plugin_command();
+  visitor.wait();
+  ASSERT_FALSE(boxes.empty());
+  EXPECT_NE(boxes.front().find(L"CSI 300"), std::wstring::npos);
+  EXPECT_NE(message().find(L"已被另一个程序修改"), std::wstring::npos);
+  EXPECT_EQ(stored_name(), L"theirs");
+}
+
 TEST_F(TwoHostsTest, WhoWasOvertakenIsToldSoAndKeepsWhatHeEntered) {
   const std::wstring said = save_as(L"CSI 500", [&] {
     StoreWriter other(arguments(L"rename 1 theirs"));

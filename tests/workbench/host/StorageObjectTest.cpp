@@ -215,6 +215,20 @@ TEST_F(StorageObjectTest, RuleThatChangedSinceItWasLoadedIsNotOverwritten) {
   EXPECT_EQ(update(2, sample_rule(L"mine again")), S_OK);
 }
 
+TEST_F(StorageObjectTest, RuleThatChangedSinceItWasLoadedIsNotDeleted) {
+  inner_->replace_content(sample_content());
+  load(2);
+  inner_->update_rule(2, sample_rule(L"theirs"), std::nullopt);
+  long ok = 5;
+  EXPECT_EQ(rules_->delete_rule(2, &ok), STG_E_NOTCURRENT);
+  EXPECT_EQ(ok, 0);
+  EXPECT_EQ(heard_, std::vector{StoreErrorKind::changed});
+  EXPECT_EQ(inner_->try_load_rule(2)->rule.name, L"theirs");
+  load(2);
+  EXPECT_EQ(rules_->delete_rule(2, &ok), S_OK);
+  EXPECT_EQ(ok, 1);
+}
+
 TEST_F(StorageObjectTest, EachChangeReachesTheSubscribers) {
   int told = 0;
   const StoreSubscription subscription = inner_->subscribe([&] { ++told; });

@@ -87,6 +87,15 @@ TEST_P(RuleStoreContract, UpdateOfAnOtherRevisionIsRefused) {
   EXPECT_EQ(store_->load_rules(), std::vector{theirs});
 }
 
+TEST_P(RuleStoreContract, DeleteOfAnotherRevisionIsRefused) {
+  const StoredRule added = store_->add_rule(sample_rule(L"gold"));
+  const StoredRule theirs = store_->update_rule(added.number, sample_rule(L"theirs"));
+  EXPECT_EQ(refusal_kind([&] { store_->delete_rule(added.number, added.revision); }), StoreErrorKind::changed);
+  EXPECT_EQ(store_->load_rules(), std::vector{theirs});
+  store_->delete_rule(added.number, theirs.revision);
+  EXPECT_TRUE(store_->load_rules().empty());
+}
+
 TEST_P(RuleStoreContract, UpdateOrDeleteOfAMissingRuleIsRefused) {
   EXPECT_EQ(refusal_kind([&] { store_->update_rule(7, sample_rule(L"gold")); }), StoreErrorKind::not_found);
   EXPECT_EQ(refusal_kind([&] { store_->delete_rule(7); }), StoreErrorKind::not_found);

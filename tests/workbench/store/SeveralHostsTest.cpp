@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <set>
+#include <thread>
 
 #include "MemoryRuleStore.h"
 #include "RandomCases.h"
@@ -31,10 +32,10 @@ class SeveralHosts : public testing::Test {
 unsigned run_and_kill(const std::wstring& arguments, test_support::RandomCases& random) {
   StoreWriter host(arguments);
   unsigned acknowledged = 0;
-  for (unsigned wanted = random.below(20); acknowledged < wanted; ++acknowledged)
-    if (!host.next_acknowledged()) return acknowledged;
+  for (unsigned wanted = random.below(20); acknowledged < wanted && host.next_acknowledged();) ++acknowledged;
   Sleep(random.below(15));
   host.kill();
+  EXPECT_EQ(host.exit_code(), StoreWriter::killed) << "it had ended by itself";
   while (host.next_acknowledged()) ++acknowledged;
   return acknowledged;
 }
@@ -80,9 +81,13 @@ TEST_F(SeveralHosts, ChangesOfTwoHostsAtOnceAreAllKept) {
 TEST_F(SeveralHosts, NoAcknowledgedChangeOfOneRuleIsLost) {
   constexpr unsigned each = 150;
   open()->update_rule(1, {.name = L"0"});
+  const HANDLE start = CreateEventW(nullptr, TRUE, FALSE, L"zdExpirationRules.counting");
   StoreWriter left(arguments(L"count 1 " + std::to_wstring(each)));
   StoreWriter right(arguments(L"count 1 " + std::to_wstring(each)));
+  for (StoreWriter* host : {&left, &right}) EXPECT_EQ(host->next_acknowledged(), 0u) << "it is not ready";
   std::set<unsigned> numbers;
+  EXPECT_TRUE(SetEvent(start));
+  CloseHandle(start);
   unsigned met = 0;
   for (StoreWriter* host : {&left, &right}) {
     for (unsigned i = 0; i < each; ++i) numbers.insert(host->next_acknowledged().value_or(0));
@@ -91,6 +96,18 @@ TEST_F(SeveralHosts, NoAcknowledgedChangeOfOneRuleIsLost) {
   EXPECT_EQ(numbers.size(), 2 * each) << "a number was given twice";
   EXPECT_EQ(open()->try_load_rule(1)->rule.name, std::to_wstring(2 * each));
   EXPECT_GT(met, 0u) << "the hosts never met";
+}
+
+TEST_F(SeveralHosts, ChangeWaitsForTheOneUnderWay) {
+  EXPECT_EQ(std::chrono::seconds(3), SqliteStoreOptions().patience);
+  const auto store = open_sqlite_store(path_);
+  StoreWriter other(arguments(L"hold 0"));
+  ASSERT_TRUE(other.next_acknowledged());
+  const std::jthread end([&] {
+    Sleep(100);
+    other.kill();
+  });
+  EXPECT_EQ(store->add_rule({.name = L"waited"}).rule.name, L"waited");
 }
 
 TEST_F(SeveralHosts, TwoHostsMakeOneNewFileTogether) {

@@ -55,7 +55,7 @@ std::optional<unsigned> StoreWriter::next_acknowledged() {
 }
 
 void StoreWriter::kill() {
-  TerminateProcess(process_, 1);
+  TerminateProcess(process_, killed);
   exit_code();
 }
 

@@ -16,6 +16,9 @@ class StoreWriter {
   /// Waits for the next change that the program acknowledges and answers its number; nothing once there are no more.
   std::optional<unsigned> next_acknowledged();
 
+  /// The exit code of a program that was killed.
+  static constexpr DWORD killed = 0xDEAD;
+
   /// Ends the program where it stands.
   void kill();
 

@@ -48,6 +48,9 @@ bool count_once(RuleStore& store, long rule) try {
 }
 
 unsigned count_up(RuleStore& store, long rule, unsigned times) {
+  const HANDLE start = OpenEventW(SYNCHRONIZE, FALSE, L"zdExpirationRules.counting");
+  acknowledge(0);
+  WaitForSingleObject(start, INFINITE);
   unsigned refused = 0;
   for (unsigned done = 0; done < times;) ++(count_once(store, rule) ? done : refused);
   return refused;
@@ -68,7 +71,8 @@ unsigned number_of(const wchar_t* argument) { return static_cast<unsigned>(std::
 /// store_writer FILE stream FIRST: applies operation FIRST and all that follow, until it is killed.
 /// store_writer FILE add NAME COUNT: adds COUNT rules whose names begin with NAME.
 /// store_writer FILE count RULE TIMES: adds 1 to the number in the name of rule RULE, until that happened TIMES times;
-/// acknowledges each new number and at last how many times another host was there in between.
+/// acknowledges 0 when it is ready and waits for the event of its test, then each new number and at last how many times
+/// another host was there in between.
 /// store_writer FILE rename RULE NAME: gives a rule another name.
 /// store_writer FILE hold 0: is in the middle of a change, which it acknowledges, until it is killed.
 int wmain(int argc, wchar_t** argv) try {
