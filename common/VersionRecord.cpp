@@ -32,18 +32,27 @@ std::wstring text_of(Bytes bytes) {
 /// A version block is a tree of nodes.
 struct Node {
   std::wstring key;
-  Bytes value;
-  Bytes children;
+  std::size_t length;      ///< of the value, as the node tells it
+  bool counts_characters;  ///< what the length counts; bytes otherwise
+  Bytes content;           ///< the value, then the children
 };
 
 /// The node that fills these bytes.
 Node node_of(Bytes bytes) {
   if (bytes.size() < header_size) return {};
-  const std::size_t value_size = word(bytes, 2) * (word(bytes, 4) != 0 ? std::size_t{2} : 1);
   std::wstring key = text_of(starting_at(bytes, header_size));
-  const Bytes rest = starting_at(bytes, aligned(header_size + 2 * (key.size() + 1)));
-  return {std::move(key), not_beyond(rest, value_size), starting_at(rest, aligned(value_size))};
+  const Bytes content = starting_at(bytes, aligned(header_size + 2 * (key.size() + 1)));
+  return {std::move(key), word(bytes, 2), word(bytes, 4) != 0, content};
 }
+
+std::size_t value_size(const Node& node) noexcept { return node.length * (node.counts_characters ? 2 : 1); }
+
+Bytes value(const Node& node) noexcept { return not_beyond(node.content, value_size(node)); }
+
+Bytes children(const Node& node) noexcept { return starting_at(node.content, aligned(value_size(node))); }
+
+/// The length of a text counts characters whatever the node says: so the system reads it too.
+std::wstring text(const Node& node) { return text_of(not_beyond(node.content, 2 * node.length)); }
 
 /// Whether two keys are equal but for the case of their ASCII letters.
 bool same_key(std::wstring_view left, std::wstring_view right) noexcept {
@@ -54,7 +63,7 @@ bool same_key(std::wstring_view left, std::wstring_view right) noexcept {
 
 /// The child with this key; an empty node when there is none.
 Node child(const Node& parent, std::wstring_view key) {
-  Bytes nodes = parent.children;
+  Bytes nodes = children(parent);
   while (nodes.size() >= header_size) {
     const std::size_t length = word(nodes, 0);
     // Nobody knows where the next one would start.
@@ -68,10 +77,11 @@ Node child(const Node& parent, std::wstring_view key) {
 
 /// The name of the first translation's texts, eight hexadecimal digits; empty when there is none.
 std::wstring first_translation(const Node& block) {
-  const Bytes value = child(child(block, L"VarFileInfo"), L"Translation").value;
-  if (value.size() < 4) return {};
+  const Node list = child(child(block, L"VarFileInfo"), L"Translation");
+  const Bytes numbers = value(list);
+  if (numbers.size() < 4) return {};
   std::wstring name;
-  for (const unsigned number : {word(value, 0), word(value, 2)}) {
+  for (const unsigned number : {word(numbers, 0), word(numbers, 2)}) {
     for (int shift = 12; shift >= 0; shift -= 4) name += L"0123456789abcdef"[number >> shift & 0xF];
   }
   return name;
@@ -85,14 +95,14 @@ VersionRecord version_record_in(std::span<const std::uint8_t> block) {
   const std::wstring translation = first_translation(root);
   if (translation.empty()) return {};
   const Node texts = child(child(root, L"StringFileInfo"), translation);
-  const auto text = [&](std::wstring_view name) { return text_of(child(texts, name).value); };
+  const auto text_named = [&](std::wstring_view name) { return text(child(texts, name)); };
   VersionRecord record;
-  record.company_name = text(L"CompanyName");
-  record.product_name = text(L"ProductName");
-  record.product_version = text(L"ProductVersion");
-  record.file_description = text(L"FileDescription");
-  record.file_version = text(L"FileVersion");
-  record.legal_copyright = text(L"LegalCopyright");
+  record.company_name = text_named(L"CompanyName");
+  record.product_name = text_named(L"ProductName");
+  record.product_version = text_named(L"ProductVersion");
+  record.file_description = text_named(L"FileDescription");
+  record.file_version = text_named(L"FileVersion");
+  record.legal_copyright = text_named(L"LegalCopyright");
   record.registry_company = record.company_name;
   record.registry_product = record.product_name;
   return record;

@@ -41,9 +41,11 @@ Bytes version_node(const std::wstring& key, bool is_text, const Bytes& value, st
   return node;
 }
 
-Bytes string_table(const std::wstring& name, const Texts& texts) {
+Bytes string_table(const std::wstring& name, const Texts& texts, const std::function<bool()>& says_text) {
   std::vector<Bytes> values;
-  for (const auto& [key, text] : texts) values.push_back(version_node(key, true, text_bytes(text), text.size() + 1));
+  for (const auto& [key, text] : texts) {
+    values.push_back(version_node(key, says_text(), text_bytes(text), text.size() + 1));
+  }
   return version_node(name, true, {}, 0, values);
 }
 

@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -18,8 +19,11 @@ Bytes version_node(const std::wstring& key, bool is_text, const Bytes& value, st
 
 using Texts = std::vector<std::pair<std::wstring, std::wstring>>;
 
-/// The texts of one translation; `name` is its language and code page in hexadecimal.
-Bytes string_table(const std::wstring& name, const Texts& texts);
+/// The texts of one translation; `name` is its language and code page in hexadecimal. `says_text` is asked for each
+/// text whether its node says that it is one; some compilers leave that out, and the length counts characters all the
+/// same.
+Bytes string_table(
+    const std::wstring& name, const Texts& texts, const std::function<bool()>& says_text = [] { return true; });
 
 /// A list of languages and code pages, one after the other.
 Bytes translations(const std::vector<WORD>& languages_and_code_pages);

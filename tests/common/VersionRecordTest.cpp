@@ -134,7 +134,8 @@ TEST(SoundVersionBlock, IsReadAsTheSystemReadsIt) {
       if (random.below(5)) texts.emplace_back(name, random.text(300));
     }
     std::shuffle(texts.begin(), texts.end(), random.generator());
-    std::vector<Bytes> tables = {string_table(random.below(2) ? L"080404b0" : L"080404B0", texts),
+    const auto says_text = [&] { return random.below(2) != 0; };
+    std::vector<Bytes> tables = {string_table(random.below(2) ? L"080404b0" : L"080404B0", texts, says_text),
                                  string_table(L"040904e4", {{L"CompanyName", random.text(20)}})};
     if (random.below(2)) std::swap(tables[0], tables[1]);
     const Bytes block = version_block(tables, translations({0x0804, 0x04B0, 0x0409, 0x04E4}));
