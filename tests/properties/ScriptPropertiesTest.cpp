@@ -50,8 +50,8 @@ class DamagedScript : public testing::Test {
     }
   }
 
-  /// Registers and unregisters with these bytes as the script. Answers whether the script could be read; what became of
-  /// it, the entries of others must be there afterwards.
+  /// Registers and unregisters with these bytes as the script. Answers whether the script could be read; one that could
+  /// not must leave everything as it was, any other the entries of others.
   bool play(const Bytes& script) {
     LockResourceProbe lock;
     SizeofResourceProbe size;
@@ -60,7 +60,11 @@ class DamagedScript : public testing::Test {
     size.replace([&](HMODULE, HRSRC) { return static_cast<DWORD>(held.size()); });
     const bool read = run(platform::run_registration_script);
     EXPECT_EQ(read, run(platform::run_unregistration_script));
-    if (read) expect_foreign_entries();
+    if (read) {
+      expect_foreign_entries();
+    } else {
+      EXPECT_EQ(foreign, registry_tree(HKEY_CLASSES_ROOT)) << "a script that is refused does nothing";
+    }
     return read;
   }
 
