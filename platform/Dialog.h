@@ -40,6 +40,10 @@ class CDialogImpl : public TBase {
                               reinterpret_cast<LPARAM>(this));
   }
 
+  /// Whether the dialog has its window. The owner may go, and the dialog with it, in whatever lets messages through: a
+  /// call of the host, a report, a message box. Asked after each of these before the dialog goes on for its user.
+  bool is_open() const noexcept { return IsWindow(this->m_hWnd) != FALSE; }
+
   BOOL EndDialog(INT_PTR result) noexcept {
     SnagtrapUtil::expect(IsWindow(this->m_hWnd) != FALSE, L"::IsWindow(m_hWnd)", ZD_PLACE);
     return ::EndDialog(this->m_hWnd, result);

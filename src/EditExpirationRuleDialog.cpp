@@ -116,7 +116,7 @@ void CEditExpirationRuleDialog::OnOffsetTyped() {
 void CEditExpirationRuleDialog::OnOk() {
   if (!validate_input()) return;
   flush_data_to_database();
-  EndDialog(IDOK);
+  if (is_open()) EndDialog(IDOK);
 }
 
 LRESULT CEditExpirationRuleDialog::OnInitDialog() {
@@ -242,7 +242,7 @@ bool CEditExpirationRuleDialog::validate_input() {
     show_message(IDS_NAME_BAD_CHARACTER);
     return false;
   }
-  return true;
+  return is_open();
 }
 
 bool CEditExpirationRuleDialog::is_expiration_rule_name_not_unique(const _bstr_t& name, const bool editing) {
@@ -290,9 +290,12 @@ void CEditExpirationRuleDialog::flush_data_to_database() {
 
 void CEditExpirationRuleDialog::save_rule() {
   const long read_id = rule_id();
+  if (!is_open()) return;
   // A host that told the number a moment ago and fails to now must not get the rule a second time.
   const long stored_id = read_id != 0 ? read_id : checked_id_;
   const ExpirationRule rule = collect_rule();
+  // Controls that went while they were read would make a torn rule.
+  if (!is_open()) return;
   if (stored_id != 0) {
     require_success(update_rule(*storage_, stored_id, rule), ZD_PLACE);
     return;
@@ -341,9 +344,11 @@ unsigned long long CEditExpirationRuleDialog::get_current_combobox_value(int id)
 }
 
 void CEditExpirationRuleDialog::show_message(int string_id) {
-  MessageBoxW(m_hWnd, resourse_2_string_impl(string_id).c_str(), message_caption().c_str(), MB_OK | MB_ICONEXCLAMATION);
-  // The host may have destroyed the owner, and with it the editor, while the box was open.
-  if (IsWindow(m_hWnd)) control(IDC_NAME).SetFocus();
+  const std::wstring text = resourse_2_string_impl(string_id);
+  const std::wstring caption = message_caption();
+  if (!is_open()) return;
+  MessageBoxW(m_hWnd, text.c_str(), caption.c_str(), MB_OK | MB_ICONEXCLAMATION);
+  if (is_open()) control(IDC_NAME).SetFocus();
 }
 
 }  // namespace zd_expiration_rule_plugin

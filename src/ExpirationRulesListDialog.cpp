@@ -117,6 +117,7 @@ LRESULT CExpirationRulesListDialog::OnInitDialog() {
   list_.SetItemState(0, LVIS_SELECTED, LVIS_SELECTED);
   insert_name_column();
   update_expiration_rule_list();
+  if (!is_open()) return 0;
   if (list_.GetItemCount() > 0) list_.SelectItem(0);
   anchor_controls();
   restore_placement();
@@ -187,7 +188,7 @@ void CExpirationRulesListDialog::add_rule_row(const IkvTablePtr& rules, RuleRows
 // A sorted list view looks for the place of every new item; items that arrive from the last to the first all belong at
 // the top and cost it least.
 void CExpirationRulesListDialog::show_rows(RuleRows& rows) {
-  if (rows.size() == 0) return;
+  if (rows.size() == 0 || !is_open()) return;
   rows.sort_backwards();
   list_.Send(LVM_SETITEMCOUNT, rows.size());
   rows.for_each([this](const wchar_t* name, long rule_id) { list_.InsertItem(name, rule_id); });
@@ -203,7 +204,7 @@ void CExpirationRulesListDialog::update_buttons() {
 void CExpirationRulesListDialog::edit_rule(long rule_id) {
   const FocusKeeper focus(list_);
   CEditExpirationRuleDialog editor(storage_, rule_id);
-  if (editor.DoModal(m_hWnd) != IDOK) return;
+  if (!is_open() || editor.DoModal(m_hWnd) != IDOK || !is_open()) return;
   update_expiration_rule_list();
   select_rule(editor.rule_id());
 }
@@ -214,7 +215,7 @@ void CExpirationRulesListDialog::edit_rule_at(int index) {
 }
 
 void CExpirationRulesListDialog::select_rule(long rule_id) {
-  if (rule_id == 0) return;
+  if (rule_id == 0 || !is_open()) return;
   const int index = list_.FindItemData(rule_id);
   scroll_item_into_view(index);
   list_.SelectItem(index);
@@ -265,8 +266,9 @@ void CExpirationRulesListDialog::try_to_delete_rule_impl() {
   long isOk = 0;
   storage_->rules->delete_rule(rule_id, &isOk);
   SnagtrapUtil::expect(isOk == 1, L"isOk", ZD_PLACE_AT(delete_rule_line));
+  if (!is_open()) return;
   update_expiration_rule_list();
-  if (list_.SelectItem(0)) list_.Send(LVM_ENSUREVISIBLE, 0, FALSE);
+  if (is_open() && list_.SelectItem(0)) list_.Send(LVM_ENSUREVISIBLE, 0, FALSE);
 }
 
 bool CExpirationRulesListDialog::confirm_delete(long rule_id) {
@@ -280,7 +282,10 @@ void CExpirationRulesListDialog::show_rule_in_use(const std::vector<std::wstring
 }
 
 int CExpirationRulesListDialog::show_message(const std::wstring& text, UINT flags) {
-  return MessageBoxW(m_hWnd, text.c_str(), resourse_2_string_impl(IDS_CAPTION).c_str(), flags);
+  const std::wstring caption = resourse_2_string_impl(IDS_CAPTION);
+  // Without the list there is nobody to ask, and nobody whose answer counts.
+  const int answer = is_open() ? MessageBoxW(m_hWnd, text.c_str(), caption.c_str(), flags) : 0;
+  return is_open() ? answer : 0;
 }
 
 }  // namespace zd_expiration_rule_plugin

@@ -54,6 +54,7 @@ class CExpirationRulesListDialog final : public CResizableDialogImpl<CExpiration
   void try_to_delete_rule_impl();
   bool confirm_delete(long rule_id);
   void show_rule_in_use(const std::vector<std::wstring>& users);
+  /// What the user answers; 0 when the list is gone before or after.
   int show_message(const std::wstring& text, UINT flags);
 
   StorageBlock* storage_;

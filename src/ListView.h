@@ -35,9 +35,10 @@ class RedrawHold {
  public:
   explicit RedrawHold(const platform::CWindow& window) noexcept : window_(window) { window_.Send(WM_SETREDRAW, FALSE); }
   ~RedrawHold() {
+    // It may have gone meanwhile; and no window at all stands for the whole desktop.
+    if (!IsWindow(window_.m_hWnd)) return;
     window_.Send(WM_SETREDRAW, TRUE);
-    // No window at all stands for the whole desktop.
-    if (window_.m_hWnd) InvalidateRect(window_.m_hWnd, nullptr, TRUE);
+    InvalidateRect(window_.m_hWnd, nullptr, TRUE);
   }
   RedrawHold(const RedrawHold&) = delete;
   RedrawHold& operator=(const RedrawHold&) = delete;

@@ -1,5 +1,6 @@
 #include "ImportProbe.h"
 #include "ListDialogTest.h"
+#include "Owner.h"
 #include "SentMessages.h"
 
 ZD_IMPORT_PROBE(CreateWindowExW, CreateWindowProbe);
@@ -11,25 +12,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-/// A window of the host over which the dialog opens.
-class Owner {
- public:
-  Owner()
-      : window_(CreateWindowExW(0, L"Static", L"host", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 50, 50, 900, 800, nullptr,
-                                nullptr, nullptr, nullptr)) {}
-  ~Owner() { destroy(); }
-  Owner(const Owner&) = delete;
-  Owner& operator=(const Owner&) = delete;
-
-  HWND get() const { return window_; }
-  void destroy() {
-    if (IsWindow(window_)) DestroyWindow(window_);
-  }
-
- private:
-  HWND window_;
-};
 
 class ListLifetime : public ListDialogTest {
  protected:

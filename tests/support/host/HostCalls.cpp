@@ -46,8 +46,20 @@ void HostCalls::fail_number(std::size_t number, const Fault& fault) {
 }
 
 std::optional<Fault> HostCalls::record(const char* name, std::initializer_list<HostArgument> arguments) {
-  calls_.push_back(shown(name, arguments));
-  return strike(name, calls_.back());
+  const std::string text = shown(name, arguments);
+  calls_.push_back(text);
+  act(name, text);
+  return strike(name, text);
+}
+
+void HostCalls::act(const std::string& name, const std::string& text) {
+  const auto found = std::find_if(acts_.begin(), acts_.end(), [&](const Act& candidate) {
+    return candidate.pattern == name || candidate.pattern == text;
+  });
+  if (found == acts_.end()) return;
+  const std::function<void()> act = std::move(found->act);
+  acts_.erase(found);
+  act();
 }
 
 std::optional<Fault> HostCalls::strike(const std::string& name, const std::string& text) {

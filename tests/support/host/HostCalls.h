@@ -2,9 +2,11 @@
 
 #include <windows.h>
 
+#include <functional>
 #include <initializer_list>
 #include <optional>
 #include <string>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -53,6 +55,10 @@ class HostCalls {
     return call(name, {}, body);
   }
 
+  /// Does something else inside the next call that matches `pattern`, before that does its work: a host that lets
+  /// messages through.
+  void inside(const std::string& pattern, std::function<void()> act) { acts_.push_back({pattern, std::move(act)}); }
+
   /// Every call so far, in order.
   const std::vector<std::string>& all() const noexcept { return calls_; }
   /// The calls that start with `prefix`, for example those of one interface.
@@ -83,12 +89,19 @@ class HostCalls {
     Fault fault;
   };
 
+  struct Act {
+    std::string pattern;
+    std::function<void()> act;
+  };
+
   std::optional<Fault> record(const char* name, std::initializer_list<HostArgument> arguments);
+  void act(const std::string& name, const std::string& text);
   std::optional<Fault> strike(const std::string& name, const std::string& text);
 
   std::vector<std::string> calls_;
   std::vector<std::string> struck_;
   std::vector<Planned> planned_;
+  std::vector<Act> acts_;
 };
 
 /// UTF-16 as UTF-8; a lone surrogate shows as a replacement character.
