@@ -1,5 +1,7 @@
 #include "ResourceMgr.h"
 
+#include <utility>
+
 #include "Report.h"
 #include "string_t.h"
 
@@ -19,6 +21,11 @@ CCommonRes::~CCommonRes() {
   if (instance_) SnagtrapUtil::expect(FreeLibrary(instance_) != FALSE, L"::FreeLibrary(hInstance)", ZD_PLACE);
 }
 
+CCommonRes& CCommonRes::operator=(CCommonRes&& other) noexcept {
+  std::swap(instance_, other.instance_);
+  return *this;
+}
+
 HINSTANCE CCommonRes::instance() const noexcept {
   SnagtrapUtil::expect(instance_ != nullptr, L"hInstance", ZD_PLACE);
   return instance_;
@@ -27,7 +34,11 @@ HINSTANCE CCommonRes::instance() const noexcept {
 std::wstring GetString(const unsigned int id) {
   // The holder may report when it is destroyed: the client must be made before it, to be destroyed after it.
   SnagtrapUtil::prepare_reports();
-  static const CCommonRes shared(shared_module_name);
+  static CCommonRes shared;
+  static bool loading_begun = false;
+  // A module that is missing is reported, which may let messages through, and with them the host's next call: it must
+  // find a holder that is made already.
+  if (!std::exchange(loading_begun, true)) shared = CCommonRes(shared_module_name);
   HINSTANCE module = shared.instance();
   // Without the shared module an id must not be looked up in this module, which an empty handle would mean.
   if (!module) return {};

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <optional>
+#include <utility>
 
 #include "Reports.h"
 
@@ -48,5 +49,7 @@ std::vector<std::string> take_reports_without_lines() { return take(reports_with
 std::vector<RecordedCommand> take_records() {
   return take([](const Recorder& from) { return from.commands(L"PROCESS"); });
 }
+
+void on_command(Recorder::Hook hook) { recorder->on_command(std::move(hook)); }
 
 }  // namespace test_support

@@ -17,4 +17,7 @@ std::vector<std::string> take_reports_without_lines();
 /// The same as records, with all their fields.
 std::vector<RecordedCommand> take_records();
 
+/// Called inside every command from now on, until reports are taken or the test ends.
+void on_command(Recorder::Hook hook);
+
 }  // namespace test_support

@@ -1,0 +1,49 @@
+#include <windows.h>
+
+#include "ImportPatch.h"
+#include "ModuleTest.h"
+
+namespace module_test {
+namespace {
+
+using testing::Each;
+using testing::SizeIs;
+using testing::StartsWith;
+
+HMODULE WINAPI load_all_but_the_texts(const wchar_t* name) {
+  return lstrcmpiW(name, L"zdCommonRes.DLL") == 0 ? nullptr : LoadLibraryW(name);
+}
+
+/// The host's texts are not there. The host may let messages through while that is reported, and call again.
+class MissingTexts : public HostedTest {
+ protected:
+  /// Initialises another plug-in inside the first report.
+  void initialize_inside_the_report() {
+    test_support::on_command([this](const test_support::RecordedCommand& command) {
+      if (command.word != L"PROCESS" || inside_++ > 0) return;
+      EXPECT_EQ(S_OK, other_->Initialize(menu_, control_bar_, context_menu_, hot_keys_, registry_path_, storage_));
+    });
+  }
+
+  void TearDown() override {
+    other_ = nullptr;
+    HostedTest::TearDown();
+  }
+
+  test_support::ImportPatch missing_{module_.handle(), "LoadLibraryW", &load_all_but_the_texts};
+  Ptr<IkvPlugin> other_ = module_.plugin();
+  int inside_ = 0;
+};
+
+TEST_F(MissingTexts, OfWhichAnotherPluginHearsInsideTheReport) {
+  initialize_inside_the_report();
+  EXPECT_EQ(S_OK, initialize());
+  EXPECT_GT(inside_, 0);
+  EXPECT_EQ(4u, host_.commands().size()) << "both have their command and their hot key";
+  // The other plug-in asks for four texts, this one for the two that the submenu of the other leaves over; and that the
+  // module cannot be loaded is told once.
+  EXPECT_THAT(take_reports(), testing::AllOf(SizeIs(7), Each(StartsWith("ASSERT hInstance | ResourceMgr.cpp:"))));
+}
+
+}  // namespace
+}  // namespace module_test
