@@ -1,12 +1,11 @@
 #pragma once
 
 #include <functional>
-#include <set>
 #include <string>
 #include <vector>
 
 #include "FakeHost.h"
-#include "LiveHandles.h"
+#include "Leftovers.h"
 #include "Module.h"
 
 namespace faults_test {
@@ -32,9 +31,9 @@ class Session {
   HRESULT show(long rule_id);
 
   /// How many GDI objects, device contexts and registry keys the module has had.
-  int handles() const { return handles_.made(); }
+  int handles() const { return leftovers_.handles_made(); }
   /// The function that gave each of them that the module has not given back.
-  std::vector<std::string> handles_left() const { return handles_.left(); }
+  std::vector<std::string> handles_left() const { return leftovers_.handles_left(); }
 
   /// Lets the plug-in go, as a host does at its end. Fails the test when the module holds anything afterwards.
   void end();
@@ -42,11 +41,9 @@ class Session {
  private:
   HRESULT initialize_with(IDispatch* storage);
 
-  const module_test::Module& module_;
   test_support::FakeHost& host_;
   Arm arm_;
-  test_support::LiveHandles handles_;
-  std::set<HWND> windows_;
+  Leftovers leftovers_;
   test_support::DispatchPtr menu_;
   test_support::DispatchPtr hot_keys_;
   test_support::DispatchPtr storage_;

@@ -17,6 +17,11 @@ BOOL CALLBACK find_dialog(HWND window, LPARAM found) {
   return !is_dialog;
 }
 
+BOOL CALLBACK collect(HWND window, LPARAM windows) {
+  reinterpret_cast<std::set<HWND>*>(windows)->insert(window);
+  return TRUE;
+}
+
 HWND focus_in(HWND dialog) {
   const HWND focus = GetFocus();
   return focus && IsChild(dialog, focus) ? focus : dialog;
@@ -57,6 +62,12 @@ void press_key(HWND dialog, WPARAM virtual_key) {
 void press_mnemonic(HWND dialog, wchar_t letter) {
   constexpr LPARAM alt_is_down = 1 << 29;
   PostMessageW(focus_in(dialog), WM_SYSCHAR, letter, alt_is_down | 1);
+}
+
+std::set<HWND> windows_of_this_thread() {
+  std::set<HWND> windows;
+  EnumThreadWindows(GetCurrentThreadId(), collect, reinterpret_cast<LPARAM>(&windows));
+  return windows;
 }
 
 std::wstring window_text(HWND window) {

@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <functional>
+#include <set>
 #include <string>
 
 namespace test_support {
@@ -40,6 +41,9 @@ void press_key(HWND dialog, WPARAM virtual_key);
 
 /// Types Alt and a letter, lower case, as a mnemonic.
 void press_mnemonic(HWND dialog, wchar_t letter);
+
+/// Every top-level window of this thread, visible or not.
+std::set<HWND> windows_of_this_thread();
 
 std::wstring window_text(HWND window);
 std::wstring item_text(HWND dialog, int item);

@@ -19,14 +19,9 @@ bool is_dialog_on_screen(HWND window) {
   return std::wstring(name) == L"#32770" && IsWindowVisible(window);
 }
 
-BOOL CALLBACK collect_dialog(HWND window, LPARAM dialogs) {
-  if (is_dialog_on_screen(window)) reinterpret_cast<std::set<HWND>*>(dialogs)->insert(window);
-  return TRUE;
-}
-
 std::set<HWND> dialogs_on_screen() {
-  std::set<HWND> dialogs;
-  EnumThreadWindows(GetCurrentThreadId(), collect_dialog, reinterpret_cast<LPARAM>(&dialogs));
+  std::set<HWND> dialogs = windows_of_this_thread();
+  std::erase_if(dialogs, [](HWND window) { return !is_dialog_on_screen(window); });
   return dialogs;
 }
 
