@@ -27,7 +27,7 @@ class SystemFaults : public testing::TestWithParam<SystemScenario> {
     test_support::take_reports();
     const bool failed = !system.failed().empty();
     if (HasFailure() && failed) {
-      ADD_FAILURE() << "when call " << number << " fails: " << system.calls()[number - 1].function
+      ADD_FAILURE() << "when call " << number << " fails: " << system.calls()[number - 1]
                     << (lack == Lack::lasting ? ", and all after it" : "");
     }
     return failed;

@@ -13,14 +13,13 @@
 namespace test_support {
 namespace {
 
-std::vector<SystemCall> recorded;
+std::vector<std::string> recorded;
 std::set<std::string> failures;
 std::size_t fatal_number = 0;
 bool goes_on = false;
-const char* module_start = nullptr;
 
-bool strikes(const char* function, void* place) {
-  recorded.push_back({function, static_cast<std::size_t>(static_cast<char*>(place) - module_start)});
+bool strikes(const char* function) {
+  recorded.emplace_back(function);
   const std::size_t number = recorded.size();
   if (fatal_number == 0 || number < fatal_number || (number > fatal_number && !goes_on)) return false;
   failures.insert(function);
@@ -31,7 +30,7 @@ bool strikes(const char* function, void* place) {
 template <FunctionName name, bool works, class Result, class... Arguments>
 struct Failing {
   static Result WINAPI call(Arguments... arguments) {
-    const bool fails = strikes(name.text, __builtin_return_address(0));
+    const bool fails = strikes(name.text);
     if (!fails) return original(arguments...);
     if (works) original(arguments...);
     return failure;
@@ -135,7 +134,6 @@ const std::vector<ReplacedFunction>& failing_functions() {
 }  // namespace
 
 FailingSystem::FailingSystem(HMODULE module) {
-  module_start = reinterpret_cast<const char*>(module);
   arm(0);
   replace_imports(module, failing_functions(), patches_);
 }
@@ -151,7 +149,7 @@ void FailingSystem::arm(std::size_t number, Lack lack) {
 
 void FailingSystem::heal() { fatal_number = 0; }
 
-const std::vector<SystemCall>& FailingSystem::calls() const { return recorded; }
+const std::vector<std::string>& FailingSystem::calls() const { return recorded; }
 
 const std::set<std::string>& FailingSystem::failed() const { return failures; }
 

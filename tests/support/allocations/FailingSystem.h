@@ -12,12 +12,6 @@
 
 namespace test_support {
 
-/// A call of the system by a module.
-struct SystemCall {
-  std::string function;
-  std::size_t place;  ///< where the call returns to, counted from the start of the module
-};
-
 /// While it lives, a loaded module's calls of the functions with which it opens, makes or finds something of the system
 /// are recorded and can fail: the registry, windows, GDI, libraries, resources, version blocks, type libraries, classes
 /// and locks. A call that fails does nothing and answers what the function answers without memory; only closing a key
@@ -34,8 +28,8 @@ class FailingSystem {
   /// From now on nothing fails.
   void heal();
 
-  /// The calls since it was armed, in order.
-  const std::vector<SystemCall>& calls() const;
+  /// The functions called since it was armed, in order.
+  const std::vector<std::string>& calls() const;
   /// The functions that failed.
   const std::set<std::string>& failed() const;
 
