@@ -12,6 +12,7 @@
 
 ZD_IMPORT_PROBE(LoadResource, LoadResourceProbe);
 ZD_IMPORT_PROBE(GetModuleFileNameW, ModuleFileNameProbe);
+ZD_IMPORT_PROBE(RegSetValueExW, SetValueProbe);
 
 namespace platform {
 namespace {
@@ -152,6 +153,19 @@ TEST_F(RegistrationTest, FailureOfALaterKeyKeepsTheEarlierOnes) {
   make_volatile_key(HKEY_CLASSES_ROOT, L"Shared");
   EXPECT_EQ(thrown_by([] { run(); }), test_support::volatile_parent_failure);
   EXPECT_EQ(registry_text(HKEY_CLASSES_ROOT, L"Sample.Object\\CLSID"), L"{1}");
+}
+
+TEST_F(RegistrationTest, FailureToWriteAnyValueEndsItAndIsAnswered) {
+  constexpr int values = 6;
+  for (int number = 1; number <= values; ++number) {
+    SetValueProbe probe;
+    probe.fail(number, ERROR_ACCESS_DENIED);
+    EXPECT_EQ(thrown_by([] { run(); }), E_ACCESSDENIED) << "value " << number;
+    EXPECT_EQ(probe.calls(), number);
+  }
+  SetValueProbe probe;
+  run();
+  EXPECT_EQ(probe.calls(), values);
 }
 
 TEST_F(RegistrationTest, MissingScriptIsAFailure) {
