@@ -77,15 +77,20 @@ void play_late_bound(const Module& module, FailingSystem& system, const Arm& arm
 
 // Registration.
 
+bool type_library_is_registered() {
+  return test_support::registry_key_exists(HKEY_CLASSES_ROOT, module_test::type_library_key());
+}
+
 bool is_registered() {
   const RegistryTree classes = test_support::registry_tree(HKEY_CLASSES_ROOT);
   return module_test::without_type_library(classes) == module_test::registered_tree(module_test::built_module_path()) &&
-         test_support::registry_key_exists(HKEY_CLASSES_ROOT, L"TypeLib");
+         type_library_is_registered();
 }
 
 bool is_gone() {
   const RegistryTree shared = {{L"AppID\\", L""}, {L"CLSID\\", L""}};
-  return module_test::without_type_library(test_support::registry_tree(HKEY_CLASSES_ROOT)) == shared;
+  return module_test::without_type_library(test_support::registry_tree(HKEY_CLASSES_ROOT)) == shared &&
+         !type_library_is_registered();
 }
 
 void register_and_unregister(const Module& module) {

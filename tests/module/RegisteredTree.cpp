@@ -52,6 +52,8 @@ test_support::RegistryTree registered_tree(const std::wstring& path) {
   };
 }
 
+std::wstring type_library_key() { return L"TypeLib\\" + text(LIBID_zdExpirationRules); }
+
 test_support::RegistryTree without_type_library(const test_support::RegistryTree& tree) {
   test_support::RegistryTree rest;
   for (const auto& [name, value] : tree) {
