@@ -14,8 +14,9 @@ BSTR widen(const char* text, UINT code_page) noexcept {
   const int size = MultiByteToWideChar(code_page, 0, text, -1, nullptr, 0);
   if (size <= 1) return nullptr;
   BSTR wide = SysAllocStringLen(nullptr, static_cast<UINT>(size - 1));
-  if (wide) MultiByteToWideChar(code_page, 0, text, -1, wide, size);
-  return wide;
+  if (!wide || MultiByteToWideChar(code_page, 0, text, -1, wide, size) != 0) return wide;
+  SysFreeString(wide);
+  return nullptr;
 }
 
 VARIANT typed(VARTYPE type) noexcept {

@@ -1,6 +1,9 @@
 #include <gtest/gtest.h>
 
 #include "DebugRecord.h"
+#include "ImportProbe.h"
+
+ZD_IMPORT_PROBE(MultiByteToWideChar, WideningProbe);
 
 namespace {
 
@@ -19,5 +22,14 @@ TEST(FormatText, LongTextIsNotCut) {
 }
 
 TEST(FormatText, NarrowTextIsWidened) { EXPECT_EQ(format_narrow_text("%s %d", "type", 7).view(), L"type 7"); }
+
+TEST(FormatText, NarrowTextThatCannotBeWidenedIsNone) {
+  for (const int number : {1, 2}) {
+    WideningProbe probe;
+    probe.fail(number, 0);
+    EXPECT_FALSE(format_narrow_text("type").get());
+    EXPECT_EQ(probe.calls(), number);
+  }
+}
 
 }  // namespace

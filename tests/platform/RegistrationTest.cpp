@@ -12,6 +12,7 @@
 
 ZD_IMPORT_PROBE(LoadResource, LoadResourceProbe);
 ZD_IMPORT_PROBE(GetModuleFileNameW, ModuleFileNameProbe);
+ZD_IMPORT_PROBE(RegCreateKeyExW, CreateKeyProbe);
 ZD_IMPORT_PROBE(RegSetValueExW, SetValueProbe);
 
 namespace platform {
@@ -153,6 +154,17 @@ TEST_F(RegistrationTest, FailureOfALaterKeyKeepsTheEarlierOnes) {
   make_volatile_key(HKEY_CLASSES_ROOT, L"Shared");
   EXPECT_EQ(thrown_by([] { run(); }), test_support::volatile_parent_failure);
   EXPECT_EQ(registry_text(HKEY_CLASSES_ROOT, L"Sample.Object\\CLSID"), L"{1}");
+}
+
+TEST_F(RegistrationTest, FailureToOpenTheClassesOfEitherScopeIsAnswered) {
+  for (const RegistrationScope scope : {RegistrationScope::machine, RegistrationScope::user}) {
+    for (const auto script : {run_registration_script, run_unregistration_script}) {
+      CreateKeyProbe probe;
+      probe.fail(1, ERROR_ACCESS_DENIED);
+      EXPECT_EQ(thrown_by([&] { script(IDR_SAMPLE, replacements, scope); }), E_ACCESSDENIED);
+      EXPECT_EQ(probe.calls(), 1);
+    }
+  }
 }
 
 TEST_F(RegistrationTest, FailureToWriteAnyValueEndsItAndIsAnswered) {
