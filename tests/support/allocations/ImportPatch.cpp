@@ -11,8 +11,8 @@ Type* at(HMODULE module, ULONGLONG offset) {
   return reinterpret_cast<Type*>(reinterpret_cast<ULONG_PTR>(module) + offset);
 }
 
-/// Visits the library and the name of every function that the module imports by name, and the place in its import table
-/// that holds the address, until a visit answers true.
+/// Visits the library and the name, or the number behind a "#", of every function that the module imports, and the
+/// place in its import table that holds the address, until a visit answers true.
 template <class Visit>
 void visit_imports(HMODULE module, const Visit& visit) {
   const auto* headers = at<IMAGE_NT_HEADERS>(module, static_cast<ULONGLONG>(at<IMAGE_DOS_HEADER>(module, 0)->e_lfanew));
@@ -21,8 +21,9 @@ void visit_imports(HMODULE module, const Visit& visit) {
     auto* name = at<IMAGE_THUNK_DATA>(module, library->OriginalFirstThunk);
     auto* entry = at<void*>(module, library->FirstThunk);
     for (; name->u1.AddressOfData; ++name, ++entry) {
-      if (IMAGE_SNAP_BY_ORDINAL(name->u1.Ordinal)) continue;
-      const char* function = at<IMAGE_IMPORT_BY_NAME>(module, name->u1.AddressOfData)->Name;
+      const std::string function = IMAGE_SNAP_BY_ORDINAL(name->u1.Ordinal)
+                                       ? '#' + std::to_string(IMAGE_ORDINAL(name->u1.Ordinal))
+                                       : at<IMAGE_IMPORT_BY_NAME>(module, name->u1.AddressOfData)->Name;
       if (visit(at<char>(module, library->Name), function, entry)) return;
     }
   }
@@ -31,7 +32,7 @@ void visit_imports(HMODULE module, const Visit& visit) {
 /// The place in the module's import table that holds the address of a function; null when it imports none.
 void** import_entry(HMODULE module, std::string_view function) {
   void** found = nullptr;
-  visit_imports(module, [&](const char*, const char* name, void** entry) {
+  visit_imports(module, [&](const char*, std::string_view name, void** entry) {
     if (name == function) found = entry;
     return found != nullptr;
   });
@@ -49,7 +50,7 @@ void write_entry(void** entry, void* function) {
 
 std::vector<Import> imports_of(HMODULE module) {
   std::vector<Import> imports;
-  visit_imports(module, [&](const char* library, const char* function, void**) {
+  visit_imports(module, [&](const char* library, const std::string& function, void**) {
     imports.push_back({library, function});
     return false;
   });
