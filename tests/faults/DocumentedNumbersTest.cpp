@@ -8,6 +8,7 @@ namespace {
 
 constexpr char memory_and_host[] = "How many";
 constexpr char system_calls[] = "System faults";
+constexpr char first_use_memory[] = "Memory at first use";
 
 TEST(DocumentedNumbers, OfTheHostAndOfMemoryAddUp) {
   for (std::size_t column = 0; column < 5; ++column) {
@@ -24,6 +25,16 @@ TEST(DocumentedNumbers, OfTheSystemAddUp) {
       sum += documented_number(system_calls, scenario.name, column);
     }
     EXPECT_EQ(documented_number(system_calls, "together", column), sum) << "column " << column;
+  }
+}
+
+TEST(DocumentedNumbers, OfMemoryAtFirstUseAddUp) {
+  for (std::size_t column = 0; column < 2; ++column) {
+    std::size_t sum = 0;
+    for (const SystemScenario& scenario : every_first_use()) {
+      sum += documented_number(first_use_memory, scenario.name, column);
+    }
+    EXPECT_EQ(documented_number(first_use_memory, "together", column), sum) << "column " << column;
   }
 }
 

@@ -1,7 +1,9 @@
 #include <map>
 #include <set>
 
+#include "DocumentedNumbers.h"
 #include "FailingMemory.h"
+#include "FailingSystem.h"
 #include "FaultsTest.h"
 #include "SystemScenarios.h"
 
@@ -22,9 +24,9 @@ const std::map<std::string, const char*> failed_in_their_rooms = {
     {"CreateBitmap", "resizable.MaskedGrip.PaintsAsTheSystemWhenItsBitmapsCannotBeMade"},
     {"CreateCompatibleBitmap", "resizable.MaskedGrip.PaintsAsTheSystemWhenItsBitmapsCannotBeMade"},
     {"CreateCompatibleDC", "resizable.MaskedGrip.PaintsAsTheSystemWhenItsBitmapsCannotBeMade"},
-    {"FlsSetValue", "src.Exceptions.OfAThreadForWhichNothingCanBeKeptArrive"},
+    {"FlsSetValue", "runtime.Exceptions.OfAThreadForWhichNothingCanBeKeptArrive"},
     {"GetDC", "resizable.MaskedGrip.PaintsAsTheSystemWhenItsBitmapsCannotBeMade"},
-    {"HeapAlloc", "src.Exceptions.OfAThreadForWhichNothingCanBeKeptArrive"},
+    {"HeapAlloc", "runtime.Exceptions.OfAThreadForWhichNothingCanBeKeptArrive"},
     {"LoadLibraryA", "diagnostics.LibrarySearch.FindsNothingAtARegisteredPathWithoutFile"},
     {"OffsetRgn", "resizable.EraseRegion.LeavesOutAChildWhoseRegionCannotBeMoved"},
     {"RegGetValueA", "diagnostics.LibraryMissing.ReportsDoNothingAndShowNoBox"},
@@ -142,10 +144,12 @@ TEST(SystemCalls, OfTheModuleFailInAScenarioOrInTheirRoom) {
   for (const SystemScenario& scenario : every_system_scenario()) {
     const module_test::Module module;
     FailingSystem system(module.handle());
-    scenario.play(module, system, [&] { system.arm(0); });
+    scenario.play(module, {[&] { system.arm(0); }, [] {}, [] { return Names(); }});
     visited.insert(system.calls().begin(), system.calls().end());
     test_support::take_reports();
   }
+  EXPECT_EQ(documented_number("System faults", "scenarios", 0), visited.size());
+  EXPECT_EQ(documented_number("System faults", "rooms", 0), failed_in_their_rooms.size());
   for (const auto& [function, test] : failed_in_their_rooms) {
     EXPECT_TRUE(visited.insert(function).second) << function << " fails in a scenario too";
   }
@@ -158,6 +162,7 @@ TEST(SystemCalls, ThatFailNowhereAreKnownToBeHarmless) {
   const module_test::Module module;
   Names others;
   for (const auto& [library, function] : test_support::imports_of(module.handle())) {
+    // The C runtime and what it takes from the system's lowest layer.
     if (library == "msvcrt.dll" || library == "ntdll.dll") continue;
     others.insert(function);
   }

@@ -1,6 +1,7 @@
 #include <cstdio>
 
 #include "DocumentedNumbers.h"
+#include "FailingSystem.h"
 #include "FaultsTest.h"
 #include "SystemScenarios.h"
 
@@ -21,7 +22,8 @@ class SystemFaults : public testing::TestWithParam<SystemScenario> {
   static bool play_without(std::size_t number, Lack lack) {
     const module_test::Module module;
     FailingSystem system(module.handle());
-    GetParam().play(module, system, [&] { system.arm(number, lack); });
+    GetParam().play(module,
+                    {[&] { system.arm(number, lack); }, [&] { system.heal(); }, [&] { return system.failed(); }});
     system.heal();
     // Which reports each fault leads to is told by the tests of each call.
     test_support::take_reports();

@@ -6,6 +6,7 @@
 #include <set>
 
 #include "Clerk.h"
+#include "FailingSystem.h"
 #include "FaultsTest.h"
 #include "LateBound.h"
 #include "RegisteredTree.h"
@@ -15,64 +16,108 @@ namespace faults_test {
 namespace {
 
 using module_test::Module;
-using test_support::FailingSystem;
 using test_support::Fault;
-using test_support::LiveHandles;
 using test_support::RegistryTree;
 using test_support::ScratchRoot;
 using testing::AnyOf;
-using testing::IsEmpty;
+
+/// The creation of the host's object that a scenario cannot do without.
+std::string needed_creation(const Scenario& scenario) {
+  const bool makes_storage = scenario.name == std::string("InitializeWithoutStorage");
+  return makes_storage ? "kvStorage::CreateInstance" : "kvTable::CreateInstance";
+}
 
 /// What a call of the module may answer: only the lack of a class of the host reaches the caller.
 auto documented_answer(const Scenario& scenario, const Played& played, const std::set<std::string>& failed) {
   const bool no_object = failed.count("CoCreateInstance") != 0 || failed.count("OleRun") != 0;
-  const Calls struck = no_object ? Calls{"kvTable::CreateInstance"} : Calls{};
+  const Calls struck = no_object ? Calls{needed_creation(scenario)} : Calls{};
   return AnyOf(S_OK, scenario.documented(played, struck, {test_support::no_class, Fault::Out::untouched}));
 }
 
 SystemScenario hosted(const Scenario& scenario) {
-  return {scenario.name, [scenario](const Module& module, FailingSystem& system, const Arm& arm) {
+  return {scenario.name, [scenario](const Module& module, const Injection& injection) {
             test_support::FakeHost host;
-            const Played played = play(scenario, module, host, arm);
-            EXPECT_THAT(played.answer, documented_answer(scenario, played, system.failed()));
+            const Played played = play(scenario, module, host, injection.arm);
+            EXPECT_THAT(played.answer, documented_answer(scenario, played, injection.failed()));
           }};
 }
 
 /// The list of a user who has never opened it.
 SystemScenario first_list(const Scenario& list) {
   const SystemScenario any = hosted(list);
-  return {"FirstList", [any](const Module& module, FailingSystem& system, const Arm& arm) {
+  return {"FirstList", [any](const Module& module, const Injection& injection) {
             test_support::delete_registry_tree(HKEY_CURRENT_USER, L"");
-            any.play(module, system, arm);
+            any.play(module, injection);
           }};
 }
 
-/// The module's first report makes the client and looks for its library; the user wants to be told when that fails.
-void play_first_report(const Module& module, FailingSystem&, const Arm& arm) {
+/// The first class object and the first object.
+void play_first_object(const Module& module, const Injection& injection) {
+  const Leftovers leftovers(module);
+  {
+    module_test::Ptr<IClassFactory> factory;
+    module_test::Ptr<IkvPlugin> plugin;
+    injection.arm();
+    HRESULT answer = module.get_class_object(__uuidof(CzdExpirationRulePlugin), __uuidof(IClassFactory),
+                                             reinterpret_cast<void**>(&factory));
+    EXPECT_EQ(answer == S_OK, factory != nullptr);
+    if (factory) {
+      answer = factory->CreateInstance(nullptr, __uuidof(IkvPlugin), reinterpret_cast<void**>(&plugin));
+      EXPECT_EQ(answer == S_OK, plugin != nullptr);
+    }
+    injection.heal();
+    EXPECT_THAT(answer, AnyOf(S_OK, E_OUTOFMEMORY));
+    EXPECT_TRUE(module.plugin()) << "the next one is made";
+  }
+  leftovers.expect_none();
+}
+
+/// Has the plug-in report that it got nothing.
+void provoke_report(IkvPlugin* plugin) {
+  EXPECT_EQ(E_INVALIDARG, plugin->Initialize(nullptr, nullptr, nullptr, nullptr, nullptr, nullptr));
+}
+
+/// Whether the user's wish to be told can be read and granted.
+bool can_be_told(const std::set<std::string>& failed) {
+  return failed.count("RegOpenKeyExW") + failed.count("RegQueryValueExW") + failed.count("MessageBoxW") == 0;
+}
+
+/// The module's first report makes the client and looks for its library; the user wants to be told when that fails, and
+/// no report arrives then, ever.
+void play_first_report(const Module& module, const Injection& injection) {
   test_support::write_registry_text(HKEY_CURRENT_USER, L"Software\\Orvane\\Snagtrap", L"", L"tell me");
   const Clerk clerk({});
+  const Leftovers leftovers(module);
   {
     const auto plugin = module.plugin();
-    arm();
-    EXPECT_EQ(E_INVALIDARG, plugin->Initialize(nullptr, nullptr, nullptr, nullptr, nullptr, nullptr));
+    injection.arm();
+    provoke_report(plugin);
+    injection.heal();
+    test_support::take_reports();
+    provoke_report(plugin);
+    const bool arrives = !test_support::take_reports().empty();
+    EXPECT_EQ(!arrives && can_be_told(injection.failed()) ? 1 : 0, clerk.warnings());
+    EXPECT_TRUE(!arrives || injection.failed() != std::set<std::string>{"GetProcAddress"}) << "by which way?";
   }
-  EXPECT_EQ(S_OK, module.can_unload());
+  leftovers.expect_none();
   test_support::delete_registry_tree(HKEY_CURRENT_USER, L"");
 }
 
 /// A failure to load the type information is kept as long as the module is loaded.
-void play_late_bound(const Module& module, FailingSystem& system, const Arm& arm) {
+void play_late_bound(const Module& module, const Injection& injection) {
+  const Leftovers leftovers(module);
   {
     const auto plugin = module.plugin();
     DISPID id = DISPID_UNKNOWN;
-    arm();
+    injection.arm();
     const HRESULT answer = module_test::id_of(plugin, L"DoCommand", id);
-    system.heal();
-    EXPECT_THAT(answer, AnyOf(S_OK, TYPE_E_CANTLOADLIBRARY, HRESULT_FROM_WIN32(ERROR_NOT_ENOUGH_MEMORY)));
+    injection.heal();
+    EXPECT_THAT(answer,
+                AnyOf(S_OK, E_OUTOFMEMORY, TYPE_E_CANTLOADLIBRARY, HRESULT_FROM_WIN32(ERROR_NOT_ENOUGH_MEMORY)));
     EXPECT_EQ(answer == S_OK ? 3 : DISPID_UNKNOWN, id);
     EXPECT_EQ(answer, module_test::id_of(plugin, L"DoCommand", id));
   }
-  EXPECT_EQ(S_OK, module.can_unload());
+  leftovers.expect_none();
 }
 
 // Registration.
@@ -100,26 +145,26 @@ void register_and_unregister(const Module& module) {
   EXPECT_TRUE(is_gone());
 }
 
-void play_register(const Module& module, FailingSystem& system, const Arm& arm) {
+void play_register(const Module& module, const Injection& injection) {
   const ScratchRoot classes(HKEY_CLASSES_ROOT);
-  const LiveHandles handles(module.handle());
-  arm();
+  const Leftovers leftovers(module);
+  injection.arm();
   const HRESULT answer = module.register_server();
-  system.heal();
+  injection.heal();
   EXPECT_EQ(is_registered() ? S_OK : E_FAIL, SUCCEEDED(answer) ? answer : E_FAIL);
-  EXPECT_THAT(handles.left(), IsEmpty());
+  leftovers.expect_none();
   register_and_unregister(module);
 }
 
-void play_unregister(const Module& module, FailingSystem& system, const Arm& arm) {
+void play_unregister(const Module& module, const Injection& injection) {
   const ScratchRoot classes(HKEY_CLASSES_ROOT);
-  const LiveHandles handles(module.handle());
+  const Leftovers leftovers(module);
   EXPECT_EQ(S_OK, module.register_server());
-  arm();
+  injection.arm();
   const HRESULT answer = module.unregister_server();
-  system.heal();
+  injection.heal();
   EXPECT_EQ(is_gone() ? S_OK : E_FAIL, SUCCEEDED(answer) ? answer : E_FAIL);
-  EXPECT_THAT(handles.left(), IsEmpty());
+  leftovers.expect_none();
   register_and_unregister(module);
 }
 
@@ -127,12 +172,18 @@ void play_unregister(const Module& module, FailingSystem& system, const Arm& arm
 
 void PrintTo(const SystemScenario& scenario, std::ostream* out) { *out << scenario.name; }
 
+const std::vector<SystemScenario>& every_first_use() {
+  static const std::vector<SystemScenario> scenarios = {{"Register", play_register},
+                                                        {"Unregister", play_unregister},
+                                                        {"FirstObject", play_first_object},
+                                                        {"FirstReport", play_first_report},
+                                                        {"LateBound", play_late_bound}};
+  return scenarios;
+}
+
 const std::vector<SystemScenario>& every_system_scenario() {
   static const std::vector<SystemScenario> scenarios = [] {
-    std::vector<SystemScenario> all = {{"Register", play_register},
-                                       {"Unregister", play_unregister},
-                                       {"FirstReport", play_first_report},
-                                       {"LateBound", play_late_bound}};
+    std::vector<SystemScenario> all = every_first_use();
     for (const Scenario& scenario : every_scenario()) {
       if (scenario.name == std::string("List")) all.push_back(first_list(scenario));
       all.push_back(hosted(scenario));

@@ -2,25 +2,34 @@
 
 #include <functional>
 #include <iosfwd>
+#include <set>
 #include <string>
 #include <vector>
 
-#include "FailingSystem.h"
 #include "Scenarios.h"
 
 namespace faults_test {
 
-/// Something that is done with a newly loaded module while a call of the system fails. It checks what must hold
-/// whatever failed, and calls `arm` at the start of the part that it is about.
+/// What fails in a run: calls of the system, or the memory for what is made.
+struct Injection {
+  Arm arm;                                        ///< called at the start of the part that a scenario is about
+  std::function<void()> heal;                     ///< from then on nothing fails
+  std::function<std::set<std::string>()> failed;  ///< the functions of the system that have failed
+};
+
+/// Something that is done with a newly loaded module while something fails. It checks what must hold whatever failed.
 struct SystemScenario {
   std::string name;
-  std::function<void(const module_test::Module& module, test_support::FailingSystem& system, const Arm& arm)> play;
+  std::function<void(const module_test::Module& module, const Injection& injection)> play;
 };
 
 /// Shows a scenario by its name.
 void PrintTo(const SystemScenario& scenario, std::ostream* out);
 
-/// Those of the host and its user, and beside them what else reaches the module.
+/// What reaches the module beside a host and its user, most of it for the first time.
+const std::vector<SystemScenario>& every_first_use();
+
+/// Those, and the scenarios of the host and its user.
 const std::vector<SystemScenario>& every_system_scenario();
 
 }  // namespace faults_test

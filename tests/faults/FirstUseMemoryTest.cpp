@@ -1,0 +1,58 @@
+#include <cstdio>
+#include <optional>
+
+#include "DocumentedNumbers.h"
+#include "FailingMemory.h"
+#include "FaultsTest.h"
+#include "SystemScenarios.h"
+
+namespace faults_test {
+namespace {
+
+using test_support::FailingMemory;
+using test_support::Lack;
+using test_support::Memory;
+
+class FirstUseMemory : public testing::TestWithParam<SystemScenario> {
+ protected:
+  void SetUp() override {
+    play_without(0, Lack::once);
+    ASSERT_FALSE(HasFailure()) << "when nothing fails";
+  }
+
+  /// A newly loaded module without one allocation, or without it and all that follow. Answers whether it came to it.
+  static bool play_without(long number, Lack lack) {
+    const module_test::Module module;
+    std::optional<FailingMemory> memory;
+    GetParam().play(module, {[&] { memory.emplace(module.handle(), number, Memory::any, lack); },
+                             [&] { memory->heal(); }, [] { return std::set<std::string>(); }});
+    test_support::take_reports();
+    return memory->has_failed();
+  }
+
+  static std::size_t fail_each(Lack lack) {
+    for (long number = 1;; ++number) {
+      const bool failed = play_without(number, lack);
+      if (HasFailure()) ADD_FAILURE() << "when allocation " << number << " fails";
+      if (HasFailure() || !failed) return static_cast<std::size_t>(number - 1);
+    }
+  }
+
+  test_support::ScratchRoot user_{HKEY_CURRENT_USER};
+};
+
+TEST_P(FirstUseMemory, LeadsToTheDocumentedResultAndTearsNothing) {
+  const std::size_t once = fail_each(Lack::once);
+  const std::size_t lasting = HasFailure() ? 0 : fail_each(Lack::lasting);
+  if (HasFailure()) return;
+  std::printf("[ faults ] %s: allocations: %zu, and no memory from there on: %zu\n", GetParam().name.c_str(), once,
+              lasting);
+  EXPECT_EQ(documented_number("Memory at first use", GetParam().name, 0), once);
+  EXPECT_EQ(documented_number("Memory at first use", GetParam().name, 1), lasting);
+}
+
+INSTANTIATE_TEST_SUITE_P(Of, FirstUseMemory, testing::ValuesIn(every_first_use()),
+                         [](const auto& test) { return test.param.name; });
+
+}  // namespace
+}  // namespace faults_test
