@@ -1,6 +1,8 @@
 #include <windows.h>
 #include <cxxabi.h>
 
+#include <atomic>
+
 // What the C++ runtime keeps for exceptions, on the system's own means. Its own way goes through a thread library that
 // takes memory at the first exception of each thread, ends the process when there is none, and leaves blocks and
 // thread-local indexes behind when the module is unloaded.
@@ -36,14 +38,23 @@ struct ExceptionSupport {
 
   Globals* thread_globals() noexcept {
     if (void* globals = FlsGetValue(index)) return static_cast<Globals*>(globals);
+    if (shared_is_in_use()) return &shared;
     void* made = HeapAlloc(GetProcessHeap(), HEAP_ZERO_MEMORY, sizeof(Globals));
     if (made && FlsSetValue(index, made)) return static_cast<Globals*>(made);
     free_globals(made);
+    sharer = GetCurrentThreadId();
     return &shared;
   }
 
+  /// An exception ends where it began, also when memory has come back meanwhile.
+  bool shared_is_in_use() const noexcept {
+    return sharer == GetCurrentThreadId() && (shared.caught || shared.uncaught != 0);
+  }
+
   DWORD index = FlsAlloc(free_globals);
-  Globals shared = {};  // by the threads that come when there is no memory: better than the end of the process
+  /// Of the threads that come when there is no memory or no index: better than the end of the process.
+  Globals shared = {};
+  std::atomic<DWORD> sharer = 0;
 };
 
 [[gnu::init_priority(101)]] ExceptionSupport support;

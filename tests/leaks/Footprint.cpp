@@ -34,6 +34,14 @@ std::size_t committed_private_bytes() {
   return bytes;
 }
 
+DWORD make_fiber_index() { return FlsAlloc(nullptr); }
+
+DWORD free_index(DWORD (*make)(), BOOL(WINAPI* free)(DWORD)) {
+  const DWORD index = make();
+  EXPECT_TRUE(free(index));
+  return index;
+}
+
 }  // namespace
 
 Footprint footprint() {
@@ -43,7 +51,7 @@ Footprint footprint() {
   EXPECT_LE(count, heaps.size());
   std::size_t blocks = 0;
   for (DWORD index = 0; index < count && index < heaps.size(); ++index) blocks += blocks_in_use(heaps[index]);
-  return {blocks, committed_private_bytes()};
+  return {blocks, committed_private_bytes(), free_index(TlsAlloc, TlsFree), free_index(make_fiber_index, FlsFree)};
 }
 
 }  // namespace leaks_test

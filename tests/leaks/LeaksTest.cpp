@@ -26,7 +26,8 @@ constexpr std::size_t heap_step = std::size_t{64} * 1024;
 const HostRule stored_rule = {7, L"IF quarter", 2, 0, 0, 15, 1, 3, 5, 1, 0};
 const HostRule other_rule = {8, L"IF month", 2, 0, 0, 15, 1, 3, 5, 1, 0};
 
-/// Does something again and again. Fails the test when this takes a block of memory that does not come back.
+/// Does something again and again. Fails the test when this takes a block of memory or an index that does not come
+/// back.
 void expect_flat(const std::function<void()>& once) {
   for (int time = 0; time < warm_up; ++time) once();
   const Footprint before = footprint();
@@ -34,6 +35,8 @@ void expect_flat(const std::function<void()>& once) {
   const Footprint after = footprint();
   EXPECT_LE(after.heap_blocks, before.heap_blocks);
   EXPECT_LE(after.private_bytes, before.private_bytes + heap_step);
+  EXPECT_EQ(after.thread_local_index, before.thread_local_index);
+  EXPECT_EQ(after.fiber_local_index, before.fiber_local_index);
 }
 
 class LeaksTest : public testing::Test {

@@ -98,6 +98,35 @@ TEST(Exceptions, OfAThreadForWhichNothingCanBeKeptArrive) {
   EXPECT_GT(places.calls(), 0);
 }
 
+TEST(Exceptions, EndWhereTheyBeganWhenMemoryComesBack) {
+  HeapAllocProbe memory;
+  memory.fail(0, nullptr);
+  std::thread([&] {
+    EXPECT_THROW(
+        try { throw 5; } catch (int) {
+          memory.replace({});
+          throw;
+        },
+        int);
+    EXPECT_EQ(0, std::uncaught_exceptions());
+  }).join();
+  memory.fail(0, nullptr);
+  struct Giver {
+    ~Giver() { probe.replace({}); }
+    HeapAllocProbe& probe;
+  };
+  std::thread([&] {
+    try {
+      const Giver giver{memory};
+      throw 5;
+    } catch (int) {
+      EXPECT_EQ(0, std::uncaught_exceptions());
+    }
+    EXPECT_EQ(0, std::uncaught_exceptions());
+  }).join();
+  EXPECT_GT(memory.calls(), 2);
+}
+
 /// Slow to make; every making is counted.
 struct Slow {
   explicit Slow(std::atomic<int>& made, bool succeeds = true) : number(++made) {
