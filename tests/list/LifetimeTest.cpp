@@ -1,6 +1,6 @@
 #include "ImportProbe.h"
 #include "ListDialogTest.h"
-#include "Owner.h"
+#include "OwnedWindow.h"
 #include "SentMessages.h"
 
 ZD_IMPORT_PROBE(CreateWindowExW, CreateWindowProbe);
@@ -17,7 +17,7 @@ class ListLifetime : public ListDialogTest {
  protected:
   ListLifetime() { store_rules({L"AU", L"IF"}); }
 
-  Owner owner;
+  test_support::HostWindow owner;
 };
 
 TEST_F(ListLifetime, OwnerIsDisabledWhileTheDialogIsOpen) {

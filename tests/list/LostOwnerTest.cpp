@@ -1,6 +1,6 @@
 #include "ImportProbe.h"
 #include "ListDialogTest.h"
-#include "Owner.h"
+#include "OwnedWindow.h"
 
 ZD_IMPORT_PROBE(DialogBoxParamW, ModalDialogProbe);
 ZD_IMPORT_PROBE(MessageBoxW, MessageBoxProbe);
@@ -77,7 +77,7 @@ class ListLosesItsOwner : public ListDialogTest {
 
   void expect_as_stored() { EXPECT_EQ(std::vector<HostRule>({{1, L"AU"}, {2, L"IF"}}), host.rules()); }
 
-  Owner owner;
+  test_support::HostWindow owner;
 };
 
 struct LosingCall {

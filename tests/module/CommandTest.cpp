@@ -2,8 +2,8 @@
 #include <commctrl.h>
 
 #include "DialogDriver.h"
-#include "HostWindow.h"
 #include "ModuleTest.h"
+#include "OwnedWindow.h"
 
 namespace module_test {
 namespace {
@@ -100,7 +100,7 @@ TEST_F(CommandTest, IdsAreReadAnewForEachCommand) {
 }
 
 TEST_F(CommandTest, ListIsOwnedByTheActiveWindow) {
-  const HostWindow host_window;
+  const test_support::HostWindow host_window;
   initialize();
   DialogDriver driver([&](HWND dialog) {
     EXPECT_EQ(host_window.get(), GetWindow(dialog, GW_OWNER));

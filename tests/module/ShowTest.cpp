@@ -1,6 +1,6 @@
 #include "DialogDriver.h"
-#include "HostWindow.h"
 #include "ModuleTest.h"
+#include "OwnedWindow.h"
 
 namespace module_test {
 namespace {
@@ -112,7 +112,7 @@ TEST_F(ShowTest, HostMayReleaseThePluginWhileTheEditorIsOpen) {
 
 TEST_F(ShowTest, EditorIsOwnedByTheActiveWindow) {
   initialize();
-  const HostWindow window;
+  const test_support::HostWindow window;
   DialogDriver driver([&](HWND dialog) {
     EXPECT_EQ(window.get(), GetWindow(dialog, GW_OWNER));
     test_support::click(dialog, IDCANCEL);

@@ -4,27 +4,13 @@
 
 #include <functional>
 
+#include "OwnedWindow.h"
 #include "PrintGeometry.h"
 #include "SubclassedWindow.h"
 
 namespace resizable_test {
 
-/// A window of a test, destroyed at the end of the test unless it is gone by then.
-class OwnedWindow {
- public:
-  explicit OwnedWindow(HWND window) : window_(window) {}
-  ~OwnedWindow() { destroy(); }
-  OwnedWindow(const OwnedWindow&) = delete;
-  OwnedWindow& operator=(const OwnedWindow&) = delete;
-
-  HWND get() const { return window_; }
-  void destroy() {
-    if (IsWindow(window_)) DestroyWindow(window_);
-  }
-
- private:
-  HWND window_;
-};
+using test_support::OwnedWindow;
 
 /// A popup without a frame, so that its client area is as large as it is: 300 x 200 at (100, 100), not shown.
 HWND make_popup(DWORD more_style = 0);
