@@ -116,6 +116,18 @@ class FieldKinds : public HostileDialogs {
 
   IkvTablePtr rules() { return open_rules_table(block, 0); }
 
+  /// Opens a table of one rule for each of its fields, which is odd meanwhile.
+  void for_each_odd_field(const std::function<void(tagKVFIELDID id, const IkvTablePtr& table)>& act) {
+    host.rules() = {rule};
+    for (const tagKVFIELDID id : rule_fields) {
+      SCOPED_TRACE(id);
+      make_odd(id);
+      act(id, rules());
+      make_sound();
+      host.calls().forget();
+    }
+  }
+
   const HostRule rule = {5, L"IF", 3, 1, 1, 15, 2, 4, 5, 2, 1};
 
  private:
@@ -124,30 +136,21 @@ class FieldKinds : public HostileDialogs {
 
 TEST_F(FieldKinds, AnyFieldReadsAsItIsOrAsZeroOrEmptyAndIsReported) {
   for_each_kind([&] {
-    host.rules() = {rule};
-    for (const tagKVFIELDID id : rule_fields) {
-      SCOPED_TRACE(id);
-      make_odd(id);
-      const IkvTablePtr table = rules();
+    for_each_odd_field([&](tagKVFIELDID id, const IkvTablePtr& table) {
       if (is_text(id)) {
         EXPECT_EQ(is_sound() ? 2u : 0u, GetField<_bstr_t>(table, id).length());
       } else {
         EXPECT_EQ(is_sound(), GetField<long>(table, id) != 0);
       }
       EXPECT_THAT(reports(), ElementsAreArray(reports_of_reading(id)));
-      make_sound();
-    }
+    });
   });
 }
 
 TEST_F(FieldKinds, AnyFieldIsWrittenUnlessThereIsNone) {
   for_each_kind([&] {
     const bool is_there = kind() != Kind::null && kind() != Kind::missing;
-    host.rules() = {rule};
-    for (const tagKVFIELDID id : rule_fields) {
-      SCOPED_TRACE(id);
-      make_odd(id);
-      const IkvTablePtr table = rules();
+    for_each_odd_field([&](tagKVFIELDID id, const IkvTablePtr& table) {
       if (is_text(id)) {
         SetField(table, id, _bstr_t(L"new"));
       } else {
@@ -157,9 +160,7 @@ TEST_F(FieldKinds, AnyFieldIsWrittenUnlessThereIsNone) {
       EXPECT_THAT(reports(), ElementsAreArray(kind() == Kind::missing
                                                   ? Texts{"ASSERT 00000001 | zdStorageGetFieldHelper.h:210 SetField"}
                                                   : Texts()));
-      make_sound();
-      host.calls().forget();
-    }
+    });
   });
 }
 
