@@ -5,7 +5,7 @@
 namespace {
 
 /// Moves the program to a window station without a screen before it has any window. Thousands of dialogs open and
-/// close here; on a screen each of them would have the window manager and the display take part.
+/// close here; on a screen each of them would have the display take part.
 [[maybe_unused]] const bool is_offscreen = [] {
   constexpr ACCESS_MASK everything = GENERIC_ALL;
   HWINSTA station = CreateWindowStationW(nullptr, 0, everything, nullptr);

@@ -49,7 +49,7 @@ class ListPlacement : public ListDialogTest {
               RegSetKeyValueW(HKEY_CURRENT_USER, key_name, value_name, type, data, static_cast<DWORD>(size)));
   }
 
-  /// The rectangle that the dialog gives itself when it opens. Later its window manager may have moved it.
+  /// The rectangle that the dialog gives itself when it opens.
   RECT opened() {
     RECT rect = {};
     const AnsweredMessages watch([&](const CWPRETSTRUCT& message) {

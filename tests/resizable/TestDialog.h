@@ -58,7 +58,6 @@ class DialogFixture : public testing::Test {
   ~DialogFixture() override { destroy(); }
 
   void open(HWND owner = nullptr) {
-    // Without handling its messages afterwards: a window manager may have ideas of its own where a window goes.
     ASSERT_NE(dialog.Create(owner), nullptr);
   }
 

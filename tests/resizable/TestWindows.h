@@ -28,7 +28,7 @@ CSize client_size(HWND window);
 /// Whether a window's region is the lower right half of its rectangle.
 bool is_cut_to_triangle(HWND window);
 
-/// Handles the messages that are waiting, those of the window manager included.
+/// Handles the messages that are waiting.
 void pump();
 
 /// Lets a test answer the messages of a window.

@@ -39,16 +39,21 @@ await_message() { await "the message \"$1\"" shows_text "$rules_dialog" "$1"; }
 await_no_message() { await "the end of the message \"$1\"" message_is_gone "$1"; }
 message_is_gone() { ! shows_text "$rules_dialog" "$1"; }
 
-# drag_grip DX DY: takes the dialog at its size grip and drags it.
+# drag_grip DX DY: takes the dialog at its size grip and drags it. Moves that come before the window manager has taken
+# hold are not seen, so the mouse goes on until the dialog follows.
 drag_grip() {
-  local x y width height
+  local x y width height size deadline=$((SECONDS + patience_s))
   read -r x y width height < <(dialog_place)
-  xdotool mousemove $((x + width - 9)) $((y + height - 9)) mousedown 1
-  sleep 0.5
-  xdotool mousemove_relative --sync -- $(($1 / 2)) $(($2 / 2))
-  xdotool mousemove_relative --sync -- $(($1 - $1 / 2)) $(($2 - $2 / 2))
-  sleep 0.5
+  size=$(dialog_size)
+  x=$((x + width - 9)) y=$((y + height - 9))
+  xdotool mousemove "$x" "$y" mousedown 1
+  until size_is_not "$size"; do
+    ((SECONDS < deadline)) || fail "the dialog does not follow the mouse"
+    xdotool mousemove --sync $((x + $1 / 2)) $((y + $2 / 2))
+    xdotool mousemove --sync $((x + $1)) $((y + $2))
+  done
   xdotool mouseup 1
+  expect "the size" dialog_size = "$((width + $1)) $((height + $2))"
 }
 
 size_is_not() { [ "$(dialog_size)" != "$1" ]; }

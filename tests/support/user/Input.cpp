@@ -65,8 +65,8 @@ BOOL CALLBACK find_usable_window(HWND window, LPARAM found) {
 
 bool is_in_front() { return GetWindowThreadProcessId(GetForegroundWindow(), nullptr) == GetCurrentThreadId(); }
 
-/// The window manager's answer to the end of an earlier window can come late and take the foreground away; the input
-/// would go nowhere. A user who sees that clicks the window that he works with.
+/// Another program can take the foreground away; the input would go nowhere. A user who sees that clicks the window
+/// that he works with.
 void come_to_front() {
   HWND topmost = nullptr;
   if (!is_in_front()) EnumThreadWindows(GetCurrentThreadId(), find_usable_window, reinterpret_cast<LPARAM>(&topmost));
