@@ -12,8 +12,8 @@ namespace workbench {
 
 /// One column of a list.
 struct ListColumn {
-  UINT title;  ///< id of its text
-  int width;   ///< in pixels at 96 dpi
+  UINT title = 0;  ///< id of its text
+  int width = 0;   ///< in pixels at 96 dpi
   int alignment = LVCFMT_LEFT;
 };
 

@@ -17,7 +17,7 @@ namespace snagtrap {
 /// Owns a VARIANT.
 class Value {
  public:
-  Value() noexcept { VariantInit(&variant_); }
+  Value() noexcept = default;
   Value(Value&& other) noexcept : variant_(std::exchange(other.variant_, VARIANT{})) {}
   Value& operator=(Value&& other) noexcept {
     std::swap(variant_, other.variant_);
@@ -29,7 +29,7 @@ class Value {
   VARIANT* out() noexcept { return &variant_; }
 
  private:
-  VARIANT variant_;
+  VARIANT variant_ = {};
 };
 
 struct Field {

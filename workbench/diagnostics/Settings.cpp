@@ -5,6 +5,7 @@
 #include <shlobj.h>
 
 #include <algorithm>
+#include <cwchar>
 
 namespace snagtrap {
 
@@ -28,7 +29,8 @@ std::wstring read_text(const wchar_t* name) {
   std::wstring text(size / sizeof(wchar_t), L'\0');
   const LSTATUS read = RegGetValueW(HKEY_CURRENT_USER, settings_key, name, RRF_RT_REG_SZ, nullptr, text.data(), &size);
   if (read != ERROR_SUCCESS) return {};
-  return text.c_str();
+  text.resize(std::wcslen(text.c_str()));
+  return text;
 }
 
 }  // namespace

@@ -110,9 +110,8 @@ class SqliteRuleStore final : public RuleStore {
   SqliteRuleStore(const std::filesystem::path& path, const SqliteStoreOptions& options)
       : patience_(options.patience), database_(open_store_file(path, options.patience, [&](const SqliteDatabase& file) {
           insert_content(file, options.first_content);
-        })) {
-    data_version_ = read_data_version();
-  }
+        })),
+        data_version_(read_data_version()) {}
 
   std::vector<StoredRule> load_rules() override {
     std::vector<StoredRule> rules;
@@ -220,7 +219,7 @@ class SqliteRuleStore final : public RuleStore {
 
   std::chrono::milliseconds patience_;
   SqliteDatabase database_;
-  std::int64_t data_version_ = 0;
+  std::int64_t data_version_;
 };
 
 }  // namespace
