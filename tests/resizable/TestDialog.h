@@ -57,9 +57,7 @@ class DialogFixture : public testing::Test {
  protected:
   ~DialogFixture() override { destroy(); }
 
-  void open(HWND owner = nullptr) {
-    ASSERT_NE(dialog.Create(owner), nullptr);
-  }
+  void open(HWND owner = nullptr) { ASSERT_NE(dialog.Create(owner), nullptr); }
 
   /// Opens the dialog with an initialisation of its own.
   void open_with(std::function<void()> initialise) {

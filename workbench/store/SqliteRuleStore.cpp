@@ -108,9 +108,9 @@ class Impatience {
 class SqliteRuleStore final : public RuleStore {
  public:
   SqliteRuleStore(const std::filesystem::path& path, const SqliteStoreOptions& options)
-      : patience_(options.patience), database_(open_store_file(path, options.patience, [&](const SqliteDatabase& file) {
-          insert_content(file, options.first_content);
-        })),
+      : patience_(options.patience),
+        database_(open_store_file(path, options.patience,
+                                  [&](const SqliteDatabase& file) { insert_content(file, options.first_content); })),
         data_version_(read_data_version()) {}
 
   std::vector<StoredRule> load_rules() override {
