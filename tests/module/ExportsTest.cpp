@@ -1,3 +1,4 @@
+#include "DialogDriver.h"
 #include "ModuleTest.h"
 
 namespace module_test {
@@ -80,20 +81,9 @@ TEST_F(ExportsTest, FailedCreationLeavesNoLock) {
   EXPECT_EQ(nullptr, object);
 }
 
-/// The windows of this thread and the windows that belong to nobody but messages.
-int windows_of_this_thread() {
-  int count = 0;
-  const auto counter = [](HWND, LPARAM counted) -> BOOL {
-    ++*reinterpret_cast<int*>(counted);
-    return TRUE;
-  };
-  EnumThreadWindows(GetCurrentThreadId(), counter, reinterpret_cast<LPARAM>(&count));
-  return count;
-}
-
 TEST(ModuleLifetime, LoadsAndUnloadsAHundredTimesAndLeavesNothing) {
   ASSERT_EQ(nullptr, GetModuleHandleW(L"zdExpirationRules.dll"));
-  const int windows = windows_of_this_thread();
+  const std::set<HWND> windows = test_support::windows_of_this_thread();
   for (int round = 0; round < 100; ++round) {
     {
       const Module module;
@@ -107,7 +97,7 @@ TEST(ModuleLifetime, LoadsAndUnloadsAHundredTimesAndLeavesNothing) {
     ASSERT_EQ(nullptr, GetModuleHandleW(L"zdExpirationRules.dll")) << "round " << round;
     ASSERT_EQ(nullptr, GetModuleHandleW(L"zdCommonRes.DLL")) << "round " << round;
   }
-  EXPECT_EQ(windows, windows_of_this_thread());
+  EXPECT_EQ(windows, test_support::windows_of_this_thread());
 }
 
 TEST(ModuleLifetime, LoadsAndUnloadsWithAHostAndLeavesNothing) {

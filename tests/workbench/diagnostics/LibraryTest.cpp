@@ -1,5 +1,7 @@
 #include "LibraryTest.h"
 
+#include "DialogDriver.h"
+
 namespace snagtrap_test {
 namespace {
 
@@ -227,20 +229,12 @@ TEST_F(IgnoredPlace, NeedsAFile) {
 }
 
 TEST_F(SilentMode, IsTheDefaultAndShowsNoWindow) {
-  int windows = 0;
-  const auto count = [](HWND, LPARAM counter) -> BOOL {
-    ++*reinterpret_cast<int*>(counter);
-    return TRUE;
-  };
-  EnumThreadWindows(GetCurrentThreadId(), count, reinterpret_cast<LPARAM>(&windows));
-  const int before = windows;
+  const std::set<HWND> before = test_support::windows_of_this_thread();
   EXPECT_EQ(process(L"ASSERT"), S_OK);
   EXPECT_EQ(process(L"CREATE ERROR"), S_OK);
   EXPECT_EQ(process(L"ERROR"), S_OK);
   EXPECT_EQ(command(L"REPORTDIALOG"), S_FALSE);
-  windows = 0;
-  EnumThreadWindows(GetCurrentThreadId(), count, reinterpret_cast<LPARAM>(&windows));
-  EXPECT_EQ(windows, before);
+  EXPECT_EQ(test_support::windows_of_this_thread(), before);
 }
 
 }  // namespace
