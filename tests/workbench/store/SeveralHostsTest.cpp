@@ -3,12 +3,8 @@
 #include <set>
 #include <thread>
 
-#include "MemoryRuleStore.h"
-#include "RandomCases.h"
-#include "RawDatabase.h"
+#include "FirstContent.h"
 #include "SqliteRuleStore.h"
-#include "StoreOperations.h"
-#include "StoreSamples.h"
 #include "StoreWriter.h"
 #include "TemporaryFolder.h"
 
@@ -18,50 +14,13 @@ namespace {
 
 class SeveralHosts : public testing::Test {
  protected:
-  std::unique_ptr<RuleStore> open() {
-    return open_sqlite_store(path_, {content_before_operations(), std::chrono::seconds(30)});
-  }
+  std::unique_ptr<RuleStore> open() { return open_sqlite_store(path_, {first_content(), std::chrono::seconds(30)}); }
 
   std::wstring arguments(const std::wstring& rest) const { return L'"' + path_.native() + L"\" " + rest; }
 
   TemporaryFolder folder_;
   std::filesystem::path path_ = folder_.path() / L"rules.db";
 };
-
-/// Lets a host make changes from operation `first` on, kills it after some, and answers how many it acknowledged.
-unsigned run_and_kill(const std::wstring& arguments, test_support::RandomCases& random) {
-  StoreWriter host(arguments);
-  unsigned acknowledged = 0;
-  for (unsigned wanted = random.below(20); acknowledged < wanted && host.next_acknowledged();) ++acknowledged;
-  Sleep(random.below(15));
-  host.kill();
-  EXPECT_EQ(host.exit_code(), StoreWriter::killed) << "it had ended by itself";
-  while (host.next_acknowledged()) ++acknowledged;
-  return acknowledged;
-}
-
-/// One of the ten runs, which kill 200 hosts together.
-class KilledHosts : public SeveralHosts, public testing::WithParamInterface<int> {};
-
-INSTANTIATE_TEST_SUITE_P(Run, KilledHosts, testing::Range(0, 10));
-
-TEST_P(KilledHosts, LeaveExactlyWhatTheyAcknowledged) {
-  test_support::RandomCases random;
-  MemoryRuleStore model;
-  model.replace_content(content_before_operations());
-  unsigned operation = 0;
-  for (int round = 0; round < 20; ++round) {
-    SCOPED_TRACE(random.trace(round));
-    for (unsigned left = run_and_kill(arguments(L"stream " + std::to_wstring(operation)), random); left > 0; --left)
-      apply_operation(model, operation++);
-    const Holdings now = holdings(*open());
-    // The change under way may have been made without its acknowledgement coming out.
-    if (now != holdings(model)) apply_operation(model, operation++);
-    ASSERT_EQ(now, holdings(model));
-    ASSERT_EQ(RawDatabase(path_).text("PRAGMA integrity_check"), "ok");
-  }
-  EXPECT_GT(operation, 20u);
-}
 
 TEST_F(SeveralHosts, ChangesOfTwoHostsAtOnceAreAllKept) {
   constexpr unsigned each = 40;
@@ -115,8 +74,8 @@ TEST_F(SeveralHosts, TwoHostsMakeOneNewFileTogether) {
   StoreWriter right(arguments(L"add right 1"));
   EXPECT_EQ(left.exit_code(), 0u);
   EXPECT_EQ(right.exit_code(), 0u);
-  EXPECT_EQ(open()->load_rules().size(), content_before_operations().rules.size() + 2);
-  EXPECT_EQ(open()->load_settings(), content_before_operations().settings);
+  EXPECT_EQ(open()->load_rules().size(), first_content().rules.size() + 2);
+  EXPECT_EQ(open()->load_settings(), first_content().settings);
 }
 
 }  // namespace

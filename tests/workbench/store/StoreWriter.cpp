@@ -11,27 +11,34 @@ std::filesystem::path program_folder() {
   return std::filesystem::path(path).parent_path();
 }
 
+/// A new process that writes to `output`; null when it does not start.
+HANDLE start(std::wstring command, HANDLE output) {
+  STARTUPINFOW startup{};
+  startup.cb = sizeof startup;
+  startup.dwFlags = STARTF_USESTDHANDLES;
+  startup.hStdOutput = output;
+  startup.hStdError = GetStdHandle(STD_ERROR_HANDLE);
+  PROCESS_INFORMATION started{};
+  if (!CreateProcessW(nullptr, command.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup, &started))
+    return nullptr;
+  CloseHandle(started.hThread);
+  return started.hProcess;
+}
+
 }  // namespace
 
-StoreWriter::StoreWriter(const std::wstring& arguments) {
+StoreWriter::StoreWriter(const std::wstring& arguments, const std::wstring& program) {
   SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
   HANDLE write_end = nullptr;
   CreatePipe(&output_, &write_end, &inherited, 0);
   SetHandleInformation(output_, HANDLE_FLAG_INHERIT, 0);
-
-  STARTUPINFOW start{};
-  start.cb = sizeof start;
-  start.dwFlags = STARTF_USESTDHANDLES;
-  start.hStdOutput = write_end;
-  start.hStdError = GetStdHandle(STD_ERROR_HANDLE);
-  std::wstring command = L'"' + (program_folder() / L"store_writer.exe").native() + L"\" " + arguments;
-  PROCESS_INFORMATION started{};
-  const BOOL ok =
-      CreateProcessW(nullptr, command.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &start, &started);
+  process_ = start(L'"' + (program_folder() / program).native() + L"\" " + arguments, write_end);
+  const DWORD error = GetLastError();
   CloseHandle(write_end);
-  if (!ok) throw std::runtime_error("store_writer does not start");
-  CloseHandle(started.hThread);
-  process_ = started.hProcess;
+  if (!process_) {
+    CloseHandle(output_);
+    throw std::runtime_error("a program that changes a store does not start, error " + std::to_string(error));
+  }
 }
 
 StoreWriter::~StoreWriter() {
@@ -40,17 +47,24 @@ StoreWriter::~StoreWriter() {
   CloseHandle(process_);
 }
 
-std::optional<unsigned> StoreWriter::next_acknowledged() {
-  unsigned number = 0;
+std::optional<StoreProgress> StoreWriter::next_progress() {
+  StoreProgress said{.acknowledged = true};
   bool any = false;
   char c = 0;
   DWORD count = 0;
   while (ReadFile(output_, &c, 1, &count, nullptr) && count == 1) {
-    if (c == '\n') return any ? std::optional(number) : std::nullopt;
+    if (c == '\n') return any ? std::optional(said) : std::nullopt;
+    if (c == '?') said.acknowledged = false;
     if (c < '0' || c > '9') continue;
-    number = number * 10 + static_cast<unsigned>(c - '0');
+    said.number = said.number * 10 + static_cast<unsigned>(c - '0');
     any = true;
   }
+  return std::nullopt;
+}
+
+std::optional<unsigned> StoreWriter::next_acknowledged() {
+  while (const auto said = next_progress())
+    if (said->acknowledged) return said->number;
   return std::nullopt;
 }
 

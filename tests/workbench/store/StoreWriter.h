@@ -5,13 +5,24 @@
 #include <optional>
 #include <string>
 
-/// The program `store_writer`, running; see there for its arguments. It is killed with the object.
+/// What a program says of a change on its standard output: `number?` before it begins, `number` once it is
+/// acknowledged.
+struct StoreProgress {
+  unsigned number = 0;
+  bool acknowledged = false;
+};
+
+/// A running program that changes a store: `store_writer`, see there for its arguments, or another one of this folder.
+/// It is killed with the object.
 class StoreWriter {
  public:
-  explicit StoreWriter(const std::wstring& arguments);
+  explicit StoreWriter(const std::wstring& arguments, const std::wstring& program = L"store_writer.exe");
   StoreWriter(const StoreWriter&) = delete;
   StoreWriter& operator=(const StoreWriter&) = delete;
   ~StoreWriter();
+
+  /// Waits for the next thing that the program says; nothing once there is no more.
+  std::optional<StoreProgress> next_progress();
 
   /// Waits for the next change that the program acknowledges and answers its number; nothing once there are no more.
   std::optional<unsigned> next_acknowledged();
@@ -24,6 +35,9 @@ class StoreWriter {
 
   /// Waits for the program's end and answers its exit code.
   DWORD exit_code();
+
+  /// Waits for the program's end, at most so long, and answers whether it came.
+  bool ends_within(DWORD milliseconds) { return WaitForSingleObject(process_, milliseconds) == WAIT_OBJECT_0; }
 
  private:
   HANDLE process_ = nullptr;

@@ -5,9 +5,9 @@
 #include <exception>
 #include <string>
 
+#include "FirstContent.h"
 #include "RawDatabase.h"
 #include "SqliteRuleStore.h"
-#include "StoreOperations.h"
 
 using namespace workbench;
 
@@ -17,13 +17,6 @@ namespace {
 void acknowledge(unsigned number) {
   std::printf("%u\n", number);
   std::fflush(stdout);
-}
-
-void run_stream(RuleStore& store, unsigned first) {
-  for (unsigned number = first;; ++number) {
-    apply_operation(store, number);
-    acknowledge(number);
-  }
 }
 
 void add_rules(RuleStore& store, const std::wstring& name, unsigned count) {
@@ -68,7 +61,6 @@ unsigned number_of(const wchar_t* argument) { return static_cast<unsigned>(std::
 
 }  // namespace
 
-/// store_writer FILE stream FIRST: applies operation FIRST and all that follow, until it is killed.
 /// store_writer FILE add NAME COUNT: adds COUNT rules whose names begin with NAME.
 /// store_writer FILE count RULE TIMES: adds 1 to the number in the name of rule RULE, until that happened TIMES times;
 /// acknowledges 0 when it is ready and waits for the event of its test, then each new number and at last how many times
@@ -78,8 +70,7 @@ unsigned number_of(const wchar_t* argument) { return static_cast<unsigned>(std::
 int wmain(int argc, wchar_t** argv) try {
   if (argc < 4) return EXIT_FAILURE;
   const std::wstring task = argv[2];
-  const auto store = open_sqlite_store(argv[1], {content_before_operations(), std::chrono::seconds(30)});
-  if (task == L"stream") run_stream(*store, number_of(argv[3]));
+  const auto store = open_sqlite_store(argv[1], {first_content(), std::chrono::seconds(30)});
   if (task == L"hold") hold(argv[1]);
   if (argc < 5) return EXIT_FAILURE;
   const auto rule = static_cast<long>(number_of(argv[3]));
