@@ -11,7 +11,7 @@ namespace {
 /// Follows other input through the queue and marks its end. No keyboard has it, and no window gets to see it. Each one
 /// carries a number.
 constexpr WORD marker_key = VK_F24;
-constexpr ULONGLONG patience_ms = 10'000;
+constexpr ULONGLONG patience_ms = 30'000;
 
 LPARAM last_sent_marker = 0;
 LPARAM last_passed_marker = 0;
@@ -84,13 +84,14 @@ LONG in_parts_of_screen(LONG pixels, int metric) {
   return (pixels * 0x10000 + size - 1) / size;
 }
 
-/// Says where it happens: the screen may still be telling where the mouse was before.
-INPUT mouse_event(DWORD flags, POINT place) {
+/// Says where it happens, as the screen may still be telling where the mouse was before, and when.
+INPUT mouse_event(DWORD flags, POINT place, DWORD time) {
   INPUT input = {};
   input.type = INPUT_MOUSE;
   input.mi.dx = in_parts_of_screen(place.x, SM_CXSCREEN);
   input.mi.dy = in_parts_of_screen(place.y, SM_CYSCREEN);
   input.mi.dwFlags = flags | MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE;
+  input.mi.time = time;
   return input;
 }
 
@@ -137,8 +138,10 @@ void click(HWND window) {
 void click(HWND window, POINT point, int times) {
   ClientToScreen(window, &point);
   EXPECT_TRUE(SetCursorPos(point.x, point.y));
+  // However slowly they are handled, clicks of one time make a double click.
+  const DWORD now = GetTickCount();
   for (int count = 0; count < times; ++count) {
-    send({mouse_event(MOUSEEVENTF_LEFTDOWN, point), mouse_event(MOUSEEVENTF_LEFTUP, point)});
+    send({mouse_event(MOUSEEVENTF_LEFTDOWN, point, now), mouse_event(MOUSEEVENTF_LEFTUP, point, now)});
     settle();
   }
 }
