@@ -14,21 +14,26 @@ endforeach()
 
 include(GoogleTest)
 
-# zd_add_test(name SOURCES ... USES ... [RESOURCES ...] [TIMEOUT seconds] [ALONE] [LARGE] [UNCOUNTED]): the program
-# name_tests, whose tests CTest knows as name.Suite.Test, with the label name.
+# zd_add_test(name SOURCES ... USES ... [RESOURCES ...] [TIMEOUT seconds] [ALONE] [SCREEN] [LARGE] [UNCOUNTED]): the
+# program name_tests, whose tests CTest knows as name.Suite.Test, with the label name.
 #   RESOURCES  targets that hold compiled resources, or .rc files
-#   TIMEOUT    how long one test may take before the watchdog ends it; 60 by default
+#   TIMEOUT    how long one test may take before the watchdog ends it; 180 by default
 #   ALONE      for tests that own the keyboard, the mouse and the foreground: nothing runs beside them
+#   SCREEN     for tests that show windows: only one such test runs at a time, since only one window is the active one
 #   LARGE      for tests of large amounts: without the heap's own checks, whose time grows with all that is allocated
 #   UNCOUNTED  left out when lines are counted: its repetitions would take minutes and run hardly a further line
 # Tests of one room share registry keys and files, so they run one after the other; rooms run side by side.
 function(zd_add_test name)
-  cmake_parse_arguments(TEST "ALONE;LARGE;UNCOUNTED" "TIMEOUT" "SOURCES;USES;RESOURCES" ${ARGN})
+  cmake_parse_arguments(TEST "ALONE;SCREEN;LARGE;UNCOUNTED" "TIMEOUT" "SOURCES;USES;RESOURCES" ${ARGN})
   if(NOT TEST_TIMEOUT)
-    set(TEST_TIMEOUT 60)
+    set(TEST_TIMEOUT 180)
+  endif()
+  set(shared ${name})
+  if(TEST_SCREEN)
+    set(shared screen)
   endif()
   # CTest's own limit is the second line of defence, for a process that never reaches its main function.
-  math(EXPR ctest_timeout "${TEST_TIMEOUT} + 30")
+  math(EXPR ctest_timeout "${TEST_TIMEOUT} + 60")
 
   set(target ${name}_tests)
   add_executable(${target} ${TEST_SOURCES})
@@ -51,14 +56,14 @@ function(zd_add_test name)
   gtest_discover_tests(
     ${target}
     DISCOVERY_MODE PRE_TEST
-    DISCOVERY_TIMEOUT 120
+    DISCOVERY_TIMEOUT 300
     NO_PRETTY_VALUES
     TEST_PREFIX ${name}.
     PROPERTIES
       LABELS ${name}
       TIMEOUT ${ctest_timeout}
       RUN_SERIAL ${TEST_ALONE}
-      RESOURCE_LOCK ${name}
+      RESOURCE_LOCK ${shared}
       ENVIRONMENT ZD_TEST_WATCHDOG=${TEST_TIMEOUT}
       ENVIRONMENT_MODIFICATION WINEDEBUG=set:-all${heap_checks})
 endfunction()
