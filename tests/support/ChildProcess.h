@@ -28,7 +28,7 @@ class ChildProcess {
   DWORD id() const { return id_; }
 
   /// Waits until the process ends, at most `limit_ms`, then ends it. Called once.
-  ChildResult wait(DWORD limit_ms = 30'000);
+  ChildResult wait(DWORD limit_ms = 60'000);
 
  private:
   HANDLE process_ = nullptr;

@@ -8,7 +8,7 @@ namespace tour {
 
 namespace {
 
-constexpr UINT patience_ms = 2000;
+constexpr UINT patience_ms = 10'000;
 constexpr size_t longest_text = 1024;
 
 DWORD_PTR ask(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {

@@ -1,7 +1,7 @@
 # Sourced by the tour: real keyboard and mouse, what the screen shows, pictures, and expectations that fail loudly.
 # Everything here works on any window; TITLE is a window's title and ID a control's identifier.
 
-readonly patience_s=15
+readonly patience_s=60
 
 say() { echo "== $*"; }
 
