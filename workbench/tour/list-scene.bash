@@ -13,8 +13,7 @@ expect "the workbench" window_state "$workbench" = disabled
 picture
 
 step rule-opened "a double-click on a row opens its rule, and Esc leaves everything as it was"
-in_list click_row "$used_rule" 2
-await "the editor" window_is_open "$editor"
+in_list open_row "$used_rule" "$editor"
 expect "the name" control_text "$editor" "$name_edit" = "$used_rule"
 picture
 cancel_editor

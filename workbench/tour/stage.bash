@@ -107,6 +107,20 @@ click_row() {
   click_at $((x + 60)) $((y + height / 2)) "${4:-1}"
 }
 
+# open_row TITLE ID TEXT WINDOW: double-clicks the row until the window opens: clicks that a busy machine hands on one by
+# one make no double click.
+open_row() {
+  local deadline=$((SECONDS + patience_s)) moment
+  while ((SECONDS < deadline)); do
+    click_row "$1" "$2" "$3" 2
+    for moment in {1..30}; do
+      if window_is_open "$4"; then return; fi
+      sleep 0.1
+    done
+  done
+  fail "\"$4\" is not opened by a double click on \"$3\""
+}
+
 # replace_text TITLE ID TEXT: clicks into an edit, selects what is there and types over it.
 replace_text() {
   click_control "$1" "$2"

@@ -43,7 +43,6 @@ stored() {
 
 # open_rule RULE: double-click on a rule in the pane.
 open_rule() {
-  click_row "$workbench" "$rules_pane" "$1" 2
-  await "the editor" window_is_open "$editor"
+  open_row "$workbench" "$rules_pane" "$1" "$editor"
   expect "the rule's name" control_text "$editor" "$name_edit" = "$1"
 }
