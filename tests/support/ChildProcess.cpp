@@ -1,16 +1,17 @@
 #include "ChildProcess.h"
 
 #include <filesystem>
+#include <iostream>
 #include <stdexcept>
 #include <thread>
 
 namespace test_support {
 namespace {
 
-std::wstring command_line(const std::wstring& program, const std::vector<std::wstring>& arguments) {
-  std::wstring line = L'"' + program + L'"';
-  for (const std::wstring& argument : arguments) line += L" \"" + argument + L'"';
-  return line;
+std::wstring quoted(const std::vector<std::wstring>& arguments) {
+  std::wstring all;
+  for (const std::wstring& argument : arguments) all += L'"' + argument + L"\" ";
+  return all;
 }
 
 std::string read_all(HANDLE pipe) {
@@ -23,12 +24,32 @@ std::string read_all(HANDLE pipe) {
 
 }  // namespace
 
-ChildProcess::ChildProcess(const std::wstring& program, const std::vector<std::wstring>& arguments) {
+StartedProgram::StartedProgram(const std::wstring& program, const std::wstring& arguments) {
   HANDLE output_end = nullptr;
   SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
   if (!CreatePipe(&output_, &output_end, &inherited, 0)) throw std::runtime_error("no pipe for a child process");
   SetHandleInformation(output_, HANDLE_FLAG_INHERIT, 0);
 
+  const std::wstring command_line = L'"' + program + L"\" " + arguments;
+  bool runs = start(command_line, output_end);
+  if (!runs) {
+    // One start in thousands fails on the test platform before anything of the program runs.
+    std::cout << "a child process did not start, error " << GetLastError() << ", and is started again\n";
+    runs = start(command_line, output_end);
+  }
+  const DWORD error = GetLastError();
+  CloseHandle(output_end);
+  if (runs) return;
+  CloseHandle(output_);
+  throw std::runtime_error("a child process does not start, error " + std::to_string(error));
+}
+
+StartedProgram::~StartedProgram() {
+  CloseHandle(output_);
+  CloseHandle(process_);
+}
+
+bool StartedProgram::start(const std::wstring& command_line, HANDLE output_end) {
   STARTUPINFOW startup{};
   startup.cb = sizeof startup;
   startup.dwFlags = STARTF_USESTDHANDLES;
@@ -36,32 +57,27 @@ ChildProcess::ChildProcess(const std::wstring& program, const std::vector<std::w
   startup.hStdOutput = output_end;
   startup.hStdError = GetStdHandle(STD_ERROR_HANDLE);
   PROCESS_INFORMATION started{};
-  std::wstring line = command_line(program, arguments);
-  const BOOL created =
-      CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup, &started);
-  CloseHandle(output_end);
-  if (!created) {
-    CloseHandle(output_);
-    throw std::runtime_error("a child process does not start");
-  }
+  // The call may write to its line.
+  std::wstring line = command_line;
+  if (!CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup, &started))
+    return false;
   CloseHandle(started.hThread);
   process_ = started.hProcess;
   id_ = started.dwProcessId;
+  return true;
 }
 
-ChildProcess::~ChildProcess() {
-  CloseHandle(output_);
-  CloseHandle(process_);
-}
+ChildProcess::ChildProcess(const std::wstring& program, const std::vector<std::wstring>& arguments)
+    : started_(program, quoted(arguments)) {}
 
 ChildResult ChildProcess::wait(DWORD limit_ms) {
   ChildResult result{};
-  std::thread reader([&] { result.output = read_all(output_); });
-  result.timed_out = WaitForSingleObject(process_, limit_ms) != WAIT_OBJECT_0;
-  if (result.timed_out) TerminateProcess(process_, 1);
+  std::thread reader([&] { result.output = read_all(started_.output()); });
+  result.timed_out = WaitForSingleObject(started_.process(), limit_ms) != WAIT_OBJECT_0;
+  if (result.timed_out) TerminateProcess(started_.process(), 1);
   reader.join();
-  WaitForSingleObject(process_, INFINITE);
-  GetExitCodeProcess(process_, &result.exit_code);
+  WaitForSingleObject(started_.process(), INFINITE);
+  GetExitCodeProcess(started_.process(), &result.exit_code);
   return result;
 }
 

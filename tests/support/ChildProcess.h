@@ -15,25 +15,43 @@ struct ChildResult {
   bool timed_out;
 };
 
+/// A program that was started, with a pipe for its standard output. It goes on when this object is gone.
+class StartedProgram {
+ public:
+  /// Starts a program with what follows its name on the command line. Its standard input and error are this process's.
+  /// Throws `std::runtime_error` when it cannot be started.
+  StartedProgram(const std::wstring& program, const std::wstring& arguments);
+  ~StartedProgram();
+  StartedProgram(const StartedProgram&) = delete;
+  StartedProgram& operator=(const StartedProgram&) = delete;
+
+  HANDLE process() const { return process_; }
+  HANDLE output() const { return output_; }
+  DWORD id() const { return id_; }
+
+ private:
+  /// Answers whether the program runs, which writes to `output_end`.
+  bool start(const std::wstring& command_line, HANDLE output_end);
+
+  HANDLE process_ = nullptr;
+  HANDLE output_ = nullptr;
+  DWORD id_ = 0;
+};
+
 /// A running child process.
 class ChildProcess {
  public:
   /// Starts a program with arguments, none of which may hold a double quote. Its standard error is this process's.
   /// Throws `std::runtime_error` when it cannot be started.
   ChildProcess(const std::wstring& program, const std::vector<std::wstring>& arguments);
-  ~ChildProcess();
-  ChildProcess(const ChildProcess&) = delete;
-  ChildProcess& operator=(const ChildProcess&) = delete;
 
-  DWORD id() const { return id_; }
+  DWORD id() const { return started_.id(); }
 
   /// Waits until the process ends, at most `limit_ms`, then ends it. Called once.
   ChildResult wait(DWORD limit_ms = 60'000);
 
  private:
-  HANDLE process_ = nullptr;
-  HANDLE output_ = nullptr;
-  DWORD id_ = 0;
+  StartedProgram started_;
 };
 
 /// Starts a program and waits for it.

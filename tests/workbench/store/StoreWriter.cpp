@@ -1,67 +1,14 @@
 #include "StoreWriter.h"
 
-#include <filesystem>
-#include <iostream>
-#include <stdexcept>
-
-namespace {
-
-std::filesystem::path program_folder() {
-  wchar_t path[MAX_PATH];
-  GetModuleFileNameW(nullptr, path, MAX_PATH);
-  return std::filesystem::path(path).parent_path();
-}
-
-/// A new process that writes to `output`; null when it does not start.
-HANDLE try_start(std::wstring command, HANDLE output) {
-  STARTUPINFOW startup{};
-  startup.cb = sizeof startup;
-  startup.dwFlags = STARTF_USESTDHANDLES;
-  startup.hStdOutput = output;
-  startup.hStdError = GetStdHandle(STD_ERROR_HANDLE);
-  PROCESS_INFORMATION started{};
-  if (!CreateProcessW(nullptr, command.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup, &started))
-    return nullptr;
-  CloseHandle(started.hThread);
-  return started.hProcess;
-}
-
-/// One start in thousands fails on the test platform before anything of the program runs. It is made again, and told.
-HANDLE start(const std::wstring& command, HANDLE output) {
-  const HANDLE process = try_start(command, output);
-  if (process) return process;
-  std::cout << "a program did not start, error " << GetLastError() << ", and is started again\n";
-  return try_start(command, output);
-}
-
-}  // namespace
-
-StoreWriter::StoreWriter(const std::wstring& arguments, const std::wstring& program) {
-  SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
-  HANDLE write_end = nullptr;
-  CreatePipe(&output_, &write_end, &inherited, 0);
-  SetHandleInformation(output_, HANDLE_FLAG_INHERIT, 0);
-  process_ = start(L'"' + (program_folder() / program).native() + L"\" " + arguments, write_end);
-  const DWORD error = GetLastError();
-  CloseHandle(write_end);
-  if (!process_) {
-    CloseHandle(output_);
-    throw std::runtime_error("a program that changes a store does not start, error " + std::to_string(error));
-  }
-}
-
-StoreWriter::~StoreWriter() {
-  kill();
-  CloseHandle(output_);
-  CloseHandle(process_);
-}
+StoreWriter::StoreWriter(const std::wstring& arguments, const std::wstring& program)
+    : started_(test_support::program_folder() + L'\\' + program, arguments) {}
 
 std::optional<StoreProgress> StoreWriter::next_progress() {
   StoreProgress said{.acknowledged = true};
   bool any = false;
   char c = 0;
   DWORD count = 0;
-  while (ReadFile(output_, &c, 1, &count, nullptr) && count == 1) {
+  while (ReadFile(started_.output(), &c, 1, &count, nullptr) && count == 1) {
     if (c == '\n') return any ? std::optional(said) : std::nullopt;
     if (c == '?') said.acknowledged = false;
     if (c < '0' || c > '9') continue;
@@ -77,14 +24,16 @@ std::optional<unsigned> StoreWriter::next_acknowledged() {
   return std::nullopt;
 }
 
+StoreWriter::~StoreWriter() { kill(); }
+
 void StoreWriter::kill() {
-  TerminateProcess(process_, killed);
+  TerminateProcess(started_.process(), killed);
   exit_code();
 }
 
 DWORD StoreWriter::exit_code() {
-  WaitForSingleObject(process_, INFINITE);
+  WaitForSingleObject(started_.process(), INFINITE);
   DWORD code = 0;
-  GetExitCodeProcess(process_, &code);
+  GetExitCodeProcess(started_.process(), &code);
   return code;
 }

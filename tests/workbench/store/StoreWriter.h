@@ -5,6 +5,8 @@
 #include <optional>
 #include <string>
 
+#include "ChildProcess.h"
+
 /// What a program says of a change on its standard output: `number?` before it begins, `number` once it is
 /// acknowledged.
 struct StoreProgress {
@@ -37,9 +39,10 @@ class StoreWriter {
   DWORD exit_code();
 
   /// Waits for the program's end, at most so long, and answers whether it came.
-  bool ends_within(DWORD milliseconds) { return WaitForSingleObject(process_, milliseconds) == WAIT_OBJECT_0; }
+  bool ends_within(DWORD milliseconds) {
+    return WaitForSingleObject(started_.process(), milliseconds) == WAIT_OBJECT_0;
+  }
 
  private:
-  HANDLE process_ = nullptr;
-  HANDLE output_ = nullptr;
+  test_support::StartedProgram started_;
 };
