@@ -17,12 +17,13 @@ include(GoogleTest)
 # zd_add_test(name SOURCES ... USES ... [RESOURCES ...] [TIMEOUT seconds] [ALONE] [SCREEN] [LARGE] [UNCOUNTED]): the
 # program name_tests, whose tests CTest knows as name.Suite.Test, with the label name.
 #   RESOURCES  targets that hold compiled resources, or .rc files
-#   TIMEOUT    how long one test may take before the watchdog ends it; 180 by default
+#   TIMEOUT    how long one test may take before the watchdog ends it; 180 by default. The longest start first.
 #   ALONE      for tests that own the keyboard, the mouse and the foreground: nothing runs beside them
 #   SCREEN     for tests that show windows: only one such test runs at a time, since only one window is the active one
 #   LARGE      for tests of large amounts: without the heap's own checks, whose time grows with all that is allocated
 #   UNCOUNTED  left out when lines are counted: its repetitions would take minutes and run hardly a further line
-# Tests of one room share registry keys and files, so they run one after the other; rooms run side by side.
+# Tests of one room share registry keys and files, so they run one after the other; rooms run side by side,
+# except that of all SCREEN rooms one test runs at a time.
 function(zd_add_test name)
   cmake_parse_arguments(TEST "ALONE;SCREEN;LARGE;UNCOUNTED" "TIMEOUT" "SOURCES;USES;RESOURCES" ${ARGN})
   if(NOT TEST_TIMEOUT)
@@ -61,6 +62,7 @@ function(zd_add_test name)
     TEST_PREFIX ${name}.
     PROPERTIES
       LABELS ${name}
+      COST ${TEST_TIMEOUT}
       TIMEOUT ${ctest_timeout}
       RUN_SERIAL ${TEST_ALONE}
       RESOURCE_LOCK ${shared}

@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr DWORD default_limit_s = 60;
+constexpr DWORD default_limit_s = 180;
 
 /// Seconds, from the environment variable ZD_TEST_WATCHDOG; 0 switches the watchdog off, for a debugger.
 DWORD watchdog_limit_ms() {

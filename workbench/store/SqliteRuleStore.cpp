@@ -1,6 +1,6 @@
 #include "SqliteRuleStore.h"
 
-#include <utility>
+#include <optional>
 
 #include "SqliteDatabase.h"
 #include "StoreFile.h"
@@ -175,8 +175,9 @@ class SqliteRuleStore final : public RuleStore {
   }
 
   bool poll_for_changes() override {
-    const std::int64_t seen = std::exchange(data_version_, read_data_version());
-    if (seen == data_version_) return false;
+    const auto found = read_data_version();
+    if (!found || found == data_version_) return false;
+    data_version_ = found;
     notify_subscribers();
     return true;
   }
@@ -206,20 +207,21 @@ class SqliteRuleStore final : public RuleStore {
         .run();
   }
 
-  /// Counts the changes by other connections. A file that is held just now has not changed yet, so nobody waits for it.
-  std::int64_t read_data_version() {
+  /// Counts the changes by other connections. A file that is held just now tells nothing: nobody waits for a change
+  /// that is not made yet, and the next look sees it.
+  std::optional<std::int64_t> read_data_version() {
     const Impatience impatience(database_, patience_);
     try {
       return database_.integer("PRAGMA data_version");
     } catch (const StoreError& error) {
       if (error.kind() != StoreErrorKind::locked) throw;
-      return data_version_;
+      return std::nullopt;
     }
   }
 
   std::chrono::milliseconds patience_;
   SqliteDatabase database_;
-  std::int64_t data_version_;
+  std::optional<std::int64_t> data_version_;
 };
 
 }  // namespace

@@ -85,8 +85,22 @@ row_count() { read_screen rows "$1" "$2" | grep -c ''; }
 
 # Keyboard and mouse.
 
-press() { xdotool key --clearmodifiers --delay 60 "$@"; }
-type_text() { xdotool type --clearmodifiers --delay 40 -- "$1"; }
+# The one window that answers: dialogs disable the windows below them. An open menu leaves the keyboard to its window.
+answering_window() { read_screen windows | awk -F '\t' '$7 ~ /enabled/ && $2 != "#32768" { print $1; exit }'; }
+
+# The window manager gives the keyboard to a window some time after that has opened, and keys go nowhere meanwhile.
+keyboard_is_there() { [ "$(xdotool getwindowfocus getwindowname 2>/dev/null)" = "$(answering_window)" ]; }
+await_keyboard() { await "the keyboard at the window that answers" keyboard_is_there; }
+
+press() {
+  await_keyboard
+  xdotool key --clearmodifiers --delay 60 "$@"
+}
+
+type_text() {
+  await_keyboard
+  xdotool type --clearmodifiers --delay 40 -- "$1"
+}
 
 # click_at X Y [COUNT]
 click_at() { xdotool mousemove "$1" "$2" click --repeat "${3:-1}" --delay 80 1; }
@@ -108,11 +122,11 @@ click_row() {
 }
 
 # open_row TITLE ID TEXT WINDOW: double-clicks the row until the window opens: clicks that a busy machine hands on one by
-# one make no double click.
+# one make no double click. A window that is disabled has taken them and is about to open the other.
 open_row() {
   local deadline=$((SECONDS + patience_s)) moment
   while ((SECONDS < deadline)); do
-    click_row "$1" "$2" "$3" 2
+    [ "$(window_state "$1")" = disabled ] || click_row "$1" "$2" "$3" 2
     for moment in {1..30}; do
       if window_is_open "$4"; then return; fi
       sleep 0.1

@@ -5,8 +5,8 @@
 #include "RuleStream.h"
 #include "StorageBlock.h"
 
-/// The rules of the host that runs this plug-in, read and changed by the very calls that the module's dialogs make.
-/// What the host refuses is thrown as a `_com_error`.
+/// The rules of the host that runs this plug-in, read and changed by the module's own functions for the host's
+/// tables. What the host refuses is thrown as a `_com_error`.
 class HostRules {
  public:
   /// `storage` is the host's storage object.

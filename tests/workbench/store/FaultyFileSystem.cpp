@@ -4,7 +4,7 @@
 
 namespace {
 
-enum class Fault { none, broken_once, broken, full };
+enum class Fault { none, broken_once, broken, full, held };
 
 struct Orders {
   Fault fault = Fault::none;
@@ -16,14 +16,16 @@ Orders orders;
 sqlite3_vfs* real_vfs = nullptr;
 sqlite3_vfs faulty_vfs;
 
-bool fails(bool is_write = false) {
-  if (orders.fault == Fault::none || (orders.fault == Fault::full && !is_write)) return false;
+/// Whether a call meets the fault that is ordered. `own` is the one that only calls of its kind meet.
+bool fails(Fault own = Fault::none) {
+  const bool meets_all = orders.fault == Fault::broken_once || orders.fault == Fault::broken;
+  if (orders.fault == Fault::none || (!meets_all && orders.fault != own)) return false;
   if (orders.calls_left > 1) {
     --orders.calls_left;
     return false;
   }
   orders.failed = true;
-  if (orders.fault == Fault::broken_once) orders.fault = Fault::none;
+  if (orders.fault == Fault::broken_once || orders.fault == Fault::held) orders.fault = Fault::none;
   return true;
 }
 
@@ -42,7 +44,7 @@ int read(sqlite3_file* file, void* buffer, int size, sqlite3_int64 offset) {
 
 int write(sqlite3_file* file, const void* buffer, int size, sqlite3_int64 offset) {
   const bool is_full = orders.fault == Fault::full;
-  if (fails(true)) return is_full ? SQLITE_FULL : SQLITE_IOERR_WRITE;
+  if (fails(Fault::full)) return is_full ? SQLITE_FULL : SQLITE_IOERR_WRITE;
   return real(file)->pMethods->xWrite(real(file), buffer, size, offset);
 }
 
@@ -59,7 +61,9 @@ int file_size(sqlite3_file* file, sqlite3_int64* size) {
 }
 
 int lock(sqlite3_file* file, int level) {
-  return fails() ? SQLITE_IOERR_LOCK : real(file)->pMethods->xLock(real(file), level);
+  const bool is_held = orders.fault == Fault::held;
+  if (fails(Fault::held)) return is_held ? SQLITE_BUSY : SQLITE_IOERR_LOCK;
+  return real(file)->pMethods->xLock(real(file), level);
 }
 
 int unlock(sqlite3_file* file, int level) { return real(file)->pMethods->xUnlock(real(file), level); }
@@ -122,6 +126,8 @@ void FaultyFileSystem::break_call(int nth, bool lasting) {
 }
 
 void FaultyFileSystem::fill_at_write(int nth) { orders = {Fault::full, nth, false}; }
+
+void FaultyFileSystem::hold_at_lock(int nth) { orders = {Fault::held, nth, false}; }
 
 void FaultyFileSystem::mend() { orders.fault = Fault::none; }
 

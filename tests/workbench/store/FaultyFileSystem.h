@@ -17,6 +17,9 @@ class FaultyFileSystem {
   /// The `nth` write from now on and all that follow find the disk full.
   void fill_at_write(int nth);
 
+  /// The `nth` lock from now on finds that another program holds the file.
+  void hold_at_lock(int nth);
+
   /// Nothing fails any more.
   void mend();
 

@@ -102,6 +102,27 @@ TEST(StoreOnAFullDisk, EveryChangeSaysSo) {
   }
 }
 
+/// A store that could not ask for the changes of others when it opened says at its first look that there may be one.
+TEST(StoreHeldByAnotherProgram, OpensAndMissesNoChange) {
+  TemporaryFolder folder;
+  FaultyFileSystem disk;
+  const std::filesystem::path path = folder.path() / L"rules.db";
+  open(path);
+  int held = 0;
+  int told = 0;
+  for (;; ++held) {
+    disk.hold_at_lock(held + 1);
+    const auto store = open(path);
+    const bool failed = disk.failed();
+    disk.mend();
+    if (!failed) break;
+    told += store->poll_for_changes();
+    EXPECT_FALSE(store->poll_for_changes());
+  }
+  EXPECT_GT(held, 1);
+  EXPECT_EQ(told, 1);
+}
+
 class StoreMakingFault : public testing::TestWithParam<DiskFault> {
  protected:
   TemporaryFolder folder_;
