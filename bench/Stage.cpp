@@ -51,7 +51,8 @@ BOOL DialogOwner::ProcessWindowMessage(HWND, UINT message, WPARAM, LPARAM lParam
   return FALSE;
 }
 
-/// Without this window in front, dialogs would open over none and never tell that they are idle.
+/// The window manager takes its time. Without this window in front, dialogs would open over none and never tell that
+/// they are idle.
 void DialogOwner::activate() const {
   const ULONGLONG end = GetTickCount64() + patience_ms;
   do {
