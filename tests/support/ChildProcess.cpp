@@ -63,7 +63,6 @@ bool StartedProgram::start(const std::wstring& command_line, HANDLE output_end) 
     return false;
   CloseHandle(started.hThread);
   process_ = started.hProcess;
-  id_ = started.dwProcessId;
   return true;
 }
 

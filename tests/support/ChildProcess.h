@@ -27,7 +27,7 @@ class StartedProgram {
 
   HANDLE process() const { return process_; }
   HANDLE output() const { return output_; }
-  DWORD id() const { return id_; }
+  DWORD id() const { return GetProcessId(process_); }
 
  private:
   /// Answers whether the program runs, which writes to `output_end`.
@@ -35,7 +35,6 @@ class StartedProgram {
 
   HANDLE process_ = nullptr;
   HANDLE output_ = nullptr;
-  DWORD id_ = 0;
 };
 
 /// A running child process.
