@@ -21,17 +21,17 @@ double Stopwatch::seconds() const noexcept {
 }
 
 Result play(const Benchmark& benchmark, int rounds) {
-  const Contest contest = benchmark.prepare();
-  contest.subject();
-  contest.floor();
+  const BaselineComparison comparison = benchmark.prepare();
+  comparison.subject();
+  comparison.floor();
   std::vector<double> subjects;
   std::vector<double> floors;
   std::vector<double> ratios;
   for (int round = 0; round < rounds; ++round) {
     // Whoever comes second finds warmer caches: they take turns.
     const bool subject_first = round % 2 == 0;
-    const double first = subject_first ? contest.subject() : contest.floor();
-    const double second = subject_first ? contest.floor() : contest.subject();
+    const double first = subject_first ? comparison.subject() : comparison.floor();
+    const double second = subject_first ? comparison.floor() : comparison.subject();
     subjects.push_back(subject_first ? first : second);
     floors.push_back(subject_first ? second : first);
     ratios.push_back(subjects.back() / floors.back());

@@ -28,7 +28,7 @@ class Stopwatch {
 using Measurement = std::function<double()>;
 
 /// Two ways to the same end: the program's, and the floor, the cheapest that the system allows.
-struct Contest {
+struct BaselineComparison {
   Measurement subject;
   Measurement floor;
 };
@@ -36,8 +36,8 @@ struct Contest {
 /// One row of the table.
 struct Benchmark {
   std::string name;
-  double goal;                       ///< how many times the floor the subject may take
-  std::function<Contest()> prepare;  ///< called once, before the row's first round
+  double goal;                                  ///< how many times the floor the subject may take
+  std::function<BaselineComparison()> prepare;  ///< called once, before the row's first round
 };
 
 /// What one row has shown: medians over the rounds, in seconds; the ratio is that of subject and floor round by round.

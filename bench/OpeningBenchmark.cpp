@@ -3,7 +3,7 @@
 
 #include "BareList.h"
 #include "Benchmark.h"
-#include "Stage.h"
+#include "BenchmarkHost.h"
 
 namespace {
 
@@ -20,10 +20,10 @@ class BareEditor : public platform::CDialogImpl<BareEditor> {
 struct Opening {
   std::vector<std::wstring> names = bench::rule_names(rule_count);
   bench::DialogOwner owner;
-  bench::Stage stage{names};
+  bench::BenchmarkHost stage{names};
 };
 
-bench::Contest list_contest() {
+bench::BaselineComparison list_comparison() {
   bench::prepare_controls();
   const auto opening = std::make_shared<Opening>();
   return {[=] { return opening->owner.time_to_first_paint([&] { opening->stage.open_list(); }); },
@@ -33,15 +33,15 @@ bench::Contest list_contest() {
           }};
 }
 
-bench::Contest editor_contest() {
+bench::BaselineComparison editor_comparison() {
   bench::prepare_controls();
   const auto opening = std::make_shared<Opening>();
   return {[=] { return opening->owner.time_to_first_paint([&] { opening->stage.show_rule(shown_rule); }); },
           [=] { return opening->owner.time_to_first_paint([&] { BareEditor().DoModal(opening->owner.window()); }); }};
 }
 
-const bench::Registration list({"opening the list of 40 rules", 1.15, list_contest});
+const bench::Registration list({"opening the list of 40 rules", 1.15, list_comparison});
 // No goal: the bare dialog does not even fill its controls.
-const bench::Registration editor({"opening the editor", 0, editor_contest});
+const bench::Registration editor({"opening the editor", 0, editor_comparison});
 
 }  // namespace

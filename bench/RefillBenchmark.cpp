@@ -45,7 +45,7 @@ double measure(HWND dialog, int repetitions, const Refill& refill) {
   return watch.seconds() / repetitions;
 }
 
-bench::Contest refill_contest(int count, int repetitions) {
+bench::BaselineComparison refill_comparison(int count, int repetitions) {
   bench::prepare_controls();
   const std::vector<std::wstring> names = bench::rule_names(count);
   const auto list = std::make_shared<RuleList>(names);
@@ -57,8 +57,8 @@ bench::Contest refill_contest(int count, int repetitions) {
           [=] { return measure(bare->dialog.m_hWnd, repetitions, [&] { bare->dialog.fill(); }); }};
 }
 
-const bench::Registration ten({"refill of 10 rules", 1.2, [] { return refill_contest(10, 20); }});
-const bench::Registration thousand({"refill of 1,000 rules", 1.2, [] { return refill_contest(1'000, 1); }});
-const bench::Registration many({"refill of 20,000 rules", 1.2, [] { return refill_contest(20'000, 1); }});
+const bench::Registration ten({"refill of 10 rules", 1.2, [] { return refill_comparison(10, 20); }});
+const bench::Registration thousand({"refill of 1,000 rules", 1.2, [] { return refill_comparison(1'000, 1); }});
+const bench::Registration many({"refill of 20,000 rules", 1.2, [] { return refill_comparison(20'000, 1); }});
 
 }  // namespace

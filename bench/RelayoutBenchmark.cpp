@@ -133,14 +133,14 @@ std::shared_ptr<Dialog> opened() {
   return dialog;
 }
 
-bench::Contest batch_contest() {
+bench::BaselineComparison batch_comparison() {
   const auto library = opened<LibraryDialog>();
   const auto by_hand = opened<HandWrittenDialog>();
   return {[=] { return measure(library->m_hWnd, [&] { library->ArrangeLayout(); }); },
           [=] { return measure(by_hand->m_hWnd, [&] { by_hand->arrange(); }); }};
 }
 
-bench::Contest handler_contest() {
+bench::BaselineComparison handler_comparison() {
   const auto library = opened<LibraryDialog>();
   const auto by_hand = opened<HandWrittenDialog>();
   return {[=] { return measure(library->m_hWnd, [&] { library->size(); }); },
@@ -152,7 +152,7 @@ bench::Contest handler_contest() {
           }};
 }
 
-const bench::Registration batch({"relayout of the list's six children", 1.05, batch_contest});
-const bench::Registration handler({"whole size handler, with the grip", 1.05, handler_contest});
+const bench::Registration batch({"relayout of the list's six children", 1.05, batch_comparison});
+const bench::Registration handler({"whole size handler, with the grip", 1.05, handler_comparison});
 
 }  // namespace

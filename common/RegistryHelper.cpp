@@ -32,7 +32,7 @@ std::wstring process_file_name() {
 }
 
 /// Support staff know this one function by its full name.
-SnagtrapUtil::SourcePlace path_place(SnagtrapUtil::SourcePlace place) noexcept {
+SnagtrapUtil::SourceLocation path_place(SnagtrapUtil::SourceLocation place) noexcept {
   place.function = "zd_common::ZDRegistryPath";
   return place;
 }
@@ -65,7 +65,7 @@ _bstr_t ZDRegistryPath() {
   const VersionRecord record = read_version_record();
   const LONG status = compose_registry_path(&path, record.registry_company, record.registry_product);
   if (status != 0) {
-    SnagtrapUtil::report_hresult(status, path_place(ZD_PLACE_IN("RegistryHelper.h", path_line)));
+    SnagtrapUtil::report_hresult(status, path_place(ZD_LOCATION_IN("RegistryHelper.h", path_line)));
   }
   return platform::take_string(path);
 }

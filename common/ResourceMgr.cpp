@@ -14,11 +14,11 @@ constexpr wchar_t shared_module_name[] = L"zdCommonRes.DLL";
 }  // namespace
 
 CCommonRes::CCommonRes(const wchar_t* file_name) : instance_(LoadLibraryW(file_name)) {
-  SnagtrapUtil::expect(instance_ != nullptr, L"hInstance", ZD_PLACE);
+  SnagtrapUtil::expect(instance_ != nullptr, L"hInstance", ZD_LOCATION);
 }
 
 CCommonRes::~CCommonRes() {
-  if (instance_) SnagtrapUtil::expect(FreeLibrary(instance_) != FALSE, L"::FreeLibrary(hInstance)", ZD_PLACE);
+  if (instance_) SnagtrapUtil::expect(FreeLibrary(instance_) != FALSE, L"::FreeLibrary(hInstance)", ZD_LOCATION);
 }
 
 CCommonRes& CCommonRes::operator=(CCommonRes&& other) noexcept {
@@ -27,7 +27,7 @@ CCommonRes& CCommonRes::operator=(CCommonRes&& other) noexcept {
 }
 
 HINSTANCE CCommonRes::instance() const noexcept {
-  SnagtrapUtil::expect(instance_ != nullptr, L"hInstance", ZD_PLACE);
+  SnagtrapUtil::expect(instance_ != nullptr, L"hInstance", ZD_LOCATION);
   return instance_;
 }
 

@@ -5,8 +5,8 @@
 #include <new>
 #include <stdexcept>
 
-#include "LastErrorKeeper.h"
 #include "Reporters.h"
+#include "ScopedLastError.h"
 #include "SnagtrapClient.h"
 
 namespace SnagtrapUtil {
@@ -29,7 +29,7 @@ constexpr UINT exit_code = static_cast<UINT>(-1);
 
 /// Makes a reporter, lets `report` use it and acts on the answer. A reporter that cannot be made drops the report.
 template <class Reporter, class Report>
-void report_with(const SourcePlace& place, const Report& report) noexcept {
+void report_with(const SourceLocation& place, const Report& report) noexcept {
   HRESULT answer = E_FAIL;
   try {
     Reporter reporter(place);
@@ -40,11 +40,11 @@ void report_with(const SourcePlace& place, const Report& report) noexcept {
   react(answer);
 }
 
-void trace_message(const Bstr& message, const SourcePlace& place) noexcept {
+void trace_message(const Bstr& message, const SourceLocation& place) noexcept {
   report_with<TracerClass>(place, [&](TracerClass& tracer) { return tracer.trace(message.view()); });
 }
 
-void trace_hresult(HRESULT hresult, const SourcePlace& place) noexcept {
+void trace_hresult(HRESULT hresult, const SourceLocation& place) noexcept {
   const Bstr file(place.file, CP_UTF8);
   trace_message(format_text(L"HRESULT - %x; FILE - %s, LINE - %d", static_cast<unsigned>(hresult), file.view().data(),
                             place.line),
@@ -66,25 +66,25 @@ void react(HRESULT answer) noexcept {
   if (answer == E_ABORT) end_process();
 }
 
-bool expect(bool holds, const wchar_t* expression, const SourcePlace& place) noexcept {
+bool expect(bool holds, const wchar_t* expression, const SourceLocation& place) noexcept {
   if (!holds) {
     report_with<AsserterClass>(place, [&](AsserterClass& asserter) { return asserter.assert_failed(expression); });
   }
   return holds;
 }
 
-void report_hresult(HRESULT hresult, const SourcePlace& place) noexcept {
+void report_hresult(HRESULT hresult, const SourceLocation& place) noexcept {
   report_with<AsserterClass>(place, [&](AsserterClass& asserter) { return asserter.assert_failed({}, hresult); });
 }
 
-void require_success(HRESULT hresult, const SourcePlace& place) {
+void require_success(HRESULT hresult, const SourceLocation& place) {
   if (SUCCEEDED(hresult)) return;
   report_hresult(hresult, place);
   throw _com_error(hresult);
 }
 
-HRESULT report_exception_in_flight(const SourcePlace& place) noexcept {
-  const LastErrorKeeper last_error;
+HRESULT report_exception_in_flight(const SourceLocation& place) noexcept {
+  const ScopedLastError last_error;
   try {
     throw;
   } catch (const _com_error& error) {
@@ -106,7 +106,7 @@ HRESULT report_exception_in_flight(const SourcePlace& place) noexcept {
   }
 }
 
-void catch_and_call(const SourcePlace& place) noexcept {
+void catch_and_call(const SourceLocation& place) noexcept {
   report_with<CatchAndCall>(place, [](CatchAndCall& reporter) { return reporter.report_in_flight(); });
 }
 

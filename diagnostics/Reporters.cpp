@@ -29,7 +29,7 @@ void fill_exception_pointers(DebugRecord& record, const EXCEPTION_POINTERS* poin
 
 }  // namespace
 
-TracerClass::TracerClass(const SourcePlace& place, int group)
+TracerClass::TracerClass(const SourceLocation& place, int group)
     : client_(snagtrap_client()), place_(place), group_(group) {}
 
 void TracerClass::fill_place(DebugRecord& record) const noexcept {
@@ -132,7 +132,7 @@ HRESULT CatchAndCall::report_in_flight(const wchar_t* message) noexcept {
 }
 
 HRESULT report_structured_exception(EXCEPTION_POINTERS* pointers) {
-  const LastErrorKeeper last_error;
+  const ScopedLastError last_error;
   SnagtrapClient& client = snagtrap_client();
   if (!client.ensure_initialised()) return E_FAIL;
   DebugRecord record(client);

@@ -7,8 +7,8 @@
 #include <string_view>
 
 #include "DebugRecord.h"
-#include "LastErrorKeeper.h"
-#include "SourcePlace.h"
+#include "ScopedLastError.h"
+#include "SourceLocation.h"
 
 namespace SnagtrapUtil {
 
@@ -29,7 +29,7 @@ struct TraceDetails {
 /// Constructors may throw what `snagtrap_client` throws; reports do not throw.
 class TracerClass {
  public:
-  explicit TracerClass(const SourcePlace& place, int group = 0);
+  explicit TracerClass(const SourceLocation& place, int group = 0);
   TracerClass(const TracerClass&) = delete;
   TracerClass& operator=(const TracerClass&) = delete;
 
@@ -44,7 +44,7 @@ class TracerClass {
 
  protected:
   SnagtrapClient& client() const noexcept { return client_; }
-  const SourcePlace& place() const noexcept { return place_; }
+  const SourceLocation& place() const noexcept { return place_; }
   /// "File", "Line" and "$Group".
   void fill_place(DebugRecord& record) const noexcept;
   /// "Function" and "$FuncSig".
@@ -53,9 +53,9 @@ class TracerClass {
   HRESULT process(const DebugRecord& record) noexcept;
 
  private:
-  LastErrorKeeper last_error_;
+  ScopedLastError last_error_;
   SnagtrapClient& client_;
-  SourcePlace place_;
+  SourceLocation place_;
   int group_;
   HRESULT status_ = S_OK;
 };
@@ -70,7 +70,7 @@ class AsserterClass : public TracerClass {
                         CONTEXT* context = nullptr) noexcept;
 
  private:
-  LastErrorKeeper last_error_;
+  ScopedLastError last_error_;
 };
 
 class ThrowError : public AsserterClass {
@@ -83,7 +83,7 @@ class ThrowError : public AsserterClass {
                   IKV_SnagtrapUtil::IDebugObject* inner) const noexcept;
 
  private:
-  LastErrorKeeper last_error_;
+  ScopedLastError last_error_;
 };
 
 class ShowError : public ThrowError {
@@ -94,7 +94,7 @@ class ShowError : public ThrowError {
   HRESULT show(std::wstring_view description, IKV_SnagtrapUtil::IDebugObject* inner = nullptr) noexcept;
 
  private:
-  LastErrorKeeper last_error_;
+  ScopedLastError last_error_;
 };
 
 class CatchAndCall : public ShowError {
@@ -106,7 +106,7 @@ class CatchAndCall : public ShowError {
   HRESULT report_in_flight(const wchar_t* message = L"") noexcept;
 
  private:
-  LastErrorKeeper last_error_;
+  ScopedLastError last_error_;
 };
 
 /// Sends a record of kind "ERROR" for a structured exception. Answers as the reporters do.

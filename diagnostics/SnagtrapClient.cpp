@@ -7,8 +7,8 @@
 #include <cwchar>
 
 #include "DebugRecord.h"
-#include "LastErrorKeeper.h"
 #include "LastFailure.h"
+#include "ScopedLastError.h"
 #include "SectionLock.h"
 
 extern "C" IMAGE_DOS_HEADER __ImageBase;
@@ -192,7 +192,7 @@ HRESULT SnagtrapClient::report_dialog() noexcept { return command(L"REPORTDIALOG
 HRESULT SnagtrapClient::trace_enabled() noexcept { return command(L"TRACEENABLED"); }
 
 SnagtrapClient& snagtrap_client() {
-  const LastErrorKeeper last_error;
+  const ScopedLastError last_error;
   static SRWLOCK creation = SRWLOCK_INIT;
   wait_for_global_event();
   ExclusiveLock lock(creation);

@@ -58,7 +58,7 @@ void release(ComPtr<Interface>& target) noexcept {
 /// Runs a call that hands out an interface and keeps what it gave. The old object is released first; a call that leaves
 /// its out parameter untouched gives null.
 template <class Interface, class Call>
-HRESULT receive(ComPtr<Interface>& target, const Call& call) {
+HRESULT fetch_into(ComPtr<Interface>& target, const Call& call) {
   release(target);
   Interface* given = nullptr;
   const HRESULT hr = call(&given);

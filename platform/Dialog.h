@@ -45,7 +45,7 @@ class CDialogImpl : public TBase {
   bool is_open() const noexcept { return IsWindow(this->m_hWnd) != FALSE; }
 
   BOOL EndDialog(INT_PTR result) noexcept {
-    SnagtrapUtil::expect(IsWindow(this->m_hWnd) != FALSE, L"::IsWindow(m_hWnd)", ZD_PLACE);
+    SnagtrapUtil::expect(IsWindow(this->m_hWnd) != FALSE, L"::IsWindow(m_hWnd)", ZD_LOCATION);
     return ::EndDialog(this->m_hWnd, result);
   }
 
@@ -72,7 +72,7 @@ class CDialogImpl : public TBase {
         answer = dialog_answer(window, message, result);
       }
     } catch (...) {
-      SnagtrapUtil::report_exception_in_flight(ZD_PLACE);
+      SnagtrapUtil::report_exception_in_flight(ZD_LOCATION);
       if (message == WM_INITDIALOG) ::EndDialog(window, IDCANCEL);
     }
     if (message == WM_NCDESTROY) {

@@ -113,7 +113,8 @@ Function automation_function(const char* name) {
 
 ComPtr<ITypeLib> own_type_library(const std::wstring& path) {
   ComPtr<ITypeLib> library;
-  const HRESULT hr = receive(library, [&](ITypeLib** out) { return LoadTypeLibEx(path.c_str(), REGKIND_NONE, out); });
+  const HRESULT hr =
+      fetch_into(library, [&](ITypeLib** out) { return LoadTypeLibEx(path.c_str(), REGKIND_NONE, out); });
   if (FAILED(hr)) throw _com_error(hr);
   return library;
 }

@@ -70,7 +70,7 @@ LRESULT CSubclassedWindow::Handle(HWND window, UINT message, WPARAM wParam, LPAR
     LRESULT result = 0;
     if (ProcessWindowMessage(window, message, wParam, lParam, result)) return result;
   } catch (...) {
-    SnagtrapUtil::report_exception_in_flight(ZD_PLACE);
+    SnagtrapUtil::report_exception_in_flight(ZD_LOCATION);
   }
   return pass_on(window, message, wParam, lParam);
 }

@@ -10,7 +10,7 @@ namespace {
 HRESULT load_own_library(ComPtr<ITypeLib>& loaded) noexcept {
   try {
     const std::wstring path = module_file_name();
-    return receive(loaded, [&](ITypeLib** out) { return LoadTypeLibEx(path.c_str(), REGKIND_NONE, out); });
+    return fetch_into(loaded, [&](ITypeLib** out) { return LoadTypeLibEx(path.c_str(), REGKIND_NONE, out); });
   } catch (const _com_error& error) {
     return error.Error();
   } catch (...) {
@@ -29,7 +29,7 @@ HRESULT find_type(HRESULT loaded, const ComPtr<ITypeLib>& library, const GUID& t
 HRESULT load_type_info(const GUID& library, const GUID& type, ITypeInfo** info) noexcept {
   ComPtr<ITypeLib> loaded;
   const HRESULT registered =
-      receive(loaded, [&](ITypeLib** out) { return LoadRegTypeLib(library, 1, 0, LOCALE_NEUTRAL, out); });
+      fetch_into(loaded, [&](ITypeLib** out) { return LoadRegTypeLib(library, 1, 0, LOCALE_NEUTRAL, out); });
   if (SUCCEEDED(find_type(registered, loaded, type, info))) return S_OK;
   const HRESULT own = load_own_library(loaded);
   return find_type(own, loaded, type, info);

@@ -12,7 +12,7 @@ namespace {
 
 /// Runs a registration step sequence in the system's locale and answers the first failure.
 template <class Steps>
-HRESULT registration(const SnagtrapUtil::SourcePlace& place, const Steps& steps) noexcept {
+HRESULT registration(const SnagtrapUtil::SourceLocation& place, const Steps& steps) noexcept {
   const platform::SystemLocaleScope locale;
   try {
     steps();
@@ -40,7 +40,7 @@ platform::Replacements CzdExpirationRulesModule::replacements() const {
 }
 
 HRESULT CzdExpirationRulesModule::register_server() const noexcept {
-  return registration(ZD_PLACE, [this] {
+  return registration(ZD_LOCATION, [this] {
     platform::run_registration_script(IDR_APPID, replacements(), scope);
     platform::run_registration_script(IDR_EXPIRATION_RULE_PLUGIN, replacements(), scope);
     platform::register_type_library(scope);
@@ -48,7 +48,7 @@ HRESULT CzdExpirationRulesModule::register_server() const noexcept {
 }
 
 HRESULT CzdExpirationRulesModule::unregister_server() const noexcept {
-  return registration(ZD_PLACE, [this] {
+  return registration(ZD_LOCATION, [this] {
     platform::unregister_type_library(scope);
     platform::run_unregistration_script(IDR_EXPIRATION_RULE_PLUGIN, replacements(), scope);
     platform::run_unregistration_script(IDR_APPID, replacements(), scope);

@@ -47,7 +47,7 @@ long CEditExpirationRuleDialog::rule_id() const { return GetField<long>(table_, 
 
 BOOL CEditExpirationRuleDialog::ProcessWindowMessage(HWND, UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result,
                                                      DWORD mapId) {
-  if (!expect(mapId == 0, L"0", ZD_PLACE)) return FALSE;
+  if (!expect(mapId == 0, L"0", ZD_LOCATION)) return FALSE;
   result = 0;
   switch (message) {
     case WM_INITDIALOG:
@@ -192,7 +192,7 @@ void CEditExpirationRuleDialog::prepare_description() {
   LOGFONTW logical = {};
   GetObjectW(font, sizeof logical, &logical);
   logical.lfWeight = FW_BOLD;
-  expect(!bold_font_, L"m_hFont == 0", ZD_PLACE);
+  expect(!bold_font_, L"m_hFont == 0", ZD_LOCATION);
   bold_font_.reset(CreateFontIndirectW(&logical));
   description_.Send(WM_SETFONT, reinterpret_cast<WPARAM>(bold_font_.get()), TRUE);
 }
@@ -250,22 +250,22 @@ bool CEditExpirationRuleDialog::is_expiration_rule_name_not_unique(const _bstr_t
     return find_same_name(name, editing);
   } catch (...) {
     // A storage that cannot be read must not keep the user from saving.
-    SnagtrapUtil::report_exception_in_flight(ZD_PLACE);
+    SnagtrapUtil::report_exception_in_flight(ZD_LOCATION);
     return false;
   }
 }
 
 bool CEditExpirationRuleDialog::find_same_name(const _bstr_t& name, const bool editing) {
   // Every call has a place of its own, so that a report tells which of them failed.
-  const RowMovePlaces moves = {
-      ZD_PLACE,
-      ZD_PLACE,
-      ZD_PLACE,
+  const RowMoveLocations moves = {
+      ZD_LOCATION,
+      ZD_LOCATION,
+      ZD_LOCATION,
   };
   const IkvTablePtr rules = open_rules_table(*storage_, 0);
   bool found = false;
-  const auto lookup = ZD_PLACE;
-  const auto read = ZD_PLACE;
+  const auto lookup = ZD_LOCATION;
+  const auto read = ZD_LOCATION;
   const auto compare_row = [&] {
     IkvFieldPtr field;
     require_success(find_field(rules, KVFIELD_RULE_NAME, field), lookup);
@@ -284,7 +284,7 @@ void CEditExpirationRuleDialog::flush_data_to_database() {
   try {
     save_rule();
   } catch (...) {
-    SnagtrapUtil::report_exception_in_flight(ZD_PLACE);
+    SnagtrapUtil::report_exception_in_flight(ZD_LOCATION);
   }
 }
 
@@ -297,11 +297,11 @@ void CEditExpirationRuleDialog::save_rule() {
   // Controls that went while they were read would make a torn rule.
   if (!is_open()) return;
   if (stored_id != 0) {
-    require_success(update_rule(*storage_, stored_id, rule), ZD_PLACE);
+    require_success(update_rule(*storage_, stored_id, rule), ZD_LOCATION);
     return;
   }
   long new_id = 0;
-  require_success(add_rule(*storage_, rule, new_id), ZD_PLACE);
+  require_success(add_rule(*storage_, rule, new_id), ZD_LOCATION);
   SetField(table_, KVFIELD_RULE_ID, new_id);
 }
 
@@ -336,7 +336,7 @@ void CEditExpirationRuleDialog::set_checked(int id, bool checked) const noexcept
 unsigned long long CEditExpirationRuleDialog::get_current_combobox_value(int id) const noexcept {
   HWND combo = GetItem(id);
   // The system answers 0 for a window that is gone, which would pass for a choice.
-  if (!expect(IsWindow(combo) != FALSE, L"::IsWindow(Combo.m_hWnd)", ZD_PLACE)) {
+  if (!expect(IsWindow(combo) != FALSE, L"::IsWindow(Combo.m_hWnd)", ZD_LOCATION)) {
     return static_cast<unsigned long long>(CB_ERR);
   }
   const auto selected = SendMessageW(combo, CB_GETCURSEL, 0, 0);

@@ -33,14 +33,14 @@ constexpr double whole_width[] = {1.0};
 
 /// Gives the focus back when a refill took it: a button that is disabled while it has the focus, if only for a moment,
 /// leaves the whole dialog without a keyboard. The list takes it when the button stays disabled.
-class FocusKeeper {
+class ScopedFocus {
  public:
-  explicit FocusKeeper(const platform::CWindow& list) noexcept : list_(list), focus_(::GetFocus()) {}
-  ~FocusKeeper() {
+  explicit ScopedFocus(const platform::CWindow& list) noexcept : list_(list), focus_(::GetFocus()) {}
+  ~ScopedFocus() {
     if (focus_ && !::GetFocus()) ::SetFocus(IsWindowEnabled(focus_) ? focus_ : list_.m_hWnd);
   }
-  FocusKeeper(const FocusKeeper&) = delete;
-  FocusKeeper& operator=(const FocusKeeper&) = delete;
+  ScopedFocus(const ScopedFocus&) = delete;
+  ScopedFocus& operator=(const ScopedFocus&) = delete;
 
  private:
   const platform::CWindow& list_;
@@ -55,7 +55,7 @@ std::wstring as_wide(const _bstr_t& text) {
 
 BOOL CExpirationRulesListDialog::ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
                                                       LRESULT& result, DWORD mapId) {
-  if (!SnagtrapUtil::expect(mapId == 0, L"0", ZD_PLACE_IN("ExpirationRulesListDialog.h", map_id_line))) return FALSE;
+  if (!SnagtrapUtil::expect(mapId == 0, L"0", ZD_LOCATION_IN("ExpirationRulesListDialog.h", map_id_line))) return FALSE;
   if (CResizableDialogImpl::ProcessWindowMessage(window, message, wParam, lParam, result)) return TRUE;
   result = 0;
   switch (message) {
@@ -168,14 +168,14 @@ void CExpirationRulesListDialog::fit_columns(std::span<const double> fractions) 
 }
 
 void CExpirationRulesListDialog::update_expiration_rule_list() {
-  const ui_helper::RedrawHold hold(list_);
+  const ui_helper::ScopedRedrawOff hold(list_);
   RuleRows rows;
   try {
     list_.Send(LVM_DELETEALLITEMS);
     const IkvTablePtr rules = open_rules_table(*storage_, 0);
     for_each_row(rules, [&] { add_rule_row(rules, rows); });
   } catch (...) {
-    SnagtrapUtil::report_exception_in_flight(ZD_PLACE_AT(update_list_line));
+    SnagtrapUtil::report_exception_in_flight(ZD_LOCATION_AT(update_list_line));
   }
   show_rows(rows);
 }
@@ -202,7 +202,7 @@ void CExpirationRulesListDialog::update_buttons() {
 }
 
 void CExpirationRulesListDialog::edit_rule(long rule_id) {
-  const FocusKeeper focus(list_);
+  const ScopedFocus focus(list_);
   CEditExpirationRuleDialog editor(storage_, rule_id);
   if (!is_open() || editor.DoModal(m_hWnd) != IDOK || !is_open()) return;
   update_expiration_rule_list();
@@ -229,13 +229,13 @@ _bstr_t CExpirationRulesListDialog::expiration_rule_name(long rule_id) const {
   try {
     const IkvTablePtr rules = open_rules_table(*storage_, rule_id);
     long count = 0;
-    SnagtrapUtil::require_success(rules->GetRowCount(&count), ZD_PLACE_AT(row_count_line));
+    SnagtrapUtil::require_success(rules->GetRowCount(&count), ZD_LOCATION_AT(row_count_line));
     if (count != 1) return name;
     rules->MoveFirst();
     IkvFieldPtr field;
     if (find_field(rules, KVFIELD_RULE_NAME, field) == S_OK && field) FieldAccess<_bstr_t>::read(*field, name);
   } catch (...) {
-    SnagtrapUtil::report_exception_in_flight(ZD_PLACE_AT(rule_name_line));
+    SnagtrapUtil::report_exception_in_flight(ZD_LOCATION_AT(rule_name_line));
   }
   return name;
 }
@@ -243,12 +243,12 @@ _bstr_t CExpirationRulesListDialog::expiration_rule_name(long rule_id) const {
 bool CExpirationRulesListDialog::is_expiration_rule_uses(long rule_id, std::vector<std::wstring>& users) {
   users.clear();
   try {
-    const RuleUsersPlaces places = {ZD_PLACE_AT(used_rule_name_line), ZD_PLACE_AT(setting_field_line),
-                                    ZD_PLACE_AT(setting_name_line)};
+    const RuleUsersLocations places = {ZD_LOCATION_AT(used_rule_name_line), ZD_LOCATION_AT(setting_field_line),
+                                       ZD_LOCATION_AT(setting_name_line)};
     const _bstr_t name = expiration_rule_name(rule_id);
     collect_rule_users(open_symbol_source_settings_table(*storage_), name, places, users);
   } catch (...) {
-    SnagtrapUtil::report_exception_in_flight(ZD_PLACE_AT(rule_uses_line));
+    SnagtrapUtil::report_exception_in_flight(ZD_LOCATION_AT(rule_uses_line));
   }
   return !users.empty();
 }
@@ -256,7 +256,7 @@ bool CExpirationRulesListDialog::is_expiration_rule_uses(long rule_id, std::vect
 void CExpirationRulesListDialog::try_to_delete_rule_impl() {
   const auto rule_id = static_cast<long>(list_.GetItemData(list_.GetSelected()));
   if (rule_id == 0) return;
-  const FocusKeeper focus(list_);
+  const ScopedFocus focus(list_);
   std::vector<std::wstring> users;
   if (is_expiration_rule_uses(rule_id, users)) {
     show_rule_in_use(users);
@@ -265,7 +265,7 @@ void CExpirationRulesListDialog::try_to_delete_rule_impl() {
   if (!confirm_delete(rule_id)) return;
   long isOk = 0;
   storage_->rules->delete_rule(rule_id, &isOk);
-  SnagtrapUtil::expect(isOk == 1, L"isOk", ZD_PLACE_AT(delete_rule_line));
+  SnagtrapUtil::expect(isOk == 1, L"isOk", ZD_LOCATION_AT(delete_rule_line));
   if (!is_open()) return;
   update_expiration_rule_list();
   if (is_open() && list_.SelectItem(0)) list_.Send(LVM_ENSUREVISIBLE, 0, FALSE);

@@ -31,17 +31,19 @@ class CListView : public platform::CWindow {
 };
 
 /// Holds back the painting of a window for a scope.
-class RedrawHold {
+class ScopedRedrawOff {
  public:
-  explicit RedrawHold(const platform::CWindow& window) noexcept : window_(window) { window_.Send(WM_SETREDRAW, FALSE); }
-  ~RedrawHold() {
+  explicit ScopedRedrawOff(const platform::CWindow& window) noexcept : window_(window) {
+    window_.Send(WM_SETREDRAW, FALSE);
+  }
+  ~ScopedRedrawOff() {
     // It may have gone meanwhile; and no window at all stands for the whole desktop.
     if (!IsWindow(window_.m_hWnd)) return;
     window_.Send(WM_SETREDRAW, TRUE);
     InvalidateRect(window_.m_hWnd, nullptr, TRUE);
   }
-  RedrawHold(const RedrawHold&) = delete;
-  RedrawHold& operator=(const RedrawHold&) = delete;
+  ScopedRedrawOff(const ScopedRedrawOff&) = delete;
+  ScopedRedrawOff& operator=(const ScopedRedrawOff&) = delete;
 
  private:
   const platform::CWindow& window_;

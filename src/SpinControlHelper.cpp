@@ -29,7 +29,7 @@ _bstr_t text_of(long number) {
 
 BOOL CCustomEditForSpin::ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result,
                                               DWORD mapId) {
-  if (!SnagtrapUtil::expect(mapId == 0, L"0", ZD_PLACE)) return FALSE;
+  if (!SnagtrapUtil::expect(mapId == 0, L"0", ZD_LOCATION)) return FALSE;
   switch (message) {
     case WM_CHAR:
     case WM_KEYUP:
@@ -61,19 +61,19 @@ void CSpin::SetBuddy(HWND edit) const noexcept { Send(UDM_SETBUDDY, reinterpret_
 void AdjustEditControl(const CSpin& spin, const CCustomEditForSpin& edit, long value) {
   const _bstr_t text = text_of(value);
   edit.SetText(text);
-  SnagtrapUtil::expect(value == spin.GetPos(), L"value == _spin.GetPos()", ZD_PLACE);
+  SnagtrapUtil::expect(value == spin.GetPos(), L"value == _spin.GetPos()", ZD_LOCATION);
 }
 
 void AdjustSpinControl(const CSpin& spin, CCustomEditForSpin& edit) {
   const long number = number_of(edit.GetText());
-  const CCustomEditForSpin::TextKeeper keeper(edit);
+  const CCustomEditForSpin::ScopedKeepText keeper(edit);
   spin.SetPos(number);
 }
 
 void add_value_to_combo(const platform::CWindow& combo, int string_id, LPARAM item_data) {
   const std::wstring text = resource_string::resourse_2_string_impl(string_id);
   const LRESULT pos = combo.Send(CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(text.c_str()));
-  SnagtrapUtil::expect(pos != CB_ERR && pos != CB_ERRSPACE, L"pos != (-1)", ZD_PLACE);
+  SnagtrapUtil::expect(pos != CB_ERR && pos != CB_ERRSPACE, L"pos != (-1)", ZD_LOCATION);
   combo.Send(CB_SETITEMDATA, static_cast<WPARAM>(pos), item_data);
 }
 

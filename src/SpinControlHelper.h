@@ -22,12 +22,12 @@ class CCustomEditForSpin final : public platform::CSubclassedWindow {
 
   /// While one lives, nobody can replace the edit's text: an up-down control writes its number into its buddy whenever
   /// its position is set, which would rewrite what the user is typing and move the caret.
-  class TextKeeper {
+  class ScopedKeepText {
    public:
-    explicit TextKeeper(CCustomEditForSpin& edit) noexcept : edit_(edit) { edit_.text_kept_ = true; }
-    ~TextKeeper() { edit_.text_kept_ = false; }
-    TextKeeper(const TextKeeper&) = delete;
-    TextKeeper& operator=(const TextKeeper&) = delete;
+    explicit ScopedKeepText(CCustomEditForSpin& edit) noexcept : edit_(edit) { edit_.text_kept_ = true; }
+    ~ScopedKeepText() { edit_.text_kept_ = false; }
+    ScopedKeepText(const ScopedKeepText&) = delete;
+    ScopedKeepText& operator=(const ScopedKeepText&) = delete;
 
    private:
     CCustomEditForSpin& edit_;

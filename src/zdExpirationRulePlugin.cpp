@@ -14,8 +14,8 @@ namespace zd_expiration_rule_plugin {
 
 namespace {
 
+using platform::fetch_into;
 using platform::query;
-using platform::receive;
 using platform::release;
 using SnagtrapUtil::expect;
 using SnagtrapUtil::require_success;
@@ -51,7 +51,7 @@ template <class Interface>
 void fill_entry(platform::ComPtr<Interface>& entry, IUnknown* source) {
   IUnknown* const current = entry;
   if (current == source) return;
-  receive(entry, [&](Interface** out) {
+  fetch_into(entry, [&](Interface** out) {
     return source ? source->QueryInterface(__uuidof(Interface), reinterpret_cast<void**>(out)) : E_POINTER;
   });
 }
@@ -88,10 +88,10 @@ IUnknown* CzdExpirationRulePlugin::find_interface(REFIID iid) noexcept {
 STDMETHODIMP CzdExpirationRulePlugin::Initialize(IDispatch* pMainMenu, IDispatch* MainControlBar,
                                                  IDispatch* PortfolioContextMenu, IDispatch* PortfolioHotKeys,
                                                  BSTR RegistryPath, IDispatch* zdStorage) noexcept {
-  if (!expect(pMainMenu, L"pMainMenu != 0", ZD_PLACE_AT(main_menu_line)) ||
-      !expect(MainControlBar, L"MainControlBar != 0", ZD_PLACE_AT(control_bar_line)) ||
-      !expect(PortfolioContextMenu, L"PortfolioContextMenu != 0", ZD_PLACE_AT(context_menu_line)) ||
-      !expect(PortfolioHotKeys, L"PortfolioHotKeys != 0", ZD_PLACE_AT(hot_keys_line)) ||
+  if (!expect(pMainMenu, L"pMainMenu != 0", ZD_LOCATION_AT(main_menu_line)) ||
+      !expect(MainControlBar, L"MainControlBar != 0", ZD_LOCATION_AT(control_bar_line)) ||
+      !expect(PortfolioContextMenu, L"PortfolioContextMenu != 0", ZD_LOCATION_AT(context_menu_line)) ||
+      !expect(PortfolioHotKeys, L"PortfolioHotKeys != 0", ZD_LOCATION_AT(hot_keys_line)) ||
       SysStringLen(RegistryPath) == 0) {
     return E_INVALIDARG;
   }
@@ -104,7 +104,7 @@ STDMETHODIMP CzdExpirationRulePlugin::Initialize(IDispatch* pMainMenu, IDispatch
     create_zd_hot_key(PortfolioHotKeys);
     return S_OK;
   } catch (...) {
-    SnagtrapUtil::catch_and_call(ZD_PLACE_AT(initialize_line));
+    SnagtrapUtil::catch_and_call(ZD_LOCATION_AT(initialize_line));
     return E_FAIL;
   }
 }
@@ -113,7 +113,7 @@ void CzdExpirationRulePlugin::fill_storage_block(IDispatch* zdStorage) {
   if (zdStorage) {
     fill_entry(storage_.storage, zdStorage);
   } else {
-    receive(storage_.storage, [](IkvStorage** out) {
+    fetch_into(storage_.storage, [](IkvStorage** out) {
       return CoCreateInstance(__uuidof(kvStorage), nullptr, CLSCTX_ALL, __uuidof(IkvStorage),
                               reinterpret_cast<void**>(out));
     });
@@ -126,23 +126,24 @@ void CzdExpirationRulePlugin::fill_storage_block(IDispatch* zdStorage) {
 void CzdExpirationRulePlugin::add_zd_menu_items(IDispatch* pMainMenu) {
   const auto main_menu = query<IkvMainMenu>(pMainMenu);
   const _bstr_t sought = shared_text(submenu_caption_id);
-  require_success(receive(rules_menu_, [&](IkvSubMenu** out) { return main_menu->FindSubMenu(sought, out); }),
-                  ZD_PLACE_AT(find_submenu_line));
+  require_success(fetch_into(rules_menu_, [&](IkvSubMenu** out) { return main_menu->FindSubMenu(sought, out); }),
+                  ZD_LOCATION_AT(find_submenu_line));
   if (!rules_menu_) {
     const _bstr_t hint = shared_text(submenu_hint_id);
     const _bstr_t caption = shared_text(submenu_caption_id);
-    require_success(receive(rules_menu_,
-                            [&](IkvSubMenu** out) { return main_menu->AddSubMenu(caption, hint, submenu_flags, out); }),
-                    ZD_PLACE_AT(add_submenu_line));
+    require_success(
+        fetch_into(rules_menu_,
+                   [&](IkvSubMenu** out) { return main_menu->AddSubMenu(caption, hint, submenu_flags, out); }),
+        ZD_LOCATION_AT(add_submenu_line));
   }
   IkvSubMenu& submenu = *rules_menu_;
   const auto self = query<IkvPlugin>(static_cast<IkvPlugin*>(this));
   const _bstr_t command = shared_text(command_caption_id);
-  require_success(receive(menu_item_,
-                          [&](IkvMenuItem** out) {
-                            return submenu.AddCommand(command, 0, 0, 0, nullptr, command_kind, self, out);
-                          }),
-                  ZD_PLACE_AT(add_command_line));
+  require_success(fetch_into(menu_item_,
+                             [&](IkvMenuItem** out) {
+                               return submenu.AddCommand(command, 0, 0, 0, nullptr, command_kind, self, out);
+                             }),
+                  ZD_LOCATION_AT(add_command_line));
 }
 
 void CzdExpirationRulePlugin::create_zd_hot_key(IDispatch* PortfolioHotKeys) {
@@ -151,8 +152,9 @@ void CzdExpirationRulePlugin::create_zd_hot_key(IDispatch* PortfolioHotKeys) {
   {
     const auto self = query<IkvPlugin>(static_cast<IkvPlugin*>(this));
     require_success(
-        receive(made, [&](IDispatch** out) { return collection->AddHotKey(hot_key_flags, hot_key_code, self, out); }),
-        ZD_PLACE_AT(add_hot_key_line));
+        fetch_into(made,
+                   [&](IDispatch** out) { return collection->AddHotKey(hot_key_flags, hot_key_code, self, out); }),
+        ZD_LOCATION_AT(add_hot_key_line));
   }
   hot_key_.Attach(nullptr);
   hot_key_ = platform::try_query<IkvHotKey>(made);
@@ -170,7 +172,7 @@ STDMETHODIMP CzdExpirationRulePlugin::DoCommand(long Id, VARIANT) noexcept {
     dialog.DoModal(GetActiveWindow());
     return S_OK;
   } catch (...) {
-    SnagtrapUtil::catch_and_call(ZD_PLACE_AT(do_command_line));
+    SnagtrapUtil::catch_and_call(ZD_LOCATION_AT(do_command_line));
     return E_FAIL;
   }
 }
@@ -186,7 +188,7 @@ STDMETHODIMP CzdExpirationRulePlugin::Show(long RuleID) noexcept {
   } catch (const std::bad_alloc&) {
     return E_OUTOFMEMORY;
   } catch (...) {
-    return SnagtrapUtil::report_exception_in_flight(ZD_PLACE_AT(show_line));
+    return SnagtrapUtil::report_exception_in_flight(ZD_LOCATION_AT(show_line));
   }
 }
 

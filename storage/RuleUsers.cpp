@@ -5,7 +5,7 @@
 
 namespace {
 
-_bstr_t read_text(IKV_kvudfcom::IkvField& field, const SnagtrapUtil::SourcePlace& place) {
+_bstr_t read_text(IKV_kvudfcom::IkvField& field, const SnagtrapUtil::SourceLocation& place) {
   _bstr_t text;
   SnagtrapUtil::require_success(FieldAccess<_bstr_t>::read(field, text), place);
   return text;
@@ -13,7 +13,7 @@ _bstr_t read_text(IKV_kvudfcom::IkvField& field, const SnagtrapUtil::SourcePlace
 
 }  // namespace
 
-void collect_rule_users(const IkvTablePtr& settings, const _bstr_t& rule_name, const RuleUsersPlaces& places,
+void collect_rule_users(const IkvTablePtr& settings, const _bstr_t& rule_name, const RuleUsersLocations& places,
                         std::vector<std::wstring>& users) {
   for_each_row(settings, [&] {
     IkvFieldPtr rule;

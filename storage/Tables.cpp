@@ -26,11 +26,11 @@ IkvTablePtr open_symbol_source_settings_table(StorageBlock& storage) {
 void create_rule_table(IkvTablePtr& target) {
   target.Attach(nullptr);
   platform::ComPtr<IUnknown> object;
-  const HRESULT made = platform::receive(object, [](IUnknown** out) {
+  const HRESULT made = platform::fetch_into(object, [](IUnknown** out) {
     return CoCreateInstance(__uuidof(kvTable), nullptr, CLSCTX_ALL, IID_IUnknown, reinterpret_cast<void**>(out));
   });
   if (SUCCEEDED(made) && object && SUCCEEDED(OleRun(object))) {
-    platform::receive(target, [&](IKV_kvudfcom::IkvTable** out) {
+    platform::fetch_into(target, [&](IKV_kvudfcom::IkvTable** out) {
       return object->QueryInterface(__uuidof(IKV_kvudfcom::IkvTable), reinterpret_cast<void**>(out));
     });
   }

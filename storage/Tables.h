@@ -1,6 +1,6 @@
 #pragma once
 
-#include "SourcePlace.h"
+#include "SourceLocation.h"
 #include "StorageBlock.h"
 
 /// A table of the rule with this number, or of every rule for 0; empty or partly filled when the host fails to load it.
@@ -18,12 +18,12 @@ void create_rule_table(IkvTablePtr& target);
 enum class RowMove { first, at_end, next };
 
 /// The places under which the moves of a walk are reported.
-struct RowMovePlaces {
-  SnagtrapUtil::SourcePlace first;
-  SnagtrapUtil::SourcePlace at_end;
-  SnagtrapUtil::SourcePlace next;
+struct RowMoveLocations {
+  SnagtrapUtil::SourceLocation first;
+  SnagtrapUtil::SourceLocation at_end;
+  SnagtrapUtil::SourceLocation next;
 
-  const SnagtrapUtil::SourcePlace& of(RowMove move) const noexcept {
+  const SnagtrapUtil::SourceLocation& of(RowMove move) const noexcept {
     if (move == RowMove::first) return first;
     return move == RowMove::at_end ? at_end : next;
   }

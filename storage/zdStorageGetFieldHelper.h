@@ -39,7 +39,7 @@ inline constexpr int set_write_line = 212;
 
 /// Looks up a field of the table's current row. `table` must not be null.
 inline HRESULT find_field(const IkvTablePtr& table, tagKVFIELDID id, IkvFieldPtr& field) {
-  return platform::receive(field, [&](IKV_kvudfcom::IkvField** out) { return table->GetFieldByID(id, out); });
+  return platform::fetch_into(field, [&](IKV_kvudfcom::IkvField** out) { return table->GetFieldByID(id, out); });
 }
 
 /// Reads a field of the table's current row as `long` or `_bstr_t`. A missing or unreadable field is reported and reads
@@ -50,12 +50,12 @@ Value GetField(const IkvTablePtr& table, tagKVFIELDID id) {
   if (!table) throw _com_error(E_POINTER);
   IkvFieldPtr field;
   const HRESULT found = find_field(table, id, field);
-  SnagtrapUtil::expect(field, L"field != 0", ZD_PLACE_AT(Access::missing_line));
-  if (found != S_OK) SnagtrapUtil::report_hresult(found, ZD_PLACE_AT(Access::lookup_line));
+  SnagtrapUtil::expect(field, L"field != 0", ZD_LOCATION_AT(Access::missing_line));
+  if (found != S_OK) SnagtrapUtil::report_hresult(found, ZD_LOCATION_AT(Access::lookup_line));
   if (!field) return Value();
   Value value = Value();
   const HRESULT read = Access::read(*field, value);
-  if (read != S_OK) SnagtrapUtil::report_hresult(read, ZD_PLACE_AT(Access::read_line));
+  if (read != S_OK) SnagtrapUtil::report_hresult(read, ZD_LOCATION_AT(Access::read_line));
   return SUCCEEDED(read) ? value : Value();
 }
 
@@ -66,8 +66,8 @@ void SetField(const IkvTablePtr& table, tagKVFIELDID id, const Value& value) {
   if (!table) throw _com_error(E_POINTER);
   IkvFieldPtr field;
   const HRESULT found = find_field(table, id, field);
-  if (found != S_OK) SnagtrapUtil::report_hresult(found, ZD_PLACE_AT(set_lookup_line));
+  if (found != S_OK) SnagtrapUtil::report_hresult(found, ZD_LOCATION_AT(set_lookup_line));
   if (!field) return;
   const HRESULT written = FieldAccess<Value>::write(*field, value);
-  if (written != S_OK) SnagtrapUtil::report_hresult(written, ZD_PLACE_AT(set_write_line));
+  if (written != S_OK) SnagtrapUtil::report_hresult(written, ZD_LOCATION_AT(set_write_line));
 }

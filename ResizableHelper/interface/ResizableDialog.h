@@ -22,7 +22,7 @@ class CResizableDialogImplT : public TDialogBase,
  public:
   BOOL ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result,
                             DWORD mapId = 0) override {
-    if (!SnagtrapUtil::expect(mapId == 0, L"0", ZD_PLACE_AT(map_line))) return FALSE;
+    if (!SnagtrapUtil::expect(mapId == 0, L"0", ZD_LOCATION_AT(map_line))) return FALSE;
     if (message == WM_ERASEBKGND) return OnEraseBackground(reinterpret_cast<HDC>(wParam));
     EndErase();
     switch (message) {

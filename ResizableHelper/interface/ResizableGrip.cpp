@@ -55,7 +55,7 @@ void CSizeGrip::EnableMaskedPaint(BOOL bMasked) noexcept {
 
 BOOL CSizeGrip::ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result,
                                      DWORD mapId) {
-  if (!SnagtrapUtil::expect(mapId == 0, L"0", ZD_PLACE_IN("ResizableGrip.h", map_line))) return FALSE;
+  if (!SnagtrapUtil::expect(mapId == 0, L"0", ZD_LOCATION_IN("ResizableGrip.h", map_line))) return FALSE;
   result = 0;
   switch (message) {
     case WM_SETFOCUS:

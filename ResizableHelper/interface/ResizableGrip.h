@@ -55,7 +55,7 @@ class CResizableGrip {
  public:
   /// Counts one more who wants the grip shown, unless the bits of `dwMask` in `*pStatus` say that it is counted.
   void ShowSizeGrip(DWORD* pStatus, DWORD dwMask) noexcept {
-    if (!SnagtrapUtil::expect(pStatus != nullptr, L"pStatus != 0", ZD_PLACE)) return;
+    if (!SnagtrapUtil::expect(pStatus != nullptr, L"pStatus != 0", ZD_LOCATION)) return;
     if (*pStatus & dwMask) return;
     ++show_count_;
     *pStatus |= dwMask;
@@ -63,7 +63,7 @@ class CResizableGrip {
 
   /// Takes that back.
   void HideSizeGrip(DWORD* pStatus, DWORD dwMask) noexcept {
-    if (!SnagtrapUtil::expect(pStatus != nullptr, L"pStatus != 0", ZD_PLACE)) return;
+    if (!SnagtrapUtil::expect(pStatus != nullptr, L"pStatus != 0", ZD_LOCATION)) return;
     if (!(*pStatus & dwMask)) return;
     --show_count_;
     *pStatus &= ~dwMask;
@@ -72,7 +72,7 @@ class CResizableGrip {
   /// Puts the grip into the corner and shows it while anybody wants it shown.
   void UpdateSizeGrip() noexcept {
     const HWND dialog = static_cast<T*>(this)->m_hWnd;
-    SnagtrapUtil::expect(::IsWindow(dialog) != FALSE, L"pT->IsWindow()", ZD_PLACE);
+    SnagtrapUtil::expect(::IsWindow(dialog) != FALSE, L"pT->IsWindow()", ZD_LOCATION);
     RECT client = {};
     ::GetClientRect(dialog, &client);
     if (!::IsWindow(grip_.m_hWnd)) return;

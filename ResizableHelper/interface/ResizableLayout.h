@@ -22,17 +22,17 @@ class CResizableLayout {
   /// Records or replaces the layout of a child. Without a second anchor the child keeps its size. What is no window or
   /// no child is reported as an assertion and recorded all the same. Throws `std::bad_alloc`.
   void AddAnchor(HWND hWnd, CSize anchorTL, CSize anchorBR = NOANCHOR) {
-    SnagtrapUtil::expect(::IsWindow(hWnd) != FALSE, L"::IsWindow(hWnd)", ZD_PLACE_AT(anchored_window_line));
+    SnagtrapUtil::expect(::IsWindow(hWnd) != FALSE, L"::IsWindow(hWnd)", ZD_LOCATION_AT(anchored_window_line));
     SnagtrapUtil::expect(::IsChild(dialog(), hWnd) != FALSE, L"::IsChild(pT->m_hWnd, hWnd)",
-                         ZD_PLACE_AT(anchored_child_line));
-    SnagtrapUtil::expect(anchorTL != NOANCHOR, L"anchorTL != NOANCHOR", ZD_PLACE_AT(anchor_line));
+                         ZD_LOCATION_AT(anchored_child_line));
+    SnagtrapUtil::expect(anchorTL != NOANCHOR, L"anchorTL != NOANCHOR", ZD_LOCATION_AT(anchor_line));
     anchored_.put(resizable::measured_child(dialog(), hWnd, anchorTL, anchorBR));
   }
 
   /// Records a child whose layout `T` gives at each use, through `ArrangeLayoutCallback`. `callbackId` is `T`'s own and
   /// not 0. Throws `std::bad_alloc`.
   void AddAnchorCallback(HWND hWnd, UINT callbackId) {
-    SnagtrapUtil::expect(callbackId != 0, L"callbackId != 0", ZD_PLACE);
+    SnagtrapUtil::expect(callbackId != 0, L"callbackId != 0", ZD_LOCATION);
     LayoutInfo info = resizable::measured_child(dialog(), hWnd, TOP_LEFT, TOP_LEFT);
     info.callback_id = callbackId;
     callbacks_.put(info);
@@ -41,7 +41,7 @@ class CResizableLayout {
   /// `T` hides this when it adds callbacks: writes the child's corners into the copy of its record and answers TRUE, or
   /// answers FALSE to leave the child alone this time.
   BOOL ArrangeLayoutCallback(LayoutInfo&) {
-    SnagtrapUtil::expect(false, L"0", ZD_PLACE_AT(callback_line));
+    SnagtrapUtil::expect(false, L"0", ZD_LOCATION_AT(callback_line));
     return FALSE;
   }
 
@@ -89,7 +89,7 @@ class CResizableLayout {
 
   /// Hands out the area that the dialog itself must erase, in client coordinates. The caller owns the region.
   void BuildEraseRegion(HRGN* out) {
-    SnagtrapUtil::expect(*out == nullptr, L"m_hRgn == 0", ZD_PLACE);
+    SnagtrapUtil::expect(*out == nullptr, L"m_hRgn == 0", ZD_LOCATION);
     platform::Region erased = resizable::client_region(dialog());
     ForEachChild([&](const LayoutInfo& info) { resizable::combine_with_child(erased, dialog(), info); });
     *out = erased.detach();

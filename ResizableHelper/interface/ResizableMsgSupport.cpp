@@ -21,7 +21,7 @@ UINT RegisterResizeMessage::GetRegisteredWMU_RESIZESUPPORT() noexcept {
       uRegisterdWMU_RESIZESUPPORT = RegisterWindowMessageW(L"WMU_RESIZESUPPORT");
     }
     SnagtrapUtil::expect(uRegisterdWMU_RESIZESUPPORT != 0, L"uRegisterdWMU_RESIZESUPPORT != 0",
-                         ZD_PLACE_IN("ResizableMsgSupport.h", registration_line));
+                         ZD_LOCATION_IN("ResizableMsgSupport.h", registration_line));
   }
   WMU_RESIZESUPPORT = uRegisterdWMU_RESIZESUPPORT;
   return WMU_RESIZESUPPORT;

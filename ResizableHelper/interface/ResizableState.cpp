@@ -71,7 +71,7 @@ std::optional<WINDOWPLACEMENT> system_placement(HWND dialog) noexcept {
 
 }  // namespace
 
-PlacementPlace placement_place(HKEY root, const wchar_t* path, const wchar_t* subkey, const wchar_t* value_name) {
+PlacementKey placement_place(HKEY root, const wchar_t* path, const wchar_t* subkey, const wchar_t* value_name) {
   const auto text = [](const wchar_t* given) { return given ? given : L""; };
   return {text(path), text(subkey), text(value_name), root};
 }
@@ -84,7 +84,7 @@ std::optional<WINDOWPLACEMENT> present_placement(HWND dialog, bool rect_only) no
   return placement;
 }
 
-std::optional<WINDOWPLACEMENT> read_placement(const PlacementPlace& place) {
+std::optional<WINDOWPLACEMENT> read_placement(const PlacementKey& place) {
   platform::RegistryKey key;
   if (RegOpenKeyExW(place.root, place.key_name().c_str(), 0, KEY_READ, key.put()) != ERROR_SUCCESS) return std::nullopt;
   WINDOWPLACEMENT placement = {};
@@ -98,7 +98,7 @@ std::optional<WINDOWPLACEMENT> read_placement(const PlacementPlace& place) {
   return placement;
 }
 
-bool store_placement(HWND dialog, const PlacementPlace& place, bool rect_only, WINDOWPLACEMENT* given) noexcept {
+bool store_placement(HWND dialog, const PlacementKey& place, bool rect_only, WINDOWPLACEMENT* given) noexcept {
   try {
     const platform::RegistryKey key = writable_key(place.root, place.key_name().c_str());
     if (!key) return false;
@@ -114,7 +114,7 @@ bool store_placement(HWND dialog, const PlacementPlace& place, bool rect_only, W
   }
 }
 
-BOOL restore_placement(HWND dialog, const PlacementPlace& place) {
+BOOL restore_placement(HWND dialog, const PlacementKey& place) {
   if (const auto stored = read_placement(place)) return apply_stored(dialog, *stored);
   auto present = system_placement(dialog);
   if (!present) return FALSE;

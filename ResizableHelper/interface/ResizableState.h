@@ -8,7 +8,7 @@
 namespace resizable {
 
 /// Where a dialog's placement is kept in the registry: the value `value_name` of the key `path`\`subkey` under `root`.
-struct PlacementPlace {
+struct PlacementKey {
   std::wstring path;
   std::wstring subkey;
   std::wstring value_name;
@@ -18,22 +18,22 @@ struct PlacementPlace {
 };
 
 /// A place from texts that may be null, which read as empty.
-PlacementPlace placement_place(HKEY root, const wchar_t* path, const wchar_t* subkey, const wchar_t* value_name);
+PlacementKey placement_place(HKEY root, const wchar_t* path, const wchar_t* subkey, const wchar_t* value_name);
 
 /// The dialog's placement as it is to be kept: never minimised; with `rect_only` shown normally at its present
 /// rectangle. Nothing when the system does not tell it.
 std::optional<WINDOWPLACEMENT> present_placement(HWND dialog, bool rect_only) noexcept;
 
 /// The stored placement as it is, with a proper length field; nothing when there is none of the right type and size.
-std::optional<WINDOWPLACEMENT> read_placement(const PlacementPlace& place);
+std::optional<WINDOWPLACEMENT> read_placement(const PlacementKey& place);
 
 /// Stores the given placement, or the dialog's own when null. Lowers the bottom of the given record by one caption
 /// height, as it is stored. Answers whether it is stored; nothing is reported, nothing is thrown.
-bool store_placement(HWND dialog, const PlacementPlace& place, bool rect_only, WINDOWPLACEMENT* given) noexcept;
+bool store_placement(HWND dialog, const PlacementKey& place, bool rect_only, WINDOWPLACEMENT* given) noexcept;
 
 /// Puts the dialog where the stored placement says, or stores and applies its present one. Answers the result of
 /// SetWindowPlacement when there was a stored one, else FALSE.
-BOOL restore_placement(HWND dialog, const PlacementPlace& place);
+BOOL restore_placement(HWND dialog, const PlacementKey& place);
 
 /// Pulls a rectangle in screen coordinates onto the nearest monitor and moves it to the monitor under the cursor.
 void fit_rect_to_monitor(RECT& rect) noexcept;
@@ -91,6 +91,6 @@ class CResizableState {
     bool* restoring_;
   };
 
-  resizable::PlacementPlace place_;
+  resizable::PlacementKey place_;
   bool restoring_ = false;
 };

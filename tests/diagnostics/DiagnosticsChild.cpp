@@ -26,7 +26,7 @@ namespace {
 using namespace SnagtrapUtil;
 using test_support::Recorder;
 
-constexpr SourcePlace place{"Child.cpp", 1, "role", "int role()"};
+constexpr SourceLocation place{"Child.cpp", 1, "role", "int role()"};
 constexpr wchar_t library_name[] = L"SnagtrapUtil3.0_x64.dll";
 
 std::wstring argument(int index) { return index < __argc ? __wargv[index] : L""; }

@@ -6,11 +6,11 @@
 
 #include "Recorder.h"
 #include "Reporters.h"
-#include "SourcePlace.h"
+#include "SourceLocation.h"
 
 namespace diagnostics_test {
 
-inline constexpr SnagtrapUtil::SourcePlace place{"Some.cpp", 70, "some_function", "void some_function(int)"};
+inline constexpr SnagtrapUtil::SourceLocation place{"Some.cpp", 70, "some_function", "void some_function(int)"};
 
 inline test_support::RecordedField text(const wchar_t* name, std::wstring value) {
   return {name, VT_BSTR, std::move(value), {}, 0};

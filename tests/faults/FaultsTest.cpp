@@ -4,11 +4,11 @@ namespace faults_test {
 
 using test_support::FakeHost;
 
-Played play(const Scenario& scenario, const module_test::Module& module, FakeHost& host, const Arm& arm) {
+ScenarioResult play(const Scenario& scenario, const module_test::Module& module, FakeHost& host, const Arm& arm) {
   host.rules() = stored_rules();
   host.settings() = stored_settings();
   Session session(module, host, arm);
-  const Played played = scenario.play(session);
+  const ScenarioResult played = scenario.play(session);
   session.end();
   EXPECT_THAT(host.rules(), testing::AnyOfArray(scenario.outcomes));
   return played;
@@ -16,7 +16,7 @@ Played play(const Scenario& scenario, const module_test::Module& module, FakeHos
 
 Calls play_undisturbed(const Scenario& scenario, const module_test::Module& module) {
   FakeHost host;
-  const Played played = play(scenario, module, host, [&] {
+  const ScenarioResult played = play(scenario, module, host, [&] {
     host.record_queries(true);
     host.calls().forget();
   });

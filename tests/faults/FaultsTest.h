@@ -9,7 +9,8 @@
 namespace faults_test {
 
 /// Plays a scenario in a host and lets the plug-in go. Fails the test when something is held or torn afterwards.
-Played play(const Scenario& scenario, const module_test::Module& module, test_support::FakeHost& host, const Arm& arm);
+ScenarioResult play(const Scenario& scenario, const module_test::Module& module, test_support::FakeHost& host,
+                    const Arm& arm);
 
 /// Plays a scenario in which nothing fails, and fails the test when it does not end as it is meant. Answers the calls
 /// that the host got from `arm` on.

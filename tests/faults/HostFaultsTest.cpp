@@ -62,8 +62,8 @@ TEST_P(HostFaults, LeadToTheDocumentedResultAndTearNothing) {
   std::size_t sum = 0;
   for (const Fault& fault : faults) {
     const std::size_t injected = test_support::fail_each_call(fault, [&](FakeHost& host, const Arm& arm) {
-      const Played played = play(scenario, module_, host, arm);
-      EXPECT_EQ(scenario.documented(played, host.calls().struck(), fault), played.answer);
+      const ScenarioResult played = play(scenario, module_, host, arm);
+      EXPECT_EQ(scenario.documented(played, host.calls().faulted_calls(), fault), played.answer);
       test_support::take_reports();
     });
     if (HasFailure()) return;

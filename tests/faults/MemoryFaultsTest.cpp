@@ -10,15 +10,17 @@ namespace {
 
 using test_support::FailingMemory;
 using test_support::FakeHost;
-using test_support::Lack;
+using test_support::FaultDuration;
 using test_support::Memory;
 using testing::AnyOf;
 
 /// Plays the scenario without one allocation, or without it and all that follow. Answers whether the module came to it.
-bool play_without(long number, Memory kind, Lack lack, const Scenario& scenario, const module_test::Module& module) {
+bool play_without(long number, Memory kind, FaultDuration lack, const Scenario& scenario,
+                  const module_test::Module& module) {
   FakeHost host;
   std::optional<FailingMemory> memory;
-  const Played played = play(scenario, module, host, [&] { memory.emplace(module.handle(), number, kind, lack); });
+  const ScenarioResult played =
+      play(scenario, module, host, [&] { memory.emplace(module.handle(), number, kind, lack); });
   const bool failed = memory->has_failed();
   memory.reset();
   EXPECT_THAT(played.answer, AnyOf(S_OK, failed ? scenario.without_memory : S_OK));
@@ -29,7 +31,7 @@ bool play_without(long number, Memory kind, Lack lack, const Scenario& scenario,
 
 class MemoryFaults : public FaultsTest {
  protected:
-  long fail_each(Memory kind, Lack lack) {
+  long fail_each(Memory kind, FaultDuration lack) {
     for (long number = 1;; ++number) {
       const bool failed = play_without(number, kind, lack, GetParam(), module_);
       if (HasFailure()) ADD_FAILURE() << "when allocation " << number << " fails";
@@ -39,8 +41,8 @@ class MemoryFaults : public FaultsTest {
 };
 
 TEST_P(MemoryFaults, LeadToTheDocumentedResultAndTearNothing) {
-  const long blocks = fail_each(Memory::blocks, Lack::once);
-  const long strings = HasFailure() ? 0 : fail_each(Memory::com, Lack::once);
+  const long blocks = fail_each(Memory::blocks, FaultDuration::once);
+  const long strings = HasFailure() ? 0 : fail_each(Memory::com, FaultDuration::once);
   if (HasFailure()) return;
   std::printf("[ faults ] %s: operator new: %ld\n", GetParam().name, blocks);
   std::printf("[ faults ] %s: COM strings and task memory: %ld\n", GetParam().name, strings);
@@ -49,7 +51,7 @@ TEST_P(MemoryFaults, LeadToTheDocumentedResultAndTearNothing) {
 }
 
 TEST_P(MemoryFaults, ThatLastLeadToTheDocumentedResultAndTearNothing) {
-  const long places = fail_each(Memory::any, Lack::lasting);
+  const long places = fail_each(Memory::any, FaultDuration::lasting);
   if (HasFailure()) return;
   std::printf("[ faults ] %s: no memory from a place on: %ld\n", GetParam().name, places);
   EXPECT_EQ(documented_number("How many", GetParam().name, 4), static_cast<std::size_t>(places));

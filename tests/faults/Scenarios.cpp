@@ -6,7 +6,7 @@
 #include <ostream>
 #include <utility>
 
-#include "Clerk.h"
+#include "DialogScript.h"
 #include "resource.h"
 
 namespace faults_test {
@@ -58,18 +58,18 @@ bool ends_initialize(const std::string& call, const Fault& fault) {
          begins_with(call, "IkvMainMenu::AddSubMenu");
 }
 
-HRESULT initialize_result(const Played&, const Calls& struck, const Fault& fault) {
-  const bool ends =
-      std::any_of(struck.begin(), struck.end(), [&](const std::string& call) { return ends_initialize(call, fault); });
+HRESULT initialize_result(const ScenarioResult&, const Calls& faulted_calls, const Fault& fault) {
+  const bool ends = std::any_of(faulted_calls.begin(), faulted_calls.end(),
+                                [&](const std::string& call) { return ends_initialize(call, fault); });
   return ends ? E_FAIL : S_OK;
 }
 
-Played play_initialize(Session& session) {
+ScenarioResult play_initialize(Session& session) {
   session.arm();
   return {session.initialize(), false, true};
 }
 
-Played play_initialize_without_storage(Session& session) {
+ScenarioResult play_initialize_without_storage(Session& session) {
   session.arm();
   return {session.initialize_without_storage(), false, true};
 }
@@ -77,14 +77,14 @@ Played play_initialize_without_storage(Session& session) {
 // The rule list.
 
 /// A command whose id cannot be read is unknown, unless its value arrives with a success code of another kind.
-HRESULT command_result(const Played&, const Calls& struck, const Fault& fault) {
-  const bool unknown = fault.out != Fault::Out::given && any_begins_with(struck, "IkvMenuItem::get_CommandID");
+HRESULT command_result(const ScenarioResult&, const Calls& faulted_calls, const Fault& fault) {
+  const bool unknown = fault.out != Fault::Out::given && any_begins_with(faulted_calls, "IkvMenuItem::get_CommandID");
   return unknown ? E_INVALIDARG : S_OK;
 }
 
-HRESULT dialog_result(const Played&, const Calls&, const Fault&) { return S_OK; }
+HRESULT dialog_result(const ScenarioResult&, const Calls&, const Fault&) { return S_OK; }
 
-Played play_list(Session& session) {
+ScenarioResult play_list(Session& session) {
   session.initialize();
   int rules = 0;
   const auto show = [](HWND list) { ShowWindow(list, SW_SHOW); };
@@ -92,14 +92,14 @@ Played play_list(Session& session) {
     RedrawWindow(list, nullptr, nullptr, RDW_ALLCHILDREN | RDW_UPDATENOW);
     rules = shown_rules(list);
   };
-  const Clerk clerk({show, look});
+  const DialogScript clerk({show, look});
   session.arm();
   const HRESULT answer = session.command();
   return {answer, false, rules == 2 && session.handles() > 0};
 }
 
 /// Presses a button when a rule is selected.
-Clerk::Step press_on(Session& session, long rule_id, int button) {
+DialogScript::Step press_on(Session& session, long rule_id, int button) {
   return [&session, rule_id, button](HWND list) {
     select_rule(list, rule_id);
     session.arm();
@@ -107,72 +107,72 @@ Clerk::Step press_on(Session& session, long rule_id, int button) {
   };
 }
 
-Played play_refused_delete(Session& session) {
+ScenarioResult play_refused_delete(Session& session) {
   session.initialize();
-  const Clerk clerk({press_on(session, used_rule.id, IDC_DELETE_RULE)});
+  const DialogScript clerk({press_on(session, used_rule.id, IDC_DELETE_RULE)});
   const HRESULT answer = session.command();
   return {answer, false, clerk.warnings() == 1 && clerk.questions() == 0};
 }
 
-Played play_delete(Session& session) {
+ScenarioResult play_delete(Session& session) {
   session.initialize();
-  const Clerk clerk({press_on(session, free_rule.id, IDC_DELETE_RULE)}, {}, *free_rule.name);
+  const DialogScript clerk({press_on(session, free_rule.id, IDC_DELETE_RULE)}, {}, *free_rule.name);
   const HRESULT answer = session.command();
   return {answer, false, clerk.questions() == 1 && clerk.warnings() == 0};
 }
 
-Played play_add(Session& session) {
+ScenarioResult play_add(Session& session) {
   session.initialize();
-  const Clerk clerk({press_on(session, free_rule.id, IDC_ADD_RULE)}, {new_rule_name, entered_rule(), {}, {}});
+  const DialogScript clerk({press_on(session, free_rule.id, IDC_ADD_RULE)}, {new_rule_name, entered_rule(), {}, {}});
   const HRESULT answer = session.command();
   return {answer, clerk.editors() == 1, clerk.editors() == 1 && clerk.warnings() == 0};
 }
 
-Played play_refused_name(Session& session) {
+ScenarioResult play_refused_name(Session& session) {
   session.initialize();
   const auto open = [](HWND list) {
     select_rule(list, free_rule.id);
     press(list, IDC_EDIT_RULE);
   };
-  const Clerk clerk({open}, {*free_rule.name, named(used_rule.name->c_str(), entered_rule()), *entered_rule().name,
-                             [&] { session.arm(); }});
+  const DialogScript clerk({open}, {*free_rule.name, named(used_rule.name->c_str(), entered_rule()),
+                                    *entered_rule().name, [&] { session.arm(); }});
   const HRESULT answer = session.command();
   return {answer, clerk.editors() == 1, clerk.warnings() == 1};
 }
 
 // The editor by itself.
 
-bool lacks_its_table(const Calls& struck) {
-  return any_begins_with(struck, "kvTable::") || any_begins_with(struck, "kvRuleFilter::") ||
-         any_begins_with(struck, "IRunnableObject::");
+bool lacks_its_table(const Calls& faulted_calls) {
+  return any_begins_with(faulted_calls, "kvTable::") || any_begins_with(faulted_calls, "kvRuleFilter::") ||
+         any_begins_with(faulted_calls, "IRunnableObject::");
 }
 
 /// Only the lack of what the editor is made with reaches the caller: of the table and of the filter for its rule.
-HRESULT show_result(const Played& played, const Calls& struck, const Fault& fault) {
-  if (played.edited || !lacks_its_table(struck)) return S_OK;
+HRESULT show_result(const ScenarioResult& played, const Calls& faulted_calls, const Fault& fault) {
+  if (played.edited || !lacks_its_table(faulted_calls)) return S_OK;
   return FAILED(fault.result) ? fault.result : E_POINTER;
 }
 
 /// The table of a new rule is made without a result: it is only found to be missing.
-HRESULT show_new_result(const Played& played, const Calls& struck, const Fault&) {
-  return played.edited || !lacks_its_table(struck) ? S_OK : E_POINTER;
+HRESULT show_new_result(const ScenarioResult& played, const Calls& faulted_calls, const Fault&) {
+  return played.edited || !lacks_its_table(faulted_calls) ? S_OK : E_POINTER;
 }
 
-Played play_show_of(Session& session, long rule_id, Entry entry) {
+ScenarioResult play_show_of(Session& session, long rule_id, Entry entry) {
   session.initialize();
-  const Clerk clerk({}, std::move(entry));
+  const DialogScript clerk({}, std::move(entry));
   session.arm();
   const HRESULT answer = session.show(rule_id);
   return {answer, clerk.editors() == 1, clerk.editors() == 1 && clerk.warnings() == 0};
 }
 
-Played play_show(Session& session) {
+ScenarioResult play_show(Session& session) {
   return play_show_of(session, free_rule.id, {*free_rule.name, entered_rule(), {}, {}});
 }
 
 // How a new rule is saved is a matter of adding it.
-Played play_show_new(Session& session) {
-  return play_show_of(session, 0, {new_rule_name, entered_rule(), {}, [&] { session.heal(); }});
+ScenarioResult play_show_new(Session& session) {
+  return play_show_of(session, 0, {new_rule_name, entered_rule(), {}, [&] { session.clear_faults(); }});
 }
 
 }  // namespace

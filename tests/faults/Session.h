@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "FakeHost.h"
-#include "Leftovers.h"
 #include "Module.h"
+#include "ModuleLeakCheck.h"
 
 namespace faults_test {
 
@@ -22,7 +22,7 @@ class Session {
 
   void arm() const { arm_(); }
   /// From now on the host works again.
-  void heal() const { host_.calls().heal(); }
+  void clear_faults() const { host_.calls().clear_faults(); }
 
   HRESULT initialize();
   HRESULT initialize_without_storage();
@@ -43,7 +43,7 @@ class Session {
 
   test_support::FakeHost& host_;
   Arm arm_;
-  Leftovers leftovers_;
+  ModuleLeakCheck leftovers_;
   test_support::DispatchPtr menu_;
   test_support::DispatchPtr hot_keys_;
   test_support::DispatchPtr storage_;

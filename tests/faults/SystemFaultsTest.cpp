@@ -9,33 +9,33 @@ namespace faults_test {
 namespace {
 
 using test_support::FailingSystem;
-using test_support::Lack;
+using test_support::FaultDuration;
 
 class SystemFaults : public testing::TestWithParam<SystemScenario> {
  protected:
   void SetUp() override {
-    play_without(0, Lack::once);
+    play_without(0, FaultDuration::once);
     ASSERT_FALSE(HasFailure()) << "when nothing fails";
   }
 
   /// A newly loaded module, so that what it looks up once is looked up in each run. Answers whether a call failed.
-  static bool play_without(std::size_t number, Lack lack) {
+  static bool play_without(std::size_t number, FaultDuration lack) {
     const module_test::Module module;
     FailingSystem system(module.handle());
-    GetParam().play(module,
-                    {[&] { system.arm(number, lack); }, [&] { system.heal(); }, [&] { return system.failed(); }});
-    system.heal();
+    GetParam().play(
+        module, {[&] { system.arm(number, lack); }, [&] { system.clear_faults(); }, [&] { return system.failed(); }});
+    system.clear_faults();
     // Which reports each fault leads to is told by the tests of each call.
     test_support::take_reports();
     const bool failed = !system.failed().empty();
     if (HasFailure() && failed) {
       ADD_FAILURE() << "when call " << number << " fails: " << system.calls()[number - 1]
-                    << (lack == Lack::lasting ? ", and all after it" : "");
+                    << (lack == FaultDuration::lasting ? ", and all after it" : "");
     }
     return failed;
   }
 
-  static std::size_t fail_each_call(Lack lack) {
+  static std::size_t fail_each_call(FaultDuration lack) {
     for (std::size_t number = 1;; ++number) {
       if (!play_without(number, lack) || HasFailure()) return number - 1;
     }
@@ -45,10 +45,10 @@ class SystemFaults : public testing::TestWithParam<SystemScenario> {
 };
 
 TEST_P(SystemFaults, LeadToTheDocumentedResultAndTearNothing) {
-  const std::size_t once = fail_each_call(Lack::once);
+  const std::size_t once = fail_each_call(FaultDuration::once);
   if (HasFailure()) return;
   std::printf("[ faults ] %s: call of the system: %zu\n", GetParam().name.c_str(), once);
-  const std::size_t lasting = fail_each_call(Lack::lasting);
+  const std::size_t lasting = fail_each_call(FaultDuration::lasting);
   if (HasFailure()) return;
   std::printf("[ faults ] %s: call of the system, from then on: %zu\n", GetParam().name.c_str(), lasting);
   EXPECT_EQ(documented_number("System faults", GetParam().name, 0), once);

@@ -5,7 +5,7 @@
 #include <ostream>
 #include <set>
 
-#include "Clerk.h"
+#include "DialogScript.h"
 #include "FailingSystem.h"
 #include "FaultsTest.h"
 #include "LateBound.h"
@@ -28,7 +28,7 @@ std::string needed_creation(const Scenario& scenario) {
 }
 
 /// What a call of the module may answer: only the lack of a class of the host reaches the caller.
-auto documented_answer(const Scenario& scenario, const Played& played, const std::set<std::string>& failed) {
+auto documented_answer(const Scenario& scenario, const ScenarioResult& played, const std::set<std::string>& failed) {
   const bool no_object = failed.count("CoCreateInstance") != 0 || failed.count("OleRun") != 0;
   const Calls struck = no_object ? Calls{needed_creation(scenario)} : Calls{};
   return AnyOf(S_OK, scenario.documented(played, struck, {test_support::no_class, Fault::Out::untouched}));
@@ -37,7 +37,7 @@ auto documented_answer(const Scenario& scenario, const Played& played, const std
 SystemScenario hosted(const Scenario& scenario) {
   return {scenario.name, [scenario](const Module& module, const Injection& injection) {
             test_support::FakeHost host;
-            const Played played = play(scenario, module, host, injection.arm);
+            const ScenarioResult played = play(scenario, module, host, injection.arm);
             EXPECT_THAT(played.answer, documented_answer(scenario, played, injection.failed()));
           }};
 }
@@ -53,7 +53,7 @@ SystemScenario first_list(const Scenario& list) {
 
 /// The first class object and the first object.
 void play_first_object(const Module& module, const Injection& injection) {
-  const Leftovers leftovers(module);
+  const ModuleLeakCheck leftovers(module);
   {
     module_test::Ptr<IClassFactory> factory;
     module_test::Ptr<IkvPlugin> plugin;
@@ -65,7 +65,7 @@ void play_first_object(const Module& module, const Injection& injection) {
       answer = factory->CreateInstance(nullptr, __uuidof(IkvPlugin), reinterpret_cast<void**>(&plugin));
       EXPECT_EQ(answer == S_OK, plugin != nullptr);
     }
-    injection.heal();
+    injection.clear_faults();
     EXPECT_THAT(answer, AnyOf(S_OK, E_OUTOFMEMORY));
     EXPECT_TRUE(module.plugin()) << "the next one is made";
   }
@@ -86,13 +86,13 @@ bool can_be_told(const std::set<std::string>& failed) {
 /// no report arrives then, ever.
 void play_first_report(const Module& module, const Injection& injection) {
   test_support::write_registry_text(HKEY_CURRENT_USER, L"Software\\Orvane\\Snagtrap", L"", L"tell me");
-  const Clerk clerk({});
-  const Leftovers leftovers(module);
+  const DialogScript clerk({});
+  const ModuleLeakCheck leftovers(module);
   {
     const auto plugin = module.plugin();
     injection.arm();
     provoke_report(plugin);
-    injection.heal();
+    injection.clear_faults();
     test_support::take_reports();
     provoke_report(plugin);
     const bool arrives = !test_support::take_reports().empty();
@@ -105,13 +105,13 @@ void play_first_report(const Module& module, const Injection& injection) {
 
 /// A failure to load the type information is kept as long as the module is loaded.
 void play_late_bound(const Module& module, const Injection& injection) {
-  const Leftovers leftovers(module);
+  const ModuleLeakCheck leftovers(module);
   {
     const auto plugin = module.plugin();
     DISPID id = DISPID_UNKNOWN;
     injection.arm();
     const HRESULT answer = module_test::id_of(plugin, L"DoCommand", id);
-    injection.heal();
+    injection.clear_faults();
     EXPECT_THAT(answer,
                 AnyOf(S_OK, E_OUTOFMEMORY, TYPE_E_CANTLOADLIBRARY, HRESULT_FROM_WIN32(ERROR_NOT_ENOUGH_MEMORY)));
     EXPECT_EQ(answer == S_OK ? 3 : DISPID_UNKNOWN, id);
@@ -147,10 +147,10 @@ void register_and_unregister(const Module& module) {
 
 void play_register(const Module& module, const Injection& injection) {
   const ScratchRoot classes(HKEY_CLASSES_ROOT);
-  const Leftovers leftovers(module);
+  const ModuleLeakCheck leftovers(module);
   injection.arm();
   const HRESULT answer = module.register_server();
-  injection.heal();
+  injection.clear_faults();
   EXPECT_EQ(is_registered() ? S_OK : E_FAIL, SUCCEEDED(answer) ? answer : E_FAIL);
   leftovers.expect_none();
   register_and_unregister(module);
@@ -158,11 +158,11 @@ void play_register(const Module& module, const Injection& injection) {
 
 void play_unregister(const Module& module, const Injection& injection) {
   const ScratchRoot classes(HKEY_CLASSES_ROOT);
-  const Leftovers leftovers(module);
+  const ModuleLeakCheck leftovers(module);
   EXPECT_EQ(S_OK, module.register_server());
   injection.arm();
   const HRESULT answer = module.unregister_server();
-  injection.heal();
+  injection.clear_faults();
   EXPECT_EQ(is_gone() ? S_OK : E_FAIL, SUCCEEDED(answer) ? answer : E_FAIL);
   leftovers.expect_none();
   register_and_unregister(module);

@@ -13,7 +13,7 @@ namespace faults_test {
 /// What fails in a run: calls of the system, or the memory for what is made.
 struct Injection {
   Arm arm;                                        ///< called at the start of the part that a scenario is about
-  std::function<void()> heal;                     ///< from then on nothing fails
+  std::function<void()> clear_faults;             ///< from then on nothing fails
   std::function<std::set<std::string>()> failed;  ///< the functions of the system that have failed
 };
 

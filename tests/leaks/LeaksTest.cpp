@@ -2,7 +2,7 @@
 
 #include <functional>
 
-#include "Clerk.h"
+#include "DialogScript.h"
 #include "ExpectedReports.h"
 #include "Footprint.h"
 #include "ScratchRoot.h"
@@ -12,7 +12,7 @@
 namespace leaks_test {
 namespace {
 
-using faults_test::Clerk;
+using faults_test::DialogScript;
 using faults_test::Session;
 using module_test::Module;
 using test_support::FakeHost;
@@ -63,7 +63,7 @@ class LeaksTest : public testing::Test {
 
 TEST_F(LeaksTest, AThousandRuleListsLeaveNothing) {
   repeat([](Session& session) {
-    const Clerk clerk({});
+    const DialogScript clerk({});
     ASSERT_EQ(S_OK, session.command());
     ASSERT_EQ(1, clerk.lists());
   });
@@ -71,7 +71,7 @@ TEST_F(LeaksTest, AThousandRuleListsLeaveNothing) {
 
 TEST_F(LeaksTest, AThousandEditorsLeaveNothing) {
   repeat([](Session& session) {
-    const Clerk clerk({}, {L"another name", {}, {}, {}});
+    const DialogScript clerk({}, {L"another name", {}, {}, {}});
     ASSERT_EQ(S_OK, session.show(stored_rule.id));
     ASSERT_EQ(1, clerk.editors());
   });
@@ -92,11 +92,11 @@ TEST_F(LeaksTest, AThousandRefillsLeaveNothing) {
     ASSERT_EQ(handles, session.handles_left());
     host_.calls().forget();
   };
-  const Clerk clerk({[&](HWND list) {
-                      refill(list, session.handles_left());
-                      expect_flat([&, handles = session.handles_left()] { refill(list, handles); });
-                    }},
-                    {}, L"IF");
+  const DialogScript clerk({[&](HWND list) {
+                             refill(list, session.handles_left());
+                             expect_flat([&, handles = session.handles_left()] { refill(list, handles); });
+                           }},
+                           {}, L"IF");
   ASSERT_EQ(S_OK, session.command());
   EXPECT_EQ(1 + warm_up + repetitions, clerk.questions());
   session.end();

@@ -93,8 +93,8 @@ TEST_F(RuleUsers, WholeTableIsReadInOnePass) {
                                   "IkvField::GetText(1077)", "IkvTable::MoveNext", "IkvTable::IsEOF"));
 }
 
-constexpr SnagtrapUtil::SourcePlace nowhere = {"Some.cpp", 1, "f", "void f()"};
-constexpr RuleUsersPlaces places = {nowhere, nowhere, nowhere};
+constexpr SnagtrapUtil::SourceLocation nowhere = {"Some.cpp", 1, "f", "void f()"};
+constexpr RuleUsersLocations places = {nowhere, nowhere, nowhere};
 
 TEST_F(RuleUsers, TableWithoutTheFieldOfTheRuleHasNone) {
   users.clear();

@@ -76,12 +76,12 @@ TEST_F(CommandTest, IdOfAFailingGetterCountsAsZero) {
     EXPECT_EQ(1, dialogs_of(0));
     EXPECT_EQ(1, dialogs_of(hot_key_id)) << "the other id still counts";
     EXPECT_EQ(E_INVALIDARG, command(menu_id));
-    calls().heal();
+    calls().clear_faults();
     calls().fail_all("IkvHotKey::get_CommandID", fault);
     EXPECT_EQ(1, dialogs_of(0));
     EXPECT_EQ(1, dialogs_of(menu_id));
     EXPECT_EQ(E_INVALIDARG, command(hot_key_id));
-    calls().heal();
+    calls().clear_faults();
   }
   EXPECT_THAT(take_reports(), IsEmpty());
 }

@@ -197,7 +197,7 @@ TEST_F(InitializeTest, MissingInterfaceOfTheStorageLeavesItsEntryEmpty) {
       calls().fail("kvStorage::QueryInterface(" + std::string(name) + ")", {failure, Fault::Out::untouched});
       EXPECT_EQ(S_OK, initialize()) << name;
       EXPECT_EQ(4u, references(storage_)) << "three entries and the test";
-      calls().heal();
+      calls().clear_faults();
     }
   }
 }
@@ -209,7 +209,7 @@ TEST_F(InitializeTest, StorageWithoutItsMainInterfaceLeavesTheBlockEmpty) {
     calls().fail("kvStorage::QueryInterface(IkvStorage)", {failure, Fault::Out::untouched});
     EXPECT_EQ(S_OK, initialize());
     EXPECT_EQ(1u, references(storage_));
-    calls().heal();
+    calls().clear_faults();
   }
 }
 
@@ -269,7 +269,7 @@ TEST_F(InitializeTest, FailingHostCallIsReportedAndAnswered) {
     calls().fail(failure.call, failure.fault);
     EXPECT_EQ(failure.answer, initialize());
     EXPECT_EQ(failure.reports, take_reports());
-    calls().heal();
+    calls().clear_faults();
   }
 }
 
@@ -282,7 +282,7 @@ TEST_F(InitializeTest, FailedInitializeCanBeRepeated) {
     calls().fail(failure.call, failure.fault);
     initialize();
     take_reports();
-    calls().heal();
+    calls().clear_faults();
     EXPECT_EQ(S_OK, initialize());
     EXPECT_EQ(1u, references(plugin_));
   }

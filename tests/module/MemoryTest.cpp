@@ -19,7 +19,7 @@ class MemoryTest : public HostedTest {
       ASSERT_LT(number, 2000);
       FailingMemory memory(module_.handle(), number);
       action(number);
-      memory.heal();
+      memory.clear_faults();
       take_reports();
       if (!memory.has_failed()) return;
     }

@@ -92,7 +92,7 @@ TEST(ComSupport, PositiveAnswerWithAnObjectIsSuccess) {
 TEST(ComSupport, ReceiveKeepsWhatTheCallGave) {
   Odd object;
   ComPtr<ISample> target;
-  const HRESULT answer = receive(target, [&](ISample** out) {
+  const HRESULT answer = fetch_into(target, [&](ISample** out) {
     object.AddRef();
     *out = &object;
     return S_FALSE;
@@ -105,7 +105,7 @@ TEST(ComSupport, ReceiveKeepsWhatTheCallGave) {
 TEST(ComSupport, ReceiveReleasesTheOldObjectBeforeTheCall) {
   Odd object;
   ComPtr<ISample> target(&object);
-  receive(target, [&](ISample**) {
+  fetch_into(target, [&](ISample**) {
     EXPECT_EQ(object.references, 1u);
     EXPECT_FALSE(target);
     return S_OK;
@@ -117,7 +117,7 @@ TEST(ComSupport, UntouchedOutParameterGivesNull) {
   for (const HRESULT answer : {S_OK, S_FALSE, E_FAIL}) {
     Odd object;
     ComPtr<ISample> target(&object);
-    EXPECT_EQ(receive(target, [&](ISample**) { return answer; }), answer);
+    EXPECT_EQ(fetch_into(target, [&](ISample**) { return answer; }), answer);
     EXPECT_FALSE(target);
   }
 }
@@ -126,7 +126,7 @@ TEST(ComSupport, ObjectGivenByAFailingCallIsNotLeaked) {
   Odd object;
   {
     ComPtr<ISample> target;
-    receive(target, [&](ISample** out) {
+    fetch_into(target, [&](ISample** out) {
       object.AddRef();
       *out = &object;
       return E_FAIL;

@@ -32,7 +32,7 @@ class OtherLibrary {
               (L"zd-other-" + std::to_wstring(GetCurrentProcessId()) + L".tlb")) {
     const std::wstring path = path_.wstring();
     ComPtr<ICreateTypeLib2> library;
-    receive(library, [&](ICreateTypeLib2** out) { return CreateTypeLib2(SYS_WIN64, path.c_str(), out); });
+    fetch_into(library, [&](ICreateTypeLib2** out) { return CreateTypeLib2(SYS_WIN64, path.c_str(), out); });
     std::wstring name = L"Other";
     std::wstring help = L"from the registered library";
     library->SetName(name.data());
@@ -40,7 +40,7 @@ class OtherLibrary {
     library->SetVersion(version, 0);
     library->SetLcid(LOCALE_NEUTRAL);
     ComPtr<ICreateTypeInfo> info;
-    receive(info, [&](ICreateTypeInfo** out) { return library->CreateTypeInfo(name.data(), TKIND_INTERFACE, out); });
+    fetch_into(info, [&](ICreateTypeInfo** out) { return library->CreateTypeInfo(name.data(), TKIND_INTERFACE, out); });
     info->SetGuid(type);
     info->SetDocString(help.data());
     info->LayOut();
@@ -51,7 +51,8 @@ class OtherLibrary {
   void register_it() const {
     std::wstring path = path_.wstring();
     ComPtr<ITypeLib> library;
-    ASSERT_EQ(receive(library, [&](ITypeLib** out) { return LoadTypeLibEx(path.c_str(), REGKIND_NONE, out); }), S_OK);
+    ASSERT_EQ(fetch_into(library, [&](ITypeLib** out) { return LoadTypeLibEx(path.c_str(), REGKIND_NONE, out); }),
+              S_OK);
     ASSERT_EQ(RegisterTypeLib(library, path.data(), nullptr), S_OK);
   }
 
@@ -66,7 +67,7 @@ class TypeInfoTest : public testing::Test {
 
 _bstr_t loaded_help_text(const TypeInfo& type) {
   ComPtr<ITypeInfo> info;
-  EXPECT_EQ(receive(info, [&](ITypeInfo** out) { return type.get(0, out); }), S_OK);
+  EXPECT_EQ(fetch_into(info, [&](ITypeInfo** out) { return type.get(0, out); }), S_OK);
   return info ? help_text(info) : _bstr_t();
 }
 

@@ -88,7 +88,7 @@ class FieldKinds : public HostileDialogs {
 
   void make_sound() {
     host.odd_values().clear();
-    host.calls().heal();
+    host.calls().clear_faults();
     host.record_queries(false);
   }
 
@@ -196,7 +196,7 @@ TEST_F(FieldKinds, OfANewRuleKeepNothingFromBeingMade) {
 
 TEST_F(FieldKinds, OfASettingMakeItNoUserUnlessItsNameIsThere) {
   for_each_kind([&] {
-    const SnagtrapUtil::SourcePlace place = ZD_PLACE;
+    const SnagtrapUtil::SourceLocation place = ZD_LOCATION;
     for (const tagKVFIELDID id : {KVFIELD_RULE_NAME, KVFIELD_SETTING_NAME}) {
       SCOPED_TRACE(id);
       host.settings() = {{L"first", L"IF"}, {L"second", L"IF"}};

@@ -30,9 +30,9 @@ StorageBlock block_of(FakeHost& host) {
 }
 
 /// Answers the editor with a name and OK, once, and whatever box comes up with its button; a second time it cancels.
-class Clerk {
+class DialogScript {
  public:
-  explicit Clerk(const std::wstring& name) : name_(name) {}
+  explicit DialogScript(const std::wstring& name) : name_(name) {}
 
   void answer(HWND dialog) {
     const bool is_editor = GetDlgItem(dialog, IDC_OFFSET) != nullptr;
@@ -58,7 +58,7 @@ class Clerk {
 /// `arm` is called just before.
 HRESULT save_as(
     StorageBlock& block, long rule_id, const std::wstring& name, const std::function<void()>& arm = [] {}) {
-  Clerk clerk(name);
+  DialogScript clerk(name);
   const test_support::DialogDriver driver([&](HWND dialog) { clerk.answer(dialog); });
   try {
     arm();

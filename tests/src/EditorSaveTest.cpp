@@ -195,7 +195,7 @@ TEST_F(EditorSave, RewritesTheRuleAlsoWhenItsNumberCannotBeReadASecondTime) {
       editor.ok();
     });
     EXPECT_EQ(9, rule().roll_offset);
-    host.calls().heal();
+    host.calls().clear_faults();
   }
   EXPECT_THAT(added(), IsEmpty());
   reports();

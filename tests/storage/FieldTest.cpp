@@ -99,7 +99,7 @@ TEST_F(Field, ThatIsGivenInSpiteOfTheResultIsReportedAndRead) {
     host.calls().fail_all("IkvTable::GetFieldByID", {result, Fault::Out::given});
     EXPECT_EQ(42, number());
     EXPECT_EQ(L"IF", std::wstring(text()));
-    host.calls().heal();
+    host.calls().clear_faults();
   }
   EXPECT_THAT(reports(), ElementsAre("ASSERT 80004005 | zdStorageGetFieldHelper.h:22 GetField",
                                      "ASSERT 80004005 | zdStorageGetFieldHelper.h:38 GetField",
@@ -172,7 +172,7 @@ TEST_F(Field, ThatIsGivenInSpiteOfTheResultIsReportedAndWritten) {
   set(L"CU");
   EXPECT_THAT(reports(), ElementsAre("ASSERT 80004005 | zdStorageGetFieldHelper.h:210 SetField",
                                      "ASSERT 80004005 | zdStorageGetFieldHelper.h:210 SetField"));
-  host.calls().heal();
+  host.calls().clear_faults();
   EXPECT_EQ(7, number());
   EXPECT_EQ(L"CU", std::wstring(text()));
 }

@@ -14,12 +14,12 @@ namespace {
 constexpr int menus_after_those_of_plugins = 1;
 
 /// True while it lives.
-class Flag {
+class ScopedFlag {
  public:
-  explicit Flag(bool& flag) noexcept : flag_(flag) { flag = true; }
-  ~Flag() { flag_ = false; }
-  Flag(const Flag&) = delete;
-  Flag& operator=(const Flag&) = delete;
+  explicit ScopedFlag(bool& flag) noexcept : flag_(flag) { flag = true; }
+  ~ScopedFlag() { flag_ = false; }
+  ScopedFlag(const ScopedFlag&) = delete;
+  ScopedFlag& operator=(const ScopedFlag&) = delete;
 
  private:
   bool& flag_;
@@ -59,7 +59,7 @@ void Application::load_plugin(const std::filesystem::path& module) {
 }
 
 HRESULT Application::initialize_plugin() {
-  const Flag calling(calling_plugin_);
+  const ScopedFlag calling(calling_plugin_);
   return plugin_->initialize(
       {.main_menu = ComPtr<IDispatch>(menu_->make_dispatch(), false),
        .hot_keys = ComPtr<IDispatch>(hot_keys_->make_dispatch(), false),
@@ -87,7 +87,7 @@ MainWindowEvents Application::events() {
               [this] {
                 if (refresh_panes()) window_.show_message(text(IDS_REFRESHED));
               },
-          .now_and_then =
+          .on_timer =
               [this] {
                 look_for_changes();
                 show_alarms();
@@ -133,7 +133,7 @@ void Application::call_plugin(const Call& call, const Failure& failure) {
     window_.show_message(text(calling_plugin_ ? IDS_BUSY : IDS_NO_MODULE));
     return;
   }
-  const Flag calling(calling_plugin_);
+  const ScopedFlag calling(calling_plugin_);
   const HRESULT result = call();
   if (FAILED(result)) window_.show_message(failure(describe(result)));
 }
@@ -187,7 +187,7 @@ void Application::alarm(const std::wstring& message) {
 
 void Application::show_alarms() {
   if (showing_alarms_) return;
-  const Flag showing(showing_alarms_);
+  const ScopedFlag showing(showing_alarms_);
   while (!alarms_.empty() && window_.try_show_box(alarms_.front(), MB_ICONERROR)) alarms_.pop_front();
 }
 

@@ -107,7 +107,7 @@ LRESULT MainWindow::handle_message(UINT message, WPARAM wparam, LPARAM lparam) {
       drag_offset_.reset();
       return 0;
     case WM_TIMER:
-      events_.now_and_then();
+      events_.on_timer();
       return 0;
     case run_posted_message:
       run_posted();

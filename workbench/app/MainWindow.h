@@ -22,7 +22,7 @@ struct MainWindowEvents {
   std::function<void(long number)> open_rule;
   std::function<void(long id)> run_command;  ///< a command that a plug-in added
   std::function<void()> refresh;
-  std::function<void()> now_and_then;               ///< every second or so, from whatever message loop runs
+  std::function<void()> on_timer;                   ///< every second or so, from whatever message loop runs
   std::function<std::wstring(HMENU submenu)> hint;  ///< for the status bar
   std::function<void()> about;
   std::function<bool()> may_close;  ///< prepares the end; false keeps the window open

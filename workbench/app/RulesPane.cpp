@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "RuleWords.h"
+#include "RuleFormat.h"
 #include "resource.h"
 
 namespace workbench {
@@ -41,7 +41,7 @@ std::wstring RulesPane::cell(size_t row, size_t column) const {
     case name:
       return stored.rule.name;
     case offset:
-      return offset_in_words(stored.rule);
+      return format_offset(stored.rule);
     case day:
       return day_in_words(stored.rule);
     case closed:

@@ -1,6 +1,6 @@
 #include "StoreMessages.h"
 
-#include "RuleWords.h"
+#include "RuleFormat.h"
 #include "Texts.h"
 #include "resource.h"
 
@@ -14,7 +14,7 @@ std::wstring store_failure(const StoreError& error, const Rule* unsaved) {
   const std::wstring reason = store_message(error);
   if (!unsaved) return text(IDS_STORE_CALL_FAILED, {reason});
   return text(IDS_RULE_NOT_SAVED,
-              {reason, unsaved->name, offset_in_words(*unsaved), day_in_words(*unsaved), move_in_words(*unsaved)});
+              {reason, unsaved->name, format_offset(*unsaved), day_in_words(*unsaved), move_in_words(*unsaved)});
 }
 
 }  // namespace workbench

@@ -23,14 +23,14 @@ std::atomic<bool> window_is_open{false};
 
 /// The right to show a window: one at a time in a process. A report that comes up while its user reads another one,
 /// perhaps from a window that the dialog uncovers, must not pile up on it.
-class WindowTurn {
+class DialogSlot {
  public:
-  WindowTurn() noexcept : held_(!window_is_open.exchange(true)) {}
-  ~WindowTurn() {
+  DialogSlot() noexcept : held_(!window_is_open.exchange(true)) {}
+  ~DialogSlot() {
     if (held_) window_is_open = false;
   }
-  WindowTurn(const WindowTurn&) = delete;
-  WindowTurn& operator=(const WindowTurn&) = delete;
+  DialogSlot(const DialogSlot&) = delete;
+  DialogSlot& operator=(const DialogSlot&) = delete;
 
   bool held() const noexcept { return held_; }
 
@@ -118,7 +118,7 @@ HRESULT DebugRoot::process(Record& record) {
   process_is_clean = false;
   const bool ignored = filter(record);
   const HRESULT logged = journal_.write(L"PROCESS", &record, settings);
-  const WindowTurn turn;
+  const DialogSlot turn;
   if (ignored || !turn.held() || !may_show(settings)) return logged;
 
   const UserAnswer answer = ask_user(report_text(record, *caption, logged));
@@ -134,7 +134,7 @@ HRESULT DebugRoot::clean() {
 
 HRESULT DebugRoot::show_recent() const {
   const Settings settings = read_settings();
-  const WindowTurn turn;
+  const DialogSlot turn;
   if (!turn.held() || !may_show(settings)) return S_FALSE;
   const ReportLog log = journal_.log(settings);
   show_recent_reports(log.path(), recent_text(log.tail(recent_bytes)));

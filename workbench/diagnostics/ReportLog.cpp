@@ -13,18 +13,19 @@ constexpr DWORD longest_wait_ms = 1000;
 constexpr DWORD share_all = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
 /// The turn of this thread among all that use one log. Not held when it did not come in time.
-class Turn {
+class ScopedMutex {
  public:
-  explicit Turn(const std::wstring& mutex_name) noexcept : mutex_(CreateMutexW(nullptr, FALSE, mutex_name.c_str())) {
+  explicit ScopedMutex(const std::wstring& mutex_name) noexcept
+      : mutex_(CreateMutexW(nullptr, FALSE, mutex_name.c_str())) {
     if (!mutex_) return;
     const DWORD waited = WaitForSingleObject(mutex_.get(), longest_wait_ms);
     held_ = waited == WAIT_OBJECT_0 || waited == WAIT_ABANDONED;
   }
-  ~Turn() {
+  ~ScopedMutex() {
     if (held_) ReleaseMutex(mutex_.get());
   }
-  Turn(const Turn&) = delete;
-  Turn& operator=(const Turn&) = delete;
+  ScopedMutex(const ScopedMutex&) = delete;
+  ScopedMutex& operator=(const ScopedMutex&) = delete;
 
   bool held() const noexcept { return held_; }
 
@@ -79,7 +80,7 @@ ReportLog::ReportLog(const std::wstring& directory, Bounds bounds)
     : directory_(full_path(directory)), mutex_name_(mutex_name_for(directory_)), bounds_(bounds) {}
 
 HRESULT ReportLog::append(std::string_view line, bool to_disk) const {
-  const Turn turn(mutex_name_);
+  const ScopedMutex turn(mutex_name_);
   UniqueHandle file = open_for_append();
   if (!file) return last_failure();
   ULONGLONG size = size_of(file.get());
@@ -103,7 +104,7 @@ HRESULT ReportLog::append(std::string_view line, bool to_disk) const {
 }
 
 HRESULT ReportLog::put_aside() const {
-  const Turn turn(mutex_name_);
+  const ScopedMutex turn(mutex_name_);
   if (!turn.held()) return HRESULT_FROM_WIN32(ERROR_TIMEOUT);
   return rotate();
 }

@@ -3,7 +3,7 @@
 #include <string_view>
 
 #include "FirstContentData.h"
-#include "StoredText.h"
+#include "Wtf8.h"
 
 namespace workbench {
 

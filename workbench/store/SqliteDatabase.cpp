@@ -6,7 +6,7 @@
 #include <new>
 
 #include "StoreError.h"
-#include "StoredText.h"
+#include "Wtf8.h"
 
 namespace workbench {
 
@@ -104,7 +104,7 @@ SqliteDatabase::SqliteDatabase(const std::filesystem::path& path, std::chrono::m
   if (code != SQLITE_OK) fail(code);
   sqlite3_extended_result_codes(database, 1);
   sqlite3_db_config(database, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
-  set_patience(patience);
+  set_busy_timeout(patience);
 }
 
 SqliteStatement SqliteDatabase::prepare(std::string_view sql) const {
@@ -124,7 +124,7 @@ std::int64_t SqliteDatabase::integer(std::string_view sql) const {
   return statement.step() ? statement.integer(0) : 0;
 }
 
-void SqliteDatabase::set_patience(std::chrono::milliseconds patience) const noexcept {
+void SqliteDatabase::set_busy_timeout(std::chrono::milliseconds patience) const noexcept {
   sqlite3_busy_timeout(database_.get(), static_cast<int>(patience.count()));
 }
 

@@ -61,7 +61,7 @@ class SqliteDatabase {
   std::int64_t integer(std::string_view sql) const;
 
   /// How long calls wait for another program from now on.
-  void set_patience(std::chrono::milliseconds patience) const noexcept;
+  void set_busy_timeout(std::chrono::milliseconds patience) const noexcept;
 
   /// Throws what this result code of the library means.
   [[noreturn]] void fail(int code) const;

@@ -90,15 +90,15 @@ void rename_in_settings(const SqliteDatabase& database, const std::wstring& from
 }
 
 /// While it lives, calls do not wait for other programs.
-class Impatience {
+class ScopedNoBusyWait {
  public:
-  Impatience(const SqliteDatabase& database, std::chrono::milliseconds patience)
+  ScopedNoBusyWait(const SqliteDatabase& database, std::chrono::milliseconds patience)
       : database_(database), patience_(patience) {
-    database_.set_patience({});
+    database_.set_busy_timeout({});
   }
-  Impatience(const Impatience&) = delete;
-  Impatience& operator=(const Impatience&) = delete;
-  ~Impatience() { database_.set_patience(patience_); }
+  ScopedNoBusyWait(const ScopedNoBusyWait&) = delete;
+  ScopedNoBusyWait& operator=(const ScopedNoBusyWait&) = delete;
+  ~ScopedNoBusyWait() { database_.set_busy_timeout(patience_); }
 
  private:
   const SqliteDatabase& database_;
@@ -210,7 +210,7 @@ class SqliteRuleStore final : public RuleStore {
   /// Counts the changes by other connections. A file that is held just now tells nothing: nobody waits for a change
   /// that is not made yet, and the next look sees it.
   std::optional<std::int64_t> read_data_version() {
-    const Impatience impatience(database_, patience_);
+    const ScopedNoBusyWait impatience(database_, patience_);
     try {
       return database_.integer("PRAGMA data_version");
     } catch (const StoreError& error) {

@@ -67,7 +67,7 @@ const Function allocators[] = {
 
 }  // namespace
 
-FailingMemory::FailingMemory(HMODULE module, long number, Memory kind, Lack lack) {
+FailingMemory::FailingMemory(HMODULE module, long number, Memory kind, FaultDuration lack) {
   for (const Function& function : allocators) {
     const bool is_meant = kind == Memory::any || kind == function.kind;
     if (is_meant && imports(module, function.name)) patches_.emplace_back(module, function.name, function.failing);
@@ -75,12 +75,12 @@ FailingMemory::FailingMemory(HMODULE module, long number, Memory kind, Lack lack
   if (patches_.empty()) throw std::runtime_error("the module imports no function that allocates so");
   failed = false;
   countdown = number;
-  for_good = lack == Lack::lasting;
+  for_good = lack == FaultDuration::lasting;
 }
 
-FailingMemory::~FailingMemory() { heal(); }
+FailingMemory::~FailingMemory() { clear_faults(); }
 
-void FailingMemory::heal() { countdown = 0; }
+void FailingMemory::clear_faults() { countdown = 0; }
 
 bool FailingMemory::has_failed() const { return failed; }
 

@@ -6,8 +6,8 @@
 #include <set>
 #include <string>
 
+#include "FaultDuration.h"
 #include "ImportPatch.h"
-#include "Lack.h"
 
 namespace test_support {
 
@@ -23,13 +23,13 @@ enum class Memory {
 class FailingMemory {
  public:
   /// Throws `std::runtime_error` when the module imports no function that allocates so.
-  FailingMemory(HMODULE module, long number, Memory kind = Memory::any, Lack lack = Lack::once);
+  FailingMemory(HMODULE module, long number, Memory kind = Memory::any, FaultDuration lack = FaultDuration::once);
   ~FailingMemory();
   FailingMemory(const FailingMemory&) = delete;
   FailingMemory& operator=(const FailingMemory&) = delete;
 
   /// From now on nothing fails.
-  void heal();
+  void clear_faults();
   /// Whether the allocation that was to fail has come.
   bool has_failed() const;
 

@@ -138,16 +138,16 @@ FailingSystem::FailingSystem(HMODULE module) {
   replace_imports(module, failing_functions(), patches_);
 }
 
-FailingSystem::~FailingSystem() { heal(); }
+FailingSystem::~FailingSystem() { clear_faults(); }
 
-void FailingSystem::arm(std::size_t number, Lack lack) {
+void FailingSystem::arm(std::size_t number, FaultDuration lack) {
   recorded.clear();
   failures.clear();
   fatal_number = number;
-  goes_on = lack == Lack::lasting;
+  goes_on = lack == FaultDuration::lasting;
 }
 
-void FailingSystem::heal() { fatal_number = 0; }
+void FailingSystem::clear_faults() { fatal_number = 0; }
 
 const std::vector<std::string>& FailingSystem::calls() const { return recorded; }
 

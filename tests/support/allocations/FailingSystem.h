@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "FaultDuration.h"
 #include "ImportPatch.h"
-#include "Lack.h"
 
 namespace test_support {
 
@@ -24,9 +24,9 @@ class FailingSystem {
   FailingSystem& operator=(const FailingSystem&) = delete;
 
   /// The calls count from now on, and the `number`th fails, counted from 1; 0 fails none.
-  void arm(std::size_t number, Lack lack = Lack::once);
+  void arm(std::size_t number, FaultDuration lack = FaultDuration::once);
   /// From now on nothing fails.
-  void heal();
+  void clear_faults();
 
   /// The functions called since it was armed, in order.
   const std::vector<std::string>& calls() const;

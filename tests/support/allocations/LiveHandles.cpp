@@ -30,7 +30,7 @@ Result given_back(Kind kind, void* handle, Result success) {
 
 /// A function that answers a new handle.
 template <FunctionName name, Kind kind, class Handle, class... Arguments>
-struct Making {
+struct AcquireHook {
   static Handle WINAPI call(Arguments... arguments) { return made(kind, name.text, original(arguments...)); }
   inline static Handle(WINAPI* original)(Arguments...);
 };
@@ -48,7 +48,7 @@ struct Opening {
 
 /// A function that takes a handle back as one of its arguments.
 template <Kind kind, std::size_t handle, class Result, class... Arguments>
-struct Taking {
+struct ReleaseHook {
   static Result WINAPI call(Arguments... arguments) {
     return given_back(kind, std::get<handle>(std::tuple(arguments...)), original(arguments...));
   }
@@ -57,7 +57,7 @@ struct Taking {
 
 template <FunctionName name, Kind kind, class Handle, class... Arguments>
 ReplacedFunction making(Handle(WINAPI*)(Arguments...)) {
-  return ReplacedFunction::by<Making<name, kind, Handle, Arguments...>>(name.text);
+  return ReplacedFunction::by<AcquireHook<name, kind, Handle, Arguments...>>(name.text);
 }
 
 template <FunctionName name, class... Arguments>
@@ -67,7 +67,7 @@ ReplacedFunction opening(LSTATUS(WINAPI*)(Arguments...)) {
 
 template <FunctionName name, Kind kind, std::size_t handle, class Result, class... Arguments>
 ReplacedFunction taking(Result(WINAPI*)(Arguments...)) {
-  return ReplacedFunction::by<Taking<kind, handle, Result, Arguments...>>(name.text);
+  return ReplacedFunction::by<ReleaseHook<kind, handle, Result, Arguments...>>(name.text);
 }
 
 /// A key is gone whatever closing it answers.

@@ -56,14 +56,14 @@ std::size_t fail_each_call(const Fault& fault,
       host.calls().fail_number(number, fault);
     });
     const std::vector<std::string>& calls = host.calls().all();
-    const bool struck = !host.calls().struck().empty();
+    const bool faulted_calls = !host.calls().faulted_calls().empty();
     for (const std::string& object : host.living()) ADD_FAILURE() << "not released: " << object;
     if (testing::Test::HasFailure()) {
-      ADD_FAILURE() << "when call " << number << " fails: " << (struck ? calls[number - 1] : "none") << " with "
+      ADD_FAILURE() << "when call " << number << " fails: " << (faulted_calls ? calls[number - 1] : "none") << " with "
                     << described(fault);
       return number - 1;
     }
-    if (!struck) return number - 1;
+    if (!faulted_calls) return number - 1;
   }
 }
 

@@ -73,7 +73,7 @@ std::optional<Fault> HostCalls::strike(const std::string& name, const std::strin
     if (plan.countdown != 0) left.push_back(plan);
   }
   planned_ = std::move(left);
-  if (fault) struck_.push_back(text);
+  if (fault) faulted_calls_.push_back(text);
   return fault;
 }
 

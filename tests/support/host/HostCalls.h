@@ -69,16 +69,16 @@ class HostCalls {
   /// Plans a fault for every call that matches.
   void fail_all(const std::string& pattern, const Fault& fault = {});
   /// The calls that did something else than their work, in order.
-  const std::vector<std::string>& struck() const noexcept { return struck_; }
+  const std::vector<std::string>& faulted_calls() const noexcept { return faulted_calls_; }
 
   /// Plans a fault for the call that is the `number`th of all, counted from 1.
   void fail_number(std::size_t number, const Fault& fault);
   /// Drops all planned faults.
-  void heal() noexcept { planned_.clear(); }
+  void clear_faults() noexcept { planned_.clear(); }
   /// Forgets the recorded calls and starts to count anew.
   void forget() noexcept {
     calls_.clear();
-    struck_.clear();
+    faulted_calls_.clear();
   }
 
  private:
@@ -99,7 +99,7 @@ class HostCalls {
   std::optional<Fault> strike(const std::string& name, const std::string& text);
 
   std::vector<std::string> calls_;
-  std::vector<std::string> struck_;
+  std::vector<std::string> faulted_calls_;
   std::vector<Planned> planned_;
   std::vector<Act> acts_;
 };

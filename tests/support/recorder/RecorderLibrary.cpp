@@ -80,7 +80,7 @@ std::string to_utf8(const std::wstring& text) {
   return utf8;
 }
 
-class Tape final : public RecorderControl {
+class CommandLog final : public RecorderControl {
  public:
   struct Answer {
     HRESULT result;
@@ -170,14 +170,14 @@ class Tape final : public RecorderControl {
   std::wstring journal_;
 };
 
-Tape& tape() {
-  static Tape instance;
+CommandLog& tape() {
+  static CommandLog instance;
   return instance;
 }
 
 /// Fills an out parameter as the answer says. A failing answer may still make an object: callers must not leak it.
 template <class Interface, class Make>
-HRESULT hand_out(const Tape::Answer& answer, Interface** out, Make make) {
+HRESULT hand_out(const CommandLog::Answer& answer, Interface** out, Make make) {
   if (out && answer.out == Out::made) *out = make();
   if (out && answer.out == Out::null) *out = nullptr;
   SetLastError(clobbered_last_error);
@@ -250,7 +250,7 @@ class RecordingRoot final : public workbench::DispatchObject<IKV_SnagtrapUtil::I
     RecordedCommand command{{word ? word : L"", SysStringLen(word)}, {}, S_OK, 0, record};
     if (const RecordingObject* own = find_record(record)) command.fields = own->snapshot();
     const bool makes = command.word == L"CREATE";
-    const Tape::Answer answer = tape().record(std::move(command));
+    const CommandLog::Answer answer = tape().record(std::move(command));
     if (makes) return hand_out(answer, created, [] { return new RecordingObject; });
     SetLastError(clobbered_last_error);
     return answer.result;
@@ -265,7 +265,7 @@ class RecordingRoot final : public workbench::DispatchObject<IKV_SnagtrapUtil::I
 
 extern "C" HRESULT STDMETHODCALLTYPE ST_InitObject(IKV_SnagtrapUtil::IDebugRoot** root) {
   using namespace test_support;
-  const Tape::Answer answer = tape().record({L"ST_InitObject", {}, S_OK, 0, nullptr});
+  const CommandLog::Answer answer = tape().record({L"ST_InitObject", {}, S_OK, 0, nullptr});
   return hand_out(answer, root, [] { return new RecordingRoot; });
 }
 

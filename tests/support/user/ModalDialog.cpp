@@ -26,18 +26,19 @@ std::set<HWND> dialogs_on_screen() {
 }
 
 /// Waits, by a timer that every message loop of the thread serves, for a dialog that was not there before.
-class Meeting {
+class ModalDialogWaiter {
  public:
-  explicit Meeting(const std::function<void(HWND)>& act) : act_(act), before_(dialogs_on_screen()), outer_(current_) {
+  explicit ModalDialogWaiter(const std::function<void(HWND)>& act)
+      : act_(act), before_(dialogs_on_screen()), outer_(current_) {
     current_ = this;
     timer_ = SetTimer(nullptr, 0, interval_ms, look);
   }
-  ~Meeting() {
+  ~ModalDialogWaiter() {
     stop();
     current_ = outer_;
   }
-  Meeting(const Meeting&) = delete;
-  Meeting& operator=(const Meeting&) = delete;
+  ModalDialogWaiter(const ModalDialogWaiter&) = delete;
+  ModalDialogWaiter& operator=(const ModalDialogWaiter&) = delete;
 
   bool took_place() const { return took_place_; }
 
@@ -72,11 +73,11 @@ class Meeting {
     timer_ = 0;
   }
 
-  inline static Meeting* current_ = nullptr;
+  inline static ModalDialogWaiter* current_ = nullptr;
 
   const std::function<void(HWND)>& act_;
   std::set<HWND> before_;
-  Meeting* outer_;
+  ModalDialogWaiter* outer_;
   UINT_PTR timer_ = 0;
   bool took_place_ = false;
 };
@@ -98,7 +99,7 @@ BOOL CALLBACK read_part(HWND part, LPARAM lParam) {
 }  // namespace
 
 void with_dialog(const std::function<void()>& open, const std::function<void(HWND dialog)>& act) {
-  const Meeting meeting(act);
+  const ModalDialogWaiter meeting(act);
   open();
   EXPECT_TRUE(meeting.took_place()) << "no dialog was opened";
 }

@@ -10,7 +10,7 @@ namespace {
 
 using namespace SnagtrapUtil;
 
-constexpr SourcePlace place{"Some.cpp", 70, "some_function", "void some_function(int)"};
+constexpr SourceLocation place{"Some.cpp", 70, "some_function", "void some_function(int)"};
 
 /// The client of the module against the real library, which it finds by name beside the program.
 class RoundTrip : public LibraryTest {};

@@ -169,7 +169,7 @@ TEST_F(StorageObjectTest, DeleteAnswersTheFlag) {
 
 TEST_F(StorageObjectTest, UnselectedComboIsRefusedAndTheOldRuleStaysWhole) {
   inner_->replace_content(sample_content());
-  const Holdings before = holdings(*inner_);
+  const StoreSnapshot before = holdings(*inner_);
   for (const RuleColumn& column : rule_columns) {
     Rule rule = sample_rule(L"second");
     rule.*column.value = -1;

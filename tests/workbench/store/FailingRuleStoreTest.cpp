@@ -26,7 +26,7 @@ TEST(FailingRuleStore, ExactlyTheNthCallFailsAndChangesNothing) {
     FailingRuleStore store(inner, failing, StoreErrorKind::full);
     EXPECT_EQ(refusal_kind([&] { use_every_call(store); }), StoreErrorKind::full) << failing;
     EXPECT_EQ(store.calls(), failing);
-    const Holdings before = holdings(*inner);
+    const StoreSnapshot before = holdings(*inner);
     EXPECT_EQ(holdings(store), before);
   }
   FailingRuleStore unharmed(std::make_shared<MemoryRuleStore>(), 10);

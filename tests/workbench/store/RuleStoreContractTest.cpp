@@ -37,7 +37,7 @@ INSTANTIATE_TEST_SUITE_P(Stores, RuleStoreContract,
                                          Implementation{"Failing", make_failing}),
                          [](const auto& test) { return test.param.name; });
 
-TEST_P(RuleStoreContract, NewStoreIsEmpty) { EXPECT_EQ(holdings(*store_), Holdings()); }
+TEST_P(RuleStoreContract, NewStoreIsEmpty) { EXPECT_EQ(holdings(*store_), StoreSnapshot()); }
 
 TEST_P(RuleStoreContract, AddedRuleComesBackWithItsNumber) {
   const StoredRule added = store_->add_rule(sample_rule(L"gold"));
@@ -113,7 +113,7 @@ TEST_P(RuleStoreContract, DeletedRuleIsGoneAndItsNumberStaysUnused) {
 TEST_P(RuleStoreContract, DuplicateNameIsRefusedAndNamesItself) {
   store_->add_rule(sample_rule(L"gold"));
   const StoredRule silver = store_->add_rule(sample_rule(L"silver"));
-  const Holdings before = holdings(*store_);
+  const StoreSnapshot before = holdings(*store_);
   const auto added = refusal([&] { store_->add_rule(sample_rule(L"gold")); });
   const auto updated = refusal([&] { store_->update_rule(silver.number, sample_rule(L"gold")); });
   ASSERT_TRUE(added && updated);
@@ -151,7 +151,7 @@ TEST_P(RuleStoreContract, EveryNumberKeepsToItsRange) {
       rule.*column.value = value;
       EXPECT_EQ(store_->update_rule(kept.number, rule).rule.*column.value, value) << column.name;
     }
-    const Holdings before = holdings(*store_);
+    const StoreSnapshot before = holdings(*store_);
     for (const long value : {column.least - 1, column.greatest + 1, LONG_MIN, LONG_MAX}) {
       Rule rule = sample_rule(L"refused");
       rule.*column.value = value;
@@ -173,7 +173,7 @@ TEST_P(RuleStoreContract, EmptyAndOverlongNamesAreRefused) {
   EXPECT_EQ(refusal_kind([&] { store_->replace_settings({{L"", L"rule"}}); }), StoreErrorKind::invalid_value);
   EXPECT_EQ(refusal_kind([&] { store_->replace_settings({{overlong, L""}}); }), StoreErrorKind::invalid_value);
   EXPECT_EQ(refusal_kind([&] { store_->replace_settings({{L"setting", overlong}}); }), StoreErrorKind::invalid_value);
-  EXPECT_EQ(holdings(*store_), Holdings());
+  EXPECT_EQ(holdings(*store_), StoreSnapshot());
 }
 
 TEST_P(RuleStoreContract, SettingsFollowTheNewNameOfTheirRule) {
@@ -186,7 +186,7 @@ TEST_P(RuleStoreContract, SettingsFollowTheNewNameOfTheirRule) {
 
 TEST_P(RuleStoreContract, RuleInUseIsNotDeleted) {
   store_->replace_content(sample_content());
-  const Holdings before = holdings(*store_);
+  const StoreSnapshot before = holdings(*store_);
   const auto refused = refusal([&] { store_->delete_rule(before.rules.front().number); });
   ASSERT_TRUE(refused);
   EXPECT_EQ(refused->kind(), StoreErrorKind::in_use);
@@ -200,7 +200,7 @@ TEST_P(RuleStoreContract, RuleInUseIsNotDeleted) {
 TEST_P(RuleStoreContract, ReplacedContentTakesNewNumbers) {
   const long old = store_->add_rule(sample_rule(L"old")).number;
   store_->replace_content(sample_content());
-  const Holdings now = holdings(*store_);
+  const StoreSnapshot now = holdings(*store_);
   ASSERT_EQ(now.rules.size(), 2u);
   EXPECT_EQ(now.rules[0].rule, sample_content().rules[0]);
   EXPECT_EQ(now.rules[1].rule, sample_content().rules[1]);
@@ -210,7 +210,7 @@ TEST_P(RuleStoreContract, ReplacedContentTakesNewNumbers) {
 
 TEST_P(RuleStoreContract, ContentIsReplacedWhollyOrNotAtAll) {
   store_->replace_content(sample_content());
-  const Holdings before = holdings(*store_);
+  const StoreSnapshot before = holdings(*store_);
   StoreContent twice = sample_content();
   twice.rules.push_back(twice.rules.front());
   EXPECT_EQ(refusal_kind([&] { store_->replace_content(twice); }), StoreErrorKind::duplicate_name);

@@ -3,8 +3,8 @@
 #include "RawDatabase.h"
 #include "SqliteRuleStore.h"
 #include "StoreSamples.h"
-#include "StoredText.h"
 #include "TemporaryFolder.h"
+#include "Wtf8.h"
 
 using namespace workbench;
 
@@ -19,7 +19,7 @@ class SqliteRuleStore : public testing::Test {
 };
 
 TEST_F(SqliteRuleStore, NewFileHoldsTheFirstContent) {
-  const Holdings now = holdings(*open());
+  const StoreSnapshot now = holdings(*open());
   ASSERT_EQ(now.rules.size(), 2u);
   EXPECT_EQ(now.rules[0], (StoredRule{1, 1, sample_content().rules[0]}));
   EXPECT_EQ(now.rules[1], (StoredRule{2, 1, sample_content().rules[1]}));
@@ -38,7 +38,7 @@ TEST_F(SqliteRuleStore, FirstContentComesOnlyOnce) {
     store->delete_rule(1);
     store->delete_rule(2);
   }
-  EXPECT_EQ(holdings(*open()), Holdings());
+  EXPECT_EQ(holdings(*open()), StoreSnapshot());
 }
 
 TEST_F(SqliteRuleStore, NoFileIsLeftWhenTheFirstContentIsInvalid) {
@@ -50,7 +50,7 @@ TEST_F(SqliteRuleStore, NoFileIsLeftWhenTheFirstContentIsInvalid) {
 }
 
 TEST_F(SqliteRuleStore, ContentSurvivesReopening) {
-  Holdings before;
+  StoreSnapshot before;
   {
     const auto store = open();
     for (const std::wstring& name : awkward_names()) store->add_rule(sample_rule(name));
@@ -136,7 +136,7 @@ TEST_F(SqliteRuleStore, ContentOfManyRulesAndSettingsComesBackWhole) {
     many.settings.push_back({L"setting " + std::to_wstring(i), L"rule " + std::to_wstring(i % 2000)});
   const auto store = open();
   store->replace_content(many);
-  const Holdings now = holdings(*store);
+  const StoreSnapshot now = holdings(*store);
   ASSERT_EQ(now.rules.size(), many.rules.size());
   EXPECT_TRUE(std::ranges::equal(now.rules, many.rules, {}, &StoredRule::rule));
   EXPECT_TRUE(now.settings == many.settings);

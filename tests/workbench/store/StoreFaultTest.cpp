@@ -49,7 +49,7 @@ std::unique_ptr<RuleStore> open(const std::filesystem::path& path) {
   return open_sqlite_store(path, {sample_content(), std::chrono::milliseconds(10)});
 }
 
-Holdings reopened(const std::filesystem::path& path) { return holdings(*open(path)); }
+StoreSnapshot reopened(const std::filesystem::path& path) { return holdings(*open(path)); }
 
 /// One kind of change on a disk that fails in one way, at every point where it can.
 class StoreFault : public testing::TestWithParam<std::tuple<DiskFault, Change>> {
@@ -67,10 +67,10 @@ TEST_P(StoreFault, ChangeIsReportedAndTheOldContentStaysOrItIsKept) {
   const DiskFault& fault = std::get<0>(GetParam());
   const Change& change = std::get<1>(GetParam());
   const std::filesystem::path path = folder_.path() / L"rules.db";
-  const Holdings before = reopened(path);
+  const StoreSnapshot before = reopened(path);
   const std::string bytes = read_bytes(path);
   change.make(*open(path));
-  const Holdings after = reopened(path);
+  const StoreSnapshot after = reopened(path);
   int refused = 0;
   for (int nth = 1;; ++nth) {
     SCOPED_TRACE(nth);
@@ -164,7 +164,7 @@ TEST_P(StoreMakingFault, HalfMigratedFileIsMigratedWholeNextTime) {
     disk_.mend();
     if (!failed) break;
     refused += error.has_value();
-    EXPECT_EQ(reopened(path), (Holdings{{{4, 1, sample_rule(L"first")}}, {{L"copper", L"first"}}}));
+    EXPECT_EQ(reopened(path), (StoreSnapshot{{{4, 1, sample_rule(L"first")}}, {{L"copper", L"first"}}}));
   }
   EXPECT_GT(refused, 0);
 }

@@ -39,7 +39,7 @@ TEST_F(StoreFile, VersionOneIsBroughtToThePresent) {
   make_by_hand(version_1);
   {
     const auto store = open();
-    EXPECT_EQ(holdings(*store), (Holdings{{{4, 1, sample_rule(L"first")}}, {}}));
+    EXPECT_EQ(holdings(*store), (StoreSnapshot{{{4, 1, sample_rule(L"first")}}, {}}));
     EXPECT_EQ(store->add_rule(sample_rule(L"next")).number, 10);
     store->replace_settings({{L"copper", L"first"}});
   }
@@ -50,7 +50,7 @@ TEST_F(StoreFile, VersionOneIsBroughtToThePresent) {
 TEST_F(StoreFile, VersionTwoIsBroughtToThePresent) {
   make_by_hand(std::string(version_1) + version_2);
   const auto store = open();
-  EXPECT_EQ(holdings(*store), (Holdings{{{4, 1, sample_rule(L"first")}}, {{L"copper", L"first"}}}));
+  EXPECT_EQ(holdings(*store), (StoreSnapshot{{{4, 1, sample_rule(L"first")}}, {{L"copper", L"first"}}}));
   EXPECT_EQ(store->update_rule(4, sample_rule(L"first"), 1).revision, 2);
 }
 
@@ -146,7 +146,7 @@ TEST_F(StoreFile, MissingTableIsRefusedWhenItIsUsed) {
 
 TEST_F(StoreFile, FileHeldByAnotherProgramIsReportedAfterTheWait) {
   const auto store = open();
-  const Holdings before = holdings(*store);
+  const StoreSnapshot before = holdings(*store);
   RawDatabase other(path_);
   ASSERT_EQ(other.run("BEGIN EXCLUSIVE"), SQLITE_OK);
   EXPECT_EQ(refusal_kind([&] { open(); }), StoreErrorKind::locked);
@@ -160,7 +160,7 @@ TEST_F(StoreFile, FileHeldByAnotherProgramIsReportedAfterTheWait) {
 
 TEST_F(StoreFile, ReaderInAnotherProgramHoldsTheSaveBackWhole) {
   const auto store = open();
-  const Holdings before = holdings(*store);
+  const StoreSnapshot before = holdings(*store);
   RawDatabase other(path_);
   ASSERT_EQ(other.run("BEGIN; SELECT * FROM rules"), SQLITE_OK);
   EXPECT_EQ(refusal_kind([&] { store->delete_rule(2); }), StoreErrorKind::locked);
@@ -184,7 +184,7 @@ class HeldFile {
 };
 
 TEST_F(StoreFile, FileThatCannotBeWrittenServesReadersOnly) {
-  const Holdings before = holdings(*open());
+  const StoreSnapshot before = holdings(*open());
   const HeldFile held(path_, FILE_SHARE_READ);
   const auto store = open();
   EXPECT_EQ(holdings(*store), before);

@@ -35,7 +35,7 @@ std::vector<std::wstring> awkward_names() {
   };
 }
 
-Holdings holdings(workbench::RuleStore& store) { return {store.load_rules(), store.load_settings()}; }
+StoreSnapshot holdings(workbench::RuleStore& store) { return {store.load_rules(), store.load_settings()}; }
 
 namespace workbench {
 

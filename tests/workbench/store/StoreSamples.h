@@ -17,14 +17,14 @@ workbench::StoreContent sample_content();
 std::vector<std::wstring> awkward_names();
 
 /// What a store holds now.
-struct Holdings {
+struct StoreSnapshot {
   std::vector<workbench::StoredRule> rules;
   std::vector<workbench::SymbolSourceSetting> settings;
 
-  bool operator==(const Holdings&) const = default;
+  bool operator==(const StoreSnapshot&) const = default;
 };
 
-Holdings holdings(workbench::RuleStore& store);
+StoreSnapshot holdings(workbench::RuleStore& store);
 
 /// The error with which `call` was refused, if it was.
 template <class Call>

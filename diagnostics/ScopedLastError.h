@@ -5,12 +5,12 @@
 namespace SnagtrapUtil {
 
 /// Keeps the thread's last-error value and puts it back when it is destroyed.
-class LastErrorKeeper {
+class ScopedLastError {
  public:
-  LastErrorKeeper() noexcept : value_(GetLastError()) {}
-  ~LastErrorKeeper() { SetLastError(value_); }
-  LastErrorKeeper(const LastErrorKeeper&) = delete;
-  LastErrorKeeper& operator=(const LastErrorKeeper&) = delete;
+  ScopedLastError() noexcept : value_(GetLastError()) {}
+  ~ScopedLastError() { SetLastError(value_); }
+  ScopedLastError(const ScopedLastError&) = delete;
+  ScopedLastError& operator=(const ScopedLastError&) = delete;
 
   DWORD value() const noexcept { return value_; }
 

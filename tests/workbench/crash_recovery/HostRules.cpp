@@ -70,7 +70,7 @@ void HostRules::remove(long number) {
   const IkvTablePtr row = open_rules_table(storage_, number);
   std::vector<std::wstring> users;
   collect_rule_users(open_symbol_source_settings_table(storage_), GetField<_bstr_t>(row, KVFIELD_RULE_NAME),
-                     {ZD_PLACE, ZD_PLACE, ZD_PLACE}, users);
+                     {ZD_LOCATION, ZD_LOCATION, ZD_LOCATION}, users);
   if (!users.empty()) return;
   long ok = 0;
   require(storage_.rules->delete_rule(number, &ok));

@@ -4,31 +4,31 @@
 #include <random>
 
 #include "StoreSamples.h"
-#include "StoredText.h"
+#include "Wtf8.h"
 
 using workbench::from_stored_text;
 using workbench::to_stored_text;
 
 namespace {
 
-TEST(StoredText, WellFormedTextIsUtf8) {
+TEST(Wtf8, WellFormedTextIsUtf8) {
   EXPECT_EQ(to_stored_text(L""), "");
   EXPECT_EQ(to_stored_text(L"a\x7F"), "a\x7F");
   EXPECT_EQ(to_stored_text(L"\u0080\u07FF\u0800\uFFFF"), "\xC2\x80\xDF\xBF\xE0\xA0\x80\xEF\xBF\xBF");
   EXPECT_EQ(to_stored_text(L"\U00010000\U0010FFFF"), "\xF0\x90\x80\x80\xF4\x8F\xBF\xBF");
 }
 
-TEST(StoredText, LoneSurrogatesTakeThreeBytesAndANullTwo) {
+TEST(Wtf8, LoneSurrogatesTakeThreeBytesAndANullTwo) {
   EXPECT_EQ(to_stored_text(L"\xD800"), "\xED\xA0\x80");
   EXPECT_EQ(to_stored_text(L"\xDFFF"), "\xED\xBF\xBF");
   EXPECT_EQ(to_stored_text(std::wstring(1, L'\0')), "\xC0\x80");
 }
 
-TEST(StoredText, EveryTextComesBack) {
+TEST(Wtf8, EveryTextComesBack) {
   for (const std::wstring& name : awkward_names()) EXPECT_EQ(from_stored_text(to_stored_text(name)), name);
 }
 
-TEST(StoredText, EveryPairOfEdgeUnitsComesBackAndHasItsOwnBytes) {
+TEST(Wtf8, EveryPairOfEdgeUnitsComesBackAndHasItsOwnBytes) {
   const std::wstring edges(L"\0\x01\x7F\x80\u07FF\u0800\xD7FF\xD800\xDBFF\xDC00\xDFFF\xE000\xFFFF", 13);
   std::vector<std::string> seen;
   for (const wchar_t first : edges) {
@@ -42,7 +42,7 @@ TEST(StoredText, EveryPairOfEdgeUnitsComesBackAndHasItsOwnBytes) {
   EXPECT_EQ(std::ranges::adjacent_find(seen), seen.end());
 }
 
-TEST(StoredText, RandomUnitsComeBack) {
+TEST(Wtf8, RandomUnitsComeBack) {
   const unsigned seed = std::random_device()();
   SCOPED_TRACE("seed " + std::to_string(seed));
   std::mt19937 random(seed);
@@ -56,7 +56,7 @@ TEST(StoredText, RandomUnitsComeBack) {
   }
 }
 
-TEST(StoredText, BytesOfOthersGiveReplacementCharacters) {
+TEST(Wtf8, BytesOfOthersGiveReplacementCharacters) {
   EXPECT_EQ(from_stored_text("a\xFFz"), L"a\uFFFDz");
   EXPECT_EQ(from_stored_text("\x80"), L"\uFFFD");
   EXPECT_EQ(from_stored_text("\xE4\xB8"), L"\uFFFD\uFFFD");

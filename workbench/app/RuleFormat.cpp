@@ -1,4 +1,4 @@
-#include "RuleWords.h"
+#include "RuleFormat.h"
 
 #include "Texts.h"
 #include "resource.h"
@@ -27,7 +27,7 @@ std::wstring weekday_in_words(const Rule& rule) {
 
 }  // namespace
 
-std::wstring offset_in_words(const Rule& rule) {
+std::wstring format_offset(const Rule& rule) {
   if (rule.roll_offset == 0) return text(IDS_NO_OFFSET);
   const UINT unit = rule.day_type == 0 ? IDS_OFFSET_TRADING_DAYS : IDS_OFFSET_CALENDAR_DAYS;
   return text(unit, {std::to_wstring(rule.roll_offset)});

@@ -21,12 +21,12 @@ struct Entry {
 
 /// Somebody who works carefully with the module's dialogs. He closes what he did not expect, confirms nothing that does
 /// not say what it is about, and leaves no choice of the editor as he found it.
-class Clerk {
+class DialogScript {
  public:
   /// One step at the rule list; when there is none left, he closes the list.
   using Step = std::function<void(HWND list)>;
 
-  explicit Clerk(std::vector<Step> steps, Entry entry = {}, std::wstring rule_to_delete = {});
+  explicit DialogScript(std::vector<Step> steps, Entry entry = {}, std::wstring rule_to_delete = {});
 
   int lists() const { return lists_; }
   int editors() const { return editors_; }

@@ -1,4 +1,4 @@
-#include "Leftovers.h"
+#include "ModuleLeakCheck.h"
 
 #include <gmock/gmock.h>
 
@@ -7,10 +7,10 @@
 
 namespace faults_test {
 
-Leftovers::Leftovers(const module_test::Module& module)
+ModuleLeakCheck::ModuleLeakCheck(const module_test::Module& module)
     : module_(module), handles_(module.handle()), windows_(test_support::windows_of_this_thread()) {}
 
-void Leftovers::expect_none() const {
+void ModuleLeakCheck::expect_none() const {
   EXPECT_EQ(S_OK, module_.can_unload());
   EXPECT_EQ(windows_, test_support::windows_of_this_thread()) << "a window is left";
   EXPECT_THAT(handles_.left(), testing::IsEmpty());

@@ -37,12 +37,12 @@ class DialogOwner : private platform::CSubclassedWindow {
 };
 
 /// The built module, loaded into the reference host.
-class Stage {
+class BenchmarkHost {
  public:
-  explicit Stage(const std::vector<std::wstring>& names);
-  ~Stage();
-  Stage(const Stage&) = delete;
-  Stage& operator=(const Stage&) = delete;
+  explicit BenchmarkHost(const std::vector<std::wstring>& names);
+  ~BenchmarkHost();
+  BenchmarkHost(const BenchmarkHost&) = delete;
+  BenchmarkHost& operator=(const BenchmarkHost&) = delete;
 
   /// What the menu command does.
   void open_list() { targets_.run(workbench::CommandTargets::first_id); }

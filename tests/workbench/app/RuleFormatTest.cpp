@@ -2,7 +2,7 @@
 
 #include <ostream>
 
-#include "RuleWords.h"
+#include "RuleFormat.h"
 
 namespace workbench {
 namespace {
@@ -20,13 +20,13 @@ void PrintTo(const Words& parameter, std::ostream* out) { *out << parameter.name
 class RuleInWords : public testing::TestWithParam<Words> {};
 
 TEST_P(RuleInWords, ReadsAsASentencePart) {
-  EXPECT_EQ(offset_in_words(GetParam().rule), GetParam().offset);
+  EXPECT_EQ(format_offset(GetParam().rule), GetParam().offset);
   EXPECT_EQ(day_in_words(GetParam().rule), GetParam().day);
   EXPECT_EQ(move_in_words(GetParam().rule), GetParam().move);
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    RuleWords, RuleInWords,
+    RuleFormat, RuleInWords,
     testing::Values(Words{"DayOfMonth",
                           {.name = L"", .roll_offset = 5, .day_of_month = 15},
                           L"提前 5 个交易日",

@@ -1,4 +1,4 @@
-#include "Clerk.h"
+#include "DialogScript.h"
 
 #include <windows.h>
 #include <commctrl.h>
@@ -40,13 +40,13 @@ std::wstring box_text(HWND box) {
 
 }  // namespace
 
-Clerk::Clerk(std::vector<Step> steps, Entry entry, std::wstring rule_to_delete)
+DialogScript::DialogScript(std::vector<Step> steps, Entry entry, std::wstring rule_to_delete)
     : steps_(std::move(steps)),
       entry_(std::move(entry)),
       rule_to_delete_(std::move(rule_to_delete)),
       visitor_([this](HWND dialog, int number) { visit(dialog, number); }) {}
 
-void Clerk::visit(HWND dialog, int number) {
+void DialogScript::visit(HWND dialog, int number) {
   if (is_list(dialog)) {
     visit_list(dialog, number);
   } else if (is_editor(dialog)) {
@@ -56,7 +56,7 @@ void Clerk::visit(HWND dialog, int number) {
   }
 }
 
-void Clerk::visit_list(HWND list, int number) {
+void DialogScript::visit_list(HWND list, int number) {
   if (number == 1) ++lists_;
   if (next_step_ < steps_.size()) {
     steps_[next_step_++](list);
@@ -65,7 +65,7 @@ void Clerk::visit_list(HWND list, int number) {
   }
 }
 
-void Clerk::visit_editor(HWND editor, int number) {
+void DialogScript::visit_editor(HWND editor, int number) {
   if (number == 1) ++editors_;
   if (number == 1 && item_text(editor, IDC_NAME) == entry_.shown) {
     enter(editor);
@@ -79,7 +79,7 @@ void Clerk::visit_editor(HWND editor, int number) {
   }
 }
 
-void Clerk::enter(HWND editor) const {
+void DialogScript::enter(HWND editor) const {
   const test_support::HostRule& rule = entry_.rule;
   SetDlgItemTextW(editor, IDC_NAME, rule.name->c_str());
   SendDlgItemMessageW(editor, IDC_OFFSET_SPIN, UDM_SETPOS, 0, rule.roll_offset);
@@ -97,7 +97,7 @@ void Clerk::enter(HWND editor) const {
   press(editor, IDC_MOVE_TO_NEXT_TRADING_DAY);
 }
 
-void Clerk::visit_box(HWND box, int number) {
+void DialogScript::visit_box(HWND box, int number) {
   const bool is_question = GetDlgItem(box, IDYES) != nullptr;
   if (number == 1) ++(is_question ? questions_ : warnings_);
   const bool agrees = !rule_to_delete_.empty() && box_text(box).find(rule_to_delete_) != std::wstring::npos;

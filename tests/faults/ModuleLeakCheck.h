@@ -10,9 +10,9 @@
 namespace faults_test {
 
 /// What a loaded module must not leave behind, whatever is done with it: made before, asked afterwards.
-class Leftovers {
+class ModuleLeakCheck {
  public:
-  explicit Leftovers(const module_test::Module& module);
+  explicit ModuleLeakCheck(const module_test::Module& module);
 
   /// How many GDI objects, device contexts and registry keys the module has had.
   int handles_made() const { return handles_.made(); }

@@ -38,7 +38,7 @@ void make_change(RuleStore& store, unsigned number) try {
 
 /// What a store file holds that nobody has open. A copy is opened: the file itself is for the next host to put right.
 /// A file that was never filled holds nothing.
-Holdings left_behind(const std::filesystem::path& path) {
+StoreSnapshot left_behind(const std::filesystem::path& path) {
   const TemporaryFolder folder;
   const std::filesystem::path copy = folder.path() / L"copy.db";
   for (const wchar_t* part : {L"", L"-journal"}) {
@@ -160,13 +160,13 @@ class KilledHosts : public testing::Test {
 
   void compare(const KilledHost& host) {
     const bool changed = host.amid_change() || host.next() != next_;
-    const Holdings found = left_behind(path_);
-    if (!filled_ && !changed && found == Holdings{}) return;
+    const StoreSnapshot found = left_behind(path_);
+    if (!filled_ && !changed && found == StoreSnapshot{}) return;
     filled_ = true;
     while (next_ != host.next()) make_change(*model_, next_++);
     // The change under way may have been made without being acknowledged.
     if (host.amid_change() && found != holdings(*model_)) make_change(*model_, next_++);
-    const Holdings expected = holdings(*model_);
+    const StoreSnapshot expected = holdings(*model_);
     ASSERT_TRUE(found == expected) << "rules that should not be there: "
                                    << testing::PrintToString(without(found.rules, expected.rules))
                                    << "\nrules that are missing: "

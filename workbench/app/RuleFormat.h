@@ -9,7 +9,7 @@ namespace workbench {
 // A rule that no store would keep is told as well: a choice out of its range reads as one that was not made.
 
 /// How many days before the specified day a contract is rolled over.
-std::wstring offset_in_words(const Rule& rule);
+std::wstring format_offset(const Rule& rule);
 
 /// The day that the rule specifies.
 std::wstring day_in_words(const Rule& rule);

@@ -1,4 +1,4 @@
-#include "StoredText.h"
+#include "Wtf8.h"
 
 namespace workbench {
 

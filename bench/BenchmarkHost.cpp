@@ -1,4 +1,4 @@
-#include "Stage.h"
+#include "BenchmarkHost.h"
 
 #include <stdexcept>
 
@@ -63,7 +63,7 @@ void DialogOwner::activate() const {
   handle_waiting_messages();
 }
 
-Stage::Stage(const std::vector<std::wstring>& names)
+BenchmarkHost::BenchmarkHost(const std::vector<std::wstring>& names)
     : host_(names),
       bar_(CreateMenu()),
       menu_(std::make_shared<workbench::MainMenu>(bar_, 0, targets_, [] {})),
@@ -75,7 +75,7 @@ Stage::Stage(const std::vector<std::wstring>& names)
                       .registry_path = L"Software"});
 }
 
-Stage::~Stage() {
+BenchmarkHost::~BenchmarkHost() {
   targets_.clear();
   DestroyMenu(bar_);
 }

@@ -22,16 +22,16 @@ target_compile_options(
 # A program or a module brings its runtime with it: nothing needs to lie beside it.
 target_link_options(zd_build_rules INTERFACE -static)
 
-# zd_add_room(name SOURCES ... USES ...): a static library of this folder's sources; USES are the rooms below it.
-function(zd_add_room name)
-  cmake_parse_arguments(ROOM "" "" "SOURCES;USES" ${ARGN})
-  if(ROOM_SOURCES)
-    add_library(${name} STATIC ${ROOM_SOURCES})
+# zd_add_component(name SOURCES ... USES ...): a static library of this folder's sources; USES are the rooms below it.
+function(zd_add_component name)
+  cmake_parse_arguments(COMPONENT "" "" "SOURCES;USES" ${ARGN})
+  if(COMPONENT_SOURCES)
+    add_library(${name} STATIC ${COMPONENT_SOURCES})
     target_include_directories(${name} PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
-    target_link_libraries(${name} PUBLIC zd_build_rules ${ROOM_USES})
+    target_link_libraries(${name} PUBLIC zd_build_rules ${COMPONENT_USES})
   else()
     add_library(${name} INTERFACE)
     target_include_directories(${name} INTERFACE ${CMAKE_CURRENT_SOURCE_DIR})
-    target_link_libraries(${name} INTERFACE zd_build_rules ${ROOM_USES})
+    target_link_libraries(${name} INTERFACE zd_build_rules ${COMPONENT_USES})
   endif()
 endfunction()
