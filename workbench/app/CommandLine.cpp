@@ -54,6 +54,8 @@ void read_argument(Arguments& arguments, CommandLine& line) {
     line.shown_rule = rule_number(arguments.value_of(argument));
   } else if (argument == L"--print-rules") {
     line.action = CommandLine::Action::print_rules;
+  } else if (argument == L"--version") {
+    line.action = CommandLine::Action::version;
   } else if (argument == L"--help") {
     line.action = CommandLine::Action::help;
   } else {

@@ -11,7 +11,7 @@ namespace workbench {
 
 /// What the user asked for at the command line.
 struct CommandLine {
-  enum class Action { run, print_rules, help };
+  enum class Action { run, print_rules, version, help };
 
   Action action = Action::run;
   std::filesystem::path store{};   ///< empty: the default place

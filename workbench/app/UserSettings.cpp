@@ -9,6 +9,7 @@
 
 #include "Errors.h"
 #include "Handles.h"
+#include "ZdVersion.h"
 #include "resource.h"
 
 namespace workbench {
@@ -40,6 +41,6 @@ std::filesystem::path default_store() {
   return std::filesystem::path(folder) / WB_WIDE(WB_COMPANY) / WB_WIDE(WB_PRODUCT) / L"rules.db";
 }
 
-std::wstring program_version() { return WB_WIDE(WB_VERSION); }
+std::wstring program_version() { return WB_WIDE(ZD_VERSION); }
 
 }  // namespace workbench

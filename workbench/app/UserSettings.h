@@ -16,7 +16,7 @@ void make_settings_key() noexcept;
 /// `_com_error`.
 std::filesystem::path default_store();
 
-/// The program's version, as its version block gives it.
+/// The program's semantic version, which is that of the whole system.
 std::wstring program_version();
 
 }  // namespace workbench

@@ -30,9 +30,10 @@ void tell(const std::wstring& message, CommandLine::Action action) {
     MessageBoxW(nullptr, message.c_str(), text(IDS_TITLE).c_str(), MB_OK | MB_ICONERROR);
 }
 
-void show_usage() {
-  const std::wstring usage = text(IDS_USAGE);
-  if (!write_output(usage)) MessageBoxW(nullptr, usage.c_str(), text(IDS_TITLE).c_str(), MB_OK | MB_ICONINFORMATION);
+/// Shows what the user asked for: where the program was started from, else in a box.
+void show(const std::wstring& message) {
+  if (!write_output(message))
+    MessageBoxW(nullptr, message.c_str(), text(IDS_TITLE).c_str(), MB_OK | MB_ICONINFORMATION);
 }
 
 void print_rules(RuleStore& store) {
@@ -72,9 +73,16 @@ ExitCode run(const CommandLine& line) {
 ExitCode run_program() {
   try {
     const CommandLine line = parse_command_line(process_arguments());
-    if (line.action != CommandLine::Action::help) return run(line);
-    show_usage();
-    return success;
+    switch (line.action) {
+      case CommandLine::Action::help:
+        show(text(IDS_USAGE));
+        return success;
+      case CommandLine::Action::version:
+        show(text(IDS_VERSION, {program_version()}));
+        return success;
+      default:
+        return run(line);
+    }
   } catch (const CommandLineError& error) {
     tell(text(error.message, {error.argument}), CommandLine::Action::help);
     return bad_arguments;

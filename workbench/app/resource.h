@@ -4,8 +4,6 @@
 
 #define WB_COMPANY "zdExpirationRules Project"
 #define WB_PRODUCT "Workbench"
-#define WB_VERSION "1.0.0.0"
-#define WB_VERSION_NUMBERS 1, 0, 0, 0
 
 #define IDI_WORKBENCH 1
 #define IDR_MAIN_MENU 101
@@ -96,3 +94,4 @@
 #define IDS_UNKNOWN_ARGUMENT 1141
 #define IDS_MISSING_VALUE 1142
 #define IDS_BAD_RULE_NUMBER 1143
+#define IDS_VERSION 1144

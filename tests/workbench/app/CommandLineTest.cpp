@@ -31,6 +31,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Accepted{"Module", {L"--module", L"C:\\x\\规则.dll"}, {.module = L"C:\\x\\规则.dll"}},
                     Accepted{"PrintRules", {L"--print-rules"}, {.action = CommandLine::Action::print_rules}},
                     Accepted{"Help", {L"--help"}, {.action = CommandLine::Action::help}},
+                    Accepted{"Version", {L"--version"}, {.action = CommandLine::Action::version}},
                     Accepted{"Show", {L"--show", L"2147483647"}, {.shown_rule = 2147483647}},
                     Accepted{"LastStoreCounts", {L"--store", L"one", L"--store", L"two"}, {.store = L"two"}},
                     Accepted{"OrderDoesNotMatter",
