@@ -18,9 +18,48 @@ target_compile_options(
             -Werror
             -ffunction-sections
             -fdata-sections
-            -ffile-prefix-map=${PROJECT_SOURCE_DIR}=.)
+            -ffile-prefix-map=${PROJECT_SOURCE_DIR}=.
+            # Lets a compiler cache see which precompiled header a source uses.
+            -fpch-preprocess)
+include(CompilerCache)
 # A program or a module brings its runtime with it: nothing needs to lie beside it.
 target_link_options(zd_build_rules INTERFACE -static)
+
+# zd_add_precompiled_headers(name HEADERS...): a target that compiles the headers once. Targets with the same flags use
+# the result by zd_precompile_headers(target name), which also links the libraries whose headers are among them. Every
+# source still includes what it uses; the analysers, which read no precompiled header, fail otherwise.
+#   USES  the libraries of the headers
+function(zd_add_precompiled_headers name)
+  cmake_parse_arguments(PRECOMPILED "" "" "USES" ${ARGN})
+  set(source ${CMAKE_CURRENT_BINARY_DIR}/${name}.cpp)
+  file(CONFIGURE OUTPUT ${source} CONTENT "")
+  add_library(${name} OBJECT ${source})
+  target_link_libraries(${name} PUBLIC zd_build_rules ${PRECOMPILED_USES})
+  target_precompile_headers(${name} PRIVATE ${PRECOMPILED_UNPARSED_ARGUMENTS})
+endfunction()
+
+function(zd_precompile_headers target name)
+  get_target_property(uses ${name} LINK_LIBRARIES)
+  target_link_libraries(${target} PRIVATE ${uses})
+  target_precompile_headers(${target} REUSE_FROM ${name})
+endfunction()
+
+set(ZD_PLATFORM_HEADERS
+    <windows.h>
+    <comdef.h>
+    <commctrl.h>
+    <algorithm>
+    <functional>
+    <memory>
+    <optional>
+    <stdexcept>
+    <string>
+    <string_view>
+    <utility>
+    <vector>)
+zd_add_precompiled_headers(platform_headers ${ZD_PLATFORM_HEADERS})
+# What the components of a folder use; the tests' folder names another set.
+set(ZD_PRECOMPILED_HEADERS platform_headers)
 
 # zd_add_component(name SOURCES ... USES ...): a static library of this folder's sources; USES are the rooms below it.
 function(zd_add_component name)
@@ -29,6 +68,7 @@ function(zd_add_component name)
     add_library(${name} STATIC ${COMPONENT_SOURCES})
     target_include_directories(${name} PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
     target_link_libraries(${name} PUBLIC zd_build_rules ${COMPONENT_USES})
+    zd_precompile_headers(${name} ${ZD_PRECOMPILED_HEADERS})
   else()
     add_library(${name} INTERFACE)
     target_include_directories(${name} INTERFACE ${CMAKE_CURRENT_SOURCE_DIR})

@@ -12,6 +12,10 @@ foreach(target gtest gmock)
   target_compile_options(${target} PRIVATE -w)
 endforeach()
 
+# The platform's headers once more, because the tests' flags are others, and the test framework's.
+zd_add_precompiled_headers(test_headers ${ZD_PLATFORM_HEADERS} <gmock/gmock.h> USES gmock)
+set(ZD_PRECOMPILED_HEADERS test_headers)
+
 include(GoogleTest)
 
 # zd_add_test(name SOURCES ... USES ... [RESOURCES ...] [TIMEOUT seconds] [ALONE] [SCREEN] [LARGE] [UNCOUNTED]): the
@@ -46,6 +50,7 @@ function(zd_add_test name)
     endif()
   endforeach()
   target_link_libraries(${target} PRIVATE test_support ${TEST_USES})
+  zd_precompile_headers(${target} ${ZD_PRECOMPILED_HEADERS})
   if(NOT TEST_UNCOUNTED)
     set_property(GLOBAL APPEND PROPERTY ZD_TEST_PROGRAMS ${target})
   endif()
