@@ -11,7 +11,6 @@ namespace zd_common {
 
 namespace {
 
-constexpr int path_line = 15;
 constexpr DWORD file_name_size = 1024;
 
 /// The version block of a file, as large as the system says; empty when the file has none.
@@ -29,12 +28,6 @@ std::wstring process_file_name() {
   // A name that fills the buffer was cut off.
   name.resize(length < file_name_size ? length : 0);
   return name;
-}
-
-/// Support staff know this one function by its full name.
-SnagtrapUtil::SourceLocation path_place(SnagtrapUtil::SourceLocation place) noexcept {
-  place.function = "zd_common::ZDRegistryPath";
-  return place;
 }
 
 }  // namespace
@@ -65,7 +58,10 @@ _bstr_t ZDRegistryPath() {
   const VersionRecord record = read_version_record();
   const LONG status = compose_registry_path(&path, record.registry_company, record.registry_product);
   if (status != 0) {
-    SnagtrapUtil::report_hresult(status, path_place(ZD_LOCATION_IN("RegistryHelper.h", path_line)));
+    auto location = ZD_LOCATION_IN("RegistryHelper.h", 15);
+    // Support staff know this one function by its full name.
+    location.location.function = "zd_common::ZDRegistryPath";
+    SnagtrapUtil::report_hresult(status, location);
   }
   return platform::take_string(path);
 }

@@ -29,18 +29,18 @@ void fill_exception_pointers(DebugRecord& record, const EXCEPTION_POINTERS* poin
 
 }  // namespace
 
-TracerClass::TracerClass(const SourceLocation& place, int group)
-    : client_(snagtrap_client()), place_(place), group_(group) {}
+TracerClass::TracerClass(const SourceLocation& location, int group)
+    : client_(snagtrap_client()), location_(location), group_(group) {}
 
-void TracerClass::fill_place(DebugRecord& record) const noexcept {
-  record.source_text(L"File", place_.file);
-  record.integer(L"Line", place_.line);
+void TracerClass::fill_location(DebugRecord& record) const noexcept {
+  record.source_text(L"File", location_.file);
+  record.integer(L"Line", location_.line);
   record.integer_if_set(L"$Group", group_);
 }
 
 void TracerClass::fill_function(DebugRecord& record) const noexcept {
-  record.source_text(L"Function", place_.function);
-  record.source_text(L"$FuncSig", place_.signature);
+  record.source_text(L"Function", location_.function);
+  record.source_text(L"$FuncSig", location_.signature);
 }
 
 HRESULT TracerClass::process(const DebugRecord& record) noexcept {
@@ -57,7 +57,7 @@ HRESULT TracerClass::trace(std::wstring_view message, const TraceDetails& detail
   record.text(L"$Type", L"TRACE");
   record.text_if_set(L"$Message", message);
   record.integer(L"$Ident", details.ident);
-  fill_place(record);
+  fill_location(record);
   record.ui4(L"Thread ID", GetCurrentThreadId());
   fill_function(record);
   record.ui8_if_set(L"Object", reinterpret_cast<ULONGLONG>(details.object));
@@ -86,7 +86,7 @@ HRESULT AsserterClass::assert_failed(std::wstring_view description, std::optiona
   if (hresult) record.i4(L"HRESULT", *hresult);
   record.text_if_set(L"Description", description);
   record.ui4(L"Thread ID", GetCurrentThreadId());
-  fill_place(record);
+  fill_location(record);
   fill_function(record);
   if (context) fill_exception_pointers(record, &carrier.pointers);
   if (record.get()) client().command(L"FILTER", record.get());
@@ -99,7 +99,7 @@ void ThrowError::fill_error(DebugRecord& record, std::wstring_view description, 
   record.ui4(L"$ThreadID", GetCurrentThreadId());
   record.ui4_if_set(L"Last Error Code", last_error_.value());
   record.text_if_set(L"Description", description);
-  fill_place(record);
+  fill_location(record);
   fill_function(record);
   if (inner) record.object(L"Inner", inner);
 }

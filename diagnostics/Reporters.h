@@ -29,7 +29,7 @@ struct TraceDetails {
 /// Constructors may throw what `snagtrap_client` throws; reports do not throw.
 class TracerClass {
  public:
-  explicit TracerClass(const SourceLocation& place, int group = 0);
+  explicit TracerClass(const SourceLocation& location, int group = 0);
   TracerClass(const TracerClass&) = delete;
   TracerClass& operator=(const TracerClass&) = delete;
 
@@ -44,9 +44,9 @@ class TracerClass {
 
  protected:
   SnagtrapClient& client() const noexcept { return client_; }
-  const SourceLocation& place() const noexcept { return place_; }
+  const SourceLocation& location() const noexcept { return location_; }
   /// "File", "Line" and "$Group".
-  void fill_place(DebugRecord& record) const noexcept;
+  void fill_location(DebugRecord& record) const noexcept;
   /// "Function" and "$FuncSig".
   void fill_function(DebugRecord& record) const noexcept;
   /// Sends a filled record with "PROCESS"; a record that was not created is dropped and its failure kept.
@@ -55,7 +55,7 @@ class TracerClass {
  private:
   ScopedLastError last_error_;
   SnagtrapClient& client_;
-  SourceLocation place_;
+  SourceLocation location_;
   int group_;
   HRESULT status_ = S_OK;
 };

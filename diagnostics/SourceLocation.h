@@ -1,9 +1,10 @@
 #pragma once
 
+#include "FixedReports.h"
+
 namespace SnagtrapUtil {
 
-/// The place in the sources that a report names. Support staff search for file and line, so places whose line is fixed
-/// carry a named constant instead of the line they happen to stand at. All texts live as long as the program.
+/// The location in the sources that a report names. All texts live as long as the program.
 struct SourceLocation {
   const char* file;       ///< file name with extension, without folder
   int line;               ///< 1-based
@@ -11,14 +12,27 @@ struct SourceLocation {
   const char* signature;  ///< the function's full signature
 };
 
+/// The location of a row of `fixed_reports`. Reporting functions take only those of their own kind.
+template <ReportKind kind>
+struct FixedLocation {
+  SourceLocation location;
+  const wchar_t* expression;  ///< the text of an assertion
+};
+
+template <ReportKind kind>
+constexpr FixedLocation<kind> fixed_location(const FixedReport& report, const char* function, const char* signature) {
+  return {{report.file, report.line, function, signature}, report.expression};
+}
+
 }  // namespace SnagtrapUtil
 
-/// The current function as a place of report, at a fixed line of a source file that is not this one: a check keeps the
-/// file under which support staff know it.
-#define ZD_LOCATION_IN(file, line) (::SnagtrapUtil::SourceLocation{(file), (line), __func__, __PRETTY_FUNCTION__})
+/// The current function as the location of the row of `fixed_reports` with this file and line.
+#define ZD_LOCATION_IN(file, line)                                                    \
+  (::SnagtrapUtil::fixed_location<::SnagtrapUtil::fixed_report((file), (line)).kind>( \
+      ::SnagtrapUtil::fixed_report((file), (line)), __func__, __PRETTY_FUNCTION__))
 
-/// The current function as a place of report, at a fixed line.
-#define ZD_LOCATION_AT(line) ZD_LOCATION_IN(__FILE_NAME__, (line))
+/// The same for a row that names this source file.
+#define ZD_LOCATION_AT(line) ZD_LOCATION_IN(__FILE_NAME__, line)
 
-/// The current function as a place of report, at the line where this stands.
-#define ZD_LOCATION ZD_LOCATION_AT(__LINE__)
+/// The current function as a location, at the line where this stands.
+#define ZD_LOCATION (::SnagtrapUtil::SourceLocation{__FILE_NAME__, __LINE__, __func__, __PRETTY_FUNCTION__})

@@ -6,10 +6,9 @@
 
 #include "Report.h"
 #include "RuleDescription.h"
+#include "RuleLookup.h"
 #include "RuleName.h"
-#include "Tables.h"
 #include "string_t.h"
-#include "zdStorageGetFieldHelper.h"
 
 namespace zd_expiration_rule_plugin {
 
@@ -39,11 +38,11 @@ _bstr_t as_com_string(const std::wstring& text) {
 
 CEditExpirationRuleDialog::CEditExpirationRuleDialog(StorageBlock* storage, long rule_id)
     : storage_(storage),
-      table_(rule_id != 0 ? open_rules_table(*storage, rule_id)
-                          : create_new_rule_row(as_com_string(resourse_2_string_impl(IDS_NEW_RULE_NAME)))),
+      row_(rule_id != 0 ? open_rules_table(*storage, rule_id)
+                        : create_new_rule_row(as_com_string(resourse_2_string_impl(IDS_NEW_RULE_NAME)))),
       title_(resourse_2_string_impl(rule_id != 0 ? IDS_EDIT_RULE_TITLE : IDS_ADD_RULE_TITLE)) {}
 
-long CEditExpirationRuleDialog::rule_id() const { return GetField<long>(table_, KVFIELD_RULE_ID); }
+long CEditExpirationRuleDialog::rule_id() const { return row_.rule_id(); }
 
 BOOL CEditExpirationRuleDialog::ProcessWindowMessage(HWND, UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result,
                                                      DWORD mapId) {
@@ -124,12 +123,12 @@ LRESULT CEditExpirationRuleDialog::OnInitDialog() {
   fill_name();
   ui_helper::add_value_to_combo(control(IDC_DAY_TYPE), IDS_TRADING_DAYS, DAYTYPE_TRADING_DAYS);
   ui_helper::add_value_to_combo(control(IDC_DAY_TYPE), IDS_CALENDAR_DAYS, DAYTYPE_CALENDAR_DAYS);
-  ui_helper::select_combo_value(control(IDC_DAY_TYPE), GetField<long>(table_, KVFIELD_DAY_TYPE));
+  ui_helper::select_combo_value(control(IDC_DAY_TYPE), row_.value(&ExpirationRule::DayType));
   fill_offset();
   fill_day_mode();
   update_controls_state();
   fill_combos();
-  set_checked(IDC_MOVE_TO_NEXT_TRADING_DAY, GetField<long>(table_, KVFIELD_MOVE_TO_NEXT_TRADING_DAY) == 1);
+  set_checked(IDC_MOVE_TO_NEXT_TRADING_DAY, row_.value(&ExpirationRule::MoveToNextTradingDay) == 1);
   prepare_description();
   update_description();
   return 0;  // the dialog manager sets no initial focus
@@ -138,7 +137,7 @@ LRESULT CEditExpirationRuleDialog::OnInitDialog() {
 void CEditExpirationRuleDialog::fill_name() {
   const platform::CWindow name = control(IDC_NAME);
   name.Send(EM_LIMITTEXT, name_limit);
-  name.SetText(GetField<_bstr_t>(table_, KVFIELD_RULE_NAME));
+  name.SetText(row_.name());
 }
 
 void CEditExpirationRuleDialog::fill_offset() {
@@ -148,13 +147,13 @@ void CEditExpirationRuleDialog::fill_offset() {
   spin_.Attach(GetItem(IDC_OFFSET_SPIN));
   spin_.SetRange(0, largest_offset);
   if (spin_.GetBuddy() != edit.m_hWnd) spin_.SetBuddy(edit.m_hWnd);
-  const long offset = GetField<long>(table_, KVFIELD_ROLL_OFFSET);
+  const long offset = row_.value(&ExpirationRule::RollOffset);
   spin_.SetPos(offset);
   ui_helper::AdjustEditControl(spin_, offset_edit_, offset);
 }
 
 void CEditExpirationRuleDialog::fill_day_mode() {
-  const long mode = GetField<long>(table_, KVFIELD_DAY_MODE);
+  const long mode = row_.value(&ExpirationRule::DayMode);
   set_checked(IDC_DAY_OF_MONTH_MODE, mode == DAYMODE_DAY_OF_MONTH);
   set_checked(IDC_WEEKDAY_MODE, mode == DAYMODE_WEEKDAY);
 }
@@ -162,28 +161,28 @@ void CEditExpirationRuleDialog::fill_day_mode() {
 void CEditExpirationRuleDialog::fill_combos() {
   const platform::CWindow days = control(IDC_DAY_OF_MONTH);
   for (int day = 1; day <= days_in_month; ++day) ui_helper::add_value_to_combo(days, IDS_FIRST_DAY + day - 1, day);
-  ui_helper::select_combo_value(days, GetField<long>(table_, KVFIELD_DAY_OF_MONTH));
-  fill_months(IDC_DAY_MONTH, KVFIELD_DAY_MONTH);
+  ui_helper::select_combo_value(days, row_.value(&ExpirationRule::DayOfMonth));
+  fill_months(IDC_DAY_MONTH, &ExpirationRule::DayMonth);
 
   const platform::CWindow ordinals = control(IDC_WEEK_ORDINAL);
   for (int ordinal = 1; ordinal <= counted_ordinals; ++ordinal) {
     ui_helper::add_value_to_combo(ordinals, IDS_FIRST_DAY + ordinal - 1, ordinal);
   }
   ui_helper::add_value_to_combo(ordinals, IDS_LAST_OCCURRENCE, last_week_ordinal);
-  ui_helper::select_combo_value(ordinals, GetField<long>(table_, KVFIELD_WEEK_ORDINAL));
+  ui_helper::select_combo_value(ordinals, row_.value(&ExpirationRule::WeekOrdinal));
 
   const platform::CWindow weekdays = control(IDC_WEEKDAY);
   for (int day = 0; day < days_in_week; ++day) ui_helper::add_value_to_combo(weekdays, IDS_SUNDAY + day, day);
-  ui_helper::select_combo_value(weekdays, GetField<long>(table_, KVFIELD_WEEKDAY));
-  fill_months(IDC_WEEKDAY_MONTH, KVFIELD_WEEKDAY_MONTH);
+  ui_helper::select_combo_value(weekdays, row_.value(&ExpirationRule::Weekday));
+  fill_months(IDC_WEEKDAY_MONTH, &ExpirationRule::WeekdayMonth);
 }
 
-void CEditExpirationRuleDialog::fill_months(int combo_id, tagKVFIELDID field) {
+void CEditExpirationRuleDialog::fill_months(int combo_id, long ExpirationRule::*member) {
   const platform::CWindow months = control(combo_id);
   ui_helper::add_value_to_combo(months, IDS_PREVIOUS_MONTH, MONTH_PREVIOUS);
   ui_helper::add_value_to_combo(months, IDS_CURRENT_MONTH, MONTH_CURRENT);
   ui_helper::add_value_to_combo(months, IDS_NEXT_MONTH, MONTH_NEXT);
-  ui_helper::select_combo_value(months, GetField<long>(table_, field));
+  ui_helper::select_combo_value(months, row_.value(member));
 }
 
 void CEditExpirationRuleDialog::prepare_description() {
@@ -256,28 +255,19 @@ bool CEditExpirationRuleDialog::is_expiration_rule_name_not_unique(const _bstr_t
 }
 
 bool CEditExpirationRuleDialog::find_same_name(const _bstr_t& name, const bool editing) {
-  // Every call has a place of its own, so that a report tells which of them failed.
-  const RowMoveLocations moves = {
-      ZD_LOCATION,
+  // Every call has a location of its own, so that a report says which of them failed.
+  const NameSearchLocations locations = {
+      {
+          ZD_LOCATION,
+          ZD_LOCATION,
+          ZD_LOCATION,
+      },
       ZD_LOCATION,
       ZD_LOCATION,
   };
-  const IkvTablePtr rules = open_rules_table(*storage_, 0);
-  bool found = false;
-  const auto lookup = ZD_LOCATION;
-  const auto read = ZD_LOCATION;
-  const auto compare_row = [&] {
-    IkvFieldPtr field;
-    require_success(find_field(rules, KVFIELD_RULE_NAME, field), lookup);
-    _bstr_t row_name;
-    if (field) require_success(FieldAccess<_bstr_t>::read(*field, row_name), read);
-    found = platform::same_text(row_name, name);
-    return !found;
-  };
-  walk_rows(
-      rules, [&](HRESULT hr, RowMove move) { require_success(hr, moves.of(move)); }, compare_row);
+  const bool found = is_rule_name_stored(*storage_, name, locations);
   // A rule that keeps its name finds its own row.
-  return found && !(editing && platform::same_text(GetField<_bstr_t>(table_, KVFIELD_RULE_NAME), name));
+  return found && !(editing && platform::same_text(row_.name(), name));
 }
 
 void CEditExpirationRuleDialog::flush_data_to_database() {
@@ -302,7 +292,7 @@ void CEditExpirationRuleDialog::save_rule() {
   }
   long new_id = 0;
   require_success(add_rule(*storage_, rule, new_id), ZD_LOCATION);
-  SetField(table_, KVFIELD_RULE_ID, new_id);
+  row_.set_rule_id(new_id);
 }
 
 ExpirationRule CEditExpirationRuleDialog::collect_rule() const {

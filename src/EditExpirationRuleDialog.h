@@ -11,8 +11,8 @@
 
 namespace zd_expiration_rule_plugin {
 
-/// The modal dialog in which the user creates one expiration rule or changes an existing one. It is made for one rule,
-/// shown once and discarded; nothing is written to the storage before OK.
+/// The modal dialog in which the user creates one expiration rule or changes an existing one. It is constructed for one
+/// rule, shown once and discarded; nothing is written to the storage before OK.
 class CEditExpirationRuleDialog final : public platform::CDialogImpl<CEditExpirationRuleDialog> {
  public:
   static constexpr int IDD = IDD_EDIT_EXPIRATION_RULE;
@@ -39,7 +39,7 @@ class CEditExpirationRuleDialog final : public platform::CDialogImpl<CEditExpira
   void fill_offset();
   void fill_day_mode();
   void fill_combos();
-  void fill_months(int combo_id, tagKVFIELDID field);
+  void fill_months(int combo_id, long ExpirationRule::*member);
   void prepare_description();
 
   void update_controls_state();
@@ -59,7 +59,7 @@ class CEditExpirationRuleDialog final : public platform::CDialogImpl<CEditExpira
   void show_message(int string_id);
 
   StorageBlock* storage_;
-  IkvTablePtr table_;
+  RuleRow row_;
   ui_helper::CSpin spin_;
   ui_helper::CCustomEditForSpin offset_edit_;
   platform::CWindow description_;

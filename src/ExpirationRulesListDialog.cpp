@@ -4,29 +4,19 @@
 
 #include "ColumnWidths.h"
 #include "EditExpirationRuleDialog.h"
+#include "ExpirationRule.h"
 #include "RegistryHelper.h"
 #include "Report.h"
+#include "RuleLookup.h"
 #include "RuleMessages.h"
 #include "RuleUsers.h"
-#include "Tables.h"
 #include "string_t.h"
-#include "zdStorageGetFieldHelper.h"
 
 namespace zd_expiration_rule_plugin {
 
 namespace {
 
 using resource_string::resourse_2_string_impl;
-
-constexpr int map_id_line = 51;
-constexpr int update_list_line = 123;
-constexpr int used_rule_name_line = 139;
-constexpr int setting_field_line = 142;
-constexpr int setting_name_line = 145;
-constexpr int rule_uses_line = 154;
-constexpr int row_count_line = 165;
-constexpr int rule_name_line = 175;
-constexpr int delete_rule_line = 220;
 
 constexpr int column_margin = 20;
 constexpr double whole_width[] = {1.0};
@@ -55,7 +45,7 @@ std::wstring as_wide(const _bstr_t& text) {
 
 BOOL CExpirationRulesListDialog::ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
                                                       LRESULT& result, DWORD mapId) {
-  if (!SnagtrapUtil::expect(mapId == 0, L"0", ZD_LOCATION_IN("ExpirationRulesListDialog.h", map_id_line))) return FALSE;
+  if (!SnagtrapUtil::expect(mapId == 0, ZD_LOCATION_IN("ExpirationRulesListDialog.h", 51))) return FALSE;
   if (CResizableDialogImpl::ProcessWindowMessage(window, message, wParam, lParam, result)) return TRUE;
   result = 0;
   switch (message) {
@@ -172,17 +162,12 @@ void CExpirationRulesListDialog::update_expiration_rule_list() {
   RuleRows rows;
   try {
     list_.Send(LVM_DELETEALLITEMS);
-    const IkvTablePtr rules = open_rules_table(*storage_, 0);
-    for_each_row(rules, [&] { add_rule_row(rules, rows); });
+    const auto add_rule_row = [&](const _bstr_t& name, long rule_id) { rows.add(name, rule_id); };
+    for_each_rule(*storage_, add_rule_row);
   } catch (...) {
-    SnagtrapUtil::report_exception_in_flight(ZD_LOCATION_AT(update_list_line));
+    SnagtrapUtil::report_exception_in_flight(ZD_LOCATION_AT(123));
   }
   show_rows(rows);
-}
-
-void CExpirationRulesListDialog::add_rule_row(const IkvTablePtr& rules, RuleRows& rows) {
-  const auto name = GetField<_bstr_t>(rules, KVFIELD_RULE_NAME);
-  rows.add(name, GetField<long>(rules, KVFIELD_RULE_ID));
 }
 
 // A sorted list view looks for the place of every new item; items that arrive from the last to the first all belong at
@@ -227,15 +212,9 @@ void CExpirationRulesListDialog::scroll_item_into_view(int index) { list_.Scroll
 _bstr_t CExpirationRulesListDialog::expiration_rule_name(long rule_id) const {
   _bstr_t name;
   try {
-    const IkvTablePtr rules = open_rules_table(*storage_, rule_id);
-    long count = 0;
-    SnagtrapUtil::require_success(rules->GetRowCount(&count), ZD_LOCATION_AT(row_count_line));
-    if (count != 1) return name;
-    rules->MoveFirst();
-    IkvFieldPtr field;
-    if (find_field(rules, KVFIELD_RULE_NAME, field) == S_OK && field) FieldAccess<_bstr_t>::read(*field, name);
+    name = rule_name_of(*storage_, rule_id, ZD_LOCATION_AT(165));
   } catch (...) {
-    SnagtrapUtil::report_exception_in_flight(ZD_LOCATION_AT(rule_name_line));
+    SnagtrapUtil::report_exception_in_flight(ZD_LOCATION_AT(175));
   }
   return name;
 }
@@ -243,12 +222,11 @@ _bstr_t CExpirationRulesListDialog::expiration_rule_name(long rule_id) const {
 bool CExpirationRulesListDialog::is_expiration_rule_uses(long rule_id, std::vector<std::wstring>& users) {
   users.clear();
   try {
-    const RuleUsersLocations places = {ZD_LOCATION_AT(used_rule_name_line), ZD_LOCATION_AT(setting_field_line),
-                                       ZD_LOCATION_AT(setting_name_line)};
+    const RuleUsersLocations locations = {ZD_LOCATION_AT(139), ZD_LOCATION_AT(142), ZD_LOCATION_AT(145)};
     const _bstr_t name = expiration_rule_name(rule_id);
-    collect_rule_users(open_symbol_source_settings_table(*storage_), name, places, users);
+    collect_rule_users(open_symbol_source_settings_table(*storage_), name, locations, users);
   } catch (...) {
-    SnagtrapUtil::report_exception_in_flight(ZD_LOCATION_AT(rule_uses_line));
+    SnagtrapUtil::report_exception_in_flight(ZD_LOCATION_AT(154));
   }
   return !users.empty();
 }
@@ -263,9 +241,7 @@ void CExpirationRulesListDialog::try_to_delete_rule_impl() {
     return;
   }
   if (!confirm_delete(rule_id)) return;
-  long isOk = 0;
-  storage_->rules->delete_rule(rule_id, &isOk);
-  SnagtrapUtil::expect(isOk == 1, L"isOk", ZD_LOCATION_AT(delete_rule_line));
+  SnagtrapUtil::expect(delete_rule(*storage_, rule_id), ZD_LOCATION_AT(220));
   if (!is_open()) return;
   update_expiration_rule_list();
   if (is_open() && list_.SelectItem(0)) list_.Send(LVM_ENSUREVISIBLE, 0, FALSE);

@@ -43,7 +43,6 @@ class CExpirationRulesListDialog final : public CResizableDialogImpl<CExpiration
   void insert_name_column();
   void anchor_controls();
   void restore_placement();
-  static void add_rule_row(const IkvTablePtr& rules, RuleRows& rows);
   void show_rows(RuleRows& rows);
   void update_buttons();
   void edit_rule(long rule_id);

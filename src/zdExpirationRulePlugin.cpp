@@ -20,18 +20,6 @@ using platform::release;
 using SnagtrapUtil::expect;
 using SnagtrapUtil::require_success;
 
-constexpr int main_menu_line = 70;
-constexpr int control_bar_line = 71;
-constexpr int context_menu_line = 72;
-constexpr int hot_keys_line = 73;
-constexpr int initialize_line = 84;
-constexpr int do_command_line = 107;
-constexpr int show_line = 121;
-constexpr int find_submenu_line = 136;
-constexpr int add_submenu_line = 144;
-constexpr int add_command_line = 150;
-constexpr int add_hot_key_line = 160;
-
 // Texts of the host's shared resource module.
 constexpr unsigned int submenu_caption_id = 4028;
 constexpr unsigned int submenu_hint_id = 4033;
@@ -88,10 +76,8 @@ IUnknown* CzdExpirationRulePlugin::find_interface(REFIID iid) noexcept {
 STDMETHODIMP CzdExpirationRulePlugin::Initialize(IDispatch* pMainMenu, IDispatch* MainControlBar,
                                                  IDispatch* PortfolioContextMenu, IDispatch* PortfolioHotKeys,
                                                  BSTR RegistryPath, IDispatch* zdStorage) noexcept {
-  if (!expect(pMainMenu, L"pMainMenu != 0", ZD_LOCATION_AT(main_menu_line)) ||
-      !expect(MainControlBar, L"MainControlBar != 0", ZD_LOCATION_AT(control_bar_line)) ||
-      !expect(PortfolioContextMenu, L"PortfolioContextMenu != 0", ZD_LOCATION_AT(context_menu_line)) ||
-      !expect(PortfolioHotKeys, L"PortfolioHotKeys != 0", ZD_LOCATION_AT(hot_keys_line)) ||
+  if (!expect(pMainMenu, ZD_LOCATION_AT(70)) || !expect(MainControlBar, ZD_LOCATION_AT(71)) ||
+      !expect(PortfolioContextMenu, ZD_LOCATION_AT(72)) || !expect(PortfolioHotKeys, ZD_LOCATION_AT(73)) ||
       SysStringLen(RegistryPath) == 0) {
     return E_INVALIDARG;
   }
@@ -104,7 +90,7 @@ STDMETHODIMP CzdExpirationRulePlugin::Initialize(IDispatch* pMainMenu, IDispatch
     create_zd_hot_key(PortfolioHotKeys);
     return S_OK;
   } catch (...) {
-    SnagtrapUtil::catch_and_call(ZD_LOCATION_AT(initialize_line));
+    SnagtrapUtil::catch_and_call(ZD_LOCATION_AT(84));
     return E_FAIL;
   }
 }
@@ -127,14 +113,14 @@ void CzdExpirationRulePlugin::add_zd_menu_items(IDispatch* pMainMenu) {
   const auto main_menu = query<IkvMainMenu>(pMainMenu);
   const _bstr_t sought = shared_text(submenu_caption_id);
   require_success(fetch_into(rules_menu_, [&](IkvSubMenu** out) { return main_menu->FindSubMenu(sought, out); }),
-                  ZD_LOCATION_AT(find_submenu_line));
+                  ZD_LOCATION_AT(136));
   if (!rules_menu_) {
     const _bstr_t hint = shared_text(submenu_hint_id);
     const _bstr_t caption = shared_text(submenu_caption_id);
     require_success(
         fetch_into(rules_menu_,
                    [&](IkvSubMenu** out) { return main_menu->AddSubMenu(caption, hint, submenu_flags, out); }),
-        ZD_LOCATION_AT(add_submenu_line));
+        ZD_LOCATION_AT(144));
   }
   IkvSubMenu& submenu = *rules_menu_;
   const auto self = query<IkvPlugin>(static_cast<IkvPlugin*>(this));
@@ -143,7 +129,7 @@ void CzdExpirationRulePlugin::add_zd_menu_items(IDispatch* pMainMenu) {
                              [&](IkvMenuItem** out) {
                                return submenu.AddCommand(command, 0, 0, 0, nullptr, command_kind, self, out);
                              }),
-                  ZD_LOCATION_AT(add_command_line));
+                  ZD_LOCATION_AT(150));
 }
 
 void CzdExpirationRulePlugin::create_zd_hot_key(IDispatch* PortfolioHotKeys) {
@@ -154,7 +140,7 @@ void CzdExpirationRulePlugin::create_zd_hot_key(IDispatch* PortfolioHotKeys) {
     require_success(
         fetch_into(made,
                    [&](IDispatch** out) { return collection->AddHotKey(hot_key_flags, hot_key_code, self, out); }),
-        ZD_LOCATION_AT(add_hot_key_line));
+        ZD_LOCATION_AT(160));
   }
   hot_key_.Attach(nullptr);
   hot_key_ = platform::try_query<IkvHotKey>(made);
@@ -172,7 +158,7 @@ STDMETHODIMP CzdExpirationRulePlugin::DoCommand(long Id, VARIANT) noexcept {
     dialog.DoModal(GetActiveWindow());
     return S_OK;
   } catch (...) {
-    SnagtrapUtil::catch_and_call(ZD_LOCATION_AT(do_command_line));
+    SnagtrapUtil::catch_and_call(ZD_LOCATION_AT(107));
     return E_FAIL;
   }
 }
@@ -188,7 +174,7 @@ STDMETHODIMP CzdExpirationRulePlugin::Show(long RuleID) noexcept {
   } catch (const std::bad_alloc&) {
     return E_OUTOFMEMORY;
   } catch (...) {
-    return SnagtrapUtil::report_exception_in_flight(ZD_LOCATION_AT(show_line));
+    return SnagtrapUtil::report_exception_in_flight(ZD_LOCATION_AT(121));
   }
 }
 

@@ -1,34 +1,55 @@
 #include "ExpirationRule.h"
 
+#include <tuple>
+
 #include "Tables.h"
 #include "zdStorageGetFieldHelper.h"
+
+namespace {
+
+/// Calls the rule service with the name and then every number of a rule.
+template <class Call>
+HRESULT with_arguments(const ExpirationRule& rule, const Call& call) {
+  return std::apply([&](const auto&... number) { return call(rule.RuleName.copy(false), rule.*number.member...); },
+                    rule_numbers);
+}
+
+}  // namespace
 
 IkvTablePtr create_new_rule_row(const _bstr_t& name) {
   IkvTablePtr table;
   create_rule_table(table);
   table->AppendRow();
   table->MoveLast();
-  const ExpirationRule defaults;
   SetField(table, KVFIELD_RULE_NAME, name);
-  SetField(table, KVFIELD_ROLL_OFFSET, defaults.RollOffset);
-  SetField(table, KVFIELD_DAY_TYPE, defaults.DayType);
-  SetField(table, KVFIELD_DAY_OF_MONTH, defaults.DayOfMonth);
-  SetField(table, KVFIELD_DAY_MONTH, defaults.DayMonth);
-  SetField(table, KVFIELD_WEEK_ORDINAL, defaults.WeekOrdinal);
-  SetField(table, KVFIELD_WEEKDAY, defaults.Weekday);
-  SetField(table, KVFIELD_WEEKDAY_MONTH, defaults.WeekdayMonth);
-  SetField(table, KVFIELD_MOVE_TO_NEXT_TRADING_DAY, defaults.MoveToNextTradingDay);
+  for (const RuleNumber& number : rule_numbers) {
+    if (number.initial) SetField(table, number.field, *number.initial);
+  }
   return table;
 }
 
+long RuleRow::rule_id() const { return GetField<long>(table_, KVFIELD_RULE_ID); }
+
+void RuleRow::set_rule_id(long rule_id) const { SetField(table_, KVFIELD_RULE_ID, rule_id); }
+
+_bstr_t RuleRow::name() const { return GetField<_bstr_t>(table_, KVFIELD_RULE_NAME); }
+
+long RuleRow::value(long ExpirationRule::*member) const {
+  return GetField<long>(table_, std::ranges::find(rule_numbers, member, &RuleNumber::member)->field);
+}
+
 HRESULT add_rule(const StorageBlock& storage, const ExpirationRule& rule, long& rule_id) {
-  return storage.rules->add_rule(rule.RuleName.copy(false), rule.RollOffset, rule.DayType, rule.DayMode,
-                                 rule.DayOfMonth, rule.DayMonth, rule.WeekOrdinal, rule.Weekday, rule.WeekdayMonth,
-                                 rule.MoveToNextTradingDay, &rule_id);
+  return with_arguments(
+      rule, [&](BSTR name, auto... numbers) { return storage.rules->add_rule(name, numbers..., &rule_id); });
 }
 
 HRESULT update_rule(const StorageBlock& storage, long rule_id, const ExpirationRule& rule) {
-  return storage.rules->update_rule(rule_id, rule.RuleName.copy(false), rule.RollOffset, rule.DayType, rule.DayMode,
-                                    rule.DayOfMonth, rule.DayMonth, rule.WeekOrdinal, rule.Weekday, rule.WeekdayMonth,
-                                    rule.MoveToNextTradingDay);
+  return with_arguments(
+      rule, [&](BSTR name, auto... numbers) { return storage.rules->update_rule(rule_id, name, numbers...); });
+}
+
+bool delete_rule(const StorageBlock& storage, long rule_id) {
+  long ok = 0;
+  storage.rules->delete_rule(rule_id, &ok);
+  return ok == 1;
 }

@@ -17,7 +17,7 @@ void create_rule_table(IkvTablePtr& target);
 /// The moves of a walk over the rows of a table.
 enum class RowMove { first, at_end, next };
 
-/// The places under which the moves of a walk are reported.
+/// The locations under which the moves of a walk are reported.
 struct RowMoveLocations {
   SnagtrapUtil::SourceLocation first;
   SnagtrapUtil::SourceLocation at_end;

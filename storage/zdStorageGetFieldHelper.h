@@ -34,9 +34,6 @@ struct FieldAccess<_bstr_t> {
   static HRESULT write(IKV_kvudfcom::IkvField& field, const _bstr_t& value) { return field.SetText(value); }
 };
 
-inline constexpr int set_lookup_line = 210;
-inline constexpr int set_write_line = 212;
-
 /// Looks up a field of the table's current row. `table` must not be null.
 inline HRESULT find_field(const IkvTablePtr& table, tagKVFIELDID id, IkvFieldPtr& field) {
   return platform::fetch_into(field, [&](IKV_kvudfcom::IkvField** out) { return table->GetFieldByID(id, out); });
@@ -50,7 +47,7 @@ Value GetField(const IkvTablePtr& table, tagKVFIELDID id) {
   if (!table) throw _com_error(E_POINTER);
   IkvFieldPtr field;
   const HRESULT found = find_field(table, id, field);
-  SnagtrapUtil::expect(field, L"field != 0", ZD_LOCATION_AT(Access::missing_line));
+  SnagtrapUtil::expect(field, ZD_LOCATION_AT(Access::missing_line));
   if (found != S_OK) SnagtrapUtil::report_hresult(found, ZD_LOCATION_AT(Access::lookup_line));
   if (!field) return Value();
   Value value = Value();
@@ -66,8 +63,8 @@ void SetField(const IkvTablePtr& table, tagKVFIELDID id, const Value& value) {
   if (!table) throw _com_error(E_POINTER);
   IkvFieldPtr field;
   const HRESULT found = find_field(table, id, field);
-  if (found != S_OK) SnagtrapUtil::report_hresult(found, ZD_LOCATION_AT(set_lookup_line));
+  if (found != S_OK) SnagtrapUtil::report_hresult(found, ZD_LOCATION_AT(210));
   if (!field) return;
   const HRESULT written = FieldAccess<Value>::write(*field, value);
-  if (written != S_OK) SnagtrapUtil::report_hresult(written, ZD_LOCATION_AT(set_write_line));
+  if (written != S_OK) SnagtrapUtil::report_hresult(written, ZD_LOCATION_AT(212));
 }

@@ -22,7 +22,7 @@ class CResizableDialogImplT : public TDialogBase,
  public:
   BOOL ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result,
                             DWORD mapId = 0) override {
-    if (!SnagtrapUtil::expect(mapId == 0, L"0", ZD_LOCATION_AT(map_line))) return FALSE;
+    if (!SnagtrapUtil::expect(mapId == 0, ZD_LOCATION_AT(48))) return FALSE;
     if (message == WM_ERASEBKGND) return OnEraseBackground(reinterpret_cast<HDC>(wParam));
     EndErase();
     switch (message) {
@@ -53,7 +53,6 @@ class CResizableDialogImplT : public TDialogBase,
   BOOL m_bRectOnly = FALSE;       ///< whether only the normal rectangle is stored then; `T` sets it
 
  private:
-  static constexpr int map_line = 48;
   static constexpr DWORD maximised_bit = 1;
 
   /// The system erases, but only where no child paints. A second erase during the first goes unclipped.

@@ -5,7 +5,6 @@
 
 namespace {
 
-constexpr int map_line = 117;
 constexpr DWORD grip_style = WS_CHILD | WS_CLIPSIBLINGS | SBS_SIZEGRIP;
 constexpr DWORD copy_inverted_and = 0x220326;  // destination AND NOT source
 
@@ -55,7 +54,7 @@ void CSizeGrip::EnableMaskedPaint(BOOL bMasked) noexcept {
 
 BOOL CSizeGrip::ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result,
                                      DWORD mapId) {
-  if (!SnagtrapUtil::expect(mapId == 0, L"0", ZD_LOCATION_IN("ResizableGrip.h", map_line))) return FALSE;
+  if (!SnagtrapUtil::expect(mapId == 0, ZD_LOCATION_IN("ResizableGrip.h", 117))) return FALSE;
   result = 0;
   switch (message) {
     case WM_SETFOCUS:

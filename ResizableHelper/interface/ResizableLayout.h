@@ -22,10 +22,9 @@ class CResizableLayout {
   /// Records or replaces the layout of a child. Without a second anchor the child keeps its size. What is no window or
   /// no child is reported as an assertion and recorded all the same. Throws `std::bad_alloc`.
   void AddAnchor(HWND hWnd, CSize anchorTL, CSize anchorBR = NOANCHOR) {
-    SnagtrapUtil::expect(::IsWindow(hWnd) != FALSE, L"::IsWindow(hWnd)", ZD_LOCATION_AT(anchored_window_line));
-    SnagtrapUtil::expect(::IsChild(dialog(), hWnd) != FALSE, L"::IsChild(pT->m_hWnd, hWnd)",
-                         ZD_LOCATION_AT(anchored_child_line));
-    SnagtrapUtil::expect(anchorTL != NOANCHOR, L"anchorTL != NOANCHOR", ZD_LOCATION_AT(anchor_line));
+    SnagtrapUtil::expect(::IsWindow(hWnd) != FALSE, ZD_LOCATION_AT(271));
+    SnagtrapUtil::expect(::IsChild(dialog(), hWnd) != FALSE, ZD_LOCATION_AT(273));
+    SnagtrapUtil::expect(anchorTL != NOANCHOR, ZD_LOCATION_AT(275));
     anchored_.put(resizable::measured_child(dialog(), hWnd, anchorTL, anchorBR));
   }
 
@@ -41,7 +40,7 @@ class CResizableLayout {
   /// `T` hides this when it adds callbacks: writes the child's corners into the copy of its record and answers TRUE, or
   /// answers FALSE to leave the child alone this time.
   BOOL ArrangeLayoutCallback(LayoutInfo&) {
-    SnagtrapUtil::expect(false, L"0", ZD_LOCATION_AT(callback_line));
+    SnagtrapUtil::expect(false, ZD_LOCATION_AT(469));
     return FALSE;
   }
 
@@ -119,10 +118,6 @@ class CResizableLayout {
   const resizable::LayoutList& Anchored() const noexcept { return anchored_; }
 
  private:
-  static constexpr int anchored_window_line = 271;
-  static constexpr int anchored_child_line = 273;
-  static constexpr int anchor_line = 275;
-  static constexpr int callback_line = 469;
   static constexpr int nothing_saved = -1;
 
   HWND dialog() const noexcept { return static_cast<const T*>(this)->m_hWnd; }

@@ -18,7 +18,7 @@ class CResizableMinMax {
   /// For a derived class that knows how much larger than `sizeNormal` a window must be to show `sizeWanted`, and
   /// answers TRUE with that in `sizeExtra`. Not overridden it fails with an assertion and answers FALSE.
   virtual BOOL CalcSizeExtra(HWND /*hWnd*/, CSize /*sizeNormal*/, CSize /*sizeWanted*/, CSize& /*sizeExtra*/) {
-    SnagtrapUtil::expect(false, L"0", ZD_LOCATION_AT(not_overridden_line));
+    SnagtrapUtil::expect(false, ZD_LOCATION_AT(130));
     return FALSE;
   }
 
@@ -46,7 +46,5 @@ class CResizableMinMax {
   CSize MinTrackingSize() const noexcept { return {limits_.min_track.x, limits_.min_track.y}; }
 
  private:
-  static constexpr int not_overridden_line = 130;
-
   resizable::TrackingLimits limits_;
 };

@@ -8,11 +8,7 @@ UINT WMU_RESIZESUPPORT = 0;
 
 std::atomic<UINT> RegisterResizeMessage::uRegisterdWMU_RESIZESUPPORT = 0;
 
-namespace {
-
-constexpr int registration_line = 48;
-
-}  // namespace
+namespace {}  // namespace
 
 UINT RegisterResizeMessage::GetRegisteredWMU_RESIZESUPPORT() noexcept {
   if (uRegisterdWMU_RESIZESUPPORT == 0) {
@@ -20,8 +16,7 @@ UINT RegisterResizeMessage::GetRegisteredWMU_RESIZESUPPORT() noexcept {
       const SnagtrapUtil::SectionLock lock(platform::ComModule::instance().section());
       uRegisterdWMU_RESIZESUPPORT = RegisterWindowMessageW(L"WMU_RESIZESUPPORT");
     }
-    SnagtrapUtil::expect(uRegisterdWMU_RESIZESUPPORT != 0, L"uRegisterdWMU_RESIZESUPPORT != 0",
-                         ZD_LOCATION_IN("ResizableMsgSupport.h", registration_line));
+    SnagtrapUtil::expect(uRegisterdWMU_RESIZESUPPORT != 0, ZD_LOCATION_IN("ResizableMsgSupport.h", 48));
   }
   WMU_RESIZESUPPORT = uRegisterdWMU_RESIZESUPPORT;
   return WMU_RESIZESUPPORT;

@@ -93,13 +93,13 @@ TEST_F(RuleUsers, WholeTableIsReadInOnePass) {
                                   "IkvField::GetText(1077)", "IkvTable::MoveNext", "IkvTable::IsEOF"));
 }
 
-constexpr SnagtrapUtil::SourceLocation nowhere = {"Some.cpp", 1, "f", "void f()"};
-constexpr RuleUsersLocations places = {nowhere, nowhere, nowhere};
+constexpr RuleUsersLocations::FailedCall nowhere = {{"Some.cpp", 1, "f", "void f()"}, L""};
+constexpr RuleUsersLocations locations = {nowhere, nowhere, nowhere};
 
 TEST_F(RuleUsers, TableWithoutTheFieldOfTheRuleHasNone) {
   users.clear();
   const IkvTablePtr table(host.table({{{KVFIELD_SETTING_NAME, L"a"}}, {{KVFIELD_SETTING_NAME, L"b"}}}), false);
-  collect_rule_users(table, L"", places, users);
+  collect_rule_users(table, L"", locations, users);
   EXPECT_THAT(users, IsEmpty());
   EXPECT_THAT(reports(), IsEmpty());
 }
@@ -107,7 +107,7 @@ TEST_F(RuleUsers, TableWithoutTheFieldOfTheRuleHasNone) {
 TEST_F(RuleUsers, TableWithoutTheFieldOfTheSettingsNameHasNone) {
   users.clear();
   const IkvTablePtr table(host.table({{{KVFIELD_RULE_NAME, L"IF"}}, {{KVFIELD_RULE_NAME, L"IF"}}}), false);
-  collect_rule_users(table, L"IF", places, users);
+  collect_rule_users(table, L"IF", locations, users);
   EXPECT_THAT(users, IsEmpty());
   EXPECT_THAT(reports(), IsEmpty());
 }
@@ -115,7 +115,7 @@ TEST_F(RuleUsers, TableWithoutTheFieldOfTheSettingsNameHasNone) {
 TEST_F(RuleUsers, NumberWhereANameShouldBeIsReported) {
   users.clear();
   const IkvTablePtr table(host.table({{{KVFIELD_RULE_NAME, 7}, {KVFIELD_SETTING_NAME, L"a"}}}), false);
-  EXPECT_THROW(collect_rule_users(table, L"IF", places, users), _com_error);
+  EXPECT_THROW(collect_rule_users(table, L"IF", locations, users), _com_error);
   EXPECT_THAT(reports(), ElementsAre("ASSERT 80020005 | Some.cpp:1 f"));
 }
 

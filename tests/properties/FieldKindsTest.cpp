@@ -196,14 +196,14 @@ TEST_F(FieldKinds, OfANewRuleKeepNothingFromBeingMade) {
 
 TEST_F(FieldKinds, OfASettingMakeItNoUserUnlessItsNameIsThere) {
   for_each_kind([&] {
-    const SnagtrapUtil::SourceLocation place = ZD_LOCATION;
+    const auto location = ZD_LOCATION_IN("ExpirationRulesListDialog.cpp", 139);
     for (const tagKVFIELDID id : {KVFIELD_RULE_NAME, KVFIELD_SETTING_NAME}) {
       SCOPED_TRACE(id);
       host.settings() = {{L"first", L"IF"}, {L"second", L"IF"}};
       make_odd(id);
       std::vector<std::wstring> users;
       HRESULT thrown = storage_test::thrown_by([&] {
-        collect_rule_users(open_symbol_source_settings_table(block), L"IF", {place, place, place}, users);
+        collect_rule_users(open_symbol_source_settings_table(block), L"IF", {location, location, location}, users);
       });
       const bool cannot_be_read = kind() == Kind::wrong_type || kind() == Kind::mute;
       EXPECT_EQ(cannot_be_read ? (kind() == Kind::mute ? E_NOTIMPL : DISP_E_TYPEMISMATCH) : S_OK, thrown);

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "RuleRecord.h"
+
 namespace workbench {
 
 namespace {
@@ -9,8 +11,7 @@ namespace {
 bool is_text(long field) { return field == KVFIELD_RULE_NAME || field == KVFIELD_SETTING_NAME; }
 
 bool is_number(long field) {
-  return field == KVFIELD_RULE_ID || field == KVFIELD_MOVE_TO_NEXT_TRADING_DAY ||
-         (field >= KVFIELD_ROLL_OFFSET && field <= KVFIELD_WEEKDAY_MONTH);
+  return field == KVFIELD_RULE_ID || std::ranges::find(rule_columns, field, &RuleColumn::field) != rule_columns.end();
 }
 
 }  // namespace

@@ -69,8 +69,9 @@ void HostRules::update(long number, const Rule& rule) {
 void HostRules::remove(long number) {
   const IkvTablePtr row = open_rules_table(storage_, number);
   std::vector<std::wstring> users;
+  const auto location = ZD_LOCATION_IN("ExpirationRulesListDialog.cpp", 139);
   collect_rule_users(open_symbol_source_settings_table(storage_), GetField<_bstr_t>(row, KVFIELD_RULE_NAME),
-                     {ZD_LOCATION, ZD_LOCATION, ZD_LOCATION}, users);
+                     {location, location, location}, users);
   if (!users.empty()) return;
   long ok = 0;
   require(storage_.rules->delete_rule(number, &ok));
