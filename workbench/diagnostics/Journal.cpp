@@ -9,7 +9,7 @@ namespace snagtrap {
 namespace {
 
 /// How much of each text is left of a record that is too long, in UTF-16 units; tried in this order.
-constexpr std::size_t text_limits[] = {JsonWriter::unlimited, 500, 20};
+constexpr std::size_t text_limits[] = {unlimited, 500, 20};
 
 std::wstring now() {
   SYSTEMTIME time = {};
@@ -26,48 +26,32 @@ std::wstring program_name() {
   return std::wstring(name.substr(name.rfind(L'\\') + 1));
 }
 
-JsonWriter begin_line(std::wstring_view command) {
-  JsonWriter json;
-  json.begin_object();
-  json.name(L"time");
-  json.text(now());
-  json.name(L"process");
-  json.integer(GetCurrentProcessId());
-  json.name(L"thread");
-  json.integer(GetCurrentThreadId());
-  json.name(L"program");
-  json.text(program_name());
-  json.name(L"command");
-  json.text(command);
-  return json;
+JsonObject begin_line(std::wstring_view command) {
+  JsonObject line;
+  line.add(L"time", text_json(now()));
+  line.add(L"process", std::to_string(GetCurrentProcessId()));
+  line.add(L"thread", std::to_string(GetCurrentThreadId()));
+  line.add(L"program", text_json(program_name()));
+  line.add(L"command", text_json(command));
+  return line;
 }
 
 std::string line_of(std::wstring_view command, const Record* record, std::size_t text_limit) {
-  JsonWriter json = begin_line(command);
-  if (record && record->ignored.value_or(false)) {
-    json.name(L"ignored");
-    json.literal("true");
-  }
-  if (record) {
-    json.name(L"record");
-    json.limit_texts(text_limit);
-    write_record(json, *record);
-  }
-  json.end_object();
-  return json.json();
+  JsonObject line = begin_line(command);
+  if (record && record->ignored.value_or(false)) line.add(L"ignored", "true");
+  if (record) line.add(L"record", record_json(*record, text_limit));
+  return line.json();
 }
 
-/// The most of the record that fits: with a record of very many fields not one of them.
+/// As much of the record as fits; none of its fields when there are too many of them.
 std::string fitting_line(std::wstring_view command, const Record* record, std::size_t max_bytes) {
   for (const std::size_t text_limit : text_limits) {
     std::string line = line_of(command, record, text_limit);
     if (line.size() < max_bytes) return line;
   }
-  JsonWriter json = begin_line(command);
-  json.name(L"record");
-  json.text(L"too long for the log");
-  json.end_object();
-  return json.json();
+  JsonObject line = begin_line(command);
+  line.add(L"record", text_json(L"too long for the log"));
+  return line.json();
 }
 
 }  // namespace
@@ -78,11 +62,9 @@ HRESULT Journal::write(std::wstring_view command, const Record* record, const Se
 }
 
 HRESULT Journal::write_answer(std::wstring_view answer, const Settings& settings) const {
-  JsonWriter json = begin_line(L"ANSWER");
-  json.name(L"answer");
-  json.text(answer);
-  json.end_object();
-  return append(json.json(), true, settings);
+  JsonObject line = begin_line(L"ANSWER");
+  line.add(L"answer", text_json(answer));
+  return append(line.json(), true, settings);
 }
 
 ReportLog Journal::log(const Settings& settings) const {

@@ -9,40 +9,29 @@
 
 namespace snagtrap {
 
-/// Writes JSON as UTF-8. The caller keeps objects balanced and names every value inside one.
-class JsonWriter {
+inline constexpr std::size_t unlimited = static_cast<std::size_t>(-1);
+
+/// The text as a JSON string in UTF-8. A text longer than `limit` UTF-16 units is cut and ends in "..."; a lone
+/// surrogate becomes U+FFFD, since a reader may refuse a line that holds one.
+std::string text_json(std::wstring_view text, std::size_t limit = unlimited);
+
+/// The record as a JSON object with a member for each field; texts are cut as in `text_json`. Numbers of up to 32 bits
+/// and floating-point numbers are numbers; addresses and what a reader of JSON could round (64 bits, dates, currency)
+/// are texts; empty and null are null; an inner record is an object.
+std::string record_json(const Record& record, std::size_t text_limit = unlimited);
+
+/// The value as a person reads it: the same text as in the JSON, without quotes.
+std::wstring readable(const VARIANT& value);
+
+/// Joins members, whose values are already JSON, to a JSON object. The JSON library's own objects cannot be used: their
+/// destructor allocates, which would end the host when memory has run out.
+class JsonObject {
  public:
-  static constexpr std::size_t unlimited = static_cast<std::size_t>(-1);
-
-  /// From now on a text longer than `limit` UTF-16 units is cut and ends in "...".
-  void limit_texts(std::size_t limit) noexcept { text_limit_ = limit; }
-
-  void begin_object();
-  void end_object();
-  void name(std::wstring_view name);
-  /// Any UTF-16: what is no Unicode (a lone surrogate) is escaped, so that it can be read back.
-  void text(std::wstring_view text);
-  /// A value whose JSON is already known, such as a number.
-  void literal(std::string_view json);
-  void integer(long long value);
-
-  const std::string& json() const noexcept { return json_; }
+  void add(std::wstring_view name, std::string_view value);
+  std::string json() const { return '{' + members_ + '}'; }
 
  private:
-  void separate();
-  void quoted(std::wstring_view text);
-
-  std::string json_;
-  std::size_t text_limit_ = unlimited;
-  bool needs_comma_ = false;
+  std::string members_;
 };
-
-/// Writes the record as an object with a member for each field. Numbers of up to 32 bits and floating-point numbers
-/// are numbers; what a reader of JSON could round (64 bits, dates, currency) and addresses are texts; empty and null
-/// are null; an inner record is an object.
-void write_record(JsonWriter& json, const Record& record);
-
-/// The value as a person reads it; the same text as in the JSON, without quotes.
-std::wstring readable(const VARIANT& value);
 
 }  // namespace snagtrap

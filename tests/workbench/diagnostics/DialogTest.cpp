@@ -26,9 +26,9 @@ class Interactive : public LibraryTest {
     return answer;
   }
 
-  std::wstring logged_answer() const {
-    const auto lines = folder.lines();
-    return lines.back()[L"command"].text == L"ANSWER" ? lines.back()[L"answer"].text : L"none";
+  std::string logged_answer() const {
+    nlohmann::json line = folder.lines().back();
+    return line["command"] == "ANSWER" ? line["answer"].get<std::string>() : "none";
   }
 
   int dialogs = 0;
@@ -36,17 +36,17 @@ class Interactive : public LibraryTest {
 
 TEST_F(Interactive, DebugAnswersOne) {
   EXPECT_EQ(process_answering(L"ASSERT", [](HWND dialog) { click(dialog, IDC_DEBUG); }), 1);
-  EXPECT_EQ(logged_answer(), L"debug");
+  EXPECT_EQ(logged_answer(), "debug");
 }
 
 TEST_F(Interactive, AbortAnswersEAbort) {
   EXPECT_EQ(process_answering(L"ASSERT", [](HWND dialog) { click(dialog, IDC_ABORT); }), E_ABORT);
-  EXPECT_EQ(logged_answer(), L"abort");
+  EXPECT_EQ(logged_answer(), "abort");
 }
 
 TEST_F(Interactive, IgnoreGoesOn) {
   EXPECT_EQ(process_answering(L"ASSERT", [](HWND dialog) { click(dialog, IDCANCEL); }), S_OK);
-  EXPECT_EQ(logged_answer(), L"ignore");
+  EXPECT_EQ(logged_answer(), "ignore");
 }
 
 TEST_F(Interactive, EscapeEnterAndTheCloseBoxIgnore) {
@@ -57,7 +57,7 @@ TEST_F(Interactive, EscapeEnterAndTheCloseBoxIgnore) {
   };
   for (const auto& way : ways) {
     EXPECT_EQ(process_answering(L"ASSERT", way), S_OK);
-    EXPECT_EQ(logged_answer(), L"ignore");
+    EXPECT_EQ(logged_answer(), "ignore");
   }
 }
 
@@ -88,7 +88,7 @@ TEST_F(Interactive, AlwaysIgnoreSilencesThePlaceFromNowOn) {
     CheckDlgButton(dialog, IDC_ALWAYS_IGNORE, BST_CHECKED);
     click(dialog, IDCANCEL);
   });
-  EXPECT_EQ(logged_answer(), L"always ignore");
+  EXPECT_EQ(logged_answer(), "always ignore");
   EXPECT_TRUE(snagtrap::is_ignored({L"Some.cpp", 70}));
   EXPECT_EQ(process_answering(L"ASSERT", [](HWND dialog) { click(dialog, IDC_DEBUG); }), S_OK);
   EXPECT_EQ(dialogs, 0);

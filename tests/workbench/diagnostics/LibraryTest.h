@@ -32,6 +32,8 @@ class LibraryTest : public testing::Test {
     FreeLibrary(library_);
   }
 
+  HMODULE library() const { return library_; }
+
   IKV_SnagtrapUtil::ST_InitObjectFunction init_object() const {
     return reinterpret_cast<IKV_SnagtrapUtil::ST_InitObjectFunction>(
         reinterpret_cast<void*>(GetProcAddress(library_, "ST_InitObject")));

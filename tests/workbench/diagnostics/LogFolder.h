@@ -5,12 +5,24 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <nlohmann/json.hpp>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
-#include "JsonReader.h"
-
 namespace snagtrap_test {
+
+/// The lines of a log, each read as JSON. Throws when one is not JSON or when the last has no end.
+inline std::vector<nlohmann::json> read_json_lines(std::string_view text) {
+  std::vector<nlohmann::json> lines;
+  while (!text.empty()) {
+    const std::size_t end = text.find('\n');
+    if (end == std::string_view::npos) throw std::runtime_error("the last line has no end");
+    lines.push_back(nlohmann::json::parse(text.substr(0, end)));
+    text.remove_prefix(end + 1);
+  }
+  return lines;
+}
 
 /// An empty folder that goes with its owner. Its name has a space and characters outside the code page.
 class LogFolder {
@@ -40,7 +52,7 @@ class LogFolder {
     return {std::istreambuf_iterator<char>(stream), {}};
   }
 
-  std::vector<Json> lines() const { return read_json_lines(content()); }
+  std::vector<nlohmann::json> lines() const { return read_json_lines(content()); }
 
   std::size_t file_count() const {
     return static_cast<std::size_t>(
