@@ -1,0 +1,97 @@
+#include "Mistakes.h"
+
+#include <array>
+
+#include "Utf8.h"
+
+namespace workbench::schedule {
+
+namespace {
+
+struct Message {
+  MistakeKind kind;
+  const char* english;
+  const char* chinese;
+};
+
+constexpr std::array messages{
+    Message{MistakeKind::not_utf8, "expected UTF-8: save as UTF-8", "应为 UTF-8：请另存为 UTF-8"},
+    Message{MistakeKind::not_text, "expected UTF-8, or UTF-16 with a byte order mark: save as UTF-8",
+            "应为 UTF-8 或带字节顺序标记的 UTF-16：请另存为 UTF-8"},
+    Message{MistakeKind::unterminated_quote, "expected a quotation mark that ends the field", "应有结束该字段的引号"},
+    Message{MistakeKind::misplaced_quote,
+            "expected quotation marks around the whole field, and doubled within it; found \"%1\"",
+            "引号应括住整个字段，字段内的引号应成对；实为 \"%1\""},
+    Message{MistakeKind::field_count, "expected %1 fields, found %2", "应有 %1 个字段，实有 %2 个"},
+    Message{MistakeKind::unknown_key,
+            "expected \"# key: value\" with one of the keys name, title, covers, from, to, weekend, source; "
+            "found \"%1\"",
+            "应为 \"# 键: 值\"，键为 name、title、covers、from、to、weekend、source 之一；实为 \"%1\""},
+    Message{MistakeKind::repeated_key, "expected the key %1 only once", "键 %1 只应出现一次"},
+    Message{MistakeKind::missing_key, "expected a line \"# %1: ...\" above the days",
+            "日期之前应有 \"# %1: ...\" 一行"},
+    Message{MistakeKind::calendar_name,
+            "expected a name of 1 to 255 characters that is not the name of a file, found \"%1\"",
+            "应为 1 至 255 个字符且不是文件名的名称，实为 \"%1\""},
+    Message{MistakeKind::day, "expected a day like 2026-01-16, from 1900 to 2199; found \"%1\"",
+            "应为 1900 至 2199 年间形如 2026-01-16 的日期；实为 \"%1\""},
+    Message{MistakeKind::day_order_of_range, "expected a last day that is not before %1, found %2",
+            "末日不应早于 %1，实为 %2"},
+    Message{MistakeKind::weekend, "expected weekdays like \"Saturday, Sunday\", at most six, or \"none\"; found \"%1\"",
+            "应为形如 \"Saturday, Sunday\" 的星期名（至多六个）或 \"none\"；实为 \"%1\""},
+    Message{MistakeKind::calendar_columns, "expected the line of columns \"date\" or \"date,reason\", found \"%1\"",
+            "应为列名行 \"date\" 或 \"date,reason\"，实为 \"%1\""},
+    Message{MistakeKind::repeated_day, "expected each day once, found %1 again", "每个日期只应出现一次，%1 重复"},
+    Message{MistakeKind::descending_day, "expected a day after %1, found %2", "应为 %1 之后的日期，实为 %2"},
+    Message{MistakeKind::day_on_weekend, "expected a day that is not on the weekend, found %1",
+            "应为周末以外的日期，实为 %1"},
+    Message{MistakeKind::day_outside, "expected a day from %1 to %2, found %3", "应为 %1 至 %2 的日期，实为 %3"},
+    Message{MistakeKind::missing_column, "expected a column %1", "应有列 %1"},
+    Message{MistakeKind::repeated_column, "expected the column %1 only once", "列 %1 只应出现一次"},
+    Message{MistakeKind::contract, "expected a contract like 2026-01, 202601, 2601, IF2601 or CLF26; found \"%1\"",
+            "应为形如 2026-01、202601、2601、IF2601 或 CLF26 的合约；实为 \"%1\""},
+    Message{MistakeKind::repeated_contract, "expected each contract once, found %1 again",
+            "每个合约只应出现一次，%1 重复"},
+    Message{MistakeKind::no_rule_name, "expected the name of a rule", "应有规则名称"},
+    Message{MistakeKind::icalendar_line, "expected a line of an iCalendar file, found \"%1\"",
+            "应为 iCalendar 文件的一行，实为 \"%1\""},
+    Message{MistakeKind::icalendar_end, "expected END:%1", "应为 END:%1"},
+    Message{MistakeKind::icalendar_day, "expected an all-day event with days like 20260116, found \"%1\"",
+            "应为日期形如 20260116 的全天事件，实为 \"%1\""},
+    Message{MistakeKind::icalendar_repeats, "expected an event that does not repeat, found \"%1\"",
+            "应为不重复的事件，实为 \"%1\""},
+    Message{MistakeKind::icalendar_no_start, "expected an event with DTSTART", "事件应有 DTSTART"},
+    Message{MistakeKind::icalendar_end_before_start, "expected an event that does not end before it starts",
+            "事件的结束不应早于开始"},
+};
+
+constexpr bool is_in_order() {
+  for (std::size_t i = 0; i < messages.size(); ++i) {
+    if (messages[i].kind != static_cast<MistakeKind>(i)) return false;
+  }
+  return messages.size() == static_cast<std::size_t>(MistakeKind::last_kind);
+}
+static_assert(is_in_order());
+
+}  // namespace
+
+std::string describe(const Mistake& mistake, Language language) {
+  const Message& message = messages[static_cast<std::size_t>(mistake.kind)];
+  const std::string_view text = language == Language::chinese ? message.chinese : message.english;
+  std::string result;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (text[i] != '%') {
+      result += text[i];
+      continue;
+    }
+    const auto number = static_cast<std::size_t>(text[++i] - '1');
+    if (number < mistake.parameters.size()) result += printable_excerpt(mistake.parameters[number]);
+  }
+  return result;
+}
+
+std::string describe(std::string_view file, const Mistake& mistake, Language language) {
+  return std::string(file) + ':' + std::to_string(mistake.line) + ": " + describe(mistake, language);
+}
+
+}  // namespace workbench::schedule

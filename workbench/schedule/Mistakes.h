@@ -1,0 +1,62 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace workbench::schedule {
+
+/// The languages of the messages.
+enum class Language { english, chinese };
+
+/// What is wrong with a line of a file. Each kind has its message in the table of Mistakes.cpp.
+enum class MistakeKind {
+  not_utf8,
+  not_text,
+  unterminated_quote,
+  misplaced_quote,
+  field_count,
+  unknown_key,
+  repeated_key,
+  missing_key,
+  calendar_name,
+  day,
+  day_order_of_range,
+  weekend,
+  calendar_columns,
+  repeated_day,
+  descending_day,
+  day_on_weekend,
+  day_outside,
+  missing_column,
+  repeated_column,
+  contract,
+  repeated_contract,
+  no_rule_name,
+  icalendar_line,
+  icalendar_end,
+  icalendar_day,
+  icalendar_repeats,
+  icalendar_no_start,
+  icalendar_end_before_start,
+  last_kind,
+};
+
+/// One mistake in a file: its line, counted from 1, and what the message is about.
+struct Mistake {
+  std::size_t line = 0;
+  MistakeKind kind{};
+  std::vector<std::string> parameters{};  ///< in place of %1, %2, ... in the message
+
+  bool operator==(const Mistake&) const = default;
+};
+
+/// What was expected and what was found, without file and line. Long parameters are cut, and control characters and
+/// bytes that are not UTF-8 are replaced, so that the message is always one printable line.
+std::string describe(const Mistake& mistake, Language language = Language::english);
+
+/// The same in the form file:line: message.
+std::string describe(std::string_view file, const Mistake& mistake, Language language = Language::english);
+
+}  // namespace workbench::schedule
