@@ -61,14 +61,17 @@ zd_add_precompiled_headers(platform_headers ${ZD_PLATFORM_HEADERS})
 # What the components of a folder use; the tests' folder names another set.
 set(ZD_PRECOMPILED_HEADERS platform_headers)
 
-# zd_add_component(name SOURCES ... USES ...): a static library of this folder's sources; USES are the rooms below it.
+# zd_add_component(name SOURCES ... USES ... [PORTABLE]): a static library of this folder's sources; USES are the rooms
+# below it. The sources of a PORTABLE one do not see the platform's headers.
 function(zd_add_component name)
-  cmake_parse_arguments(COMPONENT "" "" "SOURCES;USES" ${ARGN})
+  cmake_parse_arguments(COMPONENT "PORTABLE" "" "SOURCES;USES" ${ARGN})
   if(COMPONENT_SOURCES)
     add_library(${name} STATIC ${COMPONENT_SOURCES})
     target_include_directories(${name} PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
     target_link_libraries(${name} PUBLIC zd_build_rules ${COMPONENT_USES})
-    zd_precompile_headers(${name} ${ZD_PRECOMPILED_HEADERS})
+    if(NOT COMPONENT_PORTABLE)
+      zd_precompile_headers(${name} ${ZD_PRECOMPILED_HEADERS})
+    endif()
   else()
     add_library(${name} INTERFACE)
     target_include_directories(${name} INTERFACE ${CMAKE_CURRENT_SOURCE_DIR})

@@ -48,7 +48,7 @@ TEST(CalendarFile, NeedsOnlyNameAndRange) {
 
 TEST(CalendarFile, WeekendsAreWeekdays) {
   const auto weekend = [](std::string_view text) { return read_calendar(with("Saturday, Sunday", text)).calendar; };
-  EXPECT_EQ(weekend("Friday,Saturday").value().weekend, 0b1100000);
+  EXPECT_EQ(weekend("Saturday,Monday").value().weekend, 0b1000010);
   EXPECT_EQ(weekend("none").value().weekend, 0);
   EXPECT_EQ(weekend("Sunday").value().weekend, 1);
 }

@@ -16,9 +16,9 @@ constexpr std::array<std::string_view, 7> weekday_names{"Sunday",   "Monday", "T
                                                         "Thursday", "Friday", "Saturday"};
 
 std::string_view trimmed(std::string_view text) {
-  const std::size_t begin = text.find_first_not_of(" \t");
+  const std::size_t begin = text.find_first_not_of(" \t\r");
   if (begin == std::string_view::npos) return {};
-  return text.substr(begin, text.find_last_not_of(" \t") + 1 - begin);
+  return text.substr(begin, text.find_last_not_of(" \t\r") + 1 - begin);
 }
 
 /// Takes the text up to the separator off the front, and the separator.
@@ -48,6 +48,12 @@ std::string weekend_text(WeekdaySet weekend) {
     if ((weekend >> i & 1U) != 0) text += (text.empty() ? "" : ", ") + std::string(weekday_names[i]);
   }
   return text.empty() ? "none" : text;
+}
+
+std::string one_line(std::string text) {
+  std::ranges::replace(text, '\r', ' ');
+  std::ranges::replace(text, '\n', ' ');
+  return text;
 }
 
 class CalendarReader {
@@ -94,7 +100,7 @@ class CalendarReader {
 
   std::string text_of(std::string_view key) const {
     const Value* value = find(key);
-    return value ? std::string(value->text) : std::string();
+    return value ? one_line(std::string(value->text)) : std::string();
   }
 
   std::optional<Day> day_of(std::string_view key) {
@@ -172,12 +178,6 @@ class CalendarReader {
   Calendar calendar_;
   std::vector<Mistake> mistakes_;
 };
-
-std::string one_line(std::string text) {
-  std::ranges::replace(text, '\r', ' ');
-  std::ranges::replace(text, '\n', ' ');
-  return text;
-}
 
 }  // namespace
 

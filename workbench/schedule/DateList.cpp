@@ -1,5 +1,6 @@
 #include "DateList.h"
 
+#include <algorithm>
 #include <array>
 #include <set>
 #include <utility>
@@ -59,6 +60,7 @@ DateList read_list(std::string_view bytes, bool with_rule) {
     }
     list.dates.push_back({row.line, rule, {*contract, *day}});
   }
+  std::ranges::stable_sort(list.mistakes, {}, &Mistake::line);
   return list;
 }
 

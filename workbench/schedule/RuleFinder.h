@@ -50,7 +50,7 @@ inline constexpr std::size_t rule_count = 78'804;
 FoundRules find_rules(std::span<const KnownDate> dates, const TradingDays& calendar, Against against,
                       std::optional<std::size_t> limit = std::nullopt);
 
-/// The rule at this position, from 0, in that order of all rules.
+/// The rule at this position, from 0 to `rule_count` - 1, in that order of all rules.
 RuleNumbers rule_at(std::size_t position);
 
 }  // namespace workbench::schedule
