@@ -103,20 +103,18 @@ ContractDates contract_dates(const RuleNumbers& rule, Month contract, const Trad
       day_on(expiration, basis(std::min(specified.day, expiration), std::max(specified.day, expiration)));
   dates.moved = dates.expiration.date && expiration != specified.day;
 
-  if (rule.roll_offset == 0) {
+  if (rule.roll_offset == 0 || (rule.day_type == 1 && !dates.expiration.date)) {
     dates.roll = dates.expiration;
   } else if (rule.day_type == 0) {
     const Day roll = open_days.day_at(number - rule.roll_offset);
     // A move to the next trading day skips closed days only, so the count back needs no day from the specified one on.
     dates.roll = day_on(roll, basis(roll, to_next ? specified.day - days{1} : specified.day));
-  } else if (dates.expiration.date) {
+  } else {
     const Day roll = expiration - days{rule.roll_offset};
     // The roll day itself needs no calendar; only whether the exchange is open then does.
     const Basis openness = basis(roll, roll);
     dates.roll = {roll, dates.expiration.basis == Basis::estimate ? Basis::estimate : openness};
     dates.closed = openness != Basis::beyond_calendar && !open_days.is_open(roll);
-  } else {
-    dates.roll = dates.expiration;
   }
   return dates;
 }

@@ -63,7 +63,7 @@ SpecifiedDay specified_day(const RuleNumbers& rule, Month contract);
 
 /// The days that the rule gives for this contract month, each judged by itself. Takes the same time for every contract
 /// month and offset, and allocates nothing.
-ContractDates contract_dates(const RuleNumbers& rule, Month contract, const TradingDays& days,
+ContractDates contract_dates(const RuleNumbers& rule, Month contract, const TradingDays& calendar,
                              const DateOptions& options = {});
 
 }  // namespace workbench::schedule

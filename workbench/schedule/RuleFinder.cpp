@@ -91,7 +91,7 @@ class MatchCounts {
   void count_offset(const KnownDate& known, std::size_t form, std::int32_t unit, std::int64_t offset) {
     if (offset < 1 || offset > greatest_offset) return;
     if (!gives(with_offset(all_forms()[form], unit, offset), known)) return;
-    const std::int64_t slot = unit * greatest_offset + offset;
+    const std::int64_t slot = (unit == 1 ? greatest_offset : 0) + offset;
     ++counts_[static_cast<std::size_t>(slot) * form_count + form];
   }
 
