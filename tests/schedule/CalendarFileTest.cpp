@@ -1,4 +1,5 @@
 #include "CalendarFile.h"
+#include "Depth.h"
 #include "RandomCases.h"
 #include "ScheduleTest.h"
 
@@ -143,7 +144,7 @@ TEST(CalendarFile, TruncatedIsRefusedOrAccepted) {
 
 TEST(CalendarFile, DamagedIsRefusedOrAccepted) {
   test_support::RandomCases random;
-  for (int number = 0; number < 3000; ++number) {
+  for (int number = 0; number < test_support::repetitions(100000, 3000); ++number) {
     std::string text = good;
     random.damage(text, 3);
     const CalendarReading reading = read_calendar(text);

@@ -1,4 +1,5 @@
 #include "DateList.h"
+#include "Depth.h"
 #include "RandomCases.h"
 #include "ScheduleTest.h"
 
@@ -65,7 +66,7 @@ TEST(DateList, TruncatedAndDamagedIsRefusedWithALineOrAccepted) {
     for (const Mistake& mistake : read_rule_date_list(good.substr(0, length)).mistakes) EXPECT_GT(mistake.line, 0U);
   }
   test_support::RandomCases random;
-  for (int number = 0; number < 3000; ++number) {
+  for (int number = 0; number < test_support::repetitions(100000, 3000); ++number) {
     std::string text = good;
     random.damage(text, 3);
     const DateList list = read_rule_date_list(text);

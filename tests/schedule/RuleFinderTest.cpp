@@ -2,6 +2,7 @@
 #include <set>
 #include <tuple>
 
+#include "Depth.h"
 #include "PublishedDates.h"
 #include "RandomCases.h"
 #include "RuleFinder.h"
@@ -81,12 +82,12 @@ TEST(RuleFinder, PublishedRulesAreAmongThoseOfTheirDates) {
 TEST(RuleFinder, FindsExactlyTheRulesThatGiveAllDates) {
   test_support::RandomCases random;
   const TradingDays calendar(day("2025-01-01"), day("2025-12-31"), saturday_and_sunday, shipped_days("china-futures"));
-  for (int number = 0; number < 4; ++number) {
+  for (int number = 0; number < test_support::repetitions(60, 4); ++number) {
     SCOPED_TRACE(random.trace(number));
     const RuleNumbers origin = rule_at(random.below(rule_count));
     // Near the calendar's ends too, where days are unknown.
     const std::string first = number % 2 == 0 ? "2025-01" : "2025-10";
-    const Against against = number == 3 ? Against::expiration : Against::roll;
+    const Against against = number % 4 == 3 ? Against::expiration : Against::roll;
     std::vector<KnownDate> dates = dates_of(origin, first, 1 + static_cast<int>(random.below(4)), calendar, against);
     std::erase_if(dates, [&](const KnownDate& known) { return !calendar.covers(known.date); });
     if (dates.empty()) continue;

@@ -1,6 +1,7 @@
 // Every date compared with a walk from day to day that asks the list of closed days and nothing else.
 #include <set>
 
+#include "Depth.h"
 #include "RandomCases.h"
 #include "ScheduleTest.h"
 
@@ -109,8 +110,12 @@ void compare_with_walk(RandomCases& random, int number) {
     const ContractDates estimates = contract_dates(rule, contract, calendar, {.estimates = true});
     ASSERT_TRUE(estimates.expiration.date && estimates.roll.date);
     ASSERT_FALSE(estimates.has(Basis::beyond_calendar));
-    if (dates.expiration.date) ASSERT_EQ(estimates.expiration, dates.expiration);
-    if (dates.roll.basis == Basis::calendar) ASSERT_EQ(estimates.roll, dates.roll);
+    if (dates.expiration.date) {
+      ASSERT_EQ(estimates.expiration, dates.expiration);
+    }
+    if (dates.roll.basis == Basis::calendar) {
+      ASSERT_EQ(estimates.roll, dates.roll);
+    }
   }
 }
 
@@ -118,7 +123,7 @@ void compare_with_walk(RandomCases& random, int number) {
 
 TEST(ScheduleProperties, DatesAreThoseOfAWalkFromDayToDay) {
   RandomCases random;
-  for (int number = 0; number < 300 && !testing::Test::HasFatalFailure(); ++number) compare_with_walk(random, number);
+  for (int number = 0; number < test_support::repetitions(20000, 300) && !testing::Test::HasFatalFailure(); ++number) compare_with_walk(random, number);
 }
 
 TEST(ScheduleProperties, EstimatesAreThoseOfACalendarOfWeekdays) {

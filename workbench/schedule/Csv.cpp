@@ -87,7 +87,7 @@ class CsvParser {
   CsvRecords result_;
 };
 
-bool needs_quotes(const std::string& field) { return field.find_first_of(",\"\r\n\t") != field.npos; }
+bool needs_quotes(const std::string& field) { return field.find_first_of(",\"\r\n\t") != std::string::npos; }
 
 }  // namespace
 
