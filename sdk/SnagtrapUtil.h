@@ -25,11 +25,7 @@ using ST_InitObjectFunction = HRESULT(STDMETHODCALLTYPE*)(IDebugRoot** root);
 
 }  // namespace IKV_SnagtrapUtil
 
-__CRT_UUID_DECL(IKV_SnagtrapUtil::SnagtrapLibrary, 0x9ca6c1c1, 0x8e31, 0x4f6a, 0x91, 0x1f, 0xc6, 0x80, 0xe7, 0xc4, 0xd9,
-                0xc6)
-__CRT_UUID_DECL(IKV_SnagtrapUtil::IDebugRoot, 0x817af9df, 0x36a4, 0x4b1c, 0xa4, 0xaa, 0xe6, 0x83, 0x9c, 0xfa, 0x97,
-                0x55)
-__CRT_UUID_DECL(IKV_SnagtrapUtil::IDebugObject, 0x76af2b9b, 0x59c1, 0x47d2, 0x92, 0xc3, 0xd7, 0x5e, 0x1b, 0x64, 0x70,
-                0x49)
-__CRT_UUID_DECL(IKV_SnagtrapUtil::SnagtrapEvent, 0xbd4fbd2d, 0x954d, 0x4b0b, 0xab, 0xff, 0x63, 0xac, 0x25, 0x85, 0x5c,
-                0xe0)
+KV_UUID_IN(IKV_SnagtrapUtil, class, SnagtrapLibrary, "9CA6C1C1-8E31-4F6A-911F-C680E7C4D9C6")
+KV_UUID_IN(IKV_SnagtrapUtil, struct, IDebugRoot, "817AF9DF-36A4-4B1C-A4AA-E6839CFA9755")
+KV_UUID_IN(IKV_SnagtrapUtil, struct, IDebugObject, "76AF2B9B-59C1-47D2-92C3-D75E1B647049")
+KV_UUID_IN(IKV_SnagtrapUtil, class, SnagtrapEvent, "BD4FBD2D-954D-4B0B-ABFF-63AC25855CE0")
