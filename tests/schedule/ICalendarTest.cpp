@@ -1,5 +1,5 @@
-#include "ICalendar.h"
 #include "Depth.h"
+#include "ICalendar.h"
 #include "RandomCases.h"
 #include "ScheduleTest.h"
 

@@ -123,7 +123,8 @@ void compare_with_walk(RandomCases& random, int number) {
 
 TEST(ScheduleProperties, DatesAreThoseOfAWalkFromDayToDay) {
   RandomCases random;
-  for (int number = 0; number < test_support::repetitions(20000, 300) && !testing::Test::HasFatalFailure(); ++number) compare_with_walk(random, number);
+  for (int number = 0; number < test_support::repetitions(20000, 300) && !testing::Test::HasFatalFailure(); ++number)
+    compare_with_walk(random, number);
 }
 
 TEST(ScheduleProperties, EstimatesAreThoseOfACalendarOfWeekdays) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <limits>
 #include <span>
 #include <string>
 #include <string_view>
@@ -16,8 +17,10 @@ struct CsvTable {
   std::vector<std::string> ignored_columns;  ///< what the first line names besides
 };
 
-/// Reads a file of values; see `read_csv`. Every wanted column is required, in any order. A row with another number of
-/// fields than the first line is a mistake and left out.
-CsvTable read_csv_table(std::string_view bytes, std::span<const std::string_view> columns);
+/// Reads a file of values; see `read_csv`. Columns may come in any order; the first `required` of the wanted ones, by
+/// default all, must be there, and another that is missing gives empty fields. A row with another number of fields than
+/// the first line is a mistake and left out.
+CsvTable read_csv_table(std::string_view bytes, std::span<const std::string_view> columns,
+                        std::size_t required = std::numeric_limits<std::size_t>::max());
 
 }  // namespace workbench::schedule

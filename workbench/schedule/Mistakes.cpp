@@ -63,6 +63,23 @@ constexpr std::array messages{
     Message{MistakeKind::icalendar_no_start, "expected an event with DTSTART", "事件应有 DTSTART"},
     Message{MistakeKind::icalendar_end_before_start, "expected an event that does not end before it starts",
             "事件的结束不应早于开始"},
+    Message{MistakeKind::stored_name, R"(expected a name of 1 to 255 characters, found "%1")",
+            R"(应为 1 至 255 个字符的名称，实为 "%1")"},
+    Message{MistakeKind::number, R"(expected a whole number of 32 bits as %1, found "%2")",
+            R"(%1 应为 32 位整数，实为 "%2")"},
+    Message{MistakeKind::number_range, "expected %1 from %2 to %3, found %4", "%1 应为 %2 至 %3，实为 %4"},
+    Message{MistakeKind::months, R"(expected ascending letters of delivery months like HMUZ, or none; found "%1")",
+            R"(应为升序的交割月字母，形如 HMUZ，或为空；实为 "%1")"},
+    Message{MistakeKind::last_trading_day, R"(expected "roll" or "expiration", found "%1")",
+            R"(应为 "roll" 或 "expiration"，实为 "%1")"},
+    Message{MistakeKind::repeated_rule, R"(expected each rule once; "%1" is on line %2 already)",
+            R"(每条规则只应出现一次；"%1" 已在第 %2 行)"},
+    Message{MistakeKind::edited_name,
+            R"(the editor would refuse the name "%1": it accepts 1 to 63 letters, digits, spaces and asterisks)",
+            R"(编辑器不接受名称 "%1"：只允许 1 至 63 个字母、数字、空格和星号)"},
+    Message{MistakeKind::json, R"(expected JSON like {"rules": [{"RuleName": ...}], "settings": [...]})",
+            R"(应为形如 {"rules": [{"RuleName": ...}], "settings": [...]} 的 JSON)"},
+    Message{MistakeKind::json_text, "expected a text as %1, found %2", "%1 应为文本，实为 %2"},
 };
 
 constexpr bool is_in_order() {

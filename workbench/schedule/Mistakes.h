@@ -40,6 +40,15 @@ enum class MistakeKind {
   icalendar_repeats,
   icalendar_no_start,
   icalendar_end_before_start,
+  stored_name,
+  number,
+  number_range,
+  months,
+  last_trading_day,
+  repeated_rule,
+  edited_name,
+  json,
+  json_text,
   last_kind,
 };
 

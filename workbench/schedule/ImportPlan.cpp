@@ -1,0 +1,72 @@
+#include "ImportPlan.h"
+
+#include <algorithm>
+#include <map>
+
+namespace workbench::schedule {
+
+namespace {
+
+void refuse_values(const Lined<NamedRule>& lined, std::vector<Mistake>& refused) {
+  for (const RuleField& field : rule_fields) {
+    const std::int32_t value = lined.item.numbers.*field.value;
+    if (value >= field.least && value <= field.greatest) continue;
+    refused.push_back(
+        {lined.line,
+         MistakeKind::number_range,
+         {field.name, std::to_string(field.least), std::to_string(field.greatest), std::to_string(value)}});
+  }
+}
+
+void plan_rules(const std::vector<Lined<NamedRule>>& file, std::span<const NamedRule> stored, ImportPlan& plan) {
+  std::map<std::string_view, const RuleNumbers*> numbers;
+  for (const NamedRule& rule : stored) numbers.emplace(rule.name, &rule.numbers);
+  std::map<std::string_view, std::size_t> lines;
+  for (const Lined<NamedRule>& lined : file) {
+    const NamedRule& rule = lined.item;
+    if (const auto [first, is_new] = lines.emplace(rule.name, lined.line); !is_new)
+      plan.refused.push_back({lined.line, MistakeKind::repeated_rule, {rule.name, std::to_string(first->second)}});
+    refuse_values(lined, plan.refused);
+    if (!is_edited_name(rule.name)) plan.warnings.push_back({lined.line, MistakeKind::edited_name, {rule.name}});
+    const auto found = numbers.find(rule.name);
+    const ImportAction action = found == numbers.end()           ? ImportAction::add
+                                : *found->second == rule.numbers ? ImportAction::leave
+                                                                 : ImportAction::change;
+    plan.rules.push_back({lined.line, action, rule});
+  }
+}
+
+/// The n-th setting of a name in the file takes the place of the n-th of that name in the store.
+void plan_settings(const std::vector<Lined<NamedSetting>>& file, std::span<const NamedSetting> stored,
+                   ImportPlan& plan) {
+  std::multimap<std::string_view, const NamedSetting*> rest;
+  for (const NamedSetting& setting : stored) rest.emplace(setting.name, &setting);
+  plan.settings.emplace();
+  for (const Lined<NamedSetting>& lined : file) {
+    ImportAction action = ImportAction::add;
+    if (const auto found = rest.lower_bound(lined.item.name); found != rest.end() && found->first == lined.item.name) {
+      action = *found->second == lined.item ? ImportAction::leave : ImportAction::change;
+      rest.erase(found);
+    }
+    plan.settings->push_back({lined.line, action, lined.item});
+  }
+  for (const auto& [name, setting] : rest) plan.removed_settings.push_back(*setting);
+}
+
+}  // namespace
+
+std::size_t ImportPlan::count(ImportAction action) const {
+  auto count = std::ranges::count(rules, action, &PlannedRule::action);
+  if (settings) count += std::ranges::count(*settings, action, &PlannedSetting::action);
+  return static_cast<std::size_t>(count);
+}
+
+ImportPlan plan_import(const RuleFile& file, std::span<const NamedRule> rules, std::span<const NamedSetting> settings) {
+  ImportPlan plan{.refused = file.mistakes, .ignored_columns = file.ignored_columns};
+  if (file.rules) plan_rules(*file.rules, rules, plan);
+  if (file.settings) plan_settings(*file.settings, settings, plan);
+  std::ranges::stable_sort(plan.refused, {}, &Mistake::line);
+  return plan;
+}
+
+}  // namespace workbench::schedule

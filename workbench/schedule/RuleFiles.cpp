@@ -1,0 +1,110 @@
+#include "RuleFiles.h"
+
+#include <algorithm>
+
+#include "CsvTable.h"
+#include "RuleRecords.h"
+#include "TextTable.h"
+#include "Utf8.h"
+
+namespace workbench::schedule {
+
+namespace {
+
+template <std::size_t count>
+std::vector<std::string> names_of(const std::array<std::string_view, count>& columns) {
+  return {columns.begin(), columns.end()};
+}
+
+template <class Item, std::size_t count>
+std::optional<std::string> write_csv(std::span<const Item> items, const std::array<std::string_view, count>& columns,
+                                     std::string& refused) {
+  std::string text;
+  append_csv(text, names_of(columns));
+  for (const Item& item : items) {
+    const std::vector<std::string> fields = record_of(item);
+    const auto invalid =
+        std::ranges::find_if(fields, [](const std::string& field) { return find_invalid_utf8(field).has_value(); });
+    if (invalid != fields.end()) {
+      refused = *invalid;
+      return std::nullopt;
+    }
+    append_csv(text, fields);
+  }
+  return text;
+}
+
+/// One object. With `numbers`, every field but the first is written as a number.
+template <std::size_t count>
+std::string json_object(const std::array<std::string_view, count>& columns, const std::vector<std::string>& fields,
+                        bool numbers) {
+  std::string text = "{";
+  for (std::size_t i = 0; i < count; ++i) {
+    text += (i == 0 ? "" : ", ") + json_string(columns[i]) + ": ";
+    text += numbers && i > 0 ? fields[i] : json_string(fields[i]);
+  }
+  return text + '}';
+}
+
+}  // namespace
+
+RuleFile read_rules_csv(std::string_view bytes) {
+  CsvTable table = read_csv_table(bytes, rule_columns);
+  RuleFile file{std::vector<Lined<NamedRule>>{}, std::nullopt, std::move(table.mistakes),
+                std::move(table.ignored_columns)};
+  for (const CsvRecord& row : table.rows) {
+    if (std::optional<NamedRule> rule = try_read_rule(row, file.mistakes))
+      file.rules->push_back({row.line, std::move(*rule)});
+  }
+  std::ranges::stable_sort(file.mistakes, {}, &Mistake::line);
+  return file;
+}
+
+RuleFile read_settings_csv(std::string_view bytes) {
+  CsvTable table = read_csv_table(bytes, setting_columns, required_setting_columns);
+  RuleFile file{std::nullopt, std::vector<Lined<NamedSetting>>{}, std::move(table.mistakes),
+                std::move(table.ignored_columns)};
+  for (const CsvRecord& row : table.rows) {
+    if (std::optional<NamedSetting> setting = try_read_setting(row, file.mistakes))
+      file.settings->push_back({row.line, std::move(*setting)});
+  }
+  std::ranges::stable_sort(file.mistakes, {}, &Mistake::line);
+  return file;
+}
+
+std::optional<std::string> write_rules_csv(std::span<const NamedRule> rules, std::string& refused) {
+  return write_csv(rules, rule_columns, refused);
+}
+
+std::optional<std::string> write_settings_csv(std::span<const NamedSetting> settings, std::string& refused) {
+  return write_csv(settings, setting_columns, refused);
+}
+
+std::string write_rules_json(std::span<const NamedRule> rules, std::span<const NamedSetting> settings) {
+  std::string text = "{\n  \"rules\": [";
+  for (std::size_t i = 0; i < rules.size(); ++i)
+    text += (i == 0 ? "\n    " : ",\n    ") + json_object(rule_columns, record_of(rules[i]), true);
+  text += "\n  ],\n  \"settings\": [";
+  for (std::size_t i = 0; i < settings.size(); ++i)
+    text += (i == 0 ? "\n    " : ",\n    ") + json_object(setting_columns, record_of(settings[i]), false);
+  return text + "\n  ]\n}\n";
+}
+
+std::size_t utf16_length(std::string_view name) {
+  std::size_t length = 0;
+  for (const char unit : name) {
+    const auto byte = static_cast<unsigned char>(unit);
+    if ((byte & 0xC0U) != 0x80U) length += byte >= 0xF0 ? 2 : 1;
+  }
+  return length;
+}
+
+bool is_edited_name(std::string_view name) {
+  const auto is_allowed = [](char unit) {
+    return (unit >= 'a' && unit <= 'z') || (unit >= 'A' && unit <= 'Z') || (unit >= '0' && unit <= '9') ||
+           unit == '*' || unit == ' ' || (unit >= '\t' && unit <= '\r');
+  };
+  return !name.empty() && name.size() <= longest_edited_name && std::ranges::all_of(name, is_allowed);
+}
+
+}  // namespace workbench::schedule
