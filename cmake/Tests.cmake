@@ -16,32 +16,27 @@ endforeach()
 zd_add_precompiled_headers(test_headers ${ZD_PLATFORM_HEADERS} <gmock/gmock.h> USES gmock)
 set(ZD_PRECOMPILED_HEADERS test_headers)
 
-include(GoogleTest)
-
-# zd_add_test(name SOURCES ... USES ... [RESOURCES ...] [TIMEOUT seconds] [ALONE] [SCREEN] [LARGE] [UNCOUNTED]): the
-# program name_tests, whose tests CTest knows as name.Suite.Test, with the label name.
+# zd_add_test(name SOURCES ... USES ... [RESOURCES ...] [SCREEN patterns...] [TIMEOUT seconds] [ALONE] [LARGE] [UNCOUNTED]):
+# the program name_tests. CTest starts it once as name, and once as name.screen for the tests that SCREEN names; both have
+# the label of their folder too. The deep run plays each test in a process of its own and in a shuffled order besides.
 #   RESOURCES  targets that hold compiled resources, or .rc files
-#   TIMEOUT    how long one test may take before the watchdog ends it; 180 by default. The longest start first.
-#   ALONE      for tests that own the keyboard, the mouse and the foreground: nothing runs beside them
-#   SCREEN     for tests that show windows: only one such test runs at a time, since only one window is the active one
+#   SCREEN     the tests, as patterns of Suite.Test, that need the real keyboard, the real foreground or real painting.
+#              They take turns; all others run beside each other on desktops that are never shown
+#   TIMEOUT    how long one test may take before the watchdog ends it, in seconds; 180 by default
+#   ALONE      nothing runs beside the program
 #   LARGE      for tests of large amounts: without the heap's own checks, whose time grows with all that is allocated
 #   UNCOUNTED  left out when lines are counted: its repetitions would take minutes and run hardly a further line
-# Tests of one room share registry keys and files, so they run one after the other; rooms run side by side,
-# except that of all SCREEN rooms one test runs at a time.
 function(zd_add_test name)
-  cmake_parse_arguments(TEST "ALONE;SCREEN;LARGE;UNCOUNTED" "TIMEOUT" "SOURCES;USES;RESOURCES" ${ARGN})
+  cmake_parse_arguments(TEST "ALONE;LARGE;UNCOUNTED" "TIMEOUT" "SOURCES;USES;RESOURCES;SCREEN" ${ARGN})
   if(NOT TEST_TIMEOUT)
     set(TEST_TIMEOUT 180)
   endif()
-  set(shared ${name})
-  if(TEST_SCREEN)
-    set(shared screen)
-  endif()
-  # CTest's own limit is the second line of defence, for a process that never reaches its main function.
-  math(EXPR ctest_timeout "${TEST_TIMEOUT} + 60")
 
   set(target ${name}_tests)
-  add_executable(${target} ${TEST_SOURCES})
+  set(on_screen ${CMAKE_CURRENT_BINARY_DIR}/${name}_on_screen.cpp)
+  file(CONFIGURE OUTPUT ${on_screen}
+       CONTENT "#include \"OnScreen.h\"\n\nconst char test_support::tests_on_screen[] = \"@TEST_SCREEN@\";\n" @ONLY)
+  add_executable(${target} ${TEST_SOURCES} ${on_screen})
   foreach(resource IN LISTS TEST_RESOURCES)
     if(TARGET ${resource})
       target_sources(${target} PRIVATE $<TARGET_OBJECTS:${resource}>)
@@ -52,25 +47,42 @@ function(zd_add_test name)
   target_link_libraries(${target} PRIVATE test_support ${TEST_USES})
   zd_precompile_headers(${target} ${ZD_PRECOMPILED_HEADERS})
   if(NOT TEST_UNCOUNTED)
-    set_property(GLOBAL APPEND PROPERTY ZD_TEST_PROGRAMS ${target})
+    set_property(GLOBAL APPEND PROPERTY ZD_COUNTED_PROGRAMS ${target})
   endif()
+
   # The heap's own checks are on, so that the validation after each test sees overruns and use after free.
-  set(heap_checks ,warn+heap)
+  set(environment "ZD_TEST_WATCHDOG=${TEST_TIMEOUT}" "WINEDEBUG=-all,warn+heap")
   if(TEST_LARGE)
-    set(heap_checks "")
+    set(environment "ZD_TEST_WATCHDOG=${TEST_TIMEOUT}" "WINEDEBUG=-all")
   endif()
-  gtest_discover_tests(
-    ${target}
-    DISCOVERY_MODE PRE_TEST
-    DISCOVERY_TIMEOUT 300
-    NO_PRETTY_VALUES
-    TEST_PREFIX ${name}.
-    PROPERTIES
-      LABELS ${name}
-      COST ${TEST_TIMEOUT}
-      TIMEOUT ${ctest_timeout}
-      RUN_SERIAL ${TEST_ALONE}
-      RESOURCE_LOCK ${shared}
-      ENVIRONMENT ZD_TEST_WATCHDOG=${TEST_TIMEOUT}
-      ENVIRONMENT_MODIFICATION WINEDEBUG=set:-all${heap_checks})
+  zd_add_run(${name} ${target} ${TEST_ALONE} ZD_TEST_PART=offscreen ${environment})
+  zd_add_run(${name}.alone ${target} ${TEST_ALONE} ZD_TEST_ALONE=1 ZD_TEST_DEPTH=quick ${environment})
+  zd_add_run(${name}.shuffled ${target} ${TEST_ALONE} ZD_TEST_DEPTH=quick GTEST_SHUFFLE=1 ${environment})
+  if(TEST_SCREEN)
+    zd_add_run(${name}.screen ${target} ${TEST_ALONE} ZD_TEST_PART=screen ${environment})
+    set_tests_properties(${name}.screen ${name}.alone ${name}.shuffled PROPERTIES RESOURCE_LOCK screen)
+  endif()
+  set_property(TEST ${name}.alone ${name}.shuffled APPEND PROPERTY LABELS deep)
+  zd_name_tests(${name} ${target})
+endfunction()
+
+# One start of a test program by CTest.
+function(zd_add_run name target alone)
+  add_test(NAME ${name} COMMAND ${target} --gtest_brief=1)
+  # The watchdog ends a test that hangs; CTest's own limit is for a process that never reaches its main function.
+  set_tests_properties(${name} PROPERTIES LABELS tests ENVIRONMENT "${ARGN}" TIMEOUT 3600 RUN_SERIAL ${alone})
+endfunction()
+
+# zd_name_tests(name TARGETS...): `./test name` builds the targets and runs the tests name and name.*; so does the name of
+# the folder. The build keeps the list in a file, one line a name: name, folder, targets.
+function(zd_name_tests name)
+  cmake_path(GET CMAKE_CURRENT_SOURCE_DIR FILENAME folder)
+  list(JOIN ARGN " " targets)
+  set_property(GLOBAL APPEND PROPERTY ZD_TEST_NAMES "${name} ${folder} ${targets}")
+endfunction()
+
+function(zd_write_test_names)
+  get_property(names GLOBAL PROPERTY ZD_TEST_NAMES)
+  list(JOIN names "\n" lines)
+  file(WRITE ${PROJECT_BINARY_DIR}/test-names "${lines}\n")
 endfunction()

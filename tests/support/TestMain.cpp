@@ -4,9 +4,14 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 
 #include "CrashReport.h"
+#include "Desktop.h"
 #include "HeapCheck.h"
+#include "OnScreen.h"
+#include "Supervisor.h"
+#include "TestResults.h"
 #include "Watchdog.h"
 
 namespace {
@@ -19,17 +24,16 @@ DWORD watchdog_limit_ms() {
   return 1000 * (text ? static_cast<DWORD>(std::strtoul(text, nullptr, 10)) : default_limit_s);
 }
 
-}  // namespace
-
 /// Runs the tests on a thread that is a single-threaded apartment, as a user interface thread of the host is.
-int main(int argc, char** argv) {
+int run_tests(test_support::ResultWriter* results) {
   test_support::report_crashes();
-  testing::InitGoogleMock(&argc, argv);
   if (FAILED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED))) {
     std::fputs("the test program cannot enter a COM apartment\n", stderr);
     return EXIT_FAILURE;
   }
   auto& listeners = testing::UnitTest::GetInstance()->listeners();
+  // The first listener hears last of a test's end, when the others have had their say.
+  if (results) listeners.Append(results);
   listeners.Append(new test_support::HeapCheck);
   auto* watchdog = new test_support::Watchdog(watchdog_limit_ms());
   listeners.Append(watchdog);
@@ -37,4 +41,22 @@ int main(int argc, char** argv) {
   delete listeners.Release(watchdog);
   CoUninitialize();
   return result;
+}
+
+}  // namespace
+
+/// Runs the tests in a process that this one supervises; with the argument --here, for a debugger, in this process and on
+/// the screen.
+int main(int argc, char** argv) {
+  testing::InitGoogleMock(&argc, argv);
+  if (const auto assignment = test_support::take_assignment()) {
+    if (!assignment->on_screen && !test_support::move_to_own_desktop()) {
+      std::fprintf(stderr, "the windows appear on the screen, error %lu\n", GetLastError());
+    }
+    test_support::select_assigned_tests(*assignment);
+    return run_tests(new test_support::ResultWriter(assignment->results));
+  }
+  const bool here = argc > 1 && std::strcmp(argv[1], "--here") == 0;
+  if (here || GTEST_FLAG_GET(list_tests)) return run_tests(nullptr);
+  return test_support::supervise(GetCommandLineA(), test_support::tests_on_screen);
 }

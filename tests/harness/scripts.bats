@@ -1,0 +1,186 @@
+#!/usr/bin/env bats
+# The scripts that a person starts, and what they stand on.
+
+bats_require_minimum_version 1.5.0
+project=$(cd "$BATS_TEST_DIRNAME/../.." && pwd)
+tools=$project/tools
+
+# program FILE TEXT: a program that does the shell commands of the text.
+program() {
+  printf '#!/usr/bin/env bash\n%s\n' "$2" >"$1"
+  chmod +x "$1"
+}
+
+# expect PATTERN: the output has a line that matches.
+expect() { grep -qE -- "$1" <<<"$output" || { echo "no line '$1' in:"; echo "$output"; return 1; }; }
+
+# --- session ---
+
+@test "a session has a display, no window manager, and passes the exit code on" {
+  run -0 env -u ZD_SESSION "$tools/session" --virtual xdotool getdisplaygeometry
+  expect '^[0-9]+ [0-9]+$'
+  run -1 env -u ZD_SESSION "$tools/session" --virtual xdotool get_num_desktops
+  run -7 env -u ZD_SESSION "$tools/session" --virtual "$tools/window-manager" bash -c "xdotool get_num_desktops && exit 7"
+  expect '^[0-9]+$'
+}
+
+@test "a session makes a half-made prefix anew" {
+  local prefix=$BATS_TEST_TMPDIR/prefix
+  mkdir -p "$prefix/drive_c"
+  touch "$prefix/.making" "$prefix/system.reg"
+  run -0 env -u ZD_SESSION ZD_WINEPREFIX="$prefix" "$tools/session" --virtual "$tools/wine-run" cmd /c exit 0
+  expect 'removing a half-made Wine prefix'
+  [ -e "$prefix/.ready" ]
+  [ ! -e "$prefix/.making" ]
+}
+
+@test "a session leaves the prefix and the overrides of the user alone" {
+  local users=$BATS_TEST_TMPDIR/users
+  mkdir "$users"
+  echo "WINE REGISTRY Version 2" >"$users/system.reg"
+  before=$(find "$users" -printf '%p %s %T@\n' | sort)
+  # shellcheck disable=SC2016 # the session's own values
+  run -0 env -u ZD_SESSION WINEPREFIX="$users" WINEDLLOVERRIDES=d3d11=native "$tools/session" \
+    bash -c 'echo "inside: $WINEPREFIX $WINEDLLOVERRIDES"'
+  [[ $output != *users* && $output != *d3d11* ]]
+  [ "$before" = "$(find "$users" -printf '%p %s %T@\n' | sort)" ]
+}
+
+# --- prepare ---
+
+# prepare_without_packages [SUDO]: as if nothing were installed, for a user who is not root and has no sudo, or one that
+# does the shell commands.
+prepare_without_packages() {
+  local programs=$BATS_TEST_TMPDIR/programs name
+  mkdir "$programs"
+  for name in bash dirname mktemp rm sort sed comm xargs echo env; do ln -s "$(type -P $name)" "$programs/"; done
+  program "$programs/id" 'echo 1000'
+  program "$programs/dpkg-query" 'exit 1'
+  [ $# = 0 ] || program "$programs/sudo" "$1"
+  PATH=$programs run -1 "$(type -P bash)" "$tools/prepare" run </dev/null
+}
+
+@test "prepare names the missing packages where it cannot install them" {
+  prepare_without_packages
+  expect 'packages are missing, as root run: apt-get install .*g\+\+-mingw'
+}
+
+@test "prepare names the missing packages where sudo refuses" {
+  prepare_without_packages 'exit 1'
+  expect 'packages are missing, as root run: apt-get install .*g\+\+-mingw'
+}
+
+@test "prepare names the missing packages when the lists cannot be read" {
+  # shellcheck disable=SC2016 # expanded by the program
+  prepare_without_packages '[ "$2" = true ]'
+  expect 'the package lists cannot be read.* g\+\+-mingw'
+}
+
+# --- run, on a machine where everything is prepared ---
+
+# stubs STATUS: a copy of the scripts among tools that write what they are called with; only the display :there answers,
+# and a session ends with the status.
+stubs() {
+  tree=$BATS_TEST_TMPDIR/tree
+  mkdir -p "$tree"/{tools,programs}
+  cp "$project"/{run,test} "$tree"
+  # shellcheck disable=SC2016 # expanded by the programs
+  {
+    local say='printf "%s" "$(basename "$0")"; printf " <%s>" "$@"; echo'
+    program "$tree/tools/prepare" "$say"
+    program "$tree/tools/session" "$say; exit $1"
+    program "$tree/programs/cmake" "$say"
+    program "$tree/programs/xdotool" '[ "$DISPLAY" = :there ]'
+  }
+  PATH=$tree/programs:$PATH
+  cd "$tree" || return
+}
+
+@test "run starts the workbench on the display that is there, with its arguments and its exit code" {
+  stubs 3
+  DISPLAY=:there run -3 ./run --store "my rules.db"
+  expect '^session <[^ ]*/tools/wine-run> <[^ ]*/bin/workbench.exe> <--store> <my rules.db>$'
+}
+
+@test "run plays the tour where no display is there or it does not answer" {
+  stubs 0
+  DISPLAY='' run -0 ./run
+  expect '^session <--virtual> <[^ ]*/tools/window-manager> <[^ ]*/workbench/tour/play>$'
+  DISPLAY=:gone run -0 ./run
+  expect '^session <--virtual> <[^ ]*/tools/window-manager> <[^ ]*/workbench/tour/play>$'
+}
+
+@test "run refuses to open a window without a display, and does what needs none" {
+  stubs 0
+  DISPLAY='' run -2 ./run --store a
+  expect '^run: these arguments need a display'
+  local argument
+  for argument in --help --version --print-rules; do
+    DISPLAY='' run -0 ./run --store a $argument
+    expect "^session <--virtual> .*workbench.exe> <--store> <a> <$argument>$"
+  done
+}
+
+# --- the end of a test run ---
+
+# summarise LINES: what the summary makes of a log with these lines.
+summarise() {
+  cat >"$BATS_TEST_TMPDIR/log"
+  run "$1" "$tools/summarise-tests" "$BATS_TEST_TMPDIR/log"
+}
+
+@test "the summary counts tests, names those that failed, and fails with them" {
+  summarise -1 <<'END'
+1/4 Testing: list
+12 passed, 0 failed
+Test Passed.
+2/4 Testing: editor
+FAILED: Editor.Saves crashed
+7 passed, 1 failed
+Test Failed.
+3/4 Testing: harness.scripts
+ok 1 one
+not ok 2 other
+Test Failed.
+4/4 Testing: gates.SourcesAreFormatted
+Test Passed.
+End testing: now
+END
+  expect '^FAILED: editor$'
+  expect '^    Editor.Saves crashed$'
+  expect '^    not ok 2 other$'
+  [ "${lines[-1]}" = "21 passed, 2 failed" ]
+}
+
+@test "a program that ends before it counts its tests is one failed test, and no test at all is a failure" {
+  summarise -1 <<'END'
+1/1 Testing: list
+Test Failed.
+End testing: now
+END
+  [ "${lines[-1]}" = "0 passed, 1 failed" ]
+  summarise -1 </dev/null
+  [ "${lines[-1]}" = "0 passed, 0 failed" ]
+}
+
+# --- wine-test ---
+
+# start HOW: wine-test on a program that ends with code 3: silently once and then talking (late), always silently
+# (never), or talking (failing).
+start() {
+  cp "$tools/wine-test" "$BATS_TEST_TMPDIR"
+  # shellcheck disable=SC2016 # expanded by the program
+  program "$BATS_TEST_TMPDIR/wine-run" 'echo start >>"$(dirname "$0")/starts"
+    case $1 in
+      late) [ "$(wc -l <"$(dirname "$0")/starts")" = 1 ] && exit 3; echo "it runs" ;;
+      never) exit 3 ;;
+      failing) echo "it fails"; exit 3 ;;
+    esac'
+  run "$BATS_TEST_TMPDIR/wine-test" "$1"
+  [ "$status" = "$2" ]
+  [ "$(wc -l <"$BATS_TEST_TMPDIR/starts")" = "$3" ]
+}
+
+@test "a program that did not start is started again" { start late 0 2; }
+@test "a program that never starts fails" { start never 3 2; }
+@test "a failing test is not repeated" { start failing 3 1; }

@@ -1,0 +1,60 @@
+#!/usr/bin/env bats
+# The main function of every test program catches tests that hang, crash or damage memory, names them, and goes on.
+
+bats_require_minimum_version 1.5.0
+tools=$BATS_TEST_DIRNAME/../../tools
+
+# misbehave TEST...: runs the tests, and fails when the program passes.
+misbehave() {
+  local filter
+  filter=$(printf ':Misbehaving.%s' "$@")
+  ZD_TEST_WATCHDOG=5 WINEDEBUG=-all,warn+heap run -1 "$tools/session" --virtual "$tools/wine-run" \
+    "$ZD_PROGRAMS/misbehaving_tests.exe" "--gtest_filter=${filter#:}" --gtest_also_run_disabled_tests
+  output=${output//$'\r'/}
+}
+
+# expect LINE: the output has the line, as a regular expression.
+expect() { grep -qE -- "$1" <<<"$output" || { echo "no line '$1' in:"; echo "$output"; return 1; }; }
+
+@test "the watchdog ends a hanging test and shows its dialog" {
+  misbehave DISABLED_OpensADialog
+  expect 'Static "an open question"'
+  expect '^FAILED: Misbehaving.DISABLED_OpensADialog hung$'
+}
+
+@test "the watchdog needs no answer from a hanging thread, and the rest of the tests runs" {
+  misbehave Passes DISABLED_StopsAnswering PassesToo
+  expect 'Edit .*hidden'
+  expect '^FAILED: Misbehaving.DISABLED_StopsAnswering hung$'
+  expect '^2 passed, 1 failed$'
+}
+
+@test "a crash names its test, and the rest of the tests runs" {
+  misbehave Passes DISABLED_Crashes PassesToo
+  expect 'crash: exception c0000005 in DISABLED_Crashes'
+  expect '^FAILED: Misbehaving.DISABLED_Crashes crashed$'
+  expect '^2 passed, 1 failed$'
+}
+
+@test "a test that ends its process has failed, and the rest of the tests runs" {
+  misbehave DISABLED_EndsItsProcess PassesToo
+  expect '^FAILED: Misbehaving.DISABLED_EndsItsProcess ended its process with code 0$'
+  expect '^1 passed, 1 failed$'
+}
+
+@test "a write behind a block fails its test" {
+  misbehave Passes DISABLED_WritesBehindABlock
+  expect 'a heap of the process is damaged'
+  expect '^FAILED: Misbehaving.DISABLED_WritesBehindABlock$'
+}
+
+@test "a write to a free block fails its test" {
+  misbehave Passes DISABLED_WritesToAFreeBlock
+  expect 'a heap of the process is damaged'
+  expect '^FAILED: Misbehaving.DISABLED_WritesToAFreeBlock$'
+}
+
+@test "a program whose filter selects no test fails" {
+  misbehave NoSuchTest
+  expect '^0 passed, 0 failed$'
+}
