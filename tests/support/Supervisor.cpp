@@ -21,8 +21,8 @@ namespace {
 constexpr char assignment_variable[] = "ZD_TEST_ASSIGNMENT";
 
 std::string variable(const char* name) {
-  const char* value = std::getenv(name);
-  return value ? value : "";
+  char value[MAX_PATH + 1] = "";
+  return GetEnvironmentVariableA(name, value, sizeof value) < sizeof value ? value : "";
 }
 
 bool matches(const std::string& name, std::string patterns) {
@@ -137,7 +137,7 @@ class Supervisor {
     SetEnvironmentVariableA(assignment_variable, ((on_screen ? "+" : "-") + folder_.string()).c_str());
     std::fflush(stdout);
     const DWORD code = run_process(command_line_);
-    const TestResults results = read_results(written);
+    TestResults results = read_results(written);
     passed_ += results.passed.size();
     skipped_ += results.skipped.size();
     failures_.insert(failures_.end(), results.failed.begin(), results.failed.end());

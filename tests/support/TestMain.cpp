@@ -45,8 +45,8 @@ int run_tests(test_support::ResultWriter* results) {
 
 }  // namespace
 
-/// Runs the tests in a process that this one supervises; with the argument --here, for a debugger, in this process and on
-/// the screen.
+/// Runs the tests in a process that this one supervises; with the argument --here, for a debugger, in this process and
+/// on the screen.
 int main(int argc, char** argv) {
   testing::InitGoogleMock(&argc, argv);
   if (const auto assignment = test_support::take_assignment()) {

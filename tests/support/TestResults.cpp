@@ -10,9 +10,7 @@ constexpr char failed = '-';
 
 }  // namespace
 
-std::string full_name(const testing::TestInfo& test) {
-  return std::string(test.test_suite_name()) + '.' + test.name();
-}
+std::string full_name(const testing::TestInfo& test) { return std::string(test.test_suite_name()) + '.' + test.name(); }
 
 std::size_t TestResults::started() const {
   return passed.size() + skipped.size() + failed.size() + (unfinished.empty() ? 0 : 1);

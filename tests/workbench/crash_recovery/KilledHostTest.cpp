@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "ChildProcess.h"
+#include "Depth.h"
 #include "FirstContent.h"
 #include "MemoryRuleStore.h"
 #include "RandomCases.h"
@@ -188,7 +189,7 @@ unsigned usual_duration_ms(const KilledHost& host, unsigned steps) {
 }
 
 TEST_F(KilledHosts, LeaveExactlyWhatTheyAcknowledged) {
-  constexpr unsigned kills = 200;
+  const auto kills = static_cast<unsigned>(test_support::repetitions(200, 25));
   for (int round = 0; strikes_.among_changes() < kills; ++round) {
     SCOPED_TRACE(random_.trace(round));
     const unsigned steps = random_.below(8) ? 1 + random_.below(16) : 0;
@@ -203,7 +204,7 @@ TEST_F(KilledHosts, LeaveExactlyWhatTheyAcknowledged) {
 }
 
 TEST_F(KilledHosts, LeaveANewStoreEmptyOrWhole) {
-  constexpr unsigned kills = 20;
+  const auto kills = static_cast<unsigned>(test_support::repetitions(20, 3));
   unsigned unfilled = 0;
   for (int round = 0; unfilled < kills; ++round) {
     SCOPED_TRACE(random_.trace(round));
