@@ -1,6 +1,10 @@
 # Test programs for this machine, with the address and undefined behaviour sanitizers, of sources that need nothing of
 # Windows.
-find_program(ZD_NATIVE_CLANG clang++ REQUIRED)
+include_guard(GLOBAL)
+
+# They belong to the deep run, which brings the compiler along.
+find_program(ZD_NATIVE_CLANG clang++)
+add_custom_target(native_tests)
 
 # zd_compile_natively(objects SOURCES ... FOLDERS ... OPTIONS ...): the object files of these sources.
 function(zd_compile_natively objects)
@@ -26,6 +30,9 @@ endfunction()
 
 # zd_add_native_test(name SOURCES ... FOLDERS ...): the test native.name, a program of GoogleTest's tests.
 function(zd_add_native_test name)
+  if(NOT ZD_NATIVE_CLANG)
+    return()
+  endif()
   cmake_parse_arguments(TEST "" "" "SOURCES;FOLDERS" ${ARGN})
   set(folders ${ZD_GOOGLETEST}/googletest/include ${ZD_GOOGLETEST}/googletest)
   zd_compile_natively(framework SOURCES ${ZD_GOOGLETEST}/googletest/src/gtest-all.cc
@@ -38,7 +45,8 @@ function(zd_add_native_test name)
     COMMAND ${ZD_NATIVE_CLANG} -fsanitize=address,undefined ${objects} ${framework} -o ${program}
     DEPENDS ${objects} ${framework}
     VERBATIM)
-  add_custom_target(native_${name} ALL DEPENDS ${program})
+  add_custom_target(native_${name} DEPENDS ${program})
+  add_dependencies(native_tests native_${name})
   add_test(NAME native.${name} COMMAND ${program} --gtest_brief=1)
-  set_tests_properties(native.${name} PROPERTIES LABELS native TIMEOUT 600)
+  set_tests_properties(native.${name} PROPERTIES LABELS "native;deep" TIMEOUT 600)
 endfunction()
