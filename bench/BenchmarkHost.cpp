@@ -2,17 +2,13 @@
 
 #include <stdexcept>
 
+#include "ModulePath.h"
+
 namespace bench {
 
 namespace {
 
 constexpr DWORD patience_ms = 10'000;
-
-std::filesystem::path module_file() {
-  wchar_t program[MAX_PATH] = {};
-  GetModuleFileNameW(nullptr, program, MAX_PATH);
-  return std::filesystem::path(program).replace_filename(L"zdExpirationRules.dll");
-}
 
 void handle_waiting_messages() {
   MSG message;
@@ -68,7 +64,7 @@ BenchmarkHost::BenchmarkHost(const std::vector<std::wstring>& names)
       bar_(CreateMenu()),
       menu_(std::make_shared<workbench::MainMenu>(bar_, 0, targets_, [] {})),
       hot_keys_(std::make_shared<workbench::HotKeys>(targets_)),
-      plugin_(module_file()) {
+      plugin_(base::path_beside_program(L"zdExpirationRules.dll")) {
   plugin_.initialize({.main_menu = {menu_->make_dispatch(), false},
                       .hot_keys = {hot_keys_->make_dispatch(), false},
                       .storage = host_.storage(),

@@ -32,12 +32,12 @@ std::vector<std::wstring> rule_names(int count) {
 
 RuleHost::RuleHost(const std::vector<std::wstring>& names) : store_(filled_store(names)), classes_(store_, {}) {}
 
-platform::ComPtr<IDispatch> RuleHost::storage() const { return {workbench::create_storage_object(store_, {}), false}; }
+base::ComPtr<IDispatch> RuleHost::storage() const { return {workbench::create_storage_object(store_, {}), false}; }
 
 StorageBlock storage_block(const RuleHost& host) {
   const auto storage = host.storage();
-  return {platform::query<IkvStorage>(storage), platform::query<IkvStorageSession>(storage),
-          platform::query<IkvSymbolSourceService>(storage), platform::query<IkvExpirationRuleService>(storage)};
+  return {base::query<IkvStorage>(storage), base::query<IkvStorageSession>(storage),
+          base::query<IkvSymbolSourceService>(storage), base::query<IkvExpirationRuleService>(storage)};
 }
 
 }  // namespace bench

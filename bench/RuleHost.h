@@ -19,7 +19,7 @@ class RuleHost {
   explicit RuleHost(const std::vector<std::wstring>& names);
 
   /// A new storage object.
-  platform::ComPtr<IDispatch> storage() const;
+  base::ComPtr<IDispatch> storage() const;
 
  private:
   std::shared_ptr<workbench::RuleStore> store_;

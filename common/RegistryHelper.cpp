@@ -4,7 +4,8 @@
 #include <new>
 #include <vector>
 
-#include "ComSupport.h"
+#include "ComStrings.h"
+#include "ModulePath.h"
 #include "Report.h"
 
 namespace zd_common {
@@ -24,7 +25,7 @@ std::vector<std::uint8_t> version_block_of(const wchar_t* file_name) {
 
 std::wstring process_file_name() {
   std::wstring name(file_name_size, L'\0');
-  const DWORD length = GetModuleFileNameW(nullptr, name.data(), file_name_size);
+  const std::size_t length = base::module_file_name(nullptr, name).size();
   // A name that fills the buffer was cut off.
   name.resize(length < file_name_size ? length : 0);
   return name;

@@ -1,12 +1,12 @@
 #include "string_t.h"
 
-#include "ModuleInstance.h"
+#include "ModulePath.h"
 #include "Report.h"
 
 namespace resource_string {
 
 std::wstring resourse_2_string_impl(int id, HINSTANCE module) {
-  const HINSTANCE source = module ? module : platform::module_instance();
+  const HINSTANCE source = module ? module : base::module_instance();
   // A buffer size of 0 asks for the address of the resource itself, which is not terminated.
   const wchar_t* text = nullptr;
   const int length = LoadStringW(source, static_cast<UINT>(id), reinterpret_cast<wchar_t*>(&text), 0);

@@ -84,7 +84,7 @@ void require_success(HRESULT hresult, const SourceLocation& location) {
 }
 
 HRESULT report_exception_in_flight(const SourceLocation& location) noexcept {
-  const ScopedLastError last_error;
+  const base::ScopedLastError last_error;
   try {
     throw;
   } catch (const _com_error& error) {

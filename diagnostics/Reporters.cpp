@@ -132,7 +132,7 @@ HRESULT CatchAndCall::report_in_flight(const wchar_t* message) noexcept {
 }
 
 HRESULT report_structured_exception(EXCEPTION_POINTERS* pointers) {
-  const ScopedLastError last_error;
+  const base::ScopedLastError last_error;
   SnagtrapClient& client = snagtrap_client();
   if (!client.ensure_initialised()) return E_FAIL;
   DebugRecord record(client);

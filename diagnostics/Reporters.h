@@ -53,7 +53,7 @@ class TracerClass {
   HRESULT process(const DebugRecord& record) noexcept;
 
  private:
-  ScopedLastError last_error_;
+  base::ScopedLastError last_error_;
   SnagtrapClient& client_;
   SourceLocation location_;
   int group_;
@@ -70,7 +70,7 @@ class AsserterClass : public TracerClass {
                         CONTEXT* context = nullptr) noexcept;
 
  private:
-  ScopedLastError last_error_;
+  base::ScopedLastError last_error_;
 };
 
 class ThrowError : public AsserterClass {
@@ -83,7 +83,7 @@ class ThrowError : public AsserterClass {
                   IKV_SnagtrapUtil::IDebugObject* inner) const noexcept;
 
  private:
-  ScopedLastError last_error_;
+  base::ScopedLastError last_error_;
 };
 
 class ShowError : public ThrowError {
@@ -94,7 +94,7 @@ class ShowError : public ThrowError {
   HRESULT show(std::wstring_view description, IKV_SnagtrapUtil::IDebugObject* inner = nullptr) noexcept;
 
  private:
-  ScopedLastError last_error_;
+  base::ScopedLastError last_error_;
 };
 
 class CatchAndCall : public ShowError {
@@ -106,7 +106,7 @@ class CatchAndCall : public ShowError {
   HRESULT report_in_flight(const wchar_t* message = L"") noexcept;
 
  private:
-  ScopedLastError last_error_;
+  base::ScopedLastError last_error_;
 };
 
 /// Sends a record of kind "ERROR" for a structured exception. Answers as the reporters do.

@@ -7,11 +7,12 @@
 #include <cwchar>
 
 #include "DebugRecord.h"
-#include "LastFailure.h"
+#include "Hresult.h"
+#include "ModulePath.h"
+#include "Owned.h"
 #include "ScopedLastError.h"
-#include "SectionLock.h"
+#include "ScopedLock.h"
 
-extern "C" IMAGE_DOS_HEADER __ImageBase;
 extern "C" NTSYSAPI BOOLEAN NTAPI RtlDllShutdownInProgress();
 
 namespace SnagtrapUtil {
@@ -27,17 +28,6 @@ constexpr wchar_t init_failed_text[] = L"Snagtrap Init Failed.";
 constexpr wchar_t client_version[] = L"2.2 05.05.2006";
 constexpr UINT exit_code = static_cast<UINT>(-1);
 constexpr int guid_text_size = 39;  // 38 characters in braces and the end
-
-class ExclusiveLock {
- public:
-  explicit ExclusiveLock(SRWLOCK& lock) noexcept : lock_(lock) { AcquireSRWLockExclusive(&lock_); }
-  ~ExclusiveLock() { ReleaseSRWLockExclusive(&lock_); }
-  ExclusiveLock(const ExclusiveLock&) = delete;
-  ExclusiveLock& operator=(const ExclusiveLock&) = delete;
-
- private:
-  SRWLOCK& lock_;
-};
 
 // The library's registered path is a narrow text, as its installer has always written it.
 HMODULE load_registered_library() noexcept {
@@ -62,24 +52,17 @@ HMODULE find_library() noexcept {
   return load_registered_library();
 }
 
-std::wstring_view module_file_name(wchar_t (&buffer)[1024]) noexcept {
-  const DWORD length = GetModuleFileNameW(reinterpret_cast<HMODULE>(&__ImageBase), buffer, 1024);
-  return {buffer, length};
-}
-
 void wait_for_global_event() noexcept {
   wchar_t name[7 + guid_text_size] = L"Global\\";
   if (StringFromGUID2(__uuidof(IKV_SnagtrapUtil::SnagtrapEvent), name + 7, guid_text_size) == 0) return;
-  HANDLE event = OpenEventW(SYNCHRONIZE, FALSE, name);
-  if (!event) return;
-  WaitForSingleObject(event, INFINITE);
-  CloseHandle(event);
+  const base::KernelHandle event(OpenEventW(SYNCHRONIZE, FALSE, name));
+  if (event) WaitForSingleObject(event.get(), INFINITE);
 }
 
 }  // namespace
 
 SnagtrapInitializer::SnagtrapInitializer() : section_() {
-  if (!InitializeCriticalSectionAndSpinCount(&section_, 0)) throw last_failure();
+  if (!InitializeCriticalSectionAndSpinCount(&section_, 0)) throw base::last_failure();
 }
 
 SnagtrapInitializer::~SnagtrapInitializer() {
@@ -91,7 +74,7 @@ SnagtrapInitializer::~SnagtrapInitializer() {
 bool SnagtrapInitializer::ensure_initialised() noexcept {
   bool show_failure = false;
   {
-    SectionLock lock(section_);
+    const base::ScopedCriticalSection lock(section_);
     if (attempted_) return initialised_;
     attempted_ = true;
     initialised_ = false;
@@ -109,11 +92,9 @@ bool SnagtrapInitializer::ensure_initialised() noexcept {
 }
 
 bool SnagtrapInitializer::read_report_failure() noexcept {
-  HKEY key = nullptr;
-  if (RegOpenKeyExW(HKEY_CURRENT_USER, registry_key, 0, KEY_READ, &key) != ERROR_SUCCESS) return false;
-  const bool has_default = RegQueryValueExW(key, nullptr, nullptr, nullptr, nullptr, nullptr) == ERROR_SUCCESS;
-  RegCloseKey(key);
-  return has_default;
+  base::RegistryKey key;
+  if (RegOpenKeyExW(HKEY_CURRENT_USER, registry_key, 0, KEY_READ, key.put()) != ERROR_SUCCESS) return false;
+  return RegQueryValueExW(key.get(), nullptr, nullptr, nullptr, nullptr, nullptr) == ERROR_SUCCESS;
 }
 
 HRESULT SnagtrapInitializer::load_library() noexcept {
@@ -134,8 +115,8 @@ HRESULT SnagtrapInitializer::initialise() noexcept {
   if (FAILED(record.status())) return record.status();
   wchar_t path[1024] = {};
   record.text(L"LogDirectory", L"");
-  record.ui8(L"ModuleAddr", reinterpret_cast<ULONGLONG>(&__ImageBase));
-  record.text(L"ModuleName", module_file_name(path));
+  record.ui8(L"ModuleAddr", reinterpret_cast<ULONGLONG>(base::module_instance()));
+  record.text(L"ModuleName", base::module_file_name(base::module_instance(), path));
   record.boolean(L"ReleaseMode", true);
   record.text(L"ClientVersion", client_version);
   const HRESULT sent = command(L"INIT", record.get());
@@ -149,7 +130,7 @@ HRESULT SnagtrapInitializer::initialise() noexcept {
 }
 
 HRESULT SnagtrapInitializer::command(const wchar_t* word, IDebugObject* record, IDebugObject** created) noexcept {
-  SectionLock lock(section_);
+  const base::ScopedCriticalSection lock(section_);
   if (!root_) return E_FAIL;
   const Bstr word_text(word);
   IDebugObject* made = nullptr;
@@ -163,7 +144,7 @@ HRESULT SnagtrapInitializer::command(const wchar_t* word, IDebugObject* record, 
 }
 
 void SnagtrapInitializer::shutdown() noexcept {
-  SectionLock lock(section_);
+  const base::ScopedCriticalSection lock(section_);
   if (!initialised_) return;
   command(L"DEINIT");
   initialised_ = false;
@@ -192,10 +173,10 @@ HRESULT SnagtrapClient::report_dialog() noexcept { return command(L"REPORTDIALOG
 HRESULT SnagtrapClient::trace_enabled() noexcept { return command(L"TRACEENABLED"); }
 
 SnagtrapClient& snagtrap_client() {
-  const ScopedLastError last_error;
+  const base::ScopedLastError last_error;
   static SRWLOCK creation = SRWLOCK_INIT;
   wait_for_global_event();
-  ExclusiveLock lock(creation);
+  const base::ScopedExclusiveLock lock(creation);
   static SnagtrapClient client;
   return client;
 }

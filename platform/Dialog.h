@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-#include "ModuleInstance.h"
+#include "ModulePath.h"
 #include "Report.h"
 #include "Window.h"
 
@@ -29,14 +29,14 @@ class CDialogImpl : public TBase {
 
   /// Runs the dialog modally over `owner` (may be null). Answers what `EndDialog` was given, -1 when it cannot be made.
   INT_PTR DoModal(HWND owner) {
-    return DialogBoxParamW(module_instance(), MAKEINTRESOURCEW(T::IDD), owner, &CDialogImpl::DialogProcedure,
+    return DialogBoxParamW(base::module_instance(), MAKEINTRESOURCEW(T::IDD), owner, &CDialogImpl::DialogProcedure,
                            reinterpret_cast<LPARAM>(this));
   }
 
   /// Makes the dialog without a loop of its own. Null when it cannot be made. The window must be destroyed before the
   /// object.
   HWND Create(HWND owner) {
-    return CreateDialogParamW(module_instance(), MAKEINTRESOURCEW(T::IDD), owner, &CDialogImpl::DialogProcedure,
+    return CreateDialogParamW(base::module_instance(), MAKEINTRESOURCEW(T::IDD), owner, &CDialogImpl::DialogProcedure,
                               reinterpret_cast<LPARAM>(this));
   }
 

@@ -1,14 +1,14 @@
 #include "Registration.h"
 
-#include <comdef.h>
 #include <oleauto.h>
 
 #include <string>
 
-#include "ComSupport.h"
-#include "LastFailure.h"
-#include "ModuleInstance.h"
+#include "ComPtr.h"
+#include "Hresult.h"
+#include "ModulePath.h"
 #include "Owned.h"
+#include "TextEncoding.h"
 
 namespace platform {
 
@@ -18,29 +18,24 @@ using Removal = RegistryNode::Removal;
 using RegisterFunction = HRESULT(STDMETHODCALLTYPE*)(ITypeLib*, LPOLESTR, LPOLESTR);
 using UnregisterFunction = HRESULT(STDMETHODCALLTYPE*)(REFGUID, WORD, WORD, LCID, SYSKIND);
 
-void check(LSTATUS status) {
-  if (status != ERROR_SUCCESS) throw _com_error(HRESULT_FROM_WIN32(static_cast<DWORD>(status)));
-}
+void check(LSTATUS status) { base::throw_if_failed(base::hresult_from_status(status)); }
 
 void check_unless_missing(LSTATUS status) {
   if (status != ERROR_FILE_NOT_FOUND && status != ERROR_PATH_NOT_FOUND) check(status);
 }
 
 std::wstring script_text(int resource_id) {
-  const HINSTANCE module = module_instance();
+  const HINSTANCE module = base::module_instance();
   HRSRC found = FindResourceW(module, MAKEINTRESOURCEW(resource_id), L"REGISTRY");
   HGLOBAL loaded = found ? LoadResource(module, found) : nullptr;
   const auto* bytes = loaded ? static_cast<const char*>(LockResource(loaded)) : nullptr;
-  if (!bytes) throw _com_error(SnagtrapUtil::last_failure());
-  const int size = static_cast<int>(SizeofResource(module, found));
-  std::wstring text(static_cast<std::size_t>(size), L'\0');
-  text.resize(static_cast<std::size_t>(MultiByteToWideChar(CP_UTF8, 0, bytes, size, text.data(), size)));
-  return text;
+  if (!bytes) base::throw_last_failure();
+  return base::from_utf8({bytes, SizeofResource(module, found)});
 }
 
 /// The key that stands for the classes root in a scope.
-RegistryKey classes_root(RegistrationScope scope) {
-  RegistryKey root;
+base::RegistryKey classes_root(RegistrationScope scope) {
+  base::RegistryKey root;
   const bool user = scope == RegistrationScope::user;
   check(RegCreateKeyExW(user ? HKEY_CURRENT_USER : HKEY_CLASSES_ROOT, user ? L"Software\\Classes" : L"", 0, nullptr, 0,
                         KEY_READ | KEY_WRITE, nullptr, root.put(), nullptr));
@@ -60,7 +55,7 @@ void write_value(HKEY key, const RegistryValue& value) {
 void write_keys(HKEY parent, const std::vector<RegistryNode>& nodes) {
   for (const RegistryNode& node : nodes) {
     if (node.removal == Removal::complete) check_unless_missing(RegDeleteTreeW(parent, node.name.c_str()));
-    RegistryKey key;
+    base::RegistryKey key;
     check(RegCreateKeyExW(parent, node.name.c_str(), 0, nullptr, 0, KEY_READ | KEY_WRITE, nullptr, key.put(), nullptr));
     for (const RegistryValue& value : node.values) write_value(key.get(), value);
     write_keys(key.get(), node.keys);
@@ -79,7 +74,7 @@ void remove_keys(HKEY parent, const std::vector<RegistryNode>& nodes);
 
 // What other programs added below a key of ours is theirs: the key goes only when nothing is left in it.
 void remove_own_content(HKEY parent, const RegistryNode& node) {
-  RegistryKey key;
+  base::RegistryKey key;
   const LSTATUS opened = RegOpenKeyExW(parent, node.name.c_str(), 0, KEY_READ | KEY_WRITE, key.put());
   check_unless_missing(opened);
   if (opened != ERROR_SUCCESS) return;
@@ -107,20 +102,15 @@ template <class Function>
 Function automation_function(const char* name) {
   HMODULE automation = GetModuleHandleW(L"oleaut32.dll");
   const auto function = reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(automation, name)));
-  if (!function) throw _com_error(SnagtrapUtil::last_failure());
+  if (!function) base::throw_last_failure();
   return function;
 }
 
-ComPtr<ITypeLib> own_type_library(const std::wstring& path) {
-  ComPtr<ITypeLib> library;
-  const HRESULT hr =
-      fetch_into(library, [&](ITypeLib** out) { return LoadTypeLibEx(path.c_str(), REGKIND_NONE, out); });
-  if (FAILED(hr)) throw _com_error(hr);
+base::ComPtr<ITypeLib> own_type_library(const std::wstring& path) {
+  base::ComPtr<ITypeLib> library;
+  base::throw_if_failed(
+      base::fetch_into(library, [&](ITypeLib** out) { return LoadTypeLibEx(path.c_str(), REGKIND_NONE, out); }));
   return library;
-}
-
-void check_result(HRESULT hr) {
-  if (FAILED(hr)) throw _com_error(hr);
 }
 
 }  // namespace
@@ -134,24 +124,24 @@ void run_unregistration_script(int resource_id, const Replacements& replacements
 }
 
 void register_type_library(RegistrationScope scope) {
-  std::wstring path = module_file_name();
-  const ComPtr<ITypeLib> library = own_type_library(path);
+  std::wstring path = base::module_file_name();
+  const base::ComPtr<ITypeLib> library = own_type_library(path);
   const auto function = scope == RegistrationScope::user
                             ? automation_function<RegisterFunction>("RegisterTypeLibForUser")
                             : automation_function<RegisterFunction>("RegisterTypeLib");
-  check_result(function(library, path.data(), nullptr));
+  base::throw_if_failed(function(library, path.data(), nullptr));
 }
 
 void unregister_type_library(RegistrationScope scope) {
-  const ComPtr<ITypeLib> library = own_type_library(module_file_name());
+  const base::ComPtr<ITypeLib> library = own_type_library(base::module_file_name());
   TLIBATTR* attributes = nullptr;
-  check_result(library->GetLibAttr(&attributes));
+  base::throw_if_failed(library->GetLibAttr(&attributes));
   const TLIBATTR kept = *attributes;
   library->ReleaseTLibAttr(attributes);
   const auto function = scope == RegistrationScope::user
                             ? automation_function<UnregisterFunction>("UnRegisterTypeLibForUser")
                             : automation_function<UnregisterFunction>("UnRegisterTypeLib");
-  check_result(function(kept.guid, kept.wMajorVerNum, kept.wMinorVerNum, kept.lcid, kept.syskind));
+  base::throw_if_failed(function(kept.guid, kept.wMajorVerNum, kept.wMinorVerNum, kept.lcid, kept.syskind));
 }
 
 std::wstring guid_text(const GUID& guid) {

@@ -1,16 +1,16 @@
 #include "TypeInfo.h"
 
-#include "ComSupport.h"
-#include "ModuleInstance.h"
+#include "ComPtr.h"
+#include "ModulePath.h"
 
 namespace platform {
 
 namespace {
 
-HRESULT load_own_library(ComPtr<ITypeLib>& loaded) noexcept {
+HRESULT load_own_library(base::ComPtr<ITypeLib>& loaded) noexcept {
   try {
-    const std::wstring path = module_file_name();
-    return fetch_into(loaded, [&](ITypeLib** out) { return LoadTypeLibEx(path.c_str(), REGKIND_NONE, out); });
+    const std::wstring path = base::module_file_name();
+    return base::fetch_into(loaded, [&](ITypeLib** out) { return LoadTypeLibEx(path.c_str(), REGKIND_NONE, out); });
   } catch (const _com_error& error) {
     return error.Error();
   } catch (...) {
@@ -19,7 +19,7 @@ HRESULT load_own_library(ComPtr<ITypeLib>& loaded) noexcept {
 }
 
 /// Finds the type in a library whose loading was answered with `loaded`.
-HRESULT find_type(HRESULT loaded, const ComPtr<ITypeLib>& library, const GUID& type, ITypeInfo** info) noexcept {
+HRESULT find_type(HRESULT loaded, const base::ComPtr<ITypeLib>& library, const GUID& type, ITypeInfo** info) noexcept {
   if (FAILED(loaded)) return loaded;
   if (!library) return E_FAIL;
   const HRESULT found = library->GetTypeInfoOfGuid(type, info);
@@ -27,9 +27,9 @@ HRESULT find_type(HRESULT loaded, const ComPtr<ITypeLib>& library, const GUID& t
 }
 
 HRESULT load_type_info(const GUID& library, const GUID& type, ITypeInfo** info) noexcept {
-  ComPtr<ITypeLib> loaded;
+  base::ComPtr<ITypeLib> loaded;
   const HRESULT registered =
-      fetch_into(loaded, [&](ITypeLib** out) { return LoadRegTypeLib(library, 1, 0, LOCALE_NEUTRAL, out); });
+      base::fetch_into(loaded, [&](ITypeLib** out) { return LoadRegTypeLib(library, 1, 0, LOCALE_NEUTRAL, out); });
   if (SUCCEEDED(find_type(registered, loaded, type, info))) return S_OK;
   const HRESULT own = load_own_library(loaded);
   return find_type(own, loaded, type, info);

@@ -1,7 +1,7 @@
 #include "CzdExpirationRulesModule.h"
 
 #include "ComModule.h"
-#include "ModuleInstance.h"
+#include "ModulePath.h"
 #include "Report.h"
 #include "resource.h"
 #include "zdExpirationRules_h.h"
@@ -33,7 +33,7 @@ platform::Replacements CzdExpirationRulesModule::replacements() const {
       {L"APPID", platform::guid_text(__uuidof(zdExpirationRulesAppID))},
       {L"CLSID", platform::guid_text(__uuidof(::CzdExpirationRulePlugin))},
       {L"FriendlyName", L"CzdExpirationRulePlugin Object"},
-      {L"MODULE", platform::module_file_name()},
+      {L"MODULE", base::module_file_name()},
       {L"MODULETYPE", L"InprocServer32"},
       {L"MODULEGUID", platform::guid_text(LIBID_zdExpirationRules)},
   };

@@ -4,6 +4,7 @@
 
 #include <new>
 
+#include "ComStrings.h"
 #include "Report.h"
 #include "RuleDescription.h"
 #include "RuleLookup.h"

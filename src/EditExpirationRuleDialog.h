@@ -64,7 +64,7 @@ class CEditExpirationRuleDialog final : public platform::CDialogImpl<CEditExpira
   ui_helper::CCustomEditForSpin offset_edit_;
   platform::CWindow description_;
   std::wstring title_;
-  platform::Font bold_font_;
+  base::Font bold_font_;
   long checked_id_ = 0;  ///< the rule's number as the last check of the input read it
 };
 

@@ -2,7 +2,7 @@
 
 #include <commctrl.h>
 
-#include "ComSupport.h"
+#include "ComStrings.h"
 #include "Report.h"
 #include "string_t.h"
 

@@ -14,9 +14,9 @@ namespace zd_expiration_rule_plugin {
 
 namespace {
 
-using platform::fetch_into;
-using platform::query;
-using platform::release;
+using base::fetch_into;
+using base::query;
+using base::release;
 using SnagtrapUtil::expect;
 using SnagtrapUtil::require_success;
 
@@ -36,7 +36,7 @@ _bstr_t shared_text(unsigned int id) { return zd_common_res::GetString(id).c_str
 /// Fills an entry of the storage block from `source` unless it holds that object already. Null when `source` is null or
 /// does not give the interface.
 template <class Interface>
-void fill_entry(platform::ComPtr<Interface>& entry, IUnknown* source) {
+void fill_entry(base::ComPtr<Interface>& entry, IUnknown* source) {
   IUnknown* const current = entry;
   if (current == source) return;
   fetch_into(entry, [&](Interface** out) {
@@ -45,10 +45,10 @@ void fill_entry(platform::ComPtr<Interface>& entry, IUnknown* source) {
 }
 
 // The host may drop its last reference while a dialog runs; the dialog works on this object's storage block.
-using KeptAlive = platform::ComPtr<IkvPlugin>;
+using KeptAlive = base::ComPtr<IkvPlugin>;
 
 template <class Item>
-long command_id(const platform::ComPtr<Item>& item) {
+long command_id(const base::ComPtr<Item>& item) {
   long id = 0;
   item->get_CommandID(&id);
   return id;
@@ -134,7 +134,7 @@ void CzdExpirationRulePlugin::add_zd_menu_items(IDispatch* pMainMenu) {
 
 void CzdExpirationRulePlugin::create_zd_hot_key(IDispatch* PortfolioHotKeys) {
   const auto collection = query<IkvHotKeyCollection>(PortfolioHotKeys);
-  platform::ComPtr<IDispatch> made;
+  base::ComPtr<IDispatch> made;
   {
     const auto self = query<IkvPlugin>(static_cast<IkvPlugin*>(this));
     require_success(
@@ -143,7 +143,7 @@ void CzdExpirationRulePlugin::create_zd_hot_key(IDispatch* PortfolioHotKeys) {
         ZD_LOCATION_AT(160));
   }
   hot_key_.Attach(nullptr);
-  hot_key_ = platform::try_query<IkvHotKey>(made);
+  hot_key_ = base::try_query<IkvHotKey>(made);
 }
 
 STDMETHODIMP CzdExpirationRulePlugin::OnSelectionChanged(IDispatch*) noexcept { return S_OK; }

@@ -45,9 +45,9 @@ class CzdExpirationRulePlugin : public platform::DualInterface<IkvPlugin, LIBID_
   void create_zd_hot_key(IDispatch* PortfolioHotKeys);
 
   StorageBlock storage_;
-  platform::ComPtr<IkvSubMenu> rules_menu_;
-  platform::ComPtr<IkvMenuItem> menu_item_;
-  platform::ComPtr<IkvHotKey> hot_key_;
+  base::ComPtr<IkvSubMenu> rules_menu_;
+  base::ComPtr<IkvMenuItem> menu_item_;
+  base::ComPtr<IkvHotKey> hot_key_;
 };
 
 }  // namespace zd_expiration_rule_plugin

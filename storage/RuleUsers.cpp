@@ -1,5 +1,6 @@
 #include "RuleUsers.h"
 
+#include "ComStrings.h"
 #include "Tables.h"
 #include "zdStorageGetFieldHelper.h"
 

@@ -1,15 +1,15 @@
 #pragma once
 
-#include "ComSupport.h"
+#include "ComPtr.h"
 #include "HostStorage.h"
 
-using IkvStoragePtr = platform::ComPtr<IkvStorage>;
-using IkvStorageSessionPtr = platform::ComPtr<IkvStorageSession>;
-using IkvSymbolSourceServicePtr = platform::ComPtr<IkvSymbolSourceService>;
-using IkvExpirationRuleServicePtr = platform::ComPtr<IkvExpirationRuleService>;
-using IkvRuleFilterPtr = platform::ComPtr<IkvRuleFilter>;
-using IkvTablePtr = platform::ComPtr<IKV_kvudfcom::IkvTable>;
-using IkvFieldPtr = platform::ComPtr<IKV_kvudfcom::IkvField>;
+using IkvStoragePtr = base::ComPtr<IkvStorage>;
+using IkvStorageSessionPtr = base::ComPtr<IkvStorageSession>;
+using IkvSymbolSourceServicePtr = base::ComPtr<IkvSymbolSourceService>;
+using IkvExpirationRuleServicePtr = base::ComPtr<IkvExpirationRuleService>;
+using IkvRuleFilterPtr = base::ComPtr<IkvRuleFilter>;
+using IkvTablePtr = base::ComPtr<IKV_kvudfcom::IkvTable>;
+using IkvFieldPtr = base::ComPtr<IKV_kvudfcom::IkvField>;
 
 /// The host's storage object by its four interfaces. The plug-in owns the one block; both dialogs are given its
 /// address. The entries are released from the last to the first.

@@ -2,7 +2,7 @@
 
 #include "ExpirationRule.h"
 
-using platform::create_instance;
+using base::create_instance;
 
 IkvTablePtr open_rules_table(const StorageBlock& storage, long rule_id) {
   IkvTablePtr table = create_instance<IKV_kvudfcom::IkvTable>(__uuidof(kvTable));
@@ -17,7 +17,7 @@ IkvTablePtr open_symbol_source_settings_table(StorageBlock& storage) {
   // The service takes no filter yet; the host counts on one being made for every table that is opened.
   const IkvRuleFilterPtr filter = create_instance<IkvRuleFilter>(__uuidof(kvRuleFilter));
   if (!storage.symbol_sources) {
-    storage.symbol_sources = platform::try_query<IkvSymbolSourceService>(storage.storage);
+    storage.symbol_sources = base::try_query<IkvSymbolSourceService>(storage.storage);
   }
   storage.symbol_sources->load_symbol_source_settings(nullptr, table);
   return table;
@@ -25,12 +25,12 @@ IkvTablePtr open_symbol_source_settings_table(StorageBlock& storage) {
 
 void create_rule_table(IkvTablePtr& target) {
   target.Attach(nullptr);
-  platform::ComPtr<IUnknown> object;
-  const HRESULT made = platform::fetch_into(object, [](IUnknown** out) {
+  base::ComPtr<IUnknown> object;
+  const HRESULT made = base::fetch_into(object, [](IUnknown** out) {
     return CoCreateInstance(__uuidof(kvTable), nullptr, CLSCTX_ALL, IID_IUnknown, reinterpret_cast<void**>(out));
   });
   if (SUCCEEDED(made) && object && SUCCEEDED(OleRun(object))) {
-    platform::fetch_into(target, [&](IKV_kvudfcom::IkvTable** out) {
+    base::fetch_into(target, [&](IKV_kvudfcom::IkvTable** out) {
       return object->QueryInterface(__uuidof(IKV_kvudfcom::IkvTable), reinterpret_cast<void**>(out));
     });
   }

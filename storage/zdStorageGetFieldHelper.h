@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ComStrings.h"
 #include "FieldIds.h"
 #include "Report.h"
 #include "StorageBlock.h"
@@ -36,7 +37,7 @@ struct FieldAccess<_bstr_t> {
 
 /// Looks up a field of the table's current row. `table` must not be null.
 inline HRESULT find_field(const IkvTablePtr& table, tagKVFIELDID id, IkvFieldPtr& field) {
-  return platform::fetch_into(field, [&](IKV_kvudfcom::IkvField** out) { return table->GetFieldByID(id, out); });
+  return base::fetch_into(field, [&](IKV_kvudfcom::IkvField** out) { return table->GetFieldByID(id, out); });
 }
 
 /// Reads a field of the table's current row as `long` or `_bstr_t`. A missing or unreadable field is reported and reads

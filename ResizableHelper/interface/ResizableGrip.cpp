@@ -1,15 +1,15 @@
 #include "ResizableGrip.h"
 
 #include "DeviceContext.h"
-#include "ModuleInstance.h"
+#include "ModulePath.h"
 
 namespace {
 
 constexpr DWORD grip_style = WS_CHILD | WS_CLIPSIBLINGS | SBS_SIZEGRIP;
 constexpr DWORD copy_inverted_and = 0x220326;  // destination AND NOT source
 
-platform::Bitmap monochrome_bitmap(SIZE size) noexcept {
-  return platform::Bitmap(CreateBitmap(size.cx, size.cy, 1, 1, nullptr));
+base::Bitmap monochrome_bitmap(SIZE size) noexcept {
+  return base::Bitmap(CreateBitmap(size.cx, size.cy, 1, 1, nullptr));
 }
 
 RECT rect_in_parent(HWND window, RECT screen_rect) noexcept {
@@ -23,7 +23,7 @@ CSizeGrip::CSizeGrip() noexcept { ReadSize(); }
 
 bool CSizeGrip::Create(HWND dialog) noexcept {
   HWND window = CreateWindowExW(0, L"SCROLLBAR", nullptr, grip_style, 0, 0, size_.cx, size_.cy, dialog, nullptr,
-                                platform::module_instance(), nullptr);
+                                base::module_instance(), nullptr);
   if (!window) return false;
   if (!SubclassWindow(window)) {
     DestroyWindow(window);
@@ -84,7 +84,7 @@ void CSizeGrip::ReadSize() noexcept { size_ = {GetSystemMetrics(SM_CXVSCROLL), G
 
 void CSizeGrip::ApplyTriangle(SIZE size, BOOL redraw) noexcept {
   const auto corners = resizable::grip_triangle(size);
-  platform::Region triangle(CreatePolygonRgn(corners.data(), static_cast<int>(corners.size()), WINDING));
+  base::Region triangle(CreatePolygonRgn(corners.data(), static_cast<int>(corners.size()), WINDING));
   // The window owns the region from here on, unless it does not take it.
   if (SetWindowRgn(m_hWnd, triangle.get(), redraw)) triangle.detach();
 }

@@ -42,10 +42,10 @@ class CSizeGrip : public platform::CSubclassedWindow {
   SIZE size_ = {};
   BOOL triangular_ = FALSE;
   BOOL transparent_ = FALSE;
-  platform::MemoryDc colour_dc_;
-  platform::MemoryDc mask_dc_;
-  platform::Bitmap colour_bitmap_;
-  platform::Bitmap mask_bitmap_;
+  base::MemoryDc colour_dc_;
+  base::MemoryDc mask_dc_;
+  base::Bitmap colour_bitmap_;
+  base::Bitmap mask_bitmap_;
 };
 
 /// Mix-in of a dialog class `T`: owns the grip, counts who wants it shown and keeps it in the corner, behind every

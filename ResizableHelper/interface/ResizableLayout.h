@@ -73,7 +73,7 @@ class CResizableLayout {
   BOOL ApplyEraseClipping(HDC hdc, BOOL bUndo) {
     ForgetClipState();
     if (bUndo || ::WindowFromDC(hdc) != dialog()) return FALSE;
-    platform::Region erased;
+    base::Region erased;
     // First, because it asks the children and `T`, who may throw: nothing is saved then.
     BuildEraseRegion(erased.put());
     saved_clip_state_ = ::GetClipRgn(hdc, saved_clip_region_.get());
@@ -89,7 +89,7 @@ class CResizableLayout {
   /// Hands out the area that the dialog itself must erase, in client coordinates. The caller owns the region.
   void BuildEraseRegion(HRGN* out) {
     SnagtrapUtil::expect(*out == nullptr, L"m_hRgn == 0", ZD_LOCATION);
-    platform::Region erased = resizable::client_region(dialog());
+    base::Region erased = resizable::client_region(dialog());
     ForEachChild([&](const LayoutInfo& info) { resizable::combine_with_child(erased, dialog(), info); });
     *out = erased.detach();
   }
@@ -134,7 +134,7 @@ class CResizableLayout {
 
   resizable::LayoutList anchored_;
   resizable::LayoutList callbacks_;
-  platform::Region saved_clip_region_;
+  base::Region saved_clip_region_;
   int saved_clip_state_ = nothing_saved;
   resizable::ValidPartKeeper valid_part_;
 };

@@ -2,7 +2,7 @@
 
 #include "ComModule.h"
 #include "Report.h"
-#include "SectionLock.h"
+#include "ScopedLock.h"
 
 UINT WMU_RESIZESUPPORT = 0;
 
@@ -13,7 +13,7 @@ namespace {}  // namespace
 UINT RegisterResizeMessage::GetRegisteredWMU_RESIZESUPPORT() noexcept {
   if (uRegisterdWMU_RESIZESUPPORT == 0) {
     {
-      const SnagtrapUtil::SectionLock lock(platform::ComModule::instance().section());
+      const base::ScopedCriticalSection lock(platform::ComModule::instance().section());
       uRegisterdWMU_RESIZESUPPORT = RegisterWindowMessageW(L"WMU_RESIZESUPPORT");
     }
     SnagtrapUtil::expect(uRegisterdWMU_RESIZESUPPORT != 0, ZD_LOCATION_IN("ResizableMsgSupport.h", 48));

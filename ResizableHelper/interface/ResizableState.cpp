@@ -29,12 +29,12 @@ HMONITOR monitor_under_cursor() noexcept {
 }
 
 /// The key, made when it is missing. Opened once more after that, because what counts is that it can be written later.
-platform::RegistryKey writable_key(HKEY root, const wchar_t* name) noexcept {
-  platform::RegistryKey first;
+base::RegistryKey writable_key(HKEY root, const wchar_t* name) noexcept {
+  base::RegistryKey first;
   if (RegOpenKeyExW(root, name, 0, KEY_WRITE, first.put()) != ERROR_SUCCESS) {
     RegCreateKeyExW(root, name, 0, nullptr, 0, KEY_READ | KEY_WRITE, nullptr, first.put(), nullptr);
   }
-  platform::RegistryKey key;
+  base::RegistryKey key;
   if (RegOpenKeyExW(root, name, 0, KEY_WRITE, key.put()) != ERROR_SUCCESS) return {};
   if (RegCloseKey(first.detach()) != ERROR_SUCCESS) return {};
   return key;
@@ -85,7 +85,7 @@ std::optional<WINDOWPLACEMENT> present_placement(HWND dialog, bool rect_only) no
 }
 
 std::optional<WINDOWPLACEMENT> read_placement(const PlacementKey& place) {
-  platform::RegistryKey key;
+  base::RegistryKey key;
   if (RegOpenKeyExW(place.root, place.key_name().c_str(), 0, KEY_READ, key.put()) != ERROR_SUCCESS) return std::nullopt;
   WINDOWPLACEMENT placement = {};
   DWORD type = REG_NONE;
@@ -100,7 +100,7 @@ std::optional<WINDOWPLACEMENT> read_placement(const PlacementKey& place) {
 
 bool store_placement(HWND dialog, const PlacementKey& place, bool rect_only, WINDOWPLACEMENT* given) noexcept {
   try {
-    const platform::RegistryKey key = writable_key(place.root, place.key_name().c_str());
+    const base::RegistryKey key = writable_key(place.root, place.key_name().c_str());
     if (!key) return false;
     std::optional<WINDOWPLACEMENT> own;
     if (!given) own = present_placement(dialog, rect_only);

@@ -7,6 +7,7 @@
 #include "ChildProcess.h"
 #include "ExpectedReports.h"
 #include "ImportProbe.h"
+#include "ModulePath.h"
 #include "RegistryHelper.h"
 #include "VersionBlocks.h"
 
@@ -132,7 +133,7 @@ class VersionRecordOfFile : public testing::Test {
  protected:
   VersionRecordOfFile() {
     std::filesystem::create_directories(folder);
-    std::filesystem::copy_file(test_support::program_folder() + L"\\bare_program.exe", file,
+    std::filesystem::copy_file(base::path_beside_program(L"bare_program.exe"), file,
                                std::filesystem::copy_options::overwrite_existing);
   }
   ~VersionRecordOfFile() override {

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "ExpectedReports.h"
-#include "ModuleInstance.h"
+#include "ModulePath.h"
 #include "ResourceMgr.h"
 #include "string_t.h"
 
@@ -61,7 +61,7 @@ TEST(ModuleStrings, AreTheTableToTheCharacter) {
 }
 
 TEST(ModuleStrings, AreInSimplifiedChineseAndInNoOtherLanguage) {
-  HMODULE module = platform::module_instance();
+  HMODULE module = base::module_instance();
   for (int id = 100; id <= 158; id += strings_in_block) {
     const auto* const block = MAKEINTRESOURCEW(id / strings_in_block + 1);
     EXPECT_NE(nullptr, FindResourceExW(module, MAKEINTRESOURCEW(6), block, simplified_chinese)) << id;

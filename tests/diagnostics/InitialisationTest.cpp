@@ -1,6 +1,7 @@
 #include <optional>
 
 #include "ImportProbe.h"
+#include "ModulePath.h"
 #include "RecorderTest.h"
 #include "SnagtrapClient.h"
 
@@ -58,16 +59,14 @@ TEST_F(Initialisation, SendsInitAndThenConfigures) {
 }
 
 TEST_F(Initialisation, RecordHasItsFieldsInOrderAndTyped) {
-  wchar_t program[MAX_PATH] = {};
-  GetModuleFileNameW(nullptr, program, MAX_PATH);
   SnagtrapClient client;
   client.ensure_initialised();
-  EXPECT_THAT(
-      recorder.commands(L"INIT").at(0).fields,
-      ElementsAre(text(L"LogDirectory", L""),
-                  number(L"ModuleAddr", VT_UI8, reinterpret_cast<ULONGLONG>(GetModuleHandleW(nullptr))),
-                  text(L"ModuleName", program), test_support::RecordedField{L"ReleaseMode", VT_BOOL, L"true", {}, 0},
-                  text(L"ClientVersion", L"2.2 05.05.2006")));
+  EXPECT_THAT(recorder.commands(L"INIT").at(0).fields,
+              ElementsAre(text(L"LogDirectory", L""),
+                          number(L"ModuleAddr", VT_UI8, reinterpret_cast<ULONGLONG>(GetModuleHandleW(nullptr))),
+                          text(L"ModuleName", base::module_file_name()),
+                          test_support::RecordedField{L"ReleaseMode", VT_BOOL, L"true", {}, 0},
+                          text(L"ClientVersion", L"2.2 05.05.2006")));
 }
 
 TEST_F(Initialisation, ConfiguresWithTheProcessIdInDecimal) {

@@ -6,6 +6,7 @@
 #include <iterator>
 
 #include "ChildProcess.h"
+#include "ModulePath.h"
 #include "Recorder.h"
 #include "RegistrySandbox.h"
 #include "RegistryTree.h"
@@ -38,7 +39,7 @@ class Process : public testing::Test {
     fs::remove_all(folder, ignored);
   }
 
-  static std::wstring program() { return test_support::program_folder() + L"\\apart\\diagnostics_child.exe"; }
+  static std::wstring program() { return base::path_beside_program(L"apart\\diagnostics_child.exe"); }
 
   static ChildResult play(const std::vector<std::wstring>& arguments) {
     ChildResult result = test_support::run_child(program(), arguments);
@@ -136,7 +137,7 @@ TEST_F(LibrarySearch, UsesTheModuleThatIsLoadedAlready) {
 
 TEST_F(LibrarySearch, ModuleWithoutTheExportIsAFailure) {
   register_path(recorder_path());
-  const std::wstring without = copy_of(test_support::program_folder() + L"\\zdCommonRes.DLL", library_name);
+  const std::wstring without = copy_of(base::path_beside_program(L"zdCommonRes.DLL"), library_name);
   EXPECT_EQ(play({L"find loaded library", without}).output, "loaded=yes\ninitialised=no\n")
       << "a loaded module of that name is the library, and the registered path is not asked";
 }

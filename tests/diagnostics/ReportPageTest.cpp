@@ -9,8 +9,8 @@
 #include <string>
 #include <vector>
 
-#include "ChildProcess.h"
 #include "FixedReports.h"
+#include "ModulePath.h"
 
 namespace diagnostics_test {
 namespace {
@@ -47,7 +47,7 @@ std::string row_of(const FixedReport& report) {
 
 /// The rows of the page's first table, which name a source file.
 std::vector<std::string> documented_rows() {
-  std::ifstream page(std::filesystem::path(test_support::program_folder()) / "reports.md");
+  std::ifstream page(std::filesystem::path(base::path_beside_program(L"reports.md")));
   std::vector<std::string> rows;
   for (std::string line; std::getline(page, line);) {
     if (line.starts_with("| `")) rows.push_back(line);

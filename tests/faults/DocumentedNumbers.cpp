@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "ChildProcess.h"
+#include "ModulePath.h"
 
 namespace faults_test {
 namespace {
@@ -30,7 +31,7 @@ std::vector<std::string> cells(const std::string& line) {
 
 std::size_t documented_number(const std::string& heading, const std::string& scenario, std::size_t column) {
   const std::string label = scenario == "together" ? "**together**" : '`' + scenario + '`';
-  std::ifstream page(std::filesystem::path(test_support::program_folder()) / "faults.md");
+  std::ifstream page(std::filesystem::path(base::path_beside_program(L"faults.md")));
   bool below = false;
   for (std::string line; std::getline(page, line);) {
     if (line.starts_with("## ")) below = line == "## " + heading;

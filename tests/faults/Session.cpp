@@ -33,7 +33,7 @@ HRESULT Session::command() {
   return plugin_->DoCommand(menu_command, none);
 }
 
-HRESULT Session::show(long rule_id) { return module_test::ask<IzdExpirationRulesPlugin>(plugin_)->Show(rule_id); }
+HRESULT Session::show(long rule_id) { return base::try_query<IzdExpirationRulesPlugin>(plugin_)->Show(rule_id); }
 
 void Session::end() {
   EXPECT_EQ(S_OK, plugin_->Uninitialize());

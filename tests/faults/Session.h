@@ -44,11 +44,11 @@ class Session {
   test_support::FakeHost& host_;
   Arm arm_;
   ModuleLeakCheck leftovers_;
-  test_support::DispatchPtr menu_;
-  test_support::DispatchPtr hot_keys_;
-  test_support::DispatchPtr storage_;
+  base::ComPtr<IDispatch> menu_;
+  base::ComPtr<IDispatch> hot_keys_;
+  base::ComPtr<IDispatch> storage_;
   _bstr_t registry_path_ = L"Software\\Orvane\\Test host";
-  module_test::Ptr<IkvPlugin> plugin_;
+  base::ComPtr<IkvPlugin> plugin_;
 };
 
 }  // namespace faults_test

@@ -55,8 +55,8 @@ SystemScenario first_list(const Scenario& list) {
 void play_first_object(const Module& module, const Injection& injection) {
   const ModuleLeakCheck leftovers(module);
   {
-    module_test::Ptr<IClassFactory> factory;
-    module_test::Ptr<IkvPlugin> plugin;
+    base::ComPtr<IClassFactory> factory;
+    base::ComPtr<IkvPlugin> plugin;
     injection.arm();
     HRESULT answer = module.get_class_object(__uuidof(CzdExpirationRulePlugin), __uuidof(IClassFactory),
                                              reinterpret_cast<void**>(&factory));

@@ -125,10 +125,10 @@ bool RuleList::handles_notification(UINT_PTR id, int code) const {
 ListDialogTest::ListDialogTest() {
   const INITCOMMONCONTROLSEX controls = {sizeof controls, ICC_LISTVIEW_CLASSES};
   InitCommonControlsEx(&controls);
-  const test_support::DispatchPtr object = host.storage();
-  block.storage = platform::query<IkvStorage>(object);
-  block.symbol_sources = platform::query<IkvSymbolSourceService>(object);
-  block.rules = platform::query<IkvExpirationRuleService>(object);
+  const base::ComPtr<IDispatch> object = host.storage();
+  block.storage = base::query<IkvStorage>(object);
+  block.symbol_sources = base::query<IkvSymbolSourceService>(object);
+  block.rules = base::query<IkvExpirationRuleService>(object);
 }
 
 ListDialogTest::~ListDialogTest() {

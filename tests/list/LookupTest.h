@@ -9,6 +9,7 @@
 #include "FakeHost.h"
 #include "Recorder.h"
 #include "Reports.h"
+#include "TextEncoding.h"
 
 namespace list_test {
 
@@ -24,10 +25,10 @@ using Users = std::vector<std::wstring>;
 class LookupTest : public testing::Test {
  protected:
   LookupTest() : dialog(&block) {
-    const test_support::DispatchPtr object = host.storage();
-    block.storage = platform::query<IkvStorage>(object);
-    block.symbol_sources = platform::query<IkvSymbolSourceService>(object);
-    block.rules = platform::query<IkvExpirationRuleService>(object);
+    const base::ComPtr<IDispatch> object = host.storage();
+    block.storage = base::query<IkvStorage>(object);
+    block.symbol_sources = base::query<IkvSymbolSourceService>(object);
+    block.rules = base::query<IkvExpirationRuleService>(object);
   }
   ~LookupTest() override {
     block = {};
@@ -36,7 +37,7 @@ class LookupTest : public testing::Test {
 
   std::string name_of(long rule_id) {
     const _bstr_t name = dialog.expiration_rule_name(rule_id);
-    return name.length() ? test_support::to_utf8(name) : std::string();
+    return base::to_utf8({static_cast<const wchar_t*>(name), name.length()});
   }
 
   const Texts& calls() { return host.calls().all(); }

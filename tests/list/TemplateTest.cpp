@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "ModuleInstance.h"
+#include "ModulePath.h"
 #include "resource.h"
 
 namespace list_test {
@@ -45,8 +45,8 @@ struct Template {
 class Reader {
  public:
   explicit Reader(int dialog_id) {
-    const HRSRC found = FindResourceW(platform::module_instance(), MAKEINTRESOURCEW(dialog_id), RT_DIALOG);
-    data_ = static_cast<const std::byte*>(LockResource(LoadResource(platform::module_instance(), found)));
+    const HRSRC found = FindResourceW(base::module_instance(), MAKEINTRESOURCEW(dialog_id), RT_DIALOG);
+    data_ = static_cast<const std::byte*>(LockResource(LoadResource(base::module_instance(), found)));
   }
 
   Template read() {

@@ -6,6 +6,7 @@
 #include "LateBound.h"
 #include "Module.h"
 #include "ModuleCopy.h"
+#include "ModulePath.h"
 
 namespace module_test {
 namespace {
@@ -84,9 +85,7 @@ TEST_F(ActivationTest, ObjectIsCreatedByItsClassWithoutRegistration) {
     activate(folder);
     ASSERT_EQ(S_OK, CoCreateInstance(__uuidof(CzdExpirationRulePlugin), nullptr, CLSCTX_INPROC_SERVER,
                                      __uuidof(IkvPlugin), reinterpret_cast<void**>(&plugin)));
-    wchar_t path[MAX_PATH] = {};
-    GetModuleFileNameW(GetModuleHandleW(L"zdExpirationRules.dll"), path, MAX_PATH);
-    EXPECT_EQ(copy_->path(), path);
+    EXPECT_EQ(copy_->path(), base::module_file_name(GetModuleHandleW(L"zdExpirationRules.dll")));
     plugin->Release();
     TearDown();
     ASSERT_EQ(nullptr, GetModuleHandleW(L"zdExpirationRules.dll"));

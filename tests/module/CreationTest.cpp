@@ -38,11 +38,11 @@ class CreationTest : public ModuleTest {
     return module_.factory()->CreateInstance(outer, iid, object);
   }
 
-  Ptr<IUnknown> create_inner() {
+  base::ComPtr<IUnknown> create_inner() {
     IUnknown* inner = nullptr;
     EXPECT_EQ(S_OK, create(&outer_, IID_IUnknown, reinterpret_cast<void**>(&inner)));
     outer_.inner = inner;
-    return Ptr<IUnknown>(inner, false);
+    return base::ComPtr<IUnknown>(inner, false);
   }
 
   Outer outer_;
@@ -59,23 +59,23 @@ TEST_F(CreationTest, EveryInterfaceOfTheMapCanBeAskedForAtOnce) {
 }
 
 TEST_F(CreationTest, DispatchIsAnsweredByTheDefaultInterface) {
-  const Ptr<IkvPlugin> plugin = module_.plugin();
-  EXPECT_EQ(ask<IDispatch>(plugin).GetInterfacePtr(), static_cast<IDispatch*>(plugin.GetInterfacePtr()));
+  const base::ComPtr<IkvPlugin> plugin = module_.plugin();
+  EXPECT_EQ(base::try_query<IDispatch>(plugin).GetInterfacePtr(), static_cast<IDispatch*>(plugin.GetInterfacePtr()));
 }
 
 TEST_F(CreationTest, IdentityIsOneWhicheverInterfaceIsAsked) {
-  const Ptr<IkvPlugin> plugin = module_.plugin();
-  const auto own = ask<IzdExpirationRulesPlugin>(plugin);
-  const auto info = ask<IProvideClassInfo>(own);
-  const Ptr<IUnknown> identity = ask<IUnknown>(plugin);
-  EXPECT_EQ(identity.GetInterfacePtr(), ask<IUnknown>(own).GetInterfacePtr());
-  EXPECT_EQ(identity.GetInterfacePtr(), ask<IUnknown>(info).GetInterfacePtr());
-  EXPECT_EQ(plugin.GetInterfacePtr(), ask<IkvPlugin>(info).GetInterfacePtr());
+  const base::ComPtr<IkvPlugin> plugin = module_.plugin();
+  const auto own = base::try_query<IzdExpirationRulesPlugin>(plugin);
+  const auto info = base::try_query<IProvideClassInfo>(own);
+  const base::ComPtr<IUnknown> identity = base::try_query<IUnknown>(plugin);
+  EXPECT_EQ(identity.GetInterfacePtr(), base::try_query<IUnknown>(own).GetInterfacePtr());
+  EXPECT_EQ(identity.GetInterfacePtr(), base::try_query<IUnknown>(info).GetInterfacePtr());
+  EXPECT_EQ(plugin.GetInterfacePtr(), base::try_query<IkvPlugin>(info).GetInterfacePtr());
   EXPECT_EQ(4u, references(plugin));
 }
 
 TEST_F(CreationTest, ThereIsNoErrorInfoAndNoOtherInterface) {
-  const Ptr<IkvPlugin> plugin = module_.plugin();
+  const base::ComPtr<IkvPlugin> plugin = module_.plugin();
   for (const IID& iid : {IID_ISupportErrorInfo, IID_IMarshal, IID_IProvideClassInfo2, IID_IPersist, IID_IClassFactory,
                          __uuidof(CzdExpirationRulePlugin)}) {
     void* object = this;
@@ -101,7 +101,7 @@ TEST_F(CreationTest, OuterMayAskForTheUnknownOnly) {
 }
 
 TEST_F(CreationTest, AggregateDelegatesToItsOuter) {
-  const Ptr<IUnknown> inner = create_inner();
+  const base::ComPtr<IUnknown> inner = create_inner();
   EXPECT_EQ(1u, outer_.references) << "an inner object does not reference its outer";
 
   IkvPlugin* plugin = nullptr;
@@ -109,24 +109,24 @@ TEST_F(CreationTest, AggregateDelegatesToItsOuter) {
   EXPECT_EQ(2u, outer_.references);
   EXPECT_EQ(3u, plugin->AddRef());
   EXPECT_EQ(2u, plugin->Release());
-  EXPECT_EQ(static_cast<IUnknown*>(&outer_), ask<IUnknown>(plugin).GetInterfacePtr());
-  EXPECT_TRUE(ask<IServiceProvider>(plugin)) << "the outer's own interfaces are reached from the inner";
-  EXPECT_TRUE(ask<IzdExpirationRulesPlugin>(plugin));
+  EXPECT_EQ(static_cast<IUnknown*>(&outer_), base::try_query<IUnknown>(plugin).GetInterfacePtr());
+  EXPECT_TRUE(base::try_query<IServiceProvider>(plugin)) << "the outer's own interfaces are reached from the inner";
+  EXPECT_TRUE(base::try_query<IzdExpirationRulesPlugin>(plugin));
   EXPECT_EQ(1u, plugin->Release());
 }
 
 TEST_F(CreationTest, InnerUnknownHasAnIdentityAndACountOfItsOwn) {
-  const Ptr<IUnknown> inner = create_inner();
+  const base::ComPtr<IUnknown> inner = create_inner();
   EXPECT_NE(static_cast<IUnknown*>(&outer_), inner.GetInterfacePtr());
-  EXPECT_EQ(inner.GetInterfacePtr(), ask<IUnknown>(inner).GetInterfacePtr());
+  EXPECT_EQ(inner.GetInterfacePtr(), base::try_query<IUnknown>(inner).GetInterfacePtr());
   EXPECT_EQ(1u, references(inner));
   EXPECT_EQ(0, outer_.queries);
   EXPECT_EQ(1u, outer_.references);
-  EXPECT_FALSE(ask<IServiceProvider>(inner)) << "the inner unknown answers for the inner object alone";
+  EXPECT_FALSE(base::try_query<IServiceProvider>(inner)) << "the inner unknown answers for the inner object alone";
 }
 
 TEST_F(CreationTest, AggregateHoldsTheModuleUntilItsInnerIsReleased) {
-  Ptr<IUnknown> inner = create_inner();
+  base::ComPtr<IUnknown> inner = create_inner();
   EXPECT_EQ(S_FALSE, module_.can_unload());
   inner = nullptr;
   EXPECT_EQ(S_OK, module_.can_unload());
@@ -134,7 +134,7 @@ TEST_F(CreationTest, AggregateHoldsTheModuleUntilItsInnerIsReleased) {
 
 TEST_F(CreationTest, AggregateCanBeUsedAsAPlugin) {
   test_support::FakeHost host;
-  const Ptr<IUnknown> inner = create_inner();
+  const base::ComPtr<IUnknown> inner = create_inner();
   {
     IkvPlugin* plugin = nullptr;
     ASSERT_EQ(S_OK, outer_.QueryInterface(__uuidof(IkvPlugin), reinterpret_cast<void**>(&plugin)));

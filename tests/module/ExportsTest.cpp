@@ -11,14 +11,14 @@ TEST_F(ExportsTest, ClassObjectIsAClassFactory) {
     IUnknown* object = nullptr;
     ASSERT_EQ(S_OK,
               module_.get_class_object(__uuidof(CzdExpirationRulePlugin), iid, reinterpret_cast<void**>(&object)));
-    EXPECT_TRUE(ask<IClassFactory>(object));
+    EXPECT_TRUE(base::try_query<IClassFactory>(object));
     object->Release();
   }
 }
 
 TEST_F(ExportsTest, ThereIsOneClassObject) {
-  const Ptr<IClassFactory> one = module_.factory();
-  const Ptr<IClassFactory> two = module_.factory();
+  const base::ComPtr<IClassFactory> one = module_.factory();
+  const base::ComPtr<IClassFactory> two = module_.factory();
   EXPECT_EQ(one.GetInterfacePtr(), two.GetInterfacePtr());
 }
 
@@ -45,9 +45,9 @@ TEST_F(ExportsTest, NullOutPointerOfTheClassObjectIsRefused) {
 
 TEST_F(ExportsTest, CannotUnloadWhileAnObjectIsAlive) {
   EXPECT_EQ(S_OK, module_.can_unload());
-  Ptr<IkvPlugin> plugin = module_.plugin();
+  base::ComPtr<IkvPlugin> plugin = module_.plugin();
   EXPECT_EQ(S_FALSE, module_.can_unload());
-  Ptr<IkvPlugin> another = module_.plugin();
+  base::ComPtr<IkvPlugin> another = module_.plugin();
   plugin = nullptr;
   EXPECT_EQ(S_FALSE, module_.can_unload());
   another = nullptr;
@@ -55,7 +55,7 @@ TEST_F(ExportsTest, CannotUnloadWhileAnObjectIsAlive) {
 }
 
 TEST_F(ExportsTest, CannotUnloadWhileTheClassFactoryIsReferenced) {
-  Ptr<IClassFactory> factory = module_.factory();
+  base::ComPtr<IClassFactory> factory = module_.factory();
   EXPECT_EQ(S_FALSE, module_.can_unload());
   factory = nullptr;
   EXPECT_EQ(S_OK, module_.can_unload());
@@ -63,7 +63,7 @@ TEST_F(ExportsTest, CannotUnloadWhileTheClassFactoryIsReferenced) {
 
 TEST_F(ExportsTest, CannotUnloadWhileTheServerIsLocked) {
   {
-    const Ptr<IClassFactory> factory = module_.factory();
+    const base::ComPtr<IClassFactory> factory = module_.factory();
     EXPECT_EQ(S_OK, factory->LockServer(TRUE));
     EXPECT_EQ(S_OK, factory->LockServer(TRUE));
   }
@@ -75,7 +75,7 @@ TEST_F(ExportsTest, CannotUnloadWhileTheServerIsLocked) {
 }
 
 TEST_F(ExportsTest, FailedCreationLeavesNoLock) {
-  const Ptr<IClassFactory> factory = module_.factory();
+  const base::ComPtr<IClassFactory> factory = module_.factory();
   void* object = this;
   EXPECT_EQ(E_NOINTERFACE, factory->CreateInstance(nullptr, IID_IMarshal, &object));
   EXPECT_EQ(nullptr, object);
@@ -87,7 +87,7 @@ TEST(ModuleLifetime, LoadsAndUnloadsAHundredTimesAndLeavesNothing) {
   for (int round = 0; round < 100; ++round) {
     {
       const Module module;
-      const Ptr<IkvPlugin> plugin = module.plugin();
+      const base::ComPtr<IkvPlugin> plugin = module.plugin();
       UINT count = 0;
       EXPECT_EQ(S_OK, plugin->GetTypeInfoCount(&count));
       VARIANT none = {};
@@ -105,7 +105,7 @@ TEST(ModuleLifetime, LoadsAndUnloadsWithAHostAndLeavesNothing) {
     {
       test_support::FakeHost host;
       const Module module;
-      const Ptr<IkvPlugin> plugin = module.plugin();
+      const base::ComPtr<IkvPlugin> plugin = module.plugin();
       EXPECT_EQ(S_OK, plugin->Initialize(host.main_menu(), host.main_menu(), host.main_menu(), host.hot_keys(),
                                          _bstr_t(L"x"), nullptr));
     }

@@ -3,6 +3,7 @@
 
 #include "ImportPatch.h"
 #include "ModuleTest.h"
+#include "TextEncoding.h"
 
 namespace module_test {
 namespace {
@@ -21,7 +22,7 @@ std::string shared_text(UINT id) {
   HMODULE module = LoadLibraryW(L"zdCommonRes.DLL");
   EXPECT_NE(0, LoadStringW(module, id, text, ARRAYSIZE(text)));
   FreeLibrary(module);
-  return test_support::to_utf8(text);
+  return base::to_utf8(text);
 }
 
 /// Sees which classes of common controls a module initialises.
@@ -397,7 +398,7 @@ TEST_F(InitializeTest, SecondCallWhoseHotKeyFailsKeepsTheFirst) {
 
 TEST_F(InitializeTest, SecondCallWithAnotherStorageLetsTheFirstGo) {
   EXPECT_EQ(S_OK, initialize());
-  const test_support::DispatchPtr first = storage_;
+  const base::ComPtr<IDispatch> first = storage_;
   storage_ = host_.storage();
   EXPECT_EQ(S_OK, initialize());
   EXPECT_EQ(1u, references(first)) << "the test alone";
@@ -405,7 +406,7 @@ TEST_F(InitializeTest, SecondCallWithAnotherStorageLetsTheFirstGo) {
 }
 
 TEST_F(InitializeTest, OtherObjectsThanTheHostsAreRefusedWithoutACrash) {
-  test_support::DispatchPtr stranger = host_.storage();
+  base::ComPtr<IDispatch> stranger = host_.storage();
   menu_ = stranger;
   EXPECT_EQ(E_FAIL, initialize());
   EXPECT_THAT(take_reports(), ElementsAre(caught));

@@ -18,8 +18,8 @@ class LateBoundTest : public HostedTest {
             _variant_t(storage_.GetInterfacePtr())};
   }
 
-  Ptr<IDispatch> object_ = ask<IDispatch>(plugin_);
-  Ptr<IzdExpirationRulesPlugin> own_ = ask<IzdExpirationRulesPlugin>(plugin_);
+  base::ComPtr<IDispatch> object_ = base::try_query<IDispatch>(plugin_);
+  base::ComPtr<IzdExpirationRulesPlugin> own_ = base::try_query<IzdExpirationRulesPlugin>(plugin_);
 
   void TearDown() override {
     object_ = nullptr;

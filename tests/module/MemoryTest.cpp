@@ -27,7 +27,7 @@ class MemoryTest : public HostedTest {
 };
 
 TEST_F(MemoryTest, CreationWithoutMemoryAnswersOutOfMemory) {
-  const Ptr<IClassFactory> factory = module_.factory();
+  const base::ComPtr<IClassFactory> factory = module_.factory();
   void* object = this;
   {
     const FailingMemory memory(module_.handle(), 1);
@@ -39,7 +39,7 @@ TEST_F(MemoryTest, CreationWithoutMemoryAnswersOutOfMemory) {
 // A new rule is made before its editor opens. Once that is open, it is its handlers that lack memory, and they report.
 TEST_F(MemoryTest, ShowWithoutMemoryAnswersOutOfMemoryAndReportsNothing) {
   initialize();
-  const auto own = ask<IzdExpirationRulesPlugin>(plugin_);
+  const auto own = base::try_query<IzdExpirationRulesPlugin>(plugin_);
   DialogDriver driver([](HWND dialog) { test_support::click(dialog, IDCANCEL); });
   int out_of_memory = 0;
   with_every_allocation_failing([&](long number) {
@@ -78,7 +78,7 @@ TEST_F(MemoryTest, CommandWithoutMemoryLeavesNoDialogOpen) {
 
 TEST_F(MemoryTest, ShowWithoutMemoryLeavesTheRuleAsItIs) {
   initialize();
-  const auto own = ask<IzdExpirationRulesPlugin>(plugin_);
+  const auto own = base::try_query<IzdExpirationRulesPlugin>(plugin_);
   const auto before = host_.rules();
   DialogDriver driver([](HWND dialog) { test_support::click(dialog, IDCANCEL); });
   for (const long rule : {0L, 7L}) {

@@ -31,7 +31,7 @@ class MissingTexts : public HostedTest {
   }
 
   test_support::ImportPatch missing_{module_.handle(), "LoadLibraryW", &load_all_but_the_texts};
-  Ptr<IkvPlugin> other_ = module_.plugin();
+  base::ComPtr<IkvPlugin> other_ = module_.plugin();
   int inside_ = 0;
 };
 

@@ -5,10 +5,11 @@
 #include <stdexcept>
 
 #include "ChildProcess.h"
+#include "ModulePath.h"
 
 namespace module_test {
 
-std::wstring built_module_path() { return test_support::program_folder() + L"\\zdExpirationRules.dll"; }
+std::wstring built_module_path() { return base::path_beside_program(L"zdExpirationRules.dll"); }
 
 Module::Module(const std::wstring& path) : handle_(LoadLibraryW(path.c_str())) {
   if (!handle_) throw std::runtime_error("the module cannot be loaded");
@@ -27,17 +28,17 @@ Function Module::export_of(const char* name) const {
   return function;
 }
 
-Ptr<IClassFactory> Module::factory() const {
+base::ComPtr<IClassFactory> Module::factory() const {
   IClassFactory* factory = nullptr;
   EXPECT_EQ(S_OK,
             get_class_object(__uuidof(CzdExpirationRulePlugin), IID_IClassFactory, reinterpret_cast<void**>(&factory)));
-  return Ptr<IClassFactory>(factory, false);
+  return base::ComPtr<IClassFactory>(factory, false);
 }
 
-Ptr<IkvPlugin> Module::plugin() const {
+base::ComPtr<IkvPlugin> Module::plugin() const {
   IkvPlugin* plugin = nullptr;
   EXPECT_EQ(S_OK, factory()->CreateInstance(nullptr, __uuidof(IkvPlugin), reinterpret_cast<void**>(&plugin)));
-  return Ptr<IkvPlugin>(plugin, false);
+  return base::ComPtr<IkvPlugin>(plugin, false);
 }
 
 }  // namespace module_test

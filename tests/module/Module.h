@@ -1,22 +1,13 @@
 #pragma once
 
 #include <windows.h>
-#include <comdef.h>
 
 #include <string>
 
+#include "ComPtr.h"
 #include "zdExpirationRules_h.h"
 
 namespace module_test {
-
-template <class Interface>
-inline const IID& interface_id() noexcept {
-  return __uuidof(Interface);
-}
-
-/// Owns one reference.
-template <class Interface>
-using Ptr = _com_ptr_t<_com_IIID_getter<Interface, &interface_id<Interface>>>;
 
 /// Where the built module lies: beside the test program.
 std::wstring built_module_path();
@@ -40,9 +31,9 @@ class Module {
   HRESULT unregister_server() const { return unregister_(); }
 
   /// The class object of the plug-in; a failure fails the test and gives null.
-  Ptr<IClassFactory> factory() const;
+  base::ComPtr<IClassFactory> factory() const;
   /// A new plug-in; a failure fails the test and gives null.
-  Ptr<IkvPlugin> plugin() const;
+  base::ComPtr<IkvPlugin> plugin() const;
 
  private:
   template <class Function>
@@ -54,14 +45,6 @@ class Module {
   HRESULT(STDMETHODCALLTYPE* register_)();
   HRESULT(STDMETHODCALLTYPE* unregister_)();
 };
-
-/// Asks an object for an interface; null when it has none.
-template <class Interface>
-Ptr<Interface> ask(IUnknown* object) {
-  Interface* found = nullptr;
-  object->QueryInterface(__uuidof(Interface), reinterpret_cast<void**>(&found));
-  return Ptr<Interface>(found, false);
-}
 
 /// How many references an object has.
 inline ULONG references(IUnknown* object) {

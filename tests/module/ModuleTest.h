@@ -43,13 +43,13 @@ class HostedTest : public testing::Test {
   test_support::ScratchRoot user_{HKEY_CURRENT_USER};
   Module module_;
   test_support::FakeHost host_;
-  test_support::DispatchPtr menu_ = host_.main_menu();
-  test_support::DispatchPtr control_bar_ = host_.main_menu();
-  test_support::DispatchPtr context_menu_ = host_.main_menu();
-  test_support::DispatchPtr hot_keys_ = host_.hot_keys();
-  test_support::DispatchPtr storage_ = host_.storage();
+  base::ComPtr<IDispatch> menu_ = host_.main_menu();
+  base::ComPtr<IDispatch> control_bar_ = host_.main_menu();
+  base::ComPtr<IDispatch> context_menu_ = host_.main_menu();
+  base::ComPtr<IDispatch> hot_keys_ = host_.hot_keys();
+  base::ComPtr<IDispatch> storage_ = host_.storage();
   _bstr_t registry_path_ = L"Software\\Orvane\\Test host";
-  Ptr<IkvPlugin> plugin_ = module_.plugin();
+  base::ComPtr<IkvPlugin> plugin_ = module_.plugin();
 };
 
 }  // namespace module_test

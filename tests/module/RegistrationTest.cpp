@@ -161,7 +161,7 @@ TEST_F(RegistrationTest, FailureOfTheClassStepIsAnsweredAndTheTypeLibraryIsNotRe
 /// The automation library's own answer.
 HRESULT register_type_library() {
   std::wstring path = built_module_path();
-  Ptr<ITypeLib> library;
+  base::ComPtr<ITypeLib> library;
   EXPECT_EQ(S_OK, LoadTypeLibEx(path.c_str(), REGKIND_NONE, &library));
   return RegisterTypeLib(library, path.data(), nullptr);
 }

@@ -167,8 +167,8 @@ class ReleaseTest : public ModuleTest {
                        {4, {__uuidof(IkvExpirationRuleService), &rules_}}};
   }
 
-  Ptr<IkvPlugin> initialised_plugin() {
-    const Ptr<IkvPlugin> plugin = module_.plugin();
+  base::ComPtr<IkvPlugin> initialised_plugin() {
+    const base::ComPtr<IkvPlugin> plugin = module_.plugin();
     EXPECT_EQ(S_OK, plugin->Initialize(&menu_, &menu_, &menu_, &hot_keys_, _bstr_t(L"x"), &storage_));
     log_.released.clear();
     return plugin;
@@ -187,7 +187,7 @@ class ReleaseTest : public ModuleTest {
 };
 
 TEST_F(ReleaseTest, LastReleaseLetsGoInTheReverseOrder) {
-  Ptr<IkvPlugin> plugin = initialised_plugin();
+  base::ComPtr<IkvPlugin> plugin = initialised_plugin();
   plugin = nullptr;
   EXPECT_THAT(log_.released,
               ElementsAre("hot key", "menu item", "submenu", "rules", "symbol sources", "session", "storage"));
@@ -195,13 +195,13 @@ TEST_F(ReleaseTest, LastReleaseLetsGoInTheReverseOrder) {
 
 TEST_F(ReleaseTest, OnlyWhatIsHeldIsReleased) {
   storage_.others.erase(3);
-  Ptr<IkvPlugin> plugin = initialised_plugin();
+  base::ComPtr<IkvPlugin> plugin = initialised_plugin();
   plugin = nullptr;
   EXPECT_THAT(log_.released, ElementsAre("hot key", "menu item", "submenu", "rules", "session", "storage"));
 }
 
 TEST_F(ReleaseTest, ModuleStaysLockedUntilEverythingIsReleased) {
-  Ptr<IkvPlugin> plugin = initialised_plugin();
+  base::ComPtr<IkvPlugin> plugin = initialised_plugin();
   int checked = 0;
   log_.on_release = [&] {
     ++checked;
@@ -213,11 +213,11 @@ TEST_F(ReleaseTest, ModuleStaysLockedUntilEverythingIsReleased) {
 }
 
 TEST_F(ReleaseTest, HostMayCallBackWhileItIsReleased) {
-  Ptr<IkvPlugin> plugin = initialised_plugin();
+  base::ComPtr<IkvPlugin> plugin = initialised_plugin();
   IkvPlugin* dying = plugin;
   log_.on_release = [&] {
     // A host that still knows the target of its menu item looks at it once more.
-    const auto own = ask<IzdExpirationRulesPlugin>(dying);
+    const auto own = base::try_query<IzdExpirationRulesPlugin>(dying);
     EXPECT_TRUE(own);
     UINT count = 0;
     EXPECT_EQ(S_OK, dying->GetTypeInfoCount(&count));

@@ -26,7 +26,7 @@ class ShowTest : public HostedTest {
     HostedTest::TearDown();
   }
 
-  Ptr<IzdExpirationRulesPlugin> own_ = ask<IzdExpirationRulesPlugin>(plugin_);
+  base::ComPtr<IzdExpirationRulesPlugin> own_ = base::try_query<IzdExpirationRulesPlugin>(plugin_);
 };
 
 TEST_F(ShowTest, OpensTheEditorOfTheRule) {

@@ -70,10 +70,10 @@ Method method(ITypeInfo* info, UINT index) {
 }
 
 /// A dual interface has two descriptions: this is the one of its method table.
-Ptr<ITypeInfo> table_side(ITypeInfo* dispatch_side) {
+base::ComPtr<ITypeInfo> table_side(ITypeInfo* dispatch_side) {
   HREFTYPE reference = 0;
   EXPECT_EQ(S_OK, dispatch_side->GetRefTypeOfImplType(static_cast<UINT>(-1), &reference));
-  Ptr<ITypeInfo> side;
+  base::ComPtr<ITypeInfo> side;
   EXPECT_EQ(S_OK, dispatch_side->GetRefTypeInfo(reference, &side));
   return side;
 }
@@ -88,7 +88,7 @@ TYPEATTR attributes(ITypeInfo* info) {
 
 /// The methods of a dual interface that stand after those of `IDispatch`, in the order of the method table.
 std::vector<Method> methods(ITypeInfo* dispatch_side) {
-  const Ptr<ITypeInfo> side = table_side(dispatch_side);
+  const base::ComPtr<ITypeInfo> side = table_side(dispatch_side);
   std::vector<Method> described;
   for (UINT i = 0; i < attributes(side).cFuncs; ++i) described.push_back(method(side, i));
   return described;
@@ -99,29 +99,29 @@ Parameter dispatch(const wchar_t* name) { return {name, VT_DISPATCH, in}; }
 
 class TypeInformationTest : public ModuleTest {
  protected:
-  Ptr<ITypeInfo> class_info() const {
-    Ptr<ITypeInfo> info;
-    const auto provider = ask<IProvideClassInfo>(module_.plugin());
+  base::ComPtr<ITypeInfo> class_info() const {
+    base::ComPtr<ITypeInfo> info;
+    const auto provider = base::try_query<IProvideClassInfo>(module_.plugin());
     EXPECT_EQ(S_OK, provider->GetClassInfo(&info));
     return info;
   }
 
-  Ptr<ITypeLib> library() const {
-    Ptr<ITypeLib> library;
+  base::ComPtr<ITypeLib> library() const {
+    base::ComPtr<ITypeLib> library;
     UINT index = 0;
     EXPECT_EQ(S_OK, class_info()->GetContainingTypeLib(&library, &index));
     return library;
   }
 
-  Ptr<ITypeInfo> type(const GUID& id) const {
-    Ptr<ITypeInfo> info;
+  base::ComPtr<ITypeInfo> type(const GUID& id) const {
+    base::ComPtr<ITypeInfo> info;
     EXPECT_EQ(S_OK, library()->GetTypeInfoOfGuid(id, &info));
     return info;
   }
 };
 
 TEST_F(TypeInformationTest, LibraryHasItsNameVersionAndHelpText) {
-  const Ptr<ITypeLib> found = library();
+  const base::ComPtr<ITypeLib> found = library();
   EXPECT_EQ((Texts{L"zdExpirationRules", L"zdExpirationRules 1.0 Type Library"}), texts(found.GetInterfacePtr(), -1));
   TLIBATTR* attributes = nullptr;
   ASSERT_EQ(S_OK, found->GetLibAttr(&attributes));
@@ -134,7 +134,7 @@ TEST_F(TypeInformationTest, LibraryHasItsNameVersionAndHelpText) {
 }
 
 TEST_F(TypeInformationTest, LibraryHoldsTheTwoInterfacesAndTheClassAndNothingElse) {
-  const Ptr<ITypeLib> found = library();
+  const base::ComPtr<ITypeLib> found = library();
   std::vector<std::wstring> names;
   for (UINT i = 0; i < found->GetTypeInfoCount(); ++i) {
     names.push_back(texts(found.GetInterfacePtr(), static_cast<long>(i)).name);
@@ -144,7 +144,7 @@ TEST_F(TypeInformationTest, LibraryHoldsTheTwoInterfacesAndTheClassAndNothingEls
 }
 
 TEST_F(TypeInformationTest, ClassIsCreatableAndListsItsInterfaces) {
-  const Ptr<ITypeInfo> info = class_info();
+  const base::ComPtr<ITypeInfo> info = class_info();
   EXPECT_EQ((Texts{L"CzdExpirationRulePlugin", L"CzdExpirationRulePlugin Class"}),
             texts(info.GetInterfacePtr(), MEMBERID_NIL));
   const TYPEATTR found = attributes(info);
@@ -157,7 +157,7 @@ TEST_F(TypeInformationTest, ClassIsCreatableAndListsItsInterfaces) {
   const int flags[] = {IMPLTYPEFLAG_FDEFAULT, 0};
   for (UINT i = 0; i < 2; ++i) {
     HREFTYPE reference = 0;
-    Ptr<ITypeInfo> implemented;
+    base::ComPtr<ITypeInfo> implemented;
     int flag = -1;
     ASSERT_EQ(S_OK, info->GetRefTypeOfImplType(i, &reference));
     ASSERT_EQ(S_OK, info->GetRefTypeInfo(reference, &implemented));
@@ -169,11 +169,11 @@ TEST_F(TypeInformationTest, ClassIsCreatableAndListsItsInterfaces) {
 
 TEST_F(TypeInformationTest, BothInterfacesAreDualAndAutomationCompatible) {
   for (const GUID& id : {__uuidof(IkvPlugin), __uuidof(IzdExpirationRulesPlugin)}) {
-    const Ptr<ITypeInfo> info = type(id);
+    const base::ComPtr<ITypeInfo> info = type(id);
     EXPECT_EQ(id, attributes(info).guid);
     EXPECT_EQ(TKIND_DISPATCH, attributes(info).typekind);
     EXPECT_TRUE(attributes(info).wTypeFlags & TYPEFLAG_FDUAL);
-    const Ptr<ITypeInfo> side = table_side(info);
+    const base::ComPtr<ITypeInfo> side = table_side(info);
     EXPECT_EQ(TKIND_INTERFACE, attributes(side).typekind);
     EXPECT_TRUE(attributes(side).wTypeFlags & TYPEFLAG_FDUAL);
     EXPECT_TRUE(attributes(side).wTypeFlags & TYPEFLAG_FOLEAUTOMATION);
@@ -181,7 +181,7 @@ TEST_F(TypeInformationTest, BothInterfacesAreDualAndAutomationCompatible) {
 }
 
 TEST_F(TypeInformationTest, PluginInterfaceIsDescribedMethodByMethod) {
-  const Ptr<ITypeInfo> info = type(__uuidof(IkvPlugin));
+  const base::ComPtr<ITypeInfo> info = type(__uuidof(IkvPlugin));
   EXPECT_EQ((Texts{L"IkvPlugin", L"IkvPlugin Interface"}), texts(info.GetInterfacePtr(), MEMBERID_NIL));
   const std::vector<Method> expected = {
       {1,
@@ -200,7 +200,7 @@ TEST_F(TypeInformationTest, PluginInterfaceIsDescribedMethodByMethod) {
 }
 
 TEST_F(TypeInformationTest, OwnInterfaceIsDescribedWithItsHelpTextAsItHasAlwaysBeenSpelt) {
-  const Ptr<ITypeInfo> info = type(__uuidof(IzdExpirationRulesPlugin));
+  const base::ComPtr<ITypeInfo> info = type(__uuidof(IzdExpirationRulesPlugin));
   EXPECT_EQ((Texts{L"IzdExpirationRulesPlugin", L"IzdExpirationRulesPlugin Interface"}),
             texts(info.GetInterfacePtr(), MEMBERID_NIL));
   const std::vector<Method> expected = {
@@ -209,10 +209,10 @@ TEST_F(TypeInformationTest, OwnInterfaceIsDescribedWithItsHelpTextAsItHasAlwaysB
 }
 
 TEST_F(TypeInformationTest, EachInterfaceAnswersItsOwnType) {
-  const Ptr<IkvPlugin> plugin = module_.plugin();
-  const auto own = ask<IzdExpirationRulesPlugin>(plugin);
-  Ptr<ITypeInfo> of_plugin;
-  Ptr<ITypeInfo> of_own;
+  const base::ComPtr<IkvPlugin> plugin = module_.plugin();
+  const auto own = base::try_query<IzdExpirationRulesPlugin>(plugin);
+  base::ComPtr<ITypeInfo> of_plugin;
+  base::ComPtr<ITypeInfo> of_own;
   ASSERT_EQ(S_OK, plugin->GetTypeInfo(0, LOCALE_SYSTEM_DEFAULT, &of_plugin));
   ASSERT_EQ(S_OK, own->GetTypeInfo(0, LOCALE_SYSTEM_DEFAULT, &of_own));
   EXPECT_EQ(L"IkvPlugin", texts(of_plugin.GetInterfacePtr(), MEMBERID_NIL).name);
@@ -220,15 +220,15 @@ TEST_F(TypeInformationTest, EachInterfaceAnswersItsOwnType) {
 }
 
 TEST_F(TypeInformationTest, IsLoadedOnceAndServedToEveryObject) {
-  Ptr<ITypeInfo> first;
-  Ptr<ITypeInfo> second;
+  base::ComPtr<ITypeInfo> first;
+  base::ComPtr<ITypeInfo> second;
   ASSERT_EQ(S_OK, module_.plugin()->GetTypeInfo(0, LOCALE_NEUTRAL, &first));
   ASSERT_EQ(S_OK, module_.plugin()->GetTypeInfo(0, LOCALE_NEUTRAL, &second));
   EXPECT_EQ(first.GetInterfacePtr(), second.GetInterfacePtr());
 }
 
 TEST_F(TypeInformationTest, OddArgumentsAreRefused) {
-  const Ptr<IkvPlugin> plugin = module_.plugin();
+  const base::ComPtr<IkvPlugin> plugin = module_.plugin();
   UINT count = 0;
   EXPECT_EQ(S_OK, plugin->GetTypeInfoCount(&count));
   EXPECT_EQ(1u, count);
@@ -237,7 +237,7 @@ TEST_F(TypeInformationTest, OddArgumentsAreRefused) {
   EXPECT_EQ(DISP_E_BADINDEX, plugin->GetTypeInfo(1, LOCALE_NEUTRAL, &info));
   EXPECT_EQ(nullptr, info);
   EXPECT_EQ(E_POINTER, plugin->GetTypeInfo(0, LOCALE_NEUTRAL, nullptr));
-  EXPECT_EQ(E_POINTER, ask<IProvideClassInfo>(plugin)->GetClassInfo(nullptr));
+  EXPECT_EQ(E_POINTER, base::try_query<IProvideClassInfo>(plugin)->GetClassInfo(nullptr));
 }
 
 }  // namespace

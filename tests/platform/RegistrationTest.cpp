@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "ImportProbe.h"
-#include "ModuleInstance.h"
+#include "ModulePath.h"
 #include "PerUserTypeLibraries.h"
 #include "Registration.h"
 #include "RegistryTree.h"
@@ -230,7 +230,7 @@ TEST_F(RegistrationTest, TypeLibraryIsRegisteredUnderTheModulesPath) {
   const std::wstring key = L"TypeLib\\" + guid_text(LIBID_zdExpirationRules);
   register_type_library(RegistrationScope::machine);
   EXPECT_EQ(registry_text(HKEY_CLASSES_ROOT, key + L"\\1.0"), L"zdExpirationRules 1.0 Type Library");
-  EXPECT_EQ(registry_text(HKEY_CLASSES_ROOT, key + L"\\1.0\\0\\win64"), module_file_name());
+  EXPECT_EQ(registry_text(HKEY_CLASSES_ROOT, key + L"\\1.0\\0\\win64"), base::module_file_name());
   unregister_type_library(RegistrationScope::machine);
   EXPECT_FALSE(registry_key_exists(HKEY_CLASSES_ROOT, key));
 }
@@ -261,7 +261,7 @@ class UserTypeLibraryTest : public RegistrationTest {
 TEST_F(UserTypeLibraryTest, IsRegisteredBelowTheUsersClassesAndRemoved) {
   register_type_library(RegistrationScope::user);
   EXPECT_EQ(registry_text(HKEY_CURRENT_USER, key_ + L"\\1.0"), L"zdExpirationRules 1.0 Type Library");
-  EXPECT_EQ(registry_text(HKEY_CURRENT_USER, key_ + L"\\1.0\\0\\win64"), module_file_name());
+  EXPECT_EQ(registry_text(HKEY_CURRENT_USER, key_ + L"\\1.0\\0\\win64"), base::module_file_name());
   unregister_type_library(RegistrationScope::user);
   EXPECT_FALSE(registry_key_exists(HKEY_CURRENT_USER, key_));
 }
@@ -288,13 +288,6 @@ TEST(Registration, LocaleIsTheSystemsForTheScopeAndRestoredOnEveryPath) {
     EXPECT_EQ(GetThreadLocale(), german);
   }
   SetThreadLocale(before);
-}
-
-TEST(ModuleInstance, IsTheModuleThatTheCodeIsLinkedInto) {
-  EXPECT_EQ(module_instance(), GetModuleHandleW(nullptr));
-  const std::wstring path = module_file_name();
-  EXPECT_EQ(path.substr(path.rfind(L'\\') + 1), L"platform_tests.exe");
-  EXPECT_NE(GetFileAttributesW(path.c_str()), INVALID_FILE_ATTRIBUTES);
 }
 
 }  // namespace

@@ -4,7 +4,8 @@
 
 #include <filesystem>
 
-#include "ComSupport.h"
+#include "ComPtr.h"
+#include "ComStrings.h"
 #include "Registration.h"
 #include "RegistryTree.h"
 #include "ScratchRoot.h"
@@ -31,16 +32,17 @@ class OtherLibrary {
       : path_(std::filesystem::temp_directory_path() /
               (L"zd-other-" + std::to_wstring(GetCurrentProcessId()) + L".tlb")) {
     const std::wstring path = path_.wstring();
-    ComPtr<ICreateTypeLib2> library;
-    fetch_into(library, [&](ICreateTypeLib2** out) { return CreateTypeLib2(SYS_WIN64, path.c_str(), out); });
+    base::ComPtr<ICreateTypeLib2> library;
+    base::fetch_into(library, [&](ICreateTypeLib2** out) { return CreateTypeLib2(SYS_WIN64, path.c_str(), out); });
     std::wstring name = L"Other";
     std::wstring help = L"from the registered library";
     library->SetName(name.data());
     library->SetGuid(LIBID_zdExpirationRules);
     library->SetVersion(version, 0);
     library->SetLcid(LOCALE_NEUTRAL);
-    ComPtr<ICreateTypeInfo> info;
-    fetch_into(info, [&](ICreateTypeInfo** out) { return library->CreateTypeInfo(name.data(), TKIND_INTERFACE, out); });
+    base::ComPtr<ICreateTypeInfo> info;
+    base::fetch_into(info,
+                     [&](ICreateTypeInfo** out) { return library->CreateTypeInfo(name.data(), TKIND_INTERFACE, out); });
     info->SetGuid(type);
     info->SetDocString(help.data());
     info->LayOut();
@@ -50,8 +52,8 @@ class OtherLibrary {
 
   void register_it() const {
     std::wstring path = path_.wstring();
-    ComPtr<ITypeLib> library;
-    ASSERT_EQ(fetch_into(library, [&](ITypeLib** out) { return LoadTypeLibEx(path.c_str(), REGKIND_NONE, out); }),
+    base::ComPtr<ITypeLib> library;
+    ASSERT_EQ(base::fetch_into(library, [&](ITypeLib** out) { return LoadTypeLibEx(path.c_str(), REGKIND_NONE, out); }),
               S_OK);
     ASSERT_EQ(RegisterTypeLib(library, path.data(), nullptr), S_OK);
   }
@@ -66,8 +68,8 @@ class TypeInfoTest : public testing::Test {
 };
 
 _bstr_t loaded_help_text(const TypeInfo& type) {
-  ComPtr<ITypeInfo> info;
-  EXPECT_EQ(fetch_into(info, [&](ITypeInfo** out) { return type.get(0, out); }), S_OK);
+  base::ComPtr<ITypeInfo> info;
+  EXPECT_EQ(base::fetch_into(info, [&](ITypeInfo** out) { return type.get(0, out); }), S_OK);
   return info ? help_text(info) : _bstr_t();
 }
 

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "ComSupport.h"
+#include "ComStrings.h"
 #include "ExpirationRule.h"
 #include "RandomCases.h"
 #include "StorageTest.h"

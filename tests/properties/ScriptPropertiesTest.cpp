@@ -1,9 +1,9 @@
 #include <gtest/gtest.h>
 
-#include "ComSupport.h"
+#include "ComPtr.h"
 #include "GuardedBytes.h"
 #include "ImportProbe.h"
-#include "ModuleInstance.h"
+#include "ModulePath.h"
 #include "RandomCases.h"
 #include "Registration.h"
 #include "RegistryTree.h"
@@ -30,7 +30,7 @@ constexpr std::uint8_t values[] = {0x00, 0x7F, 0x80, '\\'};
 constexpr int scripts[] = {IDR_APPID, IDR_EXPIRATION_RULE_PLUGIN};
 
 Bytes resource(int id) {
-  HMODULE module = platform::module_instance();
+  HMODULE module = base::module_instance();
   HRSRC found = FindResourceW(module, MAKEINTRESOURCEW(id), L"REGISTRY");
   const auto* start = static_cast<const std::uint8_t*>(LockResource(LoadResource(module, found)));
   return Bytes(start, start + SizeofResource(module, found));

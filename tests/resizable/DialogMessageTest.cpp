@@ -271,7 +271,7 @@ TEST_F(Erasing, TheNextMessageRestoresNoClipRegion) {
   ASSERT_TRUE(PtVisible(dc.get(), close.left + 5, close.top + 5));
   erase(dc.get());
   handles(WM_APP);
-  const platform::Region clip(CreateRectRgn(0, 0, 0, 0));
+  const base::Region clip(CreateRectRgn(0, 0, 0, 0));
   EXPECT_EQ(GetClipRgn(dc.get(), clip.get()), 1);
   EXPECT_FALSE(PtVisible(dc.get(), close.left + 5, close.top + 5));
 }

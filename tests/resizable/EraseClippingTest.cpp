@@ -18,7 +18,7 @@ ZD_IMPORT_PROBE(DeleteObject, DeleteObjectProbe);
 namespace resizable_test {
 namespace {
 
-using platform::Region;
+using base::Region;
 
 Region rect_region(const RECT& rect) { return Region(CreateRectRgnIndirect(&rect)); }
 

@@ -22,8 +22,8 @@ class SizeGrip : public testing::Test {
   }
 
   /// What of the grip's rectangle belongs to its window.
-  platform::Region region() {
-    platform::Region copy(CreateRectRgn(0, 0, 0, 0));
+  base::Region region() {
+    base::Region copy(CreateRectRgn(0, 0, 0, 0));
     region_kind = GetWindowRgn(grip.m_hWnd, copy.get());
     return copy;
   }

@@ -35,9 +35,9 @@ class MaskedGrip : public GripSize {
   /// Paints the grip by `message` over a plain colour; answers how many pixels show the colour and how many do not.
   std::array<int, 2> painted(UINT message, LPARAM flags = 0) {
     const platform::ClientDc screen(parent.get());
-    const platform::MemoryDc dc(CreateCompatibleDC(screen.get()));
+    const base::MemoryDc dc(CreateCompatibleDC(screen.get()));
     const SIZE size = grip.Size();
-    const platform::Bitmap bitmap(CreateCompatibleBitmap(screen.get(), size.cx, size.cy));
+    const base::Bitmap bitmap(CreateCompatibleBitmap(screen.get(), size.cx, size.cy));
     const platform::SelectedObject selected(dc.get(), bitmap.get());
     for (int x = 0; x < size.cx; ++x) {
       for (int y = 0; y < size.cy; ++y) SetPixel(dc.get(), x, y, behind);
@@ -66,11 +66,11 @@ TEST_F(MaskedGrip, LeavesOutTheColourOfItsTopLeftPixel) {
 TEST_F(MaskedGrip, DrawsOverBlackWhatTheSystemDraws) {
   // Where the mask lets the picture through, the colours are the system's own.
   const platform::ClientDc screen(parent.get());
-  const platform::MemoryDc dc(CreateCompatibleDC(screen.get()));
-  const platform::MemoryDc plain(CreateCompatibleDC(screen.get()));
+  const base::MemoryDc dc(CreateCompatibleDC(screen.get()));
+  const base::MemoryDc plain(CreateCompatibleDC(screen.get()));
   const SIZE size = grip.Size();
-  const platform::Bitmap bitmap(CreateCompatibleBitmap(screen.get(), size.cx, size.cy));
-  const platform::Bitmap plain_bitmap(CreateCompatibleBitmap(screen.get(), size.cx, size.cy));
+  const base::Bitmap bitmap(CreateCompatibleBitmap(screen.get(), size.cx, size.cy));
+  const base::Bitmap plain_bitmap(CreateCompatibleBitmap(screen.get(), size.cx, size.cy));
   const platform::SelectedObject selected(dc.get(), bitmap.get());
   const platform::SelectedObject plain_selected(plain.get(), plain_bitmap.get());
   send(WM_PAINT, reinterpret_cast<WPARAM>(dc.get()));

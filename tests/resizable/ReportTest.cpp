@@ -78,10 +78,10 @@ TEST_F(MisusedLayout, ReportsACallbackThatNobodyAnswers) {
 }
 
 TEST_F(MisusedLayout, ReportsAPlaceForTheEraseRegionThatIsTaken) {
-  const platform::Region taken(CreateRectRgn(0, 0, 1, 1));
+  const base::Region taken(CreateRectRgn(0, 0, 1, 1));
   HRGN region = taken.get();
   window.BuildEraseRegion(&region);
-  const platform::Region built(region);
+  const base::Region built(region);
   EXPECT_THAT(take_reports_without_lines(), ElementsAre("ASSERT m_hRgn == 0 | ResizableLayout.h:* BuildEraseRegion"));
   EXPECT_NE(built.get(), taken.get()) << "it is built all the same";
 }

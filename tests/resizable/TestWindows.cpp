@@ -1,18 +1,18 @@
 #include "TestWindows.h"
 
-#include "ModuleInstance.h"
+#include "ModulePath.h"
 #include "Owned.h"
 
 namespace resizable_test {
 
 HWND make_popup(DWORD more_style) {
   return CreateWindowExW(0, L"#32770", L"", WS_POPUP | more_style, 100, 100, 300, 200, nullptr, nullptr,
-                         platform::module_instance(), nullptr);
+                         base::module_instance(), nullptr);
 }
 
 HWND make_child(HWND parent, const wchar_t* window_class, const RECT& rect, DWORD style) {
   return CreateWindowExW(0, window_class, L"", WS_CHILD | WS_VISIBLE | style, rect.left, rect.top,
-                         rect.right - rect.left, rect.bottom - rect.top, parent, nullptr, platform::module_instance(),
+                         rect.right - rect.left, rect.bottom - rect.top, parent, nullptr, base::module_instance(),
                          nullptr);
 }
 
@@ -38,8 +38,8 @@ bool is_cut_to_triangle(HWND window) {
   const LONG width = rect.right - rect.left;
   const LONG height = rect.bottom - rect.top;
   const POINT corners[] = {{0, height}, {width, height}, {width, 0}};
-  const platform::Region triangle(CreatePolygonRgn(corners, 3, WINDING));
-  const platform::Region region(CreateRectRgn(0, 0, 0, 0));
+  const base::Region triangle(CreatePolygonRgn(corners, 3, WINDING));
+  const base::Region region(CreateRectRgn(0, 0, 0, 0));
   return GetWindowRgn(window, region.get()) != ERROR && EqualRgn(region.get(), triangle.get());
 }
 

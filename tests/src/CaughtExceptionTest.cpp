@@ -5,7 +5,7 @@
 #include <gmock/gmock.h>
 
 #include "ComObject.h"
-#include "ComSupport.h"
+#include "ComPtr.h"
 #include "ExpectedReports.h"
 #include "FakeHost.h"
 #include "ImportProbe.h"
@@ -34,13 +34,13 @@ class CaughtException : public testing::Test, public testing::WithParamInterface
   }
 
   HRESULT initialize() {
-    const test_support::DispatchPtr menu = host.main_menu();
+    const base::ComPtr<IDispatch> menu = host.main_menu();
     const _bstr_t registry_path = L"Software\\Orvane\\Test host";
     return plugin->Initialize(menu, menu, menu, host.hot_keys(), registry_path, host.storage());
   }
 
   test_support::FakeHost host;
-  platform::ComPtr<IkvPlugin> plugin;
+  base::ComPtr<IkvPlugin> plugin;
 };
 
 TEST_P(CaughtException, InInitializeIsReportedAsAnErrorAndAnsweredAsAFailure) {
@@ -70,7 +70,7 @@ TEST_P(CaughtException, InShowIsTracedAndAnsweredByItsKind) {
     GetParam().raise();
     return S_OK;
   });
-  EXPECT_EQ(GetParam().answer, platform::query<IzdExpirationRulesPlugin>(plugin)->Show(7));
+  EXPECT_EQ(GetParam().answer, base::query<IzdExpirationRulesPlugin>(plugin)->Show(7));
   EXPECT_THAT(take_reports(), ElementsAre(test_support::traced(GetParam(), source, 121, "Show")));
 }
 

@@ -4,7 +4,7 @@
 #include <cstring>
 #include <stdexcept>
 
-#include "ModuleInstance.h"
+#include "ModulePath.h"
 
 namespace editor_test {
 namespace {
@@ -76,7 +76,7 @@ TemplateControl read_control(Reader& reader) {
 }  // namespace
 
 DialogTemplate read_dialog_template(int id) {
-  HMODULE module = platform::module_instance();
+  HMODULE module = base::module_instance();
   HRSRC found = FindResourceW(module, MAKEINTRESOURCEW(id), MAKEINTRESOURCEW(5));  // RT_DIALOG
   if (!found) throw std::runtime_error("there is no such dialog");
   Reader reader(LockResource(LoadResource(module, found)));

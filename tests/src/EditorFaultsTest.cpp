@@ -23,9 +23,9 @@ constexpr long stored_id = 5;
 
 StorageBlock block_of(FakeHost& host) {
   StorageBlock block;
-  const test_support::DispatchPtr object = host.storage();
-  block.storage = platform::query<IkvStorage>(object);
-  block.rules = platform::query<IkvExpirationRuleService>(object);
+  const base::ComPtr<IDispatch> object = host.storage();
+  block.storage = base::query<IkvStorage>(object);
+  block.rules = base::query<IkvExpirationRuleService>(object);
   return block;
 }
 

@@ -1,5 +1,5 @@
 #include "EditorTest.h"
-#include "ModuleInstance.h"
+#include "ModulePath.h"
 
 namespace editor_test {
 namespace {
@@ -80,7 +80,7 @@ TEST_F(EditorMessages, AnotherMessageMapIsAnAssertion) {
 TEST_F(EditorMessages, BeforeTheDialogIsBoundGoTheDefaultWay) {
   with_editor([this](Editor& editor) {
     HWND stranger =
-        CreateWindowW(L"#32770", L"", WS_POPUP, 0, 0, 10, 10, nullptr, nullptr, platform::module_instance(), nullptr);
+        CreateWindowW(L"#32770", L"", WS_POPUP, 0, 0, 10, 10, nullptr, nullptr, base::module_instance(), nullptr);
     for (const UINT message : {WM_COMMAND, WM_VSCROLL, WM_SETFONT, WM_NCDESTROY}) {
       EXPECT_EQ(FALSE, procedure_of(editor)(stranger, message, IDOK, 0));
     }
@@ -111,7 +111,7 @@ TEST_F(EditorMessages, AfterTheLastOneGoTheDefaultWay) {
 
 TEST_F(EditorMessages, OfItsOwnerWaitUntilTheDialogIsClosed) {
   HWND owner = CreateWindowW(L"Static", L"owner", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 100, 100, nullptr, nullptr,
-                             platform::module_instance(), nullptr);
+                             base::module_instance(), nullptr);
   CEditExpirationRuleDialog dialog(&block, stored_id);
   test_support::with_dialog([&] { dialog.DoModal(owner); },
                             [&](HWND window) {

@@ -8,7 +8,7 @@
 #include "Controls.h"
 #include "DialogDriver.h"
 #include "ExpectedReports.h"
-#include "ModuleInstance.h"
+#include "ModulePath.h"
 #include "SpinControlHelper.h"
 #include "resource.h"
 
@@ -32,7 +32,7 @@ LRESULT CALLBACK call_procedure(HWND window, UINT message, WPARAM wParam, LPARAM
 HWND make_window(const Procedure& procedure) {
   WNDCLASSW window_class = {};
   window_class.lpfnWndProc = call_procedure;
-  window_class.hInstance = platform::module_instance();
+  window_class.hInstance = base::module_instance();
   window_class.lpszClassName = L"SpinControlHelperTest";
   RegisterClassW(&window_class);
   HWND window = CreateWindowW(window_class.lpszClassName, L"", WS_OVERLAPPEDWINDOW, 0, 0, 200, 100, nullptr, nullptr,
@@ -69,7 +69,7 @@ class SpinControl : public testing::Test {
   ~SpinControl() override { DestroyWindow(parent_); }
 
   HWND child(const wchar_t* class_name, DWORD style) {
-    return CreateWindowW(class_name, L"", style, 0, 0, 50, 20, parent_, nullptr, platform::module_instance(), nullptr);
+    return CreateWindowW(class_name, L"", style, 0, 0, 50, 20, parent_, nullptr, base::module_instance(), nullptr);
   }
 
   platform::CWindow combo() { return platform::CWindow(child(L"COMBOBOX", WS_CHILD | CBS_DROPDOWNLIST)); }

@@ -1,3 +1,4 @@
+#include "ComStrings.h"
 #include "StorageTest.h"
 #include "zdStorageGetFieldHelper.h"
 

@@ -16,11 +16,11 @@ using test_support::HostRow;
 class StorageTest : public testing::Test {
  protected:
   StorageTest() {
-    const test_support::DispatchPtr object = host.storage();
-    block.storage = platform::query<IkvStorage>(object);
-    block.session = platform::query<IkvStorageSession>(object);
-    block.symbol_sources = platform::query<IkvSymbolSourceService>(object);
-    block.rules = platform::query<IkvExpirationRuleService>(object);
+    const base::ComPtr<IDispatch> object = host.storage();
+    block.storage = base::query<IkvStorage>(object);
+    block.session = base::query<IkvStorageSession>(object);
+    block.symbol_sources = base::query<IkvSymbolSourceService>(object);
+    block.rules = base::query<IkvExpirationRuleService>(object);
   }
 
   IkvTablePtr table(std::vector<HostRow> rows) { return {host.table(std::move(rows)), false}; }

@@ -1,6 +1,5 @@
 #include "ChildProcess.h"
 
-#include <filesystem>
 #include <iostream>
 #include <stdexcept>
 #include <thread>
@@ -25,28 +24,20 @@ std::string read_all(HANDLE pipe) {
 }  // namespace
 
 StartedProgram::StartedProgram(const std::wstring& program, const std::wstring& arguments) {
-  HANDLE output_end = nullptr;
+  base::KernelHandle output_end;
   SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
-  if (!CreatePipe(&output_, &output_end, &inherited, 0)) throw std::runtime_error("no pipe for a child process");
-  SetHandleInformation(output_, HANDLE_FLAG_INHERIT, 0);
+  if (!CreatePipe(output_.put(), output_end.put(), &inherited, 0))
+    throw std::runtime_error("no pipe for a child process");
+  SetHandleInformation(output_.get(), HANDLE_FLAG_INHERIT, 0);
 
   const std::wstring command_line = L'"' + program + L"\" " + arguments;
-  bool runs = start(command_line, output_end);
+  bool runs = start(command_line, output_end.get());
   // One start in thousands fails so on the test platform, before anything of the program runs.
   if (!runs && GetLastError() == ERROR_INTERNAL_ERROR) {
     std::cout << "a child process did not start and is started again\n";
-    runs = start(command_line, output_end);
+    runs = start(command_line, output_end.get());
   }
-  const DWORD error = GetLastError();
-  CloseHandle(output_end);
-  if (runs) return;
-  CloseHandle(output_);
-  throw std::runtime_error("a child process does not start, error " + std::to_string(error));
-}
-
-StartedProgram::~StartedProgram() {
-  CloseHandle(output_);
-  CloseHandle(process_);
+  if (!runs) throw std::runtime_error("a child process does not start, error " + std::to_string(GetLastError()));
 }
 
 bool StartedProgram::start(const std::wstring& command_line, HANDLE output_end) {
@@ -62,7 +53,7 @@ bool StartedProgram::start(const std::wstring& command_line, HANDLE output_end) 
   if (!CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup, &started))
     return false;
   CloseHandle(started.hThread);
-  process_ = started.hProcess;
+  process_.reset(started.hProcess);
   return true;
 }
 
@@ -82,12 +73,6 @@ ChildResult ChildProcess::wait(DWORD limit_ms) {
 
 ChildResult run_child(const std::wstring& program, const std::vector<std::wstring>& arguments) {
   return ChildProcess(program, arguments).wait();
-}
-
-std::wstring program_folder() {
-  wchar_t program[32768] = {};
-  GetModuleFileNameW(nullptr, program, ARRAYSIZE(program));
-  return std::filesystem::path(program).parent_path();
 }
 
 }  // namespace test_support

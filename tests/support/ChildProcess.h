@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "Owned.h"
+
 namespace test_support {
 
 /// What became of a child process.
@@ -21,20 +23,17 @@ class StartedProgram {
   /// Starts a program with what follows its name on the command line. Its standard input and error are this process's.
   /// Throws `std::runtime_error` when it cannot be started.
   StartedProgram(const std::wstring& program, const std::wstring& arguments);
-  ~StartedProgram();
-  StartedProgram(const StartedProgram&) = delete;
-  StartedProgram& operator=(const StartedProgram&) = delete;
 
-  HANDLE process() const { return process_; }
-  HANDLE output() const { return output_; }
-  DWORD id() const { return GetProcessId(process_); }
+  HANDLE process() const { return process_.get(); }
+  HANDLE output() const { return output_.get(); }
+  DWORD id() const { return GetProcessId(process_.get()); }
 
  private:
   /// Answers whether the program runs, which writes to `output_end`.
   bool start(const std::wstring& command_line, HANDLE output_end);
 
-  HANDLE process_ = nullptr;
-  HANDLE output_ = nullptr;
+  base::KernelHandle process_;
+  base::KernelHandle output_;
 };
 
 /// A running child process.
@@ -55,8 +54,5 @@ class ChildProcess {
 
 /// Starts a program and waits for it.
 ChildResult run_child(const std::wstring& program, const std::vector<std::wstring>& arguments);
-
-/// The folder of the running program, without a backslash at its end.
-std::wstring program_folder();
 
 }  // namespace test_support

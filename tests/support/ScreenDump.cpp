@@ -4,18 +4,12 @@
 
 #include <string>
 
+#include "TextEncoding.h"
+
 namespace test_support {
 namespace {
 
 constexpr UINT answer_time_ms = 200;
-
-std::string to_utf8(const wchar_t* text) {
-  const int size = WideCharToMultiByte(CP_UTF8, 0, text, -1, nullptr, 0, nullptr, nullptr);
-  if (size <= 1) return {};
-  std::string utf8(static_cast<size_t>(size) - 1, '\0');
-  WideCharToMultiByte(CP_UTF8, 0, text, -1, utf8.data(), size, nullptr, nullptr);
-  return utf8;
-}
 
 /// The text as the window tells it; when its thread does not answer, as the system remembers it.
 std::string text_of(HWND window) {
@@ -25,13 +19,13 @@ std::string text_of(HWND window) {
                            SMTO_ABORTIFHUNG | SMTO_BLOCK, answer_time_ms, &length)) {
     InternalGetWindowText(window, text, ARRAYSIZE(text));
   }
-  return to_utf8(text);
+  return base::to_utf8(text);
 }
 
 std::string class_of(HWND window) {
   wchar_t name[256] = L"";
   GetClassNameW(window, name, ARRAYSIZE(name));
-  return to_utf8(name);
+  return base::to_utf8(name);
 }
 
 void dump_window(HWND window, const char* indent, std::FILE* out) {

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "ModulePath.h"
 #include "StoreMessages.h"
 #include "Texts.h"
 #include "UserSettings.h"
@@ -61,16 +62,16 @@ void Application::load_plugin(const std::filesystem::path& module) {
 HRESULT Application::initialize_plugin() {
   const ScopedFlag calling(calling_plugin_);
   return plugin_->initialize(
-      {.main_menu = ComPtr<IDispatch>(menu_->make_dispatch(), false),
-       .hot_keys = ComPtr<IDispatch>(hot_keys_->make_dispatch(), false),
-       .storage = ComPtr<IDispatch>(create_storage_object(store_, store_failure_listener()), false),
+      {.main_menu = base::ComPtr<IDispatch>(menu_->make_dispatch(), false),
+       .hot_keys = base::ComPtr<IDispatch>(hot_keys_->make_dispatch(), false),
+       .storage = base::ComPtr<IDispatch>(create_storage_object(store_, store_failure_listener()), false),
        .registry_path = settings_path()});
 }
 
 void Application::run(long shown_rule) {
   if (shown_rule != 0) window_.post([this, shown_rule] { open_rule(shown_rule); });
   ShowWindow(window_.handle(), SW_SHOWDEFAULT);
-  HACCEL own_keys = LoadAcceleratorsW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(IDR_ACCELERATORS));
+  HACCEL own_keys = LoadAcceleratorsW(base::module_instance(), MAKEINTRESOURCEW(IDR_ACCELERATORS));
   MSG message{};
   while (GetMessageW(&message, nullptr, 0, 0) > 0) {
     if (TranslateAcceleratorW(window_.handle(), own_keys, &message)) continue;

@@ -3,8 +3,8 @@
 #include <shellapi.h>
 
 #include <cwchar>
-#include <memory>
 
+#include "Owned.h"
 #include "resource.h"
 
 namespace workbench {
@@ -63,10 +63,6 @@ void read_argument(Arguments& arguments, CommandLine& line) {
   }
 }
 
-struct LocalMemoryRelease {
-  void operator()(wchar_t** memory) const noexcept { LocalFree(memory); }
-};
-
 }  // namespace
 
 CommandLine parse_command_line(std::span<const std::wstring> arguments) {
@@ -78,7 +74,7 @@ CommandLine parse_command_line(std::span<const std::wstring> arguments) {
 
 std::vector<std::wstring> process_arguments() {
   int count = 0;
-  const std::unique_ptr<wchar_t*, LocalMemoryRelease> arguments(CommandLineToArgvW(GetCommandLineW(), &count));
+  const base::OwnedBy<wchar_t**, &LocalFree> arguments(CommandLineToArgvW(GetCommandLineW(), &count));
   if (!arguments || count < 1) return {};
   return {arguments.get() + 1, arguments.get() + count};
 }

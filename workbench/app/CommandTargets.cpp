@@ -39,7 +39,7 @@ HRESULT do_command(IDispatch& target, long id) noexcept {
 
 }  // namespace
 
-long CommandTargets::add(ComPtr<IDispatch> target) {
+long CommandTargets::add(base::ComPtr<IDispatch> target) {
   if (next_id_ > last_id) throw std::length_error("every plug-in command id is in use");
   targets_.emplace(next_id_, std::move(target));
   return next_id_++;
@@ -50,7 +50,7 @@ void CommandTargets::remove(long id) noexcept { targets_.extract(id); }
 HRESULT CommandTargets::run(long id) noexcept {
   const auto command = targets_.find(id);
   if (command == targets_.end()) return DISP_E_BADINDEX;
-  const ComPtr<IDispatch> target = command->second;
+  const base::ComPtr<IDispatch> target = command->second;
   return do_command(*target.GetInterfacePtr(), id);
 }
 

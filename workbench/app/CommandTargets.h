@@ -16,7 +16,7 @@ class CommandTargets {
   static constexpr long last_id = 0xEFFF;
 
   /// Keeps a reference on `target`. Answers the new command's id; throws `std::length_error` when no id is left.
-  long add(ComPtr<IDispatch> target);
+  long add(base::ComPtr<IDispatch> target);
 
   void remove(long id) noexcept;
 
@@ -29,7 +29,7 @@ class CommandTargets {
   void clear() noexcept;
 
  private:
-  std::map<long, ComPtr<IDispatch>> targets_;
+  std::map<long, base::ComPtr<IDispatch>> targets_;
   long next_id_ = first_id;
 };
 

@@ -4,6 +4,8 @@
 
 #include <string>
 
+#include "TextEncoding.h"
+
 namespace workbench {
 
 namespace {
@@ -13,14 +15,6 @@ HANDLE standard_handle(DWORD which) {
   HANDLE handle = GetStdHandle(which);
   if (handle || !AttachConsole(ATTACH_PARENT_PROCESS)) return handle;
   return GetStdHandle(which);
-}
-
-std::string to_utf8(std::wstring_view text) {
-  const int length = static_cast<int>(text.size());
-  const int size = WideCharToMultiByte(CP_UTF8, 0, text.data(), length, nullptr, 0, nullptr, nullptr);
-  std::string bytes(static_cast<size_t>(size), '\0');
-  WideCharToMultiByte(CP_UTF8, 0, text.data(), length, bytes.data(), size, nullptr, nullptr);
-  return bytes;
 }
 
 bool write_bytes(HANDLE file, std::string_view bytes) {
@@ -37,7 +31,7 @@ bool write(DWORD which, std::wstring_view text) {
   HANDLE handle = standard_handle(which);
   if (!handle || handle == INVALID_HANDLE_VALUE) return false;
   DWORD mode = 0;
-  if (!GetConsoleMode(handle, &mode)) return write_bytes(handle, to_utf8(text));
+  if (!GetConsoleMode(handle, &mode)) return write_bytes(handle, base::to_utf8(text));
   return WriteConsoleW(handle, text.data(), static_cast<DWORD>(text.size()), nullptr, nullptr);
 }
 

@@ -73,7 +73,7 @@ long HotKeys::add(long flags, long key, IDispatch* target) {
   const long id = targets_.add(target);
   added.cmd = static_cast<WORD>(id);
   place = added;
-  OwnedAccelerators table(CreateAcceleratorTableW(keys.data(), static_cast<int>(keys.size())));
+  base::AcceleratorTable table(CreateAcceleratorTableW(keys.data(), static_cast<int>(keys.size())));
   if (!table) {
     targets_.remove(id);
     throw _com_error(E_OUTOFMEMORY);

@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "CommandTargets.h"
-#include "Handles.h"
 #include "HostMenu.h"
+#include "Owned.h"
 
 namespace workbench {
 
@@ -31,7 +31,7 @@ class HotKeys : public std::enable_shared_from_this<HotKeys> {
  private:
   CommandTargets& targets_;
   std::vector<ACCEL> keys_;
-  OwnedAccelerators table_;
+  base::AcceleratorTable table_;
 };
 
 }  // namespace workbench

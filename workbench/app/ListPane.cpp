@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "ModulePath.h"
 #include "Texts.h"
 
 namespace workbench {
@@ -15,7 +16,7 @@ constexpr DWORD list_extended_style = LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER
 
 HWND create_child(HWND parent, UINT id, const wchar_t* window_class, DWORD style, const std::wstring& text) {
   return CreateWindowExW(0, window_class, text.c_str(), style, 0, 0, 0, 0, parent,
-                         reinterpret_cast<HMENU>(static_cast<UINT_PTR>(id)), GetModuleHandleW(nullptr), nullptr);
+                         reinterpret_cast<HMENU>(static_cast<UINT_PTR>(id)), base::module_instance(), nullptr);
 }
 
 bool starts_with(const std::wstring& text, const std::wstring& beginning) {

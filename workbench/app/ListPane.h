@@ -6,8 +6,6 @@
 #include <span>
 #include <string>
 
-#include "Handles.h"
-
 namespace workbench {
 
 /// One column of a list.

@@ -4,8 +4,8 @@
 #include <utility>
 
 #include "DispatchObject.h"
-#include "Errors.h"
-#include "Handles.h"
+#include "Hresult.h"
+#include "Owned.h"
 
 namespace workbench {
 
@@ -103,22 +103,22 @@ HMENU MainMenu::find_submenu(const std::wstring& caption) const {
 }
 
 HMENU MainMenu::add_submenu(const std::wstring& caption, const std::wstring& hint) {
-  OwnedMenu submenu(CreatePopupMenu());
-  if (!submenu) throw_last_error();
+  base::Menu submenu(CreatePopupMenu());
+  if (!submenu) base::throw_last_failure();
   const int position = std::max(GetMenuItemCount(bar_) - trailing_, 0);
   hints_[submenu.get()] = hint;
   if (!InsertMenuW(bar_, static_cast<UINT>(position), MF_BYPOSITION | MF_POPUP,
                    reinterpret_cast<UINT_PTR>(submenu.get()), caption.c_str()))
-    throw_last_error();
+    base::throw_last_failure();
   changed_();
-  return submenu.release();
+  return submenu.detach();
 }
 
 long MainMenu::add_command(HMENU submenu, const std::wstring& caption, IDispatch* target) {
   const long id = targets_.add(target);
   if (!AppendMenuW(submenu, MF_STRING, static_cast<UINT_PTR>(id), caption.c_str())) {
     targets_.remove(id);
-    throw_last_error();
+    base::throw_last_failure();
   }
   changed_();
   return id;

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "CommandTargets.h"
+#include "ModulePath.h"
 #include "Texts.h"
 #include "resource.h"
 
@@ -20,15 +21,15 @@ constexpr UINT clock_period_ms = 1000;
 constexpr SIZE first_size{860, 640};  // at 96 dpi
 
 HICON load_icon() {
-  return static_cast<HICON>(LoadImageW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(IDI_WORKBENCH), IMAGE_ICON, 0, 0,
+  return static_cast<HICON>(LoadImageW(base::module_instance(), MAKEINTRESOURCEW(IDI_WORKBENCH), IMAGE_ICON, 0, 0,
                                        LR_DEFAULTSIZE | LR_SHARED));
 }
 
-OwnedFont message_font(int dpi) {
+base::Font message_font(int dpi) {
   NONCLIENTMETRICSW metrics{};
   metrics.cbSize = sizeof(metrics);
   SystemParametersInfoForDpi(SPI_GETNONCLIENTMETRICS, sizeof(metrics), &metrics, 0, static_cast<UINT>(dpi));
-  return OwnedFont(CreateFontIndirectW(&metrics.lfMessageFont));
+  return base::Font(CreateFontIndirectW(&metrics.lfMessageFont));
 }
 
 POINT point_of(LPARAM lparam) { return {GET_X_LPARAM(lparam), GET_Y_LPARAM(lparam)}; }
@@ -43,11 +44,11 @@ HDWP defer(HDWP batch, HWND window, const RECT& place) {
 }  // namespace
 
 MainWindow::MainWindow(MainWindowEvents events) : events_(std::move(events)) {
-  OwnedMenu menu(LoadMenuW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(IDR_MAIN_MENU)));
+  base::Menu menu(LoadMenuW(base::module_instance(), MAKEINTRESOURCEW(IDR_MAIN_MENU)));
   create({.class_name = class_name,
           .title = text(IDS_TITLE).c_str(),
           .style = WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN,
-          .menu = menu.release(),
+          .menu = menu.detach(),
           .icon = load_icon(),
           .cursor = LoadCursorW(nullptr, IDC_ARROW)});
   move_to_first_place();
@@ -242,7 +243,7 @@ LRESULT MainWindow::on_close() {
 
 void MainWindow::use_resolution(int dpi) {
   dpi_ = dpi;
-  OwnedFont font = message_font(dpi);
+  base::Font font = message_font(dpi);
   rules_->use_font(font.get(), dpi);
   settings_->use_font(font.get(), dpi);
   status_->use_font(font.get());

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "FrameGeometry.h"
-#include "Handles.h"
+#include "Owned.h"
 #include "RulesPane.h"
 #include "SettingsPane.h"
 #include "StatusBar.h"
@@ -74,7 +74,7 @@ class MainWindow final : public Window {
   std::optional<RulesPane> rules_;
   std::optional<SettingsPane> settings_;
   std::optional<StatusBar> status_;
-  OwnedFont font_;
+  base::Font font_;
   int dpi_ = USER_DEFAULT_SCREEN_DPI;
   double split_ = 0.6;
   std::optional<LONG> drag_offset_;  ///< from the splitter's top to the cursor while it is dragged

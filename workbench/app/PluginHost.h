@@ -12,9 +12,9 @@ namespace workbench {
 
 /// What a plug-in gets from its host when it is initialised.
 struct HostServices {
-  ComPtr<IDispatch> main_menu;
-  ComPtr<IDispatch> hot_keys;
-  ComPtr<IDispatch> storage;
+  base::ComPtr<IDispatch> main_menu;
+  base::ComPtr<IDispatch> hot_keys;
+  base::ComPtr<IDispatch> storage;
   std::wstring registry_path;  ///< under the current user
 };
 
@@ -36,7 +36,7 @@ class PluginHost {
 
  private:
   std::unique_ptr<PluginModule> module_;
-  ComPtr<IkvPlugin> plugin_;
+  base::ComPtr<IkvPlugin> plugin_;
 };
 
 }  // namespace workbench

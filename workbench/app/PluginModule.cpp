@@ -1,6 +1,6 @@
 #include "PluginModule.h"
 
-#include "Errors.h"
+#include "Hresult.h"
 
 namespace workbench {
 
@@ -18,7 +18,7 @@ Function find_export(HMODULE library, const char* name) {
 
 PluginModule::PluginModule(const std::filesystem::path& file)
     : library_(LoadLibraryExW(std::filesystem::absolute(file).c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH)) {
-  if (!library_) throw_last_error();
+  if (!library_) base::throw_last_failure();
 }
 
 PluginModule::~PluginModule() {
@@ -26,22 +26,22 @@ PluginModule::~PluginModule() {
   if (can_unload && can_unload() == S_OK) FreeLibrary(library_);
 }
 
-ComPtr<IkvPlugin> PluginModule::create_plugin() const {
+base::ComPtr<IkvPlugin> PluginModule::create_plugin() const {
   const auto get_class_object = find_export<GetClassObjectFunction>(library_, "DllGetClassObject");
-  if (!get_class_object) throw_last_error();
-  ComPtr<IClassFactory> factory;
-  throw_if_failed(
+  if (!get_class_object) base::throw_last_failure();
+  base::ComPtr<IClassFactory> factory;
+  base::throw_if_failed(
       get_class_object(__uuidof(CzdExpirationRulePlugin), __uuidof(IClassFactory), reinterpret_cast<void**>(&factory)));
-  ComPtr<IkvPlugin> plugin;
-  throw_if_failed(factory->CreateInstance(nullptr, __uuidof(IkvPlugin), reinterpret_cast<void**>(&plugin)));
+  base::ComPtr<IkvPlugin> plugin;
+  base::throw_if_failed(factory->CreateInstance(nullptr, __uuidof(IkvPlugin), reinterpret_cast<void**>(&plugin)));
   return plugin;
 }
 
-ComPtr<IkvPlugin> create_registered_plugin() {
-  ComPtr<IkvPlugin> plugin;
+base::ComPtr<IkvPlugin> create_registered_plugin() {
+  base::ComPtr<IkvPlugin> plugin;
   const HRESULT created = CoCreateInstance(__uuidof(CzdExpirationRulePlugin), nullptr, CLSCTX_INPROC_SERVER,
                                            __uuidof(IkvPlugin), reinterpret_cast<void**>(&plugin));
-  if (created != REGDB_E_CLASSNOTREG) throw_if_failed(created);
+  if (created != REGDB_E_CLASSNOTREG) base::throw_if_failed(created);
   return plugin;
 }
 

@@ -21,13 +21,13 @@ class PluginModule {
   ~PluginModule();
 
   /// A new plug-in from the library's class object, registered or not. Throws `_com_error`.
-  ComPtr<IkvPlugin> create_plugin() const;
+  base::ComPtr<IkvPlugin> create_plugin() const;
 
  private:
   HMODULE library_;
 };
 
 /// A new plug-in of the registered class; null when none is registered. Throws `_com_error` for any other failure.
-ComPtr<IkvPlugin> create_registered_plugin();
+base::ComPtr<IkvPlugin> create_registered_plugin();
 
 }  // namespace workbench

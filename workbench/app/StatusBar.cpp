@@ -3,6 +3,7 @@
 #include <commctrl.h>
 
 #include "FrameGeometry.h"
+#include "ModulePath.h"
 #include "Texts.h"
 #include "resource.h"
 
@@ -16,8 +17,7 @@ enum Part { message_part, count_part, store_part };
 
 StatusBar::StatusBar(HWND parent, UINT id)
     : handle_(CreateWindowExW(0, STATUSCLASSNAMEW, nullptr, WS_CHILD | WS_VISIBLE | SBARS_SIZEGRIP, 0, 0, 0, 0, parent,
-                              reinterpret_cast<HMENU>(static_cast<UINT_PTR>(id)), GetModuleHandleW(nullptr), nullptr)) {
-}
+                              reinterpret_cast<HMENU>(static_cast<UINT_PTR>(id)), base::module_instance(), nullptr)) {}
 
 void StatusBar::use_font(HFONT font) { SendMessageW(handle_, WM_SETFONT, reinterpret_cast<WPARAM>(font), TRUE); }
 

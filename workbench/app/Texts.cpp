@@ -1,24 +1,22 @@
 #include "Texts.h"
 
 #include <cwchar>
-#include <memory>
 
+#include "ModulePath.h"
+#include "Owned.h"
 #include "resource.h"
 
 namespace workbench {
 
 namespace {
 
-struct LocalMemoryRelease {
-  void operator()(wchar_t* memory) const noexcept { LocalFree(memory); }
-};
-
-using SystemText = std::unique_ptr<wchar_t, LocalMemoryRelease>;
+using SystemText = base::OwnedBy<wchar_t*, &LocalFree>;
 
 SystemText format_message(DWORD flags, const wchar_t* source, DWORD id, va_list* inserts) {
-  wchar_t* made = nullptr;
-  FormatMessageW(flags | FORMAT_MESSAGE_ALLOCATE_BUFFER, source, id, 0, reinterpret_cast<wchar_t*>(&made), 0, inserts);
-  return SystemText(made);
+  SystemText formatted;
+  FormatMessageW(flags | FORMAT_MESSAGE_ALLOCATE_BUFFER, source, id, 0, reinterpret_cast<wchar_t*>(formatted.put()), 0,
+                 inserts);
+  return formatted;
 }
 
 std::wstring without_line_end(std::wstring line) {
@@ -30,7 +28,7 @@ std::wstring without_line_end(std::wstring line) {
 
 std::wstring text(UINT id) {
   const wchar_t* resource = nullptr;
-  const int length = LoadStringW(GetModuleHandleW(nullptr), id, reinterpret_cast<wchar_t*>(&resource), 0);
+  const int length = LoadStringW(base::module_instance(), id, reinterpret_cast<wchar_t*>(&resource), 0);
   return length > 0 ? std::wstring(resource, static_cast<size_t>(length)) : std::wstring();
 }
 

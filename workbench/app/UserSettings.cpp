@@ -5,10 +5,8 @@
 #include <comdef.h>
 #include <shlobj.h>
 
-#include <memory>
-
-#include "Errors.h"
-#include "Handles.h"
+#include "Hresult.h"
+#include "Owned.h"
 #include "ZdVersion.h"
 #include "resource.h"
 
@@ -19,26 +17,19 @@ namespace {
 #define WB_WIDE_TEXT(text) L##text
 #define WB_WIDE(text) WB_WIDE_TEXT(text)
 
-struct TaskMemoryRelease {
-  void operator()(wchar_t* memory) const noexcept { CoTaskMemFree(memory); }
-};
-
 }  // namespace
 
 std::wstring settings_path() { return L"SOFTWARE\\" WB_WIDE(WB_COMPANY) L"\\" WB_WIDE(WB_PRODUCT); }
 
 void make_settings_key() noexcept {
-  HKEY key = nullptr;
-  RegCreateKeyExW(HKEY_CURRENT_USER, settings_path().c_str(), 0, nullptr, 0, KEY_WRITE, nullptr, &key, nullptr);
-  const OwnedKey owner(key);
+  base::RegistryKey key;
+  RegCreateKeyExW(HKEY_CURRENT_USER, settings_path().c_str(), 0, nullptr, 0, KEY_WRITE, nullptr, key.put(), nullptr);
 }
 
 std::filesystem::path default_store() {
-  wchar_t* folder = nullptr;
-  const HRESULT found = SHGetKnownFolderPath(FOLDERID_LocalAppData, 0, nullptr, &folder);
-  const std::unique_ptr<wchar_t, TaskMemoryRelease> owner(folder);
-  throw_if_failed(found);
-  return std::filesystem::path(folder) / WB_WIDE(WB_COMPANY) / WB_WIDE(WB_PRODUCT) / L"rules.db";
+  base::OwnedBy<wchar_t*, &CoTaskMemFree> folder;
+  base::throw_if_failed(SHGetKnownFolderPath(FOLDERID_LocalAppData, 0, nullptr, folder.put()));
+  return std::filesystem::path(folder.get()) / WB_WIDE(WB_COMPANY) / WB_WIDE(WB_PRODUCT) / L"rules.db";
 }
 
 std::wstring program_version() { return WB_WIDE(ZD_VERSION); }

@@ -1,6 +1,7 @@
 #include "Window.h"
 
-#include "Errors.h"
+#include "Hresult.h"
+#include "ModulePath.h"
 
 namespace workbench {
 
@@ -27,15 +28,15 @@ void Window::create(const WindowTemplate& window) {
   WNDCLASSEXW window_class{};
   window_class.cbSize = sizeof(window_class);
   window_class.lpfnWndProc = &procedure;
-  window_class.hInstance = GetModuleHandleW(nullptr);
+  window_class.hInstance = base::module_instance();
   window_class.hIcon = window.icon;
   window_class.hCursor = window.cursor;
   window_class.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_3DFACE + 1);
   window_class.lpszClassName = window.class_name;
-  if (!RegisterClassExW(&window_class) && GetLastError() != ERROR_CLASS_ALREADY_EXISTS) throw_last_error();
+  if (!RegisterClassExW(&window_class) && GetLastError() != ERROR_CLASS_ALREADY_EXISTS) base::throw_last_failure();
   if (!CreateWindowExW(0, window.class_name, window.title, window.style, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT,
                        CW_USEDEFAULT, nullptr, window.menu, window_class.hInstance, this))
-    throw_last_error();
+    base::throw_last_failure();
 }
 
 LRESULT CALLBACK Window::procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) noexcept {

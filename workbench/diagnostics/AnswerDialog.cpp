@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include "ModulePath.h"
 #include "SnagtrapResource.h"
 #include "Texts.h"
 
@@ -54,7 +55,7 @@ bool can_show_windows() noexcept {
 }
 
 UserAnswer ask_user(const ReportText& text) noexcept {
-  const INT_PTR answer = DialogBoxParamW(own_module(), MAKEINTRESOURCEW(IDD_ANSWER), GetActiveWindow(),
+  const INT_PTR answer = DialogBoxParamW(base::module_instance(), MAKEINTRESOURCEW(IDD_ANSWER), GetActiveWindow(),
                                          dialog_procedure, reinterpret_cast<LPARAM>(&text));
   return answer > 0 ? static_cast<UserAnswer>(answer) : UserAnswer::ignore;
 }

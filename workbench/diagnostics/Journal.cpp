@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "Json.h"
+#include "ModulePath.h"
 
 namespace snagtrap {
 
@@ -22,7 +23,7 @@ std::wstring now() {
 
 std::wstring program_name() {
   wchar_t path[1024] = {};
-  const std::wstring_view name(path, GetModuleFileNameW(nullptr, path, 1024));
+  const std::wstring_view name = base::module_file_name(nullptr, path);
   return std::wstring(name.substr(name.rfind(L'\\') + 1));
 }
 

@@ -4,6 +4,8 @@
 #include <cstdio>
 #include <nlohmann/json.hpp>
 
+#include "TextEncoding.h"
+
 namespace snagtrap {
 
 namespace {
@@ -12,14 +14,6 @@ using nlohmann::json;
 
 /// Records can hold each other in a circle; nobody reads deeper than this.
 constexpr int deepest_record = 8;
-
-std::string to_utf8(std::wstring_view text) {
-  const int length = static_cast<int>(text.size());
-  const int size = WideCharToMultiByte(CP_UTF8, 0, text.data(), length, nullptr, 0, nullptr, nullptr);
-  std::string bytes(static_cast<std::size_t>(size), '\0');
-  WideCharToMultiByte(CP_UTF8, 0, text.data(), length, bytes.data(), size, nullptr, nullptr);
-  return bytes;
-}
 
 std::string dump(const json& value) { return value.dump(-1, ' ', false, json::error_handler_t::replace); }
 
@@ -115,7 +109,7 @@ std::string fields_json(const Record& record, std::size_t text_limit, int depth)
 
 std::string text_json(std::wstring_view text, std::size_t limit) {
   const bool cut = text.size() > limit;
-  std::string utf8 = to_utf8(text.substr(0, limit));
+  std::string utf8 = base::to_utf8(text.substr(0, limit));
   if (cut) utf8 += "...";
   return dump(json(std::move(utf8)));
 }

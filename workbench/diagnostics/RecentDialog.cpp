@@ -4,6 +4,7 @@
 #include <shellapi.h>
 
 #include "IgnoredPlaces.h"
+#include "ModulePath.h"
 #include "SnagtrapResource.h"
 #include "Texts.h"
 
@@ -73,7 +74,7 @@ INT_PTR CALLBACK dialog_procedure(HWND dialog, UINT message, WPARAM wparam, LPAR
 
 void show_recent_reports(const std::wstring& log_path, const std::wstring& recent_lines) noexcept {
   const Content content{log_path, recent_lines};
-  DialogBoxParamW(own_module(), MAKEINTRESOURCEW(IDD_RECENT), GetActiveWindow(), dialog_procedure,
+  DialogBoxParamW(base::module_instance(), MAKEINTRESOURCEW(IDD_RECENT), GetActiveWindow(), dialog_procedure,
                   reinterpret_cast<LPARAM>(&content));
 }
 

@@ -4,6 +4,8 @@
 
 #include <string>
 
+#include "Hresult.h"
+#include "ModulePath.h"
 #include "SnagtrapResource.h"
 #include "SnagtrapUtil.h"
 #include "Texts.h"
@@ -26,11 +28,10 @@ bool is_narrow(const std::wstring& text) noexcept {
 
 /// Empty when no form of the path can be written.
 std::wstring registrable_path() {
-  wchar_t path[32768] = {};
-  if (GetModuleFileNameW(own_module(), path, 32768) == 0) return {};
+  const std::wstring path = base::module_file_name();
   if (is_narrow(path)) return path;
   wchar_t short_path[32768] = {};
-  const DWORD length = GetShortPathNameW(path, short_path, 32768);
+  const DWORD length = GetShortPathNameW(path.c_str(), short_path, 32768);
   return length != 0 && length < 32768 && is_narrow(short_path) ? short_path : L"";
 }
 
@@ -48,12 +49,12 @@ HRESULT register_library() {
   LSTATUS written = write_text(class_key(), nullptr, load_text(IDS_CLASS_NAME));
   if (written == ERROR_SUCCESS) written = write_text(server_key, nullptr, path);
   if (written == ERROR_SUCCESS) written = write_text(server_key, L"ThreadingModel", L"Both");
-  return HRESULT_FROM_WIN32(written);
+  return base::hresult_from_status(written);
 }
 
 HRESULT unregister_library() {
   const LSTATUS removed = RegDeleteTreeW(HKEY_CLASSES_ROOT, class_key().c_str());
-  return removed == ERROR_FILE_NOT_FOUND ? S_OK : HRESULT_FROM_WIN32(removed);
+  return removed == ERROR_FILE_NOT_FOUND ? S_OK : base::hresult_from_status(removed);
 }
 
 }  // namespace snagtrap

@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <cstdio>
 
+#include "Hresult.h"
+
 namespace snagtrap {
 
 namespace {
@@ -30,14 +32,9 @@ class ScopedMutex {
   bool held() const noexcept { return held_; }
 
  private:
-  UniqueHandle mutex_;
+  base::KernelHandle mutex_;
   bool held_ = false;
 };
-
-HRESULT last_failure() noexcept {
-  const DWORD error = GetLastError();
-  return error != ERROR_SUCCESS ? HRESULT_FROM_WIN32(error) : E_FAIL;
-}
 
 std::wstring full_path(const std::wstring& path) {
   std::wstring full(GetFullPathNameW(path.c_str(), 0, nullptr, nullptr), L'\0');
@@ -81,14 +78,14 @@ ReportLog::ReportLog(const std::wstring& directory, Bounds bounds)
 
 HRESULT ReportLog::append(std::string_view line, bool to_disk) const {
   const ScopedMutex turn(mutex_name_);
-  UniqueHandle file = open_for_append();
-  if (!file) return last_failure();
+  base::FileHandle file = open_for_append();
+  if (!file) return base::last_failure();
   ULONGLONG size = size_of(file.get());
   if (turn.held() && size != 0 && size + line.size() + 1 > bounds_.max_bytes) {
     file.reset();
     rotate();
     file = open_for_append();
-    if (!file) return last_failure();
+    if (!file) return base::last_failure();
     size = size_of(file.get());
   }
   if (size + line.size() > 2ull * bounds_.max_bytes) return HRESULT_FROM_WIN32(ERROR_FILE_TOO_LARGE);
@@ -97,9 +94,10 @@ HRESULT ReportLog::append(std::string_view line, bool to_disk) const {
   bytes += line;
   bytes += '\n';
   DWORD written = 0;
-  if (!WriteFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr)) return last_failure();
+  if (!WriteFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr))
+    return base::last_failure();
   if (written != bytes.size()) return HRESULT_FROM_WIN32(ERROR_DISK_FULL);
-  if (to_disk && !FlushFileBuffers(file.get())) return last_failure();
+  if (to_disk && !FlushFileBuffers(file.get())) return base::last_failure();
   return S_OK;
 }
 
@@ -110,7 +108,7 @@ HRESULT ReportLog::put_aside() const {
 }
 
 std::string ReportLog::tail(DWORD max_bytes) const {
-  const UniqueHandle file = own_file(
+  const base::FileHandle file(
       CreateFileW(path().c_str(), GENERIC_READ, share_all, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
   if (!file) return {};
   const ULONGLONG size = size_of(file.get());
@@ -131,12 +129,12 @@ std::wstring ReportLog::file_path(DWORD age) const {
   return directory_ + L"\\Snagtrap" + middle + L".jsonl";
 }
 
-UniqueHandle ReportLog::open_for_append() const {
+base::FileHandle ReportLog::open_for_append() const {
   const auto open = [this] {
-    return own_file(CreateFileW(path().c_str(), FILE_APPEND_DATA | FILE_READ_DATA, share_all, nullptr, OPEN_ALWAYS,
-                                FILE_ATTRIBUTE_NORMAL, nullptr));
+    return base::FileHandle(CreateFileW(path().c_str(), FILE_APPEND_DATA | FILE_READ_DATA, share_all, nullptr,
+                                        OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
   };
-  UniqueHandle file = open();
+  base::FileHandle file = open();
   if (file || GetLastError() != ERROR_PATH_NOT_FOUND) return file;
   SHCreateDirectoryExW(nullptr, directory_.c_str(), nullptr);
   return open();
@@ -144,13 +142,13 @@ UniqueHandle ReportLog::open_for_append() const {
 
 HRESULT ReportLog::rotate() const {
   if (bounds_.kept == 0) {
-    return DeleteFileW(path().c_str()) || GetLastError() == ERROR_FILE_NOT_FOUND ? S_OK : last_failure();
+    return DeleteFileW(path().c_str()) || GetLastError() == ERROR_FILE_NOT_FOUND ? S_OK : base::last_failure();
   }
   for (DWORD age = bounds_.kept; age > 1; --age) {
     MoveFileExW(file_path(age - 1).c_str(), file_path(age).c_str(), MOVEFILE_REPLACE_EXISTING);
   }
   const bool moved = MoveFileExW(path().c_str(), file_path(1).c_str(), MOVEFILE_REPLACE_EXISTING);
-  return moved || GetLastError() == ERROR_FILE_NOT_FOUND ? S_OK : last_failure();
+  return moved || GetLastError() == ERROR_FILE_NOT_FOUND ? S_OK : base::last_failure();
 }
 
 }  // namespace snagtrap

@@ -40,7 +40,7 @@ class ReportLog {
 
  private:
   std::wstring file_path(DWORD age) const;
-  UniqueHandle open_for_append() const;
+  base::FileHandle open_for_append() const;
   HRESULT rotate() const;
 
   std::wstring directory_;

@@ -2,6 +2,7 @@
 
 #include "Json.h"
 #include "SnagtrapResource.h"
+#include "TextEncoding.h"
 #include "Texts.h"
 
 namespace snagtrap {
@@ -75,11 +76,8 @@ ReportText report_text(const Record& record, UINT caption, HRESULT logged) {
 
 std::wstring recent_text(std::string_view lines) {
   if (lines.empty()) return load_text(IDS_NO_RECENT);
-  const int size = MultiByteToWideChar(CP_UTF8, 0, lines.data(), static_cast<int>(lines.size()), nullptr, 0);
-  std::wstring wide(static_cast<std::size_t>(size), L'\0');
-  MultiByteToWideChar(CP_UTF8, 0, lines.data(), static_cast<int>(lines.size()), wide.data(), size);
   std::wstring text;
-  for (const wchar_t unit : wide) {
+  for (const wchar_t unit : base::from_utf8(lines)) {
     if (unit == L'\n') text += L'\r';
     text += unit;
   }

@@ -1,14 +1,12 @@
 #include "Texts.h"
 
-extern "C" IMAGE_DOS_HEADER __ImageBase;
+#include "ModulePath.h"
 
 namespace snagtrap {
 
-HINSTANCE own_module() noexcept { return reinterpret_cast<HINSTANCE>(&__ImageBase); }
-
 std::wstring load_text(UINT id) {
   const wchar_t* text = nullptr;
-  const int length = LoadStringW(own_module(), id, reinterpret_cast<wchar_t*>(&text), 0);
+  const int length = LoadStringW(base::module_instance(), id, reinterpret_cast<wchar_t*>(&text), 0);
   return length > 0 ? std::wstring(text, static_cast<std::size_t>(length)) : std::wstring();
 }
 

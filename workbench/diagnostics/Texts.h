@@ -6,9 +6,6 @@
 
 namespace snagtrap {
 
-/// The module that holds the library's resources.
-HINSTANCE own_module() noexcept;
-
 /// A text of the string table; empty when there is none.
 std::wstring load_text(UINT id);
 

@@ -1,7 +1,6 @@
 #include "StorageObject.h"
 
-#include <comdef.h>
-
+#include "ComPtr.h"
 #include "HostOnly.h"
 #include "StoreResult.h"
 
@@ -9,12 +8,9 @@ namespace workbench {
 
 namespace {
 
-_COM_SMARTPTR_TYPEDEF(ITableAccess, __uuidof(ITableAccess));
-_COM_SMARTPTR_TYPEDEF(IRuleFilterAccess, __uuidof(IRuleFilterAccess));
-
 /// The rows of a table that may be filled, or null.
 TableRows* empty_rows(IKV_kvudfcom::IkvTable* table) {
-  ITableAccessPtr access;
+  base::ComPtr<ITableAccess> access;
   if (!table || FAILED(table->QueryInterface(__uuidof(ITableAccess), reinterpret_cast<void**>(&access))))
     return nullptr;
   TableRows& rows = access->rows();
@@ -25,7 +21,7 @@ TableRows* empty_rows(IKV_kvudfcom::IkvTable* table) {
 bool read_filter(IkvRuleFilter* filter, long& number) {
   number = 0;
   if (!filter) return true;
-  IRuleFilterAccessPtr access;
+  base::ComPtr<IRuleFilterAccess> access;
   if (FAILED(filter->QueryInterface(__uuidof(IRuleFilterAccess), reinterpret_cast<void**>(&access)))) return false;
   number = access->rule_number();
   return true;

@@ -2,8 +2,7 @@
 
 #include <windows.h>
 
-#include <memory>
-#include <type_traits>
+#include "Owned.h"
 
 namespace tour {
 
@@ -23,12 +22,7 @@ class RemoteMemory {
   void read(size_t offset, void* data, size_t size) const;
 
  private:
-  struct ProcessCloser {
-    using pointer = HANDLE;
-    void operator()(HANDLE process) const noexcept { CloseHandle(process); }
-  };
-
-  std::unique_ptr<HANDLE, ProcessCloser> process_;
+  base::KernelHandle process_;
   void* memory_;
 };
 

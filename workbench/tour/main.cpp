@@ -8,6 +8,7 @@
 #include <string>
 
 #include "ScreenReader.h"
+#include "TextEncoding.h"
 
 namespace {
 
@@ -17,14 +18,6 @@ constexpr char usage[] =
     "       screen-reader controls TITLE\n"
     "       screen-reader rows TITLE ID\n"
     "       screen-reader parts TITLE ID\n";
-
-std::string to_utf8(const std::wstring& text) {
-  const int length = static_cast<int>(text.size());
-  std::string bytes(
-      static_cast<size_t>(WideCharToMultiByte(CP_UTF8, 0, text.data(), length, nullptr, 0, nullptr, nullptr)), '\0');
-  WideCharToMultiByte(CP_UTF8, 0, text.data(), length, bytes.data(), static_cast<int>(bytes.size()), nullptr, nullptr);
-  return bytes;
-}
 
 /// A line stays one line whatever the texts hold.
 std::wstring on_one_line(std::wstring text) {
@@ -37,7 +30,7 @@ void print(const std::vector<tour::Line>& lines) {
   std::string output;
   for (const tour::Line& line : lines) {
     for (size_t index = 0; index < line.size(); ++index)
-      output += (index == 0 ? "" : "\t") + to_utf8(on_one_line(line[index]));
+      output += (index == 0 ? "" : "\t") + base::to_utf8(on_one_line(line[index]));
     output += '\n';
   }
   _setmode(_fileno(stdout), _O_BINARY);

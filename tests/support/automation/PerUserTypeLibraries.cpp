@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "ImportProbe.h"
+#include "Owned.h"
 
 ZD_IMPORT_PROBE(GetProcAddress, ProcAddressProbe);
 
@@ -20,21 +21,18 @@ class UsersClasses {
  public:
   UsersClasses() {
     // A root that is opened under an empty name gives the key that stands in its place.
-    RegCreateKeyExW(HKEY_CLASSES_ROOT, L"", 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &before_, nullptr);
-    RegCreateKeyExW(HKEY_CURRENT_USER, L"Software\\Classes", 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &users_, nullptr);
-    RegOverridePredefKey(HKEY_CLASSES_ROOT, users_);
+    RegCreateKeyExW(HKEY_CLASSES_ROOT, L"", 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, before_.put(), nullptr);
+    RegCreateKeyExW(HKEY_CURRENT_USER, L"Software\\Classes", 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, users_.put(),
+                    nullptr);
+    RegOverridePredefKey(HKEY_CLASSES_ROOT, users_.get());
   }
-  ~UsersClasses() {
-    RegOverridePredefKey(HKEY_CLASSES_ROOT, before_);
-    RegCloseKey(users_);
-    RegCloseKey(before_);
-  }
+  ~UsersClasses() { RegOverridePredefKey(HKEY_CLASSES_ROOT, before_.get()); }
   UsersClasses(const UsersClasses&) = delete;
   UsersClasses& operator=(const UsersClasses&) = delete;
 
  private:
-  HKEY before_ = nullptr;
-  HKEY users_ = nullptr;
+  base::RegistryKey before_;
+  base::RegistryKey users_;
 };
 
 HRESULT STDMETHODCALLTYPE register_for_user(ITypeLib* library, LPOLESTR path, LPOLESTR help_folder) {

@@ -57,7 +57,7 @@ DWORD register_class(REFCLSID id, const std::shared_ptr<HostState>& host, const 
 }
 
 /// Wraps a new object, whose one reference goes to the caller.
-DispatchPtr owned(IDispatch* object) { return {object, false}; }
+base::ComPtr<IDispatch> owned(IDispatch* object) { return {object, false}; }
 
 }  // namespace
 
@@ -98,11 +98,11 @@ FakeHost::~FakeHost() {
   for (const std::string& object : living()) ADD_FAILURE() << "not released: " << object;
 }
 
-DispatchPtr FakeHost::storage() const { return owned(static_cast<IkvStorage*>(new FakeStorage(state_))); }
+base::ComPtr<IDispatch> FakeHost::storage() const { return owned(static_cast<IkvStorage*>(new FakeStorage(state_))); }
 
-DispatchPtr FakeHost::main_menu() const { return owned(new FakeMainMenu(state_)); }
+base::ComPtr<IDispatch> FakeHost::main_menu() const { return owned(new FakeMainMenu(state_)); }
 
-DispatchPtr FakeHost::hot_keys() const { return owned(new FakeHotKeys(state_)); }
+base::ComPtr<IDispatch> FakeHost::hot_keys() const { return owned(new FakeHotKeys(state_)); }
 
 FakeTable* FakeHost::table(std::vector<HostRow> rows) const {
   auto* table = new FakeTable(state_);

@@ -1,21 +1,16 @@
 #pragma once
 
 #include <windows.h>
-#include <comdef.h>
 
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "ComPtr.h"
 #include "FakeTable.h"
 #include "HostState.h"
 
 namespace test_support {
-
-inline const IID& dispatch_id() noexcept { return IID_IDispatch; }
-
-/// Owns one reference to an object of the host.
-using DispatchPtr = _com_ptr_t<_com_IIID_getter<IDispatch, &dispatch_id>>;
 
 /// A host in memory: its storage object, tables, filters, menu and hot keys. While it lives, the classes of the host
 /// are registered in this process, so that `CoCreateInstance` makes its objects. Every call of every method is recorded
@@ -42,9 +37,9 @@ class FakeHost {
   void record_queries(bool record) noexcept { state_->record_queries = record; }
 
   /// New objects, as a plug-in is given them; making them is not recorded.
-  DispatchPtr storage() const;
-  DispatchPtr main_menu() const;
-  DispatchPtr hot_keys() const;
+  base::ComPtr<IDispatch> storage() const;
+  base::ComPtr<IDispatch> main_menu() const;
+  base::ComPtr<IDispatch> hot_keys() const;
   /// A table of these rows with one reference, which the caller owns.
   FakeTable* table(std::vector<HostRow> rows = {}) const;
 

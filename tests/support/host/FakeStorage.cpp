@@ -6,6 +6,7 @@
 #include <ostream>
 
 #include "FakeTable.h"
+#include "TextEncoding.h"
 
 namespace test_support {
 namespace {
@@ -28,7 +29,7 @@ HostRow loaded_row(const Stored& stored, const HostRow& odd_values) {
 }  // namespace
 
 void PrintTo(const HostRule& rule, std::ostream* out) {
-  *out << rule.id << ' ' << (rule.name ? '"' + to_utf8(rule.name->c_str()) + '"' : "without a name") << ' '
+  *out << rule.id << ' ' << (rule.name ? '"' + base::to_utf8(*rule.name) + '"' : "without a name") << ' '
        << rule.roll_offset << ' ' << rule.day_type << ' ' << rule.day_mode << ' ' << rule.day_of_month << ' '
        << rule.day_month << ' ' << rule.week_ordinal << ' ' << rule.weekday << ' ' << rule.weekday_month << ' '
        << rule.move_to_next_trading_day;

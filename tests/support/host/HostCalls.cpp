@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <iterator>
 
+#include "TextEncoding.h"
+
 namespace test_support {
 namespace {
 
@@ -11,7 +13,7 @@ std::string shown(const HostArgument& argument) {
   if (const auto* object = std::get_if<IUnknown*>(&argument)) return *object ? "object" : "null";
   if (const auto* word = std::get_if<const char*>(&argument)) return *word;
   const wchar_t* text = std::get<const wchar_t*>(argument);
-  return text ? '"' + to_utf8(text) + '"' : "null";
+  return text ? '"' + base::to_utf8(text) + '"' : "null";
 }
 
 std::string shown(const char* name, std::initializer_list<HostArgument> arguments) {
@@ -75,14 +77,6 @@ std::optional<Fault> HostCalls::strike(const std::string& name, const std::strin
   planned_ = std::move(left);
   if (fault) faulted_calls_.push_back(text);
   return fault;
-}
-
-std::string to_utf8(const wchar_t* text) {
-  const int size = WideCharToMultiByte(CP_UTF8, 0, text, -1, nullptr, 0, nullptr, nullptr);
-  if (size <= 1) return {};
-  std::string utf8(static_cast<std::size_t>(size) - 1, '\0');
-  WideCharToMultiByte(CP_UTF8, 0, text, -1, utf8.data(), size, nullptr, nullptr);
-  return utf8;
 }
 
 }  // namespace test_support

@@ -104,7 +104,4 @@ class HostCalls {
   std::vector<Act> acts_;
 };
 
-/// UTF-16 as UTF-8; a lone surrogate shows as a replacement character.
-std::string to_utf8(const wchar_t* text);
-
 }  // namespace test_support

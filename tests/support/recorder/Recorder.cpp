@@ -1,10 +1,12 @@
 #include "Recorder.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <iterator>
 #include <ostream>
 #include <stdexcept>
+
+#include "ModulePath.h"
+#include "TextEncoding.h"
 
 namespace test_support {
 namespace {
@@ -21,23 +23,11 @@ std::vector<RecordedCommand> select(const std::vector<RecordedCommand>& commands
   return selected;
 }
 
-std::string narrow(const std::wstring& text) {
-  std::string result;
-  for (const wchar_t character : text) {
-    result += character >= 0x20 && character < 0x7F ? static_cast<char>(character) : '?';
-  }
-  return result;
-}
-
 Out default_out(HRESULT result) { return SUCCEEDED(result) ? Out::made : Out::untouched; }
 
 }  // namespace
 
-std::wstring recorder_path() {
-  wchar_t program[32768] = {};
-  GetModuleFileNameW(nullptr, program, ARRAYSIZE(program));
-  return std::filesystem::path(program).parent_path() / L"recorder" / L"SnagtrapUtil3.0_x64.dll";
-}
+std::wstring recorder_path() { return base::path_beside_program(L"recorder\\SnagtrapUtil3.0_x64.dll"); }
 
 Recorder::Recorder(const std::wstring& path) : library_(LoadLibraryW(path.c_str())), control_(nullptr) {
   if (!library_) throw std::runtime_error("the recorder cannot be loaded");
@@ -112,7 +102,7 @@ std::wstring field_text(const RecordedCommand& command, const std::wstring& name
 }
 
 void PrintTo(const RecordedField& field, std::ostream* out) {
-  *out << '"' << narrow(field.name) << "\" type " << field.type << " = " << narrow(field.text);
+  *out << '"' << base::to_utf8(field.name) << "\" type " << field.type << " = " << base::to_utf8(field.text);
   for (const RecordedField& inner : field.inner) {
     *out << " / ";
     PrintTo(inner, out);
@@ -120,7 +110,7 @@ void PrintTo(const RecordedField& field, std::ostream* out) {
 }
 
 void PrintTo(const RecordedCommand& command, std::ostream* out) {
-  *out << narrow(command.word) << " {";
+  *out << base::to_utf8(command.word) << " {";
   for (const RecordedField& field : command.fields) {
     *out << ' ';
     PrintTo(field, out);

@@ -10,6 +10,7 @@
 #include "DispatchObject.h"
 #include "RecorderControl.h"
 #include "SnagtrapUtil.h"
+#include "TextEncoding.h"
 
 namespace test_support {
 namespace {
@@ -70,14 +71,6 @@ RecordedField recorded(const std::wstring& name, const VARIANT& value) {
     if (const RecordingObject* inner = find_record(value.pdispVal)) field.inner = snapshot_of(inner);
   }
   return field;
-}
-
-std::string to_utf8(const std::wstring& text) {
-  const int length = static_cast<int>(text.size());
-  const int size = WideCharToMultiByte(CP_UTF8, 0, text.data(), length, nullptr, 0, nullptr, nullptr);
-  std::string utf8(static_cast<std::size_t>(size), '\0');
-  WideCharToMultiByte(CP_UTF8, 0, text.data(), length, utf8.data(), size, nullptr, nullptr);
-  return utf8;
 }
 
 class CommandLog final : public RecorderControl {
@@ -156,7 +149,7 @@ class CommandLog final : public RecorderControl {
     if (journal_.empty()) return;
     std::FILE* file = _wfopen(journal_.c_str(), L"ab");
     if (!file) return;
-    const std::string line = to_utf8(word) + '\n';
+    const std::string line = base::to_utf8(word) + '\n';
     std::fwrite(line.data(), 1, line.size(), file);
     std::fclose(file);
   }

@@ -2,6 +2,8 @@
 
 #include <stdexcept>
 
+#include "Owned.h"
+
 namespace test_support {
 namespace {
 
@@ -12,11 +14,10 @@ void join(HKEY root, const wchar_t* variable) {
   wchar_t path[256] = {};
   const DWORD length = GetEnvironmentVariableW(variable, path, ARRAYSIZE(path));
   if (length == 0 || length >= ARRAYSIZE(path)) return;
-  HKEY key = nullptr;
-  RegOpenKeyExW(HKEY_CURRENT_USER, path, 0, KEY_ALL_ACCESS, &key);
+  base::RegistryKey key;
+  RegOpenKeyExW(HKEY_CURRENT_USER, path, 0, KEY_ALL_ACCESS, key.put());
   // The root keeps a handle of its own.
-  const bool joined = key && RegOverridePredefKey(root, key) == ERROR_SUCCESS;
-  RegCloseKey(key);
+  const bool joined = key && RegOverridePredefKey(root, key.get()) == ERROR_SUCCESS;
   if (!joined) throw std::runtime_error("the registry sandbox cannot be joined");
 }
 

@@ -1,30 +1,26 @@
 #include "RegistryTree.h"
 
-#include <memory>
 #include <stdexcept>
 #include <vector>
+
+#include "Owned.h"
 
 namespace test_support {
 namespace {
 
-struct CloseKey {
-  void operator()(HKEY key) const { RegCloseKey(key); }
-};
-using Key = std::unique_ptr<std::remove_pointer_t<HKEY>, CloseKey>;
-
-Key open_key(HKEY root, const std::wstring& path) {
-  HKEY key = nullptr;
-  RegOpenKeyExW(root, path.c_str(), 0, KEY_READ, &key);
-  return Key(key);
+base::RegistryKey open_key(HKEY root, const std::wstring& path) {
+  base::RegistryKey key;
+  RegOpenKeyExW(root, path.c_str(), 0, KEY_READ, key.put());
+  return key;
 }
 
-Key make_key(HKEY root, const std::wstring& path, DWORD options) {
-  HKEY key = nullptr;
-  if (RegCreateKeyExW(root, path.c_str(), 0, nullptr, options, KEY_READ | KEY_WRITE, nullptr, &key, nullptr) !=
+base::RegistryKey make_key(HKEY root, const std::wstring& path, DWORD options) {
+  base::RegistryKey key;
+  if (RegCreateKeyExW(root, path.c_str(), 0, nullptr, options, KEY_READ | KEY_WRITE, nullptr, key.put(), nullptr) !=
       ERROR_SUCCESS) {
-    throw std::runtime_error("a registry key cannot be made");
+    throw std::runtime_error("a registry key cannot be created");
   }
-  return Key(key);
+  return key;
 }
 
 std::wstring value_text(DWORD type, const std::vector<BYTE>& data) {
@@ -63,13 +59,13 @@ void add_key(HKEY key, const std::wstring& path, RegistryTree& tree) {
     name.resize(length);
     const std::wstring below = path.empty() ? name : path + L"\\" + name;
     tree[below + L"\\"] = {};
-    if (const Key child = open_key(key, name)) add_key(child.get(), below, tree);
+    if (const base::RegistryKey child = open_key(key, name)) add_key(child.get(), below, tree);
   }
 }
 
 void write_value(HKEY root, const std::wstring& path, const std::wstring& name, DWORD type, const void* data,
                  std::size_t size) {
-  const Key key = make_key(root, path, REG_OPTION_NON_VOLATILE);
+  const base::RegistryKey key = make_key(root, path, REG_OPTION_NON_VOLATILE);
   if (RegSetValueExW(key.get(), name.c_str(), 0, type, static_cast<const BYTE*>(data), static_cast<DWORD>(size)) !=
       ERROR_SUCCESS) {
     throw std::runtime_error("a registry value cannot be written");
@@ -95,13 +91,13 @@ std::vector<std::wstring> differences(const RegistryTree& first, const RegistryT
 
 RegistryTree registry_tree(HKEY root, const std::wstring& path) {
   RegistryTree tree;
-  if (const Key key = open_key(root, path)) add_key(key.get(), {}, tree);
+  if (const base::RegistryKey key = open_key(root, path)) add_key(key.get(), {}, tree);
   return tree;
 }
 
 void delete_registry_tree(HKEY root, const std::wstring& path) { RegDeleteTreeW(root, path.c_str()); }
 
-bool registry_key_exists(HKEY root, const std::wstring& path) { return open_key(root, path) != nullptr; }
+bool registry_key_exists(HKEY root, const std::wstring& path) { return static_cast<bool>(open_key(root, path)); }
 
 std::wstring registry_text(HKEY root, const std::wstring& path, const std::wstring& name) {
   std::wstring text(32768, L'\0');

@@ -4,6 +4,8 @@
 
 #include <string>
 
+#include "Owned.h"
+
 namespace test_support {
 
 /// Puts an empty scratch key in the place of HKEY_CLASSES_ROOT or another root of the registry, for this process and as
@@ -22,7 +24,7 @@ class ScratchRoot {
  private:
   HKEY root_;
   std::wstring path_;
-  HKEY key_ = nullptr;
+  base::RegistryKey key_;
 };
 
 }  // namespace test_support

@@ -3,19 +3,13 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "TextEncoding.h"
+
 namespace test_support {
 namespace {
 
-std::string narrow(const std::wstring& text) {
-  const int length = static_cast<int>(text.size());
-  const int size = WideCharToMultiByte(CP_UTF8, 0, text.data(), length, nullptr, 0, nullptr, nullptr);
-  std::string utf8(static_cast<std::size_t>(size), '\0');
-  WideCharToMultiByte(CP_UTF8, 0, text.data(), length, utf8.data(), size, nullptr, nullptr);
-  return utf8;
-}
-
 std::string message_of(const RecordedCommand& report) {
-  const std::string text = narrow(field_text(report, L"Description") + field_text(report, L"$Message"));
+  const std::string text = base::to_utf8(field_text(report, L"Description") + field_text(report, L"$Message"));
   const RecordedField* hresult = find_field(report, L"HRESULT");
   if (!hresult) return text;
   char code[16] = {};
@@ -24,9 +18,9 @@ std::string message_of(const RecordedCommand& report) {
 }
 
 std::string report_text(const RecordedCommand& report) {
-  return narrow(field_text(report, L"$Type")) + ' ' + message_of(report) + " | " +
-         narrow(field_text(report, L"File") + L':' + field_text(report, L"Line") + L' ' +
-                field_text(report, L"Function"));
+  return base::to_utf8(field_text(report, L"$Type")) + ' ' + message_of(report) + " | " +
+         base::to_utf8(field_text(report, L"File") + L':' + field_text(report, L"Line") + L' ' +
+                       field_text(report, L"Function"));
 }
 
 /// Puts "*" where a number follows `mark`.

@@ -143,7 +143,7 @@ TEST_F(ApplicationTest, AlarmWaitsForTheDialogThatIsOnItsWay) {
 class ReadOnlyStoreTest : public ApplicationTest {
  protected:
   HRESULT save(const wchar_t* name) {
-    ComPtr<IkvExpirationRuleService> service;
+    base::ComPtr<IkvExpirationRuleService> service;
     service.CreateInstance(__uuidof(kvStorage), nullptr, CLSCTX_INPROC_SERVER);
     return service->update_rule(1, _bstr_t(name), 0, 0, 0, 1, 1, 1, 1, 1, 0);
   }

@@ -7,6 +7,7 @@
 #include "Application.h"
 #include "ListReader.h"
 #include "MemoryRuleStore.h"
+#include "ModulePath.h"
 #include "resource.h"
 
 namespace workbench {
@@ -65,11 +66,7 @@ inline std::wstring message_in_box(HWND box) {
   return message;
 }
 
-inline std::filesystem::path real_module() {
-  wchar_t program[MAX_PATH] = L"";
-  GetModuleFileNameW(nullptr, program, MAX_PATH);
-  return std::filesystem::path(program).parent_path() / L"zdExpirationRules.dll";
-}
+inline std::filesystem::path real_module() { return base::path_beside_program(L"zdExpirationRules.dll"); }
 
 inline bool module_is_loaded() { return GetModuleHandleW(L"zdExpirationRules.dll") != nullptr; }
 

@@ -10,7 +10,7 @@ class CommandTargetsTest : public testing::Test {
  protected:
   CommandTargets targets_;
   StandInPlugin* const plugin_ = new StandInPlugin;
-  const ComPtr<IkvPlugin> owner_ = own<IkvPlugin>(plugin_);
+  const base::ComPtr<IkvPlugin> owner_ = base::own<IkvPlugin>(plugin_);
 };
 
 ULONG references(IUnknown& object) {

@@ -12,14 +12,14 @@ constexpr long control_key = FVIRTKEY | FCONTROL;
 
 class HotKeysTest : public testing::Test {
  protected:
-  HRESULT add(long flags, long key, ComPtr<IDispatch>& hot_key) {
+  HRESULT add(long flags, long key, base::ComPtr<IDispatch>& hot_key) {
     return dispatch_->AddHotKey(flags, key, plugin_, &hot_key);
   }
 
   long id_of_new_key(long flags, long key) {
-    ComPtr<IDispatch> dispatch;
+    base::ComPtr<IDispatch> dispatch;
     EXPECT_EQ(add(flags, key, dispatch), S_OK);
-    const ComPtr<IkvHotKey> hot_key = dispatch;
+    const base::ComPtr<IkvHotKey> hot_key = dispatch;
     long id = 0;
     EXPECT_EQ(hot_key ? hot_key->get_CommandID(&id) : E_NOINTERFACE, S_OK);
     return id;
@@ -34,9 +34,9 @@ class HotKeysTest : public testing::Test {
 
   CommandTargets targets_;
   std::shared_ptr<HotKeys> keys_ = std::make_shared<HotKeys>(targets_);
-  ComPtr<IkvHotKeyCollection> dispatch_ = own(keys_->make_dispatch());
+  base::ComPtr<IkvHotKeyCollection> dispatch_ = base::own(keys_->make_dispatch());
   StandInPlugin* const plugin_ = new StandInPlugin;
-  const ComPtr<IkvPlugin> plugin_owner_ = own<IkvPlugin>(plugin_);
+  const base::ComPtr<IkvPlugin> plugin_owner_ = base::own<IkvPlugin>(plugin_);
 };
 
 TEST_F(HotKeysTest, WithoutKeysThereIsNoTable) { EXPECT_EQ(keys_->accelerators(), nullptr); }
@@ -81,7 +81,7 @@ void PrintTo(const BadKey& bad, std::ostream* out) { *out << "flags " << bad.fla
 class BadHotKey : public HotKeysTest, public testing::WithParamInterface<BadKey> {};
 
 TEST_P(BadHotKey, IsRefused) {
-  ComPtr<IDispatch> hot_key;
+  base::ComPtr<IDispatch> hot_key;
   EXPECT_EQ(add(GetParam().flags, GetParam().key, hot_key), E_INVALIDARG);
   EXPECT_FALSE(hot_key);
   EXPECT_EQ(keys_->accelerators(), nullptr);
@@ -100,7 +100,7 @@ TEST_F(HotKeysTest, NullArgumentsAreRefused) {
 
 TEST_F(HotKeysTest, CollectionOutlivesTheKeysDisconnected) {
   keys_.reset();
-  ComPtr<IDispatch> hot_key;
+  base::ComPtr<IDispatch> hot_key;
   EXPECT_EQ(add(control_key, 'U', hot_key), RPC_E_DISCONNECTED);
 }
 

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "Handles.h"
 #include "MainMenu.h"
+#include "Owned.h"
 #include "StandInPlugin.h"
 
 namespace workbench {
@@ -23,44 +23,44 @@ class MainMenuTest : public testing::Test {
     AppendMenuW(bar_.get(), MF_POPUP, reinterpret_cast<UINT_PTR>(CreatePopupMenu()), L"File");
     AppendMenuW(bar_.get(), MF_STRING, 1, L"Help");
     menu_ = std::make_shared<MainMenu>(bar_.get(), 1, targets_, [this] { ++changes_; });
-    dispatch_ = own(menu_->make_dispatch());
+    dispatch_ = base::own(menu_->make_dispatch());
   }
 
-  ComPtr<IkvSubMenu> add_submenu() {
-    ComPtr<IkvSubMenu> submenu;
+  base::ComPtr<IkvSubMenu> add_submenu() {
+    base::ComPtr<IkvSubMenu> submenu;
     EXPECT_EQ(dispatch_->AddSubMenu(caption, hint, 1, &submenu), S_OK);
     return submenu;
   }
 
-  ComPtr<IkvMenuItem> add_command(IkvSubMenu& submenu) {
-    ComPtr<IkvMenuItem> item;
+  base::ComPtr<IkvMenuItem> add_command(IkvSubMenu& submenu) {
+    base::ComPtr<IkvMenuItem> item;
     EXPECT_EQ(submenu.AddCommand(_bstr_t(L"列表..."), 0, 0, 0, nullptr, 3, plugin_, &item), S_OK);
     return item;
   }
 
-  OwnedMenu bar_{CreateMenu()};
+  base::Menu bar_{CreateMenu()};
   CommandTargets targets_;
   int changes_ = 0;
   std::shared_ptr<MainMenu> menu_;
-  ComPtr<IkvMainMenu> dispatch_;
+  base::ComPtr<IkvMainMenu> dispatch_;
   StandInPlugin* const plugin_ = new StandInPlugin;
-  const ComPtr<IkvPlugin> plugin_owner_ = own<IkvPlugin>(plugin_);
+  const base::ComPtr<IkvPlugin> plugin_owner_ = base::own<IkvPlugin>(plugin_);
 };
 
 TEST_F(MainMenuTest, MissingSubmenuIsNotAFailure) {
-  ComPtr<IkvSubMenu> submenu;
+  base::ComPtr<IkvSubMenu> submenu;
   EXPECT_EQ(dispatch_->FindSubMenu(caption, &submenu), S_OK);
   EXPECT_FALSE(submenu);
 }
 
 TEST_F(MainMenuTest, CommandOfTheBarIsNotASubmenu) {
-  ComPtr<IkvSubMenu> submenu;
+  base::ComPtr<IkvSubMenu> submenu;
   EXPECT_EQ(dispatch_->FindSubMenu(_bstr_t(L"Help"), &submenu), S_OK);
   EXPECT_FALSE(submenu);
 }
 
 TEST_F(MainMenuTest, SubmenuOfTheHostIsFoundByItsCaption) {
-  ComPtr<IkvSubMenu> submenu;
+  base::ComPtr<IkvSubMenu> submenu;
   EXPECT_EQ(dispatch_->FindSubMenu(_bstr_t(L"File"), &submenu), S_OK);
   EXPECT_TRUE(submenu);
 }
@@ -75,7 +75,7 @@ TEST_F(MainMenuTest, AddedSubmenuStandsBeforeTheTrailingItems) {
 
 TEST_F(MainMenuTest, AddedSubmenuIsFoundByItsCaption) {
   add_submenu();
-  ComPtr<IkvSubMenu> found;
+  base::ComPtr<IkvSubMenu> found;
   EXPECT_EQ(dispatch_->FindSubMenu(caption, &found), S_OK);
   EXPECT_TRUE(found);
 }
@@ -87,7 +87,7 @@ TEST_F(MainMenuTest, HintOfASubmenuIsKept) {
 }
 
 TEST_F(MainMenuTest, NullCaptionAndHintAreEmptyTexts) {
-  ComPtr<IkvSubMenu> submenu;
+  base::ComPtr<IkvSubMenu> submenu;
   EXPECT_EQ(dispatch_->AddSubMenu(nullptr, nullptr, 1, &submenu), S_OK);
   EXPECT_TRUE(submenu);
   EXPECT_EQ(text_at(bar_.get(), 1), L"");
@@ -143,7 +143,7 @@ TEST_F(MainMenuTest, FailedCommandLeavesNoTargetBehind) {
   DeleteMenu(bar_.get(), 1, MF_BYPOSITION);
   plugin_->AddRef();
   const ULONG before = plugin_->Release();
-  ComPtr<IkvMenuItem> item;
+  base::ComPtr<IkvMenuItem> item;
   EXPECT_LT(submenu->AddCommand(caption, 0, 0, 0, nullptr, 3, plugin_, &item), 0);
   EXPECT_FALSE(item);
   plugin_->AddRef();
@@ -155,8 +155,8 @@ TEST_F(MainMenuTest, ObjectsOutliveTheMenuDisconnected) {
   const auto item = add_command(*submenu.GetInterfacePtr());
   menu_.reset();
   long id = 0;
-  ComPtr<IkvSubMenu> other;
-  ComPtr<IkvMenuItem> other_item;
+  base::ComPtr<IkvSubMenu> other;
+  base::ComPtr<IkvMenuItem> other_item;
   EXPECT_EQ(dispatch_->FindSubMenu(caption, &other), RPC_E_DISCONNECTED);
   EXPECT_EQ(dispatch_->AddSubMenu(caption, hint, 1, &other), RPC_E_DISCONNECTED);
   EXPECT_EQ(submenu->AddCommand(caption, 0, 0, 0, nullptr, 3, plugin_, &other_item), RPC_E_DISCONNECTED);
@@ -174,9 +174,9 @@ TEST_F(MainMenuTest, EveryObjectIsGoneAfterItsLastRelease) {
 }
 
 TEST_F(MainMenuTest, InterfacesAreFoundThroughDispatchAndBack) {
-  const ComPtr<IDispatch> dispatch = dispatch_;
-  const ComPtr<IkvMainMenu> menu = dispatch;
-  const ComPtr<IkvSubMenu> no_submenu = dispatch;
+  const base::ComPtr<IDispatch> dispatch = dispatch_;
+  const base::ComPtr<IkvMainMenu> menu = dispatch;
+  const base::ComPtr<IkvSubMenu> no_submenu = dispatch;
   EXPECT_TRUE(menu);
   EXPECT_FALSE(no_submenu);
   EXPECT_EQ(dispatch->QueryInterface(__uuidof(IUnknown), nullptr), E_POINTER);

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "ChildProcess.h"
+#include "ModulePath.h"
 #include "PluginHost.h"
 
 namespace workbench {
@@ -10,7 +11,7 @@ using RegistrationFunction = HRESULT(STDMETHODCALLTYPE*)();
 
 constexpr wchar_t module_name[] = L"zdExpirationRules.dll";
 
-std::filesystem::path neighbour() { return std::filesystem::path(test_support::program_folder()) / module_name; }
+std::filesystem::path neighbour() { return base::path_beside_program(module_name); }
 
 /// Calls a function of a module that is in use nowhere else.
 HRESULT call_export(const std::filesystem::path& module, const char* name) {
@@ -22,9 +23,8 @@ HRESULT call_export(const std::filesystem::path& module, const char* name) {
 }
 
 std::filesystem::path loaded_module() {
-  wchar_t path[MAX_PATH] = L"";
-  if (HMODULE module = GetModuleHandleW(module_name)) GetModuleFileNameW(module, path, MAX_PATH);
-  return path;
+  HMODULE module = GetModuleHandleW(module_name);
+  return module ? base::module_file_name(module) : L"";
 }
 
 /// With a second copy of the module in another folder. Registering it is seen by every process of this registry.

@@ -30,8 +30,8 @@ ExpirationRule as_entered(const Rule& rule) {
 }  // namespace
 
 HostRules::HostRules(IUnknown* storage)
-    : storage_{platform::query<IkvStorage>(storage), platform::query<IkvStorageSession>(storage),
-               platform::query<IkvSymbolSourceService>(storage), platform::query<IkvExpirationRuleService>(storage)} {}
+    : storage_{base::query<IkvStorage>(storage), base::query<IkvStorageSession>(storage),
+               base::query<IkvSymbolSourceService>(storage), base::query<IkvExpirationRuleService>(storage)} {}
 
 std::vector<StoredRule> HostRules::load() const {
   std::vector<StoredRule> rules;

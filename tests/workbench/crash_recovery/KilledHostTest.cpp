@@ -8,6 +8,7 @@
 #include "Depth.h"
 #include "FirstContent.h"
 #include "MemoryRuleStore.h"
+#include "ModulePath.h"
 #include "RandomCases.h"
 #include "RawDatabase.h"
 #include "RuleStream.h"
@@ -85,7 +86,7 @@ class KilledHost {
  private:
   static std::wstring arguments(const std::filesystem::path& store, unsigned first_change) {
     SetEnvironmentVariableW(first_change_variable, std::to_wstring(first_change).c_str());
-    return L"--module \"" + test_support::program_folder() + L"\\rule_stream.dll\" --store \"" + store.native() + L'"';
+    return L"--module \"" + base::path_beside_program(L"rule_stream.dll") + L"\" --store \"" + store.native() + L'"';
   }
 
   bool hear() {

@@ -91,7 +91,7 @@ class StreamPlugin final : public DispatchObject<IkvPlugin> {
 STDAPI DllGetClassObject(REFCLSID class_id, REFIID iid, void** object) {
   if (class_id != __uuidof(CzdExpirationRulePlugin)) return CLASS_E_CLASSNOTAVAILABLE;
   return com_method([&] {
-    const workbench::ComPtr<IClassFactory> factory(
+    const base::ComPtr<IClassFactory> factory(
         new workbench::ClassObject([] { return static_cast<IkvPlugin*>(new StreamPlugin); }), false);
     return factory->QueryInterface(iid, object);
   });

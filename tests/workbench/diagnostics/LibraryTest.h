@@ -7,6 +7,7 @@
 
 #include "ChildProcess.h"
 #include "LogFolder.h"
+#include "ModulePath.h"
 #include "RecordMaking.h"
 #include "RegistrySandbox.h"
 #include "RegistryTree.h"
@@ -21,7 +22,7 @@ using DebugRootPtr = std::unique_ptr<IKV_SnagtrapUtil::IDebugRoot, Releaser>;
 /// The real library, reached through its export, with settings and a log of its own.
 class LibraryTest : public testing::Test {
  protected:
-  LibraryTest() : library_(LoadLibraryW((test_support::program_folder() + L"\\SnagtrapUtil3.0_x64.dll").c_str())) {
+  LibraryTest() : library_(LoadLibraryW((base::path_beside_program(L"SnagtrapUtil3.0_x64.dll")).c_str())) {
     test_support::write_registry_text(HKEY_CURRENT_USER, snagtrap::settings_key, L"LogDirectory", folder.path());
     root = make_root();
     command(L"DO CLEAN");

@@ -1,6 +1,7 @@
 #include <objbase.h>
 
 #include "LibraryTest.h"
+#include "ModulePath.h"
 
 namespace snagtrap_test {
 namespace {
@@ -32,7 +33,7 @@ class Registration : public testing::Test {
     return read == ERROR_SUCCESS ? path : "";
   }
 
-  static std::wstring own_path() { return test_support::program_folder() + L"\\SnagtrapUtil3.0_x64.dll"; }
+  static std::wstring own_path() { return base::path_beside_program(L"SnagtrapUtil3.0_x64.dll"); }
 
   test_support::RegistrySandbox registry;
   LogFolder folder;

@@ -7,6 +7,8 @@
 
 #include "ChildProcess.h"
 #include "LogFolder.h"
+#include "ModulePath.h"
+#include "Owned.h"
 #include "ReportLog.h"
 
 namespace snagtrap_test {
@@ -92,9 +94,9 @@ TEST_F(Log, LineOfADeadProcessDoesNotSwallowTheNext) {
 
 TEST_F(Log, ReaderDoesNotHoldTheWriterBack) {
   log().append("first", false);
-  const snagtrap::UniqueHandle reader = snagtrap::own_file(
-      CreateFileW(folder.file().c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                  OPEN_EXISTING, 0, nullptr));
+  const base::FileHandle reader(CreateFileW(folder.file().c_str(), GENERIC_READ,
+                                            FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                            OPEN_EXISTING, 0, nullptr));
   ASSERT_TRUE(reader);
   constexpr ReportLog::Bounds bounds{8, 1};
   EXPECT_EQ(log(bounds).append("second", false), S_OK);
@@ -105,8 +107,8 @@ TEST_F(Log, ReaderDoesNotHoldTheWriterBack) {
 TEST_F(Log, FileThatCannotBePutAsideGrowsToTwiceItsBoundAndNoFurther) {
   constexpr ReportLog::Bounds bounds{20, 1};
   log(bounds).append("first", false);
-  const snagtrap::UniqueHandle holder = snagtrap::own_file(CreateFileW(
-      folder.file().c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0, nullptr));
+  const base::FileHandle holder(CreateFileW(folder.file().c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                            nullptr, OPEN_EXISTING, 0, nullptr));
   ASSERT_TRUE(holder);
   HRESULT last = S_OK;
   for (int i = 0; i < 20; ++i) last = log(bounds).append("more", false);
@@ -135,8 +137,7 @@ TEST_F(Log, TailStartsAtALine) {
 TEST_F(Log, TailWithoutAFileIsEmpty) { EXPECT_EQ(log().tail(100), ""); }
 
 TEST_F(Log, WaitsNoLongerThanASecondForAnotherProcess) {
-  test_support::ChildProcess holder(test_support::program_folder() + L"\\snagtrap_child.exe",
-                                    {L"hold the log", folder.path()});
+  test_support::ChildProcess holder(base::path_beside_program(L"snagtrap_child.exe"), {L"hold the log", folder.path()});
   while (!std::filesystem::exists(folder.path() / L"held")) Sleep(10);
   EXPECT_EQ(log().append("late, but not lost", false), S_OK);
   EXPECT_EQ(folder.content(), "late, but not lost\n");
@@ -177,7 +178,7 @@ TEST_F(SharedLog, ProcessesLoseAndMixNothing) {
   std::vector<std::unique_ptr<test_support::ChildProcess>> children;
   for (int writer = 0; writer < writers; ++writer) {
     children.push_back(std::make_unique<test_support::ChildProcess>(
-        test_support::program_folder() + L"\\snagtrap_child.exe",
+        base::path_beside_program(L"snagtrap_child.exe"),
         std::vector<std::wstring>{L"write lines", folder.path(), L"writer" + std::to_wstring(writer),
                                   std::to_wstring(lines_each), L"1000"}));
   }

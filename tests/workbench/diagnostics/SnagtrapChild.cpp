@@ -7,6 +7,7 @@
 #include <string>
 
 #include "ReportLog.h"
+#include "TextEncoding.h"
 
 namespace {
 
@@ -14,15 +15,13 @@ constexpr int failed = 1;
 
 std::wstring argument(int index) { return index < __argc ? __wargv[index] : L""; }
 
-std::string narrow(const std::wstring& ascii) { return std::filesystem::path(ascii).string(); }
-
 /// FOLDER NAME COUNT BOUND: writes COUNT lines "NAME number" to the log in FOLDER.
 int write_lines() {
   const int count = std::stoi(argument(4));
   const auto bound = static_cast<DWORD>(std::stoul(argument(5)));
   for (int i = 0; i < count; ++i) {
     const snagtrap::ReportLog log(argument(2), {bound, 99});
-    if (FAILED(log.append(narrow(argument(3)) + ' ' + std::to_string(i), false))) return failed;
+    if (FAILED(log.append(base::to_utf8(argument(3)) + ' ' + std::to_string(i), false))) return failed;
   }
   return 0;
 }
@@ -30,7 +29,7 @@ int write_lines() {
 /// FOLDER: holds the log in FOLDER from when the file "held" appears there until the file "release" does.
 int hold_the_log() {
   const std::filesystem::path folder = argument(2);
-  const snagtrap::UniqueHandle mutex(
+  const base::KernelHandle mutex(
       CreateMutexW(nullptr, TRUE, snagtrap::ReportLog(folder, {1 << 20, 3}).mutex_name().c_str()));
   if (!mutex) return failed;
   std::ofstream(folder / L"held") << "x";

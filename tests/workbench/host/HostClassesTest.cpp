@@ -23,20 +23,20 @@ class HostClassesTest : public HostObjects {
 
 TEST_F(HostClassesTest, ClientCreatesTheThreeClasses) {
   store_->replace_content(sample_content());
-  IkvStoragePtr storage;
-  IkvTablePtr table;
-  IkvRuleFilterPtr filter;
+  base::ComPtr<IkvStorage> storage;
+  base::ComPtr<IkvTable> table;
+  base::ComPtr<IkvRuleFilter> filter;
   ASSERT_EQ(create(__uuidof(kvStorage), &storage), S_OK);
   ASSERT_EQ(create(__uuidof(kvTable), &table), S_OK);
   ASSERT_EQ(create(__uuidof(kvRuleFilter), &filter), S_OK);
   filter->SetRuleID(2);
-  EXPECT_EQ(IkvExpirationRuleServicePtr(storage)->load_rules(filter, table), S_OK);
+  EXPECT_EQ(base::ComPtr<IkvExpirationRuleService>(storage)->load_rules(filter, table), S_OK);
   EXPECT_EQ(row_count(table), 1);
   EXPECT_EQ(text_in(table, KVFIELD_RULE_NAME), L"second");
 }
 
 TEST_F(HostClassesTest, ObjectsAreNotAggregated) {
-  IkvStoragePtr outer;
+  base::ComPtr<IkvStorage> outer;
   ASSERT_EQ(create(__uuidof(kvStorage), &outer), S_OK);
   void* inner = this;
   EXPECT_EQ(CoCreateInstance(__uuidof(kvTable), outer, CLSCTX_ALL, __uuidof(IUnknown), &inner), CLASS_E_NOAGGREGATION);
@@ -51,17 +51,17 @@ TEST_F(HostClassesTest, UnknownInterfaceLeavesNoObjectBehind) {
 
 TEST_F(HostClassesTest, ClassesGoWithTheRegistration) {
   classes_.reset();
-  IkvTablePtr table;
+  base::ComPtr<IkvTable> table;
   EXPECT_EQ(create(__uuidof(kvTable), &table), REGDB_E_CLASSNOTREG);
   EXPECT_EQ(store_.use_count(), 1);
 }
 
 TEST_F(HostClassesTest, ObjectOutlivesTheRegistration) {
-  IkvStoragePtr storage;
+  base::ComPtr<IkvStorage> storage;
   ASSERT_EQ(create(__uuidof(kvStorage), &storage), S_OK);
   classes_.reset();
   long ok = 5;
-  EXPECT_EQ(IkvExpirationRuleServicePtr(storage)->delete_rule(1, &ok), STG_E_FILENOTFOUND);
+  EXPECT_EQ(base::ComPtr<IkvExpirationRuleService>(storage)->delete_rule(1, &ok), STG_E_FILENOTFOUND);
   EXPECT_EQ(ok, 0);
 }
 

@@ -1,23 +1,13 @@
 #pragma once
 
-#include <comdef.h>
 #include <gtest/gtest.h>
 
+#include "ComPtr.h"
 #include "DispatchObject.h"
 #include "HostStorage.h"
 
 using IKV_kvudfcom::IkvField;
 using IKV_kvudfcom::IkvTable;
-
-_COM_SMARTPTR_TYPEDEF(IUnknown, __uuidof(IUnknown));
-_COM_SMARTPTR_TYPEDEF(IDispatch, __uuidof(IDispatch));
-_COM_SMARTPTR_TYPEDEF(IkvField, __uuidof(IkvField));
-_COM_SMARTPTR_TYPEDEF(IkvTable, __uuidof(IkvTable));
-_COM_SMARTPTR_TYPEDEF(IkvRuleFilter, __uuidof(IkvRuleFilter));
-_COM_SMARTPTR_TYPEDEF(IkvStorage, __uuidof(IkvStorage));
-_COM_SMARTPTR_TYPEDEF(IkvStorageSession, __uuidof(IkvStorageSession));
-_COM_SMARTPTR_TYPEDEF(IkvSymbolSourceService, __uuidof(IkvSymbolSourceService));
-_COM_SMARTPTR_TYPEDEF(IkvExpirationRuleService, __uuidof(IkvExpirationRuleService));
 
 /// After each test every object of the host must be gone.
 class HostObjects : public testing::Test {
@@ -29,8 +19,8 @@ class HostObjects : public testing::Test {
 };
 
 /// The field of the current row, or null.
-inline IkvFieldPtr field_of(IkvTable* table, long id) {
-  IkvFieldPtr field;
+inline base::ComPtr<IkvField> field_of(IkvTable* table, long id) {
+  base::ComPtr<IkvField> field;
   table->GetFieldByID(id, &field);
   return field;
 }

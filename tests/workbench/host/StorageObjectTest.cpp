@@ -19,24 +19,25 @@ class StorageObjectTest : public HostObjects {
   StorageObjectTest() { use_store(inner_); }
 
   void use_store(std::shared_ptr<RuleStore> store) {
-    rules_ = IDispatchPtr(create_storage_object(std::move(store),
-                                                [this](const StoreError& error, const Rule* unsaved) {
-                                                  heard_.push_back(error.kind());
-                                                  unsaved_.push_back(unsaved ? std::optional(*unsaved) : std::nullopt);
-                                                }),
-                          false);
+    rules_ = base::ComPtr<IDispatch>(
+        create_storage_object(std::move(store),
+                              [this](const StoreError& error, const Rule* unsaved) {
+                                heard_.push_back(error.kind());
+                                unsaved_.push_back(unsaved ? std::optional(*unsaved) : std::nullopt);
+                              }),
+        false);
     settings_ = rules_;
   }
 
-  static IkvTablePtr make_table() { return {static_cast<IkvTable*>(new TableObject), false}; }
-  static IkvRuleFilterPtr make_filter(long number) {
-    IkvRuleFilterPtr filter(static_cast<IkvRuleFilter*>(new RuleFilterObject), false);
+  static base::ComPtr<IkvTable> make_table() { return {static_cast<IkvTable*>(new TableObject), false}; }
+  static base::ComPtr<IkvRuleFilter> make_filter(long number) {
+    base::ComPtr<IkvRuleFilter> filter(static_cast<IkvRuleFilter*>(new RuleFilterObject), false);
     EXPECT_EQ(filter->SetRuleID(number), S_OK);
     return filter;
   }
 
-  IkvTablePtr load(long number) {
-    IkvTablePtr table = make_table();
+  base::ComPtr<IkvTable> load(long number) {
+    base::ComPtr<IkvTable> table = make_table();
     EXPECT_EQ(rules_->load_rules(make_filter(number), table), S_OK);
     return table;
   }
@@ -57,8 +58,8 @@ class StorageObjectTest : public HostObjects {
   std::shared_ptr<MemoryRuleStore> inner_ = std::make_shared<MemoryRuleStore>();
   std::vector<StoreErrorKind> heard_;
   std::vector<std::optional<Rule>> unsaved_;
-  IkvExpirationRuleServicePtr rules_;
-  IkvSymbolSourceServicePtr settings_;
+  base::ComPtr<IkvExpirationRuleService> rules_;
+  base::ComPtr<IkvSymbolSourceService> settings_;
 };
 
 /// The rule in the table's current row.
@@ -69,11 +70,11 @@ StoredRule row_of(IkvTable* table) {
 }
 
 TEST_F(StorageObjectTest, AnswersItsFourInterfacesAndItself) {
-  const IkvStoragePtr storage = rules_;
-  const IkvStorageSessionPtr session = rules_;
+  const base::ComPtr<IkvStorage> storage = rules_;
+  const base::ComPtr<IkvStorageSession> session = rules_;
   IUnknown* identity = nullptr;
   ASSERT_TRUE(storage && session && settings_);
-  EXPECT_EQ(IUnknownPtr(settings_).GetInterfacePtr(), IUnknownPtr(storage).GetInterfacePtr());
+  EXPECT_EQ(base::ComPtr<IUnknown>(settings_).GetInterfacePtr(), base::ComPtr<IUnknown>(storage).GetInterfacePtr());
   EXPECT_EQ(rules_->QueryInterface(__uuidof(IkvTable), reinterpret_cast<void**>(&identity)), E_NOINTERFACE);
   EXPECT_EQ(identity, nullptr);
   EXPECT_EQ(rules_->QueryInterface(__uuidof(IUnknown), nullptr), E_POINTER);
@@ -81,7 +82,7 @@ TEST_F(StorageObjectTest, AnswersItsFourInterfacesAndItself) {
 
 TEST_F(StorageObjectTest, EveryRuleIsOneRowWithTheFirstCurrent) {
   for (const std::wstring& name : awkward_names()) inner_->add_rule(sample_rule(name));
-  const IkvTablePtr table = load(0);
+  const base::ComPtr<IkvTable> table = load(0);
   EXPECT_EQ(row_count(table), static_cast<long>(awkward_names().size()));
   long number = 1;
   for (const std::wstring& name : awkward_names()) {
@@ -93,20 +94,20 @@ TEST_F(StorageObjectTest, EveryRuleIsOneRowWithTheFirstCurrent) {
 
 TEST_F(StorageObjectTest, FilterSelectsOneRuleOrNone) {
   inner_->replace_content(sample_content());
-  const IkvTablePtr one = load(2);
+  const base::ComPtr<IkvTable> one = load(2);
   EXPECT_EQ(row_count(one), 1);
   EXPECT_EQ(row_of(one), (StoredRule{2, 0, sample_rule(L"second")}));
   EXPECT_EQ(row_count(load(7)), 0);
   EXPECT_EQ(row_count(load(-1)), 0);
   EXPECT_TRUE(field_of(load(7), KVFIELD_RULE_NAME));
-  const IkvTablePtr all = make_table();
+  const base::ComPtr<IkvTable> all = make_table();
   EXPECT_EQ(rules_->load_rules(nullptr, all), S_OK);
   EXPECT_EQ(row_count(all), 2);
 }
 
 TEST_F(StorageObjectTest, SettingsAreRowsInTheirOrder) {
   inner_->replace_content(sample_content());
-  const IkvTablePtr table = make_table();
+  const base::ComPtr<IkvTable> table = make_table();
   EXPECT_EQ(settings_->load_symbol_source_settings(nullptr, table), S_OK);
   for (const SymbolSourceSetting& setting : sample_content().settings) {
     EXPECT_EQ(text_in(table, KVFIELD_SETTING_NAME), setting.name);
@@ -118,7 +119,7 @@ TEST_F(StorageObjectTest, SettingsAreRowsInTheirOrder) {
 
 TEST_F(StorageObjectTest, OnlyAnEmptyTableOfTheHostIsFilled) {
   inner_->replace_content(sample_content());
-  const IkvTablePtr filled = load(0);
+  const base::ComPtr<IkvTable> filled = load(0);
   EXPECT_EQ(rules_->load_rules(nullptr, filled), E_INVALIDARG);
   EXPECT_EQ(settings_->load_symbol_source_settings(nullptr, filled), E_INVALIDARG);
   EXPECT_EQ(row_count(filled), 2);
@@ -129,9 +130,9 @@ TEST_F(StorageObjectTest, OnlyAnEmptyTableOfTheHostIsFilled) {
 
 TEST_F(StorageObjectTest, TableWithDeclaredFieldsIsFilled) {
   inner_->replace_content(sample_content());
-  const IkvTablePtr table = make_table();
+  const base::ComPtr<IkvTable> table = make_table();
   table->AddField(KVFIELD_WEEKDAY, 0, 0, 0);
-  const IkvFieldPtr weekday = field_of(table, KVFIELD_WEEKDAY);
+  const base::ComPtr<IkvField> weekday = field_of(table, KVFIELD_WEEKDAY);
   EXPECT_EQ(rules_->load_rules(nullptr, table), S_OK);
   long value = 0;
   EXPECT_EQ(weekday->GetLong(&value), S_OK);
@@ -285,7 +286,7 @@ TEST_F(StorageObjectTest, ResultsTellTheRefusalsApart) {
 TEST_F(StorageObjectTest, FailedLoadLeavesTheTableEmpty) {
   inner_->replace_content(sample_content());
   use_store(std::make_shared<FailingRuleStore>(inner_, 1));
-  const IkvTablePtr table = make_table();
+  const base::ComPtr<IkvTable> table = make_table();
   EXPECT_EQ(rules_->load_rules(nullptr, table), store_result(StoreErrorKind::unavailable));
   EXPECT_EQ(row_count(table), 0);
   EXPECT_EQ(rules_->load_rules(nullptr, table), S_OK);
@@ -293,8 +294,8 @@ TEST_F(StorageObjectTest, FailedLoadLeavesTheTableEmpty) {
 }
 
 TEST_F(StorageObjectTest, ListenerThatThrowsDoesNotEscape) {
-  const IkvExpirationRuleServicePtr service =
-      IDispatchPtr(create_storage_object(inner_, [](const StoreError&, const Rule*) { throw 1; }), false);
+  const base::ComPtr<IkvExpirationRuleService> service =
+      base::ComPtr<IDispatch>(create_storage_object(inner_, [](const StoreError&, const Rule*) { throw 1; }), false);
   long ok = 5;
   EXPECT_TRUE(FAILED(service->delete_rule(7, &ok)));
   EXPECT_EQ(ok, 0);

@@ -7,7 +7,7 @@ namespace {
 
 class TableObjectTest : public HostObjects {
  protected:
-  IkvTablePtr table_{static_cast<IkvTable*>(new TableObject), false};
+  base::ComPtr<IkvTable> table_{static_cast<IkvTable*>(new TableObject), false};
 };
 
 constexpr long rule_fields[] = {1025, 1077, 1078, 1079, 1080, 1081, 1082, 1083, 1084, 1085, 1160};
@@ -71,8 +71,8 @@ TEST_F(TableObjectTest, FieldOfTheWrongTypeIsRefusedAndUnchanged) {
   table_->AddField(KVFIELD_RULE_ID, 0, 0, 0);
   table_->AddField(KVFIELD_RULE_NAME, 0, 0, 0);
   table_->AppendRow();
-  const IkvFieldPtr number = field_of(table_, KVFIELD_RULE_ID);
-  const IkvFieldPtr name = field_of(table_, KVFIELD_RULE_NAME);
+  const base::ComPtr<IkvField> number = field_of(table_, KVFIELD_RULE_ID);
+  const base::ComPtr<IkvField> name = field_of(table_, KVFIELD_RULE_NAME);
   BSTR text = nullptr;
   long value = 5;
   EXPECT_EQ(number->SetText(L"5"), DISP_E_TYPEMISMATCH);
@@ -106,7 +106,7 @@ TEST_F(TableObjectTest, FieldFollowsTheCurrentRowAndRefusesBeyondTheLast) {
   table_->AddField(KVFIELD_RULE_ID, 0, 0, 0);
   table_->AppendRow();
   table_->AppendRow();
-  const IkvFieldPtr field = field_of(table_, KVFIELD_RULE_ID);
+  const base::ComPtr<IkvField> field = field_of(table_, KVFIELD_RULE_ID);
   EXPECT_EQ(field.GetInterfacePtr(), field_of(table_, KVFIELD_RULE_ID).GetInterfacePtr());
   field->SetLong(1);
   table_->MoveNext();
@@ -125,7 +125,7 @@ TEST_F(TableObjectTest, FieldFollowsTheCurrentRowAndRefusesBeyondTheLast) {
 TEST_F(TableObjectTest, FieldOutlivesItsTable) {
   table_->AddField(KVFIELD_RULE_NAME, 0, 0, 0);
   table_->AppendRow();
-  const IkvFieldPtr field = field_of(table_, KVFIELD_RULE_NAME);
+  const base::ComPtr<IkvField> field = field_of(table_, KVFIELD_RULE_NAME);
   field->SetText(L"kept");
   table_.Release();
   BSTR text = nullptr;

@@ -1,7 +1,9 @@
 #include "StoreWriter.h"
 
+#include "ModulePath.h"
+
 StoreWriter::StoreWriter(const std::wstring& arguments, const std::wstring& program)
-    : started_(test_support::program_folder() + L'\\' + program, arguments) {}
+    : started_(base::path_beside_program(program), arguments) {}
 
 std::optional<StoreProgress> StoreWriter::next_progress() {
   StoreProgress said{.acknowledged = true};

@@ -2,9 +2,9 @@
 
 #include <windows.h>
 
-namespace SnagtrapUtil {
+namespace base {
 
-/// Keeps the thread's last-error value and puts it back when it is destroyed.
+/// Keeps the thread's last error and restores it when it is destroyed.
 class ScopedLastError {
  public:
   ScopedLastError() noexcept : value_(GetLastError()) {}
@@ -18,4 +18,4 @@ class ScopedLastError {
   DWORD value_;
 };
 
-}  // namespace SnagtrapUtil
+}  // namespace base

@@ -4,7 +4,7 @@
 
 #include "Owned.h"
 
-namespace platform {
+namespace base {
 namespace {
 
 std::vector<int> released;
@@ -164,4 +164,4 @@ TEST_F(OwnedTest, GdiObjectsAreDeleted) {
 }
 
 }  // namespace
-}  // namespace platform
+}  // namespace base

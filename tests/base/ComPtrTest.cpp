@@ -1,9 +1,9 @@
 #include <gtest/gtest.h>
 
-#include "ComSupport.h"
+#include "ComPtr.h"
 #include "SampleInterfaces.h"
 
-namespace platform {
+namespace base {
 namespace {
 
 /// An object on the stack that answers `QueryInterface` as the test says.
@@ -38,7 +38,7 @@ HRESULT thrown_by(const Call& call) {
   return S_OK;
 }
 
-TEST(ComSupport, QueryHoldsOneReference) {
+TEST(ComPtr, QueryHoldsOneReference) {
   Odd object;
   {
     const ComPtr<ISample> found = query<ISample>(&object);
@@ -49,7 +49,7 @@ TEST(ComSupport, QueryHoldsOneReference) {
   EXPECT_EQ(object.references, 1u);
 }
 
-TEST(ComSupport, MissingInterfaceIsNullToTryQueryAndAnErrorToQuery) {
+TEST(ComPtr, MissingInterfaceIsNullToTryQueryAndAnErrorToQuery) {
   Odd object;
   object.answer = E_NOINTERFACE;
   object.answers_object = false;
@@ -57,12 +57,12 @@ TEST(ComSupport, MissingInterfaceIsNullToTryQueryAndAnErrorToQuery) {
   EXPECT_EQ(thrown_by([&] { query<ISample>(&object); }), E_POINTER);
 }
 
-TEST(ComSupport, NullSourceCountsAsMissingInterface) {
+TEST(ComPtr, NullSourceCountsAsMissingInterface) {
   EXPECT_FALSE(try_query<ISample>(nullptr));
   EXPECT_EQ(thrown_by([] { query<ISample>(nullptr); }), E_POINTER);
 }
 
-TEST(ComSupport, OtherFailuresOfAQueryAreThrownAsTheyStand) {
+TEST(ComPtr, OtherFailuresOfAQueryAreThrownAsTheyStand) {
   for (const HRESULT failure : {E_FAIL, E_OUTOFMEMORY, E_POINTER, static_cast<HRESULT>(0x80041234)}) {
     Odd object;
     object.answer = failure;
@@ -72,7 +72,7 @@ TEST(ComSupport, OtherFailuresOfAQueryAreThrownAsTheyStand) {
   }
 }
 
-TEST(ComSupport, SuccessWithoutAnObjectIsNull) {
+TEST(ComPtr, SuccessWithoutAnObjectIsNull) {
   for (const HRESULT success : {S_OK, S_FALSE}) {
     Odd object;
     object.answer = success;
@@ -82,14 +82,14 @@ TEST(ComSupport, SuccessWithoutAnObjectIsNull) {
   }
 }
 
-TEST(ComSupport, PositiveAnswerWithAnObjectIsSuccess) {
+TEST(ComPtr, PositiveAnswerWithAnObjectIsSuccess) {
   Odd object;
   object.answer = S_FALSE;
   { EXPECT_TRUE(query<ISample>(&object)); }
   EXPECT_EQ(object.references, 1u);
 }
 
-TEST(ComSupport, ReceiveKeepsWhatTheCallGave) {
+TEST(ComPtr, ReceiveKeepsWhatTheCallGave) {
   Odd object;
   ComPtr<ISample> target;
   const HRESULT answer = fetch_into(target, [&](ISample** out) {
@@ -102,7 +102,7 @@ TEST(ComSupport, ReceiveKeepsWhatTheCallGave) {
   EXPECT_EQ(object.references, 2u);
 }
 
-TEST(ComSupport, ReceiveReleasesTheOldObjectBeforeTheCall) {
+TEST(ComPtr, ReceiveReleasesTheOldObjectBeforeTheCall) {
   Odd object;
   ComPtr<ISample> target(&object);
   fetch_into(target, [&](ISample**) {
@@ -113,7 +113,7 @@ TEST(ComSupport, ReceiveReleasesTheOldObjectBeforeTheCall) {
   EXPECT_EQ(object.references, 1u);
 }
 
-TEST(ComSupport, UntouchedOutParameterGivesNull) {
+TEST(ComPtr, UntouchedOutParameterGivesNull) {
   for (const HRESULT answer : {S_OK, S_FALSE, E_FAIL}) {
     Odd object;
     ComPtr<ISample> target(&object);
@@ -122,7 +122,7 @@ TEST(ComSupport, UntouchedOutParameterGivesNull) {
   }
 }
 
-TEST(ComSupport, ObjectGivenByAFailingCallIsNotLeaked) {
+TEST(ComPtr, ObjectGivenByAFailingCallIsNotLeaked) {
   Odd object;
   {
     ComPtr<ISample> target;
@@ -135,7 +135,7 @@ TEST(ComSupport, ObjectGivenByAFailingCallIsNotLeaked) {
   EXPECT_EQ(object.references, 1u);
 }
 
-TEST(ComSupport, ReleaseLetsGoOnce) {
+TEST(ComPtr, ReleaseLetsGoOnce) {
   Odd object;
   ComPtr<ISample> target(&object);
   release(target);
@@ -170,7 +170,7 @@ class OddFactory final : public IClassFactory {
   DWORD cookie_ = 0;
 };
 
-TEST(ComSupport, CreateInstanceHoldsOneReference) {
+TEST(ComPtr, CreateInstanceHoldsOneReference) {
   OddFactory factory;
   {
     const ComPtr<ISample> made = create_instance<ISample>(__uuidof(IOther));
@@ -179,7 +179,7 @@ TEST(ComSupport, CreateInstanceHoldsOneReference) {
   EXPECT_EQ(factory.object.references, 1u);
 }
 
-TEST(ComSupport, CreateInstanceThrowsTheFailureAsItStands) {
+TEST(ComPtr, CreateInstanceThrowsTheFailureAsItStands) {
   EXPECT_EQ(thrown_by([] { create_instance<ISample>(__uuidof(ISample)); }), REGDB_E_CLASSNOTREG);
   OddFactory factory;
   factory.object.answers_object = false;
@@ -187,32 +187,11 @@ TEST(ComSupport, CreateInstanceThrowsTheFailureAsItStands) {
   EXPECT_EQ(thrown_by([] { create_instance<ISample>(__uuidof(IOther)); }), E_ACCESSDENIED);
 }
 
-TEST(ComSupport, CreateInstanceWithoutAnObjectIsAnError) {
+TEST(ComPtr, CreateInstanceWithoutAnObjectIsAnError) {
   OddFactory factory;
   factory.object.answers_object = false;
   EXPECT_TRUE(FAILED(thrown_by([] { create_instance<ISample>(__uuidof(IOther)); })));
 }
 
-TEST(ComSupport, TakenStringIsFreedWithItsHolder) {
-  const _bstr_t text = take_string(SysAllocString(L"\u89c4\u5219"));
-  EXPECT_STREQ(static_cast<const wchar_t*>(text), L"\u89c4\u5219");
-  EXPECT_EQ(take_string(nullptr).length(), 0u);
-}
-
-TEST(ComSupport, SameTextComparesCodeUnits) {
-  const _bstr_t with_zero = take_string(SysAllocStringLen(L"a\0b", 3));
-  const _bstr_t with_other_zero = take_string(SysAllocStringLen(L"a\0c", 3));
-  EXPECT_TRUE(same_text(L"a", L"a"));
-  EXPECT_TRUE(same_text(_bstr_t(), L""));
-  EXPECT_TRUE(same_text(L"", _bstr_t()));
-  EXPECT_TRUE(same_text(_bstr_t(), _bstr_t()));
-  EXPECT_TRUE(same_text(with_zero, with_zero));
-  EXPECT_FALSE(same_text(with_zero, with_other_zero));
-  EXPECT_FALSE(same_text(with_zero, L"a"));
-  EXPECT_FALSE(same_text(L"a", L"A"));
-  EXPECT_FALSE(same_text(L"\u00e9", L"e\u0301"));
-  EXPECT_FALSE(same_text(_bstr_t(), L"a"));
-}
-
 }  // namespace
-}  // namespace platform
+}  // namespace base
