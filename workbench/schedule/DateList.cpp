@@ -11,8 +11,6 @@ namespace workbench::schedule {
 
 namespace {
 
-constexpr std::string_view month_letters = "FGHJKMNQUVXZ";
-
 bool is_letter(char unit) { return (unit >= 'A' && unit <= 'Z') || (unit >= 'a' && unit <= 'z'); }
 bool is_digit(char unit) { return unit >= '0' && unit <= '9'; }
 char to_upper(char letter) { return letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - 'a' + 'A') : letter; }
@@ -79,6 +77,11 @@ std::optional<Month> try_parse_contract(std::string_view text) {
     return month_of(digits, number.size() == 1 ? "0" + number : number);
   }
   return try_parse_month(text);
+}
+
+bool is_delivery_month(Month contract, std::string_view letters) {
+  const char letter = month_letters[static_cast<unsigned>(contract.month()) - 1];
+  return letters.empty() || letters.find(letter) != std::string_view::npos;
 }
 
 DateList read_date_list(std::string_view bytes) { return read_list(bytes, false); }

@@ -15,6 +15,9 @@ namespace workbench::schedule {
 /// those of the year. Years of two digits are those from 2000 to 2099.
 std::optional<Month> try_parse_contract(std::string_view text);
 
+/// Whether the contract month is among these letters of delivery months; no letters are all months.
+bool is_delivery_month(Month contract, std::string_view letters);
+
 /// One line of a list of dates.
 struct ListedDate {
   std::size_t line = 0;

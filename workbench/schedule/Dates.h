@@ -14,6 +14,9 @@ using Month = std::chrono::year_month;
 inline constexpr int first_year = 1900;
 inline constexpr int last_year = 2199;
 
+/// The letters with which exchanges name the months from January to December.
+inline constexpr std::string_view month_letters = "FGHJKMNQUVXZ";
+
 /// The day that this text names in the form 2026-01-16, unless it is no day of a supported year.
 std::optional<Day> try_parse_day(std::string_view text);
 

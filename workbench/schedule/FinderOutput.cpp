@@ -9,6 +9,7 @@ namespace {
 
 std::vector<std::string> texts_of(const std::vector<Month>& months) {
   std::vector<std::string> texts;
+  texts.reserve(months.size());
   for (const Month month : months) texts.push_back(to_text(month));
   return texts;
 }
@@ -27,16 +28,18 @@ TextTable table_of(const FoundRules& found) {
   return table;
 }
 
-std::string json_array(std::vector<std::string> elements) {
+std::string json_array(const std::vector<std::string>& elements) {
   return elements.empty() ? "[]" : '[' + joined(elements, ", ") + ']';
 }
 
 std::string json_dates(const std::vector<KnownDate>& dates) {
   std::vector<std::string> elements;
-  for (const KnownDate& known : dates)
-    elements.push_back("{\"contract\": \"" + to_text(known.contract) + "\", \"date\": \"" + to_text(known.date) +
-                       "\"}");
-  return json_array(std::move(elements));
+  elements.reserve(dates.size());
+  for (const KnownDate& known : dates) {
+    elements.push_back(R"({"contract": )" + json_string(to_text(known.contract)) + R"(, "date": )" +
+                       json_string(to_text(known.date)) + '}');
+  }
+  return json_array(elements);
 }
 
 std::string json_rule(const FoundRules& found, std::size_t index) {
@@ -47,7 +50,7 @@ std::string json_rule(const FoundRules& found, std::size_t index) {
     text += std::string(", \"") + field.name + "\": " + std::to_string(rule.rule.*field.value);
   std::vector<std::string> missed = texts_of(rule.missed);
   for (std::string& contract : missed) contract = json_string(contract);
-  return text + ", \"missed\": " + json_array(std::move(missed)) + '}';
+  return text + ", \"missed\": " + json_array(missed) + '}';
 }
 
 }  // namespace

@@ -10,7 +10,8 @@ namespace workbench::schedule {
 /// The languages of the messages.
 enum class Language { english, chinese };
 
-/// What is wrong with a line of a file. Each kind has its message in the table of Mistakes.cpp.
+/// What there is to say about a line of a file, or about a command. Each kind has its message in the table of
+/// Mistakes.cpp.
 enum class MistakeKind {
   not_utf8,
   not_text,
@@ -49,10 +50,25 @@ enum class MistakeKind {
   edited_name,
   json,
   json_text,
+  unknown_argument,
+  missing_value,
+  bad_value,
+  second_command,
+  missing_option,
+  unreadable_file,
+  unknown_rule,
+  unknown_calendar,
+  calendar_needed,
+  ignored_column,
+  closed_date,
+  date_beyond_calendar,
+  no_rule_found,
+  one_rule_found,
+  rules_found,
   last_kind,
 };
 
-/// One mistake in a file: its line, counted from 1, and what the message is about.
+/// One mistake in a file: its line, counted from 1, and what the message is about. Line 0: it is about no line.
 struct Mistake {
   std::size_t line = 0;
   MistakeKind kind{};

@@ -4,12 +4,11 @@
 #include <limits>
 
 #include "Calendar.h"
+#include "Dates.h"
 
 namespace workbench::schedule {
 
 namespace {
-
-constexpr std::string_view month_letters = "FGHJKMNQUVXZ";
 
 std::optional<std::int32_t> try_parse_number(std::string_view text) {
   const bool negative = text.starts_with('-');

@@ -90,10 +90,10 @@ std::string schedule_json(std::span<const ScheduleRow> rows) {
   std::string text = "[";
   for (const ScheduleRow& row : rows) {
     text += text.size() > 1 ? ",\n" : "\n";
-    text += "  {\"rule\": " + json_string(row.rule) + ", \"setting\": " + json_string(row.setting) +
-            ", \"contract\": \"" + to_text(row.dates.contract) + "\", \"specified\": " + json_day(row.dates.specified) +
-            ", \"expiration\": " + json_day(row.dates.expiration) + ", \"roll\": " + json_day(row.dates.roll) +
-            ", \"flags\": [";
+    text += R"(  {"rule": )" + json_string(row.rule) + R"(, "setting": )" + json_string(row.setting) +
+            R"(, "contract": )" + json_string(to_text(row.dates.contract)) + R"(, "specified": )" +
+            json_day(row.dates.specified) + R"(, "expiration": )" + json_day(row.dates.expiration) + R"(, "roll": )" +
+            json_day(row.dates.roll) + R"(, "flags": [)";
     std::vector<std::string> flags = flag_names(row.dates);
     for (std::string& flag : flags) flag = json_string(flag);
     text += joined(flags, ", ") + "]}";

@@ -82,8 +82,8 @@ std::string well_formed(std::string_view text) {
 std::string csv_text(const TextTable& table) {
   std::string text;
   for (const std::vector<std::string>& row : table) {
-    std::vector<std::string> fields;
-    for (const std::string& field : row) fields.push_back(well_formed(field));
+    std::vector<std::string> fields = row;
+    for (std::string& field : fields) field = well_formed(field);
     append_csv(text, fields);
   }
   return text;

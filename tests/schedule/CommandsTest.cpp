@@ -1,0 +1,192 @@
+#include <algorithm>
+#include <map>
+
+#include "Commands.h"
+#include "ScheduleTest.h"
+
+namespace workbench::schedule {
+
+namespace {
+
+const std::string rules_csv =
+    "RuleName,RollOffset,DayType,DayMode,DayOfMonth,DayMonth,WeekOrdinal,Weekday,WeekdayMonth,MoveToNextTradingDay\n"
+    "CSI 300,0,0,1,1,1,3,5,1,1\n"
+    "copper,0,0,0,15,1,1,1,1,1\n";
+
+class Commands : public testing::Test {
+ protected:
+  Commands() {
+    input_.read_file = [this](const std::string& path) -> std::optional<std::string> {
+      const auto found = files_.find(path);
+      return found == files_.end() ? std::nullopt : std::optional(found->second);
+    };
+    input_.calendars = shipped_calendars();
+    input_.today = day("2026-01-10");
+    files_["rules.csv"] = rules_csv;
+  }
+
+  CommandOutput run(const std::vector<std::string>& arguments) {
+    Mistake mistake;
+    const std::optional<CommandArguments> parsed = parse_command_arguments(arguments, mistake);
+    if (!parsed) return {{}, {describe(mistake)}, wrong_arguments};
+    return run_command(*parsed, input_);
+  }
+
+  /// The exit code and the messages.
+  std::string outcome(const std::vector<std::string>& arguments) {
+    const CommandOutput output = run(arguments);
+    std::string text = std::to_string(output.exit_code);
+    for (const std::string& message : output.messages) text += "|" + message;
+    return text;
+  }
+
+  std::map<std::string, std::string> files_;
+  CommandInput input_;
+};
+
+const std::vector<std::string> schedule_csi{"--rules",    "rules.csv",     "--schedule", "CSI 300",
+                                            "--calendar", "china-futures", "--format",   "csv"};
+
+std::vector<std::string> operator+(std::vector<std::string> left, const std::vector<std::string>& right) {
+  left.insert(left.end(), right.begin(), right.end());
+  return left;
+}
+
+}  // namespace
+
+TEST_F(Commands, ScheduleGivesMonthsFromThisMonthOn) {
+  const CommandOutput output = run(schedule_csi + std::vector<std::string>{"--months", "2"});
+  EXPECT_EQ(output.exit_code, done);
+  EXPECT_EQ(output.data,
+            "rule,setting,contract,specified,expiration,roll,flags\r\n"
+            "CSI 300,,2026-01,2026-01-16,2026-01-16,2026-01-16,\r\n"
+            "CSI 300,,2026-02,2026-02-20,2026-02-24,2026-02-24,moved\r\n");
+  EXPECT_EQ(run(schedule_csi).data.substr(0, output.data.size()), output.data);
+  const std::string twelve = run(schedule_csi).data;
+  EXPECT_EQ(std::ranges::count(twelve, '\n'), 13);
+}
+
+TEST_F(Commands, ScheduleTakesTodayFromAndEstimates) {
+  EXPECT_NE(run(schedule_csi + std::vector<std::string>{"--today", "2015-02-03"}).data.find("2015-02-25"),
+            std::string::npos);
+  const std::vector<std::string> next_year{"--from", "2027-01", "--months", "1"};
+  EXPECT_NE(run(schedule_csi + next_year).data.find("2027-01-15,,,beyond-calendar"), std::string::npos);
+  EXPECT_NE(run(schedule_csi + next_year + std::vector<std::string>{"--estimate"}).data.find("2027-01-15,estimate"),
+            std::string::npos);
+}
+
+TEST_F(Commands, ScheduleAllGivesEveryRuleInEachFormat) {
+  const std::vector<std::string> all{"--rules", "rules.csv", "--schedule-all", "--calendar", "china-futures"};
+  EXPECT_NE(run(all).data.find("copper" + std::string(12, ' ') + "2026-02"), std::string::npos);
+  EXPECT_EQ(run(all + std::vector<std::string>{"--format", "json"}).data.front(), '[');
+  EXPECT_EQ(run(all + std::vector<std::string>{"--format", "ics"}).data.substr(0, 15), "BEGIN:VCALENDAR");
+  EXPECT_EQ(run(all + std::vector<std::string>{"--format", "html"}).data.substr(0, 15), "<!DOCTYPE html>");
+}
+
+TEST_F(Commands, CalendarMayBeAFile) {
+  files_["my.csv"] = "# name: mine\n# from: 2026-01-01\n# to: 2026-01-31\ndate\n2026-01-16\n";
+  const std::vector<std::string> command{"--rules", "rules.csv", "--schedule", "CSI 300", "--calendar", "my.csv"};
+  EXPECT_NE(run(command).data.find("2026-01-19"), std::string::npos);
+  files_["my.csv"] += "x\n";
+  EXPECT_EQ(outcome(command), "3|my.csv:6: expected a day like 2026-01-16, from 1900 to 2199; found \"x\"");
+  EXPECT_EQ(run(command).data, "");
+}
+
+TEST_F(Commands, SettingsOfAStoreGiveTheirRows) {
+  input_.rules = {{"CSI 300", on_weekday(3, 5, current_month, true)}};
+  input_.settings = {{"IF", "CSI 300", "china-futures", "HMUZ", true}, {"other", "x"}, {"US", "CSI 300", "us-futures"}};
+  const CommandOutput output = run({"--store", "s", "--schedule", "CSI 300", "--months", "3", "--format", "csv"});
+  EXPECT_EQ(output.data,
+            "rule,setting,contract,specified,expiration,roll,flags\r\n"
+            "CSI 300,IF,2026-03,2026-03-20,2026-03-20,2026-03-20,\r\n"
+            "CSI 300,US,2026-01,2026-01-16,2026-01-16,2026-01-16,\r\n"
+            "CSI 300,US,2026-02,2026-02-20,2026-02-20,2026-02-20,\r\n"
+            "CSI 300,US,2026-03,2026-03-20,2026-03-20,2026-03-20,\r\n");
+}
+
+TEST_F(Commands, RuleWithoutCalendarNeedsOne) {
+  EXPECT_EQ(outcome({"--rules", "rules.csv", "--schedule-all"}),
+            "2|no setting gives the rule \"CSI 300\" a calendar: --calendar is needed");
+}
+
+TEST_F(Commands, CheckComparesAListWithTheRules) {
+  files_["list.csv"] = "rule,contract,date\nCSI 300,IF2602,2026-02-24\ncopper,2026-01,2026-01-15\n";
+  const std::vector<std::string> command{"--rules", "rules.csv", "--check", "list.csv", "--calendar", "china-futures"};
+  EXPECT_EQ(outcome(command), "0");
+  EXPECT_EQ(run(command).data,
+            "rule,contract,listed,found,days,explained_by\r\n"
+            "CSI 300,2026-02,2026-02-24,2026-02-24,0,\r\n"
+            "copper,2026-01,2026-01-15,2026-01-15,0,\r\n");
+  files_["list.csv"] += "copper,2026-02,2026-02-16\n";
+  EXPECT_EQ(outcome(command), "1");
+  files_["list.csv"] =
+      "rule,contract,date,x\nzinc,2026-01,2026-01-15,\ncopper,x,2026-01-15,\ncopper,2026-01,2026-01-15,\n";
+  EXPECT_EQ(outcome(command),
+            "1|list.csv:3: expected a contract like 2026-01, 202601, 2601, IF2601 or CLF26; found \"x\""
+            "|list.csv: the column \"x\" is ignored|list.csv:2: there is no rule \"zinc\"");
+  files_["list.csv"] = "rule;contract;date\n";
+  EXPECT_EQ(run(command).exit_code, unusable_file);
+}
+
+TEST_F(Commands, FindRuleNamesTheRules) {
+  files_["dates.csv"] =
+      "contract,date\n2015-02,2015-02-25\n2024-02,2024-02-19\n2026-02,2026-02-24\n2027-01,2027-01-15\n";
+  const std::vector<std::string> command{"--find-rule", "dates.csv", "--calendar", "china-futures", "--format", "csv"};
+  const CommandOutput output = run(command);
+  EXPECT_EQ(output.exit_code, done);
+  EXPECT_NE(output.data.find(",3,3,0,0,1,1,1,3,5,1,1,\r\n"), std::string::npos);
+  ASSERT_EQ(output.messages.size(), 2U);
+  EXPECT_EQ(output.messages[0], "dates.csv:5: 2027-01-15 lies beyond the calendar and does not count");
+  EXPECT_NE(output.messages[1].find("rules give all 3 dates; more dates would separate them"), std::string::npos);
+  const std::string one = run(command + std::vector<std::string>{"--limit", "1"}).data;
+  EXPECT_EQ(std::ranges::count(one, '\n'), 2);
+
+  files_["dates.csv"] = "contract,date\n2026-01,2026-01-17\n2026-02,2026-01-16\n";
+  EXPECT_EQ(outcome(command),
+            "1|dates.csv:2: the exchange is closed on 2026-01-17|no rule gives all 2 dates; the best ones are listed");
+}
+
+TEST_F(Commands, UnusableFilesAreNamed) {
+  EXPECT_EQ(outcome({"--rules", "missing.csv", "--schedule-all"}), "3|missing.csv: the file cannot be read");
+  files_["bad.csv"] = "RuleName\n";
+  EXPECT_EQ(run({"--rules", "bad.csv", "--schedule-all"}).exit_code, unusable_file);
+  files_["twice.csv"] = rules_csv + "copper,0,0,0,15,1,1,1,1,1\n";
+  EXPECT_EQ(outcome({"--rules", "twice.csv", "--schedule-all"}),
+            "3|twice.csv:4: expected each rule once; \"copper\" is on line 3 already");
+}
+
+TEST_F(Commands, UnknownNamesAreWrongArguments) {
+  EXPECT_EQ(outcome({"--rules", "rules.csv", "--schedule", "zinc"}), "2|there is no rule \"zinc\"");
+  EXPECT_EQ(outcome({"--rules", "rules.csv", "--schedule-all", "--calendar", "moon"}),
+            "2|there is no calendar \"moon\"");
+}
+
+TEST_F(Commands, ArgumentsThatMakeNoSenseAreNamed) {
+  EXPECT_EQ(outcome({"--rules", "r", "--schedule"}), "2|--schedule needs a value");
+  EXPECT_EQ(outcome({"--rules", "--schedule-all"}), "2|--rules needs a value");
+  EXPECT_EQ(outcome({"--rules", "r", "--schedule-all", "--check", "x"}),
+            "2|only one command at a time: --schedule-all and --check");
+  EXPECT_EQ(outcome({"--schedule-all"}), "2|exactly one of these is needed: --store, --rules");
+  EXPECT_EQ(outcome({"--schedule-all", "--rules", "r", "--store", "s"}),
+            "2|exactly one of these is needed: --store, --rules");
+  EXPECT_EQ(outcome({"--find-rule", "x"}), "2|exactly one of these is needed: --calendar");
+  EXPECT_EQ(outcome({"--find-rule", "x", "--calendar", "c", "--format", "html"}), "2|\"html\" is no value of --format");
+  EXPECT_EQ(outcome({"--schedule-all", "--colour", "red"}), "2|unknown argument: --colour");
+  for (const auto& [option, value] : std::vector<std::pair<std::string, std::string>>{{"--from", "2026"},
+                                                                                      {"--today", "2026-02-30"},
+                                                                                      {"--months", "0"},
+                                                                                      {"--months", "1201"},
+                                                                                      {"--months", "1x"},
+                                                                                      {"--limit", "0"},
+                                                                                      {"--format", "xml"},
+                                                                                      {"--against", "both"}})
+    EXPECT_EQ(outcome({"--schedule-all", option, value}), "2|\"" + value + "\" is no value of " + option);
+}
+
+TEST_F(Commands, AreRecognised) {
+  EXPECT_TRUE(is_schedule_command(schedule_csi));
+  EXPECT_TRUE(is_schedule_command(std::vector<std::string>{"--find-rule"}));
+  EXPECT_FALSE(is_schedule_command(std::vector<std::string>{"--store", "s", "--show", "1"}));
+}
+
+}  // namespace workbench::schedule

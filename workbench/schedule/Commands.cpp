@@ -1,0 +1,241 @@
+#include "Commands.h"
+
+#include <algorithm>
+#include <map>
+
+#include "CalendarFile.h"
+#include "DateList.h"
+#include "FinderOutput.h"
+#include "ScheduleOutput.h"
+#include "YearPage.h"
+
+namespace workbench::schedule {
+
+namespace {
+
+using Action = CommandArguments::Action;
+using Format = CommandArguments::Format;
+
+/// Ends a command early.
+struct CommandFailure {
+  ExitCode exit_code;
+};
+
+class CommandRun {
+ public:
+  CommandRun(const CommandArguments& arguments, const CommandInput& input)
+      : arguments_(arguments), input_(input), today_(arguments.today.value_or(input.today)) {}
+
+  CommandOutput run() {
+    try {
+      if (arguments_.action == Action::find_rule) {
+        find();
+      } else {
+        load_rules();
+        if (arguments_.action == Action::check) {
+          check();
+        } else {
+          schedule();
+        }
+      }
+    } catch (const CommandFailure& failure) {
+      output_.data.clear();
+      output_.exit_code = failure.exit_code;
+    }
+    return std::move(output_);
+  }
+
+ private:
+  void tell(MistakeKind kind, std::vector<std::string> parameters) {
+    output_.messages.push_back(describe({0, kind, std::move(parameters)}, input_.language));
+  }
+
+  void tell(const std::string& file, const std::vector<Mistake>& mistakes) {
+    for (const Mistake& mistake : mistakes) output_.messages.push_back(describe(file, mistake, input_.language));
+  }
+
+  [[noreturn]] void fail(ExitCode exit_code, MistakeKind kind, std::vector<std::string> parameters) {
+    tell(kind, std::move(parameters));
+    throw CommandFailure{exit_code};
+  }
+
+  std::string read(const std::string& path) {
+    std::optional<std::string> bytes = input_.read_file(path);
+    if (!bytes) fail(unusable_file, MistakeKind::unreadable_file, {path});
+    return std::move(*bytes);
+  }
+
+  void load_rules() {
+    rules_ = input_.rules;
+    settings_ = input_.settings;
+    if (arguments_.rules_file.empty()) return;
+    settings_.clear();
+    rules_.clear();
+    const RuleFile file = read_rules_csv(read(arguments_.rules_file));
+    tell(arguments_.rules_file, file.mistakes);
+    if (!file.mistakes.empty()) throw CommandFailure{unusable_file};
+    std::map<std::string_view, std::size_t> lines;
+    for (const Lined<NamedRule>& lined : *file.rules) {
+      if (const auto [first, is_new] = lines.emplace(lined.item.name, lined.line); !is_new) {
+        tell(arguments_.rules_file,
+             {{lined.line, MistakeKind::repeated_rule, {lined.item.name, std::to_string(first->second)}}});
+        throw CommandFailure{unusable_file};
+      }
+      rules_.push_back(lined.item);
+    }
+  }
+
+  const NamedRule* find_rule(std::string_view name) const {
+    const auto found = std::ranges::find(rules_, name, &NamedRule::name);
+    return found == rules_.end() ? nullptr : &*found;
+  }
+
+  /// The open days of the calendar with this name or in this file.
+  const TradingDays& open_days(const std::string& calendar) {
+    const auto known = open_days_.find(calendar);
+    if (known != open_days_.end()) return known->second;
+    if (is_file_name(calendar)) {
+      const CalendarReading reading = read_calendar(read(calendar));
+      tell(calendar, reading.mistakes);
+      if (!reading.calendar) throw CommandFailure{unusable_file};
+      return open_days_.emplace(calendar, trading_days(*reading.calendar)).first->second;
+    }
+    const auto found = std::ranges::find(input_.calendars, calendar, &Calendar::name);
+    if (found == input_.calendars.end()) fail(wrong_arguments, MistakeKind::unknown_calendar, {calendar});
+    return open_days_.emplace(calendar, trading_days(*found)).first->second;
+  }
+
+  /// The calendar that the command names, else that of the setting.
+  const std::string& calendar_of(const NamedRule& rule, const NamedSetting* setting) {
+    if (!arguments_.calendar.empty()) return arguments_.calendar;
+    if (!setting || setting->calendar.empty()) fail(wrong_arguments, MistakeKind::calendar_needed, {rule.name});
+    return setting->calendar;
+  }
+
+  void schedule() {
+    const std::chrono::year_month_day today{today_};
+    const Month first = arguments_.from.value_or(Month{today.year(), today.month()});
+    std::vector<ScheduleRow> rows;
+    if (arguments_.action == Action::schedule) {
+      const NamedRule* rule = find_rule(arguments_.rule);
+      if (!rule) fail(wrong_arguments, MistakeKind::unknown_rule, {arguments_.rule});
+      add_rows(*rule, first, rows);
+    } else {
+      for (const NamedRule& rule : rules_) add_rows(rule, first, rows);
+    }
+    write(rows, first.year());
+  }
+
+  void add_rows(const NamedRule& rule, Month first, std::vector<ScheduleRow>& rows) {
+    std::vector<const NamedSetting*> users;
+    for (const NamedSetting& setting : settings_) {
+      if (setting.rule == rule.name && arguments_.calendar.empty()) users.push_back(&setting);
+    }
+    if (users.empty()) users.push_back(nullptr);
+    for (const NamedSetting* setting : users) {
+      const TradingDays& calendar = open_days(calendar_of(rule, setting));
+      for (int i = 0; i < arguments_.months; ++i) {
+        const Month contract = first + std::chrono::months{i};
+        if (setting && !is_delivery_month(contract, setting->months)) continue;
+        rows.push_back({rule.name, setting ? setting->name : std::string(),
+                        contract_dates(rule.numbers, contract, calendar, {.estimates = arguments_.estimate})});
+      }
+    }
+  }
+
+  void write(const std::vector<ScheduleRow>& rows, std::chrono::year year) {
+    switch (arguments_.format) {
+      case Format::table:
+        output_.data = schedule_table(rows);
+        break;
+      case Format::csv:
+        output_.data = schedule_csv(rows);
+        break;
+      case Format::json:
+        output_.data = schedule_json(rows);
+        break;
+      case Format::icalendar:
+        output_.data = schedule_icalendar(rows, today_, input_.language);
+        break;
+      case Format::html: {
+        const TradingDays* calendar = open_days_.size() == 1 ? &open_days_.begin()->second : nullptr;
+        output_.data = year_page(rows, year, calendar, input_.language);
+      }
+    }
+  }
+
+  void check() {
+    const DateList list = read_rule_date_list(read(arguments_.dates_file));
+    begin_list(list);
+    std::vector<CheckRow> rows;
+    for (const ListedDate& listed : list.dates) {
+      const NamedRule* rule = find_rule(listed.rule);
+      if (!rule) {
+        tell(arguments_.dates_file, {{listed.line, MistakeKind::unknown_rule, {listed.rule}}});
+        output_.exit_code = with_differences;
+        continue;
+      }
+      const auto found = std::ranges::find(settings_, rule->name, &NamedSetting::rule);
+      const NamedSetting* setting = found == settings_.end() ? nullptr : &*found;
+      const Against day_of_setting = setting && setting->last_day_is_expiration ? Against::expiration : Against::roll;
+      rows.push_back({rule->name, check_date(rule->numbers, listed.known, open_days(calendar_of(*rule, setting)),
+                                             arguments_.against.value_or(day_of_setting))});
+      if (!rows.back().check.is_match()) output_.exit_code = with_differences;
+    }
+    output_.data = check_csv(rows);
+  }
+
+  /// Tells what is wrong with a list of dates. A list without a single date cannot be used.
+  void begin_list(const DateList& list) {
+    tell(arguments_.dates_file, list.mistakes);
+    for (const std::string& column : list.ignored_columns)
+      tell(MistakeKind::ignored_column, {arguments_.dates_file, column});
+    if (list.mistakes.empty()) return;
+    if (list.dates.empty()) throw CommandFailure{unusable_file};
+    output_.exit_code = with_differences;
+  }
+
+  void find() {
+    const DateList list = read_date_list(read(arguments_.dates_file));
+    begin_list(list);
+    const TradingDays& calendar = open_days(arguments_.calendar);
+    std::vector<KnownDate> dates;
+    for (const ListedDate& listed : list.dates) {
+      dates.push_back(listed.known);
+      const std::vector<std::string> day{to_text(listed.known.date)};
+      if (!calendar.covers(listed.known.date)) {
+        tell(arguments_.dates_file, {{listed.line, MistakeKind::date_beyond_calendar, day}});
+      } else if (!calendar.is_open(listed.known.date)) {
+        tell(arguments_.dates_file, {{listed.line, MistakeKind::closed_date, day}});
+      }
+    }
+    const FoundRules found = find_rules(dates, calendar, arguments_.against.value_or(Against::roll), arguments_.limit);
+    const std::string counted = std::to_string(found.counted);
+    if (found.agreeing == 0) {
+      tell(MistakeKind::no_rule_found, {counted});
+      output_.exit_code = with_differences;
+    } else {
+      tell(found.agreeing == 1 ? MistakeKind::one_rule_found : MistakeKind::rules_found,
+           {counted, std::to_string(found.agreeing)});
+    }
+    output_.data = arguments_.format == Format::csv    ? found_csv(found)
+                   : arguments_.format == Format::json ? found_json(found)
+                                                       : found_table(found);
+  }
+
+  const CommandArguments& arguments_;
+  const CommandInput& input_;
+  Day today_;
+  std::vector<NamedRule> rules_;
+  std::vector<NamedSetting> settings_;
+  std::map<std::string, TradingDays> open_days_;
+  CommandOutput output_;
+};
+
+}  // namespace
+
+CommandOutput run_command(const CommandArguments& arguments, const CommandInput& input) {
+  return CommandRun(arguments, input).run();
+}
+
+}  // namespace workbench::schedule
