@@ -97,8 +97,7 @@ UINT reopening_command(const WINDOWPLACEMENT& placement, bool minimised, bool re
 void lower_bottom(RECT& rect, LONG caption) noexcept;
 void raise_bottom(RECT& rect, LONG caption) noexcept;
 
-/// A stored rectangle as large as the window will be: the system holds that at its smallest size, a dialog also at an
-/// opening height. A rectangle that was turned around becomes a window of that size.
+/// Grows a stored rectangle to the minimum size; keeps opening heights; inverted rectangles become minimum-sized.
 RECT held_rect(const RECT& rect, CSize smallest, LONG caption) noexcept;
 
 /// Pulls a rectangle into the work area of its monitor, the left and top edges first, and moves it to the same offset

@@ -53,7 +53,7 @@ class CSizeGrip : public platform::CSubclassedWindow {
 template <class T>
 class CResizableGrip {
  public:
-  /// Counts one more who wants the grip shown, unless the bits of `dwMask` in `*pStatus` say that it is counted.
+  /// Increments the show count unless `dwMask` is already set in `*pStatus`.
   void ShowSizeGrip(DWORD* pStatus, DWORD dwMask) noexcept {
     if (!SnagtrapUtil::expect(pStatus != nullptr, L"pStatus != 0", ZD_LOCATION)) return;
     if (*pStatus & dwMask) return;

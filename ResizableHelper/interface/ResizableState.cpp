@@ -28,7 +28,7 @@ HMONITOR monitor_under_cursor() noexcept {
   return MonitorFromPoint(cursor, MONITOR_DEFAULTTONEAREST);
 }
 
-/// The key, made when it is missing. Opened once more after that, because what counts is that it can be written later.
+/// Opens or creates the key; the second open verifies write access.
 base::RegistryKey writable_key(HKEY root, const wchar_t* name) noexcept {
   base::RegistryKey first;
   if (RegOpenKeyExW(root, name, 0, KEY_WRITE, first.put()) != ERROR_SUCCESS) {

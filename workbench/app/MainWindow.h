@@ -40,8 +40,8 @@ class MainWindow final : public Window {
   /// Runs a task later, from the message loop that is running then; a modal one too.
   void post(std::function<void()> task);
 
-  /// Shows a box with this text over whatever dialog is open, and waits until it is closed. Answers false, and shows
-  /// nothing, while a dialog is on its way: it has disabled this window and is not there yet.
+  /// Shows a box with this text over whatever dialog is open, and waits until it is closed. Returns false, and shows
+  /// nothing, while this window is disabled but its modal dialog does not exist yet.
   bool try_show_box(const std::wstring& message, UINT icon);
 
  protected:

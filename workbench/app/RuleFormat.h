@@ -6,7 +6,7 @@
 
 namespace workbench {
 
-// A rule that no store would keep is told as well: a choice out of its range reads as one that was not made.
+// Out-of-range values are formatted as "not chosen".
 
 /// How many days before the specified day a contract is rolled over.
 std::wstring format_offset(const Rule& rule);
