@@ -2,9 +2,9 @@
 
 #include <atomic>
 
-#include "AnswerDialog.h"
-#include "IgnoredPlaces.h"
+#include "IgnoredLocations.h"
 #include "RecentDialog.h"
+#include "ReportDialog.h"
 #include "ReportText.h"
 #include "SnagtrapResource.h"
 #include "Texts.h"
@@ -21,8 +21,8 @@ constexpr DWORD recent_bytes = 64 * 1024;
 std::atomic<bool> process_is_clean{true};
 std::atomic<bool> window_is_open{false};
 
-/// The right to show a window: one at a time in a process. A report that comes up while its user reads another one,
-/// perhaps from a window that the dialog uncovers, must not pile up on it.
+/// The right to show a window, for one report of the process at a time. The dialog's message loop lets the host run on,
+/// and its further reports would open dialog upon dialog.
 class DialogSlot {
  public:
   DialogSlot() noexcept : held_(!window_is_open.exchange(true)) {}
@@ -46,11 +46,11 @@ HRESULT create(IDebugObject** created) {
   return S_OK;
 }
 
-/// Looks once whether the record's place is always ignored.
+/// Whether the record's location is always ignored. Looks it up at the first call for the record.
 bool filter(Record& record) {
   if (!record.ignored) {
-    const std::optional<Place> place = record.place();
-    record.ignored = place && is_ignored(*place);
+    const std::optional<Location> location = record.location();
+    record.ignored = location && is_ignored(*location);
   }
   return *record.ignored;
 }
@@ -102,14 +102,14 @@ HRESULT DebugRoot::run(std::wstring_view word, Record* record) {
   return E_INVALIDARG;
 }
 
-/// A log that cannot be written is no reason to refuse the client: it would drop every later report.
+/// Succeeds even if the log cannot be written: a client that fails to start drops every later report.
 HRESULT DebugRoot::start(const Record& record) {
-  journal_.wish_for(record.text(L"LogDirectory"));
+  journal_.propose_directory(record.text(L"LogDirectory"));
   journal_.write(L"INIT", &record, read_settings());
   return S_OK;
 }
 
-/// The line is written before the user is asked: the answer may be the end of the process.
+/// Writes the line before it asks the user, who may choose to end the process.
 HRESULT DebugRoot::process(Record& record) {
   const Settings settings = read_settings();
   const std::optional<UINT> caption = caption_of(record);
@@ -118,24 +118,24 @@ HRESULT DebugRoot::process(Record& record) {
   process_is_clean = false;
   const bool ignored = filter(record);
   const HRESULT logged = journal_.write(L"PROCESS", &record, settings);
-  const DialogSlot turn;
-  if (ignored || !turn.held() || !may_show(settings)) return logged;
+  const DialogSlot slot;
+  if (ignored || !slot.held() || !may_show(settings)) return logged;
 
   const UserAnswer answer = ask_user(report_text(record, *caption, logged));
   journal_.write_answer(name_of(answer), settings);
-  if (answer == UserAnswer::always_ignore && record.place()) always_ignore(*record.place());
+  if (answer == UserAnswer::always_ignore && record.location()) always_ignore(*record.location());
   return result_of(answer);
 }
 
 HRESULT DebugRoot::clean() {
   process_is_clean = true;
-  return journal_.log(read_settings()).put_aside();
+  return journal_.log(read_settings()).start_new_file();
 }
 
 HRESULT DebugRoot::show_recent() const {
   const Settings settings = read_settings();
-  const DialogSlot turn;
-  if (!turn.held() || !may_show(settings)) return S_FALSE;
+  const DialogSlot slot;
+  if (!slot.held() || !may_show(settings)) return S_FALSE;
   const ReportLog log = journal_.log(settings);
   show_recent_reports(log.path(), recent_text(log.tail(recent_bytes)));
   return S_OK;

@@ -8,26 +8,26 @@
 
 namespace snagtrap {
 
-/// The root object of one client: carries out command words. Clients serialise their calls; several clients of one
-/// process may call at the same time, each on a root of its own.
+/// The root object of one client: runs its commands. Clients serialise their calls; several clients of one process may
+/// call at the same time, each on its own root.
 class DebugRoot final : public workbench::DispatchObject<IKV_SnagtrapUtil::IDebugRoot> {
  public:
-  /// Accepts everything: what the log says about a process it knows from the system.
+  /// Accepts and ignores every argument: the log takes what it says about a process from the system.
   HRESULT STDMETHODCALLTYPE Configure(BSTR text, BSTR number, long flag) noexcept override;
 
-  /// Words and answers:
-  ///   CREATE         makes a record; E_POINTER without a place to put it
-  ///   INIT           takes the program's wish for a log folder and logs the start
-  ///   FILTER         S_FALSE when the record's place is always ignored, so that PROCESS stays silent; else S_OK
-  ///   PROCESS        logs the record; 1 to debug, E_ABORT to end the process, S_OK to go on, or why it is not logged.
+  /// The commands and their results:
+  ///   CREATE         creates a record; E_POINTER without an out parameter
+  ///   INIT           takes the log folder that the program proposes and logs the start
+  ///   FILTER         S_FALSE when the record's location is always ignored and PROCESS will not ask; else S_OK
+  ///   PROCESS        logs the record; 1 to debug, E_ABORT to end the process, S_OK to go on, or the log's failure.
   ///                  Asks the user only in interactive mode, about assertions and errors, never about traces, and
   ///                  never while another report of the process is on the screen
   ///   DEINIT, TERMINATE   log the end
   ///   IS CLEAN       S_OK while the process has reported no assertion and no error, S_FALSE afterwards
-  ///   DO CLEAN       makes it clean again and puts the log aside
+  ///   DO CLEAN       resets that state and rotates the log
   ///   REPORTDIALOG   shows the newest lines of the log; S_FALSE in silent mode
   ///   TRACEENABLED   S_OK when traces are logged, else S_FALSE
-  /// E_INVALIDARG for any other word, for a missing record and for one that another library made.
+  /// E_INVALIDARG for any other word, for a missing record and for one that another library created.
   HRESULT STDMETHODCALLTYPE Command(BSTR word, IKV_SnagtrapUtil::IDebugObject* record,
                                     IKV_SnagtrapUtil::IDebugObject** created) noexcept override;
 

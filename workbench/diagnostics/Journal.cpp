@@ -9,7 +9,7 @@ namespace snagtrap {
 
 namespace {
 
-/// How much of each text is left of a record that is too long, in UTF-16 units; tried in this order.
+/// The lengths, in UTF-16 units, to which the texts of a record are cut in turn until its line fits.
 constexpr std::size_t text_limits[] = {unlimited, 500, 20};
 
 std::wstring now() {
@@ -85,7 +85,7 @@ HRESULT Journal::append(std::string_view line, bool to_disk, const Settings& set
 std::vector<std::wstring> Journal::directories(const Settings& settings) const {
   std::vector<std::wstring> all;
   if (!settings.log_directory.empty()) all.push_back(settings.log_directory);
-  if (!wished_directory_.empty()) all.push_back(wished_directory_);
+  if (!proposed_directory_.empty()) all.push_back(proposed_directory_);
   all.push_back(default_log_directory());
   return all;
 }

@@ -10,28 +10,28 @@
 
 namespace snagtrap {
 
-/// What one client writes to the log: a line of JSON for each command, with time (UTC), process, thread, program, the
+/// Writes the log of one client: a line of JSON for each command, with time (UTC), process, thread, program, the
 /// command word and its record.
 class Journal {
  public:
-  /// The folder that the program wishes for; empty for none.
-  void wish_for(std::wstring_view directory) { wished_directory_ = directory; }
+  /// Sets the log folder that the program proposes; empty for none.
+  void propose_directory(std::wstring_view directory) { proposed_directory_ = directory; }
 
-  /// Writes a command and its record, if there is one. Texts of a record that would not fit into one log are cut.
+  /// Writes a command and its record, which may be null. Cuts the texts of a record that does not fit into one log.
   HRESULT write(std::wstring_view command, const Record* record, const Settings& settings) const;
 
-  /// Writes what the user answered to a report.
+  /// Writes the user's answer to a report.
   HRESULT write_answer(std::wstring_view answer, const Settings& settings) const;
 
-  /// The log that lines go to as long as it can be written.
+  /// The log in the first of the folders.
   ReportLog log(const Settings& settings) const;
 
  private:
   HRESULT append(std::string_view line, bool to_disk, const Settings& settings) const;
-  /// In the order in which they are tried: the registry's, the wished one, the default one.
+  /// The log folders in the order in which `append` tries them: from the registry, proposed, default.
   std::vector<std::wstring> directories(const Settings& settings) const;
 
-  std::wstring wished_directory_;
+  std::wstring proposed_directory_;
 };
 
 }  // namespace snagtrap

@@ -12,7 +12,7 @@ namespace {
 
 using nlohmann::json;
 
-/// Records can hold each other in a circle; nobody reads deeper than this.
+/// How deep inner records are written; records can hold each other in a circle.
 constexpr int deepest_record = 8;
 
 std::string dump(const json& value) { return value.dump(-1, ' ', false, json::error_handler_t::replace); }
@@ -37,9 +37,12 @@ std::wstring system_text(const VARIANT& value) {
   return {text.get().bstrVal ? text.get().bstrVal : L"", SysStringLen(text.get().bstrVal)};
 }
 
-json real_number(double number) { return std::isfinite(number) ? json(number) : json(json::value_t::discarded); }
+/// Stands for a value that JSON can only hold as a text.
+constexpr auto no_literal = json::value_t::discarded;
 
-/// The value that JSON has a form for; discarded when it has none but a text.
+json real_number(double number) { return std::isfinite(number) ? json(number) : json(no_literal); }
+
+/// The value as JSON's null, truth value or number; discarded when it needs a text.
 json literal_of(const VARIANT& value) {
   switch (value.vt) {
     case VT_EMPTY:
@@ -66,7 +69,7 @@ json literal_of(const VARIANT& value) {
     case VT_R8:
       return real_number(value.dblVal);
     default:
-      return json(json::value_t::discarded);
+      return no_literal;
   }
 }
 

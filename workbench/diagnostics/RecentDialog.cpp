@@ -3,7 +3,7 @@
 #include <windows.h>
 #include <shellapi.h>
 
-#include "IgnoredPlaces.h"
+#include "IgnoredLocations.h"
 #include "ModulePath.h"
 #include "SnagtrapResource.h"
 #include "Texts.h"
@@ -41,7 +41,7 @@ void run_command(HWND dialog, int command) {
       open_folder(dialog);
       break;
     case IDC_FORGET_IGNORED:
-      forget_ignored_places();
+      forget_ignored_locations();
       EnableWindow(GetDlgItem(dialog, IDC_FORGET_IGNORED), FALSE);
       SetFocus(GetDlgItem(dialog, IDCANCEL));
       break;

@@ -48,10 +48,10 @@ std::optional<long> Record::integer(std::wstring_view name) const noexcept {
   }
 }
 
-std::optional<Place> Record::place() const {
+std::optional<Location> Record::location() const {
   const std::wstring_view file = text(L"File");
   if (file.empty()) return std::nullopt;
-  return Place{std::wstring(file), integer(L"Line").value_or(0)};
+  return Location{std::wstring(file), integer(L"Line").value_or(0)};
 }
 
 bool Record::accepts(const VARIANT& value) const noexcept {

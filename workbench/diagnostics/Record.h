@@ -37,15 +37,15 @@ struct Field {
   Value value;
 };
 
-/// Where a report was made, as its record says.
-struct Place {
+/// The source location of a report, as its record says.
+struct Location {
   std::wstring file;
   long line;
 };
 
 class Record;
 
-/// By this private interface the library knows its own records among the objects that it is given.
+/// The library recognises its own records by this private interface.
 struct IOwnRecord : IUnknown {
   virtual Record& STDMETHODCALLTYPE record() noexcept = 0;
 };
@@ -59,9 +59,9 @@ namespace snagtrap {
 /// A record: named values in the order in which they were first set. One thread at a time uses it.
 class Record final : public workbench::DispatchObject<IKV_SnagtrapUtil::IDebugObject, IOwnRecord> {
  public:
-  /// Keeps a copy of the value; what it only refers to (VT_BYREF) is copied too. Setting a name again replaces its
-  /// value in place. E_INVALIDARG for a null name, a null reference and a record put into itself; DISP_E_BADVARTYPE for
-  /// a VARIANT that is none.
+  /// Keeps a copy of the value; what it only refers to (VT_BYREF) is copied too. A second value for
+  /// a name replaces the first one and keeps its position. E_INVALIDARG for a null name, a null reference and for the
+  /// record itself; DISP_E_BADVARTYPE for a VARIANT of an unknown type.
   HRESULT STDMETHODCALLTYPE SetField(BSTR name, VARIANT value) noexcept override;
 
   Record& STDMETHODCALLTYPE record() noexcept override { return *this; }
@@ -69,14 +69,14 @@ class Record final : public workbench::DispatchObject<IKV_SnagtrapUtil::IDebugOb
   const std::vector<Field>& fields() const noexcept { return fields_; }
   /// Null when the record has no field of that name.
   const VARIANT* find(std::wstring_view name) const noexcept;
-  /// The text of a field; empty when there is none or when it is no text.
+  /// The text of a field; empty when there is no such field or when it holds no text.
   std::wstring_view text(std::wstring_view name) const noexcept;
-  /// The value of a 32-bit integer field, signed or not; nothing when there is none.
+  /// The value of a 32-bit integer field, signed or not; nothing when there is no such field.
   std::optional<long> integer(std::wstring_view name) const noexcept;
   /// Nothing when the record names no file.
-  std::optional<Place> place() const;
+  std::optional<Location> location() const;
 
-  /// Whether the place is one that the user always ignores; unset until somebody has looked.
+  /// Whether the user always ignores the location; unset until the settings have been read for this record.
   std::optional<bool> ignored;
 
  private:
@@ -85,7 +85,7 @@ class Record final : public workbench::DispatchObject<IKV_SnagtrapUtil::IDebugOb
   std::vector<Field> fields_;
 };
 
-/// The library's record behind an object, or null. Does not add a reference.
+/// The object as the library's own record; null when it is none. Adds no reference.
 Record* own_record(IUnknown* object) noexcept;
 
 }  // namespace snagtrap

@@ -26,7 +26,7 @@ bool is_narrow(const std::wstring& text) noexcept {
   return size != 0 && size <= MAX_PATH && !replaced;
 }
 
-/// Empty when no form of the path can be written.
+/// The path of the library in a form that the ANSI code page can spell; empty when there is none.
 std::wstring registrable_path() {
   const std::wstring path = base::module_file_name();
   if (is_narrow(path)) return path;

@@ -11,16 +11,16 @@ namespace snagtrap {
 
 namespace {
 
-constexpr DWORD longest_wait_ms = 1000;
+constexpr DWORD max_wait_ms = 1000;
 constexpr DWORD share_all = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
-/// The turn of this thread among all that use one log. Not held when it did not come in time.
+/// Owns the mutex of one log for a scope. Not held when other writers kept it for longer than `max_wait_ms`.
 class ScopedMutex {
  public:
   explicit ScopedMutex(const std::wstring& mutex_name) noexcept
       : mutex_(CreateMutexW(nullptr, FALSE, mutex_name.c_str())) {
     if (!mutex_) return;
-    const DWORD waited = WaitForSingleObject(mutex_.get(), longest_wait_ms);
+    const DWORD waited = WaitForSingleObject(mutex_.get(), max_wait_ms);
     held_ = waited == WAIT_OBJECT_0 || waited == WAIT_ABANDONED;
   }
   ~ScopedMutex() {
@@ -45,7 +45,8 @@ std::wstring full_path(const std::wstring& path) {
   return full;
 }
 
-/// The same for every spelling of one folder in upper and lower case; a path itself is no name for a mutex.
+/// A mutex name that does not depend on the case of the path's letters. The path itself has backslashes, which a mutex
+/// name must not have.
 std::wstring mutex_name_for(std::wstring directory) {
   CharUpperBuffW(directory.data(), static_cast<DWORD>(directory.size()));
   std::uint64_t hash = 0xCBF29CE484222325;  // FNV-1a
@@ -60,7 +61,7 @@ ULONGLONG size_of(HANDLE file) noexcept {
   return GetFileSizeEx(file, &size) ? static_cast<ULONGLONG>(size.QuadPart) : 0;
 }
 
-/// A process that died in the middle of a line must not take the next line with it.
+/// Whether a process died while it wrote its line. The next line must not be appended to that one.
 bool ends_in_the_middle_of_a_line(HANDLE file, ULONGLONG size) noexcept {
   if (size == 0) return false;
   OVERLAPPED at = {};
@@ -77,11 +78,11 @@ ReportLog::ReportLog(const std::wstring& directory, Bounds bounds)
     : directory_(full_path(directory)), mutex_name_(mutex_name_for(directory_)), bounds_(bounds) {}
 
 HRESULT ReportLog::append(std::string_view line, bool to_disk) const {
-  const ScopedMutex turn(mutex_name_);
+  const ScopedMutex lock(mutex_name_);
   base::FileHandle file = open_for_append();
   if (!file) return base::last_failure();
   ULONGLONG size = size_of(file.get());
-  if (turn.held() && size != 0 && size + line.size() + 1 > bounds_.max_bytes) {
+  if (lock.held() && size != 0 && size + line.size() + 1 > bounds_.max_bytes) {
     file.reset();
     rotate();
     file = open_for_append();
@@ -101,9 +102,9 @@ HRESULT ReportLog::append(std::string_view line, bool to_disk) const {
   return S_OK;
 }
 
-HRESULT ReportLog::put_aside() const {
-  const ScopedMutex turn(mutex_name_);
-  if (!turn.held()) return HRESULT_FROM_WIN32(ERROR_TIMEOUT);
+HRESULT ReportLog::start_new_file() const {
+  const ScopedMutex lock(mutex_name_);
+  if (!lock.held()) return HRESULT_FROM_WIN32(ERROR_TIMEOUT);
   return rotate();
 }
 

@@ -22,7 +22,7 @@ constexpr KindRow kinds[] = {
     {L"ERROR", IDS_EXCEPTION_CAPTION},
 };
 
-/// The fields whose number the system can put into words.
+/// Whether the field holds an error code for which the system has a message.
 bool is_system_code(std::wstring_view name) { return name == L"HRESULT" || name == L"Last Error Code"; }
 
 std::wstring field_text(const std::wstring& name, const VARIANT& value) {
@@ -42,7 +42,7 @@ std::wstring headline(const Record& record) {
   return load_text(IDS_FAILED_CALL) + L' ' + field_text(L"HRESULT", *hresult);
 }
 
-/// Markers say nothing to a reader; an inner record follows with its own fields, indented.
+/// Leaves markers out, which have no value; an inner record follows with its own fields, indented.
 void append_fields(std::wstring& text, const Record& record, const std::wstring& indent) {
   constexpr std::size_t deepest_indent = 8;
   for (const Field& field : record.fields()) {
@@ -66,7 +66,7 @@ std::optional<UINT> caption_of(const Record& record) {
 }
 
 ReportText report_text(const Record& record, UINT caption, HRESULT logged) {
-  ReportText text{load_text(caption), headline(record), {}, record.place().has_value()};
+  ReportText text{load_text(caption), headline(record), {}, record.location().has_value()};
   append_fields(text.details, record, L"");
   if (FAILED(logged)) {
     text.details += load_text(IDS_NOT_LOGGED) + L' ' + system_message(static_cast<DWORD>(logged)) + line_end;

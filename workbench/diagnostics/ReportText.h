@@ -6,19 +6,19 @@
 #include <string>
 #include <string_view>
 
-#include "AnswerDialog.h"
 #include "Record.h"
+#include "ReportDialog.h"
 
 namespace snagtrap {
 
-/// The text identifier of the caption under which a kind of record is shown to the user; nothing for kinds that are
-/// only logged: traces, and kinds that the library does not know.
+/// The string identifier of the caption for a record of this kind; nothing for kinds that are logged and never shown:
+/// traces, and kinds that the library does not know.
 std::optional<UINT> caption_of(const Record& record);
 
-/// What the user is shown of a record. `logged` is how writing it to the log went.
+/// The texts of the dialog that shows the record. `logged` is the result of writing it to the log.
 ReportText report_text(const Record& record, UINT caption, HRESULT logged);
 
-/// Lines of the log (UTF-8) as an edit control shows them.
+/// Lines of the log, in UTF-8, as the text of an edit control.
 std::wstring recent_text(std::string_view lines);
 
 }  // namespace snagtrap

@@ -1,7 +1,7 @@
 #pragma once
 
 // Dialogs
-#define IDD_ANSWER 201
+#define IDD_REPORT 201
 #define IDD_RECENT 202
 
 // Controls

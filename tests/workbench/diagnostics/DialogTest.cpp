@@ -1,5 +1,5 @@
 #include "DialogDriver.h"
-#include "IgnoredPlaces.h"
+#include "IgnoredLocations.h"
 #include "LibraryTest.h"
 #include "SnagtrapResource.h"
 
@@ -14,16 +14,16 @@ using test_support::press_mnemonic;
 using test_support::window_text;
 using testing::HasSubstr;
 
-/// Dialogs are on, and each test answers them from inside.
+/// Dialogs are shown, and each test closes them from inside the dialog's message loop.
 class Interactive : public LibraryTest {
  protected:
   Interactive() { set_setting(L"Interactive", 1); }
 
-  HRESULT process_answering(const wchar_t* kind, const DialogDriver::Action& action) {
+  HRESULT process_with_user(const wchar_t* kind, const DialogDriver::Action& action) {
     const DialogDriver driver(action);
-    const HRESULT answer = process(kind);
+    const HRESULT result = process(kind);
     dialogs = driver.dialogs();
-    return answer;
+    return result;
   }
 
   std::string logged_answer() const {
@@ -34,18 +34,18 @@ class Interactive : public LibraryTest {
   int dialogs = 0;
 };
 
-TEST_F(Interactive, DebugAnswersOne) {
-  EXPECT_EQ(process_answering(L"ASSERT", [](HWND dialog) { click(dialog, IDC_DEBUG); }), 1);
+TEST_F(Interactive, DebugReturnsOne) {
+  EXPECT_EQ(process_with_user(L"ASSERT", [](HWND dialog) { click(dialog, IDC_DEBUG); }), 1);
   EXPECT_EQ(logged_answer(), "debug");
 }
 
-TEST_F(Interactive, AbortAnswersEAbort) {
-  EXPECT_EQ(process_answering(L"ASSERT", [](HWND dialog) { click(dialog, IDC_ABORT); }), E_ABORT);
+TEST_F(Interactive, AbortReturnsEAbort) {
+  EXPECT_EQ(process_with_user(L"ASSERT", [](HWND dialog) { click(dialog, IDC_ABORT); }), E_ABORT);
   EXPECT_EQ(logged_answer(), "abort");
 }
 
-TEST_F(Interactive, IgnoreGoesOn) {
-  EXPECT_EQ(process_answering(L"ASSERT", [](HWND dialog) { click(dialog, IDCANCEL); }), S_OK);
+TEST_F(Interactive, IgnoreReturnsOk) {
+  EXPECT_EQ(process_with_user(L"ASSERT", [](HWND dialog) { click(dialog, IDCANCEL); }), S_OK);
   EXPECT_EQ(logged_answer(), "ignore");
 }
 
@@ -56,53 +56,53 @@ TEST_F(Interactive, EscapeEnterAndTheCloseBoxIgnore) {
       [](HWND dialog) { PostMessageW(dialog, WM_SYSCOMMAND, SC_CLOSE, 0); },
   };
   for (const auto& way : ways) {
-    EXPECT_EQ(process_answering(L"ASSERT", way), S_OK);
+    EXPECT_EQ(process_with_user(L"ASSERT", way), S_OK);
     EXPECT_EQ(logged_answer(), "ignore");
   }
 }
 
 TEST_F(Interactive, MnemonicsPressTheirButtons) {
-  EXPECT_EQ(process_answering(L"ASSERT", [](HWND dialog) { press_mnemonic(dialog, L'd'); }), 1);
-  EXPECT_EQ(process_answering(L"ASSERT", [](HWND dialog) { press_mnemonic(dialog, L'a'); }), E_ABORT);
-  EXPECT_EQ(process_answering(L"ASSERT", [](HWND dialog) { press_mnemonic(dialog, L'i'); }), S_OK);
+  EXPECT_EQ(process_with_user(L"ASSERT", [](HWND dialog) { press_mnemonic(dialog, L'd'); }), 1);
+  EXPECT_EQ(process_with_user(L"ASSERT", [](HWND dialog) { press_mnemonic(dialog, L'a'); }), E_ABORT);
+  EXPECT_EQ(process_with_user(L"ASSERT", [](HWND dialog) { press_mnemonic(dialog, L'i'); }), S_OK);
 }
 
-TEST_F(Interactive, ErrorsHaveTheSameAnswers) {
+TEST_F(Interactive, ErrorsOfferTheSameChoices) {
   for (const wchar_t* kind : {L"CREATE ERROR", L"ERROR"}) {
-    EXPECT_EQ(process_answering(kind, [](HWND dialog) { click(dialog, IDC_DEBUG); }), 1);
-    EXPECT_EQ(process_answering(kind, [](HWND dialog) { click(dialog, IDC_ABORT); }), E_ABORT);
-    EXPECT_EQ(process_answering(kind, [](HWND dialog) { click(dialog, IDCANCEL); }), S_OK);
+    EXPECT_EQ(process_with_user(kind, [](HWND dialog) { click(dialog, IDC_DEBUG); }), 1);
+    EXPECT_EQ(process_with_user(kind, [](HWND dialog) { click(dialog, IDC_ABORT); }), E_ABORT);
+    EXPECT_EQ(process_with_user(kind, [](HWND dialog) { click(dialog, IDCANCEL); }), S_OK);
   }
 }
 
 TEST_F(Interactive, TracesAndUnknownKindsShowNothing) {
   const auto end = [](HWND dialog) { click(dialog, IDCANCEL); };
-  EXPECT_EQ(process_answering(L"TRACE", end), S_OK);
+  EXPECT_EQ(process_with_user(L"TRACE", end), S_OK);
   EXPECT_EQ(dialogs, 0);
-  EXPECT_EQ(process_answering(L"SOMETHING ELSE", end), S_OK);
+  EXPECT_EQ(process_with_user(L"SOMETHING ELSE", end), S_OK);
   EXPECT_EQ(dialogs, 0);
 }
 
-TEST_F(Interactive, AlwaysIgnoreSilencesThePlaceFromNowOn) {
-  process_answering(L"ASSERT", [](HWND dialog) {
+TEST_F(Interactive, AlwaysIgnoreHidesLaterReportsOfTheLocation) {
+  process_with_user(L"ASSERT", [](HWND dialog) {
     CheckDlgButton(dialog, IDC_ALWAYS_IGNORE, BST_CHECKED);
     click(dialog, IDCANCEL);
   });
   EXPECT_EQ(logged_answer(), "always ignore");
   EXPECT_TRUE(snagtrap::is_ignored({L"Some.cpp", 70}));
-  EXPECT_EQ(process_answering(L"ASSERT", [](HWND dialog) { click(dialog, IDC_DEBUG); }), S_OK);
+  EXPECT_EQ(process_with_user(L"ASSERT", [](HWND dialog) { click(dialog, IDC_DEBUG); }), S_OK);
   EXPECT_EQ(dialogs, 0);
 }
 
-TEST_F(Interactive, AlwaysIgnoreCountsOnlyWithIgnore) {
-  process_answering(L"ASSERT", [](HWND dialog) {
+TEST_F(Interactive, AlwaysIgnoreNeedsTheIgnoreButton) {
+  process_with_user(L"ASSERT", [](HWND dialog) {
     CheckDlgButton(dialog, IDC_ALWAYS_IGNORE, BST_CHECKED);
     click(dialog, IDC_DEBUG);
   });
   EXPECT_FALSE(snagtrap::is_ignored({L"Some.cpp", 70}));
 }
 
-TEST_F(Interactive, AlwaysIgnoreIsNotOfferedWithoutAPlace) {
+TEST_F(Interactive, AlwaysIgnoreIsNotOfferedWithoutALocation) {
   const DebugObjectPtr record = create();
   set_text(*record, L"$Type", L"ASSERT");
   BOOL offered = TRUE;
@@ -117,18 +117,18 @@ TEST_F(Interactive, AlwaysIgnoreIsNotOfferedWithoutAPlace) {
 
 TEST_F(Interactive, ReportIsLoggedBeforeTheUserAnswers) {
   std::size_t lines = 0;
-  process_answering(L"ASSERT", [&](HWND dialog) {
+  process_with_user(L"ASSERT", [&](HWND dialog) {
     lines = folder.lines().size();
     click(dialog, IDCANCEL);
   });
   EXPECT_EQ(lines, 1u);
 }
 
-TEST_F(Interactive, DialogTellsWhatFailedAndWhere) {
+TEST_F(Interactive, DialogSaysWhatFailedAndWhere) {
   std::wstring caption;
   std::wstring headline;
   std::wstring details;
-  process_answering(L"ASSERT", [&](HWND dialog) {
+  process_with_user(L"ASSERT", [&](HWND dialog) {
     caption = window_text(dialog);
     headline = item_text(dialog, IDC_HEADLINE);
     details = item_text(dialog, IDC_DETAILS);
@@ -139,7 +139,7 @@ TEST_F(Interactive, DialogTellsWhatFailedAndWhere) {
   EXPECT_THAT(details, HasSubstr(L"File: Some.cpp\r\nLine: 70\r\n"));
 }
 
-TEST_F(Interactive, DialogWithoutDescriptionTellsTheFailedCall) {
+TEST_F(Interactive, DialogWithoutDescriptionShowsTheFailedCall) {
   const DebugObjectPtr record = create();
   set_text(*record, L"$Type", L"ASSERT");
   set_number(*record, L"HRESULT", E_OUTOFMEMORY, VT_I4);
@@ -156,7 +156,7 @@ TEST_F(Interactive, IgnoreIsTheDefaultAndHasTheFocus) {
   int default_id = 0;
   HWND focus = nullptr;
   HWND ignore = nullptr;
-  process_answering(L"ASSERT", [&](HWND dialog) {
+  process_with_user(L"ASSERT", [&](HWND dialog) {
     default_id = LOWORD(SendMessageW(dialog, DM_GETDEFID, 0, 0));
     focus = GetFocus();
     ignore = GetDlgItem(dialog, IDCANCEL);
@@ -168,7 +168,7 @@ TEST_F(Interactive, IgnoreIsTheDefaultAndHasTheFocus) {
 
 TEST_F(Interactive, ReportWhileOneIsShownIsOnlyLogged) {
   HRESULT inner = E_UNEXPECTED;
-  process_answering(L"ASSERT", [&](HWND dialog) {
+  process_with_user(L"ASSERT", [&](HWND dialog) {
     inner = process(L"CREATE ERROR");
     click(dialog, IDCANCEL);
   });
@@ -178,7 +178,7 @@ TEST_F(Interactive, ReportWhileOneIsShownIsOnlyLogged) {
 }
 
 TEST_F(Interactive, DialogThatIsDestroyedFromOutsideIgnores) {
-  EXPECT_EQ(process_answering(L"ASSERT", [](HWND dialog) { DestroyWindow(dialog); }), S_OK);
+  EXPECT_EQ(process_with_user(L"ASSERT", [](HWND dialog) { DestroyWindow(dialog); }), S_OK);
 }
 
 class RecentReports : public Interactive {};
@@ -197,7 +197,7 @@ TEST_F(RecentReports, ShowsTheNewestLinesAndTheLogsPath) {
   EXPECT_EQ(path, folder.file());
 }
 
-TEST_F(RecentReports, TellsWhenThereAreNone) {
+TEST_F(RecentReports, SaysWhenThereAreNone) {
   std::wstring recent;
   const DialogDriver driver([&](HWND dialog) {
     recent = item_text(dialog, IDC_RECENT);
@@ -207,7 +207,7 @@ TEST_F(RecentReports, TellsWhenThereAreNone) {
   EXPECT_EQ(recent, L"Nothing has been reported yet.");
 }
 
-TEST_F(RecentReports, ForgetsIgnoredPlaces) {
+TEST_F(RecentReports, ForgetsIgnoredLocations) {
   always_ignore(L"Some.cpp(70)");
   const DialogDriver driver([&](HWND dialog) {
     click(dialog, IDC_FORGET_IGNORED);

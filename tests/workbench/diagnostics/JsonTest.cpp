@@ -6,7 +6,7 @@
 #include <random>
 
 #include "Json.h"
-#include "RecordMaking.h"
+#include "TestRecords.h"
 
 namespace snagtrap_test {
 namespace {
@@ -16,7 +16,7 @@ using snagtrap::record_json;
 using snagtrap::text_json;
 
 std::string json_of(const VARIANT& value) {
-  RecordPtr record = make_record();
+  RecordPtr record = create_record();
   set(*record, L"v", value);
   const std::string text = record_json(*record);
   EXPECT_EQ(text.substr(0, 5), "{\"v\":");
@@ -150,32 +150,32 @@ TEST(JsonValue, ForeignObjectIsItsAddress) {
 }
 
 TEST(JsonRecord, HasItsFieldsInTheirOrder) {
-  RecordPtr record = make_record();
+  RecordPtr record = create_record();
   set_number(*record, L"b", -1);
   set_text(*record, L"a \"quoted\" name", L"x");
   EXPECT_EQ(record_json(*record), R"({"b":-1,"a \"quoted\" name":"x"})");
-  EXPECT_EQ(record_json(*make_record()), "{}");
+  EXPECT_EQ(record_json(*create_record()), "{}");
 }
 
 TEST(JsonRecord, InnerRecordIsAnObject) {
-  RecordPtr inner = make_record();
+  RecordPtr inner = create_record();
   set_text(*inner, L"Cause", L"x");
-  RecordPtr outer = make_record();
+  RecordPtr outer = create_record();
   set_object(*outer, L"Inner", inner.get());
   EXPECT_EQ(record_json(*outer), R"({"Inner":{"Cause":"x"}})");
 }
 
 TEST(JsonRecord, TextsOfInnerRecordsAreCutToo) {
-  RecordPtr inner = make_record();
+  RecordPtr inner = create_record();
   set_text(*inner, L"Cause", L"abc");
-  RecordPtr outer = make_record();
+  RecordPtr outer = create_record();
   set_object(*outer, L"Inner", inner.get());
   EXPECT_EQ(record_json(*outer, 2), R"({"Inner":{"Cause":"ab..."}})");
 }
 
-TEST(JsonRecord, RecordsThatHoldEachOtherEndSomewhere) {
-  RecordPtr first = make_record();
-  RecordPtr second = make_record();
+TEST(JsonRecord, RecordsThatHoldEachOtherAreCutOff) {
+  RecordPtr first = create_record();
+  RecordPtr second = create_record();
   set_object(*first, L"Inner", second.get());
   set_object(*second, L"Inner", first.get());
   EXPECT_TRUE(json::parse(record_json(*first))["Inner"]["Inner"].is_object());

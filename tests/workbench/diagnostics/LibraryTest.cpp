@@ -16,19 +16,19 @@ std::vector<std::string> words(const std::vector<nlohmann::json>& lines) {
 
 class Library : public LibraryTest {};
 class LibraryLog : public LibraryTest {};
-class IgnoredPlace : public LibraryTest {};
+class IgnoredLocation : public LibraryTest {};
 class SilentMode : public LibraryTest {};
 
-TEST_F(Library, InitObjectNeedsAPlaceForTheRoot) { EXPECT_EQ(init_object()(nullptr), E_POINTER); }
+TEST_F(Library, InitObjectNeedsAnOutParameter) { EXPECT_EQ(init_object()(nullptr), E_POINTER); }
 
-TEST_F(Library, CreateNeedsAPlaceForTheRecord) { EXPECT_EQ(command(L"CREATE"), E_POINTER); }
+TEST_F(Library, CreateNeedsAnOutParameter) { EXPECT_EQ(command(L"CREATE"), E_POINTER); }
 
-TEST_F(Library, UnknownWordsAnswerAFailure) {
+TEST_F(Library, UnknownCommandsAreRefused) {
   for (const wchar_t* word : {L"", L"create", L"CREATE ", L"EXPLODE"}) EXPECT_EQ(command(word), E_INVALIDARG) << word;
   EXPECT_EQ(root->Command(nullptr, nullptr, nullptr), E_INVALIDARG);
 }
 
-TEST_F(Library, WordsThatNeedARecordRefuseNone) {
+TEST_F(Library, CommandsThatNeedARecordRefuseNull) {
   for (const wchar_t* word : {L"INIT", L"FILTER", L"PROCESS"}) EXPECT_EQ(command(word), E_INVALIDARG) << word;
 }
 
@@ -47,7 +47,7 @@ TEST_F(Library, ConfigureAcceptsEverything) {
   SysFreeString(text);
 }
 
-TEST_F(Library, ObjectsAnswerTheirInterfacesOnly) {
+TEST_F(Library, ObjectsOfferTheirInterfacesOnly) {
   void* found = nullptr;
   EXPECT_EQ(root->QueryInterface(__uuidof(IDispatch), &found), S_OK);
   root->Release();
@@ -70,13 +70,13 @@ TEST_F(Library, StaysCleanAfterTraces) {
   EXPECT_EQ(command(L"IS CLEAN"), S_OK);
 }
 
-TEST_F(Library, TraceEnabledAnswersTheSetting) {
+TEST_F(Library, TraceEnabledReturnsTheSetting) {
   EXPECT_EQ(command(L"TRACEENABLED"), S_OK);
   set_setting(L"TraceEnabled", 0);
   EXPECT_EQ(command(L"TRACEENABLED"), S_FALSE);
 }
 
-TEST_F(LibraryLog, HasALineForEveryCommandThatTellsSomething) {
+TEST_F(LibraryLog, HasALineForEveryReportAndEachStartAndEnd) {
   const DebugObjectPtr init = create();
   command(L"INIT", init.get());
   process(L"ASSERT");
@@ -89,7 +89,7 @@ TEST_F(LibraryLog, HasALineForEveryCommandThatTellsSomething) {
               ElementsAre("INIT", "PROCESS", "PROCESS", "PROCESS", "PROCESS", "DEINIT", "TERMINATE"));
 }
 
-TEST_F(LibraryLog, LineTellsWhoReportedWhat) {
+TEST_F(LibraryLog, LineSaysWhoReportedWhat) {
   process(L"ASSERT");
   nlohmann::json line = folder.lines().at(0);
   EXPECT_EQ(line["process"], GetCurrentProcessId());
@@ -101,7 +101,7 @@ TEST_F(LibraryLog, LineTellsWhoReportedWhat) {
   EXPECT_EQ(line["record"]["Line"], 70);
 }
 
-TEST_F(LibraryLog, TakesAnyText) {
+TEST_F(LibraryLog, AcceptsAnyText) {
   const std::wstring text = L"\"\n\u89c4\u5219 \U0001F4C5 \xD83D %s \x01";
   const std::string logged = "\"\n\u89c4\u5219 \U0001F4C5 \uFFFD %s \x01";
   const DebugObjectPtr record = report(L"TRACE");
@@ -139,25 +139,25 @@ TEST_F(LibraryLog, RecordOfTooManyFieldsIsMentioned) {
   EXPECT_EQ(folder.lines().at(0)["record"], "too long for the log");
 }
 
-TEST_F(LibraryLog, LeavesTracesOutWhenToldSo) {
+TEST_F(LibraryLog, LeavesTracesOutWhenTheyAreDisabled) {
   set_setting(L"TraceEnabled", 0);
   EXPECT_EQ(process(L"TRACE"), S_OK);
   EXPECT_EQ(process(L"ASSERT"), S_OK);
   EXPECT_EQ(folder.lines().size(), 1u);
 }
 
-TEST_F(LibraryLog, OfTheRegistryGoesBeforeTheProgramsWish) {
+TEST_F(LibraryLog, OfTheRegistryPrecedesTheProgramsProposal) {
   const DebugObjectPtr init = create();
-  set_text(*init, L"LogDirectory", folder.path() / L"wished");
+  set_text(*init, L"LogDirectory", folder.path() / L"proposed");
   command(L"INIT", init.get());
   EXPECT_EQ(folder.lines().size(), 1u);
 
   RegDeleteKeyValueW(HKEY_CURRENT_USER, snagtrap::settings_key, L"LogDirectory");
   process(L"ASSERT");
-  EXPECT_TRUE(std::filesystem::exists(folder.path() / L"wished" / L"Snagtrap.jsonl"));
+  EXPECT_TRUE(std::filesystem::exists(folder.path() / L"proposed" / L"Snagtrap.jsonl"));
 }
 
-TEST_F(LibraryLog, GoesToTheNextFolderWhenOneCannotBeWritten) {
+TEST_F(LibraryLog, UsesTheNextFolderWhenOneCannotBeWritten) {
   std::ofstream(folder.path() / L"file") << "x";
   test_support::write_registry_text(HKEY_CURRENT_USER, snagtrap::settings_key, L"LogDirectory",
                                     folder.path() / L"file" / L"impossible");
@@ -168,7 +168,7 @@ TEST_F(LibraryLog, GoesToTheNextFolderWhenOneCannotBeWritten) {
   EXPECT_EQ(folder.lines().size(), 2u);
 }
 
-TEST_F(LibraryLog, IsPutAsideByDoClean) {
+TEST_F(LibraryLog, IsRotatedByDoClean) {
   process(L"ASSERT");
   command(L"DO CLEAN");
   EXPECT_FALSE(std::filesystem::exists(folder.file()));
@@ -202,28 +202,28 @@ TEST(LogSettings, MissingOddAndExtremeValues) {
   EXPECT_EQ(odd.kept_logs, 99u);
 }
 
-TEST_F(IgnoredPlace, IsSeenByTheFilter) {
+TEST_F(IgnoredLocation, IsSeenByTheFilter) {
   const DebugObjectPtr record = report(L"ASSERT");
   EXPECT_EQ(command(L"FILTER", record.get()), S_OK);
   always_ignore(L"Some.cpp(70)");
-  EXPECT_EQ(command(L"FILTER", record.get()), S_OK) << "a record is looked at once";
+  EXPECT_EQ(command(L"FILTER", record.get()), S_OK) << "the settings are read once for each record";
   EXPECT_EQ(command(L"FILTER", report(L"ASSERT").get()), S_FALSE);
 }
 
-TEST_F(IgnoredPlace, IsOneLineOfOneFile) {
+TEST_F(IgnoredLocation, IsOneLineOfOneFile) {
   always_ignore(L"Some.cpp(71)");
   always_ignore(L"Other.cpp(70)");
   EXPECT_EQ(command(L"FILTER", report(L"ASSERT").get()), S_OK);
 }
 
-TEST_F(IgnoredPlace, IsLoggedAsSuch) {
+TEST_F(IgnoredLocation, IsLoggedAsSuch) {
   always_ignore(L"Some.cpp(70)");
   process(L"ASSERT");
   process(L"CREATE ERROR");
   for (const auto& line : folder.lines()) EXPECT_EQ(line.at("ignored"), true);
 }
 
-TEST_F(IgnoredPlace, NeedsAFile) {
+TEST_F(IgnoredLocation, NeedsAFile) {
   const DebugObjectPtr record = create();
   set_text(*record, L"$Type", L"ASSERT");
   EXPECT_EQ(command(L"FILTER", record.get()), S_OK);

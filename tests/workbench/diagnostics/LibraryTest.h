@@ -8,23 +8,23 @@
 #include "ChildProcess.h"
 #include "LogFolder.h"
 #include "ModulePath.h"
-#include "RecordMaking.h"
 #include "RegistrySandbox.h"
 #include "RegistryTree.h"
 #include "Settings.h"
 #include "SnagtrapUtil.h"
+#include "TestRecords.h"
 
 namespace snagtrap_test {
 
 using DebugObjectPtr = std::unique_ptr<IKV_SnagtrapUtil::IDebugObject, Releaser>;
 using DebugRootPtr = std::unique_ptr<IKV_SnagtrapUtil::IDebugRoot, Releaser>;
 
-/// The real library, reached through its export, with settings and a log of its own.
+/// Calls the library's DLL through its export, with settings and a log of the test's own.
 class LibraryTest : public testing::Test {
  protected:
   LibraryTest() : library_(LoadLibraryW((base::path_beside_program(L"SnagtrapUtil3.0_x64.dll")).c_str())) {
     test_support::write_registry_text(HKEY_CURRENT_USER, snagtrap::settings_key, L"LogDirectory", folder.path());
-    root = make_root();
+    root = create_root();
     command(L"DO CLEAN");
   }
 
@@ -40,27 +40,27 @@ class LibraryTest : public testing::Test {
         reinterpret_cast<void*>(GetProcAddress(library_, "ST_InitObject")));
   }
 
-  DebugRootPtr make_root() const {
-    IKV_SnagtrapUtil::IDebugRoot* made = nullptr;
-    EXPECT_EQ(init_object()(&made), S_OK);
-    return DebugRootPtr(made);
+  DebugRootPtr create_root() const {
+    IKV_SnagtrapUtil::IDebugRoot* created = nullptr;
+    EXPECT_EQ(init_object()(&created), S_OK);
+    return DebugRootPtr(created);
   }
 
   HRESULT command(const wchar_t* word, IKV_SnagtrapUtil::IDebugObject* record = nullptr,
                   IKV_SnagtrapUtil::IDebugObject** created = nullptr) const {
     BSTR text = SysAllocString(word);
-    const HRESULT answer = root->Command(text, record, created);
+    const HRESULT result = root->Command(text, record, created);
     SysFreeString(text);
-    return answer;
+    return result;
   }
 
   DebugObjectPtr create() const {
-    IKV_SnagtrapUtil::IDebugObject* made = nullptr;
-    EXPECT_EQ(command(L"CREATE", nullptr, &made), S_OK);
-    return DebugObjectPtr(made);
+    IKV_SnagtrapUtil::IDebugObject* created = nullptr;
+    EXPECT_EQ(command(L"CREATE", nullptr, &created), S_OK);
+    return DebugObjectPtr(created);
   }
 
-  /// A filled record of a kind, made at Some.cpp, line 70.
+  /// A filled record of a kind, with the location Some.cpp, line 70.
   DebugObjectPtr report(const wchar_t* kind) const {
     DebugObjectPtr record = create();
     set_text(*record, L"$Type", kind);
@@ -81,9 +81,9 @@ class LibraryTest : public testing::Test {
     test_support::write_registry_number(HKEY_CURRENT_USER, snagtrap::settings_key, name, number);
   }
 
-  static void always_ignore(const wchar_t* place) {
-    test_support::write_registry_number(HKEY_CURRENT_USER, std::wstring(snagtrap::settings_key) + L"\\Ignored", place,
-                                        1);
+  static void always_ignore(const wchar_t* location) {
+    test_support::write_registry_number(HKEY_CURRENT_USER, std::wstring(snagtrap::settings_key) + L"\\Ignored",
+                                        location, 1);
   }
 
   test_support::RegistrySandbox registry;

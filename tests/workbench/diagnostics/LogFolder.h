@@ -24,7 +24,8 @@ inline std::vector<nlohmann::json> read_json_lines(std::string_view text) {
   return lines;
 }
 
-/// An empty folder that goes with its owner. Its name has a space and characters outside the code page.
+/// An empty folder, removed with its content by the destructor. Its name has a space and characters outside the code
+/// page.
 class LogFolder {
  public:
   LogFolder()
@@ -42,7 +43,7 @@ class LogFolder {
 
   const std::filesystem::path& path() const { return path_; }
 
-  /// The growing file; with an age one that was put aside.
+  /// The growing file for age 0; else the rotated file with that number.
   std::filesystem::path file(int age = 0) const {
     return path_ / (age == 0 ? L"Snagtrap.jsonl" : L"Snagtrap." + std::to_wstring(age) + L".jsonl");
   }

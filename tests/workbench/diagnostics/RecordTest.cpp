@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "Record.h"
-#include "RecordMaking.h"
+#include "TestRecords.h"
 
 namespace snagtrap_test {
 namespace {
@@ -9,7 +9,7 @@ namespace {
 using workbench::live_dispatch_objects;
 
 TEST(Record, KeepsFieldsInTheOrderOfTheirFirstSetting) {
-  RecordPtr record = make_record();
+  RecordPtr record = create_record();
   set_text(*record, L"b", L"1");
   set_text(*record, L"a", L"2");
   set_text(*record, L"b", L"3");
@@ -20,7 +20,7 @@ TEST(Record, KeepsFieldsInTheOrderOfTheirFirstSetting) {
 }
 
 TEST(Record, CopiesWhatItIsGiven) {
-  RecordPtr record = make_record();
+  RecordPtr record = create_record();
   VARIANT value{};
   value.vt = VT_BSTR;
   value.bstrVal = SysAllocString(L"before");
@@ -31,7 +31,7 @@ TEST(Record, CopiesWhatItIsGiven) {
 }
 
 TEST(Record, CopiesWhatIsOnlyReferredTo) {
-  RecordPtr record = make_record();
+  RecordPtr record = create_record();
   LONG number = 5;
   VARIANT value{};
   value.vt = VT_I4 | VT_BYREF;
@@ -43,7 +43,7 @@ TEST(Record, CopiesWhatIsOnlyReferredTo) {
 }
 
 TEST(Record, RefusesANullNameANullReferenceAndAnUnknownType) {
-  RecordPtr record = make_record();
+  RecordPtr record = create_record();
   VARIANT value{};
   EXPECT_EQ(record->SetField(nullptr, value), E_INVALIDARG);
   value.vt = VT_I4 | VT_BYREF;
@@ -54,15 +54,15 @@ TEST(Record, RefusesANullNameANullReferenceAndAnUnknownType) {
 }
 
 TEST(Record, RefusesItself) {
-  RecordPtr record = make_record();
+  RecordPtr record = create_record();
   EXPECT_EQ(set_object(*record, L"Inner", record.get()), E_INVALIDARG);
 }
 
-TEST(Record, HoldsObjectsUntilItGoes) {
+TEST(Record, HoldsObjectsUntilItIsDestroyed) {
   const long before = live_dispatch_objects;
-  RecordPtr outer = make_record();
+  RecordPtr outer = create_record();
   {
-    RecordPtr inner = make_record();
+    RecordPtr inner = create_record();
     set_object(*outer, L"Inner", inner.get());
   }
   EXPECT_EQ(live_dispatch_objects, before + 2);
@@ -70,18 +70,18 @@ TEST(Record, HoldsObjectsUntilItGoes) {
   EXPECT_EQ(live_dispatch_objects, before);
 }
 
-TEST(Record, KnowsItsPlace) {
-  RecordPtr record = make_record();
-  EXPECT_FALSE(record->place());
+TEST(Record, HasALocation) {
+  RecordPtr record = create_record();
+  EXPECT_FALSE(record->location());
   set_text(*record, L"File", L"Some.cpp");
-  EXPECT_EQ(record->place()->line, 0);
+  EXPECT_EQ(record->location()->line, 0);
   set_number(*record, L"Line", 70);
-  EXPECT_EQ(record->place()->file, L"Some.cpp");
-  EXPECT_EQ(record->place()->line, 70);
+  EXPECT_EQ(record->location()->file, L"Some.cpp");
+  EXPECT_EQ(record->location()->line, 70);
 }
 
-TEST(Record, IsKnownAmongOtherObjects) {
-  RecordPtr record = make_record();
+TEST(Record, IsRecognisedAmongOtherObjects) {
+  RecordPtr record = create_record();
   EXPECT_EQ(snagtrap::own_record(static_cast<IDispatch*>(record.get())), record.get());
   EXPECT_EQ(snagtrap::own_record(nullptr), nullptr);
   IMalloc* other = nullptr;

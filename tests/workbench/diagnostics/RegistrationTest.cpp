@@ -44,14 +44,14 @@ TEST_F(Registration, WritesThePathOfTheFile) {
   EXPECT_EQ(std::filesystem::path(registered_path()), std::filesystem::path(own_path()));
 }
 
-TEST_F(Registration, IsTakenBackWhole) {
+TEST_F(Registration, UnregisteringRemovesEverything) {
   call(own_path(), "DllRegisterServer");
   EXPECT_EQ(call(own_path(), "DllUnregisterServer"), S_OK);
   HKEY key = nullptr;
   EXPECT_EQ(RegOpenKeyExW(HKEY_CLASSES_ROOT, class_key().c_str(), 0, KEY_READ, &key), ERROR_FILE_NOT_FOUND);
 }
 
-TEST_F(Registration, TakenBackTwiceIsNoFailure) { EXPECT_EQ(call(own_path(), "DllUnregisterServer"), S_OK); }
+TEST_F(Registration, UnregisteringTwiceSucceeds) { EXPECT_EQ(call(own_path(), "DllUnregisterServer"), S_OK); }
 
 TEST_F(Registration, PathOutsideTheCodePageIsWrittenSoThatItLoads) {
   const std::wstring copy = folder.path() / L"library.dll";

@@ -31,7 +31,7 @@ TEST_F(Log, AppendsLineAfterLine) {
   EXPECT_EQ(folder.content(), "first\nsecond\n");
 }
 
-TEST_F(Log, MakesItsFolder) {
+TEST_F(Log, CreatesItsFolder) {
   const ReportLog deep(folder.path() / L"a" / L"b", roomy);
   EXPECT_EQ(deep.append("x", false), S_OK);
   EXPECT_TRUE(std::filesystem::exists(folder.path() / L"a" / L"b" / L"Snagtrap.jsonl"));
@@ -43,7 +43,7 @@ TEST_F(Log, FolderThatIsAFileIsAFailure) {
   EXPECT_TRUE(FAILED(impossible.append("x", false)));
 }
 
-TEST_F(Log, OneFolderIsOneLogHoweverItIsSpelled) {
+TEST_F(Log, OneFolderIsOneLogInEverySpelling) {
   std::wstring upper = folder.path();
   CharUpperBuffW(upper.data(), static_cast<DWORD>(upper.size()));
   const ReportLog other(upper + L"\\.\\", roomy);
@@ -70,7 +70,7 @@ TEST_F(Log, LineThatFillsTheFileExactlyStays) {
   EXPECT_EQ(folder.content(1), "1234\n5678\n");
 }
 
-TEST_F(Log, PutsFullFilesAsideInOrderAndForgetsTheOldest) {
+TEST_F(Log, RotatesFullFilesInOrderAndDropsTheOldest) {
   constexpr ReportLog::Bounds bounds{4, 2};
   for (const char* line : {"a", "b", "c", "d", "e", "f", "g"}) log(bounds).append(line, false);
   EXPECT_EQ(folder.content(), "g\n");
@@ -79,20 +79,20 @@ TEST_F(Log, PutsFullFilesAsideInOrderAndForgetsTheOldest) {
   EXPECT_EQ(folder.file_count(), 3u);
 }
 
-TEST_F(Log, KeepsNothingAsideWhenToldSo) {
+TEST_F(Log, KeepsNoFullFilesWhenNoneAreWanted) {
   constexpr ReportLog::Bounds bounds{4, 0};
   for (const char* line : {"a", "b", "c"}) log(bounds).append(line, false);
   EXPECT_EQ(folder.content(), "c\n");
   EXPECT_EQ(folder.file_count(), 1u);
 }
 
-TEST_F(Log, LineOfADeadProcessDoesNotSwallowTheNext) {
+TEST_F(Log, LineAfterATornOneIsWhole) {
   std::ofstream(folder.file(), std::ios::binary) << "whole\ntorn";
   log().append("next", false);
   EXPECT_EQ(folder.content(), "whole\ntorn\nnext\n");
 }
 
-TEST_F(Log, ReaderDoesNotHoldTheWriterBack) {
+TEST_F(Log, ReaderDoesNotBlockTheWriter) {
   log().append("first", false);
   const base::FileHandle reader(CreateFileW(folder.file().c_str(), GENERIC_READ,
                                             FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
@@ -104,7 +104,7 @@ TEST_F(Log, ReaderDoesNotHoldTheWriterBack) {
   EXPECT_EQ(folder.content(), "second\n");
 }
 
-TEST_F(Log, FileThatCannotBePutAsideGrowsToTwiceItsBoundAndNoFurther) {
+TEST_F(Log, FileThatCannotBeRenamedGrowsToTwiceItsBoundAndNoFurther) {
   constexpr ReportLog::Bounds bounds{20, 1};
   log(bounds).append("first", false);
   const base::FileHandle holder(CreateFileW(folder.file().c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
@@ -117,14 +117,14 @@ TEST_F(Log, FileThatCannotBePutAsideGrowsToTwiceItsBoundAndNoFurther) {
   EXPECT_EQ(folder.content().substr(0, 11), "first\nmore\n");
 }
 
-TEST_F(Log, PutAsideStartsAnew) {
+TEST_F(Log, StartNewFileRenamesTheOldOne) {
   log().append("old", false);
-  EXPECT_EQ(log().put_aside(), S_OK);
+  EXPECT_EQ(log().start_new_file(), S_OK);
   EXPECT_FALSE(std::filesystem::exists(folder.file()));
   EXPECT_EQ(folder.content(1), "old\n");
 }
 
-TEST_F(Log, PutAsideWithoutAFileIsNoFailure) { EXPECT_EQ(log().put_aside(), S_OK); }
+TEST_F(Log, StartNewFileWithoutAFileSucceeds) { EXPECT_EQ(log().start_new_file(), S_OK); }
 
 TEST_F(Log, TailStartsAtALine) {
   log().append("first", false);
@@ -141,7 +141,7 @@ TEST_F(Log, WaitsNoLongerThanASecondForAnotherProcess) {
   while (!std::filesystem::exists(folder.path() / L"held")) Sleep(10);
   EXPECT_EQ(log().append("late, but not lost", false), S_OK);
   EXPECT_EQ(folder.content(), "late, but not lost\n");
-  EXPECT_EQ(log().put_aside(), HRESULT_FROM_WIN32(ERROR_TIMEOUT));
+  EXPECT_EQ(log().start_new_file(), HRESULT_FROM_WIN32(ERROR_TIMEOUT));
   std::ofstream(folder.path() / L"release") << "x";
   EXPECT_EQ(holder.wait().exit_code, 0u);
 }
@@ -173,8 +173,8 @@ class SharedLog : public Log {
   }
 };
 
-TEST_F(SharedLog, ProcessesLoseAndMixNothing) {
-  // The bound makes the writers put the file aside several times while all of them write.
+TEST_F(SharedLog, ProcessesLoseAndMixNoLines) {
+  // The bound is so small that the file is rotated several times while all of them write.
   std::vector<std::unique_ptr<test_support::ChildProcess>> children;
   for (int writer = 0; writer < writers; ++writer) {
     children.push_back(std::make_unique<test_support::ChildProcess>(
@@ -187,7 +187,7 @@ TEST_F(SharedLog, ProcessesLoseAndMixNothing) {
   expect_everything(all_files());
 }
 
-TEST_F(SharedLog, ThreadsLoseAndMixNothing) {
+TEST_F(SharedLog, ThreadsLoseAndMixNoLines) {
   std::vector<std::thread> threads;
   for (int writer = 0; writer < writers; ++writer) {
     threads.emplace_back([this, writer] {

@@ -1,8 +1,8 @@
 #include <gmock/gmock.h>
 
-#include "RecordMaking.h"
 #include "ReportText.h"
 #include "SnagtrapResource.h"
+#include "TestRecords.h"
 
 namespace snagtrap_test {
 namespace {
@@ -12,7 +12,7 @@ using testing::HasSubstr;
 using testing::Not;
 
 RecordPtr record_of(const wchar_t* kind) {
-  RecordPtr record = make_record();
+  RecordPtr record = create_record();
   set_text(*record, L"$Type", kind);
   return record;
 }
@@ -23,7 +23,7 @@ TEST(ReportText, OnlyAssertionsAndErrorsHaveACaption) {
   EXPECT_EQ(caption_of(*record_of(L"ERROR")), static_cast<UINT>(IDS_EXCEPTION_CAPTION));
   EXPECT_FALSE(caption_of(*record_of(L"TRACE")));
   EXPECT_FALSE(caption_of(*record_of(L"")));
-  EXPECT_FALSE(caption_of(*make_record()));
+  EXPECT_FALSE(caption_of(*create_record()));
 }
 
 TEST(ReportText, DescriptionIsTheHeadline) {
@@ -43,7 +43,7 @@ TEST(ReportText, HeadlineSaysWhenNothingIsKnown) {
   EXPECT_EQ(report_text(*record_of(L"ASSERT"), IDS_ASSERTION_CAPTION, S_OK).headline, L"No description was given.");
 }
 
-TEST(ReportText, LastErrorIsPutIntoWords) {
+TEST(ReportText, LastErrorHasTheSystemsMessage) {
   const RecordPtr record = record_of(L"ASSERT");
   set_number(*record, L"Last Error Code", ERROR_ACCESS_DENIED, VT_UI4);
   EXPECT_THAT(report_text(*record, IDS_ASSERTION_CAPTION, S_OK).details,
@@ -58,15 +58,15 @@ TEST(ReportText, DetailsLeaveMarkersOut) {
 
 TEST(ReportText, InnerRecordIsIndented) {
   const RecordPtr record = record_of(L"CREATE ERROR");
-  const RecordPtr inner = make_record();
+  const RecordPtr inner = create_record();
   set_text(*inner, L"Cause", L"x");
   set_object(*record, L"Inner", inner.get());
   EXPECT_THAT(report_text(*record, IDS_ERROR_CAPTION, S_OK).details, HasSubstr(L"Inner: \r\n  Cause: x\r\n"));
 }
 
-TEST(ReportText, RecordsThatHoldEachOtherEndSomewhere) {
+TEST(ReportText, RecordsThatHoldEachOtherAreCutOff) {
   const RecordPtr first = record_of(L"CREATE ERROR");
-  const RecordPtr second = make_record();
+  const RecordPtr second = create_record();
   set_object(*first, L"Inner", second.get());
   set_object(*second, L"Inner", first.get());
   EXPECT_FALSE(report_text(*first, IDS_ERROR_CAPTION, S_OK).details.empty());

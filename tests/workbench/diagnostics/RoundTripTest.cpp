@@ -10,23 +10,23 @@ namespace {
 
 using namespace SnagtrapUtil;
 
-constexpr SourceLocation place{"Some.cpp", 70, "some_function", "void some_function(int)"};
+constexpr SourceLocation location{"Some.cpp", 70, "some_function", "void some_function(int)"};
 
-/// The client of the module against the real library, which it finds by name beside the program.
+/// The module's client with the library's DLL, which it finds by name beside the program.
 class RoundTrip : public LibraryTest {};
 
 TEST_F(RoundTrip, FromTheReportToTheLog) {
-  expect(false, L"pMainMenu != 0", place);
-  report_hresult(E_ACCESSDENIED, place);
+  expect(false, L"pMainMenu != 0", location);
+  report_hresult(E_ACCESSDENIED, location);
   try {
     throw std::runtime_error("broken");
   } catch (...) {
-    catch_and_call(place);
+    catch_and_call(location);
   }
   try {
     throw std::out_of_range("no such value");
   } catch (...) {
-    report_exception_in_flight(place);
+    report_exception_in_flight(location);
   }
 
   auto lines = folder.lines();

@@ -1,4 +1,4 @@
-// The other process of the tests: writes to a log that its parent and its siblings write to.
+// The second process of the log tests: writes to the log that its parent and its siblings write to.
 #include <windows.h>
 
 #include <cstdlib>
@@ -26,7 +26,7 @@ int write_lines() {
   return 0;
 }
 
-/// FOLDER: holds the log in FOLDER from when the file "held" appears there until the file "release" does.
+/// FOLDER: owns the mutex of the log in FOLDER, creates the file "held" there and waits for the file "release".
 int hold_the_log() {
   const std::filesystem::path folder = argument(2);
   const base::KernelHandle mutex(

@@ -16,7 +16,7 @@ struct Releaser {
 
 using RecordPtr = std::unique_ptr<snagtrap::Record, Releaser>;
 
-inline RecordPtr make_record() { return RecordPtr(new snagtrap::Record); }
+inline RecordPtr create_record() { return RecordPtr(new snagtrap::Record); }
 
 /// Sets a field; the value stays the caller's.
 inline HRESULT set(IKV_SnagtrapUtil::IDebugObject& record, const wchar_t* name, const VARIANT& value) {

@@ -1,4 +1,4 @@
-#include "AnswerDialog.h"
+#include "ReportDialog.h"
 
 #include <windows.h>
 
@@ -15,7 +15,7 @@ INT_PTR fill(HWND dialog, const ReportText& text) {
   SetDlgItemTextW(dialog, IDC_HEADLINE, text.headline.c_str());
   SetDlgItemTextW(dialog, IDC_DETAILS, text.details.c_str());
   SendDlgItemMessageW(dialog, IDC_REPORT_ICON, STM_SETICON, reinterpret_cast<WPARAM>(LoadIconW(nullptr, IDI_ERROR)), 0);
-  EnableWindow(GetDlgItem(dialog, IDC_ALWAYS_IGNORE), text.has_place);
+  EnableWindow(GetDlgItem(dialog, IDC_ALWAYS_IGNORE), text.has_location);
   SetForegroundWindow(dialog);
   SetFocus(GetDlgItem(dialog, IDCANCEL));
   return FALSE;  // the focus is set
@@ -55,7 +55,7 @@ bool can_show_windows() noexcept {
 }
 
 UserAnswer ask_user(const ReportText& text) noexcept {
-  const INT_PTR answer = DialogBoxParamW(base::module_instance(), MAKEINTRESOURCEW(IDD_ANSWER), GetActiveWindow(),
+  const INT_PTR answer = DialogBoxParamW(base::module_instance(), MAKEINTRESOURCEW(IDD_REPORT), GetActiveWindow(),
                                          dialog_procedure, reinterpret_cast<LPARAM>(&text));
   return answer > 0 ? static_cast<UserAnswer>(answer) : UserAnswer::ignore;
 }
