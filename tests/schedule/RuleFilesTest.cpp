@@ -87,8 +87,10 @@ TEST(RuleFiles, JsonMayHoldOneKindAlone) {
 }
 
 TEST(RuleFiles, JsonEscapesOfPairsAreCharacters) {
-  const RuleFile file = read_rules_json(R"({"settings": [{"SettingName": "\ud83d\ude00\uE0F0", "RuleName": ""}]})");
-  EXPECT_EQ(settings_of(file).at(0).name, "\xF0\x9F\x98\x80\xEE\x83\xB0");
+  const RuleFile file = read_rules_json(R"({"settings": [{"SettingName": "\ud83d\ude00\uE0F0D800", "RuleName": ""}]})");
+  EXPECT_EQ(settings_of(file).at(0).name,
+            "\xF0\x9F\x98\x80\xEE\x83\xB0"
+            "D800");
 }
 
 TEST(RuleFiles, EveryColumnOfARuleIsRequired) {

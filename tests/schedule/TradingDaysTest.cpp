@@ -52,6 +52,9 @@ TEST(TradingDays, DaysBeforeTheEpochHaveTheirWeekday) {
   EXPECT_TRUE(calendar.is_open(day("1900-01-01"))) << "a Monday";
   EXPECT_FALSE(calendar.is_open(day("1900-01-06")));
   EXPECT_EQ(to_text(calendar.day_at(5)), "1900-01-08");
+  EXPECT_EQ(to_text(calendar.day_at(-1)), "1899-12-29") << "outside the calendar";
+  EXPECT_EQ(calendar.number_at(day("1900-02-05")), 25);
+  EXPECT_FALSE(calendar.is_open(day("1900-02-04")));
 }
 
 TEST(Dates, ParseOnlyTheirForm) {
