@@ -14,7 +14,7 @@ namespace workbench {
 
 inline constexpr UINT_PTR own_menus = 3;
 
-/// Treats the dialogs that open over a window from their message loops, until `visit` answers that it is done.
+/// Calls `visit` for each dialog that opens over a window, from the dialog's message loop, until it returns true.
 class DialogVisitor {
  public:
   DialogVisitor(HWND owner, std::function<bool(HWND dialog)> visit) : owner_(owner), visit_(std::move(visit)) {

@@ -51,7 +51,7 @@ class PluginHostTest : public testing::Test {
     EXPECT_EQ(call_export(copy_, "DllUnregisterServer"), S_OK);
   }
 
-  /// The file of the plug-in that a host without a named module makes; afterwards it is let go.
+  /// The file of the plug-in that a host creates when no module is named. Releases the plug-in again.
   static std::filesystem::path chosen_module() {
     std::filesystem::path chosen;
     {

@@ -38,7 +38,8 @@ void make_change(RuleStore& store, unsigned number) try {
   if (error.kind() != StoreErrorKind::in_use) throw;
 }
 
-/// What a store file holds that nobody has open. A copy is opened: the file itself is for the next host to put right.
+/// The content of a store file that no program has open. Opens a copy, because the next host must recover the file
+/// itself.
 /// A file that was never filled holds nothing.
 StoreSnapshot left_behind(const std::filesystem::path& path) {
   const TemporaryFolder folder;
@@ -147,7 +148,7 @@ class KilledHosts : public testing::Test {
   test_support::RandomCases random_;
   Strikes strikes_;
   std::filesystem::path path_;
-  bool filled_ = false;  ///< whether a host was seen to have made the store
+  bool filled_ = false;  ///< whether a host has created the store
 
  private:
   void count(const KilledHost& host) {

@@ -18,5 +18,5 @@ struct RuleChange {
 /// which a store refuses.
 RuleChange choose_change(const std::vector<workbench::StoredRule>& rules, unsigned number);
 
-/// The environment variable that tells `rule_stream.dll` the number of its first change.
+/// The environment variable with the number of the first change that `rule_stream.dll` makes.
 inline constexpr wchar_t first_change_variable[] = L"ZD_FIRST_CHANGE";

@@ -9,7 +9,7 @@
 using IKV_kvudfcom::IkvField;
 using IKV_kvudfcom::IkvTable;
 
-/// After each test every object of the host must be gone.
+/// Fails a test after which an object of the host is still alive.
 class HostObjects : public testing::Test {
  protected:
   ~HostObjects() override { EXPECT_EQ(workbench::live_dispatch_objects, before_); }

@@ -3,7 +3,7 @@
 #include <sqlite3.h>
 
 /// While it lives, the SQLite library reaches files through it, and calls can be made to fail as a bad or full disk
-/// does. There may be one at a time, and no file may be open when it comes or goes.
+/// does. There may be one at a time, and no file may be open when it is created or destroyed.
 class FaultyFileSystem {
  public:
   FaultyFileSystem();

@@ -17,7 +17,7 @@ class RawDatabase {
   RawDatabase& operator=(const RawDatabase&) = delete;
   ~RawDatabase() { sqlite3_close(database_); }
 
-  /// Runs statements and answers SQLite's result code.
+  /// Runs statements and returns SQLite's result code.
   int run(const std::string& sql) { return sqlite3_exec(database_, sql.c_str(), nullptr, nullptr, nullptr); }
 
   /// The first column of the first row.

@@ -121,7 +121,7 @@ TEST_F(StoreFile, FileWithAPageOverwrittenIsRefused) {
   open();
   const std::string whole = read_bytes(path_);
   ASSERT_EQ(whole.size() % 4096, 0u);
-  // The first page's first hundred bytes tell what the file is; here it is still a store.
+  // The first hundred bytes of the first page identify the file; they stay those of a store.
   for (std::size_t page = 0; page < whole.size(); page += 4096) {
     SCOPED_TRACE(page / 4096 + 1);
     std::string damaged = whole;

@@ -26,7 +26,7 @@ class StoreWriter {
   /// Waits for the next thing that the program says; nothing once there is no more.
   std::optional<StoreProgress> next_progress();
 
-  /// Waits for the next change that the program acknowledges and answers its number; nothing once there are no more.
+  /// Waits for the next change that the program acknowledges. Returns its number, or nothing when there are no more.
   std::optional<unsigned> next_acknowledged();
 
   /// The exit code of a program that was killed.
@@ -35,10 +35,10 @@ class StoreWriter {
   /// Ends the program where it stands.
   void kill();
 
-  /// Waits for the program's end and answers its exit code.
+  /// Waits for the program's end and returns its exit code.
   DWORD exit_code();
 
-  /// Waits for the program's end, at most so long, and answers whether it came.
+  /// Waits for the program's end, at most so long, and returns whether it ended.
   bool ends_within(DWORD milliseconds) {
     return WaitForSingleObject(started_.process(), milliseconds) == WAIT_OBJECT_0;
   }

@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <string>
 
-/// A new empty folder that goes with its content when the object does.
+/// Creates an empty folder; the destructor removes it with its content.
 class TemporaryFolder {
  public:
   TemporaryFolder();
