@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include "DialogDriver.h"
+#include "Controls.h"
 #include "HeapCheck.h"
 
 namespace faults_test {

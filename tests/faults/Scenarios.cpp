@@ -7,13 +7,18 @@
 #include <utility>
 
 #include "DialogScript.h"
+#include "RuleList.h"
 #include "resource.h"
 
 namespace faults_test {
 namespace {
 
+using test_support::DialogScript;
+using test_support::Entry;
 using test_support::Fault;
 using test_support::HostRule;
+using test_support::RuleList;
+using test_support::send_click;
 
 const HostRule used_rule = {3, L"CU spot", 1, 1, 1, 9, 2, 5, 6, 2, 1};
 const HostRule free_rule = {7, L"IF quarter", 2, 0, 0, 15, 1, 3, 5, 1, 0};
@@ -90,9 +95,9 @@ ScenarioResult play_list(Session& session) {
   const auto show = [](HWND list) { ShowWindow(list, SW_SHOW); };
   const auto look = [&](HWND list) {
     RedrawWindow(list, nullptr, nullptr, RDW_ALLCHILDREN | RDW_UPDATENOW);
-    rules = shown_rules(list);
+    rules = RuleList(list).count();
   };
-  const DialogScript clerk({show, look});
+  const DialogScript user({show, look});
   session.arm();
   const HRESULT answer = session.command();
   return {answer, false, rules == 2 && session.handles() > 0};
@@ -101,43 +106,43 @@ ScenarioResult play_list(Session& session) {
 /// Presses a button when a rule is selected.
 DialogScript::Step press_on(Session& session, long rule_id, int button) {
   return [&session, rule_id, button](HWND list) {
-    select_rule(list, rule_id);
+    RuleList(list).select_rule(rule_id);
     session.arm();
-    press(list, button);
+    send_click(list, button);
   };
 }
 
 ScenarioResult play_refused_delete(Session& session) {
   session.initialize();
-  const DialogScript clerk({press_on(session, used_rule.id, IDC_DELETE_RULE)});
+  const DialogScript user({press_on(session, used_rule.id, IDC_DELETE_RULE)});
   const HRESULT answer = session.command();
-  return {answer, false, clerk.warnings() == 1 && clerk.questions() == 0};
+  return {answer, false, user.warnings() == 1 && user.questions() == 0};
 }
 
 ScenarioResult play_delete(Session& session) {
   session.initialize();
-  const DialogScript clerk({press_on(session, free_rule.id, IDC_DELETE_RULE)}, {}, *free_rule.name);
+  const DialogScript user({press_on(session, free_rule.id, IDC_DELETE_RULE)}, {}, *free_rule.name);
   const HRESULT answer = session.command();
-  return {answer, false, clerk.questions() == 1 && clerk.warnings() == 0};
+  return {answer, false, user.questions() == 1 && user.warnings() == 0};
 }
 
 ScenarioResult play_add(Session& session) {
   session.initialize();
-  const DialogScript clerk({press_on(session, free_rule.id, IDC_ADD_RULE)}, {new_rule_name, entered_rule(), {}, {}});
+  const DialogScript user({press_on(session, free_rule.id, IDC_ADD_RULE)}, {new_rule_name, entered_rule(), {}, {}});
   const HRESULT answer = session.command();
-  return {answer, clerk.editors() == 1, clerk.editors() == 1 && clerk.warnings() == 0};
+  return {answer, user.editors() == 1, user.editors() == 1 && user.warnings() == 0};
 }
 
 ScenarioResult play_refused_name(Session& session) {
   session.initialize();
   const auto open = [](HWND list) {
-    select_rule(list, free_rule.id);
-    press(list, IDC_EDIT_RULE);
+    RuleList(list).select_rule(free_rule.id);
+    send_click(list, IDC_EDIT_RULE);
   };
-  const DialogScript clerk({open}, {*free_rule.name, named(used_rule.name->c_str(), entered_rule()),
-                                    *entered_rule().name, [&] { session.arm(); }});
+  const DialogScript user({open}, {*free_rule.name, named(used_rule.name->c_str(), entered_rule()),
+                                   *entered_rule().name, [&] { session.arm(); }});
   const HRESULT answer = session.command();
-  return {answer, clerk.editors() == 1, clerk.warnings() == 1};
+  return {answer, user.editors() == 1, user.warnings() == 1};
 }
 
 // The editor by itself.
@@ -160,10 +165,10 @@ HRESULT show_new_result(const ScenarioResult& played, const Calls& faulted_calls
 
 ScenarioResult play_show_of(Session& session, long rule_id, Entry entry) {
   session.initialize();
-  const DialogScript clerk({}, std::move(entry));
+  const DialogScript user({}, std::move(entry));
   session.arm();
   const HRESULT answer = session.show(rule_id);
-  return {answer, clerk.editors() == 1, clerk.editors() == 1 && clerk.warnings() == 0};
+  return {answer, user.editors() == 1, user.editors() == 1 && user.warnings() == 0};
 }
 
 ScenarioResult play_show(Session& session) {

@@ -86,7 +86,7 @@ bool can_be_told(const std::set<std::string>& failed) {
 /// no report arrives then, ever.
 void play_first_report(const Module& module, const Injection& injection) {
   test_support::write_registry_text(HKEY_CURRENT_USER, L"Software\\Orvane\\Snagtrap", L"", L"tell me");
-  const DialogScript clerk({});
+  const test_support::DialogScript user({});
   const ModuleLeakCheck leftovers(module);
   {
     const auto plugin = module.plugin();
@@ -96,7 +96,7 @@ void play_first_report(const Module& module, const Injection& injection) {
     test_support::take_reports();
     provoke_report(plugin);
     const bool arrives = !test_support::take_reports().empty();
-    EXPECT_EQ(!arrives && can_be_told(injection.failed()) ? 1 : 0, clerk.warnings());
+    EXPECT_EQ(!arrives && can_be_told(injection.failed()) ? 1 : 0, user.warnings());
     EXPECT_TRUE(!arrives || injection.failed() != std::set<std::string>{"GetProcAddress"}) << "by which way?";
   }
   leftovers.expect_none();

@@ -5,6 +5,7 @@
 #include "DialogScript.h"
 #include "ExpectedReports.h"
 #include "Footprint.h"
+#include "RuleList.h"
 #include "ScratchRoot.h"
 #include "Session.h"
 #include "resource.h"
@@ -12,9 +13,9 @@
 namespace leaks_test {
 namespace {
 
-using faults_test::DialogScript;
 using faults_test::Session;
 using module_test::Module;
+using test_support::DialogScript;
 using test_support::FakeHost;
 using test_support::HostRule;
 
@@ -63,17 +64,17 @@ class LeaksTest : public testing::Test {
 
 TEST_F(LeaksTest, AThousandRuleListsLeaveNothing) {
   repeat([](Session& session) {
-    const DialogScript clerk({});
+    const DialogScript user({});
     ASSERT_EQ(S_OK, session.command());
-    ASSERT_EQ(1, clerk.lists());
+    ASSERT_EQ(1, user.lists());
   });
 }
 
 TEST_F(LeaksTest, AThousandEditorsLeaveNothing) {
   repeat([](Session& session) {
-    const DialogScript clerk({}, {L"another name", {}, {}, {}});
+    const DialogScript user({}, {L"another name", {}, {}, {}});
     ASSERT_EQ(S_OK, session.show(stored_rule.id));
-    ASSERT_EQ(1, clerk.editors());
+    ASSERT_EQ(1, user.editors());
   });
 }
 
@@ -86,19 +87,19 @@ TEST_F(LeaksTest, AThousandRefillsLeaveNothing) {
   const auto refill = [&](HWND list, const std::vector<std::string>& handles) {
     const long shown = host_.rules().back().id;
     host_.rules() = both;
-    faults_test::select_rule(list, shown);
-    faults_test::press(list, IDC_DELETE_RULE);
+    test_support::RuleList(list).select_rule(shown);
+    test_support::send_click(list, IDC_DELETE_RULE);
     ASSERT_EQ(1u, host_.rules().size());
     ASSERT_EQ(handles, session.handles_left());
     host_.calls().forget();
   };
-  const DialogScript clerk({[&](HWND list) {
-                             refill(list, session.handles_left());
-                             expect_flat([&, handles = session.handles_left()] { refill(list, handles); });
-                           }},
-                           {}, L"IF");
+  const DialogScript user({[&](HWND list) {
+                            refill(list, session.handles_left());
+                            expect_flat([&, handles = session.handles_left()] { refill(list, handles); });
+                          }},
+                          {}, L"IF");
   ASSERT_EQ(S_OK, session.command());
-  EXPECT_EQ(1 + warm_up + repetitions, clerk.questions());
+  EXPECT_EQ(1 + warm_up + repetitions, user.questions());
   session.end();
 }
 

@@ -11,7 +11,6 @@ using testing::IsEmpty;
 using testing::StartsWith;
 
 constexpr wchar_t refusal[] = L"该规则由于正在应用于商品源设置中，因而不能删除：\n";
-using Texts = std::vector<std::string>;
 
 constexpr char delete_call[] = "IkvExpirationRuleService::delete_rule";
 constexpr char not_confirmed[] = "ASSERT isOk | ExpirationRulesListDialog.cpp:220 try_to_delete_rule_impl";
@@ -175,8 +174,7 @@ TEST_F(ListDelete, ByTheButtonLeavesTheKeyboardWithTheButton) {
 }
 
 TEST_F(ListDelete, FirstRuleIsVisibleAfterADelete) {
-  host.rules().clear();
-  for (int index = 0; index < 100; ++index) store_rules({L"rule " + std::to_wstring(100 + index)});
+  store_hundred_rules();
   open([&](RuleList& list) {
     list.select(80);
     list.send(LVM_ENSUREVISIBLE, 99);
@@ -253,12 +251,7 @@ TEST_F(ListDelete, RuleThatIsGoneAlreadyIsReportedAndTheListRefreshed) {
     list.select(1);
     host.rules().erase(host.rules().begin() + 1);
     // The rule has no name any more.
-    MessageBoxContent question;
-    test_support::with_dialog([&] { list.press(IDC_DELETE_RULE); },
-                              [&](HWND box) {
-                                question = test_support::read_message_box(box);
-                                EndDialog(box, IDYES);
-                              });
+    const auto question = test_support::with_message_box([&] { list.press(IDC_DELETE_RULE); }, IDYES);
     EXPECT_EQ(L"是否删除到期规则\"\"？", question.text);
     EXPECT_EQ(Names({L"AU", L"TF"}), list.names());
   });
@@ -315,29 +308,11 @@ TEST_F(ListDelete, CountsTheNumberAs32BitsOnly) {
   });
 }
 
-TEST_F(ListDelete, DeleteKeyAsksAsTheButtonDoes) {
-  open([&](RuleList& list) {
-    list.select(2);
-    test_support::with_dialog([&] { list.key_down(VK_DELETE); }, [](HWND box) { EndDialog(box, IDYES); });
-    EXPECT_EQ(Names({L"AU", L"IF"}), list.names());
-  });
-}
-
-TEST_F(ListDelete, OtherKeysDoNothing) {
-  open([&](RuleList& list) {
-    host.calls().forget();
-    for (const int key : {VK_BACK, VK_INSERT, VK_F2, VK_RETURN, VK_SPACE, VK_DECIMAL})
-      list.key_down(static_cast<WORD>(key));
-    EXPECT_THAT(calls(), IsEmpty());
-    EXPECT_EQ(0, list.selected());
-  });
-}
-
 TEST_F(ListDelete, KeyReachesARuleWithANegativeNumberThoughTheButtonDoesNot) {
   host.rules() = {{-5, L"IF"}};
   open([&](RuleList& list) {
     EXPECT_FALSE(list.can_change());
-    test_support::with_dialog([&] { list.key_down(VK_DELETE); }, [](HWND box) { EndDialog(box, IDYES); });
+    test_support::with_message_box([&] { list.key_down(VK_DELETE); }, IDYES);
   });
   EXPECT_THAT(deletions(), ElementsAre("IkvExpirationRuleService::delete_rule(-5)"));
 }

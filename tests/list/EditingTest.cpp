@@ -14,11 +14,6 @@ class ListEditing : public ListDialogTest {
  protected:
   ListEditing() { store_rules({L"AU", L"IF", L"TF"}); }
 
-  void store_hundred_rules() {
-    host.rules().clear();
-    for (int index = 0; index < 100; ++index) store_rules({L"rule " + std::to_wstring(100 + index)});
-  }
-
   static void expect_only_selection(const RuleList& list, int index) {
     EXPECT_EQ(index, list.selected());
     EXPECT_EQ(selected_and_focused, list.state(index) & selected_and_focused);
@@ -249,7 +244,7 @@ TEST_F(ListEditing, RuleThatIsGoneAfterItsEditSelectsEveryItem) {
       test_support::with_dialog([&] { list.press(IDC_EDIT_RULE); },
                                 [&](HWND editor) {
                                   host.rules().erase(host.rules().begin());
-                                  SendDlgItemMessageW(editor, IDOK, BM_CLICK, 0, 0);
+                                  test_support::click(editor, IDOK);
                                 });
     });
     EXPECT_EQ(Names({L"IF", L"TF"}), list.names());

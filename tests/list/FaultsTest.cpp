@@ -66,7 +66,7 @@ class ListFaults : public testing::TestWithParam<Fault> {
   /// Opens the list, presses Delete on the used rule and on the unused one, and Close.
   static INT_PTR delete_both(StorageBlock& block) {
     CExpirationRulesListDialog dialog(&block);
-    const test_support::DialogDriver driver([&](HWND window) {
+    const test_support::DialogDriver driver(test_support::DialogDriver::When::created, [&](HWND window, int) {
       const RuleList list(window, dialog);
       for (const long rule_id : {used_id, unused_id}) press_delete_on(list, rule_id);
       list.press(IDCANCEL);

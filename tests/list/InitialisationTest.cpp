@@ -13,8 +13,6 @@ constexpr int column_margin = 20;
 
 class ListInitialisation : public ListDialogTest {};
 
-bool is_list_view(HWND window) { return GetDlgCtrlID(window) == IDC_RULES_LIST; }
-
 std::string state_text(const CWPSTRUCT& message) {
   const auto& item = *reinterpret_cast<const LVITEMW*>(message.lParam);
   return "item " + std::to_string(static_cast<int>(message.wParam)) + " gets state " + std::to_string(item.state) +

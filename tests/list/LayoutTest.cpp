@@ -90,7 +90,7 @@ TEST_F(ListLayout, ColumnFillsTheListLessAScrollBar) {
 }
 
 TEST_F(ListLayout, ColumnLeavesRoomForAScrollBarBesideTheOneThatIsThere) {
-  for (int index = 0; index < 100; ++index) store_rules({L"rule " + std::to_wstring(100 + index)});
+  store_hundred_rules();
   open([](RuleList& list) {
     EXPECT_TRUE(GetWindowLongW(list.view(), GWL_STYLE) & WS_VSCROLL);
     EXPECT_EQ(expected_column_width(list), list.column_width());

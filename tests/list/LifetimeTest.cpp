@@ -82,7 +82,6 @@ TEST_F(ListLifetime, PlacementIsStoredWhenTheOwnerIsDestroyed) {
 }
 
 TEST_F(ListLifetime, DialogThatIsNotOpenAnswersItsQuestions) {
-  CExpirationRulesListDialog dialog(&block);
   EXPECT_STREQ(L"IF", dialog.expiration_rule_name(2));
   Names users;
   EXPECT_FALSE(dialog.is_expiration_rule_uses(2, users));
@@ -118,7 +117,6 @@ TEST_F(ListLifetime, DialogWithoutItsGripEditsNothingAndCloses) {
 }
 
 TEST_F(ListLifetime, RefillWithoutAListLeavesTheDesktopsPictureAlone) {
-  CExpirationRulesListDialog dialog(&block);
   InvalidateProbe invalidated;
   dialog.update_expiration_rule_list();
   EXPECT_EQ(0, invalidated.calls());

@@ -43,7 +43,7 @@ TEST_P(LookupException, IsTracedAndGivesNoName) {
 
 TEST_P(LookupException, IsTracedAndFindsNoUsers) {
   raise_from(3);  // a table and a filter are made for the rule's name
-  Users users;
+  Names users;
   EXPECT_FALSE(dialog.is_expiration_rule_uses(rule_id, users));
   EXPECT_THAT(reports(), ElementsAre(traced(154, "is_expiration_rule_uses")));
 }

@@ -15,7 +15,7 @@ using testing::ElementsAre;
 constexpr long rule_id = 5;
 constexpr wchar_t rule_name[] = L"a name that is too long for a string itself";
 
-const Users all_users = {L"the first setting, too long for a string", L"the second setting, too long for a string",
+const Names all_users = {L"the first setting, too long for a string", L"the second setting, too long for a string",
                          L"the third setting, too long for a string"};
 
 std::string out_of_memory(const char* function, int line) {
@@ -65,7 +65,7 @@ TEST_F(LookupMemory, ThatLacksForANameIsReportedAndGivesNone) {
 
 TEST_F(LookupMemory, ThatLacksForUsersIsReportedAndKeepsThoseFoundUntilThen) {
   std::set<std::size_t> found_until_then;
-  Users users;
+  Names users;
   bool in_use = false;
   fail_each_allocation([&] { in_use = dialog.is_expiration_rule_uses(rule_id, users); },
                        [&](bool) {

@@ -19,9 +19,9 @@ using test_support::HostSetting;
 using zd_expiration_rule_plugin::CExpirationRulesListDialog;
 
 using Texts = std::vector<std::string>;
-using Users = std::vector<std::wstring>;
+using Names = std::vector<std::wstring>;
 
-/// What a dialog that is not on the screen asks of its host.
+/// A host, and a dialog object that is not open: what it asks of the host.
 class LookupTest : public testing::Test {
  protected:
   LookupTest() : dialog(&block) {
@@ -49,7 +49,7 @@ class LookupTest : public testing::Test {
   CExpirationRulesListDialog dialog;
 };
 
-/// The failures that hosts answer with.
+/// The failures that hosts return.
 inline const HRESULT failures[] = {E_FAIL, E_OUTOFMEMORY, E_NOINTERFACE, RPC_E_DISCONNECTED};
 
 /// What is reported when an exception with this HRESULT ends a method of the dialog.

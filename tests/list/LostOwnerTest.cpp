@@ -69,7 +69,7 @@ class ListLosesItsOwner : public ListDialogTest {
                                     [&](HWND editor) {
                                       SetDlgItemTextW(editor, IDC_NAME, L"AU spot");
                                       prepare(editor);
-                                      SendDlgItemMessageW(editor, IDOK, BM_CLICK, 0, 0);
+                                      test_support::click(editor, IDOK);
                                     });
         },
         owner.get());
@@ -172,7 +172,6 @@ TEST_F(ListLosesItsOwner, WhileTheEditedRuleIsLookedFor) {
 
 TEST_F(ListLosesItsOwner, WhileItIsMade) {
   lose_inside(read_rules);
-  CExpirationRulesListDialog dialog(&block);
   EXPECT_NE(IDOK, dialog.DoModal(owner.get()));
 }
 

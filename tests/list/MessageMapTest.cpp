@@ -1,3 +1,4 @@
+#include "Input.h"
 #include "ListDialogTest.h"
 
 namespace list_test {
@@ -120,7 +121,6 @@ TEST_F(ListMessages, CloseBoxEndsTheDialogAsCloseDoes) {
 
 TEST_F(ListMessages, DialogOpensAgainAfterItWasClosed) {
   store_rules({L"A"});
-  CExpirationRulesListDialog dialog(&block);
   for (int time = 0; time < 2; ++time) {
     test_support::with_dialog([&] { EXPECT_EQ(IDCANCEL, dialog.DoModal(nullptr)); },
                               [&](HWND window) {

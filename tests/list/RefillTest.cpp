@@ -14,15 +14,8 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// An item by its name and its data.
-using Item = std::pair<std::wstring, LPARAM>;
-using Items = std::vector<Item>;
-
-Items items_of(const RuleList& list) {
-  Items items;
-  for (int index = 0; index < list.count(); ++index) items.emplace_back(list.name(index), list.data(index));
-  return items;
-}
+using Item = RuleList::Row;
+using Items = RuleList::Rows;
 
 std::string caught(HRESULT hresult) { return list_test::caught("update_expiration_rule_list", 123, hresult); }
 
@@ -30,7 +23,7 @@ class Refill : public ListDialogTest {
  protected:
   Items shown() {
     Items items;
-    open([&](RuleList& list) { items = items_of(list); });
+    open([&](RuleList& list) { items = list.rows(); });
     return items;
   }
 };
@@ -99,7 +92,7 @@ TEST_F(Refill, ReplacesWhatTheListHeld) {
   open([&](RuleList& list) {
     host.rules() = {{9, L"Z"}, {2, L"B, renamed"}};
     list.dialog().update_expiration_rule_list();
-    EXPECT_EQ(Items({{L"B, renamed", 2}, {L"Z", 9}}), items_of(list));
+    EXPECT_EQ(Items({{L"B, renamed", 2}, {L"Z", 9}}), list.rows());
   });
 }
 
@@ -254,7 +247,7 @@ TEST_F(Refill, LackOfMemoryMidwayIsReportedAndKeepsTheRowsReadUntilThen) {
       list.dialog().update_expiration_rule_list();
       EXPECT_TRUE(memory.has_failed());
     }
-    EXPECT_EQ(Items({{L"A, long enough for the heap", 1}}), items_of(list));
+    EXPECT_EQ(Items({{L"A, long enough for the heap", 1}}), list.rows());
   });
   EXPECT_THAT(reports(), ElementsAre("TRACE std::exception - std::bad_alloc; FILE - ExpirationRulesListDialog.cpp, "
                                      "LINE - 123 | ExpirationRulesListDialog.cpp:123 update_expiration_rule_list"));

@@ -21,7 +21,7 @@ class RuleUsers : public LookupTest {
     return list_test::failed("is_expiration_rule_uses", line, hresult);
   }
 
-  Users users = {L"left over"};
+  Names users = {L"left over"};
 };
 
 TEST_F(RuleUsers, NoSettingsAtAllMeansNoUsers) {
@@ -213,7 +213,7 @@ struct QuietFault {
   const char* call;
   long number;
   Fault fault;
-  Users users;
+  Names users;
 };
 
 class RuleUsersOddity : public RuleUsers, public testing::WithParamInterface<QuietFault> {

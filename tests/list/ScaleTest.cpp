@@ -17,7 +17,6 @@ TEST_F(ListScale, UsersAreFoundAmongManySettings) {
   host.settings().front() = {L"first", L"IF"};
   host.settings()[count / 2] = {L"middle", L"IF"};
   host.settings().back() = {L"last", L"IF"};
-  CExpirationRulesListDialog dialog(&block);
   Names users;
   EXPECT_TRUE(dialog.is_expiration_rule_uses(5, users));
   EXPECT_EQ(Names({L"first", L"middle", L"last"}), users);

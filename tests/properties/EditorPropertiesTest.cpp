@@ -3,7 +3,6 @@
 
 #include <algorithm>
 
-#include "DialogDriver.h"
 #include "HostileDialogs.h"
 #include "resource.h"
 
@@ -14,27 +13,20 @@ using testing::IsEmpty;
 
 constexpr char offset_is_not_the_spins[] = "ASSERT value == _spin.GetPos() | SpinControlHelper.cpp:* AdjustEditControl";
 
-/// The number that a combo box has chosen, by the data of its items.
-long chosen(HWND editor, int combo) {
-  const LRESULT index = SendDlgItemMessageW(editor, combo, CB_GETCURSEL, 0, 0);
-  return static_cast<long>(SendDlgItemMessageW(editor, combo, CB_GETITEMDATA, static_cast<WPARAM>(index), 0));
-}
-
-bool is_checked(HWND editor, int button) { return IsDlgButtonChecked(editor, button) == BST_CHECKED; }
-
-void expect_shown(HWND editor, const HostRule& rule) {
+void expect_shown(HWND window, const HostRule& rule) {
+  const RuleEditor editor(window);
   const HostRule saved = saved_unchanged(rule);
-  EXPECT_EQ(*rule.name, test_support::item_text(editor, IDC_NAME));
-  EXPECT_EQ(std::to_wstring(rule.roll_offset), test_support::item_text(editor, IDC_OFFSET));
-  EXPECT_EQ(saved.day_type, chosen(editor, IDC_DAY_TYPE));
-  EXPECT_EQ(rule.day_mode == 0, is_checked(editor, IDC_DAY_OF_MONTH_MODE));
-  EXPECT_EQ(rule.day_mode == 1, is_checked(editor, IDC_WEEKDAY_MODE));
-  EXPECT_EQ(saved.day_of_month, chosen(editor, IDC_DAY_OF_MONTH));
-  EXPECT_EQ(saved.day_month, chosen(editor, IDC_DAY_MONTH));
-  EXPECT_EQ(saved.week_ordinal, chosen(editor, IDC_WEEK_ORDINAL));
-  EXPECT_EQ(saved.weekday, chosen(editor, IDC_WEEKDAY));
-  EXPECT_EQ(saved.weekday_month, chosen(editor, IDC_WEEKDAY_MONTH));
-  EXPECT_EQ(rule.move_to_next_trading_day == 1, is_checked(editor, IDC_MOVE_TO_NEXT_TRADING_DAY));
+  EXPECT_EQ(*rule.name, editor.text(IDC_NAME));
+  EXPECT_EQ(std::to_wstring(rule.roll_offset), editor.text(IDC_OFFSET));
+  EXPECT_EQ(saved.day_type, editor.chosen(IDC_DAY_TYPE));
+  EXPECT_EQ(rule.day_mode == 0, editor.checked(IDC_DAY_OF_MONTH_MODE));
+  EXPECT_EQ(rule.day_mode == 1, editor.checked(IDC_WEEKDAY_MODE));
+  EXPECT_EQ(saved.day_of_month, editor.chosen(IDC_DAY_OF_MONTH));
+  EXPECT_EQ(saved.day_month, editor.chosen(IDC_DAY_MONTH));
+  EXPECT_EQ(saved.week_ordinal, editor.chosen(IDC_WEEK_ORDINAL));
+  EXPECT_EQ(saved.weekday, editor.chosen(IDC_WEEKDAY));
+  EXPECT_EQ(saved.weekday_month, editor.chosen(IDC_WEEKDAY_MONTH));
+  EXPECT_EQ(rule.move_to_next_trading_day == 1, editor.checked(IDC_MOVE_TO_NEXT_TRADING_DAY));
 }
 
 class HostileNumbers : public HostileDialogs {
@@ -60,7 +52,7 @@ TEST_F(HostileNumbers, AreShownAsStoredAndSavedAsTheControlsHoldThem) {
     host.rules() = {rule, other};
     ASSERT_EQ(IDOK, edit(rule.id, [&](HWND editor) {
                 expect_shown(editor, rule);
-                press(editor, IDOK);
+                send_click(editor, IDOK);
               }));
     const HostRule saved = saved_unchanged(rule);
     ASSERT_EQ((std::vector{saved, other}), host.rules());
@@ -89,15 +81,16 @@ TEST_F(HostileNumbers, NameTheRulesOfTheListOfWhichOnlyThoseAboveZeroCanBeChange
     host.rules().clear();
     for (int count = 0; count < 20; ++count) host.rules().push_back(any_rule(random.number()));
     list([&](HWND window) {
-      const auto rows = rows_of(window);
+      const RuleList shown(window);
+      const auto rows = shown.rows();
       ASSERT_EQ(host.rules().size(), rows.size());
       for (std::size_t index = 0; index < rows.size(); ++index) {
         EXPECT_TRUE(std::any_of(host.rules().begin(), host.rules().end(), [&](const HostRule& rule) {
           return rule.id == rows[index].rule_id && rule.name == rows[index].name;
         }));
-        select_row(window, static_cast<int>(index));
+        shown.select(static_cast<int>(index));
         for (const int button : {IDC_EDIT_RULE, IDC_DELETE_RULE}) {
-          EXPECT_EQ(rows[index].rule_id > 0, is_enabled(window, button)) << rows[index].rule_id;
+          EXPECT_EQ(rows[index].rule_id > 0, shown.enabled(button)) << rows[index].rule_id;
         }
       }
     });

@@ -1,6 +1,5 @@
 #include <algorithm>
 
-#include "DialogDriver.h"
 #include "ExpirationRule.h"
 #include "HostileDialogs.h"
 #include "RuleUsers.h"
@@ -233,7 +232,7 @@ TEST_F(FieldKinds, OfARuleShowAndSaveAsZeroOrEmptyAndARuleWithoutANumberIsSavedA
       EXPECT_EQ(IDOK, edit(rule.id, [&](HWND editor) {
                   EXPECT_EQ(*read.name, test_support::item_text(editor, IDC_NAME));
                   SetDlgItemTextW(editor, IDC_NAME, L"New");
-                  press(editor, IDOK);
+                  send_click(editor, IDOK);
                 }));
       if (read.id == rule.id) {
         EXPECT_EQ((std::vector{saved, other}), host.rules());
@@ -255,8 +254,9 @@ TEST_F(FieldKinds, OfTheListShowEmptyNamesAndRulesThatCannotBeChanged) {
       const HostRule read = is_sound() ? rule : as_read(rule, id);
       make_odd(id);
       list([&](HWND window) {
-        EXPECT_THAT(rows_of(window), ElementsAre(ListRow{read.id, *read.name}));
-        for (const int button : {IDC_EDIT_RULE, IDC_DELETE_RULE}) EXPECT_EQ(read.id > 0, is_enabled(window, button));
+        EXPECT_THAT(RuleList(window).rows(), ElementsAre(RuleList::Row{*read.name, read.id}));
+        for (const int button : {IDC_EDIT_RULE, IDC_DELETE_RULE})
+          EXPECT_EQ(read.id > 0, RuleList(window).enabled(button));
       });
       EXPECT_EQ(is_sound() || kind() == Kind::nothing, reports().empty());
       make_sound();
@@ -271,7 +271,7 @@ TEST_F(FieldKinds, OfANameDeleteNothingUnasked) {
     const auto before = host.rules();
     make_odd(KVFIELD_RULE_NAME);
     int boxes = 0;
-    list([](HWND window) { press(window, IDC_DELETE_RULE); },
+    list([](HWND window) { send_click(window, IDC_DELETE_RULE); },
          [&](HWND box) {
            ++boxes;
            const bool is_question = GetDlgItem(box, IDYES) != nullptr;

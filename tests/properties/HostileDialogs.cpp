@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "DialogScript.h"
 #include "resource.h"
 
 namespace properties_test {
@@ -12,10 +13,6 @@ namespace {
 constexpr long largest_offset = 99;
 constexpr long not_chosen = -1;
 constexpr unsigned longest_name = 2000;
-
-LRESULT send_to_list(HWND dialog, UINT message, WPARAM wParam, LVITEMW* item) {
-  return SendDlgItemMessageW(dialog, IDC_RULES_LIST, message, wParam, reinterpret_cast<LPARAM>(item));
-}
 
 /// Whether a unit belongs to Arabic or a script beside it: the edit controls of the test platform crash when they shape
 /// some of its nonsense, for example U+0651 before U+FEEF. Texts that no control shows have these units as well.
@@ -31,8 +28,6 @@ std::wstring without_nulls(std::wstring text) {
 /// A choice of a combo box, if the number is one.
 long choice(long number, long first, long last) { return number >= first && number <= last ? number : not_chosen; }
 
-bool is_list(HWND dialog) { return GetDlgItem(dialog, IDC_ADD_RULE) != nullptr; }
-
 }  // namespace
 
 HostileDialogs::HostileDialogs() {
@@ -42,22 +37,22 @@ HostileDialogs::HostileDialogs() {
 
 INT_PTR HostileDialogs::edit(long rule_id, const std::function<void(HWND)>& act) {
   zd_expiration_rule_plugin::CEditExpirationRuleDialog dialog(&block, rule_id);
-  const faults_test::DialogVisitor visitor([&](HWND window, int number) {
+  const test_support::DialogDriver driver(test_support::DialogDriver::When::created, [&](HWND window, int number) {
     if (number == 1) act(window);
-    if (number == 2) press(window, IDCANCEL);
+    if (number == 2) send_click(window, IDCANCEL);
   });
   return dialog.DoModal(nullptr);
 }
 
 void HostileDialogs::list(const std::function<void(HWND)>& act, const std::function<void(HWND)>& box) {
   zd_expiration_rule_plugin::CExpirationRulesListDialog dialog(&block);
-  const faults_test::DialogVisitor visitor([&](HWND window, int number) {
-    if (!is_list(window)) {
+  const test_support::DialogDriver driver(test_support::DialogDriver::When::created, [&](HWND window, int number) {
+    if (!test_support::is_rule_list(window)) {
       box(window);
       return;
     }
     if (number == 1) act(window);
-    press(window, IDCANCEL);
+    send_click(window, IDCANCEL);
   });
   EXPECT_EQ(IDCANCEL, dialog.DoModal(nullptr));
 }
@@ -101,33 +96,5 @@ HostRule saved_unchanged(const HostRule& rule) {
           choice(rule.weekday_month, 0, 2),
           rule.move_to_next_trading_day == 1 ? 1 : 0};
 }
-
-void press(HWND dialog, int button) {
-  SendMessageW(dialog, WM_COMMAND, MAKEWPARAM(button, BN_CLICKED),
-               reinterpret_cast<LPARAM>(GetDlgItem(dialog, button)));
-}
-
-std::vector<ListRow> rows_of(HWND list) {
-  std::vector<ListRow> rows(static_cast<std::size_t>(send_to_list(list, LVM_GETITEMCOUNT, 0, nullptr)));
-  std::wstring text(std::size_t{longest_name} + 1, L'\0');
-  for (std::size_t index = 0; index < rows.size(); ++index) {
-    LVITEMW item = {};
-    item.mask = LVIF_TEXT | LVIF_PARAM;
-    item.iItem = static_cast<int>(index);
-    item.pszText = text.data();
-    item.cchTextMax = static_cast<int>(text.size());
-    send_to_list(list, LVM_GETITEMW, 0, &item);
-    rows[index] = {static_cast<long>(item.lParam), item.pszText};
-  }
-  return rows;
-}
-
-void select_row(HWND list, int index) {
-  LVITEMW item = {};
-  item.state = item.stateMask = LVIS_SELECTED | LVIS_FOCUSED;
-  send_to_list(list, LVM_SETITEMSTATE, static_cast<WPARAM>(index), &item);
-}
-
-bool is_enabled(HWND dialog, int item) { return IsWindowEnabled(GetDlgItem(dialog, item)) != FALSE; }
 
 }  // namespace properties_test

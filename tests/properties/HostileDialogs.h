@@ -2,19 +2,23 @@
 
 #include <functional>
 #include <string>
-#include <vector>
 
-#include "DialogVisitor.h"
+#include "DialogDriver.h"
 #include "EditExpirationRuleDialog.h"
 #include "ExpirationRulesListDialog.h"
 #include "RandomCases.h"
 #include "RegistrySandbox.h"
+#include "RuleEditor.h"
+#include "RuleList.h"
 #include "StorageTest.h"
 
 namespace properties_test {
 
 using test_support::HostRule;
 using test_support::HostSetting;
+using test_support::RuleEditor;
+using test_support::RuleList;
+using test_support::send_click;
 
 /// What a control or a message box shows of a text.
 inline std::wstring up_to_null(const std::wstring& text) { return text.c_str(); }
@@ -43,18 +47,5 @@ class HostileDialogs : public storage_test::StorageTest {
 
 /// The rule as it is stored when the editor is opened on it and OK is pressed.
 HostRule saved_unchanged(const HostRule& rule);
-
-void press(HWND dialog, int button);
-
-/// The rows of the list as they are shown: the number that each keeps and its text.
-struct ListRow {
-  long rule_id;
-  std::wstring name;
-
-  bool operator==(const ListRow&) const = default;
-};
-std::vector<ListRow> rows_of(HWND list);
-void select_row(HWND list, int index);
-bool is_enabled(HWND dialog, int item);
 
 }  // namespace properties_test

@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "Controls.h"
-#include "DialogDriver.h"
 #include "HostileDialogs.h"
 #include "ImportProbe.h"
 #include "RuleName.h"
@@ -41,17 +40,6 @@ class MessageBoxes {
   MessageBoxProbe probe_;
   Texts shown_;
 };
-
-/// The text of a message box that is not on the screen yet.
-std::wstring text_of_box(HWND box) {
-  std::wstring text;
-  for (HWND part = GetWindow(box, GW_CHILD); part; part = GetWindow(part, GW_HWNDNEXT)) {
-    const std::wstring kind = test_support::class_of(part);
-    const bool is_icon = (GetWindowLongPtrW(part, GWL_STYLE) & SS_TYPEMASK) == SS_ICON;
-    if ((kind == L"Static" && !is_icon) || kind == L"Edit") text += test_support::window_text(part);
-  }
-  return text;
-}
 
 class HostileNames : public HostileDialogs {
  protected:
@@ -128,10 +116,11 @@ TEST_F(HostileNames, AreListedUpToTheirFirstNull) {
   for (int round = 0; round < 10; ++round) {
     SCOPED_TRACE(random.trace(round));
     store_any_rules(200);
-    std::vector<ListRow> rows;
-    list([&](HWND window) { rows = rows_of(window); });
+    std::vector<RuleList::Row> rows;
+    list([&](HWND window) { rows = RuleList(window).rows(); });
     ASSERT_EQ(host.rules().size(), rows.size());
-    for (const ListRow& row : rows) ASSERT_EQ(up_to_null(name_of(row.rule_id)), row.name) << row.rule_id;
+    for (const RuleList::Row& row : rows)
+      ASSERT_EQ(up_to_null(name_of(static_cast<long>(row.rule_id))), row.name) << row.rule_id;
   }
   EXPECT_THAT(reports(), IsEmpty());
 }
@@ -144,11 +133,11 @@ TEST_F(HostileNames, AreShownInTheQuestionAndInTheRefusalOfADelete) {
     store_any_rules(10);
     list([&](HWND window) {
       for (int index = 0; index < 10; ++index) {
-        const std::wstring name = name_of(rows_of(window)[static_cast<std::size_t>(index)].rule_id);
+        const std::wstring name = name_of(static_cast<long>(RuleList(window).data(index)));
         const Texts users = store_any_settings(name);
         const auto before = host.rules();
-        select_row(window, index);
-        press(window, IDC_DELETE_RULE);
+        RuleList(window).select(index);
+        send_click(window, IDC_DELETE_RULE);
         EXPECT_THAT(boxes->take(), ElementsAre(up_to_null(delete_text(name, users))));
         EXPECT_EQ(before, host.rules());
         ++(users.empty() ? questions : refusals);
@@ -169,15 +158,15 @@ TEST_F(HostileNames, StandInARealMessageBoxAsTheyAre) {
   const auto use = [&](HWND window) {
     for (int index = 0; index < 40; ++index) {
       SCOPED_TRACE(random.trace(index));
-      const std::wstring name = name_of(rows_of(window)[static_cast<std::size_t>(index)].rule_id);
+      const std::wstring name = name_of(static_cast<long>(RuleList(window).data(index)));
       expected = up_to_null(delete_text(name, store_any_settings(name)));
-      select_row(window, index);
-      press(window, IDC_DELETE_RULE);
+      RuleList(window).select(index);
+      send_click(window, IDC_DELETE_RULE);
     }
   };
   list(use, [&](HWND box) {
     ++shown;
-    EXPECT_EQ(expected, text_of_box(box));
+    EXPECT_EQ(expected, test_support::read_message_box(box).text);
     EndDialog(box, IDNO);
   });
   EXPECT_EQ(40, shown);
@@ -193,10 +182,10 @@ TEST_F(HostileNames, DoNotKeepTheRightRuleFromBeingDeleted) {
     auto left = host.rules();
     const int index = static_cast<int>(random.below(6));
     list([&](HWND window) {
-      const long rule_id = rows_of(window)[static_cast<std::size_t>(index)].rule_id;
+      const long rule_id = static_cast<long>(RuleList(window).data(index));
       std::erase_if(left, [&](const HostRule& rule) { return rule.id == rule_id; });
-      select_row(window, index);
-      press(window, IDC_DELETE_RULE);
+      RuleList(window).select(index);
+      send_click(window, IDC_DELETE_RULE);
     });
     ASSERT_EQ(left, host.rules());
   }
@@ -220,7 +209,7 @@ TEST_F(HostileNames, AreShownAndSavedByTheEditorUpToTheirFirstNullOrRefused) {
     if (refused.empty()) expected[0].name = up_to_null(name);
     const INT_PTR result = edit(1, [&](HWND window) {
       EXPECT_EQ(up_to_null(name), test_support::item_text(window, IDC_NAME));
-      press(window, IDOK);
+      send_click(window, IDOK);
     });
     ASSERT_EQ(refused.empty() ? IDOK : IDCANCEL, result);
     const Texts shown = boxes->take();

@@ -42,21 +42,21 @@ TEST_F(EditorDescription, OfNoModeReadsTheWeekday) {
 
 TEST_F(EditorDescription, SwitchingTheRadioChangesTheDayPieceAlone) {
   look([](Editor& editor) {
-    editor.click(IDC_WEEKDAY_MODE);
+    editor.press(IDC_WEEKDAY_MODE);
     EXPECT_EQ(sentence(L"0", L"交易日", weekday_piece, L"前一个"), editor.description());
-    editor.click(IDC_DAY_OF_MONTH_MODE);
+    editor.press(IDC_DAY_OF_MONTH_MODE);
     EXPECT_EQ(sentence(L"0", L"交易日", day_piece, L"前一个"), editor.description());
   });
 }
 
 TEST_F(EditorDescription, SwitchingTheRadioEnablesItsGroupAndKeepsAllValues) {
   look([](Editor& editor) {
-    editor.click(IDC_WEEKDAY_MODE);
+    editor.press(IDC_WEEKDAY_MODE);
     for (const int id : day_of_month_group) EXPECT_FALSE(editor.enabled(id)) << id;
     for (const int id : weekday_group) EXPECT_TRUE(editor.enabled(id)) << id;
     EXPECT_FALSE(editor.checked(IDC_DAY_OF_MONTH_MODE));
     EXPECT_EQ(L"第1", editor.text(IDC_DAY_OF_MONTH));
-    editor.click(IDC_DAY_OF_MONTH_MODE);
+    editor.press(IDC_DAY_OF_MONTH_MODE);
     for (const int id : day_of_month_group) EXPECT_TRUE(editor.enabled(id)) << id;
     for (const int id : weekday_group) EXPECT_FALSE(editor.enabled(id)) << id;
     EXPECT_EQ(L"星期一", editor.text(IDC_WEEKDAY));
@@ -65,9 +65,9 @@ TEST_F(EditorDescription, SwitchingTheRadioEnablesItsGroupAndKeepsAllValues) {
 
 TEST_F(EditorDescription, TickingTheCheckBoxChangesTheDirectionAlone) {
   look([](Editor& editor) {
-    editor.click(IDC_MOVE_TO_NEXT_TRADING_DAY);
+    editor.press(IDC_MOVE_TO_NEXT_TRADING_DAY);
     EXPECT_EQ(sentence(L"0", L"交易日", day_piece, L"下一个"), editor.description());
-    editor.click(IDC_MOVE_TO_NEXT_TRADING_DAY);
+    editor.press(IDC_MOVE_TO_NEXT_TRADING_DAY);
     EXPECT_EQ(sentence(L"0", L"交易日", day_piece, L"前一个"), editor.description());
   });
 }
@@ -107,7 +107,7 @@ TEST_F(EditorDescription, LowerCasesTheTypeTheLabelAndTheMonthOnly) {
   look([](Editor& editor) {
     const int labels[] = {IDC_OFFSET_LABEL, IDC_OFFSET_SUFFIX, IDC_DAY_LABEL, IDC_DAY_SUFFIX};
     for (const int label : labels) SetWindowTextW(editor.item(label), (L"L" + std::to_wstring(label)).c_str());
-    editor.click(IDC_MOVE_TO_NEXT_TRADING_DAY);
+    editor.press(IDC_MOVE_TO_NEXT_TRADING_DAY);
     EXPECT_EQ(L"L209 0 交易日 L213 l214 第1 L219 当月 或者 下一个 交易日", editor.description());
   });
 }

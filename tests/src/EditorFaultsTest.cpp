@@ -4,7 +4,7 @@
 #include <new>
 #include <optional>
 
-#include "DialogDriver.h"
+#include "DialogScript.h"
 #include "EditExpirationRuleDialog.h"
 #include "ExpectedReports.h"
 #include "FailingNew.h"
@@ -29,37 +29,18 @@ StorageBlock block_of(FakeHost& host) {
   return block;
 }
 
-/// Answers the editor with a name and OK, once, and whatever box comes up with its button; a second time it cancels.
-class DialogScript {
- public:
-  explicit DialogScript(const std::wstring& name) : name_(name) {}
-
-  void answer(HWND dialog) {
-    const bool is_editor = GetDlgItem(dialog, IDC_OFFSET) != nullptr;
-    if (!is_editor) {
-      PostMessageW(dialog, WM_COMMAND, GetDlgCtrlID(FindWindowExW(dialog, nullptr, L"Button", nullptr)), 0);
-    } else if (saved_) {
-      PostMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
-    } else {
-      saved_ = true;
-      SetDlgItemTextW(dialog, IDC_NAME, name_.c_str());
-      PostMessageW(dialog, WM_COMMAND, IDOK, 0);
-      // For the case that OK fails and no box tells so.
-      PostMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
-    }
-  }
-
- private:
-  std::wstring name_;
-  bool saved_ = false;
-};
-
-/// Opens the editor and saves under `name`. Answers the exception's HRESULT when the host does not let it open.
-/// `arm` is called just before.
+/// Opens the editor and saves under `name`; whatever box opens is closed. Returns the exception's HRESULT when the host
+/// does not let it open. `arm` is called just before.
 HRESULT save_as(
     StorageBlock& block, long rule_id, const std::wstring& name, const std::function<void()>& arm = [] {}) {
-  DialogScript clerk(name);
-  const test_support::DialogDriver driver([&](HWND dialog) { clerk.answer(dialog); });
+  const test_support::DialogDriver driver(test_support::DialogDriver::When::created, [&](HWND dialog, int number) {
+    if (!test_support::is_rule_editor(dialog)) {
+      test_support::close_message_box(dialog);
+    } else {
+      if (number == 1) SetDlgItemTextW(dialog, IDC_NAME, name.c_str());
+      test_support::send_click(dialog, number == 1 ? IDOK : IDCANCEL);
+    }
+  });
   try {
     arm();
     CEditExpirationRuleDialog dialog(&block, rule_id);

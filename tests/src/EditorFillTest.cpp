@@ -9,11 +9,6 @@ using testing::IsEmpty;
 
 class EditorFill : public EditorTest {
  protected:
-  /// The edit that the dialog's spin writes into.
-  static HWND buddy_of(HWND dialog) {
-    return reinterpret_cast<HWND>(SendDlgItemMessageW(dialog, IDC_OFFSET_SPIN, UDM_GETBUDDY, 0, 0));
-  }
-
   /// Opens the editor, looks and cancels.
   void look(const std::function<void(Editor&)>& at, long rule_id = stored_id) {
     EXPECT_EQ(IDCANCEL, edit(rule_id, [&](Editor& editor) {
@@ -113,7 +108,7 @@ TEST_F(EditorFill, OffsetTakesTwoCharactersAndTheSpinGoesFrom0To99) {
                         reinterpret_cast<LPARAM>(&upper));
     EXPECT_EQ(0, lower);
     EXPECT_EQ(99, upper);
-    EXPECT_EQ(editor.item(IDC_OFFSET), buddy_of(editor.window()));
+    EXPECT_EQ(editor.item(IDC_OFFSET), editor.spins_edit());
   });
 }
 
@@ -124,10 +119,10 @@ TEST_F(EditorFill, SpinOfAnotherEditBecomesTheOffsets) {
     if (message.message != WM_INITDIALOG || !GetDlgItem(message.hwnd, IDC_OFFSET_SPIN)) return;
     HWND name = GetDlgItem(message.hwnd, IDC_NAME);
     SendDlgItemMessageW(message.hwnd, IDC_OFFSET_SPIN, UDM_SETBUDDY, reinterpret_cast<WPARAM>(name), 0);
-    stolen = buddy_of(message.hwnd) == name;
+    stolen = test_support::RuleEditor(message.hwnd).spins_edit() == name;
   });
   look([](Editor& editor) {
-    EXPECT_EQ(editor.item(IDC_OFFSET), buddy_of(editor.window()));
+    EXPECT_EQ(editor.item(IDC_OFFSET), editor.spins_edit());
     EXPECT_EQ(L"42", editor.text(IDC_OFFSET));
     EXPECT_EQ(L"IF", editor.text(IDC_NAME));
   });
@@ -249,30 +244,13 @@ TEST_F(EditorFill, ReadsAsMissingFieldsWhenNoRuleHasTheNumber) {
   EXPECT_EQ(20u, reports().size()) << "an assertion and a report for each field";
 }
 
-/// Sees what the dialog answers to WM_INITDIALOG.
-class InitDialogWatch {
- public:
-  InitDialogWatch() : hook_(SetWindowsHookExW(WH_CALLWNDPROCRET, watch, nullptr, GetCurrentThreadId())) { answer = -1; }
-  ~InitDialogWatch() { UnhookWindowsHookEx(hook_); }
-  InitDialogWatch(const InitDialogWatch&) = delete;
-  InitDialogWatch& operator=(const InitDialogWatch&) = delete;
-
-  inline static LRESULT answer = -1;
-
- private:
-  static LRESULT CALLBACK watch(int code, WPARAM wParam, LPARAM lParam) {
-    const auto& sent = *reinterpret_cast<const CWPRETSTRUCT*>(lParam);
-    if (code == HC_ACTION && sent.message == WM_INITDIALOG) answer = sent.lResult;
-    return CallNextHookEx(nullptr, code, wParam, lParam);
-  }
-
-  HHOOK hook_;
-};
-
-TEST_F(EditorFill, InitDialogIsAnsweredWithZero) {
-  const InitDialogWatch watch;
+TEST_F(EditorFill, InitDialogReturnsZero) {
+  LRESULT result = -1;
+  const test_support::AnsweredMessages watch([&](const CWPRETSTRUCT& message) {
+    if (message.message == WM_INITDIALOG) result = message.lResult;
+  });
   look([](Editor&) {});
-  EXPECT_EQ(0, InitDialogWatch::answer);
+  EXPECT_EQ(0, result);
 }
 
 }  // namespace

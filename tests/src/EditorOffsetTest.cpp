@@ -1,4 +1,5 @@
 #include "EditorTest.h"
+#include "Input.h"
 
 namespace editor_test {
 namespace {
@@ -8,17 +9,6 @@ using testing::IsEmpty;
 
 std::wstring sentence_with_offset(const std::wstring& offset) {
   return L"合约换月于指定日前 " + offset + L" 交易日  指定日为 第1 天， 当月 或者 前一个 交易日";
-}
-
-void put_on_clipboard(const std::wstring& text) {
-  ASSERT_TRUE(OpenClipboard(nullptr));
-  EmptyClipboard();
-  const std::size_t size = (text.size() + 1) * sizeof(wchar_t);
-  HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE, size);
-  memcpy(GlobalLock(memory), text.c_str(), size);
-  GlobalUnlock(memory);
-  SetClipboardData(CF_UNICODETEXT, memory);
-  CloseClipboard();
 }
 
 class EditorOffset : public EditorTest {
@@ -36,15 +26,6 @@ class EditorOffset : public EditorTest {
     EXPECT_EQ(text, editor.text(IDC_OFFSET));
     EXPECT_EQ(position, editor.spin());
     EXPECT_EQ(sentence_with_offset(text), editor.description());
-  }
-
-  static DWORD caret(const Editor& editor) {
-    DWORD start = 0;
-    DWORD end = 0;
-    SendDlgItemMessageW(editor.window(), IDC_OFFSET, EM_GETSEL, reinterpret_cast<WPARAM>(&start),
-                        reinterpret_cast<LPARAM>(&end));
-    EXPECT_EQ(start, end) << "something is selected";
-    return end;
   }
 };
 
@@ -117,22 +98,8 @@ TEST_F(EditorOffset, TypingLeavesTheCaretBehindTheTypedCharacter) {
     test_support::press(VK_HOME);
     test_support::type(L"1");
     expect_offset(editor, L"15", 15);
-    EXPECT_EQ(1u, caret(editor));
+    EXPECT_EQ(1u, editor.caret(IDC_OFFSET));
   });
-}
-
-TEST_F(EditorOffset, PastingChangesNothing) {
-  for (const wchar_t* content : {L"7", L"ab"}) {
-    put_on_clipboard(content);
-    save_from(5, [](Editor& editor) {
-      SetFocus(editor.item(IDC_OFFSET));
-      SendDlgItemMessageW(editor.window(), IDC_OFFSET, EM_SETSEL, 0, -1);
-      test_support::press(L'V', VK_CONTROL);
-      EXPECT_EQ(0, SendDlgItemMessageW(editor.window(), IDC_OFFSET, WM_PASTE, 0, 0));
-      expect_offset(editor, L"5", 5);
-    });
-    EXPECT_EQ(5, rule().roll_offset);
-  }
 }
 
 TEST_F(EditorOffset, ClickingTheSpinMovesTheEditAndTheDescription) {

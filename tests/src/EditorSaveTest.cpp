@@ -1,4 +1,5 @@
 #include "EditorTest.h"
+#include "Input.h"
 #include "SentMessages.h"
 
 namespace editor_test {
@@ -65,11 +66,11 @@ TEST_F(EditorSave, WritesWhatTheControlsHold) {
               editor.enter(IDC_OFFSET, L"12");
               editor.choose(IDC_DAY_OF_MONTH, 30);
               editor.choose(IDC_DAY_MONTH, 0);
-              editor.click(IDC_WEEKDAY_MODE);
+              editor.press(IDC_WEEKDAY_MODE);
               editor.choose(IDC_WEEK_ORDINAL, 4);
               editor.choose(IDC_WEEKDAY, 6);
               editor.choose(IDC_WEEKDAY_MONTH, 2);
-              editor.click(IDC_MOVE_TO_NEXT_TRADING_DAY);
+              editor.press(IDC_MOVE_TO_NEXT_TRADING_DAY);
               editor.ok();
             }));
   EXPECT_THAT(saved(), ElementsAre("IkvExpirationRuleService::update_rule(5, \"IF 2\", 12, 0, 1, 31, 0, 5, 6, 2, 1)"));
@@ -80,7 +81,7 @@ TEST_F(EditorSave, StoresBothDayGroupsInEitherMode) {
   save_unchanged();
   EXPECT_THAT(saved(), ElementsAre("IkvExpirationRuleService::update_rule(5, \"IF\", 0, 0, 1, 20, 2, 3, 4, 0, 0)"));
   EXPECT_EQ(IDOK, edit([](Editor& editor) {
-              editor.click(IDC_DAY_OF_MONTH_MODE);
+              editor.press(IDC_DAY_OF_MONTH_MODE);
               editor.ok();
             }));
   EXPECT_EQ("IkvExpirationRuleService::update_rule(5, \"IF\", 0, 0, 0, 20, 2, 3, 4, 0, 0)", saved().back());
@@ -106,7 +107,7 @@ TEST_F(EditorSave, StoresAFlagOf2AsClearUnlessItIsTicked) {
   EXPECT_EQ(0, rule().move_to_next_trading_day);
   rule().move_to_next_trading_day = 2;
   edit([](Editor& editor) {
-    editor.click(IDC_MOVE_TO_NEXT_TRADING_DAY);
+    editor.press(IDC_MOVE_TO_NEXT_TRADING_DAY);
     editor.ok();
   });
   EXPECT_EQ(1, rule().move_to_next_trading_day);
@@ -213,7 +214,10 @@ TEST_F(EditorSave, IsNotWhatCancelTheEscapeKeyAndTheCloseBoxDo) {
   const auto before = host.rules();
   const std::function<void(Editor&)> ways_out[] = {
       [](Editor& editor) { editor.cancel(); },
-      [](Editor&) { test_support::press(VK_ESCAPE); },
+      [](Editor& editor) {
+        SetFocus(editor.item(IDC_NAME));
+        test_support::press(VK_ESCAPE);
+      },
       [](Editor& editor) {
         SendMessageW(editor.window(), WM_SYSCOMMAND, SC_CLOSE, 0);
         test_support::settle();
@@ -238,9 +242,9 @@ TEST_F(EditorSave, IsNotDoneBeforeOk) {
               host.calls().forget();
               editor.enter(IDC_NAME, L"changed");
               editor.enter(IDC_OFFSET, L"9");
-              editor.click(IDC_WEEKDAY_MODE);
+              editor.press(IDC_WEEKDAY_MODE);
               editor.choose(IDC_WEEKDAY, 6);
-              editor.click(IDC_MOVE_TO_NEXT_TRADING_DAY);
+              editor.press(IDC_MOVE_TO_NEXT_TRADING_DAY);
               EXPECT_THAT(host.calls().all(), IsEmpty());
               editor.ok();
             }));

@@ -8,6 +8,9 @@
 namespace editor_test {
 namespace {
 
+using test_support::DialogTemplate;
+using test_support::TemplateControl;
+
 constexpr DWORD type_mask = 0xF;  // of buttons and statics
 
 struct Control {
@@ -52,7 +55,7 @@ const Control controls[] = {
 
 class EditorTemplate : public testing::Test {
  protected:
-  const DialogTemplate dialog = read_dialog_template(202);
+  const DialogTemplate dialog = test_support::read_dialog_template(202);
 };
 
 TEST_F(EditorTemplate, HasEveryControlInOrderWithItsKindStyleAndText) {
@@ -84,17 +87,17 @@ TEST_F(EditorTemplate, UsesTheShellsDialogFontAtEightPoints) {
 TEST_F(EditorTemplate, MakesTheRadiosTooNarrowForTheirTexts) {
   for (const TemplateControl& control : dialog.controls) {
     if (control.text != L"Radio1") continue;
-    EXPECT_EQ(10, control.place.right - control.place.left) << control.id;
+    EXPECT_EQ(10, control.rect.right - control.rect.left) << control.id;
   }
 }
 
 TEST_F(EditorTemplate, KeepsItsControlsInsideTheDialog) {
   for (const TemplateControl& control : dialog.controls) {
     // The height of a combo box is that of its list when it is dropped down.
-    const LONG bottom = control.kind == L"ComboBox" ? control.place.top + 14 : control.place.bottom;
-    EXPECT_GE(control.place.left, 0) << control.id;
-    EXPECT_GE(control.place.top, 0) << control.id;
-    EXPECT_LE(control.place.right, dialog.size.cx) << control.id;
+    const LONG bottom = control.kind == L"ComboBox" ? control.rect.top + 14 : control.rect.bottom;
+    EXPECT_GE(control.rect.left, 0) << control.id;
+    EXPECT_GE(control.rect.top, 0) << control.id;
+    EXPECT_LE(control.rect.right, dialog.size.cx) << control.id;
     EXPECT_LE(bottom, dialog.size.cy) << control.id;
   }
 }

@@ -6,13 +6,11 @@
 
 #include <functional>
 
-#include "Controls.h"
 #include "DialogDriver.h"
 #include "EditExpirationRuleDialog.h"
 #include "ExpectedReports.h"
 #include "FakeHost.h"
-#include "Input.h"
-#include "ModalDialog.h"
+#include "RuleEditor.h"
 #include "resource.h"
 
 namespace editor_test {
@@ -26,38 +24,24 @@ inline constexpr int weekday_group[] = {IDC_WEEK_ORDINAL, IDC_WEEKDAY, IDC_WEEKD
 inline constexpr int combos[] = {IDC_DAY_TYPE,     IDC_DAY_OF_MONTH, IDC_DAY_MONTH,
                                  IDC_WEEK_ORDINAL, IDC_WEEKDAY,      IDC_WEEKDAY_MONTH};
 
-/// The editor on the screen, as its user sees and uses it.
-class Editor {
+/// The open editor, as its user sees and uses it, and the dialog object behind it.
+class Editor : public test_support::RuleEditor {
  public:
-  Editor(HWND window, CEditExpirationRuleDialog& dialog) : window_(window), dialog_(dialog) {}
+  Editor(HWND window, CEditExpirationRuleDialog& dialog) : RuleEditor(window), dialog_(dialog) {}
 
-  HWND window() const { return window_; }
   CEditExpirationRuleDialog& dialog() const { return dialog_; }
-  HWND item(int id) const { return GetDlgItem(window_, id); }
-  std::wstring text(int id) const { return test_support::window_text(item(id)); }
-  std::wstring description() const { return text(IDC_DESCRIPTION); }
-  bool checked(int id) const { return IsDlgButtonChecked(window_, id) == BST_CHECKED; }
-  bool enabled(int id) const { return IsWindowEnabled(item(id)) != FALSE; }
-  LRESULT selection(int combo) const { return SendDlgItemMessageW(window_, combo, CB_GETCURSEL, 0, 0); }
-  short spin() const { return static_cast<short>(SendDlgItemMessageW(window_, IDC_OFFSET_SPIN, UDM_GETPOS, 0, 0)); }
 
-  void click(int id) const { test_support::click(item(id)); }
-  void choose(int combo, int index) const { test_support::choose(item(combo), index); }
-  /// Replaces what stands in an edit by typing.
-  void enter(int edit, const std::wstring& text) const;
-  void spin_up(int times = 1) const;
-  void spin_down(int times = 1) const;
-  void ok() const { click(IDOK); }
-  void cancel() const { click(IDCANCEL); }
-  /// Presses OK, reads the message box that appears and closes it.
-  test_support::MessageBoxContent refused_ok() const;
+  /// Clicks OK, reads the message box that appears and closes it.
+  test_support::MessageBoxContent refused_ok() const {
+    return test_support::with_message_box([this] { ok(); });
+  }
 
-  /// Hands a message to the dialog's message map; answers whether it was handled.
+  /// Hands a message to the dialog's message map; returns whether it was handled and fails the test when the result of
+  /// a handled one is not 0.
   bool handles(UINT message, WPARAM wParam, LPARAM lParam) const;
   bool handles_command(int id, int notification) const;
 
  private:
-  HWND window_;
   CEditExpirationRuleDialog& dialog_;
 };
 
@@ -73,10 +57,11 @@ class EditorTest : public testing::Test {
   EditorTest();
   ~EditorTest() override;
 
-  /// Opens the editor, lets the user act and answers the dialog's result. 0 makes a new rule.
+  /// Opens the editor, lets the user act, clicks Cancel unless the dialog is closed then, and returns its result. 0
+  /// opens a new rule.
   INT_PTR edit(long rule_id, const std::function<void(Editor&)>& act);
   INT_PTR edit(const std::function<void(Editor&)>& act) { return edit(stored_id, act); }
-  /// Opens the editor and presses OK at once.
+  /// Opens the editor and clicks OK at once.
   void save_unchanged(long rule_id = stored_id);
 
   HostRule& rule() { return host.rules().front(); }

@@ -6,22 +6,19 @@
 
 namespace test_support {
 
-/// Real input, as from the keyboard and the mouse: it goes where the system sends it, so the window that is meant must
-/// be in the foreground of this thread. Each function returns when everything that it caused has been handled, also
-/// when that opened a modal dialog which `with_dialog` has met meanwhile.
+/// Input as messages to the control that has the focus, handed on as the loop of its dialog does. It needs neither the
+/// foreground nor a screen. Each function returns when everything that it caused has been handled.
 
-/// Types a text into the control that has the focus: ASCII by its keys, other units as an input method gives them.
+/// Types a text.
 void type(const std::wstring& text);
 
-/// Presses a key, with another one held down or none.
-void press(WORD virtual_key, WORD held_down = 0);
+/// Presses and releases a key.
+void press(WORD virtual_key);
 
-/// Clicks with the left button in the middle of a window.
-void click(HWND window);
-/// Clicks `times` times at a point of a window, in its client coordinates.
-void click(HWND window, POINT point, int times = 1);
+/// Clicks with the left button at a point of a window, in its client coordinates.
+void click_at(HWND window, POINT point);
 
-/// Handles the messages of this thread until all input that was sent so far has been handled.
+/// Handles the messages that are waiting for this thread.
 void settle();
 
 }  // namespace test_support

@@ -1,30 +1,45 @@
 #include <gtest/gtest.h>
 
-#include "DialogDriver.h"
+#include "Controls.h"
 #include "Input.h"
+#include "OwnedWindow.h"
+#include "ScreenInput.h"
 
+namespace test_support {
 namespace {
 
-constexpr DWORD edit_style = WS_VISIBLE | WS_POPUP | WS_BORDER;
+/// An edit control that is a window of its own, with the focus.
+struct InputTest : testing::Test {
+  InputTest() { SetFocus(edit.get()); }
 
-/// An edit field that is a window of its own, with the focus.
-struct Input : testing::Test {
-  Input() { SetFocus(edit); }
-  ~Input() override { DestroyWindow(edit); }
+  std::wstring text() const { return window_text(edit.get()); }
 
-  HWND edit = CreateWindowExW(0, L"EDIT", L"", edit_style, 0, 0, 200, 50, nullptr, nullptr, nullptr, nullptr);
+  OwnedWindow edit{CreateWindowExW(0, L"EDIT", L"", WS_VISIBLE | WS_POPUP | WS_BORDER | ES_AUTOHSCROLL, 0, 0, 200, 50,
+                                   nullptr, nullptr, nullptr, nullptr)};
 };
 
-TEST_F(Input, IsTypedWhereTheFocusIs) {
-  test_support::type(L"a 1*中");
-  EXPECT_EQ(L"a 1*中", test_support::window_text(edit));
+TEST_F(InputTest, TypesWhereTheFocusIs) {
+  type(L"a 1*中");
+  EXPECT_EQ(L"a 1*中", text());
+  press(VK_BACK);
+  press(VK_HOME);
+  press(VK_DELETE);
+  EXPECT_EQ(L" 1*", text());
 }
 
-TEST_F(Input, ReachesTheWindowThatLostTheForeground) {
+struct InputOnScreen : InputTest {};
+
+TEST_F(InputOnScreen, IsTypedWhereTheFocusIs) {
+  screen::type(L"a 1*中");
+  EXPECT_EQ(L"a 1*中", text());
+}
+
+TEST_F(InputOnScreen, ReachesTheWindowThatLostTheForeground) {
   ASSERT_TRUE(SetForegroundWindow(GetDesktopWindow()));
-  ASSERT_NE(edit, GetForegroundWindow());
-  test_support::type(L"7");
-  EXPECT_EQ(L"7", test_support::window_text(edit));
+  ASSERT_NE(edit.get(), GetForegroundWindow());
+  screen::type(L"7");
+  EXPECT_EQ(L"7", text());
 }
 
 }  // namespace
+}  // namespace test_support

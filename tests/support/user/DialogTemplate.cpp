@@ -6,7 +6,7 @@
 
 #include "ModulePath.h"
 
-namespace editor_test {
+namespace test_support {
 namespace {
 
 constexpr std::uint16_t extended_version = 1;
@@ -62,10 +62,10 @@ TemplateControl read_control(Reader& reader) {
   reader.align_to_4();
   reader.skip(2 * sizeof(DWORD));  // help identifier and extended style
   control.style = reader.read<DWORD>();
-  control.place.left = reader.read<short>();
-  control.place.top = reader.read<short>();
-  control.place.right = control.place.left + reader.read<short>();
-  control.place.bottom = control.place.top + reader.read<short>();
+  control.rect.left = reader.read<short>();
+  control.rect.top = reader.read<short>();
+  control.rect.right = control.rect.left + reader.read<short>();
+  control.rect.bottom = control.rect.top + reader.read<short>();
   control.id = static_cast<int>(reader.read<DWORD>());
   control.kind = reader.text_or_number(numbered_classes);
   control.text = reader.text_or_number(nullptr);
@@ -86,7 +86,8 @@ DialogTemplate read_dialog_template(int id) {
     throw std::runtime_error("the template is not an extended one");
   }
   DialogTemplate dialog;
-  reader.skip(2 * sizeof(DWORD));  // help identifier and extended style
+  reader.skip(sizeof(DWORD));  // help identifier
+  dialog.ex_style = reader.read<DWORD>();
   dialog.style = reader.read<DWORD>();
   const auto count = reader.read<std::uint16_t>();
   reader.skip(2 * sizeof(short));  // position
@@ -102,4 +103,4 @@ DialogTemplate read_dialog_template(int id) {
   return dialog;
 }
 
-}  // namespace editor_test
+}  // namespace test_support

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <windows.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "DialogDriver.h"
+#include "HostState.h"
+
+namespace test_support {
+
+/// What the user does in the editor.
+struct Entry {
+  std::wstring shown;        ///< the name that the editor must show; otherwise it shows another rule and is cancelled
+  HostRule rule;             ///< what is entered, field by field
+  std::wstring second_name;  ///< the name that is tried when the first one is refused; empty to give up then
+  std::function<void()> before;  ///< called before the first OK
+};
+
+/// A user who works carefully with the module's dialogs, also while they fail: closes what is unexpected, confirms
+/// nothing that does not name the rule, and leaves no choice of the editor as it was.
+class DialogScript {
+ public:
+  /// One step at the rule list; when there is none left, the list is closed.
+  using Step = std::function<void(HWND list)>;
+
+  explicit DialogScript(std::vector<Step> steps, Entry entry = {}, std::wstring rule_to_delete = {});
+
+  int lists() const { return lists_; }
+  int editors() const { return editors_; }
+  int questions() const { return questions_; }
+  int warnings() const { return warnings_; }
+
+ private:
+  void visit(HWND dialog, int number);
+  void visit_list(HWND list, int number);
+  void visit_editor(HWND editor, int number);
+  void visit_box(HWND box, int number);
+
+  std::vector<Step> steps_;
+  std::size_t next_step_ = 0;
+  Entry entry_;
+  std::wstring rule_to_delete_;
+  int lists_ = 0;
+  int editors_ = 0;
+  int questions_ = 0;
+  int warnings_ = 0;
+  DialogDriver driver_;
+};
+
+bool is_rule_list(HWND dialog);
+bool is_rule_editor(HWND dialog);
+
+/// Closes a message box by its first button.
+void close_message_box(HWND box);
+
+}  // namespace test_support
