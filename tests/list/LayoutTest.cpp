@@ -134,36 +134,6 @@ TEST_F(ListLayout, SmallestSizeIsThatOfTheTemplate) {
   });
 }
 
-TEST_F(ListLayout, GripStandsInTheCorner) {
-  open([](RuleList& list) {
-    const RECT window = window_rect(list.window());
-    set_size(list.window(), window.right - window.left + 50, window.bottom - window.top + 60);
-    HWND grip = list.dialog().SizeGrip().m_hWnd;
-    RECT corner = window_rect(grip);
-    MapWindowPoints(nullptr, list.window(), reinterpret_cast<POINT*>(&corner), 2);
-    const RECT client = client_rect(list.window());
-    EXPECT_EQ(client.right, corner.right);
-    EXPECT_EQ(client.bottom, corner.bottom);
-    EXPECT_TRUE(IsWindowVisible(grip));
-  });
-}
-
-TEST_F(ListLayout, SizesOfZeroAndBeyondTheScreenAreSurvived) {
-  open([&](RuleList& list) {
-    for (const LPARAM size : {MAKELPARAM(0, 0), MAKELPARAM(0xFFFF, 0xFFFF), MAKELPARAM(0x7FFF, 1)}) {
-      for (const WPARAM type : {SIZE_RESTORED, SIZE_MINIMIZED, SIZE_MAXSHOW, SIZE_MAXIMIZED, SIZE_MAXHIDE}) {
-        SendMessageW(list.window(), WM_SIZE, type, size);
-      }
-    }
-    SendMessageW(list.window(), WM_SIZE, SIZE_RESTORED, 0);
-    set_size(list.window(), 30'000, 30'000);
-    EXPECT_EQ(expected_column_width(list), list.column_width());
-    set_size(list.window(), 0, 0);
-    EXPECT_EQ(expected_column_width(list), list.column_width());
-  });
-  EXPECT_THAT(reports(), testing::IsEmpty());
-}
-
 TEST_F(ListLayout, WindowWithoutAClientAreaIsSurvived) {
   open([](RuleList& list) {
     const RECT view = rect_of(list, IDC_RULES_LIST);

@@ -44,11 +44,6 @@ class ListPlacement : public ListDialogTest {
     return placement;
   }
 
-  void store(const void* data, std::size_t size, DWORD type = REG_BINARY) const {
-    ASSERT_EQ(ERROR_SUCCESS,
-              RegSetKeyValueW(HKEY_CURRENT_USER, key_name, value_name, type, data, static_cast<DWORD>(size)));
-  }
-
   /// The rectangle that the dialog gives itself when it opens.
   RECT opened() {
     RECT rect = {};
@@ -108,11 +103,6 @@ TEST_F(ListPlacement, OpensWhereAndAsLargeAsItWasClosed) {
   EXPECT_EQ(rect, opened());
 }
 
-TEST_F(ListPlacement, ReopensAsShortAsTheFirstTime) {
-  const RECT first = opened();
-  EXPECT_EQ(first, opened());
-}
-
 TEST_F(ListPlacement, ChildrenFollowTheRestoredSize) {
   close_at({120, 90, 720, 690});
   open([&](RuleList& list) {
@@ -138,104 +128,6 @@ TEST_F(ListPlacement, ClosedMaximisedItOpensMaximised) {
   EXPECT_EQ((RECT{120, 90, 620, 590 - caption}), stored().rcNormalPosition);
   EXPECT_TRUE(maximised_at_initialisation());
 }
-
-TEST_F(ListPlacement, ClosedMinimisedItOpensShown) {
-  const RECT rect = {120, 90, 620, 590};
-  close_at(rect);
-  open([](RuleList& list) {
-    ShowWindow(list.window(), SW_MINIMIZE);
-    EXPECT_TRUE(IsIconic(list.window()));
-    list.press(IDCANCEL);
-  });
-  EXPECT_EQ(UINT{SW_SHOW}, stored().showCmd);
-  EXPECT_EQ(rect, opened());
-}
-
-TEST_F(ListPlacement, OffScreenRectangleIsPulledOntoTheScreen) {
-  RECT work = {};
-  SystemParametersInfoW(SPI_GETWORKAREA, 0, &work, 0);
-  WINDOWPLACEMENT placement = {};
-  placement.length = sizeof placement;
-  placement.showCmd = SW_SHOWNORMAL;
-  placement.rcNormalPosition = {-5000, 5000, -4500, 5500 - caption};
-  store(&placement, sizeof placement);
-  const RECT rect = opened();
-  RECT common = {};
-  IntersectRect(&common, &work, &rect);
-  EXPECT_EQ(rect, common) << "it lies inside";
-  EXPECT_EQ(work.left, rect.left);
-  EXPECT_EQ(500, rect.right - rect.left);
-  EXPECT_EQ(500, height_of(rect));
-}
-
-struct HostileValue {
-  const char* name;
-  DWORD type;
-  std::vector<BYTE> bytes;
-};
-
-class ListPlacementIgnores : public ListPlacement, public testing::WithParamInterface<HostileValue> {};
-
-TEST_P(ListPlacementIgnores, ValueThatIsNoPlacement) {
-  const RECT first = opened();
-  close_at({120, 90, 620, 590});
-  store(GetParam().bytes.data(), GetParam().bytes.size(), GetParam().type);
-  EXPECT_EQ(first, opened());
-  EXPECT_EQ(44U, stored_bytes().size());
-  EXPECT_THAT(reports(), IsEmpty());
-}
-
-INSTANTIATE_TEST_SUITE_P(All, ListPlacementIgnores,
-                         testing::Values(HostileValue{"Empty", REG_BINARY, {}},
-                                         HostileValue{"TooShort", REG_BINARY, std::vector<BYTE>(43, 1)},
-                                         HostileValue{"TooLong", REG_BINARY, std::vector<BYTE>(45, 1)},
-                                         HostileValue{"Huge", REG_BINARY, std::vector<BYTE>(100'000, 0xFF)},
-                                         HostileValue{"Number", REG_DWORD, std::vector<BYTE>(4, 1)},
-                                         HostileValue{"Text", REG_SZ, std::vector<BYTE>(44, 0)},
-                                         HostileValue{"Untyped", REG_NONE, std::vector<BYTE>(44, 0)}),
-                         [](const auto& test) { return test.param.name; });
-
-struct HostilePlacement {
-  const char* name;
-  UINT length;
-  UINT flags;
-  UINT show;
-  RECT rect;
-};
-
-class ListPlacementSurvives : public ListPlacement, public testing::WithParamInterface<HostilePlacement> {};
-
-TEST_P(ListPlacementSurvives, HostileRecord) {
-  const HostilePlacement& hostile = GetParam();
-  const WINDOWPLACEMENT placement = {hostile.length, hostile.flags, hostile.show, {-1, -1}, {-1, -1}, hostile.rect};
-  store(&placement, sizeof placement);
-  open([&](RuleList& list) {
-    EXPECT_TRUE(IsWindowVisible(list.window()));
-    const RECT rect = window_rect(list.window());
-    const CSize smallest = list.dialog().MinTrackingSize();
-    EXPECT_GE(rect.right - rect.left, smallest.cx);
-    EXPECT_GE(height_of(rect), smallest.cy - caption);
-  });
-  EXPECT_EQ(44U, stored().length);
-  EXPECT_THAT(reports(), IsEmpty());
-}
-
-constexpr LONG huge = 0x7FFFFFFF;
-constexpr RECT fair = {120, 90, 620, 590};
-
-INSTANTIATE_TEST_SUITE_P(
-    All, ListPlacementSurvives,
-    testing::Values(HostilePlacement{"LengthOfZero", 0, 0, SW_SHOWNORMAL, fair},
-                    HostilePlacement{"LengthOfEverything", ~0U, 0, SW_SHOWNORMAL, fair},
-                    HostilePlacement{"AllFlags", 44, ~0U, SW_SHOWNORMAL, fair},
-                    HostilePlacement{"HiddenWindow", 44, 0, SW_HIDE, fair},
-                    HostilePlacement{"NoSuchCommand", 44, 0, ~0U, fair},
-                    HostilePlacement{"NoSize", 44, 0, SW_SHOWNORMAL, {120, 90, 120, 90}},
-                    HostilePlacement{"InsideOut", 44, 0, SW_SHOWNORMAL, {620, 590, 120, 90}},
-                    HostilePlacement{"Everywhere", 44, 0, SW_SHOWNORMAL, {-huge - 1, -huge - 1, huge, huge}},
-                    HostilePlacement{"FarAway", 44, 0, SW_SHOWNORMAL, {huge - 500, huge - 500, huge, huge}},
-                    HostilePlacement{"FarBack", 44, 0, SW_SHOWNORMAL, {-huge - 1, -huge - 1, -huge, -huge}}),
-    [](const auto& test) { return test.param.name; });
 
 TEST_F(ListPlacement, HostWithoutAVersionBlockIsReportedAndTheDialogOpens) {
   VersionSizeProbe sizes;

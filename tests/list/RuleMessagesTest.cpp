@@ -1,13 +1,9 @@
 #include <gmock/gmock.h>
 
 #include "RuleMessages.h"
-#include "resource.h"
-#include "string_t.h"
 
 namespace zd_expiration_rule_plugin {
 namespace {
-
-using resource_string::resourse_2_string_impl;
 
 struct UsersCase {
   const char* name;
@@ -34,11 +30,6 @@ TEST(RuleInUseText, GoesOnAfterANameWithANullInside) {
   EXPECT_EQ(L"no:\na, b, c ...\n", rule_in_use_text(L"no:", {std::wstring(L"a\0x", 3), L"b", L"c", L"d"}));
 }
 
-TEST(RuleInUseText, StartsWithTheStoredSentence) {
-  EXPECT_EQ(L"该规则由于正在应用于商品源设置中，因而不能删除：\nIF",
-            rule_in_use_text(resourse_2_string_impl(IDS_RULE_IN_USE), {L"IF"}));
-}
-
 struct NameCase {
   const char* name;
   std::wstring rule_name;
@@ -47,8 +38,7 @@ struct NameCase {
 class ConfirmDeleteText : public testing::TestWithParam<NameCase> {};
 
 TEST_P(ConfirmDeleteText, HoldsTheNameAsItIs) {
-  EXPECT_EQ(L"是否删除到期规则\"" + GetParam().rule_name + L"\"？",
-            confirm_delete_text(resourse_2_string_impl(IDS_CONFIRM_DELETE), GetParam().rule_name));
+  EXPECT_EQ(L"delete \"" + GetParam().rule_name + L"\"?", confirm_delete_text(L"delete \"%s\"?", GetParam().rule_name));
 }
 
 INSTANTIATE_TEST_SUITE_P(All, ConfirmDeleteText,
@@ -61,8 +51,7 @@ INSTANTIATE_TEST_SUITE_P(All, ConfirmDeleteText,
                          [](const auto& test) { return test.param.name; });
 
 TEST(ConfirmDeleteText, ClosesTheQuestionAfterANameWithANullInside) {
-  EXPECT_EQ(L"是否删除到期规则\"a\"？",
-            confirm_delete_text(resourse_2_string_impl(IDS_CONFIRM_DELETE), std::wstring(L"a\0b", 3)));
+  EXPECT_EQ(L"delete \"a\"?", confirm_delete_text(L"delete \"%s\"?", std::wstring(L"a\0b", 3)));
 }
 
 }  // namespace

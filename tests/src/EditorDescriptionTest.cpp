@@ -11,37 +11,29 @@ std::wstring sentence(const std::wstring& offset, const std::wstring& day_type, 
   return L"合约换月于指定日前 " + offset + L" " + day_type + L"  指定日为" + day + L" 或者 " + direction + L" 交易日";
 }
 
-class EditorDescription : public EditorTest {
- protected:
-  void look(const std::function<void(Editor&)>& act) {
-    EXPECT_EQ(IDCANCEL, edit([&](Editor& editor) {
-                act(editor);
-                editor.cancel();
-              }));
-  }
-};
+using EditorDescription = EditorTest;
 
 TEST_F(EditorDescription, IsThereWhenTheEditorOpens) {
   rule().roll_offset = 5;
-  look([](Editor& editor) {
+  edit([](Editor& editor) {
     EXPECT_EQ(L"合约换月于指定日前 5 交易日  指定日为 第1 天， 当月 或者 前一个 交易日", editor.description());
   });
 }
 
 TEST_F(EditorDescription, OfAWeekdayRuleReadsTheWeekday) {
   rule() = {stored_id, L"IF", 3, 1, 1, 1, 1, 3, 5, 2, 1};
-  look([](Editor& editor) {
+  edit([](Editor& editor) {
     EXPECT_EQ(sentence(L"3", L"日历日", L" 第3 星期五 ， 下月", L"下一个"), editor.description());
   });
 }
 
 TEST_F(EditorDescription, OfNoModeReadsTheWeekday) {
   rule().day_mode = 2;
-  look([](Editor& editor) { EXPECT_EQ(sentence(L"0", L"交易日", weekday_piece, L"前一个"), editor.description()); });
+  edit([](Editor& editor) { EXPECT_EQ(sentence(L"0", L"交易日", weekday_piece, L"前一个"), editor.description()); });
 }
 
 TEST_F(EditorDescription, SwitchingTheRadioChangesTheDayPieceAlone) {
-  look([](Editor& editor) {
+  edit([](Editor& editor) {
     editor.press(IDC_WEEKDAY_MODE);
     EXPECT_EQ(sentence(L"0", L"交易日", weekday_piece, L"前一个"), editor.description());
     editor.press(IDC_DAY_OF_MONTH_MODE);
@@ -50,7 +42,7 @@ TEST_F(EditorDescription, SwitchingTheRadioChangesTheDayPieceAlone) {
 }
 
 TEST_F(EditorDescription, SwitchingTheRadioEnablesItsGroupAndKeepsAllValues) {
-  look([](Editor& editor) {
+  edit([](Editor& editor) {
     editor.press(IDC_WEEKDAY_MODE);
     for (const int id : day_of_month_group) EXPECT_FALSE(editor.enabled(id)) << id;
     for (const int id : weekday_group) EXPECT_TRUE(editor.enabled(id)) << id;
@@ -64,7 +56,7 @@ TEST_F(EditorDescription, SwitchingTheRadioEnablesItsGroupAndKeepsAllValues) {
 }
 
 TEST_F(EditorDescription, TickingTheCheckBoxChangesTheDirectionAlone) {
-  look([](Editor& editor) {
+  edit([](Editor& editor) {
     editor.press(IDC_MOVE_TO_NEXT_TRADING_DAY);
     EXPECT_EQ(sentence(L"0", L"交易日", day_piece, L"下一个"), editor.description());
     editor.press(IDC_MOVE_TO_NEXT_TRADING_DAY);
@@ -73,7 +65,7 @@ TEST_F(EditorDescription, TickingTheCheckBoxChangesTheDirectionAlone) {
 }
 
 TEST_F(EditorDescription, FollowsEachComboOfTheDayOfMonth) {
-  look([](Editor& editor) {
+  edit([](Editor& editor) {
     const int calendar_days = editor.text(IDC_DAY_TYPE) == test_support::combo_texts(editor.item(IDC_DAY_TYPE))[0];
     editor.choose(IDC_DAY_TYPE, calendar_days);
     EXPECT_EQ(sentence(L"0", L"日历日", day_piece, L"前一个"), editor.description());
@@ -86,7 +78,7 @@ TEST_F(EditorDescription, FollowsEachComboOfTheDayOfMonth) {
 
 TEST_F(EditorDescription, FollowsEachComboOfTheWeekday) {
   rule().day_mode = 1;
-  look([](Editor& editor) {
+  edit([](Editor& editor) {
     editor.choose(IDC_WEEK_ORDINAL, 4);
     EXPECT_EQ(sentence(L"0", L"交易日", L" 最新价 星期一 ， 当月", L"前一个"), editor.description());
     editor.choose(IDC_WEEKDAY, 0);
@@ -98,13 +90,13 @@ TEST_F(EditorDescription, FollowsEachComboOfTheWeekday) {
 
 TEST_F(EditorDescription, OfNothingChosenKeepsItsSpaces) {
   rule() = {stored_id, L"IF", 0, -1, 0, -1, -1, 1, 1, 1, 0};
-  look([](Editor& editor) { EXPECT_EQ(sentence(L"0", L"", L"  天， ", L"前一个"), editor.description()); });
+  edit([](Editor& editor) { EXPECT_EQ(sentence(L"0", L"", L"  天， ", L"前一个"), editor.description()); });
   rule() = {stored_id, L"IF", 0, 0, 1, 1, 1, -1, -1, -1, 0};
-  look([](Editor& editor) { EXPECT_EQ(sentence(L"0", L"交易日", L"   ， ", L"前一个"), editor.description()); });
+  edit([](Editor& editor) { EXPECT_EQ(sentence(L"0", L"交易日", L"   ， ", L"前一个"), editor.description()); });
 }
 
 TEST_F(EditorDescription, LowerCasesTheTypeTheLabelAndTheMonthOnly) {
-  look([](Editor& editor) {
+  edit([](Editor& editor) {
     const int labels[] = {IDC_OFFSET_LABEL, IDC_OFFSET_SUFFIX, IDC_DAY_LABEL, IDC_DAY_SUFFIX};
     for (const int label : labels) SetWindowTextW(editor.item(label), (L"L" + std::to_wstring(label)).c_str());
     editor.press(IDC_MOVE_TO_NEXT_TRADING_DAY);

@@ -1,5 +1,6 @@
 #include "EditorTest.h"
 #include "SentMessages.h"
+#include "string_t.h"
 
 namespace editor_test {
 namespace {
@@ -7,36 +8,33 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class EditorFill : public EditorTest {
- protected:
-  /// Opens the editor, looks and cancels.
-  void look(const std::function<void(Editor&)>& at, long rule_id = stored_id) {
-    EXPECT_EQ(IDCANCEL, edit(rule_id, [&](Editor& editor) {
-                at(editor);
-                editor.cancel();
-              }));
-  }
-};
+using EditorFill = EditorTest;
 
 TEST_F(EditorFill, TitleTellsEditingFromAdding) {
-  look([](Editor& editor) { EXPECT_EQ(L"编辑到期规则", test_support::window_text(editor.window())); });
-  look([](Editor& editor) { EXPECT_EQ(L"添加到期规则", test_support::window_text(editor.window())); }, 0);
+  edit([](Editor& editor) {
+    EXPECT_EQ(resource_string::resourse_2_string_impl(IDS_EDIT_RULE_TITLE), test_support::window_text(editor.window()));
+  });
+  edit(0, [](Editor& editor) {
+    EXPECT_EQ(resource_string::resourse_2_string_impl(IDS_ADD_RULE_TITLE), test_support::window_text(editor.window()));
+  });
 }
 
 TEST_F(EditorFill, OpensTheRulesTableByItsNumber) {
-  look([](Editor&) {});
+  edit([](Editor&) {});
   EXPECT_THAT(std::vector<std::string>(host.calls().all().begin(), host.calls().all().begin() + 4),
               ElementsAre("kvTable::CreateInstance(IkvTable)", "kvRuleFilter::CreateInstance(IkvRuleFilter)",
                           "IkvRuleFilter::SetRuleID(5)", "IkvExpirationRuleService::load_rules(object, object)"));
 }
 
 TEST_F(EditorFill, MakesAFreeStandingRowForANewRule) {
-  look([](Editor& editor) { EXPECT_EQ(L"新规则", editor.text(IDC_NAME)); }, 0);
+  edit(0, [](Editor& editor) {
+    EXPECT_EQ(resource_string::resourse_2_string_impl(IDS_NEW_RULE_NAME), editor.text(IDC_NAME));
+  });
   EXPECT_THAT(host.calls().all("IkvExpirationRuleService"), IsEmpty());
 }
 
 TEST_F(EditorFill, ReadsEachFieldOnceInTheOrderOfTheControls) {
-  look([](Editor&) {});
+  edit([](Editor&) {});
   EXPECT_THAT(host.calls().all("IkvField::"),
               ElementsAre("IkvField::GetText(1077)", "IkvField::GetLong(1079)", "IkvField::GetLong(1078)",
                           "IkvField::GetLong(1080)", "IkvField::GetLong(1081)", "IkvField::GetLong(1082)",
@@ -46,7 +44,7 @@ TEST_F(EditorFill, ReadsEachFieldOnceInTheOrderOfTheControls) {
 }
 
 TEST_F(EditorFill, NameIsShownAndLimitedTo63Characters) {
-  look([](Editor& editor) {
+  edit([](Editor& editor) {
     EXPECT_EQ(L"IF", editor.text(IDC_NAME));
     EXPECT_EQ(63, SendDlgItemMessageW(editor.window(), IDC_NAME, EM_GETLIMITTEXT, 0, 0));
     editor.enter(IDC_NAME, std::wstring(64, L'x'));
@@ -56,7 +54,7 @@ TEST_F(EditorFill, NameIsShownAndLimitedTo63Characters) {
 
 TEST_F(EditorFill, NameThatIsNullIsEmpty) {
   rule().name.reset();
-  look([](Editor& editor) { EXPECT_EQ(L"", editor.text(IDC_NAME)); });
+  edit([](Editor& editor) { EXPECT_EQ(L"", editor.text(IDC_NAME)); });
   EXPECT_THAT(reports(), IsEmpty());
 }
 
@@ -71,14 +69,14 @@ TEST_F(EditorFill, NameIsShownUnitByUnitWhateverItHolds) {
                                 L"&Menu && more"};
   for (const std::wstring& name : names) {
     rule().name = name;
-    look([&](Editor& editor) { EXPECT_EQ(name, editor.text(IDC_NAME)); });
+    edit([&](Editor& editor) { EXPECT_EQ(name, editor.text(IDC_NAME)); });
   }
 }
 
 TEST_F(EditorFill, DayTypesAreFoundByTheirDataInTheSortedList) {
   for (const long day_type : {0L, 1L}) {
     rule().day_type = day_type;
-    look([&](Editor& editor) {
+    edit([&](Editor& editor) {
       HWND combo = editor.item(IDC_DAY_TYPE);
       EXPECT_THAT(test_support::combo_texts(combo), testing::UnorderedElementsAre(L"交易日", L"日历日"));
       EXPECT_EQ(day_type == 0 ? L"交易日" : L"日历日", editor.text(IDC_DAY_TYPE));
@@ -91,7 +89,7 @@ TEST_F(EditorFill, DayTypesAreFoundByTheirDataInTheSortedList) {
 TEST_F(EditorFill, OffsetIsShownByTheEditAndTheSpin) {
   for (const long offset : {0L, 7L, 42L, 99L}) {
     rule().roll_offset = offset;
-    look([&](Editor& editor) {
+    edit([&](Editor& editor) {
       EXPECT_EQ(std::to_wstring(offset), editor.text(IDC_OFFSET));
       EXPECT_EQ(offset, editor.spin());
     });
@@ -100,7 +98,7 @@ TEST_F(EditorFill, OffsetIsShownByTheEditAndTheSpin) {
 }
 
 TEST_F(EditorFill, OffsetTakesTwoCharactersAndTheSpinGoesFrom0To99) {
-  look([](Editor& editor) {
+  edit([](Editor& editor) {
     EXPECT_EQ(2, SendDlgItemMessageW(editor.window(), IDC_OFFSET, EM_GETLIMITTEXT, 0, 0));
     int lower = -1;
     int upper = -1;
@@ -121,7 +119,7 @@ TEST_F(EditorFill, SpinOfAnotherEditBecomesTheOffsets) {
     SendDlgItemMessageW(message.hwnd, IDC_OFFSET_SPIN, UDM_SETBUDDY, reinterpret_cast<WPARAM>(name), 0);
     stolen = test_support::RuleEditor(message.hwnd).spins_edit() == name;
   });
-  look([](Editor& editor) {
+  edit([](Editor& editor) {
     EXPECT_EQ(editor.item(IDC_OFFSET), editor.spins_edit());
     EXPECT_EQ(L"42", editor.text(IDC_OFFSET));
     EXPECT_EQ(L"IF", editor.text(IDC_NAME));
@@ -132,7 +130,7 @@ TEST_F(EditorFill, SpinOfAnotherEditBecomesTheOffsets) {
 TEST_F(EditorFill, OffsetOutsideTheRangeIsShownAsStoredAndAsserted) {
   for (const long offset : {-1L, 100L, 70000L, LONG_MAX, LONG_MIN}) {
     rule().roll_offset = offset;
-    look([&](Editor& editor) { EXPECT_EQ(std::to_wstring(offset), editor.text(IDC_OFFSET)); });
+    edit([&](Editor& editor) { EXPECT_EQ(std::to_wstring(offset), editor.text(IDC_OFFSET)); });
     EXPECT_THAT(reports(), ElementsAre(offset_is_not_the_spins));
   }
 }
@@ -146,7 +144,7 @@ TEST_F(EditorFill, DayModeChecksItsRadioAndEnablesItsGroup) {
   for (const auto& row : rows) {
     SCOPED_TRACE(row.mode);
     rule().day_mode = row.mode;
-    look([&](Editor& editor) {
+    edit([&](Editor& editor) {
       EXPECT_EQ(row.by_day_of_month, editor.checked(IDC_DAY_OF_MONTH_MODE));
       EXPECT_EQ(row.by_weekday, editor.checked(IDC_WEEKDAY_MODE));
       for (const int id : day_of_month_group) EXPECT_EQ(row.by_day_of_month, editor.enabled(id)) << id;
@@ -156,7 +154,7 @@ TEST_F(EditorFill, DayModeChecksItsRadioAndEnablesItsGroup) {
 }
 
 TEST_F(EditorFill, CombosOfferTheirChoicesInOrder) {
-  look([](Editor& editor) {
+  edit([](Editor& editor) {
     const auto texts = [&](int combo) { return test_support::combo_texts(editor.item(combo)); };
     const auto data = [&](int combo) { return test_support::combo_data(editor.item(combo)); };
     const auto days = texts(IDC_DAY_OF_MONTH);
@@ -180,7 +178,7 @@ TEST_F(EditorFill, CombosOfferTheirChoicesInOrder) {
 
 TEST_F(EditorFill, CombosShowTheStoredChoices) {
   rule() = {stored_id, L"IF", 0, 1, 0, 31, 2, 5, 6, 0, 0};
-  look([](Editor& editor) {
+  edit([](Editor& editor) {
     EXPECT_EQ(L"日历日", editor.text(IDC_DAY_TYPE));
     EXPECT_EQ(L"第31", editor.text(IDC_DAY_OF_MONTH));
     EXPECT_EQ(L"下月", editor.text(IDC_DAY_MONTH));
@@ -191,33 +189,27 @@ TEST_F(EditorFill, CombosShowTheStoredChoices) {
 }
 
 TEST_F(EditorFill, CombosShowNothingForAValueThatIsNoChoice) {
-  const long odd_values[] = {-1, 32, 99, LONG_MAX, LONG_MIN};
-  for (const long odd : odd_values) {
+  for (const long odd : {-1L, 32L, 99L, LONG_MAX, LONG_MIN}) {
     rule() = {stored_id, L"IF", 0, odd, 0, odd, odd, odd, odd, odd, 0};
-    look([](Editor& editor) {
+    edit([](Editor& editor) {
       for (const int combo : combos) EXPECT_EQ(CB_ERR, editor.selection(combo)) << combo;
     });
   }
+  rule().day_of_month = 0;
+  edit([](Editor& editor) { EXPECT_EQ(CB_ERR, editor.selection(IDC_DAY_OF_MONTH)); });
   EXPECT_THAT(reports(), IsEmpty());
-}
-
-TEST_F(EditorFill, DayOfMonth0Or32ShowsNoSelection) {
-  for (const long day : {0L, 32L}) {
-    rule().day_of_month = day;
-    look([](Editor& editor) { EXPECT_EQ(CB_ERR, editor.selection(IDC_DAY_OF_MONTH)); });
-  }
 }
 
 TEST_F(EditorFill, CheckBoxIsSetByOneAlone) {
   for (const long flag : {0L, 1L, 2L, -1L}) {
     rule().move_to_next_trading_day = flag;
-    look([&](Editor& editor) { EXPECT_EQ(flag == 1, editor.checked(IDC_MOVE_TO_NEXT_TRADING_DAY)); });
+    edit([&](Editor& editor) { EXPECT_EQ(flag == 1, editor.checked(IDC_MOVE_TO_NEXT_TRADING_DAY)); });
   }
 }
 
 TEST_F(EditorFill, DescriptionIsBoldInTheDialogsFontAndTheFontEndsWithTheDialog) {
   HFONT bold = nullptr;
-  look([&](Editor& editor) {
+  edit([&](Editor& editor) {
     bold = reinterpret_cast<HFONT>(SendDlgItemMessageW(editor.window(), IDC_DESCRIPTION, WM_GETFONT, 0, 0));
     LOGFONTW described = {};
     LOGFONTW plain = {};
@@ -232,15 +224,13 @@ TEST_F(EditorFill, DescriptionIsBoldInTheDialogsFontAndTheFontEndsWithTheDialog)
 }
 
 TEST_F(EditorFill, ReadsAsMissingFieldsWhenNoRuleHasTheNumber) {
-  look(
-      [](Editor& editor) {
-        EXPECT_EQ(L"", editor.text(IDC_NAME));
-        EXPECT_EQ(L"0", editor.text(IDC_OFFSET));
-        EXPECT_TRUE(editor.checked(IDC_DAY_OF_MONTH_MODE));
-        EXPECT_EQ(CB_ERR, editor.selection(IDC_DAY_OF_MONTH));
-        EXPECT_FALSE(editor.checked(IDC_MOVE_TO_NEXT_TRADING_DAY));
-      },
-      6);
+  edit(6, [](Editor& editor) {
+    EXPECT_EQ(L"", editor.text(IDC_NAME));
+    EXPECT_EQ(L"0", editor.text(IDC_OFFSET));
+    EXPECT_TRUE(editor.checked(IDC_DAY_OF_MONTH_MODE));
+    EXPECT_EQ(CB_ERR, editor.selection(IDC_DAY_OF_MONTH));
+    EXPECT_FALSE(editor.checked(IDC_MOVE_TO_NEXT_TRADING_DAY));
+  });
   EXPECT_EQ(20u, reports().size()) << "an assertion and a report for each field";
 }
 
@@ -249,7 +239,7 @@ TEST_F(EditorFill, InitDialogReturnsZero) {
   const test_support::AnsweredMessages watch([&](const CWPRETSTRUCT& message) {
     if (message.message == WM_INITDIALOG) result = message.lResult;
   });
-  look([](Editor&) {});
+  edit([](Editor&) {});
   EXPECT_EQ(0, result);
 }
 

@@ -1,22 +1,24 @@
 #include <set>
 
 #include "EditorTest.h"
+#include "string_t.h"
 
 namespace editor_test {
 namespace {
 
+using resource_string::resourse_2_string_impl;
 using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::StartsWith;
 
-const std::wstring only_letters_digits_spaces = L"名称只允许包括数字，字母和空格。";
-const std::wstring empty_name = L"名称不能为空。";
-const std::wstring name_exists = L"该名称的到期规则已存在。";
-
 class EditorName : public EditorTest {
  protected:
   EditorName() { host.rules().push_back({9, L"Copper"}); }
+
+  const std::wstring only_letters_digits_spaces = resourse_2_string_impl(IDS_NAME_BAD_CHARACTER);
+  const std::wstring empty_name = resourse_2_string_impl(IDS_NAME_EMPTY);
+  const std::wstring name_exists = resourse_2_string_impl(IDS_NAME_NOT_UNIQUE);
 
   /// Enters a name, expects the message and cancels.
   void expect_refused(const std::wstring& name, const std::wstring& message, long rule_id = stored_id) {
@@ -44,7 +46,6 @@ TEST_F(EditorName, EmptyIsRefusedBeforeTheStorageIsConsulted) {
     host.calls().forget();
     EXPECT_EQ(empty_name, editor.refused_ok().text);
     EXPECT_THAT(host.calls().all(), IsEmpty());
-    editor.cancel();
   });
 }
 
@@ -62,7 +63,6 @@ TEST_F(EditorName, RefusalIsAMessageBoxOverTheDialogAndMovesTheFocusToTheName) {
     EXPECT_EQ(editor.item(IDC_NAME), GetFocus());
     EXPECT_EQ(L"A-B", editor.text(IDC_NAME));
     editor.caret(IDC_NAME);
-    editor.cancel();
   });
 }
 
@@ -70,10 +70,9 @@ TEST_F(EditorName, RefusalShowsTheCaptionAnExclamationMarkAndOneButton) {
   edit([&](Editor& editor) {
     editor.enter(IDC_NAME, L"");
     const auto box = editor.refused_ok();
-    EXPECT_EQ(L"到期规则", box.caption);
+    EXPECT_EQ(resourse_2_string_impl(IDS_CAPTION), box.caption);
     EXPECT_EQ(1, box.buttons);
     EXPECT_EQ(LoadIconW(nullptr, IDI_EXCLAMATION), box.icon);
-    editor.cancel();
   });
 }
 
@@ -129,7 +128,6 @@ TEST_F(EditorName, SearchEndsAtTheFirstEqualRow) {
     host.calls().forget();
     editor.refused_ok();
     EXPECT_THAT(host.calls().all("IkvTable::MoveNext"), IsEmpty());
-    editor.cancel();
   });
 }
 
@@ -148,26 +146,17 @@ TEST_F(EditorName, SearchReadsAllRulesRowByRow) {
 }
 
 TEST_F(EditorName, OfANewRuleIsTheDefaultAndThatIsRefusedForItsCharacters) {
-  edit(0, [&](Editor& editor) {
-    EXPECT_EQ(only_letters_digits_spaces, editor.refused_ok().text);
-    editor.cancel();
-  });
+  edit(0, [&](Editor& editor) { EXPECT_EQ(only_letters_digits_spaces, editor.refused_ok().text); });
 }
 
 TEST_F(EditorName, OfANewRuleThatAnotherBearsAlreadyIsADuplicate) {
-  host.rules().back().name = L"新规则";
-  edit(0, [&](Editor& editor) {
-    EXPECT_EQ(name_exists, editor.refused_ok().text);
-    editor.cancel();
-  });
+  host.rules().back().name = resourse_2_string_impl(IDS_NEW_RULE_NAME);
+  edit(0, [&](Editor& editor) { EXPECT_EQ(name_exists, editor.refused_ok().text); });
 }
 
 TEST_F(EditorName, OfARuleWithANegativeNumberFindsItsOwnRowAsADuplicate) {
   host.rules().push_back({-3, L"odd"});
-  edit(-3, [&](Editor& editor) {
-    EXPECT_EQ(name_exists, editor.refused_ok().text);
-    editor.cancel();
-  });
+  edit(-3, [&](Editor& editor) { EXPECT_EQ(name_exists, editor.refused_ok().text); });
 }
 
 TEST_F(EditorName, IsNotEqualToARowWithoutAName) {
@@ -181,7 +170,6 @@ TEST_F(EditorName, FromTheStorageThatHoldsABadCharacterMustBeCorrectedBeforeItIs
   edit([&](Editor& editor) {
     EXPECT_EQ(only_letters_digits_spaces, editor.refused_ok().text);
     EXPECT_EQ(L"IF\x0001", editor.text(IDC_NAME));
-    editor.cancel();
   });
   EXPECT_EQ(L"IF\x0001", rule().name);
 }

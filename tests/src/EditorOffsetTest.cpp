@@ -73,15 +73,6 @@ TEST_F(EditorOffset, ClearedWithTheBackspaceKeyStaysEmpty) {
   EXPECT_EQ(0, rule().roll_offset);
 }
 
-TEST_F(EditorOffset, ClearedAndTypedAgainIsTheTypedNumber) {
-  save_from(5, [](Editor& editor) {
-    editor.enter(IDC_OFFSET, L"");
-    test_support::type(L"8");
-    expect_offset(editor, L"8", 8);
-  });
-  EXPECT_EQ(8, rule().roll_offset);
-}
-
 TEST_F(EditorOffset, TypingRewritesNothing) {
   save_from(5, [](Editor& editor) {
     editor.enter(IDC_OFFSET, L"0");

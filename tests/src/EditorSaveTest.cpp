@@ -1,6 +1,5 @@
 #include "EditorTest.h"
 #include "Input.h"
-#include "SentMessages.h"
 
 namespace editor_test {
 namespace {
@@ -10,8 +9,8 @@ using testing::IsEmpty;
 
 class EditorSave : public EditorTest {
  protected:
-  std::vector<std::string> saved() const { return host_calls("IkvExpirationRuleService::update_rule"); }
-  std::vector<std::string> added() const { return host_calls("IkvExpirationRuleService::add_rule"); }
+  std::vector<std::string> saved() { return host.calls().all("IkvExpirationRuleService::update_rule"); }
+  std::vector<std::string> added() { return host.calls().all("IkvExpirationRuleService::add_rule"); }
 
   /// Makes a new rule of this name and saves it. Answers the number by which the dialog knows it afterwards.
   long add(const std::wstring& name) {
@@ -26,11 +25,6 @@ class EditorSave : public EditorTest {
     EXPECT_EQ(IDOK, result);
     return dialog.rule_id();
   }
-
- private:
-  std::vector<std::string> host_calls(const char* prefix) const {
-    return const_cast<EditorSave*>(this)->host.calls().all(prefix);
-  }
 };
 
 TEST_F(EditorSave, RewritesTheWholeRuleInTheOrderOfTheRecord) {
@@ -41,23 +35,6 @@ TEST_F(EditorSave, RewritesTheWholeRuleInTheOrderOfTheRecord) {
   EXPECT_EQ(before, rule());
   EXPECT_THAT(added(), IsEmpty());
   EXPECT_THAT(reports(), IsEmpty());
-}
-
-TEST_F(EditorSave, ReadsTheControlsInAFixedOrder) {
-  std::vector<int> read;
-  edit([&](Editor& editor) {
-    const auto reads = [](UINT message) {
-      return message == WM_GETTEXT || message == BM_GETCHECK || message == CB_GETCURSEL || message == UDM_GETPOS;
-    };
-    const test_support::SentMessages watch([&](const CWPSTRUCT& message) {
-      if (GetParent(message.hwnd) == editor.window() && reads(message.message)) {
-        read.push_back(GetDlgCtrlID(message.hwnd));
-      }
-    });
-    editor.ok();
-  });
-  // The name is read once before, when it is checked; reading the spin makes it read its edit.
-  EXPECT_THAT(read, ElementsAre(207, 207, 225, 222, 221, 218, 220, 217, 215, 212, 211, 210));
 }
 
 TEST_F(EditorSave, WritesWhatTheControlsHold) {

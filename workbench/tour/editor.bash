@@ -1,11 +1,14 @@
 # Sourced by the tour: the rule editor.
 
-readonly editor="编辑到期规则" new_rule_editor="添加到期规则" box="到期规则"
+editor=$(module_text IDS_EDIT_RULE_TITLE)
+new_rule_editor=$(module_text IDS_ADD_RULE_TITLE)
+box=$(module_text IDS_CAPTION)
 readonly name_edit=207 offset_edit=210 offset_spin=211 description=224 ok_button=1 cancel_button=2
 
-readonly name_refused="名称只允许包括数字，字母和空格。"
-readonly name_empty="名称不能为空。"
-readonly name_taken="该名称的到期规则已存在。"
+name_refused=$(module_text IDS_NAME_BAD_CHARACTER)
+name_empty=$(module_text IDS_NAME_EMPTY)
+name_taken=$(module_text IDS_NAME_NOT_UNIQUE)
+readonly editor new_rule_editor box name_refused name_empty name_taken
 
 # spin_up / spin_down [TITLE]: one click on an arrow of the offset's spin.
 spin_up() { click_control "${1:-$editor}" "$offset_spin" 0 -5; }

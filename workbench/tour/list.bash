@@ -4,8 +4,10 @@ readonly rules_dialog="到期规则"
 readonly rules_list=201 add_button=202 edit_button=203 delete_button=204 close_button=2
 readonly yes_button=6 no_button=7
 
-readonly rule_in_use="该规则由于正在应用于商品源设置中，因而不能删除："
-delete_question() { echo "是否删除到期规则\"$1\"？"; }
+rule_in_use=$(module_text IDS_RULE_IN_USE)
+delete_question_format=$(module_text IDS_CONFIRM_DELETE)
+readonly rule_in_use delete_question_format
+delete_question() { echo "${delete_question_format/\%s/"$1"}"; }
 
 # dialog_place: x, y, width, height of the dialog. A message box before it has no list and is not meant.
 dialog_place() { read_screen windows | awk -F '\t' -v title="$rules_dialog" '$1 == title { print $3, $4, $5, $6; exit }'; }
