@@ -6,7 +6,7 @@
 namespace base {
 namespace {
 
-/// An object on the stack that answers `QueryInterface` as the test says.
+/// An object on the stack whose `QueryInterface` returns what the test says.
 class Odd final : public ISample {
  public:
   STDMETHODIMP QueryInterface(REFIID iid, void** object) noexcept override {

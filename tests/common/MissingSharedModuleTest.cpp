@@ -9,7 +9,7 @@ namespace {
 using test_support::take_reports_without_lines;
 using testing::ElementsAre;
 
-// The holder is made once in a process, so this is a program of its own.
+// The holder is created once in a process, so this is a program of its own.
 TEST(SharedStringsWithoutTheirModule, AreEmptyAndAssertedAtTheFirstAndEveryLaterCall) {
   // Takes the program's own folder, where the module lies, out of the search.
   ASSERT_TRUE(SetDefaultDllDirectories(LOAD_LIBRARY_SEARCH_SYSTEM32));

@@ -198,7 +198,7 @@ TEST_F(ListEditing, FailedEditRefillsTheListAndReselectsTheRule) {
   });
 }
 
-/// What the list is told about its items, from the last refill on.
+/// The messages about its items that the list view gets from the last refill on.
 std::vector<std::string> told_to(const RuleList& list, const std::function<void()>& act) {
   std::vector<std::string> told;
   const SentMessages watch([&](const CWPSTRUCT& message) {

@@ -39,7 +39,7 @@ TEST_F(ListInitialisation, OneColumnIsTitledName) {
   });
 }
 
-/// Opens the dialog with a list view whose client area has that width before the dialog initialises itself; answers the
+/// Opens the dialog with a list view whose client area has that width before the dialog initialises itself; returns the
 /// column record that it inserts then.
 LVCOLUMNW column_for(const std::function<void()>& open, int client_width) {
   LVCOLUMNW inserted = {};

@@ -12,7 +12,7 @@ using testing::ElementsAre;
 
 constexpr long rule_id = 5;
 
-/// A rule that is in use, and an exception that is raised where the host's objects are made.
+/// A rule that is in use, and an exception that is raised where the host's objects are created.
 class LookupException : public LookupTest, public testing::WithParamInterface<RaisedException> {
  protected:
   LookupException() {
@@ -42,7 +42,7 @@ TEST_P(LookupException, IsTracedAndGivesNoName) {
 }
 
 TEST_P(LookupException, IsTracedAndFindsNoUsers) {
-  raise_from(3);  // a table and a filter are made for the rule's name
+  raise_from(3);  // a table and a filter are created for the rule's name
   Names users;
   EXPECT_FALSE(dialog.is_expiration_rule_uses(rule_id, users));
   EXPECT_THAT(reports(), ElementsAre(traced(154, "is_expiration_rule_uses")));

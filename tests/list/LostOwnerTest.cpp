@@ -16,7 +16,7 @@ using testing::Not;
 constexpr int unused_rule = 0;
 constexpr int used_rule = 1;
 
-/// The owner goes while no dialog waits for its user: a report or a call of the host lets messages through.
+/// The owner is destroyed while no dialog waits for its user: a report or a call of the host lets messages through.
 class ListLosesItsOwner : public ListDialogTest {
  protected:
   ListLosesItsOwner() {
@@ -28,7 +28,7 @@ class ListLosesItsOwner : public ListDialogTest {
     EXPECT_THAT(reports(), Not(Contains(HasSubstr("IsWindow")))) << "nothing was asked of a window that is gone";
   }
 
-  /// The owner goes inside a call of the host.
+  /// The owner is destroyed inside a call of the host.
   void lose_inside(const std::string& call, int nth = 1) {
     host.calls().inside(call, [this, call, nth] {
       if (nth > 1) {
@@ -39,7 +39,7 @@ class ListLosesItsOwner : public ListDialogTest {
     });
   }
 
-  /// The owner goes while something is reported.
+  /// The owner is destroyed while something is reported.
   void lose_inside_a_report() {
     recorder.on_command([this](const test_support::RecordedCommand&) { owner.destroy(); });
   }

@@ -41,7 +41,7 @@ TEST_F(Refill, MakesTheCallsOfOnePass) {
                   "IkvField::GetLong(1025)", "IkvTable::MoveNext", "IkvTable::IsEOF"));
 }
 
-/// What the list view is told, in words, while `act` runs.
+/// The messages that the list view gets while `act` runs, in words.
 std::vector<std::string> told_to(const RuleList& list, const std::function<void()>& act) {
   std::vector<std::string> told;
   const SentMessages watch([&](const CWPSTRUCT& message) {

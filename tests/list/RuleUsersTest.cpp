@@ -207,7 +207,7 @@ TEST_F(RuleUsers, FailureBeforeAnyMatchFindsNone) {
   EXPECT_THAT(reports(), ElementsAre(failed(145, E_FAIL), caught(E_FAIL)));
 }
 
-/// A host call that answers oddly in the second of three settings, which all use the rule; nobody hears of it.
+/// A host call with an odd result in the second of three settings, which all use the rule; it is not reported.
 struct QuietFault {
   const char* name;
   const char* call;

@@ -25,7 +25,7 @@ TEST_F(ListScale, UsersAreFoundAmongManySettings) {
 }
 
 /// Different names in an order that is not theirs.
-std::wstring name_of(int index, int count) {
+std::wstring shuffled_name(int index, int count) {
   constexpr int step = 7919;  // a prime, so that every number comes once
   wchar_t name[16] = {};
   _snwprintf(name, ARRAYSIZE(name) - 1, L"rule %05d", static_cast<int>(1LL * index * step % count));
@@ -36,7 +36,7 @@ TEST_F(ListScale, ManyRulesAreShownInOrder) {
   const int count = test_support::repetitions(20'000, 2'000);
   constexpr std::size_t calls_around_the_rows = 6;
   constexpr std::size_t calls_per_row = 6;
-  for (int index = 0; index < count; ++index) host.rules().push_back({index + 1, name_of(index, count)});
+  for (int index = 0; index < count; ++index) host.rules().push_back({index + 1, shuffled_name(index, count)});
   open([&](RuleList& list) {
     EXPECT_EQ(calls_around_the_rows + calls_per_row * count, calls().size());
     ASSERT_EQ(count, list.count());
@@ -45,7 +45,7 @@ TEST_F(ListScale, ManyRulesAreShownInOrder) {
     EXPECT_EQ(L"rule 00000", names.front());
     EXPECT_EQ(count == 2'000 ? L"rule 01999" : L"rule 19999", names.back());
     for (int index = 0; index < count; index += 997) {
-      EXPECT_EQ(name_of(static_cast<int>(list.data(index)) - 1, count), list.name(index));
+      EXPECT_EQ(shuffled_name(static_cast<int>(list.data(index)) - 1, count), list.name(index));
     }
     EXPECT_EQ(0, list.selected());
   });
@@ -54,7 +54,7 @@ TEST_F(ListScale, ManyRulesAreShownInOrder) {
 
 TEST_F(ListScale, LastOfManyRulesIsReselectedAfterAnEdit) {
   const int count = test_support::repetitions(20'000, 2'000);
-  for (int index = 0; index < count; ++index) host.rules().push_back({index + 1, name_of(index, count)});
+  for (int index = 0; index < count; ++index) host.rules().push_back({index + 1, shuffled_name(index, count)});
   open([&](RuleList& list) {
     const LPARAM edited = list.data(100);
     list.select(100);

@@ -138,7 +138,7 @@ TEST_F(TypeInfoTest, EveryCallHandsOutAReferenceOfItsOwn) {
   info->Release();
 }
 
-/// A dual object on the stack that nobody describes.
+/// A dual object on the stack without type information.
 class Undescribed final : public DualInterface<IUndescribed, LIBID_zdExpirationRules>,
                           public ProvideClassInfo<IUndescribed, LIBID_zdExpirationRules> {
  public:

@@ -9,7 +9,7 @@
 namespace platform {
 namespace {
 
-/// Texts that a window of the class below answers, and what it says about their length.
+/// Texts that a window of the class below returns, and what it says about their length.
 struct Answers {
   std::wstring text;
   LRESULT length = 0;

@@ -19,7 +19,7 @@ class TitledWindow : public platform::CWindow {
   int titles_set = 0;
 };
 
-/// A dialog implementation that remembers over which window it was made.
+/// A dialog implementation that remembers over which window it was created.
 template <class T, class TBase>
 class OwnedDialogImpl : public platform::CDialogImpl<T, TBase> {
  public:

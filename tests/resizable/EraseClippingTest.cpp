@@ -2,6 +2,7 @@
 #include <commctrl.h>
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <optional>
 
 #include "DeviceContext.h"
@@ -153,25 +154,20 @@ TEST_F(EraseRegion, FollowsTheRegionOfAChild) {
   EXPECT_TRUE(same_area(erased(), without(rect_region(client), {15, 25, 25, 35})));
 }
 
-TEST_F(EraseRegion, FallsBackToTheRectangleWhenTheRegionCannotBeRead) {
-  SetWindowRgn(anchored(L"Edit"), CreateRectRgn(5, 5, 15, 15), FALSE);
-  WindowRegionProbe probe;
-  probe.fail(0, ERROR);
-  EXPECT_TRUE(same_area(erased(), without(rect_region(client), place)));
+/// The erase region while a system call that reads a child's own region fails.
+template <class Probe, class Failure>
+bool leaves_out_the_rectangle(Failure failure, const std::function<Region()>& erased) {
+  Probe probe;
+  probe.fail(0, failure);
+  return same_area(erased(), without(rect_region(client), place));
 }
 
-TEST_F(EraseRegion, FallsBackToTheRectangleWithoutARegionToReadInto) {
+TEST_F(EraseRegion, LeavesOutTheRectangleOfAChildWhoseRegionCannotBeRead) {
   SetWindowRgn(anchored(L"Edit"), CreateRectRgn(5, 5, 15, 15), FALSE);
-  CreateRegionProbe probe;
-  probe.fail(0, nullptr);
-  EXPECT_TRUE(same_area(erased(), without(rect_region(client), place)));
-}
-
-TEST_F(EraseRegion, LeavesOutAChildWhoseRegionCannotBeMoved) {
-  SetWindowRgn(anchored(L"Edit"), CreateRectRgn(5, 5, 15, 15), FALSE);
-  OffsetRegionProbe probe;
-  probe.fail(0, ERROR);
-  EXPECT_TRUE(same_area(erased(), without(rect_region(client), place)));
+  const auto now = [this] { return erased(); };
+  EXPECT_TRUE(leaves_out_the_rectangle<WindowRegionProbe>(ERROR, now));
+  EXPECT_TRUE(leaves_out_the_rectangle<CreateRegionProbe>(HRGN{}, now));
+  EXPECT_TRUE(leaves_out_the_rectangle<OffsetRegionProbe>(ERROR, now));
 }
 
 /// A child whose class says that it may be clipped, and that says otherwise itself.

@@ -32,7 +32,7 @@ class MaskedGrip : public GripSize {
     ShowWindow(grip.m_hWnd, SW_SHOWNA);
   }
 
-  /// Paints the grip by `message` over a plain colour; answers how many pixels show the colour and how many do not.
+  /// Paints the grip by `message` over a plain colour; returns how many pixels show the colour and how many do not.
   std::array<int, 2> painted(UINT message, LPARAM flags = 0) {
     const platform::ClientDc screen(parent.get());
     const base::MemoryDc dc(CreateCompatibleDC(screen.get()));
@@ -139,31 +139,20 @@ TEST_F(MaskedGrip, IsMaskedInItsNewSizeToo) {
   EXPECT_GT(drawn, 0);
 }
 
-TEST_F(MaskedGrip, PaintsAsTheSystemWhenItsBitmapsCannotBeMade) {
-  {
-    CreateBitmapProbe no_mask;
-    no_mask.fail(0, nullptr);
-    grip.EnableMaskedPaint(TRUE);
+/// Enables masked painting while a system call of its preparation returns nothing.
+template <class Probe>
+void enable_without(CSizeGrip& grip) {
+  Probe probe;
+  probe.fail(0, nullptr);
+  grip.EnableMaskedPaint(TRUE);
+}
+
+TEST_F(MaskedGrip, PaintsAsTheSystemWhenItsBitmapsCannotBeCreated) {
+  for (const auto enable : {enable_without<CreateBitmapProbe>, enable_without<CreateCompatibleBitmapProbe>,
+                            enable_without<CreateDcProbe>, enable_without<GetDcProbe>}) {
+    enable(grip);
+    EXPECT_EQ(painted(WM_PAINT)[0], 0);
   }
-  EXPECT_EQ(painted(WM_PAINT)[0], 0);
-  {
-    CreateCompatibleBitmapProbe no_colours;
-    no_colours.fail(0, nullptr);
-    grip.EnableMaskedPaint(TRUE);
-  }
-  EXPECT_EQ(painted(WM_PAINT)[0], 0);
-  {
-    CreateDcProbe no_dc;
-    no_dc.fail(0, nullptr);
-    grip.EnableMaskedPaint(TRUE);
-  }
-  EXPECT_EQ(painted(WM_PAINT)[0], 0);
-  {
-    GetDcProbe no_window_dc;
-    no_window_dc.fail(0, nullptr);
-    grip.EnableMaskedPaint(TRUE);
-  }
-  EXPECT_EQ(painted(WM_PAINT)[0], 0);
   grip.EnableMaskedPaint(TRUE);
   EXPECT_GT(painted(WM_PAINT)[0], 0);
 }
@@ -200,7 +189,7 @@ TEST_F(MaskedGrip, DrawsNothingWhenItsBitmapsCannotBeSelected) {
   EXPECT_GT(painted(WM_PAINT)[1], 0);
 }
 
-/// Every GDI object that the grip makes is counted.
+/// Counts every GDI object that the grip creates.
 class GripObjects : public SizeGrip {
  protected:
   int made() const { return dcs.calls() + masks.calls() + bitmaps.calls() + regions.calls(); }

@@ -9,7 +9,7 @@
 
 namespace resizable_test {
 
-/// The mix-in alone on a window; a test may answer for the children with callbacks.
+/// The mix-in alone on a window; a test may lay out the children with callbacks.
 class LayoutWindow : public platform::CWindow, public CResizableLayout<LayoutWindow> {
  public:
   using CResizableLayout::Anchored;

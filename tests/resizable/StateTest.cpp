@@ -42,13 +42,6 @@ TEST_F(StoredPlacement, OfAMinimisedDialogIsShown) {
   EXPECT_EQ(stored()->showCmd, UINT{SW_SHOW});
 }
 
-TEST_F(StoredPlacement, OfAMaximisedDialogIsMaximised) {
-  ShowWindow(owned.get(), SW_SHOWMAXIMIZED);
-  ASSERT_TRUE(store());
-  EXPECT_EQ(stored()->showCmd, UINT{SW_SHOWMAXIMIZED});
-  EXPECT_EQ(stored()->rcNormalPosition.right - stored()->rcNormalPosition.left, 300);
-}
-
 TEST_F(StoredPlacement, OfADialogThatWasMinimisedFromMaximisedIsMaximised) {
   ShowWindow(owned.get(), SW_SHOWMAXIMIZED);
   ShowWindow(owned.get(), SW_MINIMIZE);
@@ -132,15 +125,6 @@ TEST_F(RestoredPlacement, IsOneCaptionHigherThanItWasStored) {
   EXPECT_NE(restore(), FALSE);
   EXPECT_EQ(rect(), (RECT{150, 160, 550, 460}));
   EXPECT_TRUE(IsWindowVisible(owned.get()));
-}
-
-TEST_F(RestoredPlacement, IsWhatWasSaved) {
-  MoveWindow(owned.get(), 222, 111, 456, 345, FALSE);
-  ASSERT_TRUE(store());
-  EXPECT_EQ(stored()->rcNormalPosition.bottom, 111 + 345 - caption);
-  MoveWindow(owned.get(), 0, 0, 300, 200, FALSE);
-  restore();
-  EXPECT_EQ(rect(), (RECT{222, 111, 678, 456}));
 }
 
 TEST_F(RestoredPlacement, LeavesTheStoredValueAsItIs) {

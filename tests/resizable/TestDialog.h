@@ -14,7 +14,7 @@
 
 namespace resizable_test {
 
-/// A resizable dialog made from a template of this program. What the base leaves unhandled reaches `on_message`.
+/// A resizable dialog from a template of this program. What the base leaves unhandled reaches `on_message`.
 template <int id>
 class TestDialog : public CResizableDialogImpl<TestDialog<id>> {
   using Base = CResizableDialogImpl<TestDialog<id>>;

@@ -31,10 +31,10 @@ bool is_cut_to_triangle(HWND window);
 /// Handles the messages that are waiting.
 void pump();
 
-/// Lets a test answer the messages of a window.
+/// Lets a test handle the messages of a window.
 class Listener : public platform::CSubclassedWindow {
  public:
-  /// Answers whether the message is handled, with its result.
+  /// Returns whether the message is handled, with its result.
   using Answer = std::function<bool(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result)>;
 
   Listener(HWND window, Answer answer) : answer_(std::move(answer)) { SubclassWindow(window); }

@@ -1,4 +1,4 @@
-// What the plug-in's methods answer and report when anything is thrown inside them. None lets it out.
+// What the plug-in's methods return and report when an exception is thrown inside them. No exception leaves them.
 
 #include <windows.h>
 #include <commctrl.h>

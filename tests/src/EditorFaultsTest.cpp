@@ -56,7 +56,7 @@ HRESULT save_as(
 
 class EditorFaults : public testing::TestWithParam<Fault> {
  protected:
-  // Which reports each fault leads to is told by the tests of each call.
+  // The tests of each call say which reports each fault leads to.
   ~EditorFaults() override { test_support::take_reports(); }
 };
 

@@ -69,6 +69,7 @@ TEST_F(EditorMessages, AfterTheLastOneGoTheDefaultWay) {
                               const Editor editor(window, dialog);
                               procedure = procedure_of(editor);
                               gone = window;
+                              editor.cancel();
                             });
   EXPECT_FALSE(IsWindow(gone));
   EXPECT_EQ(nullptr, dialog.m_hWnd);

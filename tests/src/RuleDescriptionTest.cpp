@@ -26,7 +26,7 @@ RuleDescriptionTexts shipped_texts() {
           L"交易日"};
 }
 
-/// Texts that tell every piece and every letter case apart.
+/// Texts that differ in every piece and every letter case.
 RuleDescriptionTexts lettered_texts() {
   return {L"Aa", L"Bb", L"Cc", L"Dd", L"Ee", true,  L"Ff", L"Gg",
           L"Hh", L"Ii", L"Jj", L"Kk", L"Ll", L"Mm", L"Nn", L"Oo"};

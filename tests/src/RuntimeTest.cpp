@@ -39,7 +39,7 @@ int text_length(const std::exception_ptr& exception) {
   }
 }
 
-/// Throws, throws something else inside the handler, and rethrows the first: answers what arrives.
+/// Throws, throws something else inside the handler, and rethrows the first: returns what arrives.
 int thrown_and_rethrown(int number) {
   try {
     try {

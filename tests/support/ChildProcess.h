@@ -13,11 +13,11 @@ namespace test_support {
 struct ChildResult {
   DWORD exit_code;
   std::string output;  ///< what it wrote to its standard output
-  /// Whether it had to be ended because it took too long, which usually means a window that nobody answers.
+  /// Whether it had to be ended because it took too long, which usually means a window that waits for a user.
   bool timed_out;
 };
 
-/// A program that was started, with a pipe for its standard output. It goes on when this object is gone.
+/// A program that was started, with a pipe for its standard output. It goes on when this object is destroyed.
 class StartedProgram {
  public:
   /// Starts a program with what follows its name on the command line. Its standard input and error are this process's.

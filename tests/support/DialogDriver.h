@@ -10,7 +10,7 @@ namespace test_support {
 
 /// Hands each modal dialog and message box that this thread opens to a function of the test, on this thread and from
 /// inside the dialog's own message loop. Lives around the call that opens the dialog. The drivers of one thread nest: a
-/// dialog goes to the driver that was made last. A dialog that stays open although nothing happens to it any more is
+/// dialog goes to the driver that was created last. A dialog that stays open although nothing happens to it any more is
 /// closed and fails the test, so that no test waits for a dialog that did not close as it should have.
 class DialogDriver {
  public:

@@ -12,7 +12,7 @@ namespace test_support {
 
 using Bytes = std::vector<std::uint8_t>;
 
-/// Memory that ends where a page starts which nobody can read: a read beyond the end crashes at once.
+/// Memory that ends where a page starts that cannot be read: a read beyond the end crashes at once.
 class GuardedBytes {
  public:
   explicit GuardedBytes(std::size_t capacity)

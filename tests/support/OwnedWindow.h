@@ -4,7 +4,7 @@
 
 namespace test_support {
 
-/// A window of a test, destroyed at the end of the test unless it is gone by then.
+/// A window of a test, destroyed at the end of the test unless it was destroyed before.
 class OwnedWindow {
  public:
   explicit OwnedWindow(HWND window) : window_(window) {}
