@@ -2,9 +2,9 @@
 
 namespace faults_test {
 
-using test_support::FakeHost;
+using test_support::RecordingHost;
 
-ScenarioResult play(const Scenario& scenario, const module_test::Module& module, FakeHost& host, const Arm& arm) {
+ScenarioResult play(const Scenario& scenario, const module_test::Module& module, RecordingHost& host, const Arm& arm) {
   host.rules() = stored_rules();
   host.settings() = stored_settings();
   Session session(module, host, arm);
@@ -15,7 +15,7 @@ ScenarioResult play(const Scenario& scenario, const module_test::Module& module,
 }
 
 Calls play_undisturbed(const Scenario& scenario, const module_test::Module& module) {
-  FakeHost host;
+  RecordingHost host;
   const ScenarioResult played = play(scenario, module, host, [&] {
     host.record_queries(true);
     host.calls().forget();

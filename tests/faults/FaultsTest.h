@@ -9,7 +9,7 @@
 namespace faults_test {
 
 /// Plays a scenario in a host and lets the plug-in go. Fails the test when something is held or torn afterwards.
-ScenarioResult play(const Scenario& scenario, const module_test::Module& module, test_support::FakeHost& host,
+ScenarioResult play(const Scenario& scenario, const module_test::Module& module, test_support::RecordingHost& host,
                     const Arm& arm);
 
 /// Plays a scenario in which nothing fails, and fails the test when it does not end as it is meant. Answers the calls

@@ -8,8 +8,8 @@
 namespace faults_test {
 namespace {
 
-using test_support::FakeHost;
 using test_support::Fault;
+using test_support::RecordingHost;
 
 /// Every method of the host that the module calls. `Release` and `AddRef` cannot fail.
 const std::set<std::string> called_methods = {
@@ -61,7 +61,7 @@ TEST_P(HostFaults, LeadToTheDocumentedResultAndTearNothing) {
   const Scenario& scenario = GetParam();
   std::size_t sum = 0;
   for (const Fault& fault : faults) {
-    const std::size_t injected = test_support::fail_each_call(fault, [&](FakeHost& host, const Arm& arm) {
+    const std::size_t injected = test_support::fail_each_call(fault, [&](RecordingHost& host, const Arm& arm) {
       const ScenarioResult played = play(scenario, module_, host, arm);
       EXPECT_EQ(scenario.documented(played, host.calls().faulted_calls(), fault), played.answer);
       test_support::take_reports();

@@ -9,15 +9,15 @@ namespace faults_test {
 namespace {
 
 using test_support::FailingMemory;
-using test_support::FakeHost;
 using test_support::FaultDuration;
 using test_support::Memory;
+using test_support::RecordingHost;
 using testing::AnyOf;
 
 /// Plays the scenario without one allocation, or without it and all that follow. Answers whether the module came to it.
 bool play_without(long number, Memory kind, FaultDuration lack, const Scenario& scenario,
                   const module_test::Module& module) {
-  FakeHost host;
+  RecordingHost host;
   std::optional<FailingMemory> memory;
   const ScenarioResult played =
       play(scenario, module, host, [&] { memory.emplace(module.handle(), number, kind, lack); });

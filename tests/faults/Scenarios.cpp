@@ -121,7 +121,7 @@ ScenarioResult play_refused_delete(Session& session) {
 
 ScenarioResult play_delete(Session& session) {
   session.initialize();
-  const DialogScript user({press_on(session, free_rule.id, IDC_DELETE_RULE)}, {}, *free_rule.name);
+  const DialogScript user({press_on(session, free_rule.id, IDC_DELETE_RULE)}, {}, free_rule.name);
   const HRESULT answer = session.command();
   return {answer, false, user.questions() == 1 && user.warnings() == 0};
 }
@@ -139,8 +139,8 @@ ScenarioResult play_refused_name(Session& session) {
     RuleList(list).select_rule(free_rule.id);
     send_click(list, IDC_EDIT_RULE);
   };
-  const DialogScript user({open}, {*free_rule.name, named(used_rule.name->c_str(), entered_rule()),
-                                   *entered_rule().name, [&] { session.arm(); }});
+  const DialogScript user({open}, {free_rule.name, named(used_rule.name.c_str(), entered_rule()), entered_rule().name,
+                                   [&] { session.arm(); }});
   const HRESULT answer = session.command();
   return {answer, user.editors() == 1, user.warnings() == 1};
 }
@@ -172,7 +172,7 @@ ScenarioResult play_show_of(Session& session, long rule_id, Entry entry) {
 }
 
 ScenarioResult play_show(Session& session) {
-  return play_show_of(session, free_rule.id, {*free_rule.name, entered_rule(), {}, {}});
+  return play_show_of(session, free_rule.id, {free_rule.name, entered_rule(), {}, {}});
 }
 
 // How a new rule is saved is a matter of adding it.
@@ -188,8 +188,6 @@ const std::vector<Scenario>& every_scenario() {
   static const Rules unchanged = stored_rules();
   static const Rules edited = with_free_rule_as(entered_rule());
   static const Rules added = with_added(numbered(next_rule_id, entered_rule()));
-  // A storage that cannot be read does not keep the user from saving a name that another rule has.
-  static const Rules edited_to_same_name = with_free_rule_as(named(used_rule.name->c_str(), entered_rule()));
   static const std::vector<Scenario> scenarios = {
       {"Initialize", play_initialize, initialize_result, E_FAIL, {unchanged}},
       {"InitializeWithoutStorage", play_initialize_without_storage, initialize_result, E_FAIL, {unchanged}},
@@ -197,7 +195,7 @@ const std::vector<Scenario>& every_scenario() {
       {"RefusedDelete", play_refused_delete, dialog_result, E_FAIL, {unchanged}},
       {"Delete", play_delete, dialog_result, E_FAIL, {{used_rule}, unchanged}},
       {"Add", play_add, dialog_result, E_FAIL, {added, unchanged}},
-      {"RefusedName", play_refused_name, dialog_result, E_FAIL, {edited, unchanged, edited_to_same_name}},
+      {"RefusedName", play_refused_name, dialog_result, E_FAIL, {edited, unchanged}},
       {"Show", play_show, show_result, E_OUTOFMEMORY, {edited, unchanged}},
       {"ShowNew", play_show_new, show_new_result, E_OUTOFMEMORY, {added, unchanged}},
   };

@@ -7,11 +7,11 @@
 namespace faults_test {
 namespace {
 
-constexpr long menu_command = 501;
+constexpr long menu_command = test_support::first_command_id;
 
 }  // namespace
 
-Session::Session(const module_test::Module& module, test_support::FakeHost& host, Arm arm)
+Session::Session(const module_test::Module& module, test_support::RecordingHost& host, Arm arm)
     : host_(host),
       arm_(std::move(arm)),
       leftovers_(module),

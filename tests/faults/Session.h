@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
-#include "FakeHost.h"
 #include "Module.h"
 #include "ModuleLeakCheck.h"
+#include "RecordingHost.h"
 
 namespace faults_test {
 
@@ -18,7 +18,7 @@ using Arm = std::function<void()>;
 /// One run of a scenario: a plug-in of the built module in a host in memory. `end` gives everything back.
 class Session {
  public:
-  Session(const module_test::Module& module, test_support::FakeHost& host, Arm arm);
+  Session(const module_test::Module& module, test_support::RecordingHost& host, Arm arm);
 
   void arm() const { arm_(); }
   /// From now on the host works again.
@@ -41,7 +41,7 @@ class Session {
  private:
   HRESULT initialize_with(IDispatch* storage);
 
-  test_support::FakeHost& host_;
+  test_support::RecordingHost& host_;
   Arm arm_;
   ModuleLeakCheck leftovers_;
   base::ComPtr<IDispatch> menu_;

@@ -36,7 +36,7 @@ auto documented_answer(const Scenario& scenario, const ScenarioResult& played, c
 
 SystemScenario hosted(const Scenario& scenario) {
   return {scenario.name, [scenario](const Module& module, const Injection& injection) {
-            test_support::FakeHost host;
+            test_support::RecordingHost host;
             const ScenarioResult played = play(scenario, module, host, injection.arm);
             EXPECT_THAT(played.answer, documented_answer(scenario, played, injection.failed()));
           }};

@@ -16,8 +16,8 @@ namespace {
 using faults_test::Session;
 using module_test::Module;
 using test_support::DialogScript;
-using test_support::FakeHost;
 using test_support::HostRule;
+using test_support::RecordingHost;
 
 constexpr int warm_up = 100;
 constexpr int repetitions = 1000;
@@ -59,7 +59,7 @@ class LeaksTest : public testing::Test {
   }
 
   test_support::ScratchRoot user_{HKEY_CURRENT_USER};
-  FakeHost host_;
+  RecordingHost host_;
 };
 
 TEST_F(LeaksTest, AThousandRuleListsLeaveNothing) {
@@ -106,7 +106,7 @@ TEST_F(LeaksTest, AThousandRefillsLeaveNothing) {
 TEST_F(LeaksTest, AThousandLoadsAndUnloadsLeaveNothing) {
   expect_flat([] {
     {
-      FakeHost host;
+      RecordingHost host;
       const Module module;
       Session session(module, host, [] {});
       ASSERT_EQ(S_OK, session.initialize());

@@ -14,7 +14,7 @@ ZD_IMPORT_PROBE(MessageBoxW, MessageBoxProbe);
 namespace list_test {
 namespace {
 
-using test_support::FakeHost;
+using test_support::RecordingHost;
 
 constexpr long used_id = 1;
 constexpr long unused_id = 2;
@@ -25,7 +25,7 @@ const HostRule other = {3, L"other", 9, 0, 1, 7, 0, 3, 2, 1, 1};
 const std::vector<HostRule> rules = {used, unused, other};
 const std::vector<HostSetting> settings = {{L"SHFE", other.name}, {L"CFFEX", used.name}};
 
-bool stored(FakeHost& host, const HostRule& rule) {
+bool stored(RecordingHost& host, const HostRule& rule) {
   return std::count(host.rules().begin(), host.rules().end(), rule) == 1;
 }
 
@@ -41,7 +41,7 @@ class Agreement {
   }
 
   /// Whether as many rules were deleted as the user was asked for, or fewer.
-  bool covers_what_is_gone_from(FakeHost& host) const { return rules.size() - host.rules().size() <= questions_; }
+  bool covers_what_is_gone_from(RecordingHost& host) const { return rules.size() - host.rules().size() <= questions_; }
 
  private:
   MessageBoxProbe boxes_;
@@ -55,7 +55,7 @@ void press_delete_on(const RuleList& list, long rule_id) {
 
 class ListFaults : public testing::TestWithParam<Fault> {
  protected:
-  static StorageBlock block_of(FakeHost& host) {
+  static StorageBlock block_of(RecordingHost& host) {
     StorageBlock block;
     const base::ComPtr<IDispatch> object = host.storage();
     block.storage = base::query<IkvStorage>(object);
@@ -92,20 +92,21 @@ class ListFaults : public testing::TestWithParam<Fault> {
 
 TEST_P(ListFaults, InDeletingNeverCrashLeakOrLoseARule) {
   std::size_t number = 0;
-  const auto failed = test_support::fail_each_call(GetParam(), [&](FakeHost& host, const std::function<void()>& arm) {
-    host.rules() = rules;
-    host.settings() = settings;
-    StorageBlock block = block_of(host);
-    const Agreement user;
-    recorder.reset();
-    arm();
-    EXPECT_EQ(IDCANCEL, delete_both(block));
-    EXPECT_TRUE(stored(host, other));
-    EXPECT_TRUE(user.covers_what_is_gone_from(host));
-    ++number;
-    EXPECT_TRUE(stored(host, used) || !test_support::reports(recorder).empty() ||
-                is_quiet(host.calls().all()[number - 1]));
-  });
+  const auto failed =
+      test_support::fail_each_call(GetParam(), [&](RecordingHost& host, const std::function<void()>& arm) {
+        host.rules() = rules;
+        host.settings() = settings;
+        StorageBlock block = block_of(host);
+        const Agreement user;
+        recorder.reset();
+        arm();
+        EXPECT_EQ(IDCANCEL, delete_both(block));
+        EXPECT_TRUE(stored(host, other));
+        EXPECT_TRUE(user.covers_what_is_gone_from(host));
+        ++number;
+        EXPECT_TRUE(stored(host, used) || !test_support::reports(recorder).empty() ||
+                    is_quiet(host.calls().all()[number - 1]));
+      });
   RecordProperty("failed_calls", static_cast<int>(failed));
   EXPECT_GT(failed, 80u);
 }

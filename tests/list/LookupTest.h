@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "ExpirationRulesListDialog.h"
-#include "FakeHost.h"
 #include "Recorder.h"
+#include "RecordingHost.h"
 #include "Reports.h"
 #include "TextEncoding.h"
 
@@ -44,7 +44,7 @@ class LookupTest : public testing::Test {
   Texts reports() const { return test_support::reports(recorder); }
 
   test_support::Recorder recorder;
-  test_support::FakeHost host;
+  test_support::RecordingHost host;
   StorageBlock block;
   CExpirationRulesListDialog dialog;
 };

@@ -102,7 +102,8 @@ TEST_F(Refill, ShowsBothOfTwoRulesWithOneName) {
 }
 
 TEST_F(Refill, ShowsARuleWithoutAName) {
-  host.rules() = {{1, L"A"}, {2, std::nullopt}};
+  host.rules() = {{1, L"A"}, {2, L"B"}};
+  host.calls().fail("IkvField::GetText(1077)", {S_OK, Fault::Out::null}, 2);
   EXPECT_EQ(Items({{L"", 2}, {L"A", 1}}), shown());
   EXPECT_THAT(reports(), IsEmpty());
 }

@@ -32,13 +32,13 @@ TEST_F(RuleNameLookup, UnknownNumberHasNoName) {
 }
 
 TEST_F(RuleNameLookup, NumberThatIsStoredTwiceHasNoName) {
-  host.rules().push_back({5, L"T"});
+  host.calls().fail("IkvTable::GetRowCount", {S_OK, Fault::Out::number, false, 2});
   EXPECT_EQ("", name_of(5));
   EXPECT_EQ("IkvTable::GetRowCount", calls().back());
 }
 
 TEST_F(RuleNameLookup, NullNameIsEmpty) {
-  host.rules() = {{4, std::nullopt}};
+  host.odd_values()[KVFIELD_RULE_NAME] = {};
   EXPECT_EQ(0U, dialog.expiration_rule_name(4).length());
   EXPECT_THAT(reports(), IsEmpty());
 }

@@ -37,7 +37,7 @@ TEST_F(RuleUsers, ComeInTableOrderWithDuplicates) {
 }
 
 TEST_F(RuleUsers, RuleThatNoSettingNamesHasNone) {
-  host.settings() = {{L"a", L"TF"}, {L"b", L""}, {L"c", std::nullopt}};
+  host.settings() = {{L"a", L"TF"}, {L"b", L""}};
   EXPECT_FALSE(find_users());
   EXPECT_THAT(users, IsEmpty());
   EXPECT_THAT(reports(), IsEmpty());
@@ -55,20 +55,22 @@ TEST_F(RuleUsers, AreFoundByTheNameAsItIs) {
 }
 
 TEST_F(RuleUsers, RuleThatCannotBeReadIsUsedBySettingsThatNameNoRule) {
-  host.settings() = {{L"a", L"IF"}, {L"b", L""}, {L"c", std::nullopt}};
+  host.settings() = {{L"a", L"IF"}, {L"b", L""}, {L"c", L"TF"}};
+  host.calls().fail("IkvField::GetText(1077)", {S_OK, Fault::Out::null}, 3);
   EXPECT_TRUE(find_users(77));
   EXPECT_THAT(users, ElementsAre(L"b", L"c"));
 }
 
 TEST_F(RuleUsers, RuleWithoutANameIsUsedBySettingsThatNameNoRule) {
-  host.rules() = {{rule_id, std::nullopt}};
-  host.settings() = {{L"a", L"IF"}, {L"b", L""}, {L"c", std::nullopt}};
+  host.settings() = {{L"a", L"IF"}, {L"b", L""}};
+  host.calls().fail("IkvField::GetText(1077)", {S_OK, Fault::Out::null});
   EXPECT_TRUE(find_users());
-  EXPECT_THAT(users, ElementsAre(L"b", L"c"));
+  EXPECT_THAT(users, ElementsAre(L"b"));
 }
 
 TEST_F(RuleUsers, SettingWithoutANameCounts) {
-  host.settings() = {{std::nullopt, L"IF"}, {L"", L"IF"}};
+  host.settings() = {{L"a", L"IF"}, {L"", L"IF"}};
+  host.calls().fail("IkvField::GetText(209)", {S_OK, Fault::Out::null});
   EXPECT_TRUE(find_users());
   EXPECT_THAT(users, ElementsAre(L"", L""));
 }
@@ -98,7 +100,8 @@ constexpr RuleUsersLocations locations = {nowhere, nowhere, nowhere};
 
 TEST_F(RuleUsers, TableWithoutTheFieldOfTheRuleHasNone) {
   users.clear();
-  const IkvTablePtr table(host.table({{{KVFIELD_SETTING_NAME, L"a"}}, {{KVFIELD_SETTING_NAME, L"b"}}}), false);
+  const IkvTablePtr table =
+      host.table({{{KVFIELD_SETTING_NAME, L"a"}}, {{KVFIELD_SETTING_NAME, L"b"}}}).GetInterfacePtr();
   collect_rule_users(table, L"", locations, users);
   EXPECT_THAT(users, IsEmpty());
   EXPECT_THAT(reports(), IsEmpty());
@@ -106,7 +109,7 @@ TEST_F(RuleUsers, TableWithoutTheFieldOfTheRuleHasNone) {
 
 TEST_F(RuleUsers, TableWithoutTheFieldOfTheSettingsNameHasNone) {
   users.clear();
-  const IkvTablePtr table(host.table({{{KVFIELD_RULE_NAME, L"IF"}}, {{KVFIELD_RULE_NAME, L"IF"}}}), false);
+  const IkvTablePtr table = host.table({{{KVFIELD_RULE_NAME, L"IF"}}, {{KVFIELD_RULE_NAME, L"IF"}}}).GetInterfacePtr();
   collect_rule_users(table, L"IF", locations, users);
   EXPECT_THAT(users, IsEmpty());
   EXPECT_THAT(reports(), IsEmpty());
@@ -114,7 +117,8 @@ TEST_F(RuleUsers, TableWithoutTheFieldOfTheSettingsNameHasNone) {
 
 TEST_F(RuleUsers, NumberWhereANameShouldBeIsReported) {
   users.clear();
-  const IkvTablePtr table(host.table({{{KVFIELD_RULE_NAME, 7}, {KVFIELD_SETTING_NAME, L"a"}}}), false);
+  host.odd_values()[KVFIELD_RULE_NAME] = 7L;
+  const IkvTablePtr table = host.table({{{KVFIELD_RULE_NAME, L"IF"}, {KVFIELD_SETTING_NAME, L"a"}}}).GetInterfacePtr();
   EXPECT_THROW(collect_rule_users(table, L"IF", locations, users), _com_error);
   EXPECT_THAT(reports(), ElementsAre("ASSERT 80020005 | Some.cpp:1 f"));
 }

@@ -13,8 +13,6 @@ using test_support::Fault;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr long menu_id = 501;
-constexpr long hot_key_id = 502;
 constexpr int rules_list = 201;  // the list control of the dialog
 constexpr char caught[] = "CREATE ERROR  | zdExpirationRulePlugin.cpp:107 DoCommand";
 
@@ -39,7 +37,7 @@ TEST_F(CommandTest, BothIdsOpenTheSameList) {
 
 TEST_F(CommandTest, AnyOtherIdIsRefusedInSilence) {
   initialize();
-  for (const long id : {0L, 1L, -1L, 500L, 503L, LONG_MAX, LONG_MIN}) {
+  for (const long id : {0L, 1L, -1L, menu_id - 1, hot_key_id + 1, LONG_MAX, LONG_MIN}) {
     EXPECT_EQ(E_INVALIDARG, command(id)) << id;
   }
   EXPECT_THAT(take_reports(), IsEmpty());
@@ -113,7 +111,7 @@ TEST_F(CommandTest, ListIsOwnedByTheActiveWindow) {
 }
 
 TEST_F(CommandTest, ListShowsTheHostsRules) {
-  host_.rules() = {{.id = 3, .name = L"IF"}, {.id = 4, .name = L"CU"}};
+  host_.rules() = {{3, L"IF"}, {4, L"CU"}};
   initialize();
   LRESULT items = 0;
   DialogDriver driver([&](HWND dialog) {

@@ -133,7 +133,7 @@ TEST_F(CreationTest, AggregateHoldsTheModuleUntilItsInnerIsReleased) {
 }
 
 TEST_F(CreationTest, AggregateCanBeUsedAsAPlugin) {
-  test_support::FakeHost host;
+  test_support::RecordingHost host;
   const base::ComPtr<IUnknown> inner = create_inner();
   {
     IkvPlugin* plugin = nullptr;

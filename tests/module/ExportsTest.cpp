@@ -103,7 +103,7 @@ TEST(ModuleLifetime, LoadsAndUnloadsAHundredTimesAndLeavesNothing) {
 TEST(ModuleLifetime, LoadsAndUnloadsWithAHostAndLeavesNothing) {
   for (int round = 0; round < 10; ++round) {
     {
-      test_support::FakeHost host;
+      test_support::RecordingHost host;
       const Module module;
       const base::ComPtr<IkvPlugin> plugin = module.plugin();
       EXPECT_EQ(S_OK, plugin->Initialize(host.main_menu(), host.main_menu(), host.main_menu(), host.hot_keys(),

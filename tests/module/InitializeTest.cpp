@@ -96,11 +96,11 @@ TEST_F(InitializeTest, ExistingSubmenuIsUsedAndNoneIsAdded) {
   HMODULE module = LoadLibraryW(L"zdCommonRes.DLL");
   LoadStringW(module, 4028, caption, ARRAYSIZE(caption));
   FreeLibrary(module);
-  host_.submenus().insert(caption);
+  host_.add_submenu(caption);
   EXPECT_EQ(S_OK, initialize());
   EXPECT_THAT(calls().all("IkvMainMenu::AddSubMenu"), IsEmpty());
   EXPECT_EQ(1u, calls().all("IkvSubMenu::AddCommand").size());
-  EXPECT_EQ(1u, host_.submenus().size());
+  EXPECT_EQ(1, host_.submenus());
 }
 
 // Arguments.
@@ -266,7 +266,7 @@ TEST_F(InitializeTest, FailingHostCallIsReportedAndAnswered) {
   for (const Failure& failure : failures()) {
     SCOPED_TRACE(testing::Message() << failure.call << " answers " << std::hex << failure.fault.result);
     plugin_ = module_.plugin();
-    host_.submenus().clear();
+    host_.remove_submenus();
     calls().fail(failure.call, failure.fault);
     EXPECT_EQ(failure.answer, initialize());
     EXPECT_EQ(failure.reports, take_reports());
@@ -279,7 +279,7 @@ TEST_F(InitializeTest, FailedInitializeCanBeRepeated) {
   for (const Failure& failure : failures()) {
     SCOPED_TRACE(testing::Message() << failure.call << " answers " << std::hex << failure.fault.result);
     plugin_ = module_.plugin();
-    host_.submenus().clear();
+    host_.remove_submenus();
     calls().fail(failure.call, failure.fault);
     initialize();
     take_reports();
@@ -309,7 +309,7 @@ TEST_F(InitializeTest, CommandNeedsBothTheMenuItemAndTheHotKey) {
     plugin_ = module_.plugin();
     calls().fail(call, {S_OK, Fault::Out::untouched});
     EXPECT_EQ(S_OK, initialize());
-    EXPECT_EQ(E_FAIL, command(501)) << call;
+    EXPECT_EQ(E_FAIL, command(menu_id)) << call;
     EXPECT_THAT(take_reports(), ElementsAre(caught_command));
   }
 }
@@ -325,8 +325,8 @@ TEST_F(InitializeTest, SecondCallAddsAgainAndHoldsTheNewestObjects) {
   const auto living = host_.living();
   EXPECT_EQ(1, std::count(living.begin(), living.end(), "kvMenuItem with references: 1"));
   EXPECT_EQ(1, std::count(living.begin(), living.end(), "kvHotKey with references: 1"));
-  EXPECT_EQ(E_INVALIDARG, command(501)) << "the id of the first menu item";
-  EXPECT_EQ(E_INVALIDARG, command(502)) << "the id of the first hot key";
+  EXPECT_EQ(E_INVALIDARG, command(menu_id)) << "the id of the first menu item";
+  EXPECT_EQ(E_INVALIDARG, command(hot_key_id)) << "the id of the first hot key";
 }
 
 TEST_F(InitializeTest, SecondCallWithTheSameStorageAsksForItsOtherInterfacesAlone) {
@@ -362,8 +362,8 @@ TEST_F(InitializeTest, SecondCallThatGetsNoMenuItemHoldsTheFirstNoLonger) {
     take_reports();
     ASSERT_EQ(0, living("kvMenuItem"));
     EXPECT_EQ(1, living("kvHotKey"));
-    EXPECT_EQ(E_FAIL, command(501));
-    EXPECT_EQ(E_FAIL, command(502));
+    EXPECT_EQ(E_FAIL, command(menu_id));
+    EXPECT_EQ(E_FAIL, command(hot_key_id));
     EXPECT_THAT(take_reports(), ElementsAre(caught_command, caught_command));
   }
 }
@@ -382,8 +382,8 @@ TEST_F(InitializeTest, SecondCallThatGetsNoHotKeyHoldsTheFirstNoLonger) {
     EXPECT_EQ(S_OK, initialize()) << call;
     ASSERT_EQ(0, living("kvHotKey")) << call;
     EXPECT_EQ(1, living("kvMenuItem")) << call;
-    EXPECT_EQ(E_FAIL, command(501)) << call;
-    EXPECT_EQ(E_FAIL, command(502)) << call;
+    EXPECT_EQ(E_FAIL, command(menu_id)) << call;
+    EXPECT_EQ(E_FAIL, command(hot_key_id)) << call;
     EXPECT_THAT(take_reports(), ElementsAre(caught_command, caught_command));
   }
 }

@@ -69,15 +69,15 @@ TEST_F(LateBoundTest, InitializesThroughInvoke) {
 TEST_F(LateBoundTest, CommandThroughInvokeOpensTheList) {
   initialize();
   DialogDriver driver([](HWND dialog) { test_support::click(dialog, IDCANCEL); });
-  EXPECT_EQ(S_OK, call(object_, L"DoCommand", {_variant_t(501L), _variant_t()}).answer);
+  EXPECT_EQ(S_OK, call(object_, L"DoCommand", {_variant_t(menu_id), _variant_t()}).answer);
   EXPECT_EQ(1, driver.dialogs());
 }
 
 TEST_F(LateBoundTest, HostCallsTheTargetThatItWasGiven) {
   initialize();
-  IDispatch* target = host_.commands().at(501);
+  IDispatch* target = host_.commands().at(menu_id);
   DialogDriver driver([](HWND dialog) { test_support::click(dialog, IDCANCEL); });
-  EXPECT_EQ(S_OK, invoke(target, 3, {_variant_t(502L), _variant_t()}).answer);
+  EXPECT_EQ(S_OK, invoke(target, 3, {_variant_t(hot_key_id), _variant_t()}).answer);
   EXPECT_EQ(1, driver.dialogs());
 }
 
@@ -105,7 +105,7 @@ TEST_F(LateBoundTest, TooFewArgumentsAreRefused) {
   std::vector<_variant_t> five = good_arguments();
   five.pop_back();
   for (const LateBoundResult& called :
-       {call(object_, L"DoCommand"), call(object_, L"DoCommand", {_variant_t(501L)}), call(object_, L"Initialize"),
+       {call(object_, L"DoCommand"), call(object_, L"DoCommand", {_variant_t(menu_id)}), call(object_, L"Initialize"),
         call(object_, L"Initialize", five), call(object_, L"OnSelectionChanged"), call(own_, L"Show")}) {
     EXPECT_TRUE(called.answer == DISP_E_BADPARAMCOUNT || called.answer == DISP_E_PARAMNOTOPTIONAL)
         << std::hex << called.answer;
@@ -125,8 +125,8 @@ TEST_F(LateBoundTest, WrongTypeOfAnArgumentIsRefused) {
 TEST_F(LateBoundTest, ConvertibleArgumentsAreConverted) {
   initialize();
   DialogDriver driver([](HWND dialog) { test_support::click(dialog, IDCANCEL); });
-  EXPECT_EQ(S_OK, call(object_, L"DoCommand", {_variant_t(L"501"), _variant_t()}).answer);
-  EXPECT_EQ(S_OK, call(object_, L"DoCommand", {_variant_t(501.0), _variant_t()}).answer);
+  EXPECT_EQ(S_OK, call(object_, L"DoCommand", {_variant_t(std::to_wstring(menu_id).c_str()), _variant_t()}).answer);
+  EXPECT_EQ(S_OK, call(object_, L"DoCommand", {_variant_t(static_cast<double>(menu_id)), _variant_t()}).answer);
   EXPECT_EQ(2, driver.dialogs());
 }
 
@@ -141,7 +141,7 @@ TEST_F(LateBoundTest, NullObjectsArriveAsNull) {
 
 TEST_F(LateBoundTest, NamedArgumentsAreTaken) {
   initialize();
-  _variant_t values[] = {_variant_t(501L), _variant_t(L"ignored")};
+  _variant_t values[] = {_variant_t(menu_id), _variant_t(L"ignored")};
   DISPID names[] = {0, 1};
   DISPPARAMS parameters = {values, names, 2, 2};
   DialogDriver driver([](HWND dialog) { test_support::click(dialog, IDCANCEL); });

@@ -10,7 +10,7 @@ using test_support::FailingMemory;
 
 class MemoryTest : public HostedTest {
  protected:
-  MemoryTest() { host_.rules() = {{.id = 7, .name = L"IF"}}; }
+  MemoryTest() { host_.rules() = {{7, L"IF"}}; }
 
   /// Runs `action` again and again, failing the first allocation, then the second and so on, until none fails any
   /// more; `action` gets the number of the allocation that fails.
@@ -69,7 +69,7 @@ TEST_F(MemoryTest, CommandWithoutMemoryLeavesNoDialogOpen) {
   initialize();
   DialogDriver driver([](HWND dialog) { test_support::click(dialog, IDCANCEL); });
   with_every_allocation_failing([&](long number) {
-    const HRESULT answer = command(501);
+    const HRESULT answer = command(menu_id);
     EXPECT_TRUE(answer == E_FAIL || answer == S_OK) << "allocation " << number;
     EXPECT_EQ(1u, references(plugin_)) << "allocation " << number;
   });

@@ -3,13 +3,17 @@
 #include <gmock/gmock.h>
 
 #include "ExpectedReports.h"
-#include "FakeHost.h"
 #include "Module.h"
+#include "RecordingHost.h"
 #include "ScratchRoot.h"
 
 namespace module_test {
 
 using test_support::take_reports;
+
+/// The ids of the commands that the first `Initialize` adds.
+inline constexpr long menu_id = test_support::first_command_id;
+inline constexpr long hot_key_id = menu_id + 1;
 
 /// A test with the module loaded. It fails when the module could not be unloaded at its end.
 class ModuleTest : public testing::Test {
@@ -42,7 +46,7 @@ class HostedTest : public testing::Test {
 
   test_support::ScratchRoot user_{HKEY_CURRENT_USER};
   Module module_;
-  test_support::FakeHost host_;
+  test_support::RecordingHost host_;
   base::ComPtr<IDispatch> menu_ = host_.main_menu();
   base::ComPtr<IDispatch> control_bar_ = host_.main_menu();
   base::ComPtr<IDispatch> context_menu_ = host_.main_menu();

@@ -19,7 +19,7 @@ std::string traced(const char* hresult) {
 
 class ShowTest : public HostedTest {
  protected:
-  ShowTest() { host_.rules() = {{.id = 7, .name = L"IF quarter"}}; }
+  ShowTest() { host_.rules() = {{7, L"IF quarter"}}; }
 
   void TearDown() override {
     own_ = nullptr;

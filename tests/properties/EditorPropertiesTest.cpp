@@ -16,7 +16,7 @@ constexpr char offset_is_not_the_spins[] = "ASSERT value == _spin.GetPos() | Spi
 void expect_shown(HWND window, const HostRule& rule) {
   const RuleEditor editor(window);
   const HostRule saved = saved_unchanged(rule);
-  EXPECT_EQ(*rule.name, editor.text(IDC_NAME));
+  EXPECT_EQ(rule.name, editor.text(IDC_NAME));
   EXPECT_EQ(std::to_wstring(rule.roll_offset), editor.text(IDC_OFFSET));
   EXPECT_EQ(saved.day_type, editor.chosen(IDC_DAY_TYPE));
   EXPECT_EQ(rule.day_mode == 0, editor.checked(IDC_DAY_OF_MONTH_MODE));
@@ -50,12 +50,13 @@ TEST_F(HostileNumbers, AreShownAsStoredAndSavedAsTheControlsHoldThem) {
     const HostRule other = any_rule(2);
     if (rule.name == other.name) continue;
     host.rules() = {rule, other};
+    host.calls().fail("IkvExpirationRuleService::update_rule", {S_OK});
     ASSERT_EQ(IDOK, edit(rule.id, [&](HWND editor) {
                 expect_shown(editor, rule);
                 send_click(editor, IDOK);
               }));
     const HostRule saved = saved_unchanged(rule);
-    ASSERT_EQ((std::vector{saved, other}), host.rules());
+    ASSERT_EQ(saved, host.saves().back());
     using Texts = std::vector<std::string>;
     ASSERT_EQ(saved.roll_offset == rule.roll_offset ? Texts() : Texts{offset_is_not_the_spins},
               test_support::take_reports_without_lines());

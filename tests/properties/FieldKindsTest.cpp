@@ -229,17 +229,15 @@ TEST_F(FieldKinds, OfARuleShowAndSaveAsZeroOrEmptyAndARuleWithoutANumberIsSavedA
       HostRule saved = saved_unchanged(read);
       saved.name = L"New";
       make_odd(id);
+      // A host that takes every number.
+      host.calls().fail_all("IkvExpirationRuleService::update_rule", {S_OK});
+      host.calls().fail_all("IkvExpirationRuleService::add_rule", {S_OK, Fault::Out::number, false, 7});
       EXPECT_EQ(IDOK, edit(rule.id, [&](HWND editor) {
-                  EXPECT_EQ(*read.name, test_support::item_text(editor, IDC_NAME));
+                  EXPECT_EQ(read.name, test_support::item_text(editor, IDC_NAME));
                   SetDlgItemTextW(editor, IDC_NAME, L"New");
                   send_click(editor, IDOK);
                 }));
-      if (read.id == rule.id) {
-        EXPECT_EQ((std::vector{saved, other}), host.rules());
-      } else {
-        saved.id = 7;
-        EXPECT_EQ((std::vector{rule, other, saved}), host.rules());
-      }
+      EXPECT_EQ(saved, host.saves().back());
       EXPECT_EQ(is_sound() || kind() == Kind::nothing, reports().empty());
       make_sound();
     }
@@ -254,7 +252,7 @@ TEST_F(FieldKinds, OfTheListShowEmptyNamesAndRulesThatCannotBeChanged) {
       const HostRule read = is_sound() ? rule : as_read(rule, id);
       make_odd(id);
       list([&](HWND window) {
-        EXPECT_THAT(RuleList(window).rows(), ElementsAre(RuleList::Row{*read.name, read.id}));
+        EXPECT_THAT(RuleList(window).rows(), ElementsAre(RuleList::Row{read.name, read.id}));
         for (const int button : {IDC_EDIT_RULE, IDC_DELETE_RULE})
           EXPECT_EQ(read.id > 0, RuleList(window).enabled(button));
       });

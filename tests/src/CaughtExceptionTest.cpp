@@ -7,9 +7,9 @@
 #include "ComObject.h"
 #include "ComPtr.h"
 #include "ExpectedReports.h"
-#include "FakeHost.h"
 #include "ImportProbe.h"
 #include "RaisedException.h"
+#include "RecordingHost.h"
 #include "zdExpirationRulePlugin.h"
 
 ZD_IMPORT_PROBE(CoCreateInstance, CreationProbe);
@@ -24,7 +24,6 @@ using test_support::take_reports;
 using testing::ElementsAre;
 
 constexpr char source[] = "zdExpirationRulePlugin.cpp";
-constexpr long menu_id = 501;
 
 class CaughtException : public testing::Test, public testing::WithParamInterface<RaisedException> {
  protected:
@@ -39,7 +38,7 @@ class CaughtException : public testing::Test, public testing::WithParamInterface
     return plugin->Initialize(menu, menu, menu, host.hot_keys(), registry_path, host.storage());
   }
 
-  test_support::FakeHost host;
+  test_support::RecordingHost host;
   base::ComPtr<IkvPlugin> plugin;
 };
 
@@ -60,7 +59,7 @@ TEST_P(CaughtException, InDoCommandIsReportedAsAnErrorAndAnsweredAsAFailure) {
     GetParam().raise();
     return nullptr;
   });
-  EXPECT_EQ(E_FAIL, plugin->DoCommand(menu_id, VARIANT()));
+  EXPECT_EQ(E_FAIL, plugin->DoCommand(test_support::first_command_id, VARIANT()));
   EXPECT_THAT(take_reports(), ElementsAre(test_support::caught_error(GetParam(), source, 107, "DoCommand")));
 }
 

@@ -14,14 +14,14 @@
 namespace editor_faults_test {
 namespace {
 
-using test_support::FakeHost;
 using test_support::Fault;
 using test_support::HostRule;
+using test_support::RecordingHost;
 using zd_expiration_rule_plugin::CEditExpirationRuleDialog;
 
 constexpr long stored_id = 5;
 
-StorageBlock block_of(FakeHost& host) {
+StorageBlock block_of(RecordingHost& host) {
   StorageBlock block;
   const base::ComPtr<IDispatch> object = host.storage();
   block.storage = base::query<IkvStorage>(object);
@@ -61,31 +61,33 @@ class EditorFaults : public testing::TestWithParam<Fault> {
 };
 
 TEST_P(EditorFaults, InEditingNeverCrashLeakOrTearARule) {
-  const auto failed = test_support::fail_each_call(GetParam(), [](FakeHost& host, const std::function<void()>& arm) {
-    const HostRule other{9, L"Copper", 1, 1, 1, 9, 2, 5, 6, 2, 1};
-    host.rules() = {{stored_id, L"IF"}, other};
-    StorageBlock block = block_of(host);
-    arm();
-    save_as(block, stored_id, L"IF 2");
-    ASSERT_GE(host.rules().size(), 2u);
-    EXPECT_TRUE(host.rules()[0].name == L"IF" || host.rules()[0].name == L"IF 2");
-    EXPECT_EQ(stored_id, host.rules()[0].id);
-    EXPECT_EQ(other, host.rules()[1]);
-  });
+  const auto failed =
+      test_support::fail_each_call(GetParam(), [](RecordingHost& host, const std::function<void()>& arm) {
+        const HostRule other{9, L"Copper", 1, 1, 1, 9, 2, 5, 6, 2, 1};
+        host.rules() = {{stored_id, L"IF"}, other};
+        StorageBlock block = block_of(host);
+        arm();
+        save_as(block, stored_id, L"IF 2");
+        ASSERT_GE(host.rules().size(), 2u);
+        EXPECT_TRUE(host.rules()[0].name == L"IF" || host.rules()[0].name == L"IF 2");
+        EXPECT_EQ(stored_id, host.rules()[0].id);
+        EXPECT_EQ(other, host.rules()[1]);
+      });
   RecordProperty("failed_calls", static_cast<int>(failed));
   EXPECT_GT(failed, 40u);
 }
 
 TEST_P(EditorFaults, InAddingNeverCrashLeakOrTearARule) {
-  const auto failed = test_support::fail_each_call(GetParam(), [](FakeHost& host, const std::function<void()>& arm) {
-    const HostRule other{9, L"Copper", 1, 1, 1, 9, 2, 5, 6, 2, 1};
-    host.rules() = {other};
-    StorageBlock block = block_of(host);
-    arm();
-    save_as(block, 0, L"new");
-    ASSERT_LE(host.rules().size(), 2u);
-    EXPECT_EQ(other, host.rules()[0]);
-  });
+  const auto failed =
+      test_support::fail_each_call(GetParam(), [](RecordingHost& host, const std::function<void()>& arm) {
+        const HostRule other{9, L"Copper", 1, 1, 1, 9, 2, 5, 6, 2, 1};
+        host.rules() = {other};
+        StorageBlock block = block_of(host);
+        arm();
+        save_as(block, 0, L"new");
+        ASSERT_LE(host.rules().size(), 2u);
+        EXPECT_EQ(other, host.rules()[0]);
+      });
   RecordProperty("failed_calls", static_cast<int>(failed));
   EXPECT_GT(failed, 60u);
 }
@@ -96,7 +98,7 @@ TEST(EditorMemory, ThatLacksAtAnyAllocationNeverCrashesLeaksOrTearsARule) {
   const std::wstring new_name = L"another name that is too long for a string itself";
   bool failed = true;
   for (long number = 1; failed; ++number) {
-    FakeHost host;
+    RecordingHost host;
     host.rules() = {{stored_id, L"a name that is too long for a string itself"}};
     const HostRule before = host.rules()[0];
     {
@@ -111,7 +113,7 @@ TEST(EditorMemory, ThatLacksAtAnyAllocationNeverCrashesLeaksOrTearsARule) {
 }
 
 TEST(EditorFailure, ToMakeTheTableOrTheFilterIsThrownByTheConstructor) {
-  FakeHost host;
+  RecordingHost host;
   StorageBlock block = block_of(host);
   for (const char* creation : {"kvTable::CreateInstance", "kvRuleFilter::CreateInstance"}) {
     host.calls().fail(creation, {E_OUTOFMEMORY});

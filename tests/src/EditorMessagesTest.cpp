@@ -109,7 +109,7 @@ TEST_F(EditorMessages, OfATornDownComboAreAssertedAndSaveMinusOne) {
               DestroyWindow(editor.item(IDC_WEEKDAY));
               editor.ok();
             }));
-  EXPECT_EQ(-1, rule().weekday);
+  EXPECT_EQ(-1, host.saves().back().weekday);
   EXPECT_THAT(reports(), testing::Contains(StartsWith("ASSERT ::IsWindow(Combo.m_hWnd) | ")));
 }
 

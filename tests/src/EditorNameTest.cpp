@@ -160,8 +160,8 @@ TEST_F(EditorName, OfARuleWithANegativeNumberFindsItsOwnRowAsADuplicate) {
 }
 
 TEST_F(EditorName, IsNotEqualToARowWithoutAName) {
-  host.rules().back().name.reset();
-  expect_saved(L"Copper");
+  host.odd_values()[KVFIELD_RULE_NAME] = {};
+  expect_saved(L"Zinc");
   EXPECT_THAT(reports(), IsEmpty());
 }
 
@@ -194,12 +194,13 @@ TEST_F(EditorName, IsTakenAsUniqueWhenTheStorageFails) {
     EXPECT_EQ(IDOK, edit([&](Editor& editor) {
                 editor.enter(IDC_NAME, L"Copper");
                 host.calls().fail(step, {RPC_E_DISCONNECTED});
+                host.calls().fail("IkvExpirationRuleService::update_rule", {S_OK});
                 editor.ok();
               }));
     EXPECT_THAT(reports(), ElementsAre("ASSERT 80010108 | EditExpirationRuleDialog.cpp:* find_same_name",
                                        "TRACE HRESULT - 80010108; FILE - EditExpirationRuleDialog.cpp, LINE - * | "
                                        "EditExpirationRuleDialog.cpp:* is_expiration_rule_name_not_unique"));
-    EXPECT_EQ(L"Copper", rule().name);
+    EXPECT_EQ(L"Copper", host.saves().back().name);
   }
 }
 
@@ -226,11 +227,12 @@ TEST_F(EditorName, IsTakenAsUniqueWhenNoTableCanBeMade) {
     EXPECT_EQ(IDOK, edit([&](Editor& editor) {
                 editor.enter(IDC_NAME, L"Copper");
                 host.calls().fail(creation, {E_OUTOFMEMORY});
+                host.calls().fail("IkvExpirationRuleService::update_rule", {S_OK});
                 editor.ok();
               }));
     EXPECT_THAT(reports(), ElementsAre("TRACE HRESULT - 8007000e; FILE - EditExpirationRuleDialog.cpp, LINE - * | "
                                        "EditExpirationRuleDialog.cpp:* is_expiration_rule_name_not_unique"));
-    EXPECT_EQ(L"Copper", rule().name);
+    EXPECT_EQ(L"Copper", host.saves().back().name);
   }
 }
 
@@ -238,9 +240,10 @@ TEST_F(EditorName, IsComparedWithNoRowOfATableThatCannotBeLoaded) {
   EXPECT_EQ(IDOK, edit([&](Editor& editor) {
               editor.enter(IDC_NAME, L"Copper");
               host.calls().fail("IkvExpirationRuleService::load_rules", {E_FAIL});
+              host.calls().fail("IkvExpirationRuleService::update_rule", {S_OK});
               editor.ok();
             }));
-  EXPECT_EQ(L"Copper", rule().name);
+  EXPECT_EQ(L"Copper", host.saves().back().name);
   EXPECT_THAT(reports(), IsEmpty());
 }
 

@@ -9,7 +9,7 @@
 #include "DialogDriver.h"
 #include "EditExpirationRuleDialog.h"
 #include "ExpectedReports.h"
-#include "FakeHost.h"
+#include "RecordingHost.h"
 #include "RuleEditor.h"
 #include "resource.h"
 
@@ -68,7 +68,7 @@ class EditorTest : public testing::Test {
   /// What was reported since the last call. Every test takes all reports: one that is left fails it.
   static std::vector<std::string> reports() { return test_support::take_reports_without_lines(); }
 
-  test_support::FakeHost host;
+  test_support::RecordingHost host;
   StorageBlock block;
 };
 

@@ -6,6 +6,7 @@
 namespace storage_test {
 namespace {
 
+using test_support::HostRule;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -31,7 +32,7 @@ TEST_F(NewRuleRow, IsAppendedAndMadeCurrentAfterTheFieldsAreDeclared) {
 }
 
 TEST_F(NewRuleRow, KeepsTheDayModeOfTheHost) {
-  host.new_row()[KVFIELD_DAY_MODE] = 1;
+  host.odd_values()[KVFIELD_DAY_MODE] = 1;
   const IkvTablePtr row = create();
   EXPECT_EQ(1, GetField<long>(row, KVFIELD_DAY_MODE));
   EXPECT_EQ(0, GetField<long>(row, KVFIELD_RULE_ID));
@@ -45,15 +46,7 @@ TEST_F(NewRuleRow, ThrowsWithoutATable) {
 TEST_F(NewRuleRow, ReportsEveryWriteWhenTheHostAppendsNoRow) {
   host.calls().fail("IkvTable::AppendRow", {E_FAIL});
   const IkvTablePtr row = create();
-  EXPECT_THAT(reports(), ElementsAre("ASSERT 80004005 | zdStorageGetFieldHelper.h:212 SetField",
-                                     "ASSERT 80004005 | zdStorageGetFieldHelper.h:212 SetField",
-                                     "ASSERT 80004005 | zdStorageGetFieldHelper.h:212 SetField",
-                                     "ASSERT 80004005 | zdStorageGetFieldHelper.h:212 SetField",
-                                     "ASSERT 80004005 | zdStorageGetFieldHelper.h:212 SetField",
-                                     "ASSERT 80004005 | zdStorageGetFieldHelper.h:212 SetField",
-                                     "ASSERT 80004005 | zdStorageGetFieldHelper.h:212 SetField",
-                                     "ASSERT 80004005 | zdStorageGetFieldHelper.h:212 SetField",
-                                     "ASSERT 80004005 | zdStorageGetFieldHelper.h:212 SetField"));
+  EXPECT_EQ(std::vector<std::string>(9, "ASSERT 8002000b | zdStorageGetFieldHelper.h:212 SetField"), reports());
 }
 
 TEST_F(NewRuleRow, IsWrittenFurtherAfterAFieldThatFails) {
@@ -65,12 +58,13 @@ TEST_F(NewRuleRow, IsWrittenFurtherAfterAFieldThatFails) {
 
 class SavedRule : public StorageTest {
  protected:
+  /// Each value is another one, which the host refuses.
   SavedRule() {
     rule.RuleName = L"CU";
-    rule.RollOffset = 10;
+    rule.RollOffset = 110;
     rule.DayType = 11;
     rule.DayMode = 12;
-    rule.DayOfMonth = 13;
+    rule.DayOfMonth = 113;
     rule.DayMonth = 14;
     rule.WeekOrdinal = 15;
     rule.Weekday = 16;
@@ -78,23 +72,46 @@ class SavedRule : public StorageTest {
     rule.MoveToNextTradingDay = 18;
   }
 
+  static ExpirationRule storable_rule() {
+    ExpirationRule storable;
+    storable.RuleName = L"IF";
+    storable.RollOffset = 99;
+    storable.DayType = 1;
+    storable.DayMode = 1;
+    storable.DayOfMonth = 31;
+    storable.DayMonth = 2;
+    storable.WeekOrdinal = 5;
+    storable.Weekday = 6;
+    storable.WeekdayMonth = 0;
+    storable.MoveToNextTradingDay = 1;
+    return storable;
+  }
+
   ExpirationRule rule;
 };
 
 TEST_F(SavedRule, IsAddedInTheOrderOfTheRecord) {
   long id = 0;
-  EXPECT_EQ(S_OK, add_rule(block, rule, id));
-  EXPECT_THAT(calls(), ElementsAre("IkvExpirationRuleService::add_rule(\"CU\", 10, 11, 12, 13, 14, 15, 16, 17, 18)"));
-  EXPECT_EQ(1, id);
-  EXPECT_THAT(host.rules(), ElementsAre(test_support::HostRule{1, L"CU", 10, 11, 12, 13, 14, 15, 16, 17, 18}));
+  EXPECT_EQ(E_INVALIDARG, add_rule(block, rule, id));
+  EXPECT_THAT(calls(), ElementsAre("IkvExpirationRuleService::add_rule(\"CU\", 110, 11, 12, 113, 14, 15, 16, 17, 18)"));
 }
 
 TEST_F(SavedRule, IsUpdatedUnderItsNumberInTheOrderOfTheRecord) {
-  host.rules().push_back({7, L"old"});
-  EXPECT_EQ(S_OK, update_rule(block, 7, rule));
+  EXPECT_EQ(E_INVALIDARG, update_rule(block, 7, rule));
   EXPECT_THAT(calls(),
-              ElementsAre("IkvExpirationRuleService::update_rule(7, \"CU\", 10, 11, 12, 13, 14, 15, 16, 17, 18)"));
-  EXPECT_THAT(host.rules(), ElementsAre(test_support::HostRule{7, L"CU", 10, 11, 12, 13, 14, 15, 16, 17, 18}));
+              ElementsAre("IkvExpirationRuleService::update_rule(7, \"CU\", 110, 11, 12, 113, 14, 15, 16, 17, 18)"));
+}
+
+TEST_F(SavedRule, IsStoredUnderTheNumberThatTheHostGivesOrHas) {
+  host.rules() = {{7, L"old"}};
+  EXPECT_EQ(S_OK, update_rule(block, 7, storable_rule()));
+  EXPECT_THAT(host.rules(), ElementsAre(HostRule{7, L"IF", 99, 1, 1, 31, 2, 5, 6, 0, 1}));
+  rule = storable_rule();
+  rule.RuleName = L"CU";
+  long id = 0;
+  EXPECT_EQ(S_OK, add_rule(block, rule, id));
+  EXPECT_EQ(8, id);
+  EXPECT_EQ((HostRule{8, L"CU", 99, 1, 1, 31, 2, 5, 6, 0, 1}), host.rules().back());
 }
 
 TEST_F(SavedRule, KeepsTheNumberThatTheHostDoesNotSet) {
@@ -120,8 +137,8 @@ TEST_F(SavedRule, TravelsWithEveryUnitOfItsName) {
   rule.RuleName = platform::take_string(SysAllocStringLen(odd.data(), static_cast<UINT>(odd.size())));
   long id = 0;
   add_rule(block, rule, id);
-  ASSERT_EQ(1u, host.rules().size());
-  EXPECT_EQ(odd, host.rules()[0].name);
+  ASSERT_EQ(1u, host.saves().size());
+  EXPECT_EQ(odd, host.saves()[0].name);
 }
 
 TEST_F(SavedRule, NeedsARuleService) {

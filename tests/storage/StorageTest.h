@@ -3,8 +3,8 @@
 #include <gmock/gmock.h>
 
 #include "ExpectedReports.h"
-#include "FakeHost.h"
 #include "FieldIds.h"
+#include "RecordingHost.h"
 #include "StorageBlock.h"
 
 namespace storage_test {
@@ -23,12 +23,12 @@ class StorageTest : public testing::Test {
     block.rules = base::query<IkvExpirationRuleService>(object);
   }
 
-  IkvTablePtr table(std::vector<HostRow> rows) { return {host.table(std::move(rows)), false}; }
+  IkvTablePtr table(const std::vector<HostRow>& rows) { return host.table(rows).GetInterfacePtr(); }
   const std::vector<std::string>& calls() { return host.calls().all(); }
   /// What was reported since the last call. Every test takes all reports: one that is left fails it.
   static std::vector<std::string> reports() { return test_support::take_reports(); }
 
-  test_support::FakeHost host;
+  test_support::RecordingHost host;
   StorageBlock block;
 };
 

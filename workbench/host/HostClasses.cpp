@@ -9,34 +9,36 @@
 
 namespace workbench {
 
-namespace {
-
-void register_class(REFCLSID clsid, std::function<IUnknown*()> make, DWORD& cookie) {
-  auto* object = new ClassObject(std::move(make));
-  const HRESULT result = CoRegisterClassObject(clsid, object, CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &cookie);
-  object->Release();
-  _com_util::CheckError(result);
-}
-
-}  // namespace
-
 IDispatch* create_storage_object(std::shared_ptr<RuleStore> store, StoreFailureListener listener) {
   return static_cast<IkvStorage*>(new StorageObject(std::move(store), std::move(listener)));
 }
 
-HostClasses::HostClasses(const std::shared_ptr<RuleStore>& store, const StoreFailureListener& listener) {
+HostClassObjects create_class_objects(const std::shared_ptr<RuleStore>& store, const StoreFailureListener& listener) {
+  const auto class_object = [](std::function<IUnknown*()> create) {
+    return base::ComPtr<IClassFactory>(new ClassObject(std::move(create)), false);
+  };
+  return {{
+      {__uuidof(kvStorage), class_object([=] { return create_storage_object(store, listener); })},
+      {__uuidof(kvTable), class_object([] { return static_cast<IKV_kvudfcom::IkvTable*>(new TableObject); })},
+      {__uuidof(kvRuleFilter), class_object([] { return static_cast<IkvRuleFilter*>(new RuleFilterObject); })},
+  }};
+}
+
+HostClasses::HostClasses(const HostClassObjects& objects) {
   try {
-    register_class(
-        __uuidof(kvStorage), [=] { return create_storage_object(store, listener); }, cookies_[0]);
-    register_class(
-        __uuidof(kvTable), [] { return static_cast<IKV_kvudfcom::IkvTable*>(new TableObject); }, cookies_[1]);
-    register_class(
-        __uuidof(kvRuleFilter), [] { return static_cast<IkvRuleFilter*>(new RuleFilterObject); }, cookies_[2]);
+    for (std::size_t i = 0; i < objects.size(); ++i) {
+      IClassFactory* const factory = objects[i].factory;
+      _com_util::CheckError(
+          CoRegisterClassObject(objects[i].clsid, factory, CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &cookies_[i]));
+    }
   } catch (...) {
     revoke();
     throw;
   }
 }
+
+HostClasses::HostClasses(const std::shared_ptr<RuleStore>& store, const StoreFailureListener& listener)
+    : HostClasses(create_class_objects(store, listener)) {}
 
 HostClasses::~HostClasses() { revoke(); }
 

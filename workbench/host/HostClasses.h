@@ -7,6 +7,7 @@
 #include <functional>
 #include <memory>
 
+#include "ComPtr.h"
 #include "RuleStore.h"
 
 namespace workbench {
@@ -20,11 +21,22 @@ using StoreFailureListener = std::function<void(const StoreError& error, const R
 /// over this store, which it shares. The caller owns the one reference.
 IDispatch* create_storage_object(std::shared_ptr<RuleStore> store, StoreFailureListener listener);
 
-/// While it lives, this process serves the classes `kvStorage`, `kvTable` and `kvRuleFilter` to itself, over this
-/// store. Made and destroyed on a thread whose apartment is initialised. Throws `_com_error` when a class cannot be
-/// registered.
+/// A class of the host and the object that creates its instances.
+struct HostClass {
+  CLSID clsid;
+  base::ComPtr<IClassFactory> factory;
+};
+
+using HostClassObjects = std::array<HostClass, 3>;
+
+/// Creates the class objects of `kvStorage`, `kvTable` and `kvRuleFilter`, in this order, over this store.
+HostClassObjects create_class_objects(const std::shared_ptr<RuleStore>& store, const StoreFailureListener& listener);
+
+/// While it lives, this process serves the host's classes to itself. Constructed and destroyed on a thread whose
+/// apartment is initialised. Throws `_com_error` when a class cannot be registered.
 class HostClasses {
  public:
+  explicit HostClasses(const HostClassObjects& objects);
   HostClasses(const std::shared_ptr<RuleStore>& store, const StoreFailureListener& listener);
   HostClasses(const HostClasses&) = delete;
   HostClasses& operator=(const HostClasses&) = delete;
@@ -33,7 +45,7 @@ class HostClasses {
  private:
   void revoke() noexcept;
 
-  std::array<DWORD, 3> cookies_{};
+  std::array<DWORD, std::tuple_size_v<HostClassObjects>> cookies_{};
 };
 
 }  // namespace workbench

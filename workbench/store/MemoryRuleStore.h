@@ -5,7 +5,7 @@
 namespace workbench {
 
 /// A store that lasts as long as the object.
-class MemoryRuleStore final : public RuleStore {
+class MemoryRuleStore : public RuleStore {
  public:
   std::vector<StoredRule> load_rules() override { return rules_; }
   std::optional<StoredRule> try_load_rule(long number) override;
@@ -17,13 +17,15 @@ class MemoryRuleStore final : public RuleStore {
   void replace_content(const StoreContent& content) override;
   bool poll_for_changes() override { return false; }
 
- private:
-  std::vector<StoredRule>::iterator find_unchanged(long number, std::optional<Revision> expected);
-  void refuse_duplicate(const Rule& rule, long number) const;
-
+ protected:
+  // A derived store may put content here that no client could store.
   std::vector<StoredRule> rules_;  // by ascending number
   std::vector<SymbolSourceSetting> settings_;
   long last_number_ = 0;
+
+ private:
+  std::vector<StoredRule>::iterator find_unchanged(long number, std::optional<Revision> expected);
+  void refuse_duplicate(const Rule& rule, long number) const;
 };
 
 }  // namespace workbench

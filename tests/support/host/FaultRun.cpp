@@ -27,7 +27,7 @@ std::string name_of(HRESULT result) {
 }  // namespace
 
 std::string described(const Fault& fault) {
-  const char* const outs[] = {"untouched", "null", "given"};
+  const char* const outs[] = {"untouched", "null", "given", "a number"};
   return name_of(fault.result) + ", out " + outs[static_cast<int>(fault.out)] + (fault.lasting ? ", from then on" : "");
 }
 
@@ -47,9 +47,9 @@ const std::vector<Fault>& every_fault() {
 }
 
 std::size_t fail_each_call(const Fault& fault,
-                           const std::function<void(FakeHost& host, const std::function<void()>& arm)>& scenario) {
+                           const std::function<void(RecordingHost& host, const std::function<void()>& arm)>& scenario) {
   for (std::size_t number = 1;; ++number) {
-    FakeHost host;
+    RecordingHost host;
     scenario(host, [&] {
       host.record_queries(true);
       host.calls().forget();

@@ -2,7 +2,7 @@
 
 #include <functional>
 
-#include "FakeHost.h"
+#include "RecordingHost.h"
 
 namespace test_support {
 
@@ -20,6 +20,6 @@ std::string described(const Fault& fault);
 /// `QueryInterface` among them. Everything must be released after each run. Stops at the first failure and names the
 /// call. Answers how many calls have been failed.
 std::size_t fail_each_call(const Fault& fault,
-                           const std::function<void(FakeHost& host, const std::function<void()>& arm)>& scenario);
+                           const std::function<void(RecordingHost& host, const std::function<void()>& arm)>& scenario);
 
 }  // namespace test_support

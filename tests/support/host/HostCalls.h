@@ -20,21 +20,23 @@ struct Fault {
     untouched,  ///< the out parameter keeps what the caller put there
     null,       ///< it becomes null or 0
     given,      ///< the work is done all the same, and only the result is another
+    number,     ///< it becomes `number`, if it is a number
   };
   HRESULT result = E_FAIL;
   Out out = Out::untouched;
   bool lasting = false;  ///< for `fail_number`: every later call fails so too, as when the host is gone
+  long number = 0;
 };
 
 /// An argument of a host call as the record of calls shows it: a number, a text in quotes, an object as "object", a
 /// word as it is.
 using HostArgument = std::variant<long, const wchar_t*, IUnknown*, const char*>;
 
-/// Every call that reaches the fake host goes through here: it is recorded as text, as in
+/// Every call that reaches a proxy of the host goes through here: it is recorded as text, as in
 /// `IkvTable::AddField(1025, 0, 0, 0)`, and can be made to fail.
 class HostCalls {
  public:
-  /// Runs one call: records it and answers what `body` answers, or what the fault says that is planned for it. `out` is
+  /// Runs one call: records it and returns what `body` returns, or what the fault says that is planned for it. `out` is
   /// the call's out parameter. An exception of `body` becomes an HRESULT.
   template <class Out, class Body>
   HRESULT call(const char* name, std::initializer_list<HostArgument> arguments, Out* out, const Body& body) noexcept {
@@ -43,6 +45,9 @@ class HostCalls {
       if (!fault) return body();
       if (fault->out == Fault::Out::given) body();
       if (fault->out == Fault::Out::null && out) *out = {};
+      if constexpr (std::is_same_v<Out, long>) {
+        if (fault->out == Fault::Out::number) *out = fault->number;
+      }
       return fault->result;
     });
   }
@@ -55,8 +60,8 @@ class HostCalls {
     return call(name, {}, body);
   }
 
-  /// Does something else inside the next call that matches `pattern`, before that does its work: a host that lets
-  /// messages through.
+  /// Runs `act` inside the next call that matches `pattern`, before that does its work: a host that lets messages
+  /// through.
   void inside(const std::string& pattern, std::function<void()> act) { acts_.push_back({pattern, std::move(act)}); }
 
   /// Every call so far, in order.

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "DialogDriver.h"
-#include "HostState.h"
+#include "HostRule.h"
 
 namespace test_support {
 

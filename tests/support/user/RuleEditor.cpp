@@ -42,7 +42,7 @@ void RuleEditor::enter(int edit, const std::wstring& text) const {
 }
 
 void RuleEditor::fill(const HostRule& rule) const {
-  SetDlgItemTextW(window_, IDC_NAME, rule.name->c_str());
+  SetDlgItemTextW(window_, IDC_NAME, rule.name.c_str());
   SendDlgItemMessageW(window_, IDC_OFFSET_SPIN, UDM_SETPOS, 0, rule.roll_offset);
   const int mode = rule.day_mode == 0 ? IDC_DAY_OF_MONTH_MODE : IDC_WEEKDAY_MODE;
   CheckRadioButton(window_, IDC_DAY_OF_MONTH_MODE, IDC_WEEKDAY_MODE, mode);

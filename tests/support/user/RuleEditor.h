@@ -6,7 +6,7 @@
 #include <string>
 
 #include "Controls.h"
-#include "HostState.h"
+#include "HostRule.h"
 #include "resource.h"
 
 namespace test_support {

@@ -1,28 +1,25 @@
 #pragma once
 
-#include "FakeObject.h"
 #include "HostStorage.h"
+#include "ProxyObject.h"
 
 namespace test_support {
 
-class FakeFilter final : public FakeObject<IkvRuleFilter> {
+class FilterProxy final : public ProxyObject<IkvRuleFilter> {
  public:
-  explicit FakeFilter(std::shared_ptr<HostState> host) : FakeObject(std::move(host), "kvRuleFilter") {}
-
-  bool selects(const HostRule& rule) const noexcept { return rule_id_ == 0 || rule_id_ == rule.id; }
+  FilterProxy(std::shared_ptr<HostState> host, base::ComPtr<IUnknown> filter)
+      : ProxyObject(std::move(host), "kvRuleFilter", std::move(filter)) {}
 
   HRESULT STDMETHODCALLTYPE SetRuleID(long rule_id) noexcept override;
   KV_UNUSED_SLOT(7)
-
- private:
-  long rule_id_ = 0;
 };
 
-/// The storage object with its four interfaces. Works on the rules and settings of its host.
-class FakeStorage final
-    : public FakeObject<IkvStorage, IkvStorageSession, IkvSymbolSourceService, IkvExpirationRuleService> {
+/// The storage object with its four interfaces.
+class StorageProxy final
+    : public ProxyObject<IkvStorage, IkvStorageSession, IkvSymbolSourceService, IkvExpirationRuleService> {
  public:
-  explicit FakeStorage(std::shared_ptr<HostState> host) : FakeObject(std::move(host), "kvStorage") {}
+  StorageProxy(std::shared_ptr<HostState> host, base::ComPtr<IUnknown> storage)
+      : ProxyObject(std::move(host), "kvStorage", std::move(storage)) {}
 
   HRESULT STDMETHODCALLTYPE load_symbol_source_settings(IkvRuleFilter* filter,
                                                         IKV_kvudfcom::IkvTable* table) noexcept override;
@@ -36,10 +33,6 @@ class FakeStorage final
                                         long weekday_month, long move_to_next_trading_day) noexcept override;
   KV_UNUSED_SLOT(8)
   KV_UNUSED_SLOT(9)
-
- private:
-  /// The stored rule with this number, or the end.
-  std::vector<HostRule>::iterator find(long rule_id) noexcept;
 };
 
 }  // namespace test_support

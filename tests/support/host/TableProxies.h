@@ -2,21 +2,18 @@
 
 #include <ocidl.h>
 
-#include "FakeObject.h"
+#include <set>
+
 #include "HostStorage.h"
+#include "ProxyObject.h"
 
 namespace test_support {
 
-/// A table in memory. It is runnable, as an object of a real host may be, so that running it can fail.
-class FakeTable final : public FakeObject<IKV_kvudfcom::IkvTable, IRunnableObject> {
+/// A table of the host. It is runnable, as an object of a real host may be, so that running it can fail.
+class TableProxy final : public ProxyObject<IKV_kvudfcom::IkvTable, IRunnableObject> {
  public:
-  explicit FakeTable(std::shared_ptr<HostState> host) : FakeObject(std::move(host), "kvTable") {}
-
-  /// Puts rows into the table and makes the first one current. The fields are those of the rows.
-  void load(std::vector<HostRow> rows);
-
-  /// A value of the current row; null when there is no current row or no such field.
-  HostValue* value(long field_id);
+  TableProxy(std::shared_ptr<HostState> host, base::ComPtr<IUnknown> table)
+      : ProxyObject(std::move(host), "kvTable", std::move(table)) {}
 
   HRESULT STDMETHODCALLTYPE GetRowCount(long* count) noexcept override;
   HRESULT STDMETHODCALLTYPE GetFieldByID(long field_id, IKV_kvudfcom::IkvField** field) noexcept override;
@@ -47,13 +44,7 @@ class FakeTable final : public FakeObject<IKV_kvudfcom::IkvTable, IRunnableObjec
   HRESULT STDMETHODCALLTYPE SetContainedObject(BOOL) noexcept override { return E_NOTIMPL; }
 
  private:
-  std::set<long> fields_;
-  std::vector<HostRow> rows_;
-  std::size_t current_ = 0;
+  std::shared_ptr<std::set<long>> written_ = std::make_shared<std::set<long>>();  // the fields that a client wrote
 };
-
-/// The row of a stored rule.
-HostRow row_of(const HostRule& rule);
-HostRow row_of(const HostSetting& setting);
 
 }  // namespace test_support

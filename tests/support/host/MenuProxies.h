@@ -1,0 +1,41 @@
+#pragma once
+
+#include "HostMenu.h"
+#include "ProxyObject.h"
+
+namespace test_support {
+
+class MainMenuProxy final : public ProxyObject<IkvMainMenu> {
+ public:
+  MainMenuProxy(std::shared_ptr<HostState> host, base::ComPtr<IUnknown> menu)
+      : ProxyObject(std::move(host), "kvMainMenu", std::move(menu)) {}
+
+  HRESULT STDMETHODCALLTYPE FindSubMenu(BSTR caption, IkvSubMenu** submenu) noexcept override;
+  HRESULT STDMETHODCALLTYPE AddSubMenu(BSTR caption, BSTR hint, long flags, IkvSubMenu** submenu) noexcept override;
+  KV_UNUSED_SLOT(8)
+};
+
+class SubMenuProxy final : public ProxyObject<IkvSubMenu> {
+ public:
+  SubMenuProxy(std::shared_ptr<HostState> host, base::ComPtr<IUnknown> submenu)
+      : ProxyObject(std::move(host), "kvSubMenu", std::move(submenu)) {}
+
+  /// The host below gets a stand-in for the target: when a plug-in's last reference goes is a matter of each test.
+  HRESULT STDMETHODCALLTYPE AddCommand(BSTR caption, long reserved1, long reserved2, long reserved3,
+                                       IUnknown* reserved4, long kind, IDispatch* target,
+                                       IkvMenuItem** item) noexcept override;
+  KV_UNUSED_SLOT(7)
+  KV_UNUSED_SLOT(8)
+  KV_UNUSED_SLOT(9)
+};
+
+class HotKeysProxy final : public ProxyObject<IkvHotKeyCollection> {
+ public:
+  HotKeysProxy(std::shared_ptr<HostState> host, base::ComPtr<IUnknown> hot_keys)
+      : ProxyObject(std::move(host), "kvHotKeyCollection", std::move(hot_keys)) {}
+
+  /// The target as in `AddCommand`.
+  HRESULT STDMETHODCALLTYPE AddHotKey(long flags, long key, IDispatch* target, IDispatch** hot_key) noexcept override;
+};
+
+}  // namespace test_support
