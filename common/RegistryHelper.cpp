@@ -1,7 +1,10 @@
 #include "RegistryHelper.h"
 
+#include <array>
 #include <cstdint>
+#include <cwchar>
 #include <new>
+#include <string_view>
 #include <vector>
 
 #include "ComStrings.h"
@@ -14,13 +17,36 @@ namespace {
 
 constexpr DWORD file_name_size = 1024;
 
+using VersionBlock = std::vector<std::uint8_t>;
+
 /// The version block of a file, as large as the system says; empty when the file has none.
-std::vector<std::uint8_t> version_block_of(const wchar_t* file_name) {
+VersionBlock version_block_of(const wchar_t* file_name) {
   DWORD ignored = 0;
   const DWORD size = GetFileVersionInfoSizeW(file_name, &ignored);
-  std::vector<std::uint8_t> block(size);
+  VersionBlock block(size);
   if (size && !GetFileVersionInfoW(file_name, 0, size, block.data())) block.clear();
   return block;
+}
+
+/// The path of the first translation's texts, with a backslash at its end; empty when the block has no translation.
+std::wstring texts_path_of(const VersionBlock& block) {
+  void* value = nullptr;
+  UINT bytes = 0;
+  if (!VerQueryValueW(block.data(), L"\\VarFileInfo\\Translation", &value, &bytes)) return {};
+  if (bytes < 2 * sizeof(WORD)) return {};
+  const auto* translation = static_cast<const WORD*>(value);
+  std::array<wchar_t, 64> path = {};
+  _snwprintf(path.data(), path.size() - 1, L"\\StringFileInfo\\%04x%04x\\", translation[0], translation[1]);
+  return path.data();
+}
+
+/// The text at this path, up to its first null; empty when there is none.
+std::wstring text_at(const VersionBlock& block, const std::wstring& path) {
+  void* value = nullptr;
+  UINT units = 0;
+  if (!VerQueryValueW(block.data(), path.c_str(), &value, &units)) return {};
+  const std::wstring_view text(static_cast<const wchar_t*>(value), units);
+  return std::wstring(text.substr(0, text.find(L'\0')));
 }
 
 std::wstring process_file_name() {
@@ -39,7 +65,20 @@ VersionRecord read_version_record() {
 }
 
 VersionRecord read_version_record_of(const wchar_t* file_name) {
-  return version_record_in(version_block_of(file_name));
+  const VersionBlock block = version_block_of(file_name);
+  if (block.empty()) return {};
+  const std::wstring texts = texts_path_of(block);
+  if (texts.empty()) return {};
+  VersionRecord record;
+  record.company_name = text_at(block, texts + L"CompanyName");
+  record.product_name = text_at(block, texts + L"ProductName");
+  record.product_version = text_at(block, texts + L"ProductVersion");
+  record.file_description = text_at(block, texts + L"FileDescription");
+  record.file_version = text_at(block, texts + L"FileVersion");
+  record.legal_copyright = text_at(block, texts + L"LegalCopyright");
+  record.registry_company = record.company_name;
+  record.registry_product = record.product_name;
+  return record;
 }
 
 LONG compose_registry_path(BSTR* out, const std::wstring& company, const std::wstring& product) noexcept {
@@ -47,7 +86,7 @@ LONG compose_registry_path(BSTR* out, const std::wstring& company, const std::ws
   if (*out) return E_INVALIDARG;
   if (company.empty() || product.empty()) return ERROR_RESOURCE_DATA_NOT_FOUND;
   try {
-    *out = SysAllocString(settings_path(company, product).c_str());
+    *out = SysAllocString((L"SOFTWARE\\" + company + L"\\" + product).c_str());
   } catch (const std::bad_alloc&) {
     return E_OUTOFMEMORY;
   }

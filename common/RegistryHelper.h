@@ -5,15 +5,27 @@
 
 #include <string>
 
-#include "VersionRecord.h"
-
 namespace zd_common {
+
+/// The texts of an executable's version block; what is missing is empty.
+struct VersionRecord {
+  std::wstring registry_company;
+  std::wstring registry_product;
+  std::wstring company_name;
+  std::wstring product_name;
+  std::wstring product_version;
+  std::wstring file_description;
+  std::wstring file_version;
+  std::wstring legal_copyright;
+};
 
 /// The version record of the process's executable. Throws `std::bad_alloc`.
 VersionRecord read_version_record();
 
-/// The version record of a file, from the first translation of its version block. A file without one gives an empty
-/// record. Throws `std::bad_alloc`.
+/// The version record of a file, from the first translation of its version block; empty when the file has no block or
+/// the block no translation. The system's query reads the block and trusts the lengths in it: the file must be sound,
+/// as the executable of a running process is. Each text ends at the length that the query returns or at its first null.
+/// Throws `std::bad_alloc`.
 VersionRecord read_version_record_of(const wchar_t* file_name);
 
 /// Makes "SOFTWARE\company\product" in `*out`, which must be null before and belongs to the caller afterwards. Answers

@@ -1,30 +1,25 @@
 #include <gmock/gmock.h>
 
-#include <climits>
-#include <cstring>
 #include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
 
-#include "ChildProcess.h"
 #include "ExpectedReports.h"
 #include "ImportProbe.h"
 #include "ModulePath.h"
 #include "RegistryHelper.h"
-#include "VersionBlocks.h"
 
 ZD_IMPORT_PROBE(GetModuleFileNameW, ModuleFileNameProbe);
 ZD_IMPORT_PROBE(GetFileVersionInfoSizeW, VersionSizeProbe);
 ZD_IMPORT_PROBE(GetFileVersionInfoW, VersionProbe);
+ZD_IMPORT_PROBE(VerQueryValueW, VersionQueryProbe);
 
 namespace common_test {
 namespace {
 
 using namespace zd_common;
 using test_support::take_reports;
-
-const Texts all_texts = {
-    {L"CompanyName", L"Some Company"},     {L"ProductName", L"Some Product"}, {L"ProductVersion", L"1.2"},
-    {L"FileDescription", L"\u6D4B\u8BD5"}, {L"FileVersion", L"3.4"},          {L"LegalCopyright", L"\u00A9"},
-    {L"OriginalFilename", L"Nobody asks"}};
 
 std::vector<std::wstring> fields(const VersionRecord& record) {
   return {record.registry_company, record.registry_product, record.company_name, record.product_name,
@@ -33,102 +28,7 @@ std::vector<std::wstring> fields(const VersionRecord& record) {
 
 const std::vector<std::wstring> nothing(8);
 
-/// A version block as the system reads it from a file, whatever it says.
-class VersionRecordOfBlock : public testing::Test {
- protected:
-  VersionRecord read(const Bytes& block) {
-    size.replace([&](LPCWSTR, DWORD*) { return static_cast<DWORD>(block.size()); });
-    version.replace([&](LPCWSTR, DWORD, DWORD length, void* data) {
-      EXPECT_EQ(length, block.size());
-      std::memcpy(data, block.data(), length);
-      return TRUE;
-    });
-    return read_version_record_of(L"any.exe");
-  }
-
-  VersionSizeProbe size;
-  VersionProbe version;
-};
-
-TEST_F(VersionRecordOfBlock, HoldsTheSixTextsAndTwoCopies) {
-  const auto record = read(version_block({string_table(L"080404b0", all_texts)}, translations({0x0804, 0x04B0})));
-  EXPECT_EQ(fields(record), (std::vector<std::wstring>{L"Some Company", L"Some Product", L"Some Company",
-                                                       L"Some Product", L"1.2", L"\u6D4B\u8BD5", L"3.4", L"\u00A9"}));
-}
-
-TEST_F(VersionRecordOfBlock, IsOfTheFirstTranslationOnly) {
-  const auto block = version_block({string_table(L"040904e4", {{L"CompanyName", L"English"}}),
-                                    string_table(L"0c0a04b0", {{L"CompanyName", L"Spanish"}})},
-                                   translations({0x0C0A, 0x04B0, 0x0409, 0x04E4}));
-  EXPECT_EQ(read(block).company_name, L"Spanish");
-}
-
-TEST_F(VersionRecordOfBlock, LooksNowhereElseForWhatTheFirstTranslationLacks) {
-  const auto block = version_block({string_table(L"040904b0", {{L"CompanyName", L"Company"}}),
-                                    string_table(L"080404b0", {{L"ProductName", L"Product"}})},
-                                   translations({0x0409, 0x04B0, 0x0804, 0x04B0}));
-  const auto record = read(block);
-  EXPECT_EQ(record.registry_company, L"Company");
-  EXPECT_EQ(record.registry_product, L"");
-}
-
-TEST_F(VersionRecordOfBlock, LeavesMissingTextsEmpty) {
-  const auto record =
-      read(version_block({string_table(L"080404b0", {{L"FileVersion", L"3.4"}})}, translations({0x0804, 0x04B0})));
-  EXPECT_EQ(record.file_version, L"3.4");
-  EXPECT_EQ(record.company_name, L"");
-  EXPECT_EQ(record.registry_company, L"");
-}
-
-TEST_F(VersionRecordOfBlock, IsEmptyWithoutTranslation) {
-  EXPECT_EQ(fields(read(version_block({string_table(L"080404b0", all_texts)}, {}))), nothing);
-  EXPECT_EQ(fields(read(version_block({string_table(L"080404b0", all_texts)}, translations({})))), nothing);
-  EXPECT_EQ(fields(read(version_block({string_table(L"080404b0", all_texts)}, translations({0x0804})))), nothing);
-}
-
-TEST_F(VersionRecordOfBlock, IsEmptyWhenTheTranslationHasNoTexts) {
-  EXPECT_EQ(fields(read(version_block({string_table(L"040904b0", all_texts)}, translations({0x0804, 0x04B0})))),
-            nothing);
-}
-
-TEST_F(VersionRecordOfBlock, IsEmptyWithoutBlock) {
-  size.fail(0, 0);
-  EXPECT_EQ(fields(read_version_record_of(L"any.exe")), nothing);
-}
-
-TEST_F(VersionRecordOfBlock, IsEmptyWhenTheBlockCannotBeRead) {
-  const Bytes block = version_block({string_table(L"080404b0", all_texts)}, translations({0x0804, 0x04B0}));
-  read(block);
-  version.fail(0, FALSE);
-  EXPECT_EQ(fields(read_version_record_of(L"any.exe")), nothing);
-}
-
-TEST_F(VersionRecordOfBlock, SurvivesTruncationAnywhere) {
-  const Bytes whole = version_block({string_table(L"080404b0", all_texts)}, translations({0x0804, 0x04B0}));
-  for (std::size_t length = 1; length < whole.size(); ++length) {
-    const Bytes truncated(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(length));
-    EXPECT_EQ(fields(read(truncated)), nothing) << length;
-  }
-  EXPECT_NE(fields(read(whole)), nothing);
-}
-
-TEST_F(VersionRecordOfBlock, SurvivesTruncationThatTheBlockDoesNotAdmit) {
-  const Bytes whole = version_block({string_table(L"080404b0", all_texts)}, translations({0x0804, 0x04B0}));
-  for (std::size_t length = 2; length < whole.size(); ++length) {
-    Bytes zeroed = whole;
-    std::fill(zeroed.begin() + static_cast<std::ptrdiff_t>(length), zeroed.end(), std::uint8_t{0});
-    const auto record = read(zeroed);
-    EXPECT_TRUE(record.registry_company.empty() || record.registry_company.find(L"Some") == 0) << length;
-  }
-}
-
-TEST_F(VersionRecordOfBlock, ATextThatTellsTooGreatALengthEndsAtItsEnd) {
-  const Bytes value{'A', 0, 'B', 0, 0, 0};
-  const Bytes table = version_node(L"080404b0", true, {}, 0, {version_node(L"CompanyName", true, value, 0xFFFF)});
-  EXPECT_EQ(read(version_block({table}, translations({0x0804, 0x04B0}))).company_name, L"AB");
-}
-
-/// Real files: copies of a program without resources, under a name that is no ASCII and has spaces.
+/// A copy of a program without resources, under a name with spaces and letters outside ASCII.
 class VersionRecordOfFile : public testing::Test {
  protected:
   VersionRecordOfFile() {
@@ -141,13 +41,22 @@ class VersionRecordOfFile : public testing::Test {
     std::filesystem::remove_all(folder, ignored);
   }
 
-  void add_block(const Bytes& block) {
+  /// Gives the file the version block that is this program's resource of that name.
+  void set_block(const wchar_t* name) {
+    HRSRC resource = FindResourceW(nullptr, name, RT_VERSION);
+    ASSERT_NE(resource, nullptr);
     HANDLE update = BeginUpdateResourceW(file.c_str(), FALSE);
     ASSERT_NE(update, nullptr);
-    Bytes data = block;
-    ASSERT_TRUE(UpdateResourceW(update, RT_VERSION, MAKEINTRESOURCEW(VS_VERSION_INFO), 0, data.data(),
-                                static_cast<DWORD>(data.size())));
+    ASSERT_TRUE(UpdateResourceW(update, RT_VERSION, MAKEINTRESOURCEW(VS_VERSION_INFO), 0,
+                                LockResource(LoadResource(nullptr, resource)), SizeofResource(nullptr, resource)));
     ASSERT_TRUE(EndUpdateResourceW(update, FALSE));
+  }
+
+  VersionRecord read() const { return read_version_record_of(file.c_str()); }
+
+  VersionRecord read(const wchar_t* block) {
+    set_block(block);
+    return read();
   }
 
   const std::filesystem::path folder =
@@ -155,25 +64,102 @@ class VersionRecordOfFile : public testing::Test {
   const std::filesystem::path file = folder / L"\u4E3B\u673A \u00FCber host.exe";
 };
 
-TEST_F(VersionRecordOfFile, IsEmptyWithoutVersionBlock) {
-  EXPECT_EQ(fields(read_version_record_of(file.c_str())), nothing);
+TEST_F(VersionRecordOfFile, HoldsTheSixTextsAndTwoCopies) {
+  EXPECT_EQ(fields(read(L"ALL_TEXTS")),
+            (std::vector<std::wstring>{L"Some Company", L"Some Product", L"Some Company", L"Some Product", L"1.2",
+                                       L"\u6D4B\u8BD5", L"3.4", L"\u00A9"}));
 }
 
-TEST_F(VersionRecordOfFile, IsReadFromAPathWithSpacesAndOtherLetters) {
-  add_block(version_block({string_table(L"080404b0", all_texts)}, translations({0x0804, 0x04B0})));
-  EXPECT_EQ(read_version_record_of(file.c_str()).registry_company, L"Some Company");
+TEST_F(VersionRecordOfFile, IsOfTheFirstTranslationOnly) {
+  EXPECT_EQ(read(L"SECOND_LANGUAGE_FIRST").company_name, L"Spanish");
 }
 
-TEST_F(VersionRecordOfFile, IsEmptyWhenTheBlockIsCutOff) {
-  Bytes block = version_block({string_table(L"080404b0", all_texts)}, translations({0x0804, 0x04B0}));
-  block.resize(block.size() / 2);
-  add_block(block);
-  EXPECT_EQ(fields(read_version_record_of(file.c_str())), nothing);
+TEST_F(VersionRecordOfFile, LooksNowhereElseForWhatTheFirstTranslationLacks) {
+  const VersionRecord record = read(L"PRODUCT_IN_THE_SECOND_TRANSLATION");
+  EXPECT_EQ(record.registry_company, L"Company");
+  EXPECT_EQ(record.registry_product, L"");
+}
+
+TEST_F(VersionRecordOfFile, LeavesMissingTextsEmpty) {
+  const VersionRecord record = read(L"FILE_VERSION_ONLY");
+  EXPECT_EQ(record.file_version, L"3.4");
+  EXPECT_EQ(record.company_name, L"");
+  EXPECT_EQ(record.registry_company, L"");
+}
+
+TEST_F(VersionRecordOfFile, IsEmptyWithoutTranslation) { EXPECT_EQ(fields(read(L"NO_TRANSLATION")), nothing); }
+
+TEST_F(VersionRecordOfFile, IsEmptyWhenTheTranslationHasNoTexts) {
+  EXPECT_EQ(fields(read(L"TRANSLATION_WITHOUT_TEXTS")), nothing);
+}
+
+TEST_F(VersionRecordOfFile, IsEmptyWithoutVersionBlock) { EXPECT_EQ(fields(read()), nothing); }
+
+TEST_F(VersionRecordOfFile, IsEmptyWhenTheBlockCannotBeRead) {
+  VersionProbe version;
+  version.fail(0, FALSE);
+  EXPECT_EQ(fields(read(L"ALL_TEXTS")), nothing);
 }
 
 TEST_F(VersionRecordOfFile, IsEmptyWithoutFile) {
   EXPECT_EQ(fields(read_version_record_of((folder / L"missing.exe").c_str())), nothing);
   EXPECT_EQ(fields(read_version_record_of(L"")), nothing);
+}
+
+/// What the system's query returns for one name of a block; for the others, what the block holds.
+class QueriedVersionValue : public VersionRecordOfFile {
+ protected:
+  QueriedVersionValue() { set_block(L"ALL_TEXTS"); }
+
+  void returns(std::wstring_view path, const void* value, UINT length) {
+    query.replace([=, this](LPCVOID block, LPCWSTR asked, LPVOID* start, PUINT size) {
+      if (asked != path) return query.original(block, asked, start, size);
+      *start = const_cast<void*>(value);
+      *size = length;
+      return TRUE;
+    });
+  }
+
+  static constexpr wchar_t company[] = L"\\StringFileInfo\\080404b0\\CompanyName";
+  VersionQueryProbe query;
+};
+
+TEST_F(QueriedVersionValue, EndsAtTheLengthOfTheQuery) {
+  returns(company, L"ABCDEF", 3);
+  EXPECT_EQ(read().company_name, L"ABC");
+  returns(company, L"ABCDEF", 0);
+  EXPECT_EQ(read().company_name, L"");
+  returns(company, nullptr, 0);
+  EXPECT_EQ(read().company_name, L"");
+}
+
+TEST_F(QueriedVersionValue, EndsAtItsFirstNull) {
+  returns(company, L"AB\0CD", 5);
+  EXPECT_EQ(read().company_name, L"AB");
+}
+
+TEST_F(QueriedVersionValue, IsNoTranslationWhenItIsShorterThanTwoNumbers) {
+  const WORD numbers[] = {0x0804, 0x04B0};
+  for (const UINT bytes : {0U, 2U, 3U}) {
+    returns(L"\\VarFileInfo\\Translation", numbers, bytes);
+    EXPECT_EQ(fields(read()), nothing) << bytes;
+  }
+  returns(L"\\VarFileInfo\\Translation", numbers, 4);
+  EXPECT_NE(fields(read()), nothing);
+}
+
+TEST_F(QueriedVersionValue, OfEachTextIsAskedForInTheOrderOfTheRecord) {
+  std::vector<std::wstring> paths;
+  query.replace([&](LPCVOID block, LPCWSTR path, LPVOID* start, PUINT size) {
+    paths.emplace_back(path);
+    return query.original(block, path, start, size);
+  });
+  read();
+  const std::wstring texts = L"\\StringFileInfo\\080404b0\\";
+  EXPECT_EQ(paths,
+            (std::vector<std::wstring>{L"\\VarFileInfo\\Translation", texts + L"CompanyName", texts + L"ProductName",
+                                       texts + L"ProductVersion", texts + L"FileDescription", texts + L"FileVersion",
+                                       texts + L"LegalCopyright"}));
 }
 
 TEST(ComposedPath, IsMadeOfCompanyAndProductAsTheyAre) {
@@ -266,7 +252,7 @@ class SettingsPathOfFile : public VersionRecordOfFile {
 };
 
 TEST_F(SettingsPathOfFile, IsItsCompanyAndProduct) {
-  add_block(version_block({string_table(L"080404b0", all_texts)}, translations({0x0804, 0x04B0})));
+  set_block(L"ALL_TEXTS");
   EXPECT_EQ(path(), L"SOFTWARE\\Some Company\\Some Product");
 }
 
@@ -275,16 +261,9 @@ TEST_F(SettingsPathOfFile, IsEmptyAfterOneReportWithoutVersionBlock) {
   EXPECT_THAT(take_reports(), testing::ElementsAre(report));
 }
 
-TEST_F(SettingsPathOfFile, IsEmptyAfterOneReportWithoutTranslation) {
-  add_block(version_block({string_table(L"080404b0", all_texts)}, {}));
-  EXPECT_EQ(path(), L"");
-  EXPECT_THAT(take_reports(), testing::ElementsAre(report));
-}
-
-TEST_F(SettingsPathOfFile, IsEmptyAfterOneReportWithoutCompanyOrProduct) {
-  for (const Texts& texts : {Texts{{L"ProductName", L"Some Product"}}, Texts{{L"CompanyName", L"Some Company"}},
-                             Texts{{L"CompanyName", L""}, {L"ProductName", L"Some Product"}}}) {
-    add_block(version_block({string_table(L"080404b0", texts)}, translations({0x0804, 0x04B0})));
+TEST_F(SettingsPathOfFile, IsEmptyAfterOneReportWithoutTranslationCompanyOrProduct) {
+  for (const wchar_t* block : {L"NO_TRANSLATION", L"NO_COMPANY", L"NO_PRODUCT", L"EMPTY_COMPANY"}) {
+    set_block(block);
     EXPECT_EQ(path(), L"");
     EXPECT_THAT(take_reports(), testing::ElementsAre(report));
   }

@@ -3,8 +3,6 @@
 #include "RuleDescription.h"
 #include "RuleMessages.h"
 #include "RuleName.h"
-#include "VersionBlocks.h"
-#include "VersionRecord.h"
 
 namespace {
 
@@ -67,41 +65,28 @@ void messages(Input input) {
   expect(confirm_delete_text(L"<%s>", name) == L"<" + name.substr(0, name.find(L'\0')) + L">");
 }
 
-/// Sound bytes or units, some of which the input replaces.
-template <class Units>
-Units damaged(Units units, Input& input) {
+/// The script, of which the input replaces some units.
+std::wstring damaged(std::wstring script, Input& input) {
   for (unsigned left = input.take<std::uint8_t>() % 16; left > 0; --left) {
-    const std::size_t position = input.take<std::uint16_t>() % units.size();
-    units[position] = static_cast<typename Units::value_type>(input.take<std::uint16_t>());
+    const std::size_t position = input.take<std::uint16_t>() % script.size();
+    script[position] = static_cast<wchar_t>(input.take<std::uint16_t>());
   }
-  return units;
+  return script;
 }
 
-const common_test::Bytes sound_block = common_test::version_block(
-    {common_test::string_table(L"080404b0", {{L"CompanyName", L"Company"}, {L"ProductName", L"Product"}})},
-    common_test::translations({0x0804, 0x04B0}));
 const std::wstring sound_script =
     L"HKCR { NoRemove CLSID { ForceRemove '%ID%' = s 'it''s' { val Flags = d 12 val M = s x } } }";
 
-void version_record(std::span<const std::uint8_t> block) {
-  const auto record = zd_common::version_record_in(block);
-  expect(2 * record.company_name.size() <= block.size());
-  expect(zd_common::settings_path(record.company_name, record.product_name).size() ==
-         10 + record.company_name.size() + record.product_name.size());
-}
-
 }  // namespace
 
-/// Any bytes as a registration script, a name, the texts of a sentence and of messages, and a version block.
+/// Any bytes as a registration script, a name, and the texts of a sentence and of messages.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const Input input(data, size);
   scripts(input);
   names(Input(input).take_text());
   sentence(input);
   messages(input);
-  version_record(input.left());
   Input damage(input);
-  version_record(damaged(sound_block, damage));
   read_script(damaged(sound_script, damage));
   return 0;
 }

@@ -1,7 +1,6 @@
 #pragma once
 
-// What the arithmetic of windows and the making of version blocks need of the platform's header, for a machine that has
-// none.
+// What the arithmetic of windows needs of the platform's header, for a machine that has none.
 
 #include <algorithm>
 #include <cstdint>
@@ -48,12 +47,6 @@ struct WINDOWPLACEMENT {
   RECT rcNormalPosition;
 };
 
-struct VS_FIXEDFILEINFO {
-  DWORD dwSignature;
-  DWORD others[12];
-};
-
-inline constexpr DWORD VS_FFI_SIGNATURE = 0xFEEF04BD;
 inline constexpr UINT SWP_NOSIZE = 0x1;
 inline constexpr UINT SWP_NOMOVE = 0x2;
 inline constexpr UINT SWP_NOZORDER = 0x4;

@@ -118,6 +118,7 @@ const std::vector<ReplacedFunction>& failing_functions() {
       ZD_FAILING(LoadStringW, 0),
       ZD_FAILING(GetFileVersionInfoSizeW, 0),
       ZD_FAILING(GetFileVersionInfoW, FALSE),
+      ZD_FAILING(VerQueryValueW, FALSE),
 
       ZD_FAILING(CoCreateInstance, no_class),
       ZD_FAILING(OleRun, no_class),
