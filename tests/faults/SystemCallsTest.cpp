@@ -110,6 +110,8 @@ const Names harmless = {
     "VarI4FromStr",
     "VariantInit",
     "WaitForSingleObject",
+    // Linked with its counterpart; the module calls only that one.
+    "WideCharToMultiByte",
     "WindowFromDC",
     "lstrcmpW",
 };
