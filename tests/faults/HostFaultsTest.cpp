@@ -1,7 +1,7 @@
 #include <cstdio>
 #include <set>
 
-#include "DocumentedNumbers.h"
+#include "Depth.h"
 #include "FaultRun.h"
 #include "FaultsTest.h"
 
@@ -59,7 +59,6 @@ using HostFaults = FaultsTest;
 
 TEST_P(HostFaults, LeadToTheDocumentedResultAndTearNothing) {
   const Scenario& scenario = GetParam();
-  std::size_t sum = 0;
   for (const Fault& fault : faults) {
     const std::size_t injected = test_support::fail_each_call(fault, [&](RecordingHost& host, const Arm& arm) {
       const ScenarioResult played = play(scenario, module_, host, arm);
@@ -68,10 +67,9 @@ TEST_P(HostFaults, LeadToTheDocumentedResultAndTearNothing) {
     });
     if (HasFailure()) return;
     std::printf("[ faults ] %s: %s: %zu\n", scenario.name, test_support::described(fault).c_str(), injected);
-    EXPECT_EQ(documented_number("How many", scenario.name, 0), injected);
-    sum += injected;
+    EXPECT_GT(injected, 0u);
+    if (!test_support::deep()) return;
   }
-  EXPECT_EQ(documented_number("How many", scenario.name, 1), sum);
 }
 
 INSTANTIATE_TEST_SUITE_P(Of, HostFaults, testing::ValuesIn(every_scenario()),

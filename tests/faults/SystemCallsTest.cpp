@@ -1,7 +1,6 @@
 #include <map>
 #include <set>
 
-#include "DocumentedNumbers.h"
 #include "FailingMemory.h"
 #include "FailingSystem.h"
 #include "FaultsTest.h"
@@ -150,8 +149,6 @@ TEST(SystemCalls, OfTheModuleFailInAScenarioOrInTheirRoom) {
     visited.insert(system.calls().begin(), system.calls().end());
     test_support::take_reports();
   }
-  EXPECT_EQ(documented_number("System faults", "scenarios", 0), visited.size());
-  EXPECT_EQ(documented_number("System faults", "rooms", 0), failed_in_their_rooms.size());
   for (const auto& [function, test] : failed_in_their_rooms) {
     EXPECT_TRUE(visited.insert(function).second) << function << " fails in a scenario too";
   }

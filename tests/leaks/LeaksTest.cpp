@@ -2,6 +2,7 @@
 
 #include <functional>
 
+#include "Depth.h"
 #include "DialogScript.h"
 #include "ExpectedReports.h"
 #include "Footprint.h"
@@ -20,7 +21,7 @@ using test_support::HostRule;
 using test_support::RecordingHost;
 
 constexpr int warm_up = 100;
-constexpr int repetitions = 1000;
+const int repetitions = test_support::repetitions(1000, 100);
 // The heap takes memory from the system in steps of this size, and one may come late.
 constexpr std::size_t heap_step = std::size_t{64} * 1024;
 
@@ -62,7 +63,7 @@ class LeaksTest : public testing::Test {
   RecordingHost host_;
 };
 
-TEST_F(LeaksTest, AThousandRuleListsLeaveNothing) {
+TEST_F(LeaksTest, ManyRuleListsLeaveNothing) {
   repeat([](Session& session) {
     const DialogScript user({});
     ASSERT_EQ(S_OK, session.command());
@@ -70,7 +71,7 @@ TEST_F(LeaksTest, AThousandRuleListsLeaveNothing) {
   });
 }
 
-TEST_F(LeaksTest, AThousandEditorsLeaveNothing) {
+TEST_F(LeaksTest, ManyEditorsLeaveNothing) {
   repeat([](Session& session) {
     const DialogScript user({}, {L"another name", {}, {}, {}});
     ASSERT_EQ(S_OK, session.show(stored_rule.id));
@@ -78,7 +79,7 @@ TEST_F(LeaksTest, AThousandEditorsLeaveNothing) {
   });
 }
 
-TEST_F(LeaksTest, AThousandRefillsLeaveNothing) {
+TEST_F(LeaksTest, ManyRefillsLeaveNothing) {
   const std::vector<HostRule> both = {stored_rule, other_rule};
   const Module module;
   Session session(module, host_, [] {});
@@ -103,7 +104,7 @@ TEST_F(LeaksTest, AThousandRefillsLeaveNothing) {
   session.end();
 }
 
-TEST_F(LeaksTest, AThousandLoadsAndUnloadsLeaveNothing) {
+TEST_F(LeaksTest, ManyLoadsAndUnloadsLeaveNothing) {
   expect_flat([] {
     {
       RecordingHost host;

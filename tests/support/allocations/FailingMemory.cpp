@@ -9,20 +9,9 @@
 namespace test_support {
 namespace {
 
-long countdown = 0;
-bool for_good = false;
-bool failed = false;
+FaultCounter allocations;
 
-bool strikes() {
-  if (countdown == 0) return false;
-  if (countdown > 1) {
-    --countdown;
-    return false;
-  }
-  countdown = for_good ? 1 : 0;
-  failed = true;
-  return true;
-}
+bool strikes() { return allocations.strikes(); }
 
 void* failing_malloc(std::size_t size) { return strikes() ? nullptr : std::malloc(size); }
 
@@ -67,22 +56,20 @@ const Function allocators[] = {
 
 }  // namespace
 
-FailingMemory::FailingMemory(HMODULE module, long number, Memory kind, FaultDuration lack) {
+FailingMemory::FailingMemory(HMODULE module, std::size_t number, Memory kind, FaultDuration duration) {
   for (const Function& function : allocators) {
     const bool is_meant = kind == Memory::any || kind == function.kind;
     if (is_meant && imports(module, function.name)) patches_.emplace_back(module, function.name, function.failing);
   }
   if (patches_.empty()) throw std::runtime_error("the module imports no function that allocates so");
-  failed = false;
-  countdown = number;
-  for_good = lack == FaultDuration::lasting;
+  allocations.arm(number, duration);
 }
 
 FailingMemory::~FailingMemory() { clear_faults(); }
 
-void FailingMemory::clear_faults() { countdown = 0; }
+void FailingMemory::clear_faults() { allocations.clear_faults(); }
 
-bool FailingMemory::has_failed() const { return failed; }
+bool FailingMemory::has_failed() const { return allocations.has_failed(); }
 
 std::set<std::string> FailingMemory::functions() {
   std::set<std::string> names;

@@ -6,7 +6,7 @@
 #include <set>
 #include <string>
 
-#include "FaultDuration.h"
+#include "FaultLoop.h"
 #include "ImportPatch.h"
 
 namespace test_support {
@@ -23,7 +23,8 @@ enum class Memory {
 class FailingMemory {
  public:
   /// Throws `std::runtime_error` when the module imports no function that allocates so.
-  FailingMemory(HMODULE module, long number, Memory kind = Memory::any, FaultDuration lack = FaultDuration::once);
+  FailingMemory(HMODULE module, std::size_t number, Memory kind = Memory::any,
+                FaultDuration duration = FaultDuration::once);
   ~FailingMemory();
   FailingMemory(const FailingMemory&) = delete;
   FailingMemory& operator=(const FailingMemory&) = delete;

@@ -3,16 +3,14 @@
 #include <cstdlib>
 #include <new>
 
+#include "FaultLoop.h"
+
 namespace {
 
-long countdown = 0;
-bool failed = false;
+test_support::FaultCounter counter;
 
 void* allocate(std::size_t size) {
-  if (countdown > 0 && --countdown == 0) {
-    failed = true;
-    throw std::bad_alloc();
-  }
+  if (counter.strikes()) throw std::bad_alloc();
   if (void* block = std::malloc(size != 0 ? size : 1)) return block;
   throw std::bad_alloc();
 }
@@ -28,15 +26,12 @@ void operator delete[](void* block, std::size_t) noexcept { std::free(block); }
 
 namespace test_support {
 
-FailingNew::FailingNew(long number) {
-  failed = false;
-  countdown = number;
-}
+FailingNew::FailingNew(std::size_t number) { counter.arm(number); }
 
-FailingNew::~FailingNew() { countdown = 0; }
+FailingNew::~FailingNew() { counter.clear_faults(); }
 
-void FailingNew::fail_next() { countdown = 1; }
+void FailingNew::fail_next() { counter.arm(1); }
 
-bool FailingNew::has_failed() const { return failed; }
+bool FailingNew::has_failed() const { return counter.has_failed(); }
 
 }  // namespace test_support

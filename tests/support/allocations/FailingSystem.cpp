@@ -15,13 +15,11 @@ namespace {
 
 std::vector<std::string> recorded;
 std::set<std::string> failures;
-std::size_t fatal_number = 0;
-bool goes_on = false;
+FaultCounter counter;
 
 bool strikes(const char* function) {
   recorded.emplace_back(function);
-  const std::size_t number = recorded.size();
-  if (fatal_number == 0 || number < fatal_number || (number > fatal_number && !goes_on)) return false;
+  if (!counter.strikes()) return false;
   failures.insert(function);
   SetLastError(ERROR_NOT_ENOUGH_MEMORY);
   return true;
@@ -141,14 +139,13 @@ FailingSystem::FailingSystem(HMODULE module) {
 
 FailingSystem::~FailingSystem() { clear_faults(); }
 
-void FailingSystem::arm(std::size_t number, FaultDuration lack) {
+void FailingSystem::arm(std::size_t number, FaultDuration duration) {
   recorded.clear();
   failures.clear();
-  fatal_number = number;
-  goes_on = lack == FaultDuration::lasting;
+  counter.arm(number, duration);
 }
 
-void FailingSystem::clear_faults() { fatal_number = 0; }
+void FailingSystem::clear_faults() { counter.clear_faults(); }
 
 const std::vector<std::string>& FailingSystem::calls() const { return recorded; }
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "FaultDuration.h"
+#include "FaultLoop.h"
 #include "ImportPatch.h"
 
 namespace test_support {
@@ -24,7 +24,7 @@ class FailingSystem {
   FailingSystem& operator=(const FailingSystem&) = delete;
 
   /// The calls count from now on, and the `number`th fails, counted from 1; 0 fails none.
-  void arm(std::size_t number, FaultDuration lack = FaultDuration::once);
+  void arm(std::size_t number, FaultDuration duration = FaultDuration::once);
   /// From now on nothing fails.
   void clear_faults();
 

@@ -2,6 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
+
+#include "Depth.h"
+#include "FaultLoop.h"
+
 namespace test_support {
 namespace {
 
@@ -31,40 +36,34 @@ std::string described(const Fault& fault) {
   return name_of(fault.result) + ", out " + outs[static_cast<int>(fault.out)] + (fault.lasting ? ", from then on" : "");
 }
 
-const std::vector<Fault>& every_fault() {
+std::vector<Fault> faults_to_inject() {
   using Out = Fault::Out;
-  static const std::vector<Fault> faults = {{E_FAIL, Out::untouched},
-                                            {E_FAIL, Out::null},
-                                            {E_OUTOFMEMORY, Out::untouched},
-                                            {E_NOINTERFACE, Out::null},
-                                            {RPC_E_DISCONNECTED, Out::untouched},
-                                            {S_FALSE, Out::untouched},
-                                            {S_FALSE, Out::null},
-                                            {S_FALSE, Out::given},
-                                            {S_OK, Out::untouched},
-                                            {S_OK, Out::null}};
-  return faults;
+  const std::vector<Fault> faults = {{E_FAIL, Out::untouched},
+                                     {E_FAIL, Out::null},
+                                     {E_OUTOFMEMORY, Out::untouched},
+                                     {E_NOINTERFACE, Out::null},
+                                     {RPC_E_DISCONNECTED, Out::untouched},
+                                     {S_FALSE, Out::untouched},
+                                     {S_FALSE, Out::null},
+                                     {S_FALSE, Out::given},
+                                     {S_OK, Out::untouched},
+                                     {S_OK, Out::null}};
+  return deep() ? faults : std::vector(1, faults.front());
 }
 
 std::size_t fail_each_call(const Fault& fault,
                            const std::function<void(RecordingHost& host, const std::function<void()>& arm)>& scenario) {
-  for (std::size_t number = 1;; ++number) {
+  return fail_each_call([&](std::size_t number) -> std::optional<std::string> {
     RecordingHost host;
     scenario(host, [&] {
       host.record_queries(true);
       host.calls().forget();
       host.calls().fail_number(number, fault);
     });
-    const std::vector<std::string>& calls = host.calls().all();
-    const bool faulted_calls = !host.calls().faulted_calls().empty();
     for (const std::string& object : host.living()) ADD_FAILURE() << "not released: " << object;
-    if (testing::Test::HasFailure()) {
-      ADD_FAILURE() << "when call " << number << " fails: " << (faulted_calls ? calls[number - 1] : "none") << " with "
-                    << described(fault);
-      return number - 1;
-    }
-    if (!faulted_calls) return number - 1;
-  }
+    if (host.calls().faulted_calls().empty()) return std::nullopt;
+    return host.calls().all()[number - 1] + " with " + described(fault);
+  });
 }
 
 }  // namespace test_support

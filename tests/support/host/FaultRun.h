@@ -6,8 +6,8 @@
 
 namespace test_support {
 
-/// What a host can answer instead of doing its work.
-const std::vector<Fault>& every_fault();
+/// What a host can do instead of its work: every kind of it in a deep run, one kind otherwise.
+std::vector<Fault> faults_to_inject();
 
 /// What a host answers that is gone: every call fails from one on.
 inline constexpr Fault lost_host = {RPC_E_DISCONNECTED, Fault::Out::untouched, true};
@@ -15,10 +15,8 @@ inline constexpr Fault lost_host = {RPC_E_DISCONNECTED, Fault::Out::untouched, t
 /// A fault in words, as in "E_FAIL, out untouched".
 std::string described(const Fault& fault);
 
-/// Runs `scenario` again and again on a new host, and each time has another call of the host fail: the first, the
-/// second and so on, until none fails in a run. The scenario calls `arm` when the calls are to count from,
-/// `QueryInterface` among them. Everything must be released after each run. Stops at the first failure and names the
-/// call. Answers how many calls have been failed.
+/// Plays `scenario` again and again on a new host, each time with another call of the host failing. The scenario calls
+/// `arm` when the calls are to count from, `QueryInterface` among them. Everything must be released after each run.
 std::size_t fail_each_call(const Fault& fault,
                            const std::function<void(RecordingHost& host, const std::function<void()>& arm)>& scenario);
 
