@@ -40,7 +40,7 @@ Bstr format_text_list(const wchar_t* format, va_list arguments) noexcept;
 /// The text of a narrow printf format, widened from the code page of the runtime; null when out of memory.
 Bstr format_narrow_text(const char* format, ...) noexcept __attribute__((format(ms_printf, 1, 2)));
 
-/// A record of the diagnostics library that is filled field by field. A record that could not be created swallows its
+/// A record of the diagnostics library that is filled field by field. A record that could not be created ignores its
 /// fields. Nothing here throws; a field that the library refuses is left out.
 class DebugRecord {
  public:
@@ -50,7 +50,7 @@ class DebugRecord {
   DebugRecord(const DebugRecord&) = delete;
   DebugRecord& operator=(const DebugRecord&) = delete;
 
-  /// The answer to "CREATE"; E_FAIL when the library answered success without a record.
+  /// The result of "CREATE"; E_FAIL when the library returned success without a record.
   HRESULT status() const noexcept { return status_; }
   /// Null when the record was not created. The record stays the owner.
   IKV_SnagtrapUtil::IDebugObject* get() const noexcept { return record_; }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <stdexcept>
 #include <string_view>
 
 namespace SnagtrapUtil {
@@ -64,12 +66,14 @@ inline constexpr FixedReport fixed_reports[] = {
     {"ResizableMsgSupport.h", 48, ReportKind::assertion, L"uRegisterdWMU_RESIZESUPPORT != 0"},
 };
 
-/// The row of a file and line; a pair that has no row does not compile.
-consteval FixedReport fixed_report(std::string_view file, int line) {
+/// The index of the row with this file and line. Constant expressions only: a pair without a row does not compile.
+constexpr std::size_t fixed_report_row(std::string_view file, int line) {
+  std::size_t row = 0;
   for (const FixedReport& report : fixed_reports) {
-    if (report.line == line && report.file == file) return report;
+    if (report.line == line && report.file == file) return row;
+    ++row;
   }
-  throw "fixed_reports has no row of this file and line";
+  throw std::logic_error("fixed_reports has no row of this file and line");
 }
 
 }  // namespace SnagtrapUtil

@@ -27,7 +27,7 @@ constexpr UINT exit_code = static_cast<UINT>(-1);
   __builtin_unreachable();
 }
 
-/// Makes a reporter, lets `report` use it and acts on the answer. A reporter that cannot be made drops the report.
+/// Creates a reporter, lets `report` use it and acts on the answer. A reporter that cannot be created drops the report.
 template <class Reporter, class Report>
 void report_with(const SourceLocation& location, const Report& report) noexcept {
   HRESULT answer = E_FAIL;

@@ -13,7 +13,7 @@ using IKV_SnagtrapUtil::IDebugObject;
 static_assert(sizeof(EXCEPTION_RECORD) == 152);
 static_assert(CONTEXT_FULL == 0x10000B);
 
-/// An exception without a cause, made to carry a thread context.
+/// An empty exception that carries a thread context.
 struct ContextCarrier {
   explicit ContextCarrier(CONTEXT* context) noexcept { pointers.ContextRecord = context; }
   ContextCarrier(const ContextCarrier&) = delete;
@@ -45,8 +45,9 @@ void TracerClass::fill_function(DebugRecord& record) const noexcept {
 
 HRESULT TracerClass::process(const DebugRecord& record) noexcept {
   if (FAILED(record.status())) {
+    // The result of "CREATE" is no answer of the user: E_ABORT from it must not end the process.
     status_ = record.status();
-    return status_;
+    return E_FAIL;
   }
   return client_.command(L"PROCESS", record.get());
 }
@@ -139,7 +140,7 @@ HRESULT report_structured_exception(EXCEPTION_POINTERS* pointers) {
   record.text(L"$Type", L"ERROR");
   record.ui4(L"Thread ID", GetCurrentThreadId());
   fill_exception_pointers(record, pointers);
-  if (FAILED(record.status())) return record.status();
+  if (FAILED(record.status())) return E_FAIL;
   return client.command(L"PROCESS", record.get());
 }
 

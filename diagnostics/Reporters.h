@@ -23,9 +23,9 @@ struct TraceDetails {
   double total_time = 0;  ///< seconds
 };
 
-/// The reporters are made on the stack at the place of report. Each initialises the client at its first report, drops
-/// the report when there is no library, and leaves the thread's last-error value as it was. Answers are those of the
-/// library: 1 to debug, E_ABORT to end the process, anything else to go on; E_FAIL when the report was dropped.
+/// The reporters are created on the stack where the report is made. Each initialises the client at its first report,
+/// drops the report when there is no library, and leaves the thread's last-error value as it was. Answers are those of
+/// the library: 1 to debug, E_ABORT to end the process, anything else to go on; E_FAIL when the report was dropped.
 /// Constructors may throw what `snagtrap_client` throws; reports do not throw.
 class TracerClass {
  public:
@@ -36,10 +36,10 @@ class TracerClass {
   /// Sends a record of kind "TRACE".
   HRESULT trace(std::wstring_view message, const TraceDetails& details = {}) noexcept;
 
-  /// Traces a message made by a wide printf format, in which %s takes wide text.
+  /// Traces a message formatted by a wide printf format, in which %s takes wide text.
   HRESULT report(const wchar_t* format, ...) noexcept;
 
-  /// The failing answer to the last "CREATE", S_OK when there was none.
+  /// The failing result of the last "CREATE", S_OK when there was none.
   HRESULT status() const noexcept { return status_; }
 
  protected:

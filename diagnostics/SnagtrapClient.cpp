@@ -44,7 +44,7 @@ HMODULE load_registered_library() noexcept {
 }
 
 // The library is never freed: other modules of the host share it, and it may own threads. One that is loaded already is
-// held too, so that it cannot go while its root object is in use.
+// held too, so that it cannot be unloaded while its root object is in use.
 HMODULE find_library() noexcept {
   HMODULE loaded = nullptr;
   if (GetModuleHandleExW(0, library_name, &loaded)) return loaded;
@@ -133,14 +133,14 @@ HRESULT SnagtrapInitializer::command(const wchar_t* word, IDebugObject* record, 
   const base::ScopedCriticalSection lock(section_);
   if (!root_) return E_FAIL;
   const Bstr word_text(word);
-  IDebugObject* made = nullptr;
-  const HRESULT answer = root_->Command(word_text.get(), record, &made);
-  if (created && SUCCEEDED(answer)) {
-    *created = made;
-  } else if (made) {
-    made->Release();
+  IDebugObject* record_created = nullptr;
+  const HRESULT result = root_->Command(word_text.get(), record, &record_created);
+  if (created && SUCCEEDED(result)) {
+    *created = record_created;
+  } else if (record_created) {
+    record_created->Release();
   }
-  return answer;
+  return result;
 }
 
 void SnagtrapInitializer::shutdown() noexcept {

@@ -15,25 +15,25 @@ class SnagtrapInitializer {
   SnagtrapInitializer(const SnagtrapInitializer&) = delete;
   SnagtrapInitializer& operator=(const SnagtrapInitializer&) = delete;
 
-  /// Initialises the library unless that was tried before. Answers whether it is initialised.
+  /// Initialises the library unless that was tried before. Returns whether it is initialised.
   bool ensure_initialised() noexcept;
 
   bool initialised() const noexcept { return initialised_; }
 
-  /// Sends one command word. A null `created` drops what the library makes. Answers the library's HRESULT, or E_FAIL
+  /// Sends one command word. A null `created` drops what the library creates. Returns the library's HRESULT, or E_FAIL
   /// when no library is loaded.
   HRESULT command(const wchar_t* word, IKV_SnagtrapUtil::IDebugObject* record = nullptr,
                   IKV_SnagtrapUtil::IDebugObject** created = nullptr) noexcept;
 
-  /// Sends "DEINIT" and lets the library go, when it is initialised.
+  /// Sends "DEINIT" and releases the library's root object, when it is initialised.
   void shutdown() noexcept;
 
  protected:
-  /// Throws the failure as an HRESULT value when the critical section cannot be made.
+  /// Throws the failure as an HRESULT value when the critical section cannot be created.
   SnagtrapInitializer();
   ~SnagtrapInitializer();
 
-  /// Loads the library and obtains its root object. Any failure answers E_FAIL.
+  /// Loads the library and obtains its root object. Any failure returns E_FAIL.
   virtual HRESULT load_library() noexcept;
   /// Sends "INIT" and configures the root object.
   virtual HRESULT initialise() noexcept;
@@ -57,16 +57,16 @@ class SnagtrapClient final : public SnagtrapInitializer {
 
   /// Sends "TERMINATE", then ends the process with exit code -1.
   [[noreturn]] virtual void terminate() noexcept;
-  /// Each of these sends the command word of its name and answers the library's HRESULT.
+  /// Each of these sends the command word of its name and returns the library's HRESULT.
   virtual HRESULT is_clean() noexcept;
   virtual HRESULT do_clean() noexcept;
   virtual HRESULT report_dialog() noexcept;
   virtual HRESULT trace_enabled() noexcept;
 };
 
-/// The one client of the process, made on first use and destroyed when the module unloads. Does not initialise it.
+/// The one client of the process, created on first use and destroyed when the module unloads. Does not initialise it.
 /// Every access waits without limit while the global named event of the diagnostics library exists and is not set.
-/// Throws an HRESULT value when the client cannot be made.
+/// Throws an HRESULT value when the client cannot be created.
 SnagtrapClient& snagtrap_client();
 
 }  // namespace SnagtrapUtil

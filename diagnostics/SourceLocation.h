@@ -19,17 +19,16 @@ struct FixedLocation {
   const wchar_t* expression;  ///< the text of an assertion
 };
 
-template <ReportKind kind>
-constexpr FixedLocation<kind> fixed_location(const FixedReport& report, const char* function, const char* signature) {
-  return {{report.file, report.line, function, signature}, report.expression};
+template <std::size_t row>
+constexpr FixedLocation<fixed_reports[row].kind> fixed_location(const char* function, const char* signature) noexcept {
+  return {{fixed_reports[row].file, fixed_reports[row].line, function, signature}, fixed_reports[row].expression};
 }
 
 }  // namespace SnagtrapUtil
 
 /// The current function as the location of the row of `fixed_reports` with this file and line.
-#define ZD_LOCATION_IN(file, line)                                                    \
-  (::SnagtrapUtil::fixed_location<::SnagtrapUtil::fixed_report((file), (line)).kind>( \
-      ::SnagtrapUtil::fixed_report((file), (line)), __func__, __PRETTY_FUNCTION__))
+#define ZD_LOCATION_IN(file, line) \
+  (::SnagtrapUtil::fixed_location<::SnagtrapUtil::fixed_report_row(file, line)>(__func__, __PRETTY_FUNCTION__))
 
 /// The same for a row that names this source file.
 #define ZD_LOCATION_AT(line) ZD_LOCATION_IN(__FILE_NAME__, line)

@@ -52,14 +52,18 @@ void write_value(HKEY key, const RegistryValue& value) {
   check(RegSetValueExW(key, value.name.c_str(), 0, REG_SZ, reinterpret_cast<const BYTE*>(value.text.c_str()), bytes));
 }
 
-void write_keys(HKEY parent, const std::vector<RegistryNode>& nodes) {
-  for (const RegistryNode& node : nodes) {
-    if (node.removal == Removal::complete) check_unless_missing(RegDeleteTreeW(parent, node.name.c_str()));
-    base::RegistryKey key;
-    check(RegCreateKeyExW(parent, node.name.c_str(), 0, nullptr, 0, KEY_READ | KEY_WRITE, nullptr, key.put(), nullptr));
-    for (const RegistryValue& value : node.values) write_value(key.get(), value);
-    write_keys(key.get(), node.keys);
+/// Writes a key with its values and keys in the order of the script.
+void write_key(HKEY parent, const RegistryNode& node) {
+  if (node.removal == Removal::complete) check_unless_missing(RegDeleteTreeW(parent, node.name.c_str()));
+  base::RegistryKey key;
+  check(RegCreateKeyExW(parent, node.name.c_str(), 0, nullptr, 0, KEY_READ | KEY_WRITE, nullptr, key.put(), nullptr));
+  auto child = node.keys.begin();
+  for (const RegistryValue& value : node.values) {
+    const auto next = node.keys.begin() + static_cast<std::ptrdiff_t>(value.keys_before);
+    for (; child < next; ++child) write_key(key.get(), *child);
+    write_value(key.get(), value);
   }
+  for (; child != node.keys.end(); ++child) write_key(key.get(), *child);
 }
 
 bool is_empty(HKEY key) {
@@ -116,7 +120,10 @@ base::ComPtr<ITypeLib> own_type_library(const std::wstring& path) {
 }  // namespace
 
 void run_registration_script(int resource_id, const Replacements& replacements, RegistrationScope scope) {
-  write_keys(classes_root(scope).get(), parse_registry_script(script_text(resource_id), replacements));
+  const base::RegistryKey root = classes_root(scope);
+  for (const RegistryNode& node : parse_registry_script(script_text(resource_id), replacements)) {
+    write_key(root.get(), node);
+  }
 }
 
 void run_unregistration_script(int resource_id, const Replacements& replacements, RegistrationScope scope) {

@@ -88,6 +88,7 @@ class Parser {
       if (token_.is_keyword(L"val")) {
         advance();
         RegistryValue value = assignment(word());
+        value.keys_before = node.keys.size();
         node.values.push_back(std::move(value));
       } else {
         node.keys.push_back(key());

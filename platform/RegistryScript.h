@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <stdexcept>
 #include <string>
@@ -24,6 +25,7 @@ struct RegistryValue {
   bool is_number = false;
   std::wstring text;
   std::uint32_t number = 0;
+  std::size_t keys_before = 0;  ///< how many keys of its block stand before it
 
   bool operator==(const RegistryValue&) const = default;
 };

@@ -3,8 +3,19 @@
 #include <oaidl.h>
 #include <windows.h>
 #include <ocidl.h>
+#include <oleauto.h>
 
 namespace platform {
+
+/// Clears the thread's error information at its begin and its end. Methods that set none of their own hold one: the
+/// automation library shows what it finds after a failing method, be it of a host object that was called on the way.
+class ScopedNoErrorInfo {
+ public:
+  ScopedNoErrorInfo() noexcept { SetErrorInfo(0, nullptr); }
+  ~ScopedNoErrorInfo() { SetErrorInfo(0, nullptr); }
+  ScopedNoErrorInfo(const ScopedNoErrorInfo&) = delete;
+  ScopedNoErrorInfo& operator=(const ScopedNoErrorInfo&) = delete;
+};
 
 /// The description of one interface or class from the module's type library: the registered one, else, when none is
 /// registered or a stale one lacks the type, the one in the module's own resources. Loaded when it is made; a failure

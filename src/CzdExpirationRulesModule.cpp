@@ -1,8 +1,11 @@
 #include "CzdExpirationRulesModule.h"
 
+#include <comdef.h>
+
+#include <new>
+
 #include "ComModule.h"
 #include "ModulePath.h"
-#include "Report.h"
 #include "resource.h"
 #include "zdExpirationRules_h.h"
 
@@ -10,15 +13,20 @@ namespace zd_expiration_rule_plugin {
 
 namespace {
 
-/// Runs a registration step sequence in the system's locale and answers the first failure.
+/// Runs the steps of a registration in the system's locale and returns the first failure. Nothing is reported: whoever
+/// registers the module may have no user to ask, and the HRESULT says what failed.
 template <class Steps>
-HRESULT registration(const SnagtrapUtil::SourceLocation& place, const Steps& steps) noexcept {
+HRESULT registration(const Steps& steps) noexcept {
   const platform::SystemLocaleScope locale;
   try {
     steps();
     return S_OK;
+  } catch (const _com_error& error) {
+    return error.Error();
+  } catch (const std::bad_alloc&) {
+    return E_OUTOFMEMORY;
   } catch (...) {
-    return SnagtrapUtil::report_exception_in_flight(place);
+    return E_UNEXPECTED;
   }
 }
 
@@ -40,7 +48,7 @@ platform::Replacements CzdExpirationRulesModule::replacements() const {
 }
 
 HRESULT CzdExpirationRulesModule::register_server() const noexcept {
-  return registration(ZD_LOCATION, [this] {
+  return registration([this] {
     platform::run_registration_script(IDR_APPID, replacements(), scope);
     platform::run_registration_script(IDR_EXPIRATION_RULE_PLUGIN, replacements(), scope);
     platform::register_type_library(scope);
@@ -48,7 +56,7 @@ HRESULT CzdExpirationRulesModule::register_server() const noexcept {
 }
 
 HRESULT CzdExpirationRulesModule::unregister_server() const noexcept {
-  return registration(ZD_LOCATION, [this] {
+  return registration([this] {
     platform::unregister_type_library(scope);
     platform::run_unregistration_script(IDR_EXPIRATION_RULE_PLUGIN, replacements(), scope);
     platform::run_unregistration_script(IDR_APPID, replacements(), scope);

@@ -40,7 +40,7 @@ _bstr_t as_com_string(const std::wstring& text) {
 CEditExpirationRuleDialog::CEditExpirationRuleDialog(StorageBlock* storage, long rule_id)
     : storage_(storage),
       row_(rule_id != 0 ? open_rules_table(*storage, rule_id)
-                        : create_new_rule_row(as_com_string(resourse_2_string_impl(IDS_NEW_RULE_NAME)))),
+                        : create_new_rule_row([] { return as_com_string(resourse_2_string_impl(IDS_NEW_RULE_NAME)); })),
       title_(resourse_2_string_impl(rule_id != 0 ? IDS_EDIT_RULE_TITLE : IDS_ADD_RULE_TITLE)) {}
 
 long CEditExpirationRuleDialog::rule_id() const { return row_.rule_id(); }
@@ -77,7 +77,7 @@ BOOL CEditExpirationRuleDialog::OnCommand(WORD id, WORD notification) {
       return TRUE;
     case IDCANCEL:
       if (notification != BN_CLICKED) return FALSE;
-      EndDialog(IDCANCEL);
+      OnCancel();
       return TRUE;
     case IDC_DAY_OF_MONTH_MODE:
     case IDC_WEEKDAY_MODE:
@@ -114,12 +114,27 @@ void CEditExpirationRuleDialog::OnOffsetTyped() {
 }
 
 void CEditExpirationRuleDialog::OnOk() {
+  if (progress_ != Progress::editing) return;
+  const ScopedChecking checking(progress_);
   if (!validate_input()) return;
   flush_data_to_database();
-  if (is_open()) EndDialog(IDOK);
+  end(IDOK);
 }
 
+void CEditExpirationRuleDialog::OnCancel() {
+  if (progress_ != Progress::storing) end(IDCANCEL);
+}
+
+void CEditExpirationRuleDialog::end(INT_PTR result) {
+  if (!can_go_on()) return;
+  progress_ = Progress::ended;
+  EndDialog(result);
+}
+
+bool CEditExpirationRuleDialog::can_go_on() const noexcept { return is_open() && progress_ != Progress::ended; }
+
 LRESULT CEditExpirationRuleDialog::OnInitDialog() {
+  progress_ = Progress::editing;
   SetText(title_.c_str());
   fill_name();
   ui_helper::add_value_to_combo(control(IDC_DAY_TYPE), IDS_TRADING_DAYS, DAYTYPE_TRADING_DAYS);
@@ -157,6 +172,15 @@ void CEditExpirationRuleDialog::fill_day_mode() {
   const long mode = row_.value(&ExpirationRule::DayMode);
   set_checked(IDC_DAY_OF_MONTH_MODE, mode == DAYMODE_DAY_OF_MONTH);
   set_checked(IDC_WEEKDAY_MODE, mode == DAYMODE_WEEKDAY);
+  if (mode != DAYMODE_DAY_OF_MONTH && mode != DAYMODE_WEEKDAY) make_modes_reachable();
+}
+
+// The system takes a clear radio button out of the tab order, and it clicks one that gets the focus: with both clear
+// the keyboard could not reach them, or would choose in passing.
+void CEditExpirationRuleDialog::make_modes_reachable() {
+  for (const int id : {IDC_DAY_OF_MONTH_MODE, IDC_WEEKDAY_MODE}) control(id).Send(BM_SETDONTCLICK, TRUE);
+  HWND first = GetItem(IDC_DAY_OF_MONTH_MODE);
+  SetWindowLongPtrW(first, GWL_STYLE, GetWindowLongPtrW(first, GWL_STYLE) | WS_TABSTOP);
 }
 
 void CEditExpirationRuleDialog::fill_combos() {
@@ -242,7 +266,7 @@ bool CEditExpirationRuleDialog::validate_input() {
     show_message(IDS_NAME_BAD_CHARACTER);
     return false;
   }
-  return is_open();
+  return can_go_on();
 }
 
 bool CEditExpirationRuleDialog::is_expiration_rule_name_not_unique(const _bstr_t& name, const bool editing) {
@@ -281,12 +305,13 @@ void CEditExpirationRuleDialog::flush_data_to_database() {
 
 void CEditExpirationRuleDialog::save_rule() {
   const long read_id = rule_id();
-  if (!is_open()) return;
-  // A host that told the number a moment ago and fails to now must not get the rule a second time.
+  if (!can_go_on()) return;
+  // A host that returned the number a moment ago and fails to now must not get the rule a second time.
   const long stored_id = read_id != 0 ? read_id : checked_id_;
   const ExpirationRule rule = collect_rule();
-  // Controls that went while they were read would make a torn rule.
-  if (!is_open()) return;
+  // Controls that were destroyed while they were read would give a torn rule.
+  if (!can_go_on()) return;
+  progress_ = Progress::storing;
   if (stored_id != 0) {
     require_success(update_rule(*storage_, stored_id, rule), ZD_LOCATION);
     return;
@@ -326,7 +351,7 @@ void CEditExpirationRuleDialog::set_checked(int id, bool checked) const noexcept
 
 unsigned long long CEditExpirationRuleDialog::get_current_combobox_value(int id) const noexcept {
   HWND combo = GetItem(id);
-  // The system answers 0 for a window that is gone, which would pass for a choice.
+  // The system returns 0 for a destroyed window, which would pass for a choice.
   if (!expect(IsWindow(combo) != FALSE, L"::IsWindow(Combo.m_hWnd)", ZD_LOCATION)) {
     return static_cast<unsigned long long>(CB_ERR);
   }

@@ -29,15 +29,43 @@ class CEditExpirationRuleDialog final : public platform::CDialogImpl<CEditExpira
   long rule_id() const;
 
  private:
+  /// How far the dialog is. A call of the host or a message box may let a second OK or a Cancel through.
+  enum class Progress {
+    editing,
+    checking,  ///< a further OK is ignored
+    storing,   ///< the rule is on its way to the storage: a further OK and Cancel are ignored
+    ended,
+  };
+
+  /// While one lives the input is checked; afterwards it can be edited again unless the dialog went on.
+  class ScopedChecking {
+   public:
+    explicit ScopedChecking(Progress& progress) noexcept : progress_(progress) { progress_ = Progress::checking; }
+    ~ScopedChecking() {
+      if (progress_ == Progress::checking) progress_ = Progress::editing;
+    }
+    ScopedChecking(const ScopedChecking&) = delete;
+    ScopedChecking& operator=(const ScopedChecking&) = delete;
+
+   private:
+    Progress& progress_;
+  };
+
   LRESULT OnInitDialog();
   BOOL OnCommand(WORD id, WORD notification);
   void OnSpinScrolled(WPARAM wParam);
   void OnOffsetTyped();
   void OnOk();
+  void OnCancel();
+  /// Ends the dialog unless it is ending already.
+  void end(INT_PTR result);
+  /// Whether the dialog is still there for its user; asked after every call that lets messages through.
+  bool can_go_on() const noexcept;
 
   void fill_name();
   void fill_offset();
   void fill_day_mode();
+  void make_modes_reachable();
   void fill_combos();
   void fill_months(int combo_id, long ExpirationRule::*member);
   void prepare_description();
@@ -65,6 +93,7 @@ class CEditExpirationRuleDialog final : public platform::CDialogImpl<CEditExpira
   platform::CWindow description_;
   std::wstring title_;
   base::Font bold_font_;
+  Progress progress_ = Progress::editing;
   long checked_id_ = 0;  ///< the rule's number as the last check of the input read it
 };
 

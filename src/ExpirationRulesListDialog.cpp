@@ -21,19 +21,27 @@ using resource_string::resourse_2_string_impl;
 constexpr int column_margin = 20;
 constexpr double whole_width[] = {1.0};
 
+/// Focuses a control as the dialog manager does: the button that Enter presses from there is drawn as the default one.
+void move_focus(HWND dialog, HWND control) noexcept {
+  SendMessageW(dialog, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(control), TRUE);
+}
+
 /// Gives the focus back when a refill took it: a button that is disabled while it has the focus, if only for a moment,
 /// leaves the whole dialog without a keyboard. The list takes it when the button stays disabled.
 class ScopedFocus {
  public:
-  explicit ScopedFocus(const platform::CWindow& list) noexcept : list_(list), focus_(::GetFocus()) {}
+  ScopedFocus(HWND dialog, HWND list) noexcept : dialog_(dialog), list_(list), focus_(::GetFocus()) {}
   ~ScopedFocus() {
-    if (focus_ && !::GetFocus()) ::SetFocus(IsWindowEnabled(focus_) ? focus_ : list_.m_hWnd);
+    // Another window that is active keeps its focus, or has a reason for having none.
+    if (!focus_ || ::GetFocus() || GetActiveWindow() != dialog_) return;
+    move_focus(dialog_, IsWindowEnabled(focus_) ? focus_ : list_);
   }
   ScopedFocus(const ScopedFocus&) = delete;
   ScopedFocus& operator=(const ScopedFocus&) = delete;
 
  private:
-  const platform::CWindow& list_;
+  HWND dialog_;
+  HWND list_;
   HWND focus_;
 };
 
@@ -112,6 +120,7 @@ LRESULT CExpirationRulesListDialog::OnInitDialog() {
   anchor_controls();
   restore_placement();
   fit_columns(whole_width);
+  ground_.measure(m_hWnd);
   return 0;  // the dialog sets no focus itself and the system does not move it
 }
 
@@ -141,12 +150,10 @@ void CExpirationRulesListDialog::restore_placement() {
 }
 
 void CExpirationRulesListDialog::OnSize() {
-  // The first sizes arrive while the dialog is being made, before it has its list.
+  // The first sizes arrive while the dialog is being created, before it has its list.
   if (!IsWindow(m_hWnd) || !list_.m_hWnd) return;
   fit_columns(whole_width);
-  // A group box paints nothing but its lines: the old ones stand until the dialog erases the ground below them. And a
-  // button that was moved into ground that is new may keep a strip without its picture.
-  InvalidateRect(m_hWnd, nullptr, TRUE);
+  ground_.repaint(m_hWnd);
 }
 
 void CExpirationRulesListDialog::fit_columns(std::span<const double> fractions) {
@@ -158,7 +165,8 @@ void CExpirationRulesListDialog::fit_columns(std::span<const double> fractions) 
 }
 
 void CExpirationRulesListDialog::update_expiration_rule_list() {
-  const ui_helper::ScopedRedrawOff hold(list_);
+  const ui_helper::ScopedRedrawOff redraw_off(list_);
+  const unsigned refill = ++refills_;
   RuleRows rows;
   try {
     list_.Send(LVM_DELETEALLITEMS);
@@ -167,16 +175,19 @@ void CExpirationRulesListDialog::update_expiration_rule_list() {
   } catch (...) {
     SnagtrapUtil::report_exception_in_flight(ZD_LOCATION_AT(123));
   }
-  show_rows(rows);
+  // A call of the host may have let another refill run; the one begun last shows the rules as they are now.
+  if (refill == refills_) show_rows(rows, refill);
 }
 
-// A sorted list view looks for the place of every new item; items that arrive from the last to the first all belong at
-// the top and cost it least.
-void CExpirationRulesListDialog::show_rows(RuleRows& rows) {
+// A sorted list view searches the position of every new item; items that arrive from the last to the first all belong
+// at the top and cost it least.
+void CExpirationRulesListDialog::show_rows(RuleRows& rows, unsigned refill) {
   if (rows.size() == 0 || !is_open()) return;
   rows.sort_backwards();
   list_.Send(LVM_SETITEMCOUNT, rows.size());
-  rows.for_each([this](const wchar_t* name, long rule_id) { list_.InsertItem(name, rule_id); });
+  rows.for_each([&](const wchar_t* name, long rule_id) {
+    if (refill == refills_) list_.InsertItem(name, rule_id);
+  });
   // None of the new items is selected.
   update_buttons();
 }
@@ -187,7 +198,7 @@ void CExpirationRulesListDialog::update_buttons() {
 }
 
 void CExpirationRulesListDialog::edit_rule(long rule_id) {
-  const ScopedFocus focus(list_);
+  const ScopedFocus focus(m_hWnd, list_.m_hWnd);
   CEditExpirationRuleDialog editor(storage_, rule_id);
   if (!is_open() || editor.DoModal(m_hWnd) != IDOK || !is_open()) return;
   update_expiration_rule_list();
@@ -195,7 +206,7 @@ void CExpirationRulesListDialog::edit_rule(long rule_id) {
 }
 
 void CExpirationRulesListDialog::edit_rule_at(int index) {
-  // A list that is not there answers 0, which would be the first index and then a new rule.
+  // A destroyed list returns 0, which would be the first index and then a new rule.
   if (index >= 0 && IsWindow(list_.m_hWnd)) edit_rule(static_cast<long>(list_.GetItemData(index)));
 }
 
@@ -204,7 +215,7 @@ void CExpirationRulesListDialog::select_rule(long rule_id) {
   const int index = list_.FindItemData(rule_id);
   scroll_item_into_view(index);
   list_.SelectItem(index);
-  list_.SetFocus();
+  move_focus(m_hWnd, list_.m_hWnd);
 }
 
 void CExpirationRulesListDialog::scroll_item_into_view(int index) { list_.ScrollItemIntoView(index); }
@@ -234,7 +245,7 @@ bool CExpirationRulesListDialog::is_expiration_rule_uses(long rule_id, std::vect
 void CExpirationRulesListDialog::try_to_delete_rule_impl() {
   const auto rule_id = static_cast<long>(list_.GetItemData(list_.GetSelected()));
   if (rule_id == 0) return;
-  const ScopedFocus focus(list_);
+  const ScopedFocus focus(m_hWnd, list_.m_hWnd);
   std::vector<std::wstring> users;
   if (is_expiration_rule_uses(rule_id, users)) {
     show_rule_in_use(users);
@@ -259,7 +270,7 @@ void CExpirationRulesListDialog::show_rule_in_use(const std::vector<std::wstring
 
 int CExpirationRulesListDialog::show_message(const std::wstring& text, UINT flags) {
   const std::wstring caption = resourse_2_string_impl(IDS_CAPTION);
-  // Without the list there is nobody to ask, and nobody whose answer counts.
+  // A destroyed dialog has no user to ask, and an answer that comes after its end does not count.
   const int answer = is_open() ? MessageBoxW(m_hWnd, text.c_str(), caption.c_str(), flags) : 0;
   return is_open() ? answer : 0;
 }

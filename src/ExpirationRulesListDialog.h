@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "ListView.h"
+#include "MovedGround.h"
 #include "ResizableDialog.h"
 #include "RuleRows.h"
 #include "StorageBlock.h"
@@ -43,7 +44,7 @@ class CExpirationRulesListDialog final : public CResizableDialogImpl<CExpiration
   void insert_name_column();
   void anchor_controls();
   void restore_placement();
-  void show_rows(RuleRows& rows);
+  void show_rows(RuleRows& rows, unsigned refill);
   void update_buttons();
   void edit_rule(long rule_id);
   void edit_rule_at(int index);
@@ -53,11 +54,13 @@ class CExpirationRulesListDialog final : public CResizableDialogImpl<CExpiration
   void try_to_delete_rule_impl();
   bool confirm_delete(long rule_id);
   void show_rule_in_use(const std::vector<std::wstring>& users);
-  /// What the user answers; 0 when the list is gone before or after.
+  /// The button that the user pressed; 0 when the dialog is destroyed before or meanwhile.
   int show_message(const std::wstring& text, UINT flags);
 
   StorageBlock* storage_;
   ui_helper::CListView list_;
+  ui_helper::CMovedGround ground_;
+  unsigned refills_ = 0;  ///< how many refills have begun
 };
 
 }  // namespace zd_expiration_rule_plugin

@@ -7,7 +7,7 @@
 
 namespace zd_expiration_rule_plugin::ui_helper {
 
-/// A list view that somebody else owns.
+/// A list view whose window its dialog owns.
 class CListView : public platform::CWindow {
  public:
   using CWindow::CWindow;
@@ -37,7 +37,7 @@ class ScopedRedrawOff {
     window_.Send(WM_SETREDRAW, FALSE);
   }
   ~ScopedRedrawOff() {
-    // It may have gone meanwhile; and no window at all stands for the whole desktop.
+    // The window may already be destroyed, and InvalidateRect(nullptr) repaints the whole desktop.
     if (!IsWindow(window_.m_hWnd)) return;
     window_.Send(WM_SETREDRAW, TRUE);
     InvalidateRect(window_.m_hWnd, nullptr, TRUE);

@@ -4,7 +4,7 @@
 
 namespace zd_expiration_rule_plugin {
 
-/// The texts of which the description sentence of a rule is made, as the editor's controls show them.
+/// The texts that the description sentence of a rule consists of, as the editor's controls show them.
 struct RuleDescriptionTexts {
   std::wstring offset_label;
   std::wstring offset;  ///< as typed

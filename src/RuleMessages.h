@@ -9,7 +9,7 @@ namespace zd_expiration_rule_plugin {
 /// there are more. Names end at their first null, where a message box would end.
 std::wstring rule_in_use_text(const std::wstring& refusal, const std::vector<std::wstring>& users);
 
-/// `question` with the rule's name, up to its first null, in the place of its "%s".
+/// `question` with the rule's name, up to its first null, instead of its "%s".
 std::wstring confirm_delete_text(std::wstring question, const std::wstring& rule_name);
 
 }  // namespace zd_expiration_rule_plugin

@@ -8,7 +8,7 @@ namespace {
 
 constexpr int longest_key = 1024;
 
-/// Appends a key for a text and answers its size. By their bytes, keys have the order of the items in a sorted list
+/// Appends a key for a text and returns its size. By their bytes, keys have the order of the items in a sorted list
 /// view, and comparing them costs a fraction of comparing texts. 0 when the system has no key of a sensible length.
 std::size_t append_sort_key(const wchar_t* text, std::string& keys) {
   char key[longest_key];

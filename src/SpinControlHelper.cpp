@@ -25,6 +25,10 @@ _bstr_t text_of(long number) {
   return platform::take_string(text);
 }
 
+void notify_parent(HWND edit) noexcept {
+  SendMessageW(GetParent(edit), edit_typed_message, reinterpret_cast<WPARAM>(edit), 0);
+}
+
 }  // namespace
 
 BOOL CCustomEditForSpin::ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result,
@@ -34,8 +38,15 @@ BOOL CCustomEditForSpin::ProcessWindowMessage(HWND window, UINT message, WPARAM 
     case WM_CHAR:
     case WM_KEYUP:
       CallOriginal(message, wParam, lParam);
-      SendMessageW(GetParent(window), edit_typed_message, reinterpret_cast<WPARAM>(window), 0);
+      notify_parent(window);
       result = 0;
+      return TRUE;
+    case WM_CUT:
+    case WM_CLEAR:
+    case WM_UNDO:
+    case EM_UNDO:
+      result = CallOriginal(message, wParam, lParam);
+      notify_parent(window);
       return TRUE;
     case WM_PASTE:
       result = 0;

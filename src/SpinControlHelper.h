@@ -8,10 +8,12 @@
 
 namespace zd_expiration_rule_plugin::ui_helper {
 
-/// Sent by a `CCustomEditForSpin` to its parent after every typed character and every key release; wParam is the edit.
+/// Sent by a `CCustomEditForSpin` to its parent after every typed character, every key release and every cut, clear and
+/// undo; wParam is the edit.
 inline constexpr UINT edit_typed_message = WM_USER + 7;
 
-/// The edit beside an up-down control. It tells its parent of every key and lets nothing be pasted.
+/// The edit beside an up-down control. It notifies its parent of every change by the user and lets nothing be
+/// pasted.
 class CCustomEditForSpin final : public platform::CSubclassedWindow {
  public:
   CCustomEditForSpin() noexcept = default;
@@ -20,8 +22,8 @@ class CCustomEditForSpin final : public platform::CSubclassedWindow {
   BOOL ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result,
                             DWORD mapId = 0) override;
 
-  /// While one lives, nobody can replace the edit's text: an up-down control writes its number into its buddy whenever
-  /// its position is set, which would rewrite what the user is typing and move the caret.
+  /// While one lives, WM_SETTEXT does not replace the edit's text: an up-down control writes its number into its buddy
+  /// whenever its position is set, which would rewrite what the user is typing and move the caret.
   class ScopedKeepText {
    public:
     explicit ScopedKeepText(CCustomEditForSpin& edit) noexcept : edit_(edit) { edit_.text_kept_ = true; }
@@ -37,7 +39,7 @@ class CCustomEditForSpin final : public platform::CSubclassedWindow {
   bool text_kept_ = false;
 };
 
-/// An up-down control that somebody else owns.
+/// An up-down control whose window its dialog owns.
 class CSpin : public platform::CWindow {
  public:
   using CWindow::CWindow;

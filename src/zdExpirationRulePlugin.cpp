@@ -25,7 +25,7 @@ constexpr unsigned int submenu_caption_id = 4028;
 constexpr unsigned int submenu_hint_id = 4033;
 constexpr unsigned int command_caption_id = 4052;
 
-// What the host's menu and hot-key collection take for a plug-in's entries.
+// The values that the host's menu and hot-key collection expect for a plug-in's entries.
 constexpr long submenu_flags = 1;
 constexpr long command_kind = 3;
 constexpr long hot_key_flags = 9;  // a virtual key with Ctrl
@@ -76,6 +76,7 @@ IUnknown* CzdExpirationRulePlugin::find_interface(REFIID iid) noexcept {
 STDMETHODIMP CzdExpirationRulePlugin::Initialize(IDispatch* pMainMenu, IDispatch* MainControlBar,
                                                  IDispatch* PortfolioContextMenu, IDispatch* PortfolioHotKeys,
                                                  BSTR RegistryPath, IDispatch* zdStorage) noexcept {
+  const platform::ScopedNoErrorInfo no_error_info;
   if (!expect(pMainMenu, ZD_LOCATION_AT(70)) || !expect(MainControlBar, ZD_LOCATION_AT(71)) ||
       !expect(PortfolioContextMenu, ZD_LOCATION_AT(72)) || !expect(PortfolioHotKeys, ZD_LOCATION_AT(73)) ||
       SysStringLen(RegistryPath) == 0) {
@@ -123,32 +124,31 @@ void CzdExpirationRulePlugin::add_zd_menu_items(IDispatch* pMainMenu) {
         ZD_LOCATION_AT(144));
   }
   IkvSubMenu& submenu = *rules_menu_;
-  const auto self = query<IkvPlugin>(static_cast<IkvPlugin*>(this));
+  auto self = query<IkvPlugin>(static_cast<IkvPlugin*>(this));
   const _bstr_t command = shared_text(command_caption_id);
-  require_success(fetch_into(menu_item_,
-                             [&](IkvMenuItem** out) {
-                               return submenu.AddCommand(command, 0, 0, 0, nullptr, command_kind, self, out);
-                             }),
-                  ZD_LOCATION_AT(150));
+  const HRESULT added = fetch_into(menu_item_, [&](IkvMenuItem** out) {
+    return submenu.AddCommand(command, 0, 0, 0, nullptr, command_kind, self, out);
+  });
+  release(self);  // before a report, in which the host may count the references
+  require_success(added, ZD_LOCATION_AT(150));
 }
 
 void CzdExpirationRulePlugin::create_zd_hot_key(IDispatch* PortfolioHotKeys) {
   const auto collection = query<IkvHotKeyCollection>(PortfolioHotKeys);
-  base::ComPtr<IDispatch> made;
-  {
-    const auto self = query<IkvPlugin>(static_cast<IkvPlugin*>(this));
-    require_success(
-        fetch_into(made,
-                   [&](IDispatch** out) { return collection->AddHotKey(hot_key_flags, hot_key_code, self, out); }),
-        ZD_LOCATION_AT(160));
-  }
+  auto self = query<IkvPlugin>(static_cast<IkvPlugin*>(this));
+  base::ComPtr<IDispatch> created;
+  const HRESULT added = fetch_into(
+      created, [&](IDispatch** out) { return collection->AddHotKey(hot_key_flags, hot_key_code, self, out); });
+  release(self);
+  require_success(added, ZD_LOCATION_AT(160));
   hot_key_.Attach(nullptr);
-  hot_key_ = base::try_query<IkvHotKey>(made);
+  hot_key_ = base::try_query<IkvHotKey>(created);
 }
 
 STDMETHODIMP CzdExpirationRulePlugin::OnSelectionChanged(IDispatch*) noexcept { return S_OK; }
 
 STDMETHODIMP CzdExpirationRulePlugin::DoCommand(long Id, VARIANT) noexcept {
+  const platform::ScopedNoErrorInfo no_error_info;
   try {
     const long menu_id = command_id(menu_item_);
     const long hot_key_id = command_id(hot_key_);
@@ -166,6 +166,7 @@ STDMETHODIMP CzdExpirationRulePlugin::DoCommand(long Id, VARIANT) noexcept {
 STDMETHODIMP CzdExpirationRulePlugin::Uninitialize() noexcept { return S_OK; }
 
 STDMETHODIMP CzdExpirationRulePlugin::Show(long RuleID) noexcept {
+  const platform::ScopedNoErrorInfo no_error_info;
   try {
     const KeptAlive alive(static_cast<IkvPlugin*>(this));
     CEditExpirationRuleDialog dialog(&storage_, RuleID);

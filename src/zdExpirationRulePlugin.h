@@ -7,7 +7,7 @@
 
 namespace zd_expiration_rule_plugin {
 
-/// The module's one COM object: the door through which every call of the host enters. It keeps what `Initialize` gave
+/// The module's one COM object, which receives every call of the host. It keeps what `Initialize` gave
 /// it until its last release. All calls arrive on the host's UI thread; nothing guards against a call that comes in
 /// while one of its dialogs is open.
 class CzdExpirationRulePlugin : public platform::DualInterface<IkvPlugin, LIBID_zdExpirationRules>,

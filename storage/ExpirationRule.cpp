@@ -16,12 +16,12 @@ HRESULT with_arguments(const ExpirationRule& rule, const Call& call) {
 
 }  // namespace
 
-IkvTablePtr create_new_rule_row(const _bstr_t& name) {
+IkvTablePtr create_new_rule_row(const std::function<_bstr_t()>& load_name) {
   IkvTablePtr table;
   create_rule_table(table);
   table->AppendRow();
   table->MoveLast();
-  SetField(table, KVFIELD_RULE_NAME, name);
+  SetField(table, KVFIELD_RULE_NAME, load_name());
   for (const RuleNumber& number : rule_numbers) {
     if (number.initial) SetField(table, number.field, *number.initial);
   }

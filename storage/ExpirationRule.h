@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <functional>
 #include <optional>
 #include <utility>
 
@@ -65,9 +66,9 @@ inline constexpr auto rule_fields = [] {
   return fields;
 }();
 
-/// A free-standing table with the one row of a rule that is not stored yet: this name and the initial values of a new
-/// rule. Throws a `_com_error` when there is no table.
-IkvTablePtr create_new_rule_row(const _bstr_t& name);
+/// A free-standing table with the one row of a rule that is not stored yet: the initial values of a new rule, and the
+/// name that `load_name` returns once the row is there. Throws a `_com_error` when there is no table.
+IkvTablePtr create_new_rule_row(const std::function<_bstr_t()>& load_name);
 
 /// The row of the rule that an editor shows: the current row of a table of one rule. Its fields are read at each call,
 /// as `GetField` does; every method throws E_POINTER as a `_com_error` without a table.

@@ -16,8 +16,9 @@ _bstr_t read_text(IKV_kvudfcom::IkvField& field, const RuleUsersLocations::Faile
 
 void collect_rule_users(const IkvTablePtr& settings, const _bstr_t& rule_name, const RuleUsersLocations& locations,
                         std::vector<std::wstring>& users) {
+  // The host sees a row's field released only after the walk has moved on from the row.
+  IkvFieldPtr rule;
   for_each_row(settings, [&] {
-    IkvFieldPtr rule;
     if (find_field(settings, KVFIELD_RULE_NAME, rule) != S_OK || !rule) return;
     if (!platform::same_text(read_text(*rule, locations.rule_name), rule_name)) return;
     IkvFieldPtr setting;

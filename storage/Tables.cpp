@@ -14,7 +14,7 @@ IkvTablePtr open_rules_table(const StorageBlock& storage, long rule_id) {
 
 IkvTablePtr open_symbol_source_settings_table(StorageBlock& storage) {
   IkvTablePtr table = create_instance<IKV_kvudfcom::IkvTable>(__uuidof(kvTable));
-  // The service takes no filter yet; the host counts on one being made for every table that is opened.
+  // The service takes no filter yet; hosts expect one to be created with every table that is opened.
   const IkvRuleFilterPtr filter = create_instance<IkvRuleFilter>(__uuidof(kvRuleFilter));
   if (!storage.symbol_sources) {
     storage.symbol_sources = base::try_query<IkvSymbolSourceService>(storage.storage);
@@ -26,13 +26,14 @@ IkvTablePtr open_symbol_source_settings_table(StorageBlock& storage) {
 void create_rule_table(IkvTablePtr& target) {
   target.Attach(nullptr);
   base::ComPtr<IUnknown> object;
-  const HRESULT made = base::fetch_into(object, [](IUnknown** out) {
+  const HRESULT created = base::fetch_into(object, [](IUnknown** out) {
     return CoCreateInstance(__uuidof(kvTable), nullptr, CLSCTX_ALL, IID_IUnknown, reinterpret_cast<void**>(out));
   });
-  if (SUCCEEDED(made) && object && SUCCEEDED(OleRun(object))) {
+  if (SUCCEEDED(created) && object && SUCCEEDED(OleRun(object))) {
     base::fetch_into(target, [&](IKV_kvudfcom::IkvTable** out) {
       return object->QueryInterface(__uuidof(IKV_kvudfcom::IkvTable), reinterpret_cast<void**>(out));
     });
   }
+  base::release(object);
   for (const tagKVFIELDID field : rule_fields) target->AddField(field, 0, 0, 0);
 }

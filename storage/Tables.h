@@ -10,8 +10,8 @@ IkvTablePtr open_rules_table(const StorageBlock& storage, long rule_id);
 /// A table of all symbol source settings, with the same failures. Fetches the block's entry 3 when it is empty.
 IkvTablePtr open_symbol_source_settings_table(StorageBlock& storage);
 
-/// Makes a free-standing table that declares the fields of a rule. `target` is released first and stays empty when the
-/// table cannot be created, which is thrown as E_POINTER.
+/// Creates a free-standing table that declares the fields of a rule. `target` is released first. When the table cannot
+/// be created, `target` stays empty and E_POINTER is thrown as a `_com_error`.
 void create_rule_table(IkvTablePtr& target);
 
 /// The moves of a walk over the rows of a table.
@@ -29,7 +29,7 @@ struct RowMoveLocations {
   }
 };
 
-/// Walks the rows of a table: `row` is called for each current row and answers whether to go on; `check` sees the
+/// Walks the rows of a table: `row` is called for each current row and returns whether to go on; `check` sees the
 /// HRESULT of every move and may throw. The end flag counts as set when the host leaves it untouched, so that a host
 /// which fails for good ends the walk; a single failure of `IsEOF` cuts it short as well.
 template <class Check, class Row>
@@ -46,7 +46,7 @@ void walk_rows(const IkvTablePtr& table, const Check& check, const Row& row) {
   }
 }
 
-/// Calls `row` for each row of a table, whatever the moves answer: the end flag alone ends the walk.
+/// Calls `row` for each row of a table, whatever the moves return: the end flag alone ends the walk.
 template <class Row>
 void for_each_row(const IkvTablePtr& table, const Row& row) {
   walk_rows(

@@ -80,8 +80,6 @@ class CResizableGrip {
     const UINT visibility = show_count_ >= 1 ? SWP_SHOWWINDOW : SWP_HIDEWINDOW;
     ::SetWindowPos(grip_.m_hWnd, HWND_BOTTOM, position.x, position.y, 0, 0,
                    SWP_NOSIZE | SWP_NOACTIVATE | SWP_NOOWNERZORDER | visibility);
-    // Its picture moved with it, and the dialog then erases the ground that it stands on now.
-    ::InvalidateRect(grip_.m_hWnd, nullptr, TRUE);
   }
 
   CSizeGrip& SizeGrip() noexcept { return grip_; }

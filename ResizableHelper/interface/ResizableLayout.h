@@ -73,10 +73,15 @@ class CResizableLayout {
   BOOL ApplyEraseClipping(HDC hdc, BOOL bUndo) {
     ForgetClipState();
     if (bUndo || ::WindowFromDC(hdc) != dialog()) return FALSE;
-    base::Region erased;
-    // First, because it asks the children and `T`, who may throw: nothing is saved then.
-    BuildEraseRegion(erased.put());
     saved_clip_state_ = ::GetClipRgn(hdc, saved_clip_region_.get());
+    base::Region erased;
+    try {
+      BuildEraseRegion(erased.put());
+    } catch (...) {
+      // A child or `T` was asked and threw: the DC is not clipped, and nothing counts as saved.
+      ForgetClipState();
+      throw;
+    }
     ::ExtSelectClipRgn(hdc, erased.get(), RGN_AND);
     return TRUE;
   }

@@ -75,6 +75,21 @@ TEST_F(Answer, OfAnyOtherKindGoesOn) {
   EXPECT_EQ(breaks.count(), 0);
 }
 
+TEST_F(Answer, OfAFailedCreateIsNotTheUsers) {
+  for (const HRESULT failure : {E_ABORT, E_OUTOFMEMORY}) {
+    recorder.answer(L"CREATE", failure);
+    EXPECT_FALSE(expect(false, L"x", place)) << "E_ABORT would end the process";
+    AsserterClass asserter(place);
+    EXPECT_EQ(asserter.assert_failed(L"x"), E_FAIL);
+    EXPECT_EQ(asserter.status(), failure);
+    EXPECT_EQ(asserter.trace(L"x"), E_FAIL);
+    ShowError shown(place);
+    EXPECT_EQ(shown.show(L"x"), E_FAIL);
+    EXPECT_EQ(shown.status(), failure);
+    EXPECT_EQ(report_structured_exception(nullptr), E_FAIL);
+  }
+}
+
 class Expectation : public RecorderTest {};
 
 TEST_F(Expectation, ThatHoldsReportsNothing) {

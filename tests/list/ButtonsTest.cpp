@@ -45,5 +45,53 @@ TEST_F(ListButtons, StayAsTheyAreWhenARefillFindsNoRules) {
   });
 }
 
+/// The buttons that are drawn as the default one.
+std::vector<int> default_buttons(const RuleList& list) {
+  std::vector<int> found;
+  for (const int id : {IDC_ADD_RULE, IDC_EDIT_RULE, IDC_DELETE_RULE, IDCANCEL}) {
+    if ((GetWindowLongW(list.item(id), GWL_STYLE) & BS_TYPEMASK) == BS_DEFPUSHBUTTON) found.push_back(id);
+  }
+  return found;
+}
+
+/// Focuses a control as the Tab key does.
+void tab_to(const RuleList& list, int id) {
+  SendMessageW(list.window(), WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(list.item(id)), TRUE);
+  EXPECT_EQ(list.item(id), GetFocus());
+}
+
+TEST_F(ListButtons, DefaultOneIsDrawnWhereEnterGoesAfterAnAddAnEditAndADelete) {
+  store_rules({L"AU", L"IF"});
+  open([](RuleList& list) {
+    for (const int id : {IDC_ADD_RULE, IDC_EDIT_RULE}) {
+      tab_to(list, id);
+      save_in_editor([&] { list.press(id); }, L"N" + std::to_wstring(id));
+      EXPECT_EQ(list.view(), GetFocus());
+      EXPECT_THAT(default_buttons(list), testing::ElementsAre(IDC_EDIT_RULE)) << id;
+    }
+    tab_to(list, IDC_DELETE_RULE);
+    list.delete_selected();
+    EXPECT_EQ(list.item(IDC_DELETE_RULE), GetFocus());
+    EXPECT_THAT(default_buttons(list), testing::ElementsAre(IDC_DELETE_RULE));
+  });
+}
+
+TEST_F(ListButtons, FocusIsNotTakenFromAnotherActiveWindow) {
+  store_rules({L"AU", L"IF"});
+  open([&](RuleList& list) {
+    tab_to(list, IDC_DELETE_RULE);
+    HWND other =
+        CreateWindowExW(0, L"Static", L"", WS_POPUP | WS_VISIBLE, 0, 0, 50, 50, nullptr, nullptr, nullptr, nullptr);
+    host.calls().inside("IkvExpirationRuleService::delete_rule", [&] {
+      SetActiveWindow(other);
+      SetFocus(nullptr);
+    });
+    list.delete_selected();
+    EXPECT_EQ(other, GetActiveWindow());
+    DestroyWindow(other);
+    SetActiveWindow(list.window());
+  });
+}
+
 }  // namespace
 }  // namespace list_test

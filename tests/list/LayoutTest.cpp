@@ -64,20 +64,6 @@ TEST_F(ListLayout, ListAndItsFrameGrowAndButtonsStayAtTheirCorners) {
   });
 }
 
-TEST_F(ListLayout, EveryControlIsPaintedAnewWhenTheSizeChanges) {
-  open([](RuleList& list) {
-    const RECT window = window_rect(list.window());
-    RedrawWindow(list.window(), nullptr, nullptr, RDW_VALIDATE | RDW_ALLCHILDREN);
-    ASSERT_FALSE(GetUpdateRect(list.item(IDCANCEL), nullptr, FALSE));
-    set_size(list.window(), window.right - window.left + 31, window.bottom - window.top + 17);
-    for (const int id : {IDC_RULES_GROUP, IDC_RULES_LIST, IDC_ADD_RULE, IDC_EDIT_RULE, IDC_DELETE_RULE, IDCANCEL}) {
-      RECT invalid = {};
-      GetUpdateRect(list.item(id), &invalid, FALSE);
-      EXPECT_EQ(client_rect(list.item(id)), invalid) << id;
-    }
-  });
-}
-
 TEST_F(ListLayout, ColumnFillsTheListLessAScrollBar) {
   open([](RuleList& list) {
     EXPECT_EQ(expected_column_width(list), list.column_width());

@@ -96,6 +96,21 @@ TEST_F(Refill, ReplacesWhatTheListHeld) {
   });
 }
 
+TEST_F(Refill, ThatBeganLastWins) {
+  store_rules({L"B", L"A"});
+  open([&](RuleList& list) {
+    for (const char* call : {"IkvTable::MoveFirst", "IkvTable::MoveNext", "IkvField::GetLong(1025)"}) {
+      host.rules() = {{1, L"B"}, {2, L"A"}};
+      host.calls().inside(call, [&] {
+        host.rules() = {{3, L"C"}};
+        list.dialog().update_expiration_rule_list();
+      });
+      list.dialog().update_expiration_rule_list();
+      EXPECT_EQ((Items{{L"C", 3}}), list.rows()) << call;
+    }
+  });
+}
+
 TEST_F(Refill, ShowsBothOfTwoRulesWithOneName) {
   host.rules() = {{1, L"same"}, {2, L"same"}, {3, L"A"}};
   EXPECT_THAT(shown(), testing::UnorderedElementsAre(Item(L"A", 3), Item(L"same", 1), Item(L"same", 2)));

@@ -95,6 +95,18 @@ TEST_F(RuleUsers, WholeTableIsReadInOnePass) {
                                   "IkvField::GetText(1077)", "IkvTable::MoveNext", "IkvTable::IsEOF"));
 }
 
+TEST_F(RuleUsers, FieldOfARowIsReleasedOnceTheWalkHasMovedOn) {
+  host.settings() = {{L"a", L"IF"}, {L"b", L"TF"}};
+  std::vector<std::size_t> living;
+  const auto count = [&] { living.push_back(host.living().size()); };
+  for (const char* call : {"IkvTable::GetFieldByID(209)", "IkvTable::MoveNext"}) host.calls().inside(call, count);
+  host.calls().inside("IkvTable::MoveNext", [&] { host.calls().inside("IkvTable::IsEOF", count); });
+  find_users();
+  ASSERT_EQ(3u, living.size());
+  EXPECT_EQ(living[0], living[1]) << "the rule's field is held, the setting's is released";
+  EXPECT_EQ(living[0], living[2]);
+}
+
 constexpr RuleUsersLocations::FailedCall nowhere = {{"Some.cpp", 1, "f", "void f()"}, L""};
 constexpr RuleUsersLocations locations = {nowhere, nowhere, nowhere};
 

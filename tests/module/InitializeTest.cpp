@@ -53,6 +53,25 @@ class InitializeTest : public HostedTest {
   }
 };
 
+TEST_F(InitializeTest, ReportsAFailedEntryWithoutAReferenceToThePlugin) {
+  for (const char* call : {"IkvSubMenu::AddCommand", "IkvHotKeyCollection::AddHotKey"}) {
+    ULONG before = 0;
+    std::vector<ULONG> during;
+    const auto references = [this] {
+      plugin_->AddRef();
+      return plugin_->Release();
+    };
+    calls().fail(call);
+    before = references();
+    test_support::on_command([&](const test_support::RecordedCommand&) { during.push_back(references()); });
+    EXPECT_EQ(E_FAIL, initialize());
+    ASSERT_FALSE(during.empty());
+    EXPECT_EQ(before, during.front()) << call;
+    EXPECT_EQ(2u, take_reports().size());
+    calls().clear_faults();
+  }
+}
+
 TEST_F(InitializeTest, AddsOneCommandAndOneHotKeyAimedAtThePlugin) {
   EXPECT_EQ(S_OK, initialize());
   const std::string caption = '"' + shared_text(4028) + '"';

@@ -14,6 +14,7 @@ struct LateBoundResult {
   HRESULT answer = S_OK;
   SCODE code = S_OK;  ///< the method's own failure, when the answer is DISP_E_EXCEPTION
   _variant_t result;
+  std::wstring description;  ///< what the exception says of itself
 };
 
 inline HRESULT id_of(IDispatch* object, const std::wstring& name, DISPID& id) {
@@ -32,6 +33,7 @@ inline LateBoundResult invoke(IDispatch* object, DISPID id, std::vector<_variant
   called.answer =
       object->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &parameters, &called.result, &exception, nullptr);
   called.code = exception.scode;
+  called.description.assign(exception.bstrDescription ? exception.bstrDescription : L"");
   for (const BSTR text : {exception.bstrSource, exception.bstrDescription, exception.bstrHelpFile}) SysFreeString(text);
   return called;
 }
@@ -40,7 +42,7 @@ inline LateBoundResult invoke(IDispatch* object, DISPID id, std::vector<_variant
 inline LateBoundResult call(IDispatch* object, const std::wstring& name, std::vector<_variant_t> arguments = {}) {
   DISPID id = DISPID_UNKNOWN;
   const HRESULT found = id_of(object, name, id);
-  if (FAILED(found)) return {found, S_OK, {}};
+  if (FAILED(found)) return {found, S_OK, {}, {}};
   return invoke(object, id, std::move(arguments));
 }
 

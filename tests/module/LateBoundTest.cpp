@@ -100,6 +100,42 @@ TEST_F(LateBoundTest, FailureOfAMethodTravelsAsAnException) {
   EXPECT_EQ(E_INVALIDARG, called.code);
 }
 
+/// Leaves an error object on the thread, as a host object does that fails on the way.
+void leave_error_information() {
+  base::ComPtr<ICreateErrorInfo> error;
+  ASSERT_EQ(S_OK, CreateErrorInfo(&error));
+  const _bstr_t text = L"somebody else's failure";
+  error->SetDescription(text.copy(false));
+  ASSERT_EQ(S_OK, SetErrorInfo(0, base::query<IErrorInfo>(error)));
+}
+
+bool has_error_information() {
+  base::ComPtr<IErrorInfo> error;
+  return GetErrorInfo(0, &error) == S_OK;
+}
+
+TEST_F(LateBoundTest, FailureShowsNoErrorInformationOfSomebodyElse) {
+  initialize();
+  leave_error_information();
+  EXPECT_EQ(L"", call(object_, L"DoCommand", {_variant_t(9L), _variant_t()}).description) << "left before the call";
+  EXPECT_FALSE(has_error_information());
+
+  calls().inside("IkvMenuItem::get_CommandID", leave_error_information);
+  EXPECT_EQ(L"", call(object_, L"DoCommand", {_variant_t(9L), _variant_t()}).description) << "left by the host";
+
+  calls().fail("IkvMainMenu::FindSubMenu");
+  calls().inside("IkvMainMenu::FindSubMenu", leave_error_information);
+  EXPECT_EQ(L"", call(object_, L"Initialize", good_arguments()).description);
+  EXPECT_FALSE(has_error_information());
+  take_reports();
+}
+
+TEST_F(LateBoundTest, CallThatReachesNoMethodLeavesNoErrorInformation) {
+  leave_error_information();
+  EXPECT_EQ(DISP_E_MEMBERNOTFOUND, invoke(object_, 5).answer);
+  EXPECT_FALSE(has_error_information());
+}
+
 // Too many arguments are refused by the automation library of Windows (DISP_E_BADPARAMCOUNT); Wine's ignores them.
 TEST_F(LateBoundTest, TooFewArgumentsAreRefused) {
   std::vector<_variant_t> five = good_arguments();

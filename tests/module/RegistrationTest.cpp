@@ -144,7 +144,7 @@ TEST_F(RegistrationTest, FailureOfTheFirstStepIsAnsweredAndNothingElseIsDone) {
   const RegistryTree before = classes();
   EXPECT_EQ(volatile_parent_failure, module_.register_server());
   EXPECT_EQ(before, classes());
-  EXPECT_EQ(1u, test_support::take_reports().size());
+  EXPECT_THAT(test_support::take_reports(), IsEmpty()) << "whoever registers a module may have no user to ask";
 }
 
 TEST_F(RegistrationTest, FailureOfTheClassStepIsAnsweredAndTheTypeLibraryIsNotRegistered) {
@@ -154,7 +154,6 @@ TEST_F(RegistrationTest, FailureOfTheClassStepIsAnsweredAndTheTypeLibraryIsNotRe
     EXPECT_EQ(volatile_parent_failure, module_.register_server());
     EXPECT_TRUE(registry_key_exists(HKEY_CLASSES_ROOT, L"AppID\\zdExpirationRules.DLL")) << "the step before is kept";
     EXPECT_FALSE(registry_key_exists(HKEY_CLASSES_ROOT, L"TypeLib"));
-    EXPECT_EQ(1u, test_support::take_reports().size());
   }
 }
 
@@ -173,7 +172,6 @@ TEST_F(RegistrationTest, FailureOfTheTypeLibraryStepIsAnsweredAsItStands) {
   EXPECT_EQ(failure, module_.register_server());
   EXPECT_THAT(differences(registered_tree(built_module_path()), without_type_library(classes())), IsEmpty())
       << "the steps before are kept";
-  EXPECT_EQ(1u, test_support::take_reports().size());
 }
 
 TEST_F(RegistrationTest, UnregisteringWhatIsNotRegisteredFailsAtTheTypeLibraryAndStops) {
@@ -183,7 +181,6 @@ TEST_F(RegistrationTest, UnregisteringWhatIsNotRegisteredFailsAtTheTypeLibraryAn
   ASSERT_TRUE(FAILED(failure));
   EXPECT_EQ(failure, module_.unregister_server());
   EXPECT_THAT(differences(registered_tree(built_module_path()), without_type_library(classes())), IsEmpty());
-  EXPECT_EQ(1u, test_support::take_reports().size());
 }
 
 }  // namespace

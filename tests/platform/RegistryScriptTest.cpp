@@ -9,8 +9,10 @@ using Removal = RegistryNode::Removal;
 
 const Replacements no_replacements;
 
-RegistryValue text(const std::wstring& name, const std::wstring& value) { return {name, false, value, 0}; }
-RegistryValue number(const std::wstring& name, std::uint32_t value) { return {name, true, {}, value}; }
+RegistryValue text(const std::wstring& name, const std::wstring& value, std::size_t keys_before = 0) {
+  return {name, false, value, 0, keys_before};
+}
+RegistryValue number(const std::wstring& name, std::uint32_t value) { return {name, true, {}, value, 0}; }
 
 struct ReadableScript {
   const char* name;
@@ -44,7 +46,7 @@ const ReadableScript readable_scripts[] = {
      L"HKCR { A = s '0' { val Z = s '1' C B val Y = s '2' } }",
      {{L"A",
        Removal::own,
-       {text(L"", L"0"), text(L"Z", L"1"), text(L"Y", L"2")},
+       {text(L"", L"0"), text(L"Z", L"1"), text(L"Y", L"2", 2)},
        {{L"C", Removal::own, {}, {}}, {L"B", Removal::own, {}, {}}}}}},
     {"AnyCharacter",
      L"HKCR { '\u5230\u671f' = s '\U0001f4c8 ' }",

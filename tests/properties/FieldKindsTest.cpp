@@ -186,7 +186,7 @@ TEST_F(FieldKinds, OfANewRuleKeepNothingFromBeingMade) {
   for_each_kind([&] {
     for (const tagKVFIELDID id : rule_fields) {
       make_odd(id);
-      EXPECT_TRUE(create_new_rule_row(_bstr_t(L"new")));
+      EXPECT_TRUE(create_new_rule_row([] { return _bstr_t(L"new"); }));
       make_sound();
     }
     reports();

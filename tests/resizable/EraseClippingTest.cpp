@@ -11,6 +11,7 @@
 #include "LayoutWindow.h"
 
 ZD_IMPORT_PROBE(GetWindowRgn, WindowRegionProbe);
+ZD_IMPORT_PROBE(GetClipRgn, ClipRegionProbe);
 ZD_IMPORT_PROBE(OffsetRgn, OffsetRegionProbe);
 ZD_IMPORT_PROBE(CreateRectRgn, CreateRegionProbe);
 ZD_IMPORT_PROBE(CreateRectRgnIndirect, CreateRectRegionProbe);
@@ -261,6 +262,20 @@ TEST_F(EraseClipping, LeavesTheDcOfAnotherWindowAlone) {
   clip(dc.get());
   EXPECT_EQ(clip_state, 0);
   EXPECT_EQ(layout.SavedClipState(), -1);
+}
+
+TEST_F(EraseClipping, SavesTheClipRegionBeforeItBuildsItsOwn) {
+  anchored(L"Edit");
+  const platform::ClientDc dc(parent.get());
+  const WindowRegionProbe children;
+  ClipRegionProbe saved;
+  saved.replace([&](HDC from, HRGN region) {
+    EXPECT_EQ(children.calls(), 0);
+    return saved.original(from, region);
+  });
+  layout.ApplyEraseClipping(dc.get(), FALSE);
+  EXPECT_EQ(saved.calls(), 1);
+  EXPECT_EQ(children.calls(), 1);
 }
 
 TEST_F(EraseClipping, LeavesNoDcAtAllAlone) {

@@ -1,4 +1,5 @@
 #include "EditorTest.h"
+#include "Input.h"
 #include "SentMessages.h"
 #include "string_t.h"
 
@@ -241,6 +242,25 @@ TEST_F(EditorFill, InitDialogReturnsZero) {
   });
   edit([](Editor&) {});
   EXPECT_EQ(0, result);
+}
+
+TEST_F(EditorFill, DayMode2LeavesTheRadioButtonsInReachOfTabWhichChoosesNone) {
+  rule().day_mode = 2;
+  std::vector<int> without_click;
+  const test_support::SentMessages watch([&](const CWPSTRUCT& message) {
+    if (message.message == BM_SETDONTCLICK && message.wParam) without_click.push_back(GetDlgCtrlID(message.hwnd));
+  });
+  edit([](Editor& editor) {
+    SetFocus(editor.item(IDC_DAY_TYPE));
+    test_support::press(VK_TAB);
+    EXPECT_EQ(editor.item(IDC_DAY_OF_MONTH_MODE), GetFocus());
+    EXPECT_FALSE(editor.checked(IDC_DAY_OF_MONTH_MODE));
+    EXPECT_FALSE(editor.checked(IDC_WEEKDAY_MODE));
+    test_support::press(VK_SPACE);
+    EXPECT_TRUE(editor.checked(IDC_DAY_OF_MONTH_MODE));
+    editor.cancel();
+  });
+  EXPECT_THAT(without_click, testing::ElementsAre(IDC_DAY_OF_MONTH_MODE, IDC_WEEKDAY_MODE));
 }
 
 }  // namespace

@@ -93,6 +93,41 @@ TEST_F(EditorOffset, TypingLeavesTheCaretBehindTheTypedCharacter) {
   });
 }
 
+TEST_F(EditorOffset, EditingWithoutAKeyMovesTheSpinAndTheDescription) {
+  edit([](Editor& editor) {
+    HWND offset = editor.item(IDC_OFFSET);
+    const auto select_all = [&] { SendMessageW(offset, EM_SETSEL, 0, -1); };
+    for (const UINT removing : {WM_CUT, WM_CLEAR}) {
+      editor.enter(IDC_OFFSET, L"12");
+      const std::wstring with_offset = editor.description();
+      select_all();
+      SendMessageW(offset, removing, 0, 0);
+      expect_offset(editor, L"", 0);
+      EXPECT_NE(with_offset, editor.description());
+      EXPECT_TRUE(SendMessageW(offset, removing == WM_CUT ? WM_UNDO : EM_UNDO, 0, 0));
+      expect_offset(editor, L"12", 12);
+      EXPECT_EQ(with_offset, editor.description());
+    }
+    editor.cancel();
+  });
+}
+
+TEST_F(EditorOffset, FullWidthDigitsAreWhatTheAutomationLibraryMakesOfThem) {
+  std::wstring digits = L"\uFF11\uFF12";
+  long number = 5;  // where the spin stands when they are no number
+  const HRESULT converted = VarI4FromStr(digits.data(), LOCALE_USER_DEFAULT, 0, &number);
+  rule().roll_offset = 5;
+  edit([&](Editor& editor) {
+    SetDlgItemTextW(editor.window(), IDC_OFFSET, digits.c_str());
+    SendMessageW(editor.window(), WM_USER + 7, reinterpret_cast<WPARAM>(editor.item(IDC_OFFSET)), 0);
+    // Where the conversion fails it is reported, and the up-down control may still read its edit by itself.
+    EXPECT_THAT(editor.spin(), testing::AnyOf(number, 12));
+    EXPECT_EQ(digits, editor.text(IDC_OFFSET));
+    editor.cancel();
+  });
+  EXPECT_EQ(SUCCEEDED(converted) ? 0u : 1u, reports().size());
+}
+
 TEST_F(EditorOffset, ClickingTheSpinMovesTheEditAndTheDescription) {
   save_from(5, [](Editor& editor) {
     editor.spin_up(3);

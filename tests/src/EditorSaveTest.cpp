@@ -217,6 +217,54 @@ TEST_F(EditorSave, IsNotWhatCancelTheEscapeKeyAndTheCloseBoxDo) {
   EXPECT_THAT(added(), IsEmpty());
 }
 
+TEST_F(EditorSave, IsDoneOnceForAnOkWithinAnOk) {
+  for (const char* call : {"IkvTable::MoveFirst", "IkvExpirationRuleService::update_rule"}) {
+    host.calls().forget();
+    EXPECT_EQ(IDOK, edit([&](Editor& editor) {
+                host.calls().inside(call, [&] { SendMessageW(editor.window(), WM_COMMAND, IDOK, 0); });
+                editor.ok();
+              }));
+    EXPECT_EQ(1u, saved().size()) << call;
+  }
+}
+
+TEST_F(EditorSave, IsNotDoneAfterACancelWithinTheCheck) {
+  for (const char* call : {"IkvTable::MoveFirst", "IkvField::GetText(1077)"}) {
+    EXPECT_EQ(IDCANCEL, edit([&](Editor& editor) {
+                host.calls().inside(call, [&] { SendMessageW(editor.window(), WM_COMMAND, IDCANCEL, 0); });
+                editor.ok();
+              }))
+        << call;
+  }
+  EXPECT_THAT(saved(), IsEmpty());
+}
+
+TEST_F(EditorSave, IsNotCancelledOnceItHasBegun) {
+  const std::pair<long, const char*> saves[] = {{stored_id, "IkvExpirationRuleService::update_rule"},
+                                                {0, "IkvExpirationRuleService::add_rule"}};
+  for (const auto& [rule_id, call] : saves) {
+    EXPECT_EQ(IDOK, edit(rule_id,
+                         [&, rule_id = rule_id, call = call](Editor& editor) {
+                           editor.enter(IDC_NAME, L"name " + std::to_wstring(rule_id));
+                           host.calls().inside(call, [&] { SendMessageW(editor.window(), WM_COMMAND, IDCANCEL, 0); });
+                           editor.ok();
+                         }))
+        << call;
+  }
+  EXPECT_EQ(1u, saved().size());
+  EXPECT_EQ(1u, added().size());
+}
+
+TEST_F(EditorSave, CanBeTriedAgainAfterARefusedName) {
+  EXPECT_EQ(IDOK, edit([](Editor& editor) {
+              editor.enter(IDC_NAME, L"A-B");
+              editor.refused_ok();
+              editor.enter(IDC_NAME, L"AB");
+              editor.ok();
+            }));
+  EXPECT_EQ(1u, saved().size());
+}
+
 TEST_F(EditorSave, IsNotDoneBeforeOk) {
   EXPECT_EQ(IDOK, edit([this](Editor& editor) {
               host.calls().forget();

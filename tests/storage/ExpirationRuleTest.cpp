@@ -12,7 +12,9 @@ using testing::IsEmpty;
 
 class NewRuleRow : public StorageTest {
  protected:
-  IkvTablePtr create() { return create_new_rule_row(L"New"); }
+  IkvTablePtr create() {
+    return create_new_rule_row([] { return _bstr_t(L"New"); });
+  }
 };
 
 TEST_F(NewRuleRow, IsWrittenFieldByFieldWithoutTheDayMode) {
@@ -29,6 +31,15 @@ TEST_F(NewRuleRow, IsAppendedAndMadeCurrentAfterTheFieldsAreDeclared) {
   const IkvTablePtr row = create();
   const std::vector<std::string> after_fields(calls().begin() + 13, calls().begin() + 16);
   EXPECT_THAT(after_fields, ElementsAre("IkvTable::AppendRow", "IkvTable::MoveLast", "IkvTable::GetFieldByID(1077)"));
+}
+
+TEST_F(NewRuleRow, LoadsTheNameOnceTheRowIsCurrent) {
+  std::string last_call;
+  create_new_rule_row([&] {
+    last_call = calls().back();
+    return _bstr_t(L"New");
+  });
+  EXPECT_EQ("IkvTable::MoveLast", last_call);
 }
 
 TEST_F(NewRuleRow, KeepsTheDayModeOfTheHost) {

@@ -166,6 +166,10 @@ TEST_F(NewRuleTable, IsMadeRunAskedForItsInterfaceAndGivenTheFieldsOfARule) {
 }
 
 TEST_F(NewRuleTable, IsHeldByTheTargetAlone) {
+  host.calls().inside("IkvTable::AddField(1025, 0, 0, 0)", [&] {
+    target->AddRef();
+    EXPECT_EQ(1u, target->Release()) << "already when its fields are declared";
+  });
   create_rule_table(target);
   EXPECT_THAT(host.living(),
               testing::UnorderedElementsAre("kvTable with references: 1", "kvStorage with references: 4"));

@@ -55,7 +55,7 @@ void HostRules::make(const RuleChange& change) {
 }
 
 void HostRules::add(const Rule& rule) {
-  const IkvTablePtr row = create_new_rule_row(L"new");
+  const IkvTablePtr row = create_new_rule_row([] { return _bstr_t(L"new"); });
   long number = 0;
   require(add_rule(storage_, as_entered(rule), number));
   SetField(row, KVFIELD_RULE_ID, number);

@@ -1,0 +1,231 @@
+// What a change of the size repaints.
+
+#include <array>
+#include <map>
+
+#include "DeviceContext.h"
+#include "ListDialogTest.h"
+#include "Owned.h"
+
+namespace list_test {
+namespace {
+
+constexpr int grip_id = 0;
+constexpr int step_count = 50;
+
+/// How often a control painted and erased itself.
+struct Repaints {
+  int paints = 0;
+  int erases = 0;
+};
+using RepaintsById = std::map<int, Repaints>;
+
+SIZE size_of_step(SIZE first, int step) { return {first.cx + 90 + step * 37 % 80, first.cy + 60 + step * 23 % 50}; }
+
+SIZE window_size(HWND window) {
+  RECT rect = {};
+  GetWindowRect(window, &rect);
+  return {rect.right - rect.left, rect.bottom - rect.top};
+}
+
+void update_all(HWND dialog) { RedrawWindow(dialog, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN); }
+
+/// Gives the dialog many sizes, each painted at once, and counts what its children do.
+RepaintsById repaints_of(HWND dialog, SIZE first) {
+  SetWindowPos(dialog, nullptr, 50, 50, first.cx, first.cy, SWP_NOZORDER | SWP_NOACTIVATE);
+  update_all(dialog);
+  RepaintsById counted;
+  const SentMessages watch([&](const CWPSTRUCT& message) {
+    if (GetParent(message.hwnd) != dialog) return;
+    Repaints& repaints = counted[GetDlgCtrlID(message.hwnd)];
+    if (message.message == WM_PAINT) ++repaints.paints;
+    if (message.message == WM_ERASEBKGND) ++repaints.erases;
+  });
+  for (int step = 1; step <= step_count; ++step) {
+    const SIZE size = size_of_step(first, step);
+    SetWindowPos(dialog, nullptr, 0, 0, size.cx, size.cy, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+    update_all(dialog);
+  }
+  return counted;
+}
+
+/// The same controls, moved by a batch that is written by hand.
+class HandWrittenDialog {
+ public:
+  explicit HandWrittenDialog(const Names& names)
+      : window_(CreateDialogParamW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(IDD_EXPIRATION_RULES_LIST), nullptr,
+                                   procedure, 0)) {
+    grip_ = CreateWindowExW(0, L"SCROLLBAR", nullptr, WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | SBS_SIZEGRIP, 0, 0,
+                            GetSystemMetrics(SM_CXVSCROLL), GetSystemMetrics(SM_CYHSCROLL), window_, nullptr, nullptr,
+                            nullptr);
+    HWND view = GetDlgItem(window_, IDC_RULES_LIST);
+    SendMessageW(view, LVM_SETEXTENDEDLISTVIEWSTYLE, 0, LVS_EX_FULLROWSELECT);
+    std::wstring text = L"name";
+    LVCOLUMNW column = {};
+    column.mask = LVCF_TEXT | LVCF_WIDTH;
+    column.pszText = text.data();
+    SendMessageW(view, LVM_INSERTCOLUMNW, 0, reinterpret_cast<LPARAM>(&column));
+    for (std::wstring name : names) {
+      LVITEMW item = {};
+      item.mask = LVIF_TEXT;
+      item.pszText = name.data();
+      SendMessageW(view, LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item));
+    }
+    GetClientRect(window_, &client_);
+    for (Moved& moved : moved_) {
+      GetWindowRect(GetDlgItem(window_, moved.id), &moved.rect);
+      MapWindowPoints(nullptr, window_, reinterpret_cast<POINT*>(&moved.rect), 2);
+    }
+    SetWindowLongPtrW(window_, DWLP_USER, reinterpret_cast<LONG_PTR>(this));
+    ShowWindow(window_, SW_SHOW);
+  }
+  ~HandWrittenDialog() { DestroyWindow(window_); }
+  HandWrittenDialog(const HandWrittenDialog&) = delete;
+  HandWrittenDialog& operator=(const HandWrittenDialog&) = delete;
+
+  HWND window() const { return window_; }
+
+ private:
+  struct Moved {
+    int id;
+    LONG across;  ///< 1 when the left side follows the dialog's right side
+    LONG down;    ///< 1 when the top follows the dialog's bottom
+    bool grows;
+    RECT rect;
+  };
+
+  static INT_PTR CALLBACK procedure(HWND window, UINT message, WPARAM, LPARAM) {
+    auto* dialog = reinterpret_cast<HandWrittenDialog*>(GetWindowLongPtrW(window, DWLP_USER));
+    if (message == WM_SIZE && dialog) dialog->arrange();
+    return FALSE;
+  }
+
+  void arrange() const {
+    RECT client = {};
+    GetClientRect(window_, &client);
+    const LONG dx = client.right - client_.right;
+    const LONG dy = client.bottom - client_.bottom;
+    SetWindowPos(grip_, HWND_BOTTOM, client.right - GetSystemMetrics(SM_CXVSCROLL),
+                 client.bottom - GetSystemMetrics(SM_CYHSCROLL), 0, 0, SWP_NOSIZE | SWP_NOACTIVATE | SWP_NOOWNERZORDER);
+    HDWP batch = BeginDeferWindowPos(static_cast<int>(moved_.size()));
+    for (const Moved& moved : moved_) {
+      const RECT& rect = moved.rect;
+      const UINT kept = moved.grows ? SWP_NOMOVE : SWP_NOSIZE;
+      batch = DeferWindowPos(batch, GetDlgItem(window_, moved.id), nullptr, rect.left + moved.across * dx,
+                             rect.top + moved.down * dy, rect.right - rect.left + dx, rect.bottom - rect.top + dy,
+                             SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOOWNERZORDER | kept);
+    }
+    EndDeferWindowPos(batch);
+    HWND view = GetDlgItem(window_, IDC_RULES_LIST);
+    RECT inner = {};
+    GetClientRect(view, &inner);
+    SendMessageW(view, LVM_SETCOLUMNWIDTH, 0, MAKELPARAM(inner.right - GetSystemMetrics(SM_CXVSCROLL), 0));
+  }
+
+  HWND window_;
+  HWND grip_;
+  RECT client_ = {};
+  std::array<Moved, 6> moved_{{{IDC_RULES_GROUP, 0, 0, true, {}},
+                               {IDC_RULES_LIST, 0, 0, true, {}},
+                               {IDC_ADD_RULE, 1, 0, false, {}},
+                               {IDC_EDIT_RULE, 1, 0, false, {}},
+                               {IDC_DELETE_RULE, 1, 0, false, {}},
+                               {IDCANCEL, 1, 1, false, {}}}};
+};
+
+/// What the client area shows, as 32-bit pixels, without the list view: that one paints itself as in any dialog.
+std::vector<DWORD> picture(HWND dialog) {
+  RECT client = {};
+  GetClientRect(dialog, &client);
+  const platform::ClientDc screen(dialog);
+  base::MemoryDc memory(CreateCompatibleDC(screen.get()));
+  const base::Bitmap bitmap(CreateCompatibleBitmap(screen.get(), client.right, client.bottom));
+  {
+    const platform::SelectedObject selected(memory.get(), bitmap.get());
+    BitBlt(memory.get(), 0, 0, client.right, client.bottom, screen.get(), 0, 0, SRCCOPY);
+    RECT view = {};
+    GetWindowRect(GetDlgItem(dialog, IDC_RULES_LIST), &view);
+    MapWindowPoints(nullptr, dialog, reinterpret_cast<POINT*>(&view), 2);
+    PatBlt(memory.get(), view.left, view.top, view.right - view.left, view.bottom - view.top, BLACKNESS);
+  }
+  BITMAPINFO info = {};
+  info.bmiHeader = {sizeof info.bmiHeader, client.right, -client.bottom, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
+  std::vector<DWORD> pixels(static_cast<std::size_t>(client.right) * static_cast<std::size_t>(client.bottom));
+  GetDIBits(memory.get(), bitmap.get(), 0, static_cast<UINT>(client.bottom), pixels.data(), &info, DIB_RGB_COLORS);
+  return pixels;
+}
+
+/// The rectangle around the pixels that differ; empty when none does.
+RECT difference(const std::vector<DWORD>& left, const std::vector<DWORD>& right, LONG width) {
+  RECT around = {};
+  for (std::size_t i = 0; i < left.size(); ++i) {
+    const auto x = static_cast<LONG>(i) % width;
+    const auto y = static_cast<LONG>(i) / width;
+    const RECT pixel = {x, y, x + 1, y + 1};
+    if (left[i] != right[i]) UnionRect(&around, &around, &pixel);
+  }
+  return around;
+}
+
+const Names names = {L"AU", L"CU", L"IF", L"RB", L"TF", L"ZN"};
+
+class ListFlickerOnScreen : public ListDialogTest {};
+
+TEST_F(ListFlickerOnScreen, OnlyTheGroupBoxAndTheMovedButtonsArePaintedMoreThanByABatchWrittenByHand) {
+  RepaintsById other;
+  SIZE first = {};
+  {
+    const HandWrittenDialog by_hand(names);
+    first = window_size(by_hand.window());
+    other = repaints_of(by_hand.window(), first);
+  }
+  store_rules(names);
+  open([&](RuleList& list) {
+    RepaintsById own = repaints_of(list.window(), first);
+    EXPECT_EQ(other[IDC_RULES_LIST].paints, own[IDC_RULES_LIST].paints);
+    EXPECT_EQ(other[IDC_RULES_LIST].erases, own[IDC_RULES_LIST].erases);
+    for (const int id : {IDC_RULES_GROUP, IDC_ADD_RULE, IDC_EDIT_RULE, IDC_DELETE_RULE, IDCANCEL}) {
+      EXPECT_LE(own[id].paints, step_count) << id << " by hand " << other[id].paints;
+      EXPECT_LE(own[id].erases, step_count) << id << " by hand " << other[id].erases;
+    }
+    // The grip moves as the buttons do; the system may erase it once when it moves and once when it is painted.
+    EXPECT_LE(own[grip_id].paints, step_count) << "by hand " << other[grip_id].paints;
+    EXPECT_LE(own[grip_id].erases, 2 * step_count) << "by hand " << other[grip_id].erases;
+  });
+}
+
+TEST_F(ListFlickerOnScreen, EverySizeShowsWhatAFullRepaintShowsAroundTheList) {
+  store_rules(names);
+  open([](RuleList& list) {
+    const SIZE first = window_size(list.window());
+    for (int step = 0; step < step_count; step += 5) {
+      const SIZE size = size_of_step(first, step);
+      SetWindowPos(list.window(), nullptr, 0, 0, size.cx, size.cy, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+      update_all(list.window());
+      const std::vector<DWORD> shown = picture(list.window());
+      RedrawWindow(list.window(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_UPDATENOW | RDW_ALLCHILDREN);
+      RECT client = {};
+      GetClientRect(list.window(), &client);
+      const RECT differs = difference(shown, picture(list.window()), client.right);
+      EXPECT_TRUE(IsRectEmpty(&differs)) << "step " << step << ": " << differs.left << ' ' << differs.top << ' '
+                                         << differs.right << ' ' << differs.bottom;
+    }
+  });
+}
+
+TEST_F(ListFlickerOnScreen, SizeThatDidNotChangeRepaintsNothing) {
+  store_rules(names);
+  open([](RuleList& list) {
+    update_all(list.window());
+    RECT client = {};
+    GetClientRect(list.window(), &client);
+    SendMessageW(list.window(), WM_SIZE, SIZE_RESTORED, MAKELPARAM(client.right, client.bottom));
+    for (const int id : {IDC_RULES_GROUP, IDC_RULES_LIST, IDC_ADD_RULE, IDCANCEL}) {
+      EXPECT_FALSE(GetUpdateRect(list.item(id), nullptr, FALSE)) << id;
+    }
+    EXPECT_FALSE(GetUpdateRect(list.window(), nullptr, FALSE));
+  });
+}
+
+}  // namespace
+}  // namespace list_test
