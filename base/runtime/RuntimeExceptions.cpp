@@ -2,6 +2,7 @@
 #include <cxxabi.h>
 
 #include <atomic>
+#include <utility>
 
 // What the C++ runtime keeps for exceptions, on the system's own means. Its own way goes through a thread library that
 // takes memory at the first exception of each thread, ends the process when there is none, and leaves blocks and
@@ -33,10 +34,12 @@ struct ExceptionSupport {
   ExceptionSupport() { thread_globals(); }
   ~ExceptionSupport() {
     __gnu_cxx::__freeres();
-    FlsFree(index);
+    // The system may give the index to another module at once; an exception of a later destructor must not use it.
+    FlsFree(std::exchange(index, FLS_OUT_OF_INDEXES));
   }
 
   Globals* thread_globals() noexcept {
+    if (index == FLS_OUT_OF_INDEXES) return &shared;
     if (void* globals = FlsGetValue(index)) return static_cast<Globals*>(globals);
     if (shared_is_in_use()) return &shared;
     void* made = HeapAlloc(GetProcessHeap(), HEAP_ZERO_MEMORY, sizeof(Globals));
