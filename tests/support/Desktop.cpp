@@ -2,12 +2,16 @@
 
 #include <windows.h>
 
+#include <string>
+
 namespace test_support {
 
 bool move_to_own_desktop() {
   const HWINSTA station = CreateWindowStationW(nullptr, 0, GENERIC_ALL, nullptr);
   if (!station || !SetProcessWindowStation(station)) return false;
-  const HDESK desktop = CreateDesktopW(L"Default", nullptr, nullptr, 0, GENERIC_ALL, nullptr);
+  // Stations without a name may be one and the same, and programs on one desktop take the foreground from each other.
+  const std::wstring name = L"tests-" + std::to_wstring(GetCurrentProcessId());
+  const HDESK desktop = CreateDesktopW(name.c_str(), nullptr, nullptr, 0, GENERIC_ALL, nullptr);
   return desktop && SetThreadDesktop(desktop);
 }
 

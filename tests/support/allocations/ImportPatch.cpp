@@ -1,6 +1,7 @@
 #include "ImportPatch.h"
 
 #include <stdexcept>
+#include <string>
 #include <string_view>
 
 namespace test_support {
@@ -11,32 +12,22 @@ Type* at(HMODULE module, ULONGLONG offset) {
   return reinterpret_cast<Type*>(reinterpret_cast<ULONG_PTR>(module) + offset);
 }
 
-/// Visits the library and the name, or the number behind a "#", of every function that the module imports, and the
-/// place in its import table that holds the address, until a visit answers true.
-template <class Visit>
-void visit_imports(HMODULE module, const Visit& visit) {
+/// The location in the module's import table that holds the address of a function, whose name is as in "#17" when it is
+/// imported by a number; null when the module imports none.
+void** import_entry(HMODULE module, std::string_view function) {
   const auto* headers = at<IMAGE_NT_HEADERS>(module, static_cast<ULONGLONG>(at<IMAGE_DOS_HEADER>(module, 0)->e_lfanew));
   const auto& directory = headers->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT];
   for (auto* library = at<IMAGE_IMPORT_DESCRIPTOR>(module, directory.VirtualAddress); library->Name; ++library) {
     auto* name = at<IMAGE_THUNK_DATA>(module, library->OriginalFirstThunk);
     auto* entry = at<void*>(module, library->FirstThunk);
     for (; name->u1.AddressOfData; ++name, ++entry) {
-      const std::string function = IMAGE_SNAP_BY_ORDINAL(name->u1.Ordinal)
+      const std::string imported = IMAGE_SNAP_BY_ORDINAL(name->u1.Ordinal)
                                        ? '#' + std::to_string(IMAGE_ORDINAL(name->u1.Ordinal))
                                        : at<IMAGE_IMPORT_BY_NAME>(module, name->u1.AddressOfData)->Name;
-      if (visit(at<char>(module, library->Name), function, entry)) return;
+      if (imported == function) return entry;
     }
   }
-}
-
-/// The place in the module's import table that holds the address of a function; null when it imports none.
-void** import_entry(HMODULE module, std::string_view function) {
-  void** found = nullptr;
-  visit_imports(module, [&](const char*, std::string_view name, void** entry) {
-    if (name == function) found = entry;
-    return found != nullptr;
-  });
-  return found;
+  return nullptr;
 }
 
 void write_entry(void** entry, void* function) {
@@ -47,15 +38,6 @@ void write_entry(void** entry, void* function) {
 }
 
 }  // namespace
-
-std::vector<Import> imports_of(HMODULE module) {
-  std::vector<Import> imports;
-  visit_imports(module, [&](const char* library, const std::string& function, void**) {
-    imports.push_back({library, function});
-    return false;
-  });
-  return imports;
-}
 
 bool imports(HMODULE module, const char* name) { return import_entry(module, name) != nullptr; }
 

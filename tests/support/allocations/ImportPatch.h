@@ -2,19 +2,7 @@
 
 #include <windows.h>
 
-#include <string>
-#include <vector>
-
 namespace test_support {
-
-/// A function that a module takes from another one; its name is as in "#17" when it is imported by a number.
-struct Import {
-  std::string library;
-  std::string function;
-};
-
-/// Everything that a loaded module imports.
-std::vector<Import> imports_of(HMODULE module);
 
 /// Whether a loaded module imports a function of this name.
 bool imports(HMODULE module, const char* name);
