@@ -16,9 +16,9 @@ enum class ReportKind {
 
 /// A report that support staff know by its file and line.
 struct FixedReport {
-  const char* file;  ///< file name with extension, without folder
-  int line;          ///< 1-based
-  ReportKind kind;
+  const char* file = "";  ///< file name with extension, without folder
+  int line = 0;           ///< 1-based
+  ReportKind kind = ReportKind::assertion;
   const wchar_t* expression = L"";  ///< the text of an assertion
 };
 

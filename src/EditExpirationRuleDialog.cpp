@@ -115,7 +115,7 @@ void CEditExpirationRuleDialog::OnOffsetTyped() {
 
 void CEditExpirationRuleDialog::OnOk() {
   if (progress_ != Progress::editing) return;
-  const ScopedChecking checking(progress_);
+  const ScopedChecking checking(&progress_);
   if (!validate_input()) return;
   flush_data_to_database();
   end(IDOK);

@@ -40,15 +40,15 @@ class CEditExpirationRuleDialog final : public platform::CDialogImpl<CEditExpira
   /// While one lives the input is checked; afterwards it can be edited again unless the dialog went on.
   class ScopedChecking {
    public:
-    explicit ScopedChecking(Progress& progress) noexcept : progress_(progress) { progress_ = Progress::checking; }
+    explicit ScopedChecking(Progress* progress) noexcept : progress_(progress) { *progress_ = Progress::checking; }
     ~ScopedChecking() {
-      if (progress_ == Progress::checking) progress_ = Progress::editing;
+      if (*progress_ == Progress::checking) *progress_ = Progress::editing;
     }
     ScopedChecking(const ScopedChecking&) = delete;
     ScopedChecking& operator=(const ScopedChecking&) = delete;
 
    private:
-    Progress& progress_;
+    Progress* progress_;
   };
 
   LRESULT OnInitDialog();

@@ -4,7 +4,6 @@
 #include <array>
 #include <functional>
 #include <optional>
-#include <utility>
 
 #include "FieldIds.h"
 #include "StorageBlock.h"
@@ -39,8 +38,8 @@ struct ExpirationRule {
 
 /// One number of a rule.
 struct RuleNumber {
-  tagKVFIELDID field;
-  long ExpirationRule::*member;
+  tagKVFIELDID field = {};
+  long ExpirationRule::*member = nullptr;
   std::optional<long> initial;  ///< the value of a new rule; without one the host's new row keeps its own
 };
 
@@ -74,7 +73,7 @@ IkvTablePtr create_new_rule_row(const std::function<_bstr_t()>& load_name);
 /// as `GetField` does; every method throws E_POINTER as a `_com_error` without a table.
 class RuleRow {
  public:
-  explicit RuleRow(IkvTablePtr table) noexcept : table_(std::move(table)) {}
+  explicit RuleRow(const IkvTablePtr& table) noexcept : table_(table) {}
 
   /// The rule's number: 0 for a rule that is not stored yet.
   long rule_id() const;

@@ -54,10 +54,10 @@ class HandWrittenDialog {
  public:
   explicit HandWrittenDialog(const Names& names)
       : window_(CreateDialogParamW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(IDD_EXPIRATION_RULES_LIST), nullptr,
-                                   procedure, 0)) {
-    grip_ = CreateWindowExW(0, L"SCROLLBAR", nullptr, WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | SBS_SIZEGRIP, 0, 0,
-                            GetSystemMetrics(SM_CXVSCROLL), GetSystemMetrics(SM_CYHSCROLL), window_, nullptr, nullptr,
-                            nullptr);
+                                   procedure, 0)),
+        grip_(CreateWindowExW(0, L"SCROLLBAR", nullptr, WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | SBS_SIZEGRIP, 0, 0,
+                              GetSystemMetrics(SM_CXVSCROLL), GetSystemMetrics(SM_CYHSCROLL), window_, nullptr, nullptr,
+                              nullptr)) {
     HWND view = GetDlgItem(window_, IDC_RULES_LIST);
     SendMessageW(view, LVM_SETEXTENDEDLISTVIEWSTYLE, 0, LVS_EX_FULLROWSELECT);
     std::wstring text = L"name";
