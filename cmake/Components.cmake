@@ -1,4 +1,4 @@
-# A room is one folder with one target. It sees the headers of the rooms that it links and of no others: every room
+# A component is one folder with one target. It sees the headers of the components that it links and of no others: each
 # offers only its own folder, so an include that points the wrong way does not compile.
 
 add_library(zd_build_rules INTERFACE)
@@ -61,7 +61,7 @@ zd_add_precompiled_headers(platform_headers ${ZD_PLATFORM_HEADERS})
 # What the components of a folder use; the tests' folder names another set.
 set(ZD_PRECOMPILED_HEADERS platform_headers)
 
-# zd_add_component(name SOURCES ... USES ... [PORTABLE]): a static library of this folder's sources; USES are the rooms
+# zd_add_component(name SOURCES ... USES ... [PORTABLE]): a static library of this folder's sources; USES are the components
 # below it. The sources of a PORTABLE one do not see the platform's headers.
 function(zd_add_component name)
   cmake_parse_arguments(COMPONENT "PORTABLE" "" "SOURCES;USES" ${ARGN})

@@ -1,4 +1,4 @@
-# Tests: GoogleTest from its Debian package, and one test program per room.
+# Tests: GoogleTest from its Debian package, and one test program per component.
 
 set(ZD_GOOGLETEST /usr/src/googletest CACHE PATH "Sources of GoogleTest, as the package googletest installs them")
 if(NOT EXISTS ${ZD_GOOGLETEST}/CMakeLists.txt)

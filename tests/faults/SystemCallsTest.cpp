@@ -15,7 +15,7 @@ using Names = std::set<std::string>;
 
 /// What no scenario calls, because only dialogs of others do or because the library of the reports is loaded here: the
 /// tests in which it fails.
-const std::map<std::string, const char*> failed_in_their_rooms = {
+const std::map<std::string, const char*> failed_in_their_components = {
     {"BeginPaint", "resizable.MaskedGrip.DrawsNothingWithoutADcToPaintOn"},
     {"BitBlt", "resizable.MaskedGrip.DrawsNothingWhenCopyingFails"},
     {"CreateBitmap", "resizable.MaskedGrip.PaintsAsTheSystemWhenItsBitmapsCannotBeMade"},
@@ -30,7 +30,7 @@ const std::map<std::string, const char*> failed_in_their_rooms = {
     {"SelectObject", "resizable.MaskedGrip.DrawsNothingWhenItsBitmapsCannotBeSelected"},
 };
 
-TEST(SystemCalls, OfTheModuleFailInAScenarioOrInTheirRoom) {
+TEST(SystemCalls, OfTheModuleFailInAScenarioOrInTheirComponent) {
   const test_support::ScratchRoot user(HKEY_CURRENT_USER);
   Names visited;
   for (const SystemScenario& scenario : every_system_scenario()) {
@@ -40,7 +40,7 @@ TEST(SystemCalls, OfTheModuleFailInAScenarioOrInTheirRoom) {
     visited.insert(system.calls().begin(), system.calls().end());
     test_support::take_reports();
   }
-  for (const auto& [function, test] : failed_in_their_rooms) {
+  for (const auto& [function, test] : failed_in_their_components) {
     EXPECT_TRUE(visited.insert(function).second) << function << " fails in a scenario too";
   }
   Names forgotten = FailingSystem::functions();
