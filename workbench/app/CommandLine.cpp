@@ -44,12 +44,21 @@ long rule_number(const std::wstring& argument) {
   return number;
 }
 
+std::optional<Language> language_named(const std::wstring& name) {
+  if (name == L"zh") return Language::chinese;
+  if (name == L"en") return Language::english;
+  return std::nullopt;
+}
+
 void read_argument(Arguments& arguments, CommandLine& line) {
   const std::wstring& argument = arguments.next();
   if (argument == L"--store") {
     line.store = arguments.value_of(argument);
   } else if (argument == L"--module") {
     line.module = arguments.value_of(argument);
+  } else if (argument == L"--language") {
+    const std::wstring& language = arguments.value_of(argument);
+    if (!language_named(language)) throw CommandLineError{IDS_BAD_LANGUAGE, language};
   } else if (argument == L"--show") {
     line.shown_rule = rule_number(arguments.value_of(argument));
   } else if (argument == L"--print-rules") {
@@ -70,6 +79,15 @@ CommandLine parse_command_line(std::span<const std::wstring> arguments) {
   Arguments rest(arguments);
   while (!rest.at_end()) read_argument(rest, line);
   return line;
+}
+
+std::optional<Language> try_find_language(std::span<const std::wstring> arguments) {
+  std::optional<Language> found;
+  for (size_t at = 1; at < arguments.size(); ++at) {
+    if (arguments[at - 1] != L"--language") continue;
+    if (const std::optional<Language> named = language_named(arguments[at])) found = named;
+  }
+  return found;
 }
 
 std::vector<std::wstring> process_arguments() {

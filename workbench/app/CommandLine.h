@@ -3,9 +3,12 @@
 #include <windows.h>
 
 #include <filesystem>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
+
+#include "UiLanguage.h"
 
 namespace workbench {
 
@@ -30,6 +33,10 @@ struct CommandLineError {
 /// Reads the arguments that follow the program's name; where one is given twice, the last counts. Throws
 /// `CommandLineError`.
 CommandLine parse_command_line(std::span<const std::wstring> arguments);
+
+/// The language that these arguments ask for, even if others do not make sense, since the messages about those are in
+/// it; nothing if they ask for none.
+std::optional<Language> try_find_language(std::span<const std::wstring> arguments);
 
 /// The arguments of this process that follow the program's name.
 std::vector<std::wstring> process_arguments();

@@ -8,6 +8,7 @@
 #include "CommandTargets.h"
 #include "ModulePath.h"
 #include "Texts.h"
+#include "UiLanguage.h"
 #include "resource.h"
 
 namespace workbench {
@@ -44,7 +45,7 @@ HDWP defer(HDWP batch, HWND window, const RECT& place) {
 }  // namespace
 
 MainWindow::MainWindow(MainWindowEvents events) : events_(std::move(events)) {
-  base::Menu menu(LoadMenuW(base::module_instance(), MAKEINTRESOURCEW(IDR_MAIN_MENU)));
+  base::Menu menu(load_menu(IDR_MAIN_MENU));
   create({.class_name = class_name,
           .title = text(IDS_TITLE).c_str(),
           .style = WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN,

@@ -2,8 +2,8 @@
 
 #include <cwchar>
 
-#include "ModulePath.h"
 #include "Owned.h"
+#include "UiLanguage.h"
 #include "resource.h"
 
 namespace workbench {
@@ -27,9 +27,12 @@ std::wstring without_line_end(std::wstring line) {
 }  // namespace
 
 std::wstring text(UINT id) {
-  const wchar_t* resource = nullptr;
-  const int length = LoadStringW(base::module_instance(), id, reinterpret_cast<wchar_t*>(&resource), 0);
-  return length > 0 ? std::wstring(resource, static_cast<size_t>(length)) : std::wstring();
+  constexpr UINT texts_in_a_block = 16;
+  const auto* length =
+      static_cast<const wchar_t*>(find_resource(RT_STRING, id / texts_in_a_block + 1, chosen_language()));
+  if (!length) return {};
+  for (UINT before = id % texts_in_a_block; before > 0; --before) length += *length + 1;
+  return std::wstring(length + 1, *length);
 }
 
 std::wstring text(UINT id, const std::vector<std::wstring>& inserts) {

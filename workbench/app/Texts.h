@@ -7,7 +7,7 @@
 
 namespace workbench {
 
-/// A text of this program's string table; empty when there is none with this id.
+/// A text of this program's string table in the chosen language; empty when there is none with this id.
 std::wstring text(UINT id);
 
 /// The same with %1, %2 and so on replaced by `inserts`, of which there must be enough.

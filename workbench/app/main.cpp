@@ -14,6 +14,7 @@
 #include "SqliteRuleStore.h"
 #include "StoreMessages.h"
 #include "Texts.h"
+#include "UiLanguage.h"
 #include "UserSettings.h"
 #include "resource.h"
 
@@ -72,7 +73,9 @@ ExitCode run(const CommandLine& line) {
 
 ExitCode run_program() {
   try {
-    const CommandLine line = parse_command_line(process_arguments());
+    const std::vector<std::wstring> arguments = process_arguments();
+    choose_language(try_find_language(arguments).value_or(system_language()));
+    const CommandLine line = parse_command_line(arguments);
     switch (line.action) {
       case CommandLine::Action::help:
         show(text(IDS_USAGE));

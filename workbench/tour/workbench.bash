@@ -4,7 +4,7 @@ readonly workbench="到期规则工作台"
 readonly rules_pane=201 settings_pane=202 status_bar=203
 
 start_workbench() {
-  start_program workbench.exe --store "$(windows_path "$store")" "$@"
+  start_program workbench.exe --language zh --store "$(windows_path "$store")" "$@"
   workbench_process=$!
   await "the workbench's window" window_is_open "$workbench"
 }

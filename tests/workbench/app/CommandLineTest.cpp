@@ -33,6 +33,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Accepted{"Help", {L"--help"}, {.action = CommandLine::Action::help}},
                     Accepted{"Version", {L"--version"}, {.action = CommandLine::Action::version}},
                     Accepted{"Show", {L"--show", L"2147483647"}, {.shown_rule = 2147483647}},
+                    Accepted{"Language", {L"--language", L"zh"}, {}},
                     Accepted{"LastStoreCounts", {L"--store", L"one", L"--store", L"two"}, {.store = L"two"}},
                     Accepted{"OrderDoesNotMatter",
                              {L"--print-rules", L"--store", L"x"},
@@ -71,8 +72,17 @@ INSTANTIATE_TEST_SUITE_P(
                     Refused{"RuleNumberZero", {L"--show", L"0"}, IDS_BAD_RULE_NUMBER, L"0"},
                     Refused{"NegativeRuleNumber", {L"--show", L"-1"}, IDS_BAD_RULE_NUMBER, L"-1"},
                     Refused{"RuleNumberTooGreat", {L"--show", L"2147483648"}, IDS_BAD_RULE_NUMBER, L"2147483648"},
-                    Refused{"RuleNumberWithTail", {L"--show", L"7x"}, IDS_BAD_RULE_NUMBER, L"7x"}),
+                    Refused{"RuleNumberWithTail", {L"--show", L"7x"}, IDS_BAD_RULE_NUMBER, L"7x"},
+                    Refused{"UnknownLanguage", {L"--language", L"fr"}, IDS_BAD_LANGUAGE, L"fr"}),
     [](const auto& test) { return test.param.name; });
+
+TEST(CommandLine, LanguageIsFoundBesideArgumentsThatDoNotMakeSense) {
+  EXPECT_EQ(try_find_language(Arguments{L"--colour", L"--language", L"zh"}), Language::chinese);
+  EXPECT_EQ(try_find_language(Arguments{L"--language", L"zh", L"--language", L"en"}), Language::english);
+  EXPECT_EQ(try_find_language(Arguments{L"--language", L"fr"}), std::nullopt);
+  EXPECT_EQ(try_find_language(Arguments{L"--language"}), std::nullopt);
+  EXPECT_EQ(try_find_language(Arguments{}), std::nullopt);
+}
 
 TEST(CommandLine, ProcessArgumentsLeaveOutTheProgram) {
   for (const std::wstring& argument : process_arguments()) EXPECT_EQ(argument.find(L".exe"), std::wstring::npos);

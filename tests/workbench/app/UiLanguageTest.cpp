@@ -1,0 +1,96 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "Owned.h"
+#include "Texts.h"
+#include "UiLanguage.h"
+#include "resource.h"
+
+namespace workbench {
+namespace {
+
+constexpr UINT first_text = IDS_TITLE;
+constexpr UINT last_text = 1999;
+
+std::wstring text_in(Language language, UINT id) {
+  choose_language(language);
+  return text(id);
+}
+
+/// The inserts of a text in ascending order, each as often as it stands there.
+std::wstring inserts_of(const std::wstring& text) {
+  std::wstring inserts;
+  for (size_t at = text.find(L'%'); at != std::wstring::npos; at = text.find(L'%', at + 1)) inserts += text.at(at + 1);
+  std::ranges::sort(inserts);
+  return inserts;
+}
+
+TEST(UiLanguage, EveryTextIsThereInBothLanguagesWithTheSameInserts) {
+  int texts = 0;
+  for (UINT id = first_text; id <= last_text; ++id) {
+    const std::wstring chinese = text_in(Language::chinese, id);
+    const std::wstring english = text_in(Language::english, id);
+    EXPECT_EQ(chinese.empty(), english.empty()) << id;
+    EXPECT_EQ(inserts_of(chinese), inserts_of(english)) << id;
+    texts += chinese.empty() ? 0 : 1;
+  }
+  EXPECT_GT(texts, 60);
+}
+
+TEST(UiLanguage, TextsFollowTheChoice) {
+  EXPECT_EQ(text_in(Language::english, IDS_REFRESHED), L"Refreshed");
+  EXPECT_EQ(text_in(Language::chinese, IDS_REFRESHED), L"已刷新");
+}
+
+/// The commands of a menu and of the menus below it, and the accelerator letters of the menu itself.
+void collect(HMENU menu, std::vector<UINT>& commands) {
+  for (int item = 0; item < GetMenuItemCount(menu); ++item) {
+    if (HMENU submenu = GetSubMenu(menu, item)) {
+      collect(submenu, commands);
+    } else {
+      commands.push_back(GetMenuItemID(menu, item));
+    }
+  }
+}
+
+TEST(UiLanguage, MenusHoldTheSameCommands) {
+  std::vector<UINT> commands[2];
+  for (const Language language : {Language::english, Language::chinese}) {
+    choose_language(language);
+    const base::Menu menu(load_menu(IDR_MAIN_MENU));
+    ASSERT_TRUE(menu);
+    collect(menu.get(), commands[static_cast<int>(language)]);
+  }
+  EXPECT_EQ(commands[0], commands[1]);
+  EXPECT_FALSE(commands[0].empty());
+}
+
+TEST(UiLanguage, NoTwoItemsOfAMenuHaveTheSameLetter) {
+  for (const Language language : {Language::english, Language::chinese}) {
+    choose_language(language);
+    const base::Menu bar(load_menu(IDR_MAIN_MENU));
+    std::vector<HMENU> menus{bar.get()};
+    for (int item = 0; item < GetMenuItemCount(bar.get()); ++item) menus.push_back(GetSubMenu(bar.get(), item));
+    for (HMENU menu : menus) {
+      std::wstring letters;
+      for (int item = 0; item < GetMenuItemCount(menu); ++item) {
+        wchar_t caption[100] = L"";
+        GetMenuStringW(menu, static_cast<UINT>(item), caption, static_cast<int>(std::size(caption)), MF_BYPOSITION);
+        const std::wstring name = caption;
+        if (const size_t at = name.find(L'&'); at != std::wstring::npos) letters += name.at(at + 1);
+      }
+      std::ranges::sort(letters);
+      EXPECT_EQ(std::ranges::adjacent_find(letters), letters.end()) << static_cast<int>(language);
+    }
+  }
+}
+
+TEST(UiLanguage, MissingResourceIsNull) {
+  EXPECT_EQ(find_resource(RT_STRING, 9999, Language::english), nullptr);
+  EXPECT_EQ(find_dialog(9999), nullptr);
+  EXPECT_EQ(load_menu(9999), nullptr);
+}
+
+}  // namespace
+}  // namespace workbench
