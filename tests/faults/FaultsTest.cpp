@@ -1,7 +1,12 @@
 #include "FaultsTest.h"
 
+#include <cstdio>
+
+#include "Depth.h"
+
 namespace faults_test {
 
+using test_support::FaultDuration;
 using test_support::RecordingHost;
 
 ScenarioResult play(const Scenario& scenario, const module_test::Module& module, RecordingHost& host, const Arm& arm) {
@@ -24,6 +29,19 @@ Calls play_undisturbed(const Scenario& scenario, const module_test::Module& modu
   EXPECT_TRUE(played.as_meant) << scenario.name;
   EXPECT_EQ(scenario.outcomes.front(), host.rules()) << scenario.name;
   return host.calls().all();
+}
+
+std::size_t fail_each_call_of(
+    const std::string& scenario, const char* kind,
+    const std::function<std::optional<std::string>(std::size_t number, FaultDuration duration)>& play) {
+  const auto fail_each = [&](FaultDuration duration, const char* suffix) {
+    const std::size_t failed = test_support::fail_each_call([&](std::size_t number) { return play(number, duration); });
+    std::printf("[ faults ] %s: %s%s: %zu\n", scenario.c_str(), kind, suffix, failed);
+    return failed;
+  };
+  const std::size_t failed = fail_each(FaultDuration::once, "");
+  if (test_support::deep() && !testing::Test::HasFailure()) fail_each(FaultDuration::lasting, ", from then on");
+  return failed;
 }
 
 }  // namespace faults_test

@@ -2,19 +2,31 @@
 
 #include <gmock/gmock.h>
 
+#include <functional>
+#include <optional>
+#include <string>
+
 #include "ExpectedReports.h"
+#include "FaultLoop.h"
 #include "Scenarios.h"
 #include "ScratchRoot.h"
 
 namespace faults_test {
 
-/// Plays a scenario in a host and lets the plug-in go. Fails the test when something is held or torn afterwards.
+/// Plays a scenario in a host and releases the plug-in. Fails the test when something is held or torn afterwards.
 ScenarioResult play(const Scenario& scenario, const module_test::Module& module, test_support::RecordingHost& host,
                     const Arm& arm);
 
-/// Plays a scenario in which nothing fails, and fails the test when it does not end as it is meant. Answers the calls
+/// Plays a scenario in which nothing fails, and fails the test when it does not end as it is meant. Returns the calls
 /// that the host got from `arm` on.
 Calls play_undisturbed(const Scenario& scenario, const module_test::Module& module);
+
+/// Plays something again and again, each time with another call failing, and in a deep run also with each call and all
+/// that follow. `play` returns the call that failed. Prints how many calls of this `kind` failed; returns the number
+/// for single calls.
+std::size_t fail_each_call_of(
+    const std::string& scenario, const char* kind,
+    const std::function<std::optional<std::string>(std::size_t number, test_support::FaultDuration duration)>& play);
 
 /// The built module, to play one scenario with again and again.
 class FaultsTest : public testing::TestWithParam<Scenario> {
@@ -24,7 +36,7 @@ class FaultsTest : public testing::TestWithParam<Scenario> {
     play_undisturbed(GetParam(), module_);
     ASSERT_FALSE(HasFailure()) << "when nothing fails";
   }
-  /// Which reports each fault leads to is told by the tests of each call.
+  /// The tests of each call say which reports each fault leads to.
   void TearDown() override { test_support::take_reports(); }
 
   test_support::ScratchRoot user_{HKEY_CURRENT_USER};

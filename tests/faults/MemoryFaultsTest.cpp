@@ -1,7 +1,5 @@
-#include <cstdio>
 #include <optional>
 
-#include "Depth.h"
 #include "FailingMemory.h"
 #include "FaultsTest.h"
 
@@ -10,37 +8,31 @@ namespace {
 
 using test_support::FailingMemory;
 using test_support::FaultDuration;
-using test_support::Memory;
 using test_support::RecordingHost;
 using testing::AnyOf;
 
 class MemoryFaults : public FaultsTest {
  protected:
-  /// Plays the scenario without each allocation in turn, or without it and all that follow.
-  void fail_each_allocation(FaultDuration duration) {
+  /// Plays the scenario without one allocation, or without it and all that follow. Returns what failed.
+  std::optional<std::string> play_without(std::size_t number, FaultDuration duration) {
     const Scenario& scenario = GetParam();
-    const std::size_t injected = test_support::fail_each_call([&](std::size_t number) -> std::optional<std::string> {
-      RecordingHost host;
-      std::optional<FailingMemory> memory;
-      const ScenarioResult played =
-          play(scenario, module_, host, [&] { memory.emplace(module_.handle(), number, Memory::any, duration); });
-      const bool failed = memory->has_failed();
-      memory.reset();
-      EXPECT_THAT(played.answer, AnyOf(S_OK, failed ? scenario.without_memory : S_OK));
-      const std::vector<std::string> reports = test_support::take_reports();
-      EXPECT_TRUE(played.answer != E_OUTOFMEMORY || reports.empty()) << reports.front();
-      return failed ? std::optional<std::string>("an allocation") : std::nullopt;
+    RecordingHost host;
+    std::optional<FailingMemory> memory;
+    const ScenarioResult played = play(scenario, module_, host, [&] {
+      memory.emplace(module_.handle(), number, test_support::Memory::any, duration);
     });
-    EXPECT_GT(injected, 0u);
-    std::printf("[ faults ] %s: allocations%s: %zu\n", scenario.name,
-                duration == FaultDuration::lasting ? ", from then on" : "", injected);
+    const bool failed = memory->has_failed();
+    memory.reset();
+    EXPECT_THAT(played.answer, AnyOf(S_OK, failed ? scenario.without_memory : S_OK));
+    const std::vector<std::string> reports = test_support::take_reports();
+    EXPECT_TRUE(played.answer != E_OUTOFMEMORY || reports.empty()) << reports.front();
+    return failed ? std::optional<std::string>("an allocation") : std::nullopt;
   }
 };
 
-TEST_P(MemoryFaults, LeadToTheDocumentedResultAndTearNothing) { fail_each_allocation(FaultDuration::once); }
-
-TEST_P(MemoryFaults, ThatLastLeadToTheDocumentedResultAndTearNothing) {
-  if (test_support::deep()) fail_each_allocation(FaultDuration::lasting);
+TEST_P(MemoryFaults, LeadToTheDocumentedResultAndTearNothing) {
+  const auto play = [&](std::size_t number, FaultDuration duration) { return play_without(number, duration); };
+  EXPECT_GT(fail_each_call_of(GetParam().name, "allocations", play), 0u);
 }
 
 INSTANTIATE_TEST_SUITE_P(Of, MemoryFaults, testing::ValuesIn(every_scenario()),

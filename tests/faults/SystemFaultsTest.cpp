@@ -1,7 +1,5 @@
-#include <cstdio>
 #include <optional>
 
-#include "Depth.h"
 #include "FailingSystem.h"
 #include "FaultsTest.h"
 #include "SystemScenarios.h"
@@ -26,7 +24,7 @@ class SystemFaults : public testing::TestWithParam<SystemScenario> {
     GetParam().play(module, {[&] { system.arm(number, duration); }, [&] { system.clear_faults(); },
                              [&] { return system.failed(); }});
     system.clear_faults();
-    // Which reports each fault leads to is told by the tests of each call.
+    // The tests of each call say which reports each fault leads to.
     test_support::take_reports();
     if (system.failed().empty()) return std::nullopt;
     return system.calls()[number - 1] + (duration == FaultDuration::lasting ? ", and all after it" : "");
@@ -36,13 +34,7 @@ class SystemFaults : public testing::TestWithParam<SystemScenario> {
 };
 
 TEST_P(SystemFaults, LeadToTheDocumentedResultAndTearNothing) {
-  for (const FaultDuration duration : {FaultDuration::once, FaultDuration::lasting}) {
-    const std::size_t injected =
-        test_support::fail_each_call([&](std::size_t number) { return play_without(number, duration); });
-    std::printf("[ faults ] %s: calls of the system%s: %zu\n", GetParam().name.c_str(),
-                duration == FaultDuration::lasting ? ", from then on" : "", injected);
-    if (HasFailure() || !test_support::deep()) return;
-  }
+  fail_each_call_of(GetParam().name, "calls of the system", play_without);
 }
 
 INSTANTIATE_TEST_SUITE_P(Of, SystemFaults, testing::ValuesIn(every_system_scenario()),

@@ -5,6 +5,7 @@
 
 #include "DialogDriver.h"
 #include "FailingNew.h"
+#include "FaultLoop.h"
 #include "FaultRun.h"
 #include "ImportProbe.h"
 #include "ListDialogTest.h"
@@ -55,14 +56,6 @@ void press_delete_on(const RuleList& list, long rule_id) {
 
 class ListFaults : public testing::TestWithParam<Fault> {
  protected:
-  static StorageBlock block_of(RecordingHost& host) {
-    StorageBlock block;
-    const base::ComPtr<IDispatch> object = host.storage();
-    block.storage = base::query<IkvStorage>(object);
-    block.rules = base::query<IkvExpirationRuleService>(object);
-    return block;
-  }
-
   /// Opens the list, presses Delete on the used rule and on the unused one, and Close.
   static INT_PTR delete_both(StorageBlock& block) {
     CExpirationRulesListDialog dialog(&block);
@@ -96,7 +89,7 @@ TEST_P(ListFaults, InDeletingNeverCrashLeakOrLoseARule) {
       test_support::fail_each_call(GetParam(), [&](RecordingHost& host, const std::function<void()>& arm) {
         host.rules() = rules;
         host.settings() = settings;
-        StorageBlock block = block_of(host);
+        StorageBlock block = test_support::filled_block(host.storage());
         const Agreement user;
         recorder.reset();
         arm();
@@ -115,17 +108,16 @@ INSTANTIATE_TEST_SUITE_P(Each, ListFaults, testing::ValuesIn(test_support::fault
 
 class ListMemory : public ListDialogTest, public testing::WithParamInterface<long> {};
 
-TEST_P(ListMemory, ThatLacksAtAnyAllocationOfADeleteLeavesTheDialogUsable) {
+TEST_P(ListMemory, ThatFailsAtAnyAllocationOfADeleteLeavesTheDialogUsable) {
   std::vector<std::string> reported;
   host.settings() = settings;
   open([&](RuleList& list) {
-    bool failed = true;
-    for (long number = 1; failed && !HasFailure(); ++number) {
-      SCOPED_TRACE("allocation " + std::to_string(number));
+    test_support::fail_each_allocation([&](std::size_t number) {
       host.rules() = rules;
       list.dialog().update_expiration_rule_list();
       recorder.reset();
       const Agreement user;
+      bool failed = false;
       {
         list.select(list.find(GetParam()));
         const test_support::FailingNew memory(number);
@@ -138,7 +130,8 @@ TEST_P(ListMemory, ThatLacksAtAnyAllocationOfADeleteLeavesTheDialogUsable) {
       EXPECT_TRUE(user.covers_what_is_gone_from(host));
       list.dialog().update_expiration_rule_list();
       EXPECT_EQ(host.rules().size(), static_cast<std::size_t>(list.count()));
-    }
+      return failed;
+    });
     EXPECT_EQ(GetParam() == used_id, stored(host, used) && stored(host, unused)) << "with all memory";
   });
   EXPECT_THAT(reported,

@@ -2,6 +2,7 @@
 #include <set>
 
 #include "FailingNew.h"
+#include "FaultLoop.h"
 #include "LookupTest.h"
 
 namespace list_test {
@@ -33,51 +34,51 @@ class LookupMemory : public LookupTest {
   }
 
   /// Runs `lookup` again and again, each time with another allocation failing, the host's among them, and calls `check`
-  /// after each run, until a run makes fewer allocations.
+  /// after each run.
   template <class Lookup, class Check>
-  void fail_each_allocation(const Lookup& lookup, const Check& check) {
-    bool failed = true;
-    for (long number = 1; failed && !HasFailure(); ++number) {
-      SCOPED_TRACE("allocation " + std::to_string(number));
+  void fail_each_allocation_of(const Lookup& lookup, const Check& check) {
+    test_support::fail_each_allocation([&](std::size_t number) {
       recorder.reset();
+      bool failed = false;
       {
         const test_support::FailingNew memory(number);
         EXPECT_NO_THROW(lookup());
         failed = memory.has_failed();
       }
       check(failed);
-    }
+      return failed;
+    });
   }
 };
 
-TEST_F(LookupMemory, ThatLacksForANameIsReportedAndGivesNone) {
+TEST_F(LookupMemory, ThatFailsForANameIsReportedAndGivesNone) {
   std::set<std::string> reported;
   _bstr_t name;
-  fail_each_allocation([&] { name = dialog.expiration_rule_name(rule_id); },
-                       [&](bool failed) {
-                         for (const std::string& report : reports()) reported.insert(report);
-                         EXPECT_TRUE(name == _bstr_t(rule_name) || (failed && name.length() == 0));
-                         EXPECT_TRUE(reports().empty() || name.length() == 0);
-                       });
+  fail_each_allocation_of([&] { name = dialog.expiration_rule_name(rule_id); },
+                          [&](bool failed) {
+                            for (const std::string& report : reports()) reported.insert(report);
+                            EXPECT_TRUE(name == _bstr_t(rule_name) || (failed && name.length() == 0));
+                            EXPECT_TRUE(reports().empty() || name.length() == 0);
+                          });
   EXPECT_STREQ(rule_name, name);
   EXPECT_THAT(reported, Contains(out_of_memory("expiration_rule_name", 175)));
 }
 
-TEST_F(LookupMemory, ThatLacksForUsersIsReportedAndKeepsThoseFoundUntilThen) {
+TEST_F(LookupMemory, ThatFailsForUsersIsReportedAndKeepsThoseFoundUntilThen) {
   std::set<std::size_t> found_until_then;
   Names users;
   bool in_use = false;
-  fail_each_allocation([&] { in_use = dialog.is_expiration_rule_uses(rule_id, users); },
-                       [&](bool) {
-                         EXPECT_EQ(!users.empty(), in_use);
-                         EXPECT_THAT(users, Each(AnyOfArray(all_users)));
-                         if (reports().empty()) return;  // the host has failed at a call that is not looked at
-                         ASSERT_LE(users.size(), all_users.size());
-                         EXPECT_TRUE(std::equal(users.begin(), users.end(), all_users.begin()));
-                         if (reports().back() == out_of_memory("is_expiration_rule_uses", 154)) {
-                           found_until_then.insert(users.size());
-                         }
-                       });
+  fail_each_allocation_of([&] { in_use = dialog.is_expiration_rule_uses(rule_id, users); },
+                          [&](bool) {
+                            EXPECT_EQ(!users.empty(), in_use);
+                            EXPECT_THAT(users, Each(AnyOfArray(all_users)));
+                            if (reports().empty()) return;  // the host has failed at a call that is not looked at
+                            ASSERT_LE(users.size(), all_users.size());
+                            EXPECT_TRUE(std::equal(users.begin(), users.end(), all_users.begin()));
+                            if (reports().back() == out_of_memory("is_expiration_rule_uses", 154)) {
+                              found_until_then.insert(users.size());
+                            }
+                          });
   EXPECT_EQ(all_users, users);
   EXPECT_THAT(found_until_then, ElementsAre(0, 1, 2));
 }

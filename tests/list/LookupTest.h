@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "ExpirationRulesListDialog.h"
+#include "FilledBlock.h"
 #include "Recorder.h"
 #include "RecordingHost.h"
 #include "Reports.h"
@@ -24,12 +25,6 @@ using Names = std::vector<std::wstring>;
 /// A host, and a dialog object that is not open: what it asks of the host.
 class LookupTest : public testing::Test {
  protected:
-  LookupTest() : dialog(&block) {
-    const base::ComPtr<IDispatch> object = host.storage();
-    block.storage = base::query<IkvStorage>(object);
-    block.symbol_sources = base::query<IkvSymbolSourceService>(object);
-    block.rules = base::query<IkvExpirationRuleService>(object);
-  }
   ~LookupTest() override {
     block = {};
     EXPECT_THAT(host.living(), testing::IsEmpty());
@@ -45,8 +40,8 @@ class LookupTest : public testing::Test {
 
   test_support::Recorder recorder;
   test_support::RecordingHost host;
-  StorageBlock block;
-  CExpirationRulesListDialog dialog;
+  StorageBlock block = test_support::filled_block(host.storage());
+  CExpirationRulesListDialog dialog{&block};
 };
 
 /// The failures that hosts return.

@@ -1,4 +1,5 @@
 #include "FailingNew.h"
+#include "FaultLoop.h"
 #include "ImportProbe.h"
 #include "ListDialogTest.h"
 #include "LookupTest.h"
@@ -273,16 +274,17 @@ TEST_F(Refill, AnyFailingAllocationLeavesTheDialogUsable) {
   const Names names = {L"A, long enough for the heap", L"B, long enough for the heap"};
   store_rules(names);
   open([&](RuleList& list) {
-    bool failed = true;
-    for (long number = 1; failed; ++number) {
+    test_support::fail_each_allocation([&](std::size_t number) {
+      bool failed = false;
       {
         const test_support::FailingNew memory(number);
         list.dialog().update_expiration_rule_list();
         failed = memory.has_failed();
       }
       list.dialog().update_expiration_rule_list();
-      ASSERT_EQ(names, list.names()) << number;
-    }
+      EXPECT_EQ(names, list.names());
+      return failed;
+    });
   });
 }
 

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "FailingNew.h"
+#include "FaultLoop.h"
 #include "ListView.h"
 #include "RuleRows.h"
 
@@ -129,22 +130,24 @@ TEST(RuleRows, AreAsBeforeWhenOneCannotBeAddedForLackOfMemory) {
   const std::wstring name(200, L'z');
   const _bstr_t added(name.c_str());
   const Rows before = {{L"a", 0}, {L"b", 1}};
-  long failures = 0;
-  for (bool failed = true; failed; ++failures) {
+  const std::size_t failures = test_support::fail_each_allocation([&](std::size_t number) {
     RuleRows rows = rows_of({L"a", L"b"});
+    bool failed = false;
     try {
-      const test_support::FailingNew memory(failures + 1);
+      const test_support::FailingNew memory(number);
       rows.add(added, 7);
       failed = memory.has_failed();
     } catch (const std::bad_alloc&) {
-      ASSERT_EQ(before, visited(rows)) << failures;
-      ASSERT_EQ(before.size(), rows.size());
+      failed = true;
+      EXPECT_EQ(before, visited(rows));
+      EXPECT_EQ(before.size(), rows.size());
       rows.add(added, 7);
     }
     rows.sort_backwards();
-    ASSERT_THAT(visited(rows), ElementsAre(Row(name, 7), Row(L"b", 1), Row(L"a", 0))) << failures;
-  }
-  EXPECT_GT(failures, 3) << "the name, its key and the row have each failed";
+    EXPECT_THAT(visited(rows), ElementsAre(Row(name, 7), Row(L"b", 1), Row(L"a", 0)));
+    return failed;
+  });
+  EXPECT_GT(failures, 2u) << "the name, its key and the row have each failed";
 }
 
 TEST(RuleRows, AreSortedWithoutMemory) {

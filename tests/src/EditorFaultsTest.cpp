@@ -8,7 +8,9 @@
 #include "EditExpirationRuleDialog.h"
 #include "ExpectedReports.h"
 #include "FailingNew.h"
+#include "FaultLoop.h"
 #include "FaultRun.h"
+#include "FilledBlock.h"
 #include "resource.h"
 
 namespace editor_faults_test {
@@ -20,14 +22,6 @@ using test_support::RecordingHost;
 using zd_expiration_rule_plugin::CEditExpirationRuleDialog;
 
 constexpr long stored_id = 5;
-
-StorageBlock block_of(RecordingHost& host) {
-  StorageBlock block;
-  const base::ComPtr<IDispatch> object = host.storage();
-  block.storage = base::query<IkvStorage>(object);
-  block.rules = base::query<IkvExpirationRuleService>(object);
-  return block;
-}
 
 /// Opens the editor and saves under `name`; whatever box opens is closed. Returns the exception's HRESULT when the host
 /// does not let it open. `arm` is called just before.
@@ -65,7 +59,7 @@ TEST_P(EditorFaults, InEditingNeverCrashLeakOrTearARule) {
       test_support::fail_each_call(GetParam(), [](RecordingHost& host, const std::function<void()>& arm) {
         const HostRule other{9, L"Copper", 1, 1, 1, 9, 2, 5, 6, 2, 1};
         host.rules() = {{stored_id, L"IF"}, other};
-        StorageBlock block = block_of(host);
+        StorageBlock block = test_support::filled_block(host.storage());
         arm();
         save_as(block, stored_id, L"IF 2");
         ASSERT_GE(host.rules().size(), 2u);
@@ -82,7 +76,7 @@ TEST_P(EditorFaults, InAddingNeverCrashLeakOrTearARule) {
       test_support::fail_each_call(GetParam(), [](RecordingHost& host, const std::function<void()>& arm) {
         const HostRule other{9, L"Copper", 1, 1, 1, 9, 2, 5, 6, 2, 1};
         host.rules() = {other};
-        StorageBlock block = block_of(host);
+        StorageBlock block = test_support::filled_block(host.storage());
         arm();
         save_as(block, 0, L"new");
         ASSERT_LE(host.rules().size(), 2u);
@@ -94,27 +88,26 @@ TEST_P(EditorFaults, InAddingNeverCrashLeakOrTearARule) {
 
 INSTANTIATE_TEST_SUITE_P(Each, EditorFaults, testing::ValuesIn(test_support::faults_to_inject()));
 
-TEST(EditorMemory, ThatLacksAtAnyAllocationNeverCrashesLeaksOrTearsARule) {
+TEST(EditorMemory, ThatFailsAtAnyAllocationNeverCrashesLeaksOrTearsARule) {
   const std::wstring new_name = L"another name that is too long for a string itself";
-  bool failed = true;
-  for (long number = 1; failed; ++number) {
+  test_support::fail_each_allocation([&](std::size_t number) {
     RecordingHost host;
     host.rules() = {{stored_id, L"a name that is too long for a string itself"}};
     const HostRule before = host.rules()[0];
-    {
-      StorageBlock block = block_of(host);
-      std::optional<test_support::FailingNew> memory;
-      save_as(block, stored_id, new_name, [&] { memory.emplace(number); });
-      failed = memory->has_failed();
-    }
-    EXPECT_TRUE(host.rules()[0] == before || host.rules()[0].name == new_name) << number;
-  }
+    StorageBlock block = test_support::filled_block(host.storage());
+    std::optional<test_support::FailingNew> memory;
+    save_as(block, stored_id, new_name, [&] { memory.emplace(number); });
+    const bool failed = memory->has_failed();
+    memory.reset();
+    EXPECT_TRUE(host.rules()[0] == before || host.rules()[0].name == new_name);
+    return failed;
+  });
   test_support::take_reports();
 }
 
-TEST(EditorFailure, ToMakeTheTableOrTheFilterIsThrownByTheConstructor) {
+TEST(EditorFailure, ToCreateTheTableOrTheFilterIsThrownByTheConstructor) {
   RecordingHost host;
-  StorageBlock block = block_of(host);
+  StorageBlock block = test_support::filled_block(host.storage());
   for (const char* creation : {"kvTable::CreateInstance", "kvRuleFilter::CreateInstance"}) {
     host.calls().fail(creation, {E_OUTOFMEMORY});
     EXPECT_EQ(E_OUTOFMEMORY, save_as(block, stored_id, L"IF"));

@@ -15,10 +15,6 @@ bool Editor::handles_command(int id, int notification) const {
 EditorTest::EditorTest() {
   const INITCOMMONCONTROLSEX controls = {sizeof controls, ICC_UPDOWN_CLASS};
   InitCommonControlsEx(&controls);
-  const base::ComPtr<IDispatch> object = host.storage();
-  block.storage = base::query<IkvStorage>(object);
-  block.symbol_sources = base::query<IkvSymbolSourceService>(object);
-  block.rules = base::query<IkvExpirationRuleService>(object);
   host.rules().push_back({stored_id, L"IF"});
 }
 

@@ -9,6 +9,7 @@
 #include "DialogDriver.h"
 #include "EditExpirationRuleDialog.h"
 #include "ExpectedReports.h"
+#include "FilledBlock.h"
 #include "RecordingHost.h"
 #include "RuleEditor.h"
 #include "resource.h"
@@ -69,7 +70,7 @@ class EditorTest : public testing::Test {
   static std::vector<std::string> reports() { return test_support::take_reports_without_lines(); }
 
   test_support::RecordingHost host;
-  StorageBlock block;
+  StorageBlock block = test_support::filled_block(host.storage());
 };
 
 }  // namespace editor_test

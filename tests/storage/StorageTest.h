@@ -4,8 +4,8 @@
 
 #include "ExpectedReports.h"
 #include "FieldIds.h"
+#include "FilledBlock.h"
 #include "RecordingHost.h"
-#include "StorageBlock.h"
 
 namespace storage_test {
 
@@ -15,21 +15,13 @@ using test_support::HostRow;
 /// A host with an empty storage.
 class StorageTest : public testing::Test {
  protected:
-  StorageTest() {
-    const base::ComPtr<IDispatch> object = host.storage();
-    block.storage = base::query<IkvStorage>(object);
-    block.session = base::query<IkvStorageSession>(object);
-    block.symbol_sources = base::query<IkvSymbolSourceService>(object);
-    block.rules = base::query<IkvExpirationRuleService>(object);
-  }
-
   IkvTablePtr table(const std::vector<HostRow>& rows) { return host.table(rows).GetInterfacePtr(); }
   const std::vector<std::string>& calls() { return host.calls().all(); }
   /// What was reported since the last call. Every test takes all reports: one that is left fails it.
   static std::vector<std::string> reports() { return test_support::take_reports(); }
 
   test_support::RecordingHost host;
-  StorageBlock block;
+  StorageBlock block = test_support::filled_block(host.storage());
 };
 
 /// The HRESULT that `action` throws as a `_com_error`, S_OK when it throws none.

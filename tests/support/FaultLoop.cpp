@@ -15,4 +15,9 @@ std::size_t fail_each_call(const std::function<std::optional<std::string>(std::s
   }
 }
 
+std::size_t fail_each_allocation(const std::function<bool(std::size_t number)>& run) {
+  return fail_each_call(
+      [&](std::size_t number) { return run(number) ? std::optional<std::string>("an allocation") : std::nullopt; });
+}
+
 }  // namespace test_support

@@ -45,4 +45,7 @@ class FaultCounter {
 /// many calls have failed.
 std::size_t fail_each_call(const std::function<std::optional<std::string>(std::size_t number)>& run);
 
+/// The same for allocations: `run` returns whether allocation `number` failed.
+std::size_t fail_each_allocation(const std::function<bool(std::size_t number)>& run);
+
 }  // namespace test_support

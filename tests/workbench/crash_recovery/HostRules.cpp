@@ -1,6 +1,7 @@
 #include "HostRules.h"
 
 #include "ExpirationRule.h"
+#include "FilledBlock.h"
 #include "RuleUsers.h"
 #include "Tables.h"
 #include "zdStorageGetFieldHelper.h"
@@ -29,9 +30,7 @@ ExpirationRule as_entered(const Rule& rule) {
 
 }  // namespace
 
-HostRules::HostRules(IUnknown* storage)
-    : storage_{base::query<IkvStorage>(storage), base::query<IkvStorageSession>(storage),
-               base::query<IkvSymbolSourceService>(storage), base::query<IkvExpirationRuleService>(storage)} {}
+HostRules::HostRules(IUnknown* storage) : storage_(test_support::filled_block(storage)) {}
 
 std::vector<StoredRule> HostRules::load() const {
   std::vector<StoredRule> rules;

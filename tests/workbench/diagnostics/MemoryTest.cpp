@@ -1,4 +1,5 @@
 #include "FailingMemory.h"
+#include "FaultLoop.h"
 #include "LibraryTest.h"
 
 namespace snagtrap_test {
@@ -9,22 +10,18 @@ using test_support::Memory;
 
 class WithoutMemory : public LibraryTest {};
 
-/// Fails the first allocation of the library that the report needs, then the second, until none fails any more.
 TEST_F(WithoutMemory, ReportFailsAndTheHostGoesOn) {
-  constexpr long more_than_it_needs = 1000;
   const DebugObjectPtr inner = report(L"ERROR");
-  long number = 0;
-  for (bool has_failed = true; has_failed;) {
-    ASSERT_LT(++number, more_than_it_needs);
+  const std::size_t failed = test_support::fail_each_allocation([&](std::size_t number) {
     const DebugObjectPtr record = report(L"ASSERT");
     set_object(*record, L"Inner", inner.get());
     FailingMemory memory(library(), number, Memory::blocks);
     const HRESULT result = command(L"PROCESS", record.get());
-    has_failed = memory.has_failed();
     memory.clear_faults();
-    EXPECT_EQ(result, has_failed ? E_OUTOFMEMORY : S_OK) << "at allocation " << number;
-  }
-  EXPECT_GT(number, 10);
+    EXPECT_EQ(result, memory.has_failed() ? E_OUTOFMEMORY : S_OK);
+    return memory.has_failed();
+  });
+  EXPECT_GT(failed, 10u);
   EXPECT_FALSE(folder.lines().empty()) << "each line is whole or absent";
 }
 
