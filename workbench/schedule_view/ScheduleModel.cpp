@@ -1,0 +1,223 @@
+#include "ScheduleModel.h"
+
+#include <algorithm>
+#include <map>
+#include <span>
+
+#include "DateList.h"
+
+namespace workbench {
+
+namespace {
+
+using schedule::Basis;
+using schedule::ContractDates;
+using schedule::Month;
+using schedule::NamedRule;
+using schedule::NamedSetting;
+using schedule::TradingDays;
+
+/// A rule and the setting that uses it, if one is meant.
+struct Subject {
+  const NamedRule* rule;
+  const NamedSetting* setting;
+};
+
+template <class Item>
+const Item* find_number(const std::vector<Numbered<Item>>& items, long number) {
+  const auto found = std::ranges::find(items, number, &Numbered<Item>::number);
+  return found == items.end() ? nullptr : &found->item;
+}
+
+const NamedRule* find_rule(const ScheduleData& data, const std::string& name) {
+  const auto found = std::ranges::find(data.rules, name, [](const auto& rule) { return rule.item.name; });
+  return found == data.rules.end() ? nullptr : &found->item;
+}
+
+/// Adds the lines of one subject after another to a schedule.
+class ScheduleBuilder {
+ public:
+  ScheduleBuilder(const ScheduleData& data, const ScheduleChoice& choice) : data_(data), choice_(choice) {}
+
+  void add_setting(const NamedSetting& setting) {
+    if (const NamedRule* rule = find_rule(data_, setting.rule)) {
+      add({rule, &setting});
+    } else {
+      refuse(setting.rule.empty() ? NoDatesReason::no_rule : NoDatesReason::rule_missing, setting.rule);
+    }
+  }
+
+  /// Adds each setting that uses the rule, or the rule itself if none does.
+  void add_rule(const NamedRule& rule) {
+    bool used = false;
+    for (const auto& setting : data_.settings) {
+      if (setting.item.rule != rule.name) continue;
+      add({&rule, &setting.item});
+      used = true;
+    }
+    if (!used) add({&rule, nullptr});
+  }
+
+  void refuse(NoDatesReason reason, const std::string& subject) {
+    if (built_.reason != NoDatesReason::none) return;
+    built_.reason = reason;
+    built_.subject = subject;
+  }
+
+  std::vector<ScheduleLine>& lines() { return built_.lines; }
+
+  Schedule finish() {
+    if (!built_.lines.empty()) built_.reason = NoDatesReason::none;
+    for (const ScheduleLine& line : built_.lines) note_calendar(line.calendar);
+    return std::move(built_);
+  }
+
+ private:
+  void add(const Subject& subject) {
+    const std::string& name =
+        choice_.calendar.empty() && subject.setting ? subject.setting->calendar : choice_.calendar;
+    if (name.empty()) return refuse(NoDatesReason::no_calendar, subject.rule->name);
+    const TradingDays* days = open_days(name);
+    if (!days) return refuse(NoDatesReason::calendar_missing, name);
+    std::optional<ContractDates> previous = before_first(subject, *days);
+    for (int at = 0; at < choice_.months; ++at) {
+      const Month contract = choice_.first + std::chrono::months{at};
+      if (!delivers(subject, contract)) continue;
+      const ContractDates dates = dates_of(subject, contract, *days);
+      built_.lines.push_back({{subject.rule->name, subject.setting ? subject.setting->name : std::string(), dates},
+                              name,
+                              attention_of(dates, previous)});
+      previous = dates;
+    }
+  }
+
+  const TradingDays* open_days(const std::string& name) {
+    const auto known = open_days_.find(name);
+    if (known != open_days_.end()) return &known->second;
+    const schedule::Calendar* calendar = find_calendar(name);
+    return calendar ? &open_days_.emplace(name, trading_days(*calendar)).first->second : nullptr;
+  }
+
+  const schedule::Calendar* find_calendar(const std::string& name) const {
+    const auto found = std::ranges::find(data_.calendars, name, &schedule::Calendar::name);
+    return found == data_.calendars.end() ? nullptr : &*found;
+  }
+
+  void note_calendar(const std::string& name) {
+    if (built_.calendar_names.contains(name)) return;
+    built_.calendar_names.insert(name);
+    const schedule::Calendar& calendar = *find_calendar(name);
+    built_.calendar.reset();
+    if (built_.calendar_names.size() == 1) built_.calendar = calendar;
+    const schedule::Day unknown = calendar.to + std::chrono::days{1};
+    if (!built_.unknown_from || unknown < *built_.unknown_from) built_.unknown_from = unknown;
+  }
+
+  static bool delivers(const Subject& subject, Month contract) {
+    return !subject.setting || schedule::is_delivery_month(contract, subject.setting->months);
+  }
+
+  ContractDates dates_of(const Subject& subject, Month contract, const TradingDays& days) const {
+    return contract_dates(subject.rule->numbers, contract, days, {.estimates = choice_.estimates});
+  }
+
+  /// The contract before the first one that is shown.
+  std::optional<ContractDates> before_first(const Subject& subject, const TradingDays& days) const {
+    for (int back = 1; back <= 12; ++back) {
+      const Month contract = choice_.first - std::chrono::months{back};
+      if (delivers(subject, contract)) return dates_of(subject, contract, days);
+    }
+    return std::nullopt;
+  }
+
+  static std::uint8_t attention_of(const ContractDates& dates, const std::optional<ContractDates>& previous) {
+    unsigned attention = attention_none;
+    if (dates.closed) attention |= attention_closed_roll;
+    if (dates.has(Basis::beyond_calendar)) attention |= attention_beyond_calendar;
+    if (dates.invalid_fields != 0) attention |= attention_no_date;
+    if (previous && previous->roll.date && dates.roll.date && *dates.roll.date <= *previous->roll.date)
+      attention |= attention_roll_not_later;
+    return static_cast<std::uint8_t>(attention);
+  }
+
+  const ScheduleData& data_;
+  const ScheduleChoice& choice_;
+  std::map<std::string, TradingDays> open_days_;
+  Schedule built_;
+};
+
+/// The same contracts before and after a change.
+class Comparison {
+ public:
+  Comparison(const ScheduleData& before, const ScheduleData& now, const ScheduleChoice& choice)
+      : before_(before), choice_(choice), builder_(now, choice) {}
+
+  /// Adds the lines of an item if they differ from those that it had. `add_item` is the builder's method for the item.
+  template <class Item>
+  void add(const Item& now, const Item* before, void (ScheduleBuilder::*add_item)(const Item&)) {
+    if (!before) return;
+    ScheduleBuilder old(before_, choice_);
+    (old.*add_item)(*before);
+    const std::size_t begin = builder_.lines().size();
+    (builder_.*add_item)(now);
+    if (!set_beside(begin, old.lines())) builder_.lines().resize(begin);
+  }
+
+  Schedule finish() { return builder_.finish(); }
+
+ private:
+  /// Puts the old dates beside the new lines from `begin` on. Returns whether there is a difference.
+  bool set_beside(std::size_t begin, const std::vector<ScheduleLine>& old_lines) {
+    bool differs = builder_.lines().size() - begin != old_lines.size();
+    for (ScheduleLine& line : std::span(builder_.lines()).subspan(begin)) {
+      const auto old = std::ranges::find(old_lines, line.row.dates.contract,
+                                         [](const ScheduleLine& old_line) { return old_line.row.dates.contract; });
+      if (old == old_lines.end() || old->row.dates == line.row.dates) continue;
+      line.before = old->row.dates;
+      differs = true;
+    }
+    return differs;
+  }
+
+  const ScheduleData& before_;
+  const ScheduleChoice& choice_;
+  ScheduleBuilder builder_;
+};
+
+bool is_used(const ScheduleData& data, const NamedRule& rule) {
+  return std::ranges::any_of(data.settings, [&](const auto& setting) { return setting.item.rule == rule.name; });
+}
+
+}  // namespace
+
+Schedule make_schedule(const ScheduleData& data, const ScheduleChoice& choice) {
+  ScheduleBuilder builder(data, choice);
+  if (const NamedSetting* setting = find_number(data.settings, choice.setting)) {
+    builder.add_setting(*setting);
+  } else if (const NamedRule* rule = find_number(data.rules, choice.rule)) {
+    builder.add_rule(*rule);
+  } else {
+    builder.refuse(NoDatesReason::nothing_selected, {});
+  }
+  return builder.finish();
+}
+
+Schedule compare_schedules(const ScheduleData& before, const ScheduleData& now, const ScheduleChoice& choice) {
+  Comparison comparison(before, now, choice);
+  for (const auto& setting : now.settings)
+    comparison.add(setting.item, find_number(before.settings, setting.number), &ScheduleBuilder::add_setting);
+  for (const auto& rule : now.rules) {
+    if (!is_used(now, rule.item))
+      comparison.add(rule.item, find_number(before.rules, rule.number), &ScheduleBuilder::add_rule);
+  }
+  return comparison.finish();
+}
+
+std::vector<schedule::ScheduleRow> rows_of(const Schedule& schedule) {
+  std::vector<schedule::ScheduleRow> rows;
+  rows.reserve(schedule.lines.size());
+  for (const ScheduleLine& line : schedule.lines) rows.push_back(line.row);
+  return rows;
+}
+
+}  // namespace workbench
