@@ -1,9 +1,7 @@
-#include <windows.h>
-#include <commctrl.h>
-
-#include "DialogDriver.h"
+#include "DialogScript.h"
 #include "ModuleTest.h"
 #include "OwnedWindow.h"
+#include "RuleList.h"
 
 namespace module_test {
 namespace {
@@ -13,15 +11,14 @@ using test_support::Fault;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr int rules_list = 201;  // the list control of the dialog
 constexpr char caught[] = "CREATE ERROR  | zdExpirationRulePlugin.cpp:107 DoCommand";
 
 class CommandTest : public HostedTest {
  protected:
-  /// Runs a command, closes the dialogs that it opens and answers how many there were. Each must be the rule list.
+  /// Runs a command, closes the dialogs that it opens and returns how many there were. Each must be the rule list.
   int dialogs_of(long id, const VARIANT& parameter = {}) {
     DialogDriver driver([](HWND dialog) {
-      EXPECT_TRUE(IsWindow(GetDlgItem(dialog, rules_list)));
+      EXPECT_TRUE(test_support::is_rule_list(dialog));
       test_support::click(dialog, IDCANCEL);
     });
     EXPECT_EQ(S_OK, plugin_->DoCommand(id, parameter)) << "command " << id;
@@ -87,7 +84,7 @@ TEST_F(CommandTest, IdOfAFailingGetterCountsAsZero) {
 TEST_F(CommandTest, ResultOfTheGetterIsNotLookedAt) {
   initialize();
   calls().fail_all("IkvMenuItem::get_CommandID", {E_FAIL, Fault::Out::given});
-  EXPECT_EQ(1, dialogs_of(menu_id)) << "the value counts, whatever the getter answers";
+  EXPECT_EQ(1, dialogs_of(menu_id)) << "the value counts, whatever the getter returns";
 }
 
 TEST_F(CommandTest, IdsAreReadAnewForEachCommand) {
@@ -113,9 +110,9 @@ TEST_F(CommandTest, ListIsOwnedByTheActiveWindow) {
 TEST_F(CommandTest, ListShowsTheHostsRules) {
   host_.rules() = {{3, L"IF"}, {4, L"CU"}};
   initialize();
-  LRESULT items = 0;
+  int items = 0;
   DialogDriver driver([&](HWND dialog) {
-    items = SendDlgItemMessageW(dialog, rules_list, LVM_GETITEMCOUNT, 0, 0);
+    items = test_support::RuleList(dialog).count();
     test_support::click(dialog, IDCANCEL);
   });
   EXPECT_EQ(S_OK, command(menu_id));

@@ -1,7 +1,7 @@
 #include <windows.h>
 #include <commctrl.h>
 
-#include "ImportPatch.h"
+#include "ImportProbe.h"
 #include "ModuleTest.h"
 #include "TextEncoding.h"
 
@@ -9,7 +9,6 @@ namespace module_test {
 namespace {
 
 using test_support::Fault;
-using test_support::ImportPatch;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -25,23 +24,7 @@ std::string shared_text(UINT id) {
   return base::to_utf8(text);
 }
 
-/// Sees which classes of common controls a module initialises.
-class CommonControls {
- public:
-  explicit CommonControls(HMODULE module) : patch_(module, "InitCommonControlsEx", &initialise) { classes_.clear(); }
-
-  const std::vector<DWORD>& classes() const { return classes_; }
-
- private:
-  static BOOL WINAPI initialise(const INITCOMMONCONTROLSEX* controls) {
-    EXPECT_EQ(sizeof(INITCOMMONCONTROLSEX), controls->dwSize);
-    classes_.push_back(controls->dwICC);
-    return TRUE;
-  }
-
-  inline static std::vector<DWORD> classes_;
-  ImportPatch patch_;
-};
+ZD_IMPORT_PROBE(InitCommonControlsEx, CommonControlsProbe);
 
 class InitializeTest : public HostedTest {
  protected:
@@ -105,9 +88,15 @@ TEST_F(InitializeTest, DoesNotTouchTheControlBarAndTheContextMenu) {
 }
 
 TEST_F(InitializeTest, InitialisesTheCommonControlsOnce) {
-  const CommonControls controls(module_.handle());
+  std::vector<DWORD> classes;
+  CommonControlsProbe controls(module_.handle());
+  controls.replace([&](const INITCOMMONCONTROLSEX* given) {
+    EXPECT_EQ(sizeof(INITCOMMONCONTROLSEX), given->dwSize);
+    classes.push_back(given->dwICC);
+    return TRUE;
+  });
   EXPECT_EQ(S_OK, initialize());
-  EXPECT_THAT(controls.classes(), ElementsAre(0x301));
+  EXPECT_THAT(classes, ElementsAre(0x301));
 }
 
 TEST_F(InitializeTest, ExistingSubmenuIsUsedAndNoneIsAdded) {
@@ -175,9 +164,9 @@ TEST_F(InitializeTest, EmptyRegistryPathIsLookedAtAfterThePointers) {
 TEST_F(InitializeTest, BadArgumentsKeepAndInitialiseNothing) {
   host_.record_queries(true);
   registry_path_ = L"";
-  const CommonControls controls(module_.handle());
+  const CommonControlsProbe controls(module_.handle());
   EXPECT_EQ(E_INVALIDARG, initialize());
-  EXPECT_THAT(controls.classes(), IsEmpty());
+  EXPECT_EQ(0, controls.calls());
   EXPECT_THAT(calls().all(), IsEmpty());
   EXPECT_EQ(1u, references(storage_));
 }

@@ -1,6 +1,6 @@
 #include <windows.h>
 
-#include "ImportPatch.h"
+#include "ImportProbe.h"
 #include "ModuleTest.h"
 
 namespace module_test {
@@ -10,13 +10,17 @@ using testing::Each;
 using testing::SizeIs;
 using testing::StartsWith;
 
-HMODULE WINAPI load_all_but_the_texts(const wchar_t* name) {
-  return lstrcmpiW(name, L"zdCommonRes.DLL") == 0 ? nullptr : LoadLibraryW(name);
-}
+ZD_IMPORT_PROBE(LoadLibraryW, LoadLibraryProbe);
 
 /// The host's texts are not there. The host may let messages through while that is reported, and call again.
 class MissingTexts : public HostedTest {
  protected:
+  MissingTexts() {
+    libraries_.replace([this](const wchar_t* name) {
+      return lstrcmpiW(name, L"zdCommonRes.DLL") == 0 ? nullptr : libraries_.original(name);
+    });
+  }
+
   /// Initialises another plug-in inside the first report.
   void initialize_inside_the_report() {
     test_support::on_command([this](const test_support::RecordedCommand& command) {
@@ -30,7 +34,7 @@ class MissingTexts : public HostedTest {
     HostedTest::TearDown();
   }
 
-  test_support::ImportPatch missing_{module_.handle(), "LoadLibraryW", &load_all_but_the_texts};
+  LoadLibraryProbe libraries_{module_.handle()};
   base::ComPtr<IkvPlugin> other_ = module_.plugin();
   int inside_ = 0;
 };
@@ -41,7 +45,7 @@ TEST_F(MissingTexts, OfWhichAnotherPluginHearsInsideTheReport) {
   EXPECT_GT(inside_, 0);
   EXPECT_EQ(4u, host_.commands().size()) << "both have their command and their hot key";
   // The other plug-in asks for four texts, this one for the two that the submenu of the other leaves over; and that the
-  // module cannot be loaded is told once.
+  // module cannot be loaded is reported once.
   EXPECT_THAT(take_reports(), testing::AllOf(SizeIs(7), Each(StartsWith("ASSERT hInstance | ResourceMgr.cpp:"))));
 }
 

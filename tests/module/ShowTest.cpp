@@ -1,6 +1,7 @@
 #include "DialogDriver.h"
 #include "ModuleTest.h"
 #include "OwnedWindow.h"
+#include "resource.h"
 
 namespace module_test {
 namespace {
@@ -9,8 +10,6 @@ using test_support::DialogDriver;
 using test_support::Fault;
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-constexpr int name_edit = 207;
 
 std::string traced(const char* hresult) {
   return std::string("TRACE HRESULT - ") + hresult +
@@ -33,7 +32,7 @@ TEST_F(ShowTest, OpensTheEditorOfTheRule) {
   initialize();
   std::wstring name;
   DialogDriver driver([&](HWND dialog) {
-    name = test_support::item_text(dialog, name_edit);
+    name = test_support::item_text(dialog, IDC_NAME);
     test_support::click(dialog, IDCANCEL);
   });
   EXPECT_EQ(S_OK, own_->Show(7));
@@ -41,7 +40,7 @@ TEST_F(ShowTest, OpensTheEditorOfTheRule) {
   EXPECT_EQ(L"IF quarter", name);
 }
 
-TEST_F(ShowTest, AnswersSuccessWhateverTheUserDid) {
+TEST_F(ShowTest, ReturnsSuccessWhateverTheUserDid) {
   initialize();
   for (const int button : {IDCANCEL, IDOK}) {
     DialogDriver driver([&](HWND dialog) { test_support::click(dialog, button); });
@@ -54,7 +53,7 @@ TEST_F(ShowTest, AnswersSuccessWhateverTheUserDid) {
 TEST_F(ShowTest, RuleZeroIsANewRule) {
   initialize();
   DialogDriver driver([](HWND dialog) {
-    SetDlgItemTextW(dialog, name_edit, L"CU monthly");
+    SetDlgItemTextW(dialog, IDC_NAME, L"CU monthly");
     test_support::click(dialog, IDOK);
   });
   EXPECT_EQ(S_OK, own_->Show(0));
@@ -85,7 +84,7 @@ TEST_F(ShowTest, WithoutARuleServiceItFailsAndIsTraced) {
   EXPECT_EQ(traced("80004003"), take_reports().back());
 }
 
-TEST_F(ShowTest, FailureOfTheHostIsAnsweredAsItStands) {
+TEST_F(ShowTest, FailureOfTheHostIsReturnedAsItIs) {
   initialize();
   for (const HRESULT failure : {E_FAIL, E_ACCESSDENIED, REGDB_E_CLASSNOTREG, E_OUTOFMEMORY}) {
     calls().fail("kvTable::CreateInstance", {failure, Fault::Out::null});

@@ -86,6 +86,8 @@ void send_click(HWND dialog, int button) {
                reinterpret_cast<LPARAM>(GetDlgItem(dialog, button)));
 }
 
+void close_message_box(HWND box) { send_click(box, GetDlgCtrlID(FindWindowExW(box, nullptr, L"Button", nullptr))); }
+
 void press_key(HWND dialog, WPARAM virtual_key) {
   PostMessageW(focus_in(dialog), WM_KEYDOWN, virtual_key, 1);
   PostMessageW(focus_in(dialog), WM_KEYUP, virtual_key, static_cast<LPARAM>(0xC0000001));

@@ -35,6 +35,9 @@ void click(HWND dialog, int button);
 /// Sends a dialog what a click on a button sends it, whether or not the button is there and enabled.
 void send_click(HWND dialog, int button);
 
+/// Closes a message box by its first button.
+void close_message_box(HWND box);
+
 /// Types a key into the focused control, by way of the dialog's own keyboard handling.
 void press_key(HWND dialog, WPARAM virtual_key);
 

@@ -125,7 +125,11 @@ MessageBoxContent with_message_box(const std::function<void()>& open, int button
   MessageBoxContent content;
   with_dialog(open, [&](HWND box) {
     content = read_message_box(box);
-    click(box, button ? button : GetDlgCtrlID(FindWindowExW(box, nullptr, L"Button", nullptr)));
+    if (button) {
+      click(box, button);
+    } else {
+      close_message_box(box);
+    }
   });
   return content;
 }

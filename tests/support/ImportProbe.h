@@ -5,71 +5,67 @@
 #include <functional>
 #include <utility>
 
+#include "ImportPatch.h"
+
 namespace test_support {
 
-/// While it lives, calls of one imported function from this program are counted and may be answered by the test: that
-/// is how a system call fails on demand. `Entry` is the function's place in the import table. One probe per function
-/// lives at a time; UI thread only. Made with ZD_IMPORT_PROBE.
-template <class Pointer, Pointer* Entry>
+/// While it lives, a module's calls of one imported function are counted and may run a function of the test instead:
+/// that is how a system call fails on demand. Probes of one function nest; UI thread only. Declared with
+/// ZD_IMPORT_PROBE.
+template <FunctionName name, class Pointer>
 class ImportProbe;
 
-template <class Result, class... Arguments, Result(WINAPI** Entry)(Arguments...)>
-class ImportProbe<Result(WINAPI*)(Arguments...), Entry> {
+template <FunctionName name, class Result, class... Arguments>
+class ImportProbe<name, Result(WINAPI*)(Arguments...)> {
  public:
-  using Pointer = Result(WINAPI*)(Arguments...);
   using Function = std::function<Result(Arguments...)>;
 
-  ImportProbe() : original_(std::exchange(active(), this), *Entry) { write_entry(&ImportProbe::called); }
-  ~ImportProbe() {
-    write_entry(original_.second);
-    active() = original_.first;
-  }
+  /// Probes this program by default. Throws `std::runtime_error` when the module does not import the function.
+  explicit ImportProbe(HMODULE module = GetModuleHandleW(nullptr)) : patch_(module, name.text, called) {}
   ImportProbe(const ImportProbe&) = delete;
   ImportProbe& operator=(const ImportProbe&) = delete;
 
   int calls() const { return calls_; }
 
-  /// From now on `answer` is called instead.
-  void replace(Function answer) { answer_ = std::move(answer); }
+  /// From now on `replacement` is called instead.
+  void replace(Function replacement) { replacement_ = std::move(replacement); }
 
-  /// The call with that number, counted from 1 since the probe was made, answers `failure`; 0 means every call.
+  /// The call with that number, counted from 1 since the probe was created, returns `failure`; 0 means every call.
   void fail(int number, Result failure, DWORD last_error = ERROR_NOT_ENOUGH_MEMORY) {
     replace([this, number, failure, last_error](Arguments... arguments) {
-      if (number != 0 && number != calls_) return original_.second(arguments...);
+      if (number != 0 && number != calls_) return original(arguments...);
       SetLastError(last_error);
       return failure;
     });
   }
 
-  Result original(Arguments... arguments) const { return original_.second(arguments...); }
+  Result original(Arguments... arguments) const {
+    return reinterpret_cast<Result(WINAPI*)(Arguments...)>(patch_.original())(arguments...);
+  }
 
  private:
-  static ImportProbe*& active() {
-    static ImportProbe* probe = nullptr;
-    return probe;
-  }
+  /// Makes its probe the one that is called.
+  struct Activation {
+    explicit Activation(ImportProbe* probe) : outer(std::exchange(active_, probe)) {}
+    ~Activation() { active_ = outer; }
+    ImportProbe* outer;
+  };
 
   static Result WINAPI called(Arguments... arguments) {
-    ImportProbe& probe = *active();
+    ImportProbe& probe = *active_;
     ++probe.calls_;
-    return probe.answer_ ? probe.answer_(arguments...) : probe.original_.second(arguments...);
+    return probe.replacement_ ? probe.replacement_(arguments...) : probe.original(arguments...);
   }
 
-  static void write_entry(Pointer function) {
-    DWORD protection = 0;
-    VirtualProtect(Entry, sizeof *Entry, PAGE_READWRITE, &protection);
-    *Entry = function;
-    VirtualProtect(Entry, sizeof *Entry, protection, &protection);
-  }
+  inline static ImportProbe* active_ = nullptr;
 
-  std::pair<ImportProbe*, Pointer> original_;
-  Function answer_;
+  Function replacement_;
   int calls_ = 0;
+  Activation activation_{this};
+  ImportPatch patch_;
 };
 
 }  // namespace test_support
 
-/// Declares the type `probe` for the imported function `function`. Stands at namespace scope, outside any namespace.
-#define ZD_IMPORT_PROBE(function, probe)           \
-  extern "C" decltype(&function) __imp_##function; \
-  using probe = test_support::ImportProbe<decltype(&function), &__imp_##function>
+/// Declares the type `probe` for the imported function `function`.
+#define ZD_IMPORT_PROBE(function, probe) using probe = test_support::ImportProbe<#function, decltype(&function)>

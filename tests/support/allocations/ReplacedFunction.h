@@ -2,19 +2,11 @@
 
 #include <windows.h>
 
-#include <algorithm>
 #include <deque>
 
 #include "ImportPatch.h"
 
 namespace test_support {
-
-/// The name of a function as a template's argument.
-template <std::size_t size>
-struct FunctionName {
-  constexpr FunctionName(const char (&given)[size]) { std::copy_n(given, size, text); }
-  char text[size] = {};
-};
 
 /// An imported function, what stands in its place, and where that finds what the module called before.
 struct ReplacedFunction {

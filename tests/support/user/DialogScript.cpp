@@ -7,10 +7,12 @@
 
 namespace test_support {
 
-DialogScript::DialogScript(std::vector<Step> steps, Entry entry, std::wstring rule_to_delete)
+DialogScript::DialogScript(std::vector<Step> steps, Entry entry, std::wstring rule_to_delete,
+                           std::function<void()> at_box)
     : steps_(std::move(steps)),
       entry_(std::move(entry)),
       rule_to_delete_(std::move(rule_to_delete)),
+      at_box_(std::move(at_box)),
       driver_(DialogDriver::When::created, [this](HWND dialog, int number) { visit(dialog, number); }) {}
 
 void DialogScript::visit(HWND dialog, int number) {
@@ -49,19 +51,18 @@ void DialogScript::visit_editor(HWND editor, int number) {
 void DialogScript::visit_box(HWND box, int number) {
   const bool is_question = GetDlgItem(box, IDYES) != nullptr;
   if (number == 1) ++(is_question ? questions_ : warnings_);
-  if (!is_question) {
-    close_message_box(box);
-    return;
-  }
   const bool agrees =
-      !rule_to_delete_.empty() && read_message_box(box).text.find(rule_to_delete_) != std::wstring::npos;
-  send_click(box, agrees ? IDYES : IDNO);
+      is_question && !rule_to_delete_.empty() && read_message_box(box).text.find(rule_to_delete_) != std::wstring::npos;
+  if (number == 1 && at_box_) at_box_();
+  if (is_question) {
+    send_click(box, agrees ? IDYES : IDNO);
+  } else {
+    close_message_box(box);
+  }
 }
 
 bool is_rule_editor(HWND dialog) { return GetDlgItem(dialog, IDC_OFFSET_SPIN) != nullptr; }
 
 bool is_rule_list(HWND dialog) { return !is_rule_editor(dialog) && GetDlgItem(dialog, IDC_RULES_GROUP) != nullptr; }
-
-void close_message_box(HWND box) { send_click(box, GetDlgCtrlID(FindWindowExW(box, nullptr, L"Button", nullptr))); }
 
 }  // namespace test_support

@@ -26,7 +26,9 @@ class DialogScript {
   /// One step at the rule list; when there is none left, the list is closed.
   using Step = std::function<void(HWND list)>;
 
-  explicit DialogScript(std::vector<Step> steps, Entry entry = {}, std::wstring rule_to_delete = {});
+  /// `at_box` is called at each message box before that is closed.
+  explicit DialogScript(std::vector<Step> steps, Entry entry = {}, std::wstring rule_to_delete = {},
+                        std::function<void()> at_box = {});
 
   int lists() const { return lists_; }
   int editors() const { return editors_; }
@@ -43,6 +45,7 @@ class DialogScript {
   std::size_t next_step_ = 0;
   Entry entry_;
   std::wstring rule_to_delete_;
+  std::function<void()> at_box_;
   int lists_ = 0;
   int editors_ = 0;
   int questions_ = 0;
@@ -52,8 +55,5 @@ class DialogScript {
 
 bool is_rule_list(HWND dialog);
 bool is_rule_editor(HWND dialog);
-
-/// Closes a message box by its first button.
-void close_message_box(HWND box);
 
 }  // namespace test_support

@@ -8,6 +8,9 @@
 namespace workbench {
 namespace {
 
+using test_support::click;
+using test_support::DialogDriver;
+
 TEST_F(ApplicationTest, ShowsWhatTheStoreHolds) {
   start();
   EXPECT_EQ(cell_text(rules(), 0, 1), L"CSI 300");
@@ -58,13 +61,7 @@ TEST_F(ApplicationTest, MissingModuleIsShownInABoxAndTheRulesStay) {
   start();
   application_->load_plugin(L"C:\\no such module.dll");
   EXPECT_NE(message().find(L"无法创建插件"), std::wstring::npos);
-  std::wstring seen;
-  const DialogVisitor visitor(window(), [&](HWND box) {
-    seen = message_in_box(box);
-    return press_button(box, IDOK);
-  });
-  visitor.wait();
-  EXPECT_NE(seen.find(L"无法创建插件"), std::wstring::npos);
+  EXPECT_NE(text_of_next_box().find(L"无法创建插件"), std::wstring::npos);
   EXPECT_EQ(ListView_GetItemCount(rules()), 1);
 }
 
@@ -95,10 +92,9 @@ TEST_F(ApplicationTest, PickedCommandOpensTheModulesDialog) {
   start();
   application_->load_plugin(real_module());
   std::wstring title;
-  const DialogVisitor visitor(window(), [&](HWND dialog) {
-    title.resize(static_cast<size_t>(GetWindowTextLengthW(dialog)) + 1);
-    title.resize(static_cast<size_t>(GetWindowTextW(dialog, title.data(), static_cast<int>(title.size()))));
-    return press_button(dialog, IDCANCEL);
+  const DialogDriver user([&](HWND dialog) {
+    title = test_support::window_text(dialog);
+    click(dialog, IDCANCEL);
   });
   ShowWindow(window(), SW_SHOW);
   pick_plugin_command();
@@ -109,11 +105,11 @@ TEST_F(ApplicationTest, WindowStaysOpenWhileADialogOfTheModuleIsOpen) {
   start();
   application_->load_plugin(real_module());
   std::wstring while_open;
-  const DialogVisitor visitor(window(), [&](HWND dialog) {
+  const DialogDriver user([&](HWND dialog) {
     SendMessageW(window(), WM_CLOSE, 0, 0);
     press(IDM_OPEN_RULE);
     while_open = message();
-    return press_button(dialog, IDCANCEL);
+    click(dialog, IDCANCEL);
   });
   ShowWindow(window(), SW_SHOW);
   press(IDM_OPEN_RULE);
@@ -128,12 +124,15 @@ TEST_F(ApplicationTest, AlarmWaitsForTheDialogThatIsOnItsWay) {
   ShowWindow(window(), SW_SHOW);
   bool box_was_there = false;
   BOOL frame_was_enabled = TRUE;
-  const DialogVisitor visitor(window(), [&](HWND dialog) {
+  const DialogDriver user(DialogDriver::When::shown, [&](HWND dialog, int) {
     const bool is_editor = GetDlgItem(dialog, IDOK) && GetDlgItem(dialog, IDCANCEL);
-    if (!is_editor) box_was_there = press_button(dialog, IDOK);
-    if (!is_editor || !box_was_there) return false;
-    frame_was_enabled = IsWindowEnabled(window());
-    return press_button(dialog, IDCANCEL);
+    if (!is_editor) {
+      box_was_there = true;
+      test_support::close_message_box(dialog);
+    } else if (box_was_there) {
+      frame_was_enabled = IsWindowEnabled(window());
+      click(dialog, IDCANCEL);
+    }
   });
   press(IDM_OPEN_RULE);
   EXPECT_FALSE(frame_was_enabled);
@@ -156,13 +155,7 @@ TEST_F(ReadOnlyStoreTest, FailedSaveIsShownAtOnceInTheStatusBarAndSoonInABox) {
   EXPECT_NE(message().find(L"只读"), std::wstring::npos);
   EXPECT_EQ(GetLastActivePopup(window()), window()) << "nothing may block in the middle of a call";
 
-  std::wstring seen;
-  const DialogVisitor visitor(window(), [&](HWND box) {
-    seen = message_in_box(box);
-    return press_button(box, IDOK);
-  });
-  visitor.wait();
-  EXPECT_NE(seen.find(L"原有的数据保持不变"), std::wstring::npos);
+  EXPECT_NE(text_of_next_box().find(L"原有的数据保持不变"), std::wstring::npos);
   EXPECT_EQ(store_->load_rules()[0].rule.name, L"CSI 300");
 }
 

@@ -2,9 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
-
 #include "Application.h"
+#include "DialogDriver.h"
 #include "ListReader.h"
 #include "MemoryRuleStore.h"
 #include "ModulePath.h"
@@ -14,56 +13,22 @@ namespace workbench {
 
 inline constexpr UINT_PTR own_menus = 3;
 
-/// Calls `visit` for each dialog that opens over a window, from the dialog's message loop, until it returns true.
-class DialogVisitor {
- public:
-  DialogVisitor(HWND owner, std::function<bool(HWND dialog)> visit) : owner_(owner), visit_(std::move(visit)) {
-    current_ = this;
-    timer_ = SetTimer(nullptr, 0, USER_TIMER_MINIMUM, &look);
-  }
-  ~DialogVisitor() {
-    KillTimer(nullptr, timer_);
-    current_ = nullptr;
-  }
-  DialogVisitor(const DialogVisitor&) = delete;
-  DialogVisitor& operator=(const DialogVisitor&) = delete;
-
-  /// Dispatches messages until the visitor is done.
-  void wait() const {
-    MSG message{};
-    while (!done_ && GetMessageW(&message, nullptr, 0, 0) > 0) DispatchMessageW(&message);
-    pump_messages();
-  }
-
- private:
-  static void CALLBACK look(HWND, UINT, UINT_PTR, DWORD) noexcept {
-    DialogVisitor& visitor = *current_;
-    HWND dialog = GetLastActivePopup(visitor.owner_);
-    if (visitor.done_ || dialog == visitor.owner_) return;
-    visitor.done_ = visitor.visit_(dialog);
-  }
-
-  static inline DialogVisitor* current_ = nullptr;
-  HWND owner_;
-  std::function<bool(HWND)> visit_;
-  UINT_PTR timer_ = 0;
-  bool done_ = false;
-};
-
-/// Answers true, so that a visit can end with it.
-inline bool press_button(HWND dialog, int id) {
-  SendMessageW(dialog, WM_COMMAND, static_cast<WPARAM>(id), 0);
-  return true;
+/// Dispatches messages until a dialog that the driver visits is closed, and then what is left.
+inline void wait_for_dialog(const test_support::DialogDriver& driver) {
+  MSG message{};
+  while (driver.dialogs() == 0 && GetMessageW(&message, nullptr, 0, 0) > 0) DispatchMessageW(&message);
+  pump_messages();
 }
 
-inline std::wstring message_in_box(HWND box) {
-  wchar_t message[500] = L"";
-  for (HWND part = GetWindow(box, GW_CHILD); part; part = GetWindow(part, GW_HWNDNEXT)) {
-    wchar_t class_name[32] = L"";
-    GetClassNameW(part, class_name, static_cast<int>(std::size(class_name)));
-    if (std::wstring(class_name) == L"Static") GetWindowTextW(part, message, static_cast<int>(std::size(message)));
-  }
-  return message;
+/// Waits for the message box that the program opens by itself, closes it and returns its text.
+inline std::wstring text_of_next_box() {
+  std::wstring text;
+  const test_support::DialogDriver driver([&](HWND box) {
+    text = test_support::read_message_box(box).text;
+    test_support::close_message_box(box);
+  });
+  wait_for_dialog(driver);
+  return text;
 }
 
 inline std::filesystem::path real_module() { return base::path_beside_program(L"zdExpirationRules.dll"); }

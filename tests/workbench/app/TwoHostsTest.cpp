@@ -6,6 +6,9 @@
 namespace workbench {
 namespace {
 
+using test_support::click;
+using test_support::DialogDriver;
+
 /// The program on a file that another host uses too. Its user opens the only rule in the editor and saves it.
 class TwoHostsTest : public ApplicationTest {
  protected:
@@ -20,21 +23,18 @@ class TwoHostsTest : public ApplicationTest {
 
   std::wstring arguments(const std::wstring& rest) const { return L'"' + path_.native() + L"\" " + rest; }
 
-  /// Saves the rule under a name; `meanwhile` happens when the editor is open. Answers what the box says that follows.
+  /// Saves the rule under a name; `meanwhile` happens when the editor is open. Returns the text of the box that
+  /// follows.
   std::wstring save_as(const wchar_t* name, const std::function<void()>& meanwhile) {
-    std::wstring said;
-    const DialogVisitor visitor(window(), [&](HWND dialog) {
-      HWND name_field = FindWindowExW(dialog, nullptr, L"Edit", nullptr);
-      if (!name_field) {
-        said = message_in_box(dialog);
-        return press_button(dialog, IDOK);
-      }
-      meanwhile();
-      SetWindowTextW(name_field, name);
-      return !press_button(dialog, IDOK);
-    });
-    press(IDM_OPEN_RULE);
-    visitor.wait();
+    {
+      const DialogDriver user([&](HWND editor) {
+        meanwhile();
+        SetWindowTextW(FindWindowExW(editor, nullptr, L"Edit", nullptr), name);
+        click(editor, IDOK);
+      });
+      press(IDM_OPEN_RULE);
+    }
+    std::wstring said = text_of_next_box();
     std::erase(said, L'\r');
     return said;
   }
@@ -46,7 +46,7 @@ class TwoHostsTest : public ApplicationTest {
   std::shared_ptr<RuleStore> shared_;
 };
 
-TEST_F(TwoHostsTest, WhoMustWaitTooLongIsToldSoAndKeepsWhatHeEntered) {
+TEST_F(TwoHostsTest, WhoMustWaitTooLongReadsWhyAndKeepsWhatHeEntered) {
   std::optional<StoreWriter> other;
   const std::wstring said = save_as(L"CSI 500", [&] {
     other.emplace(arguments(L"hold 0"));
@@ -65,28 +65,29 @@ TEST_F(TwoHostsTest, RuleThatWasChangedBehindTheQuestionIsNotDeleted) {
   constexpr int rules_list = 201;
   constexpr int delete_button = 204;
   std::vector<std::wstring> boxes;
-  const DialogVisitor visitor(window(), [&](HWND dialog) {
+  const DialogDriver user(DialogDriver::When::shown, [&](HWND dialog, int) {
     HWND list = GetDlgItem(dialog, rules_list);
-    if (list && !boxes.empty()) return press_button(dialog, IDCANCEL);
-    if (list) {
+    if (list && !boxes.empty()) {
+      click(dialog, IDCANCEL);
+    } else if (list) {
       ListView_SetItemState(list, 0, LVIS_SELECTED, LVIS_SELECTED);
-      return !press_button(dialog, delete_button);
+      click(dialog, delete_button);
+    } else {
+      boxes.push_back(test_support::read_message_box(dialog).text);
+      const bool is_question = boxes.size() == 1;
+      EXPECT_TRUE(!is_question || StoreWriter(arguments(L"rename 1 theirs")).exit_code() == 0u);
+      test_support::close_message_box(dialog);
     }
-    boxes.push_back(message_in_box(dialog));
-    if (boxes.size() == 1) {
-      EXPECT_EQ(StoreWriter(arguments(L"rename 1 theirs")).exit_code(), 0u);
-    }
-    return !press_button(dialog, IDYES);
   });
   pick_plugin_command();
-  visitor.wait();
+  pump_messages();
   ASSERT_FALSE(boxes.empty());
   EXPECT_NE(boxes.front().find(L"CSI 300"), std::wstring::npos);
   EXPECT_NE(message().find(L"已被另一个程序修改"), std::wstring::npos);
   EXPECT_EQ(stored_name(), L"theirs");
 }
 
-TEST_F(TwoHostsTest, WhoWasOvertakenIsToldSoAndKeepsWhatHeEntered) {
+TEST_F(TwoHostsTest, WhoWasOvertakenReadsSoAndKeepsWhatHeEntered) {
   const std::wstring said = save_as(L"CSI 500", [&] {
     StoreWriter other(arguments(L"rename 1 theirs"));
     EXPECT_EQ(other.exit_code(), 0u);

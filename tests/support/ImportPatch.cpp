@@ -21,10 +21,10 @@ void** import_entry(HMODULE module, std::string_view function) {
     auto* name = at<IMAGE_THUNK_DATA>(module, library->OriginalFirstThunk);
     auto* entry = at<void*>(module, library->FirstThunk);
     for (; name->u1.AddressOfData; ++name, ++entry) {
-      const std::string imported = IMAGE_SNAP_BY_ORDINAL(name->u1.Ordinal)
-                                       ? '#' + std::to_string(IMAGE_ORDINAL(name->u1.Ordinal))
-                                       : at<IMAGE_IMPORT_BY_NAME>(module, name->u1.AddressOfData)->Name;
-      if (imported == function) return entry;
+      const bool is_found = IMAGE_SNAP_BY_ORDINAL(name->u1.Ordinal)
+                                ? function == '#' + std::to_string(IMAGE_ORDINAL(name->u1.Ordinal))
+                                : function == at<IMAGE_IMPORT_BY_NAME>(module, name->u1.AddressOfData)->Name;
+      if (is_found) return entry;
     }
   }
   return nullptr;

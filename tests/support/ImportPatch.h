@@ -2,13 +2,23 @@
 
 #include <windows.h>
 
+#include <algorithm>
+#include <cstddef>
+
 namespace test_support {
+
+/// The name of a function as a template's argument.
+template <std::size_t size>
+struct FunctionName {
+  constexpr FunctionName(const char (&given)[size]) { std::copy_n(given, size, text); }
+  char text[size] = {};
+};
 
 /// Whether a loaded module imports a function of this name.
 bool imports(HMODULE module, const char* name);
 
 /// Puts a function of the test in the place of one that a loaded module imports, as long as it lives. UI
-/// thread only; patches of one function end in the reverse order of their making.
+/// thread only; patches of one function end in the reverse order of their creation.
 class ImportPatch {
  public:
   /// `function` must have the type of the imported one. Throws `std::runtime_error` when the module imports none of
