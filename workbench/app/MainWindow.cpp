@@ -55,7 +55,7 @@ MainWindow::MainWindow(MainWindowEvents events) : events_(std::move(events)) {
   move_to_first_place();
 }
 
-void MainWindow::show(std::vector<StoredRule> rules, std::vector<SymbolSourceSetting> settings) {
+void MainWindow::show(std::vector<StoredRule> rules, std::vector<StoredSetting> settings) {
   status_->show_rule_count(rules.size());
   settings_->show(std::move(settings), rules);
   rules_->show(std::move(rules));

@@ -33,7 +33,7 @@ class MainWindow final : public Window {
  public:
   explicit MainWindow(MainWindowEvents events);
 
-  void show(std::vector<StoredRule> rules, std::vector<SymbolSourceSetting> settings);
+  void show(std::vector<StoredRule> rules, std::vector<StoredSetting> settings);
   void show_message(const std::wstring& message) { status_->show_message(message); }
   void show_store(const std::wstring& path) { status_->show_store(path); }
 

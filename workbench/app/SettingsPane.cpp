@@ -21,7 +21,7 @@ constexpr ListColumn columns[] = {
 
 SettingsPane::SettingsPane(HWND parent) : ListPane(parent, IDC_SETTINGS, IDS_SETTINGS_PANE, columns) {}
 
-void SettingsPane::show(std::vector<SymbolSourceSetting> settings, const std::vector<StoredRule>& rules) {
+void SettingsPane::show(std::vector<StoredSetting> settings, const std::vector<StoredRule>& rules) {
   const int selected = focused_row();
   settings_ = std::move(settings);
   rule_names_.clear();
@@ -32,11 +32,11 @@ void SettingsPane::show(std::vector<SymbolSourceSetting> settings, const std::ve
 std::wstring SettingsPane::cell(size_t row, size_t column) const {
   switch (column) {
     case setting:
-      return settings_[row].name;
+      return settings_[row].setting.name;
     case rule:
-      return settings_[row].rule_name;
+      return settings_[row].setting.rule_name;
     case state:
-      if (settings_[row].rule_name.empty()) return text(IDS_NO_RULE);
+      if (settings_[row].setting.rule_name.empty()) return text(IDS_NO_RULE);
       return text(is_marked(row) ? IDS_RULE_MISSING : IDS_RULE_FOUND);
     default:
       return {};
@@ -44,7 +44,7 @@ std::wstring SettingsPane::cell(size_t row, size_t column) const {
 }
 
 bool SettingsPane::is_marked(size_t row) const {
-  const std::wstring& name = settings_[row].rule_name;
+  const std::wstring& name = settings_[row].setting.rule_name;
   return !name.empty() && !rule_names_.contains(name);
 }
 

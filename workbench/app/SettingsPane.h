@@ -16,14 +16,14 @@ class SettingsPane final : public ListPane {
   explicit SettingsPane(HWND parent);
 
   /// Shows these settings, held against the names of these rules.
-  void show(std::vector<SymbolSourceSetting> settings, const std::vector<StoredRule>& rules);
+  void show(std::vector<StoredSetting> settings, const std::vector<StoredRule>& rules);
 
  protected:
   std::wstring cell(size_t row, size_t column) const override;
   bool is_marked(size_t row) const override;
 
  private:
-  std::vector<SymbolSourceSetting> settings_;
+  std::vector<StoredSetting> settings_;
   std::set<std::wstring> rule_names_;
 };
 

@@ -50,7 +50,7 @@ void fill_table(TableRows& rows, std::vector<StoredRule>&& rules) {
   }
 }
 
-void fill_table(TableRows& rows, std::vector<SymbolSourceSetting>&& settings) {
+void fill_table(TableRows& rows, std::vector<StoredSetting>&& settings) {
   rows.declare(KVFIELD_RULE_NAME);
   rows.declare(KVFIELD_SETTING_NAME);
   rows.resize(settings.size());
@@ -58,8 +58,8 @@ void fill_table(TableRows& rows, std::vector<SymbolSourceSetting>&& settings) {
   auto& rule_names = texts_of(rows, KVFIELD_RULE_NAME);
   auto& names = texts_of(rows, KVFIELD_SETTING_NAME);
   for (std::size_t i = 0; i < settings.size(); ++i) {
-    rule_names[i] = std::move(settings[i].rule_name);
-    names[i] = std::move(settings[i].name);
+    rule_names[i] = std::move(settings[i].setting.rule_name);
+    names[i] = std::move(settings[i].setting.name);
   }
 }
 

@@ -23,8 +23,10 @@ HRESULT store_result(StoreErrorKind kind) noexcept {
     case StoreErrorKind::duplicate_name:
       return STG_E_FILEALREADYEXISTS;
     case StoreErrorKind::not_found:
+    case StoreErrorKind::setting_not_found:
       return STG_E_FILENOTFOUND;
     case StoreErrorKind::changed:
+    case StoreErrorKind::setting_changed:
       return STG_E_NOTCURRENT;
     case StoreErrorKind::in_use:
       return STG_E_INUSE;

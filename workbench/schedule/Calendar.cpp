@@ -17,6 +17,29 @@ bool is_calendar_name(std::string_view name) {
          !find_invalid_utf8(name);
 }
 
+const char* find_invalid_key(const Calendar& calendar) {
+  const auto is_supported = [](Day day) {
+    const int year = static_cast<int>(std::chrono::year_month_day(day).year());
+    return year >= first_year && year <= last_year;
+  };
+  if (!is_calendar_name(calendar.name)) return "name";
+  if (find_invalid_utf8(calendar.title)) return "title";
+  if (find_invalid_utf8(calendar.covers)) return "covers";
+  if (find_invalid_utf8(calendar.source)) return "source";
+  if (!is_supported(calendar.from)) return "from";
+  if (!is_supported(calendar.to) || calendar.to < calendar.from) return "to";
+  if (calendar.weekend >= every_weekday) return "weekend";
+  const ClosedDay* last = nullptr;
+  for (const ClosedDay& closed : calendar.closed) {
+    if (closed.day < calendar.from || closed.day > calendar.to || contains(calendar.weekend, closed.day) ||
+        (last && closed.day <= last->day))
+      return "date";
+    if (find_invalid_utf8(closed.reason)) return "reason";
+    last = &closed;
+  }
+  return nullptr;
+}
+
 TradingDays trading_days(const Calendar& calendar) {
   std::vector<Day> closed;
   closed.reserve(calendar.closed.size());

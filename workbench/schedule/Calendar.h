@@ -36,6 +36,9 @@ bool is_calendar_name(std::string_view name);
 /// Whether this names a file, not a calendar: it holds a separator or ends in .csv, .json or .ics.
 bool is_file_name(std::string_view name);
 
+/// The key of the calendar file whose value no calendar may have, or null if the calendar is valid.
+const char* find_invalid_key(const Calendar& calendar);
+
 /// The index of the calendar's open days.
 TradingDays trading_days(const Calendar& calendar);
 

@@ -4,7 +4,7 @@
 #include <limits>
 
 #include "Calendar.h"
-#include "Dates.h"
+#include "DateList.h"
 
 namespace workbench::schedule {
 
@@ -30,17 +30,6 @@ bool check_name(const std::string& name, std::size_t line, std::vector<Mistake>&
   if (length >= 1 && length <= longest_stored_name) return true;
   mistakes.push_back({line, MistakeKind::stored_name, {name}});
   return false;
-}
-
-/// Whether these are letters of different delivery months, in their order.
-bool are_months(std::string_view letters) {
-  std::size_t next = 0;
-  for (const char letter : letters) {
-    const std::size_t month = month_letters.find(letter, next);
-    if (month == std::string_view::npos) return false;
-    next = month + 1;
-  }
-  return true;
 }
 
 }  // namespace
@@ -69,7 +58,7 @@ std::optional<NamedSetting> try_read_setting(const CsvRecord& record, std::vecto
   if (!fields[1].empty()) check_name(fields[1], record.line, mistakes);
   if (!fields[2].empty() && !is_calendar_name(fields[2]))
     mistakes.push_back({record.line, MistakeKind::calendar_name, {fields[2]}});
-  if (!are_months(fields[3])) mistakes.push_back({record.line, MistakeKind::months, {fields[3]}});
+  if (!are_month_letters(fields[3])) mistakes.push_back({record.line, MistakeKind::months, {fields[3]}});
   if (!last_day.empty() && last_day != "roll" && last_day != "expiration")
     mistakes.push_back({record.line, MistakeKind::last_trading_day, {last_day}});
   if (mistakes.size() > before) return std::nullopt;

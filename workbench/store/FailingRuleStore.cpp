@@ -28,10 +28,27 @@ void FailingRuleStore::delete_rule(long number, std::optional<Revision> expected
   next().delete_rule(number, expected);
 }
 
-std::vector<SymbolSourceSetting> FailingRuleStore::load_settings() { return next().load_settings(); }
+std::vector<StoredSetting> FailingRuleStore::load_settings() { return next().load_settings(); }
+
+StoredSetting FailingRuleStore::add_setting(const SymbolSourceSetting& setting) { return next().add_setting(setting); }
+
+StoredSetting FailingRuleStore::update_setting(long number, const SymbolSourceSetting& setting,
+                                               std::optional<Revision> expected) {
+  return next().update_setting(number, setting, expected);
+}
+
+void FailingRuleStore::delete_setting(long number, std::optional<Revision> expected) {
+  next().delete_setting(number, expected);
+}
 
 void FailingRuleStore::replace_settings(const std::vector<SymbolSourceSetting>& settings) {
   next().replace_settings(settings);
+}
+
+std::vector<StoredCalendar> FailingRuleStore::load_calendars() { return next().load_calendars(); }
+
+void FailingRuleStore::replace_calendars(const std::vector<StoredCalendar>& calendars) {
+  next().replace_calendars(calendars);
 }
 
 void FailingRuleStore::replace_content(const StoreContent& content) { next().replace_content(content); }

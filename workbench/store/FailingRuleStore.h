@@ -19,8 +19,14 @@ class FailingRuleStore final : public RuleStore {
   StoredRule add_rule(const Rule& rule) override;
   StoredRule update_rule(long number, const Rule& rule, std::optional<Revision> expected) override;
   void delete_rule(long number, std::optional<Revision> expected) override;
-  std::vector<SymbolSourceSetting> load_settings() override;
+  std::vector<StoredSetting> load_settings() override;
+  StoredSetting add_setting(const SymbolSourceSetting& setting) override;
+  StoredSetting update_setting(long number, const SymbolSourceSetting& setting,
+                               std::optional<Revision> expected) override;
+  void delete_setting(long number, std::optional<Revision> expected) override;
   void replace_settings(const std::vector<SymbolSourceSetting>& settings) override;
+  std::vector<StoredCalendar> load_calendars() override;
+  void replace_calendars(const std::vector<StoredCalendar>& calendars) override;
   void replace_content(const StoreContent& content) override;
   bool poll_for_changes() override;
 

@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "FirstContentData.h"
+#include "ShippedCalendars.h"
 #include "Wtf8.h"
 
 namespace workbench {
@@ -31,8 +32,13 @@ Rule read_rule(std::string_view line) {
 }
 
 SymbolSourceSetting read_setting(std::string_view line) {
-  const std::string_view name = take_until(line, '\t');
-  return {from_stored_text(name), from_stored_text(line)};
+  SymbolSourceSetting setting;
+  setting.name = from_stored_text(take_until(line, '\t'));
+  setting.rule_name = from_stored_text(take_until(line, '\t'));
+  setting.calendar = from_stored_text(take_until(line, '\t'));
+  setting.months = from_stored_text(take_until(line, '\t'));
+  setting.last_day_is_expiration = line == "expiration";
+  return setting;
 }
 
 }  // namespace
@@ -41,6 +47,8 @@ StoreContent first_content() {
   StoreContent content;
   for_each_record(first_rules, [&](std::string_view line) { content.rules.push_back(read_rule(line)); });
   for_each_record(first_settings, [&](std::string_view line) { content.settings.push_back(read_setting(line)); });
+  for (schedule::Calendar& calendar : schedule::shipped_calendars())
+    content.calendars.push_back({std::move(calendar), schedule::shipped_calendars_version});
   return content;
 }
 

@@ -4,7 +4,7 @@
 
 namespace workbench {
 
-/// The futures rules, and the symbol source settings that use them, with which a new store begins.
+/// The futures rules, the symbol source settings that use them and the trading calendars with which a new store begins.
 StoreContent first_content();
 
 }  // namespace workbench

@@ -5,6 +5,35 @@
 
 namespace workbench {
 
+namespace {
+
+/// The settings with the numbers that follow `last_number`, which becomes the last of them.
+std::vector<StoredSetting> numbered(const std::vector<SymbolSourceSetting>& settings, long& last_number) {
+  std::vector<StoredSetting> stored;
+  for (const SymbolSourceSetting& setting : settings) {
+    refuse_invalid(setting);
+    stored.push_back({++last_number, 1, setting});
+  }
+  return stored;
+}
+
+/// `present` with these calendars in the place of those with their names.
+std::vector<StoredCalendar> merged(std::vector<StoredCalendar> present, const std::vector<StoredCalendar>& calendars) {
+  const auto name = [](const StoredCalendar& stored) -> const std::string& { return stored.calendar.name; };
+  for (const StoredCalendar& calendar : calendars) {
+    refuse_invalid(calendar);
+    const auto found = std::ranges::lower_bound(present, name(calendar), {}, name);
+    if (found != present.end() && name(*found) == name(calendar)) {
+      *found = calendar;
+    } else {
+      present.insert(found, calendar);
+    }
+  }
+  return present;
+}
+
+}  // namespace
+
 std::vector<StoredRule>::iterator MemoryRuleStore::find_unchanged(long number, std::optional<Revision> expected) {
   const auto found = std::ranges::find(rules_, number, &StoredRule::number);
   if (found == rules_.end()) throw rule_not_found(number);
@@ -37,9 +66,12 @@ StoredRule MemoryRuleStore::update_rule(long number, const Rule& rule, std::opti
   const auto found = find_unchanged(number, expected);
   refuse_duplicate(rule, number);
   StoredRule updated{number, found->revision + 1, rule};
-  std::vector<SymbolSourceSetting> settings = settings_;
-  for (SymbolSourceSetting& setting : settings)
-    if (setting.rule_name == found->rule.name) setting.rule_name = rule.name;
+  std::vector<StoredSetting> settings = settings_;
+  for (StoredSetting& stored : settings) {
+    if (found->rule.name == rule.name || stored.setting.rule_name != found->rule.name) continue;
+    stored.setting.rule_name = rule.name;
+    ++stored.revision;
+  }
   StoredRule kept = updated;
   std::swap(*found, kept);
   settings_.swap(settings);
@@ -49,15 +81,54 @@ StoredRule MemoryRuleStore::update_rule(long number, const Rule& rule, std::opti
 
 void MemoryRuleStore::delete_rule(long number, std::optional<Revision> expected) {
   const auto found = find_unchanged(number, expected);
-  if (std::ranges::find(settings_, found->rule.name, &SymbolSourceSetting::rule_name) != settings_.end())
-    throw rule_in_use(found->rule.name);
+  const auto rule_name = [](const StoredSetting& stored) -> const std::wstring& { return stored.setting.rule_name; };
+  if (std::ranges::find(settings_, found->rule.name, rule_name) != settings_.end()) throw rule_in_use(found->rule.name);
   rules_.erase(found);
   notify_subscribers();
 }
 
+std::vector<StoredSetting>::iterator MemoryRuleStore::find_unchanged_setting(long number,
+                                                                             std::optional<Revision> expected) {
+  const auto found = std::ranges::find(settings_, number, &StoredSetting::number);
+  if (found == settings_.end()) throw setting_not_found(number);
+  if (expected && *expected != found->revision) throw setting_changed(found->setting.name);
+  return found;
+}
+
+StoredSetting MemoryRuleStore::add_setting(const SymbolSourceSetting& setting) {
+  refuse_invalid(setting);
+  StoredSetting added{last_setting_number_ + 1, 1, setting};
+  settings_.push_back(added);
+  ++last_setting_number_;
+  notify_subscribers();
+  return added;
+}
+
+StoredSetting MemoryRuleStore::update_setting(long number, const SymbolSourceSetting& setting,
+                                              std::optional<Revision> expected) {
+  refuse_invalid(setting);
+  const auto found = find_unchanged_setting(number, expected);
+  const StoredSetting updated{number, found->revision + 1, setting};
+  StoredSetting kept = updated;
+  std::swap(*found, kept);
+  notify_subscribers();
+  return updated;
+}
+
+void MemoryRuleStore::delete_setting(long number, std::optional<Revision> expected) {
+  settings_.erase(find_unchanged_setting(number, expected));
+  notify_subscribers();
+}
+
 void MemoryRuleStore::replace_settings(const std::vector<SymbolSourceSetting>& settings) {
-  for (const SymbolSourceSetting& setting : settings) refuse_invalid(setting);
-  settings_ = settings;
+  long number = last_setting_number_;
+  settings_ = numbered(settings, number);
+  last_setting_number_ = number;
+  notify_subscribers();
+}
+
+void MemoryRuleStore::replace_calendars(const std::vector<StoredCalendar>& calendars) {
+  calendars_ = merged(calendars_, calendars);
   notify_subscribers();
 }
 
@@ -70,8 +141,11 @@ void MemoryRuleStore::replace_content(const StoreContent& content) {
     if (!names.insert(rule.name).second) throw duplicate_rule_name(rule.name);
     rules.push_back({++number, 1, rule});
   }
-  for (const SymbolSourceSetting& setting : content.settings) refuse_invalid(setting);
-  settings_ = content.settings;
+  long setting_number = last_setting_number_;
+  std::vector<StoredSetting> settings = numbered(content.settings, setting_number);
+  calendars_ = merged({}, content.calendars);
+  settings_ = std::move(settings);
+  last_setting_number_ = setting_number;
   rules_ = std::move(rules);
   last_number_ = number;
   notify_subscribers();

@@ -12,20 +12,30 @@ class MemoryRuleStore : public RuleStore {
   StoredRule add_rule(const Rule& rule) override;
   StoredRule update_rule(long number, const Rule& rule, std::optional<Revision> expected) override;
   void delete_rule(long number, std::optional<Revision> expected) override;
-  std::vector<SymbolSourceSetting> load_settings() override { return settings_; }
+  std::vector<StoredSetting> load_settings() override { return settings_; }
+  StoredSetting add_setting(const SymbolSourceSetting& setting) override;
+  StoredSetting update_setting(long number, const SymbolSourceSetting& setting,
+                               std::optional<Revision> expected) override;
+  void delete_setting(long number, std::optional<Revision> expected) override;
   void replace_settings(const std::vector<SymbolSourceSetting>& settings) override;
+  std::vector<StoredCalendar> load_calendars() override { return calendars_; }
+  void replace_calendars(const std::vector<StoredCalendar>& calendars) override;
   void replace_content(const StoreContent& content) override;
   bool poll_for_changes() override { return false; }
 
  protected:
   // A derived store may put content here that no client could store.
   std::vector<StoredRule> rules_;  // by ascending number
-  std::vector<SymbolSourceSetting> settings_;
+  std::vector<StoredSetting> settings_;
   long last_number_ = 0;
+  long last_setting_number_ = 0;
 
  private:
   std::vector<StoredRule>::iterator find_unchanged(long number, std::optional<Revision> expected);
+  std::vector<StoredSetting>::iterator find_unchanged_setting(long number, std::optional<Revision> expected);
   void refuse_duplicate(const Rule& rule, long number) const;
+
+  std::vector<StoredCalendar> calendars_;  // by name
 };
 
 }  // namespace workbench

@@ -1,6 +1,8 @@
 #include "RuleRecord.h"
 
+#include "DateList.h"
 #include "StoreError.h"
+#include "Wtf8.h"
 
 namespace workbench {
 
@@ -31,6 +33,15 @@ void refuse_invalid(const Rule& rule) {
 void refuse_invalid(const SymbolSourceSetting& setting) {
   refuse_length("SettingName", setting.name.size(), 1);
   refuse_length("RuleName", setting.rule_name.size(), 0);
+  const std::string calendar = to_stored_text(setting.calendar);
+  if (!calendar.empty() && !schedule::is_calendar_name(calendar)) refuse("Calendar", calendar, "a calendar's name");
+  const std::string months = to_stored_text(setting.months);
+  if (!schedule::are_month_letters(months)) refuse("Months", months, "letters of months in their order");
+}
+
+void refuse_invalid(const StoredCalendar& stored) {
+  if (const char* key = schedule::find_invalid_key(stored.calendar)) refuse(key, "invalid", "that of a calendar");
+  if (stored.shipped_version < 0) refuse("ShippedVersion", std::to_string(stored.shipped_version), "0 or more");
 }
 
 }  // namespace workbench

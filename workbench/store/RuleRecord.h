@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "Calendar.h"
 #include "FieldIds.h"
 
 namespace workbench {
@@ -29,7 +30,7 @@ struct Rule {
   bool operator==(const Rule&) const = default;
 };
 
-/// Counts the changes of one rule, from 1. It tells whether a rule is still what its reader saw.
+/// Counts the changes of one rule or setting, from 1. It says whether a record is still what its reader saw.
 using Revision = std::int64_t;
 
 /// A rule as a store keeps it.
@@ -41,18 +42,40 @@ struct StoredRule {
   bool operator==(const StoredRule&) const = default;
 };
 
-/// A symbol source setting and the name of the rule that it uses.
+/// A symbol source setting, the rule that it uses and what its contracts need besides.
 struct SymbolSourceSetting {
-  std::wstring name;       ///< 1 to `longest_name` code units; several settings may bear one name
-  std::wstring rule_name;  ///< empty when it uses no rule; the rule need not exist
+  std::wstring name;                    ///< 1 to `longest_name` code units; several settings may bear one name
+  std::wstring rule_name;               ///< empty when it uses no rule; the rule need not exist
+  std::wstring calendar{};              ///< empty when it names none; the calendar need not exist
+  std::wstring months{};                ///< letters of delivery months, ascending, such as HMUZ; empty: all
+  bool last_day_is_expiration = false;  ///< the contract's last trading day; otherwise it is the roll day
 
   bool operator==(const SymbolSourceSetting&) const = default;
+};
+
+/// A symbol source setting as a store keeps it.
+struct StoredSetting {
+  long number = 0;  ///< 1 or more, never given twice by one store
+  Revision revision = 0;
+  SymbolSourceSetting setting;
+
+  bool operator==(const StoredSetting&) const = default;
+};
+
+/// A trading calendar as a store keeps it.
+struct StoredCalendar {
+  schedule::Calendar calendar;
+  /// The version of the shipped calendars that the user has, or did not want in place of this one; 0: none.
+  long shipped_version = 0;
+
+  bool operator==(const StoredCalendar&) const = default;
 };
 
 /// Everything that a store holds.
 struct StoreContent {
   std::vector<Rule> rules;
   std::vector<SymbolSourceSetting> settings;
+  std::vector<StoredCalendar> calendars{};
 };
 
 /// One number of a rule: its host field, its name in the store, and the least and the greatest value.
@@ -82,5 +105,8 @@ void refuse_invalid(const Rule& rule);
 
 /// The same for a symbol source setting.
 void refuse_invalid(const SymbolSourceSetting& setting);
+
+/// The same for a calendar.
+void refuse_invalid(const StoredCalendar& stored);
 
 }  // namespace workbench

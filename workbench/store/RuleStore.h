@@ -13,8 +13,8 @@ namespace workbench {
 /// Keeps a subscription alive; dropping it ends the subscription.
 using StoreSubscription = std::shared_ptr<const void>;
 
-/// Keeps expiration rules and symbol source settings. Every change is one transaction: it happens wholly and lasts, or
-/// it throws `StoreError` and nothing has changed. A store belongs to one thread.
+/// Keeps expiration rules, symbol source settings and trading calendars. Every change is one transaction: it happens
+/// wholly and lasts, or it throws `StoreError` and nothing has changed. A store belongs to one thread.
 class RuleStore {
  public:
   RuleStore() = default;
@@ -40,11 +40,30 @@ class RuleStore {
   /// `in_use` while a setting names it.
   virtual void delete_rule(long number, std::optional<Revision> expected = std::nullopt) = 0;
 
-  /// Every symbol source setting, in the order in which they were given.
-  virtual std::vector<SymbolSourceSetting> load_settings() = 0;
+  /// Every symbol source setting, by ascending number, which is the order in which they were given.
+  virtual std::vector<StoredSetting> load_settings() = 0;
 
-  /// Puts these settings in the place of all that there are.
+  /// Stores a new setting and returns it with its number. Fails with `invalid_value`.
+  virtual StoredSetting add_setting(const SymbolSourceSetting& setting) = 0;
+
+  /// Rewrites a setting and returns what is stored now. With `expected`, a setting that has another revision is left
+  /// alone and the call fails with `setting_changed`; a new name of its rule is such a change too. Fails as well with
+  /// `setting_not_found` or `invalid_value`.
+  virtual StoredSetting update_setting(long number, const SymbolSourceSetting& setting,
+                                       std::optional<Revision> expected = std::nullopt) = 0;
+
+  /// Deletes a setting; with `expected` only that revision of it, as above.
+  virtual void delete_setting(long number, std::optional<Revision> expected = std::nullopt) = 0;
+
+  /// Puts these settings in the place of all that there are. They get new numbers.
   virtual void replace_settings(const std::vector<SymbolSourceSetting>& settings) = 0;
+
+  /// Every trading calendar, by name.
+  virtual std::vector<StoredCalendar> load_calendars() = 0;
+
+  /// Puts each of these calendars in the place of the one with its name, or adds it. The others stay. Fails with
+  /// `invalid_value`.
+  virtual void replace_calendars(const std::vector<StoredCalendar>& calendars) = 0;
 
   /// Puts this content in the place of everything that there is.
   virtual void replace_content(const StoreContent& content) = 0;

@@ -67,8 +67,12 @@ SqliteStatement& SqliteStatement::bind(int parameter, std::int64_t value) {
 }
 
 SqliteStatement& SqliteStatement::bind(int parameter, std::wstring_view text) {
-  const std::string bytes = to_stored_text(text);
-  refuse(sqlite3_bind_text64(statement_.get(), parameter, bytes.data(), bytes.size(), SQLITE_TRANSIENT, SQLITE_UTF8));
+  return bind_utf8(parameter, to_stored_text(text));
+}
+
+SqliteStatement& SqliteStatement::bind_utf8(int parameter, std::string_view text) {
+  refuse(sqlite3_bind_text64(statement_.get(), parameter, text.empty() ? "" : text.data(), text.size(),
+                             SQLITE_TRANSIENT, SQLITE_UTF8));
   return *this;
 }
 
@@ -85,10 +89,12 @@ void SqliteStatement::run() {
 
 std::int64_t SqliteStatement::integer(int column) const { return sqlite3_column_int64(statement_.get(), column); }
 
-std::wstring SqliteStatement::text(int column) const {
+std::wstring SqliteStatement::text(int column) const { return from_stored_text(utf8(column)); }
+
+std::string SqliteStatement::utf8(int column) const {
   const auto* bytes = static_cast<const char*>(sqlite3_column_blob(statement_.get(), column));
   const int size = sqlite3_column_bytes(statement_.get(), column);
-  return from_stored_text({bytes, bytes ? static_cast<std::size_t>(size) : 0});
+  return {bytes ? bytes : "", bytes ? static_cast<std::size_t>(size) : 0};
 }
 
 void SqliteStatement::refuse(int code) {
@@ -132,6 +138,10 @@ void SqliteDatabase::fail(int code) const {
   if ((code & 0xFF) == SQLITE_NOMEM || !database_) throw std::bad_alloc();
   throw StoreError(error_kind(code, sqlite3_system_errno(database_.get())), path_.native(),
                    sqlite3_errmsg(database_.get()));
+}
+
+void SqliteDatabase::fail_damaged(const std::string& detail) const {
+  throw StoreError(StoreErrorKind::damaged, path_.native(), detail);
 }
 
 SqliteTransaction::SqliteTransaction(const SqliteDatabase& database) : database_(database) {

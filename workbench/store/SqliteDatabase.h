@@ -20,6 +20,7 @@ class SqliteStatement {
   /// Parameters count from 1.
   SqliteStatement& bind(int parameter, std::int64_t value);
   SqliteStatement& bind(int parameter, std::wstring_view text);
+  SqliteStatement& bind_utf8(int parameter, std::string_view text);
 
   /// Runs to the next row and answers whether there is one.
   bool step();
@@ -30,6 +31,7 @@ class SqliteStatement {
   /// Columns of the current row count from 0.
   std::int64_t integer(int column) const;
   std::wstring text(int column) const;
+  std::string utf8(int column) const;
 
  private:
   friend class SqliteDatabase;
@@ -65,6 +67,9 @@ class SqliteDatabase {
 
   /// Throws what this result code of the library means.
   [[noreturn]] void fail(int code) const;
+
+  /// Throws that the file is damaged.
+  [[noreturn]] void fail_damaged(const std::string& detail) const;
 
  private:
   struct Close {

@@ -3,91 +3,12 @@
 #include <optional>
 
 #include "SqliteDatabase.h"
+#include "SqliteRecords.h"
 #include "StoreFile.h"
 
 namespace workbench {
 
 namespace {
-
-/// `pattern` once for each number of a rule, with the column's name for every %, joined by ", ".
-std::string for_each_column(std::string_view pattern) {
-  std::string text;
-  for (const RuleColumn& column : rule_columns) {
-    if (!text.empty()) text += ", ";
-    for (const char c : pattern) {
-      if (c == '%')
-        text += column.name;
-      else
-        text += c;
-    }
-  }
-  return text;
-}
-
-std::string select_rules(std::string_view condition) {
-  return "SELECT RuleID, Revision, RuleName, " + for_each_column("%") + " FROM rules " + std::string(condition);
-}
-
-StoredRule read_rule(const SqliteStatement& row) {
-  StoredRule stored;
-  stored.number = static_cast<long>(row.integer(0));
-  stored.revision = row.integer(1);
-  stored.rule.name = row.text(2);
-  int index = 3;
-  for (const RuleColumn& column : rule_columns) stored.rule.*column.value = static_cast<long>(row.integer(index++));
-  return stored;
-}
-
-/// Binds the name and the numbers to the parameters from 1 on.
-SqliteStatement& bind_rule(SqliteStatement& statement, const Rule& rule) {
-  statement.bind(1, rule.name);
-  int parameter = 2;
-  for (const RuleColumn& column : rule_columns) statement.bind(parameter++, rule.*column.value);
-  return statement;
-}
-
-constexpr int parameter_after_rule = 2 + static_cast<int>(rule_columns.size());
-
-void refuse_duplicate(const SqliteDatabase& database, const std::wstring& name, long number) {
-  SqliteStatement same = database.prepare("SELECT 1 FROM rules WHERE RuleName = ?1 AND RuleID <> ?2");
-  if (same.bind(1, name).bind(2, number).step()) throw duplicate_rule_name(name);
-}
-
-SqliteStatement prepare_insert(const SqliteDatabase& database) {
-  return database.prepare("INSERT INTO rules (RuleName, " + for_each_column("%") + ") VALUES (?, " +
-                          for_each_column("?") + ") RETURNING RuleID");
-}
-
-StoredRule insert_rule(const SqliteDatabase& database, SqliteStatement& insert, const Rule& rule) {
-  refuse_duplicate(database, rule.name, 0);
-  bind_rule(insert, rule).step();
-  StoredRule stored{static_cast<long>(insert.integer(0)), 1, rule};
-  insert.run();
-  return stored;
-}
-
-void insert_settings(const SqliteDatabase& database, const std::vector<SymbolSourceSetting>& settings) {
-  database.execute("DELETE FROM symbol_source_settings");
-  SqliteStatement insert = database.prepare("INSERT INTO symbol_source_settings (SettingName, RuleName) VALUES (?, ?)");
-  for (const SymbolSourceSetting& setting : settings) {
-    refuse_invalid(setting);
-    insert.bind(1, setting.name).bind(2, setting.rule_name).run();
-  }
-}
-
-void insert_content(const SqliteDatabase& database, const StoreContent& content) {
-  database.execute("DELETE FROM rules");
-  SqliteStatement insert = prepare_insert(database);
-  for (const Rule& rule : content.rules) {
-    refuse_invalid(rule);
-    insert_rule(database, insert, rule);
-  }
-  insert_settings(database, content.settings);
-}
-
-void rename_in_settings(const SqliteDatabase& database, const std::wstring& from, const std::wstring& to) {
-  database.prepare("UPDATE symbol_source_settings SET RuleName = ? WHERE RuleName = ?").bind(1, to).bind(2, from).run();
-}
 
 /// While it lives, calls do not wait for other programs.
 class ScopedNoBusyWait {
@@ -108,31 +29,16 @@ class ScopedNoBusyWait {
 class SqliteRuleStore final : public RuleStore {
  public:
   SqliteRuleStore(const std::filesystem::path& path, const SqliteStoreOptions& options)
-      : patience_(options.patience),
-        database_(open_store_file(path, options.patience,
-                                  [&](const SqliteDatabase& file) { insert_content(file, options.first_content); })),
-        data_version_(read_data_version()) {}
+      : patience_(options.patience), database_(open_store_file(path, options)), data_version_(read_data_version()) {}
 
-  std::vector<StoredRule> load_rules() override {
-    std::vector<StoredRule> rules;
-    SqliteStatement rows = database_.prepare(select_rules("ORDER BY RuleID"));
-    while (rows.step()) rules.push_back(read_rule(rows));
-    return rules;
-  }
+  std::vector<StoredRule> load_rules() override { return select_rules(database_); }
 
-  std::optional<StoredRule> try_load_rule(long number) override {
-    SqliteStatement row = database_.prepare(select_rules("WHERE RuleID = ?"));
-    if (!row.bind(1, number).step()) return std::nullopt;
-    return read_rule(row);
-  }
+  std::optional<StoredRule> try_load_rule(long number) override { return select_rule(database_, number); }
 
   StoredRule add_rule(const Rule& rule) override {
     refuse_invalid(rule);
     StoredRule added;
-    change([&] {
-      SqliteStatement insert = prepare_insert(database_);
-      added = insert_rule(database_, insert, rule);
-    });
+    change([&] { added = insert_rule(database_, rule); });
     return added;
   }
 
@@ -143,7 +49,7 @@ class SqliteRuleStore final : public RuleStore {
       const StoredRule old = require_rule(number, expected);
       refuse_duplicate(database_, rule.name, number);
       updated.revision = old.revision + 1;
-      rewrite(updated);
+      rewrite_rule(database_, updated);
       if (old.rule.name != rule.name) rename_in_settings(database_, old.rule.name, rule.name);
     });
     return updated;
@@ -158,20 +64,45 @@ class SqliteRuleStore final : public RuleStore {
     });
   }
 
-  std::vector<SymbolSourceSetting> load_settings() override {
-    std::vector<SymbolSourceSetting> settings;
-    SqliteStatement rows =
-        database_.prepare("SELECT SettingName, RuleName FROM symbol_source_settings ORDER BY SettingID");
-    while (rows.step()) settings.push_back({rows.text(0), rows.text(1)});
-    return settings;
+  std::vector<StoredSetting> load_settings() override { return select_settings(database_); }
+
+  StoredSetting add_setting(const SymbolSourceSetting& setting) override {
+    refuse_invalid(setting);
+    StoredSetting added;
+    change([&] { added = insert_setting(database_, setting); });
+    return added;
+  }
+
+  StoredSetting update_setting(long number, const SymbolSourceSetting& setting,
+                               std::optional<Revision> expected) override {
+    refuse_invalid(setting);
+    StoredSetting updated{number, 0, setting};
+    change([&] {
+      updated.revision = require_setting(number, expected).revision + 1;
+      rewrite_setting(database_, updated);
+    });
+    return updated;
+  }
+
+  void delete_setting(long number, std::optional<Revision> expected) override {
+    change([&] {
+      require_setting(number, expected);
+      database_.prepare("DELETE FROM symbol_source_settings WHERE SettingID = ?").bind(1, number).run();
+    });
   }
 
   void replace_settings(const std::vector<SymbolSourceSetting>& settings) override {
-    change([&] { insert_settings(database_, settings); });
+    change([&] { workbench::replace_settings(database_, settings); });
+  }
+
+  std::vector<StoredCalendar> load_calendars() override { return select_calendars(database_); }
+
+  void replace_calendars(const std::vector<StoredCalendar>& calendars) override {
+    change([&] { workbench::replace_calendars(database_, calendars); });
   }
 
   void replace_content(const StoreContent& content) override {
-    change([&] { insert_content(database_, content); });
+    change([&] { workbench::replace_content(database_, content); });
   }
 
   bool poll_for_changes() override {
@@ -198,13 +129,11 @@ class SqliteRuleStore final : public RuleStore {
     return *std::move(rule);
   }
 
-  void rewrite(const StoredRule& stored) {
-    SqliteStatement update = database_.prepare("UPDATE rules SET RuleName = ?, " + for_each_column("% = ?") +
-                                               ", Revision = ? WHERE RuleID = ?");
-    bind_rule(update, stored.rule)
-        .bind(parameter_after_rule, stored.revision)
-        .bind(parameter_after_rule + 1, stored.number)
-        .run();
+  StoredSetting require_setting(long number, std::optional<Revision> expected) {
+    std::optional<StoredSetting> stored = select_setting(database_, number);
+    if (!stored) throw setting_not_found(number);
+    if (expected && *expected != stored->revision) throw setting_changed(stored->setting.name);
+    return *std::move(stored);
   }
 
   /// Counts the changes by other connections. A file that is held just now tells nothing: nobody waits for a change

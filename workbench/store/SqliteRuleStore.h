@@ -9,10 +9,13 @@
 namespace workbench {
 
 struct SqliteStoreOptions {
-  /// What a new file is filled with.
-  StoreContent first_content;
+  /// What a new file is filled with. A file of a version that had no calendars gets its calendars, and settings of such
+  /// a file get what the setting of the same name has.
+  StoreContent first_content{};
   /// How long a call waits for another program that holds the file.
   std::chrono::milliseconds patience{3000};
+  /// Whether a file that is missing or empty is created; if not, it fails with `unavailable`.
+  bool may_create = true;
 };
 
 /// Opens the store in this file. A file that is missing or empty is made and filled in one transaction, its missing

@@ -18,4 +18,12 @@ StoreError duplicate_rule_name(const std::wstring& name) {
   return {StoreErrorKind::duplicate_name, name, "another rule has this name"};
 }
 
+StoreError setting_not_found(long number) {
+  return {StoreErrorKind::setting_not_found, std::to_wstring(number), "there is no setting " + std::to_string(number)};
+}
+
+StoreError setting_changed(const std::wstring& name) {
+  return {StoreErrorKind::setting_changed, name, "the setting was changed since it was read"};
+}
+
 }  // namespace workbench

@@ -7,18 +7,20 @@ namespace workbench {
 
 /// Why a store refused. Each kind has a message of its own in the host's string table.
 enum class StoreErrorKind {
-  read_only,       ///< the file or its folder cannot be written
-  locked,          ///< another program held the file for longer than the store waits
-  full,            ///< no room on the disk
-  damaged,         ///< the file's content does not hold together; it was left as it is
-  foreign,         ///< the file is something else; it was left as it is
-  newer,           ///< a newer version of this program made the file; it was left as it is
-  unavailable,     ///< the file cannot be opened, read or written for another reason
-  invalid_value,   ///< a value outside its range
-  duplicate_name,  ///< another rule has this name
-  not_found,       ///< no rule has this number
-  changed,         ///< the rule was changed since it was read
-  in_use,          ///< a symbol source setting uses the rule
+  read_only,          ///< the file or its folder cannot be written
+  locked,             ///< another program held the file for longer than the store waits
+  full,               ///< no room on the disk
+  damaged,            ///< the file's content does not hold together; it was left as it is
+  foreign,            ///< the file is something else; it was left as it is
+  newer,              ///< a newer version of this program made the file; it was left as it is
+  unavailable,        ///< the file cannot be opened, read or written for another reason
+  invalid_value,      ///< a value outside its range
+  duplicate_name,     ///< another rule has this name
+  not_found,          ///< no rule has this number
+  changed,            ///< the rule was changed since it was read
+  in_use,             ///< a symbol source setting uses the rule
+  setting_not_found,  ///< no symbol source setting has this number
+  setting_changed,    ///< the setting was changed since it was read
 };
 
 /// A refusal of a store. Whatever was asked for did not happen, and the old content stays whole.
@@ -30,8 +32,8 @@ class StoreError : public std::runtime_error {
 
   StoreErrorKind kind() const noexcept { return kind_; }
 
-  /// What the refusal is about: the path for a failure of the file, the field for an invalid value, else the rule's
-  /// name or its number.
+  /// What the refusal is about: the path for a failure of the file, the field for an invalid value, else the
+  /// name or the number of the rule or setting.
   const std::wstring& subject() const noexcept { return subject_; }
 
  private:
@@ -43,5 +45,7 @@ StoreError rule_not_found(long number);
 StoreError rule_changed(const std::wstring& name);
 StoreError rule_in_use(const std::wstring& name);
 StoreError duplicate_rule_name(const std::wstring& name);
+StoreError setting_not_found(long number);
+StoreError setting_changed(const std::wstring& name);
 
 }  // namespace workbench

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <fstream>
-#include <functional>
 
+#include "SqliteRecords.h"
 #include "StoreError.h"
 
 namespace workbench {
@@ -49,7 +49,43 @@ constexpr std::array migrations{
     R"sql(
       ALTER TABLE rules ADD COLUMN Revision INTEGER NOT NULL DEFAULT 1 CHECK (Revision >= 1);
     )sql",
+    R"sql(
+      ALTER TABLE symbol_source_settings RENAME TO settings_without_numbers;
+      DROP INDEX symbol_source_settings_by_rule;
+      CREATE TABLE symbol_source_settings (
+        SettingID INTEGER PRIMARY KEY AUTOINCREMENT CHECK (SettingID BETWEEN 1 AND 2147483647),
+        SettingName TEXT NOT NULL COLLATE BINARY CHECK (length(CAST(SettingName AS BLOB)) BETWEEN 1 AND 765),
+        RuleName TEXT NOT NULL COLLATE BINARY CHECK (length(CAST(RuleName AS BLOB)) <= 765),
+        CalendarName TEXT NOT NULL DEFAULT '' COLLATE BINARY CHECK (length(CAST(CalendarName AS BLOB)) <= 255),
+        Months TEXT NOT NULL DEFAULT '' CHECK (length(Months) <= 12 AND Months NOT GLOB '*[^FGHJKMNQUVXZ]*'),
+        LastTradingDay INTEGER NOT NULL DEFAULT 0 CHECK (LastTradingDay BETWEEN 0 AND 1),
+        Revision INTEGER NOT NULL DEFAULT 1 CHECK (Revision >= 1)
+      ) STRICT;
+      CREATE INDEX symbol_source_settings_by_rule ON symbol_source_settings (RuleName);
+      INSERT INTO symbol_source_settings (SettingName, RuleName)
+        SELECT SettingName, RuleName FROM settings_without_numbers ORDER BY SettingID;
+      DROP TABLE settings_without_numbers;
+      CREATE TABLE calendars (
+        CalendarName TEXT PRIMARY KEY COLLATE BINARY CHECK (length(CAST(CalendarName AS BLOB)) BETWEEN 1 AND 255),
+        Title TEXT NOT NULL,
+        Covers TEXT NOT NULL,
+        Source TEXT NOT NULL,
+        FirstDay TEXT NOT NULL CHECK (FirstDay GLOB '[12][0-9][0-9][0-9]-[01][0-9]-[0-3][0-9]'),
+        LastDay TEXT NOT NULL CHECK (LastDay GLOB '[12][0-9][0-9][0-9]-[01][0-9]-[0-3][0-9]'),
+        Weekend INTEGER NOT NULL CHECK (Weekend BETWEEN 0 AND 126),
+        ShippedVersion INTEGER NOT NULL CHECK (ShippedVersion BETWEEN 0 AND 2147483647),
+        CHECK (FirstDay <= LastDay)
+      ) STRICT, WITHOUT ROWID;
+      CREATE TABLE closed_days (
+        CalendarName TEXT NOT NULL COLLATE BINARY,
+        Day TEXT NOT NULL CHECK (Day GLOB '[12][0-9][0-9][0-9]-[01][0-9]-[0-3][0-9]'),
+        Reason TEXT NOT NULL,
+        PRIMARY KEY (CalendarName, Day)
+      ) STRICT, WITHOUT ROWID;
+    )sql",
 };
+/// Files of earlier versions have no calendars.
+constexpr std::uint32_t version_of_calendars = 4;
 constexpr auto present_version = static_cast<std::uint32_t>(migrations.size());
 
 [[noreturn]] void refuse(StoreErrorKind kind, const std::filesystem::path& path, const std::string& detail) {
@@ -102,38 +138,45 @@ bool is_new(const SqliteDatabase& database) {
 
 void refuse_damaged(const SqliteDatabase& database, const std::filesystem::path& path) {
   SqliteStatement check = database.prepare("PRAGMA integrity_check(1)");
-  if (check.step() && check.text(0) == L"ok") return;
-  refuse(StoreErrorKind::damaged, path, "the file failed its integrity check");
+  if (!check.step() || check.text(0) != L"ok")
+    refuse(StoreErrorKind::damaged, path, "the file failed its integrity check");
+  // The check takes zeros for the bytes that are missing at the end of the last page.
+  const std::int64_t size = database.integer("PRAGMA page_count") * database.integer("PRAGMA page_size");
+  std::error_code unknown;
+  if (std::filesystem::file_size(path, unknown) < static_cast<std::uintmax_t>(size))
+    refuse(StoreErrorKind::damaged, path, "the file is cut short");
 }
 
-void migrate(const SqliteDatabase& database, const std::filesystem::path& path,
-             const std::function<void(const SqliteDatabase&)>& fill) {
+void migrate(const SqliteDatabase& database, const std::filesystem::path& path, const StoreContent& first_content) {
   SqliteTransaction transaction(database);
   // Another program may have been here first.
   const bool fresh = is_new(database);
   if (!fresh) refuse_unless_ours(read_identity(database), path);
-  for (std::uint32_t version = read_identity(database).version; version < present_version; ++version)
-    database.execute(migrations[version]);
+  const std::uint32_t old_version = read_identity(database).version;
+  for (std::uint32_t version = old_version; version < present_version; ++version) database.execute(migrations[version]);
   database.execute(("PRAGMA application_id = " + std::to_string(store_application)).c_str());
   database.execute(("PRAGMA user_version = " + std::to_string(present_version)).c_str());
-  if (fresh) fill(database);
+  if (fresh)
+    replace_content(database, first_content);
+  else if (old_version < version_of_calendars)
+    complete_content(database, first_content);
   transaction.commit();
 }
 
 }  // namespace
 
-SqliteDatabase open_store_file(const std::filesystem::path& path, std::chrono::milliseconds patience,
-                               const std::function<void(const SqliteDatabase&)>& fill) {
+SqliteDatabase open_store_file(const std::filesystem::path& path, const SqliteStoreOptions& options) {
   refuse_foreign_file(path);
+  if (!options.may_create && !has_content(path)) refuse(StoreErrorKind::unavailable, path, "there is no such file");
   std::error_code refused;  // SQLite meets the missing folder and says why
   std::filesystem::create_directories(path.parent_path(), refused);
-  SqliteDatabase database(path, patience);
+  SqliteDatabase database(path, options.patience);
   database.execute("PRAGMA synchronous = EXTRA; PRAGMA cell_size_check = ON; PRAGMA trusted_schema = OFF");
   if (!is_new(database)) {
     refuse_unless_ours(read_identity(database), path);
     refuse_damaged(database, path);
   }
-  if (read_identity(database).version < present_version) migrate(database, path, fill);
+  if (read_identity(database).version < present_version) migrate(database, path, options.first_content);
   return database;
 }
 

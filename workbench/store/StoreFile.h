@@ -8,8 +8,7 @@
 namespace workbench {
 
 /// Opens the file of a store and brings it to the present version; see `open_sqlite_store`. A new file gets its tables
-/// and what `fill` puts into them in one transaction.
-SqliteDatabase open_store_file(const std::filesystem::path& path, std::chrono::milliseconds patience,
-                               const std::function<void(const SqliteDatabase&)>& fill);
+/// and their content in one transaction.
+SqliteDatabase open_store_file(const std::filesystem::path& path, const SqliteStoreOptions& options);
 
 }  // namespace workbench

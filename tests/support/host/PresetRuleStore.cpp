@@ -9,6 +9,7 @@ using workbench::MemoryRuleStore;
 using workbench::Revision;
 using workbench::Rule;
 using workbench::StoredRule;
+using workbench::StoredSetting;
 
 namespace {
 
@@ -17,7 +18,10 @@ const Rule& content_of(const HostRule& rule) { return rule; }
 }  // namespace
 
 void PresetRuleStore::take_over() {
-  if (settings_ != content_.settings) settings_ = content_.settings;
+  if (!std::ranges::equal(settings_, content_.settings, {}, &StoredSetting::setting)) {
+    settings_.clear();
+    for (const HostSetting& setting : content_.settings) settings_.push_back({++last_setting_number_, 1, setting});
+  }
   const auto is_stored = [](const StoredRule& stored, const HostRule& rule) {
     return stored.number == rule.id && stored.rule == content_of(rule);
   };
@@ -45,7 +49,8 @@ void PresetRuleStore::show() {
     static_cast<Rule&>(rule) = stored.rule;
     rule.id = stored.number;
   }
-  content_.settings = settings_;
+  content_.settings.clear();
+  for (const StoredSetting& stored : settings_) content_.settings.push_back(stored.setting);
   content_.rules = std::move(rules);
 }
 
@@ -79,7 +84,7 @@ void PresetRuleStore::delete_rule(long number, std::optional<Revision> expected)
   show();
 }
 
-std::vector<workbench::SymbolSourceSetting> PresetRuleStore::load_settings() {
+std::vector<workbench::StoredSetting> PresetRuleStore::load_settings() {
   take_over();
   return MemoryRuleStore::load_settings();
 }

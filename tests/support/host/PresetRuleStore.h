@@ -26,7 +26,7 @@ class PresetRuleStore final : public workbench::MemoryRuleStore {
   workbench::StoredRule update_rule(long number, const workbench::Rule& rule,
                                     std::optional<workbench::Revision> expected) override;
   void delete_rule(long number, std::optional<workbench::Revision> expected) override;
-  std::vector<workbench::SymbolSourceSetting> load_settings() override;
+  std::vector<workbench::StoredSetting> load_settings() override;
 
  private:
   void take_over();

@@ -119,7 +119,7 @@ class SettingsPaneTest : public testing::Test {
 };
 
 TEST_F(SettingsPaneTest, ShowsEachSettingWithItsRule) {
-  pane_.show({{L"IF.CFFEX", L"CSI 300"}}, {rule(1, L"CSI 300")});
+  pane_.show({{1, 1, {L"IF.CFFEX", L"CSI 300"}}}, {rule(1, L"CSI 300")});
   EXPECT_EQ(cell_text(pane_.list(), 0, 0), L"IF.CFFEX");
   EXPECT_EQ(cell_text(pane_.list(), 0, 1), L"CSI 300");
   EXPECT_EQ(cell_text(pane_.list(), 0, 2), L"正常");
@@ -127,13 +127,13 @@ TEST_F(SettingsPaneTest, ShowsEachSettingWithItsRule) {
 }
 
 TEST_F(SettingsPaneTest, SettingWhoseRuleDoesNotExistStandsOut) {
-  pane_.show({{L"IF.CFFEX", L"csi 300"}}, {rule(1, L"CSI 300")});
+  pane_.show({{1, 1, {L"IF.CFFEX", L"csi 300"}}}, {rule(1, L"CSI 300")});
   EXPECT_EQ(cell_text(pane_.list(), 0, 2), L"规则不存在");
   EXPECT_NE(text_color(0), 0u);
 }
 
 TEST_F(SettingsPaneTest, SettingWithoutRuleIsNoMistake) {
-  pane_.show({{L"IF.CFFEX", L""}}, {});
+  pane_.show({{1, 1, {L"IF.CFFEX", L""}}}, {});
   EXPECT_EQ(cell_text(pane_.list(), 0, 2), L"未指定规则");
   EXPECT_EQ(text_color(0), 0u);
 }

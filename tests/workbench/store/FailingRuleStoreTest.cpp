@@ -16,12 +16,17 @@ void use_every_call(RuleStore& store) {
   store.load_rules();
   store.load_settings();
   store.delete_rule(number);
+  const long setting = store.add_setting(sample_setting(L"new", L"")).number;
+  store.update_setting(setting, sample_setting(L"old", L""));
+  store.delete_setting(setting);
+  store.replace_calendars({sample_calendar("other")});
+  store.load_calendars();
   store.replace_settings({});
   store.poll_for_changes();
 }
 
 TEST(FailingRuleStore, ExactlyTheNthCallFailsAndChangesNothing) {
-  for (int failing = 1; failing <= 9; ++failing) {
+  for (int failing = 1; failing <= 14; ++failing) {
     auto inner = std::make_shared<MemoryRuleStore>();
     FailingRuleStore store(inner, failing, StoreErrorKind::full);
     EXPECT_EQ(refusal_kind([&] { use_every_call(store); }), StoreErrorKind::full) << failing;
@@ -29,9 +34,9 @@ TEST(FailingRuleStore, ExactlyTheNthCallFailsAndChangesNothing) {
     const StoreSnapshot before = holdings(*inner);
     EXPECT_EQ(holdings(store), before);
   }
-  FailingRuleStore unharmed(std::make_shared<MemoryRuleStore>(), 10);
+  FailingRuleStore unharmed(std::make_shared<MemoryRuleStore>(), 15);
   EXPECT_EQ(refusal_kind([&] { use_every_call(unharmed); }), std::nullopt);
-  EXPECT_EQ(unharmed.calls(), 9);
+  EXPECT_EQ(unharmed.calls(), 14);
 }
 
 TEST(FailingRuleStore, ChangesOfTheInnerStoreAreTold) {

@@ -6,6 +6,7 @@
 
 #include "FirstContent.h"
 #include "MemoryRuleStore.h"
+#include "ScheduleRecords.h"
 #include "TradingCalendar.h"
 
 using namespace std::chrono;
@@ -38,6 +39,23 @@ TEST(FirstContent, SettingsUseRulesThatAreThere) {
   const StoreContent content = first_content();
   for (const SymbolSourceSetting& setting : content.settings)
     EXPECT_TRUE(find_rule(content, setting.rule_name)) << testing::PrintToString(setting.rule_name);
+}
+
+TEST(FirstContent, SettingsUseCalendarsThatAreThere) {
+  const StoreContent content = first_content();
+  std::set<std::string> calendars;
+  for (const StoredCalendar& stored : content.calendars) calendars.insert(stored.calendar.name);
+  EXPECT_EQ(calendars.size(), 7u);
+  for (const SymbolSourceSetting& setting : content.settings)
+    EXPECT_TRUE(calendars.contains(to_schedule_text(setting.calendar))) << testing::PrintToString(setting.name);
+}
+
+TEST(FirstContent, SettingsNameTheDeliveryMonthsOfTheirContracts) {
+  std::map<std::wstring, std::wstring> months;
+  for (const SymbolSourceSetting& setting : first_content().settings) months[setting.name] = setting.months;
+  EXPECT_EQ(months[L"T 10年期国债"], L"HMUZ");
+  EXPECT_EQ(months[L"ZC Corn"], L"HKNUZ");
+  EXPECT_EQ(months[L"CU 沪铜 主力连续"], L"");
 }
 
 TEST(FirstContent, RulesAreUsedByFiveByThreeByOneAndByNobody) {

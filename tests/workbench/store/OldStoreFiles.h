@@ -1,5 +1,7 @@
 #pragma once
 
+#include "StoreSamples.h"
+
 /// Makes a file as version 1 left it, with one rule.
 inline constexpr const char* version_1 = R"sql(
   CREATE TABLE rules (
@@ -33,3 +35,20 @@ inline constexpr const char* version_2 = R"sql(
   INSERT INTO symbol_source_settings VALUES (1, 'copper', 'first');
   PRAGMA user_version = 2;
 )sql";
+
+/// Makes a file of version 2 into one as version 3 left it. Its settings are one that the sample content has too, one
+/// that it does not have, and again one that it has, with another rule.
+inline constexpr const char* version_3 = R"sql(
+  ALTER TABLE rules ADD COLUMN Revision INTEGER NOT NULL DEFAULT 1 CHECK (Revision >= 1);
+  UPDATE rules SET Revision = 5;
+  DELETE FROM symbol_source_settings;
+  INSERT INTO symbol_source_settings VALUES (3, 'copper', 'first');
+  INSERT INTO symbol_source_settings VALUES (7, 'zinc', 'renamed');
+  INSERT INTO symbol_source_settings VALUES (5, 'mine', 'first');
+  PRAGMA user_version = 3;
+)sql";
+
+/// What a store with the sample content holds after it has brought along a file of version 2.
+inline StoreSnapshot old_content_brought_along() {
+  return {{{4, 1, sample_rule(L"first")}}, {{1, 1, {L"copper", L"first"}}}, sample_content().calendars};
+}

@@ -2,6 +2,7 @@
 
 #include "FailingRuleStore.h"
 #include "MemoryRuleStore.h"
+#include "ShippedCalendars.h"
 #include "SqliteRuleStore.h"
 #include "StoreSamples.h"
 #include "TemporaryFolder.h"
@@ -134,13 +135,145 @@ TEST_P(RuleStoreContract, NamesTravelUnchangedAndAreToldApartByTheirCodeUnits) {
 
 TEST_P(RuleStoreContract, SettingsTravelUnchangedInTheirOrder) {
   std::vector<SymbolSourceSetting> settings;
-  for (const std::wstring& name : awkward_names()) settings.push_back({name, L"rule " + name.substr(0, 200)});
+  for (const std::wstring& name : awkward_names())
+    settings.push_back(sample_setting(name, L"rule " + name.substr(0, 200)));
   settings.push_back({L"twice", L""});
   settings.push_back({L"twice", L"no such rule"});
   store_->replace_settings(settings);
-  EXPECT_EQ(store_->load_settings(), settings);
+  EXPECT_EQ(settings_of(*store_), settings);
   store_->replace_settings({});
   EXPECT_TRUE(store_->load_settings().empty());
+}
+
+TEST_P(RuleStoreContract, AddedSettingComesLastWithItsNumber) {
+  store_->replace_content(sample_content());
+  const std::vector<StoredSetting> before = store_->load_settings();
+  const StoredSetting added = store_->add_setting(sample_setting(L"copper", L"no such rule"));
+  EXPECT_EQ(added.setting, sample_setting(L"copper", L"no such rule"));
+  EXPECT_GT(added.number, before.back().number);
+  ASSERT_EQ(store_->load_settings().size(), before.size() + 1);
+  EXPECT_EQ(store_->load_settings().back(), added);
+}
+
+TEST_P(RuleStoreContract, SettingIsRewrittenInItsPlaceAndItsRevisionRises) {
+  store_->replace_content(sample_content());
+  const StoredSetting first = store_->load_settings().front();
+  const StoredSetting updated = store_->update_setting(first.number, sample_setting(L"lead", L"second"));
+  EXPECT_EQ(updated, (StoredSetting{first.number, first.revision + 1, sample_setting(L"lead", L"second")}));
+  EXPECT_EQ(store_->load_settings().front(), updated);
+  EXPECT_EQ(store_->load_settings().size(), 3u);
+}
+
+TEST_P(RuleStoreContract, ChangeOfAnotherRevisionOfASettingIsRefused) {
+  const StoredSetting read = store_->add_setting(sample_setting(L"copper", L""));
+  const StoredSetting theirs = store_->update_setting(read.number, sample_setting(L"theirs", L""), read.revision);
+  const auto updated =
+      refusal([&] { store_->update_setting(read.number, sample_setting(L"mine", L""), read.revision); });
+  ASSERT_TRUE(updated);
+  EXPECT_EQ(updated->kind(), StoreErrorKind::setting_changed);
+  EXPECT_EQ(updated->subject(), L"theirs");
+  EXPECT_EQ(refusal_kind([&] { store_->delete_setting(read.number, read.revision); }), StoreErrorKind::setting_changed);
+  EXPECT_EQ(store_->load_settings(), std::vector{theirs});
+  store_->delete_setting(read.number, theirs.revision);
+  EXPECT_TRUE(store_->load_settings().empty());
+}
+
+TEST_P(RuleStoreContract, SettingOfARenamedRuleIsAnotherThanItsReaderSaw) {
+  store_->replace_content(sample_content());
+  const StoredSetting read = store_->load_settings().front();
+  store_->update_rule(store_->load_rules().front().number, sample_rule(L"renamed"));
+  EXPECT_EQ(refusal_kind([&] { store_->update_setting(read.number, read.setting, read.revision); }),
+            StoreErrorKind::setting_changed);
+}
+
+TEST_P(RuleStoreContract, UpdateOrDeleteOfAMissingSettingIsRefused) {
+  EXPECT_EQ(refusal_kind([&] { store_->update_setting(7, sample_setting(L"copper", L"")); }),
+            StoreErrorKind::setting_not_found);
+  EXPECT_EQ(refusal_kind([&] { store_->delete_setting(7, 1); }), StoreErrorKind::setting_not_found);
+  EXPECT_EQ(refusal([&] { store_->delete_setting(7); })->subject(), L"7");
+}
+
+TEST_P(RuleStoreContract, NumbersOfDeletedAndReplacedSettingsStayUnused) {
+  const long deleted = store_->add_setting(sample_setting(L"one", L"")).number;
+  store_->delete_setting(deleted);
+  store_->replace_settings({sample_setting(L"two", L"")});
+  const StoredSetting replaced = store_->load_settings().front();
+  EXPECT_GT(replaced.number, deleted);
+  EXPECT_EQ(replaced.revision, 1);
+  store_->replace_settings({sample_setting(L"three", L"")});
+  EXPECT_GT(store_->load_settings().front().number, replaced.number);
+}
+
+TEST_P(RuleStoreContract, SettingThatNoStoreMayKeepIsRefused) {
+  const StoredSetting kept = store_->add_setting(sample_setting(L"kept", L""));
+  const std::wstring overlong(longest_name + 1, L'x');
+  const std::pair<const wchar_t*, SymbolSourceSetting> refused[] = {
+      {L"SettingName", {L"", L""}},         {L"SettingName", {overlong, L""}},
+      {L"RuleName", {L"x", overlong}},      {L"Calendar", {L"x", L"", L"a/b"}},
+      {L"Calendar", {L"x", L"", overlong}}, {L"Calendar", {L"x", L"", L"lone \xD800"}},
+      {L"Months", {L"x", L"", L"", L"A"}},  {L"Months", {L"x", L"", L"", L"ZH"}},
+      {L"Months", {L"x", L"", L"", L"HH"}},
+  };
+  for (const auto& [field, setting] : refused) {
+    const auto added = refusal([&] { store_->add_setting(setting); });
+    const auto updated = refusal([&] { store_->update_setting(kept.number, setting); });
+    ASSERT_TRUE(added && updated) << testing::PrintToString(setting.months);
+    EXPECT_EQ(added->kind(), StoreErrorKind::invalid_value);
+    EXPECT_EQ(updated->kind(), StoreErrorKind::invalid_value);
+    EXPECT_EQ(added->subject(), field);
+    EXPECT_EQ(refusal_kind([&] { store_->replace_settings({setting}); }), StoreErrorKind::invalid_value);
+  }
+  EXPECT_EQ(store_->load_settings(), std::vector{kept});
+}
+
+TEST_P(RuleStoreContract, CalendarsComeByNameAndEachIsReplacedWhole) {
+  const StoredCalendar other = sample_calendar("交易所 2");
+  store_->replace_calendars({other, sample_calendar("exchange")});
+  EXPECT_EQ(store_->load_calendars(), (std::vector{sample_calendar("exchange"), other}));
+  StoredCalendar changed = sample_calendar("exchange");
+  changed.calendar.title.clear();
+  changed.calendar.weekend = 0;
+  changed.calendar.closed.pop_back();
+  changed.calendar.closed.front().reason = "another";
+  changed.shipped_version = 8;
+  store_->replace_calendars({changed});
+  EXPECT_EQ(store_->load_calendars(), (std::vector{changed, other}));
+  changed.calendar.closed.clear();
+  store_->replace_calendars({changed});
+  EXPECT_EQ(store_->load_calendars(), (std::vector{changed, other}));
+}
+
+TEST_P(RuleStoreContract, ShippedCalendarsComeBackUnchanged) {
+  std::vector<StoredCalendar> shipped;
+  for (const schedule::Calendar& calendar : schedule::shipped_calendars()) shipped.push_back({calendar, 1});
+  store_->replace_calendars(shipped);
+  EXPECT_EQ(store_->load_calendars(), shipped);
+}
+
+TEST_P(RuleStoreContract, CalendarThatNoFileCouldDescribeIsRefusedWithAllOthers) {
+  using std::chrono::days;
+  store_->replace_calendars({sample_calendar("exchange")});
+  const auto refused = [&](auto change) {
+    StoredCalendar invalid = sample_calendar("exchange");
+    change(invalid.calendar);
+    const auto error = refusal([&] { store_->replace_calendars({sample_calendar("new"), invalid}); });
+    EXPECT_EQ(store_->load_calendars(), std::vector{sample_calendar("exchange")});
+    return error && error->kind() == StoreErrorKind::invalid_value ? error->subject() : std::wstring();
+  };
+  using schedule::Calendar;
+  EXPECT_EQ(refused([](Calendar& calendar) { calendar.name = "a.csv"; }), L"name");
+  EXPECT_EQ(refused([](Calendar& calendar) { calendar.title = "\xFF"; }), L"title");
+  EXPECT_EQ(refused([](Calendar& calendar) { calendar.covers = "\xFF"; }), L"covers");
+  EXPECT_EQ(refused([](Calendar& calendar) { calendar.source = "\xFF"; }), L"source");
+  EXPECT_EQ(refused([](Calendar& calendar) { calendar.from = schedule::Day(days(-100'000)); }), L"from");
+  EXPECT_EQ(refused([](Calendar& calendar) { calendar.to = schedule::Day(days(100'000)); }), L"to");
+  EXPECT_EQ(refused([](Calendar& calendar) { calendar.to = calendar.from - days(1); }), L"to");
+  EXPECT_EQ(refused([](Calendar& calendar) { calendar.weekend = schedule::every_weekday; }), L"weekend");
+  EXPECT_EQ(refused([](Calendar& calendar) { calendar.closed[1] = calendar.closed[0]; }), L"date");
+  EXPECT_EQ(refused([](Calendar& calendar) { calendar.closed[0].day = calendar.from - days(1); }), L"date");
+  EXPECT_EQ(refused([](Calendar& calendar) { calendar.closed[1].day = calendar.to + days(1); }), L"date");
+  EXPECT_EQ(refused([](Calendar& calendar) { calendar.closed[1].day += days(4); }), L"date") << "it is a Friday";
+  EXPECT_EQ(refused([](Calendar& calendar) { calendar.closed[1].reason = "\xFF"; }), L"reason");
 }
 
 TEST_P(RuleStoreContract, EveryNumberKeepsToItsRange) {
@@ -179,9 +312,14 @@ TEST_P(RuleStoreContract, EmptyAndOverlongNamesAreRefused) {
 TEST_P(RuleStoreContract, SettingsFollowTheNewNameOfTheirRule) {
   store_->replace_content(sample_content());
   const StoredRule first = store_->load_rules().front();
+  const std::vector<StoredSetting> before = store_->load_settings();
   store_->update_rule(first.number, sample_rule(L"renamed"));
   EXPECT_EQ(store_->load_settings(),
-            (std::vector<SymbolSourceSetting>{{L"copper", L"renamed"}, {L"unused", L""}, {L"zinc", L"renamed"}}));
+            (std::vector<StoredSetting>{{before[0].number, 2, {L"copper", L"renamed"}},
+                                        before[1],
+                                        {before[2].number, 2, sample_setting(L"zinc", L"renamed")}}));
+  store_->update_rule(first.number, {.name = L"renamed"});
+  EXPECT_EQ(store_->load_settings()[0].revision, 2) << "the name stayed";
 }
 
 TEST_P(RuleStoreContract, RuleInUseIsNotDeleted) {
@@ -205,7 +343,8 @@ TEST_P(RuleStoreContract, ReplacedContentTakesNewNumbers) {
   EXPECT_EQ(now.rules[0].rule, sample_content().rules[0]);
   EXPECT_EQ(now.rules[1].rule, sample_content().rules[1]);
   EXPECT_GT(now.rules[0].number, old);
-  EXPECT_EQ(now.settings, sample_content().settings);
+  EXPECT_EQ(settings_of(*store_), sample_content().settings);
+  EXPECT_EQ(now.calendars, sample_content().calendars);
 }
 
 TEST_P(RuleStoreContract, ContentIsReplacedWhollyOrNotAtAll) {
@@ -214,6 +353,9 @@ TEST_P(RuleStoreContract, ContentIsReplacedWhollyOrNotAtAll) {
   StoreContent twice = sample_content();
   twice.rules.push_back(twice.rules.front());
   EXPECT_EQ(refusal_kind([&] { store_->replace_content(twice); }), StoreErrorKind::duplicate_name);
+  StoreContent without_days = sample_content();
+  without_days.calendars[0].calendar.to = {};
+  EXPECT_EQ(refusal_kind([&] { store_->replace_content(without_days); }), StoreErrorKind::invalid_value);
   StoreContent nameless = sample_content();
   nameless.settings.push_back({});
   EXPECT_EQ(refusal_kind([&] { store_->replace_content(nameless); }), StoreErrorKind::invalid_value);
@@ -233,10 +375,20 @@ TEST_P(RuleStoreContract, EachChangeIsToldOnceAndARefusalNever) {
   EXPECT_TRUE(refusal([&] { store_->delete_rule(number); }));
   EXPECT_TRUE(refusal([&] { store_->add_rule(sample_rule(L"silver")); }));
   EXPECT_EQ(told, 3);
+  const StoredSetting setting = store_->add_setting(sample_setting(L"other", L"silver"));
+  EXPECT_EQ(told, 4);
+  store_->update_setting(setting.number, setting.setting);
+  EXPECT_EQ(told, 5);
+  EXPECT_TRUE(refusal([&] { store_->delete_setting(setting.number, 1); }));
+  EXPECT_EQ(told, 5);
+  store_->delete_setting(setting.number);
+  EXPECT_EQ(told, 6);
+  store_->replace_calendars({sample_calendar("exchange")});
+  EXPECT_EQ(told, 7);
   store_->replace_content({});
-  EXPECT_EQ(told, 4);
+  EXPECT_EQ(told, 8);
   EXPECT_FALSE(store_->poll_for_changes());
-  EXPECT_EQ(told, 4);
+  EXPECT_EQ(told, 8);
 }
 
 TEST_P(RuleStoreContract, SubscriberSeesTheChangeAndMayLeaveOrThrow) {

@@ -5,6 +5,7 @@
 
 #include "FirstContent.h"
 #include "SqliteRuleStore.h"
+#include "StoreSamples.h"
 #include "StoreWriter.h"
 #include "TemporaryFolder.h"
 
@@ -75,7 +76,8 @@ TEST_F(SeveralHosts, TwoHostsMakeOneNewFileTogether) {
   EXPECT_EQ(left.exit_code(), 0u);
   EXPECT_EQ(right.exit_code(), 0u);
   EXPECT_EQ(open()->load_rules().size(), first_content().rules.size() + 2);
-  EXPECT_EQ(open()->load_settings(), first_content().settings);
+  EXPECT_EQ(settings_of(*open()), first_content().settings);
+  EXPECT_EQ(open()->load_calendars(), first_content().calendars);
 }
 
 }  // namespace

@@ -23,7 +23,9 @@ TEST_F(SqliteRuleStore, NewFileHoldsTheFirstContent) {
   ASSERT_EQ(now.rules.size(), 2u);
   EXPECT_EQ(now.rules[0], (StoredRule{1, 1, sample_content().rules[0]}));
   EXPECT_EQ(now.rules[1], (StoredRule{2, 1, sample_content().rules[1]}));
-  EXPECT_EQ(now.settings, sample_content().settings);
+  ASSERT_EQ(now.settings.size(), 3u);
+  for (long i = 0; i < 3; ++i) EXPECT_EQ(now.settings[i], (StoredSetting{i + 1, 1, sample_content().settings[i]}));
+  EXPECT_EQ(now.calendars, sample_content().calendars);
 }
 
 TEST_F(SqliteRuleStore, EmptyFileCountsAsNew) {
@@ -38,7 +40,20 @@ TEST_F(SqliteRuleStore, FirstContentComesOnlyOnce) {
     store->delete_rule(1);
     store->delete_rule(2);
   }
-  EXPECT_EQ(holdings(*open()), StoreSnapshot());
+  EXPECT_EQ(holdings(*open()), (StoreSnapshot{{}, {}, sample_content().calendars}));
+}
+
+TEST_F(SqliteRuleStore, MissingFileIsRefusedByACallerThatMayNotCreateIt) {
+  const auto open_existing = [&] { return open_sqlite_store(path_, {.may_create = false}); };
+  path_ = folder_.path() / L"missing" / L"rules.db";
+  EXPECT_EQ(refusal_kind(open_existing), StoreErrorKind::unavailable);
+  EXPECT_FALSE(std::filesystem::exists(path_.parent_path()));
+  path_ = folder_.path() / L"rules.db";
+  write_bytes(path_, "");
+  EXPECT_EQ(refusal_kind(open_existing), StoreErrorKind::unavailable);
+  EXPECT_EQ(read_bytes(path_), "");
+  open();
+  EXPECT_EQ(open_existing()->load_rules().size(), 2u);
 }
 
 TEST_F(SqliteRuleStore, NoFileIsLeftWhenTheFirstContentIsInvalid) {
@@ -56,6 +71,9 @@ TEST_F(SqliteRuleStore, ContentSurvivesReopening) {
     for (const std::wstring& name : awkward_names()) store->add_rule(sample_rule(name));
     store->update_rule(1, sample_rule(L"renamed"));
     store->delete_rule(2);
+    for (const std::wstring& name : awkward_names()) store->add_setting(sample_setting(name, name));
+    store->delete_setting(2);
+    store->replace_calendars({sample_calendar("交易所")});
     before = holdings(*store);
   }
   EXPECT_EQ(holdings(*open()), before);
@@ -65,6 +83,9 @@ TEST_F(SqliteRuleStore, NumbersAreNotReusedAfterReopening) {
   const long last = open()->add_rule(sample_rule(L"last")).number;
   open()->delete_rule(last);
   EXPECT_EQ(open()->add_rule(sample_rule(L"next")).number, last + 1);
+  const long last_setting = open()->add_setting(sample_setting(L"last", L"")).number;
+  open()->replace_settings({});
+  EXPECT_EQ(open()->add_setting(sample_setting(L"next", L"")).number, last_setting + 1);
 }
 
 TEST_F(SqliteRuleStore, MissingFoldersAreMadeAndAnyPathServes) {
@@ -111,7 +132,16 @@ TEST_F(SqliteRuleStore, SchemaItselfKeepsNamesUniqueAndNumbersInRange) {
   EXPECT_EQ(raw.run("UPDATE rules SET RuleName = ''"), SQLITE_CONSTRAINT_CHECK);
   EXPECT_EQ(raw.run("UPDATE rules SET RuleID = 0 WHERE RuleID = 1"), SQLITE_CONSTRAINT_CHECK);
   EXPECT_EQ(raw.run("UPDATE rules SET RuleID = 2147483648 WHERE RuleID = 1"), SQLITE_CONSTRAINT_CHECK);
-  EXPECT_EQ(raw.run("UPDATE symbol_source_settings SET SettingName = ''"), SQLITE_CONSTRAINT_CHECK);
+  for (const char* value : {"SettingName = ''", "SettingID = 2147483648", "Months = 'HX1'", "LastTradingDay = 2",
+                            "CalendarName = hex(zeroblob(128))", "Revision = 0"}) {
+    EXPECT_EQ(raw.run("UPDATE symbol_source_settings SET " + std::string(value) + " WHERE SettingID = 1"),
+              SQLITE_CONSTRAINT_CHECK)
+        << value;
+  }
+  for (const char* value : {"CalendarName = ''", "FirstDay = '2027-01-01'", "FirstDay = 'day'", "LastDay = '20261231'",
+                            "Weekend = 127", "ShippedVersion = -1"})
+    EXPECT_EQ(raw.run("UPDATE calendars SET " + std::string(value)), SQLITE_CONSTRAINT_CHECK) << value;
+  EXPECT_EQ(raw.run("UPDATE closed_days SET Day = '5'"), SQLITE_CONSTRAINT_CHECK);
 }
 
 TEST_F(SqliteRuleStore, ChangeByAnotherProgramIsToldOnce) {
@@ -139,7 +169,7 @@ TEST_F(SqliteRuleStore, ContentOfManyRulesAndSettingsComesBackWhole) {
   const StoreSnapshot now = holdings(*store);
   ASSERT_EQ(now.rules.size(), many.rules.size());
   EXPECT_TRUE(std::ranges::equal(now.rules, many.rules, {}, &StoredRule::rule));
-  EXPECT_TRUE(now.settings == many.settings);
+  EXPECT_TRUE(settings_of(*store) == many.settings);
 }
 
 }  // namespace

@@ -39,6 +39,15 @@ constexpr Change changes[] = {
      [](RuleStore& store) {
        store.replace_settings({{L"other", L"second"}});
      }},
+    {"AddSetting", [](RuleStore& store) { store.add_setting(sample_setting(L"other", L"second")); }},
+    {"UpdateSetting", [](RuleStore& store) { store.update_setting(1, sample_setting(L"other", L"second")); }},
+    {"DeleteSetting", [](RuleStore& store) { store.delete_setting(3); }},
+    {"ReplaceCalendars",
+     [](RuleStore& store) {
+       StoredCalendar changed = sample_calendar("exchange");
+       changed.calendar.closed.pop_back();
+       store.replace_calendars({changed, sample_calendar("other")});
+     }},
     {"ReplaceContent",
      [](RuleStore& store) {
        store.replace_content({{sample_rule(L"only")}, {}});
@@ -145,7 +154,8 @@ TEST_P(StoreMakingFault, HalfMadeFileIsMadeWholeNextTime) {
     refused += error.has_value();
     const auto store = open(path);
     EXPECT_EQ(store->load_rules().size(), sample_content().rules.size());
-    EXPECT_EQ(store->load_settings(), sample_content().settings);
+    EXPECT_EQ(settings_of(*store), sample_content().settings);
+    EXPECT_EQ(store->load_calendars(), sample_content().calendars);
   }
   EXPECT_GT(refused, 0);
 }
@@ -164,7 +174,7 @@ TEST_P(StoreMakingFault, HalfMigratedFileIsMigratedWholeNextTime) {
     disk_.mend();
     if (!failed) break;
     refused += error.has_value();
-    EXPECT_EQ(reopened(path), (StoreSnapshot{{{4, 1, sample_rule(L"first")}}, {{L"copper", L"first"}}}));
+    EXPECT_EQ(reopened(path), old_content_brought_along());
   }
   EXPECT_GT(refused, 0);
 }

@@ -39,19 +39,45 @@ TEST_F(StoreFile, VersionOneIsBroughtToThePresent) {
   make_by_hand(version_1);
   {
     const auto store = open();
-    EXPECT_EQ(holdings(*store), (StoreSnapshot{{{4, 1, sample_rule(L"first")}}, {}}));
+    EXPECT_EQ(holdings(*store), (StoreSnapshot{{{4, 1, sample_rule(L"first")}}, {}, sample_content().calendars}));
     EXPECT_EQ(store->add_rule(sample_rule(L"next")).number, 10);
     store->replace_settings({{L"copper", L"first"}});
   }
   EXPECT_EQ(open()->load_settings().size(), 1u);
-  EXPECT_EQ(RawDatabase(path_).text("PRAGMA user_version"), "3");
+  EXPECT_EQ(RawDatabase(path_).text("PRAGMA user_version"), "4");
 }
 
 TEST_F(StoreFile, VersionTwoIsBroughtToThePresent) {
   make_by_hand(std::string(version_1) + version_2);
   const auto store = open();
-  EXPECT_EQ(holdings(*store), (StoreSnapshot{{{4, 1, sample_rule(L"first")}}, {{L"copper", L"first"}}}));
+  EXPECT_EQ(holdings(*store), old_content_brought_along());
   EXPECT_EQ(store->update_rule(4, sample_rule(L"first"), 1).revision, 2);
+}
+
+TEST_F(StoreFile, VersionThreeGetsCalendarsAndNumbersAndWhatShipsForShippedSettingsOnly) {
+  make_by_hand(std::string(version_1) + version_2 + version_3);
+  {
+    const auto store = open();
+    EXPECT_EQ(
+        holdings(*store),
+        (StoreSnapshot{
+            {{4, 5, sample_rule(L"first")}},
+            {{1, 1, {L"copper", L"first"}}, {2, 1, {L"mine", L"first"}}, {3, 1, sample_setting(L"zinc", L"renamed")}},
+            sample_content().calendars}));
+    EXPECT_EQ(store->update_setting(2, sample_setting(L"mine", L"first"), 1).revision, 2);
+    EXPECT_EQ(store->add_setting(sample_setting(L"next", L"")).number, 4);
+  }
+  EXPECT_EQ(open()->load_settings()[1], (StoredSetting{2, 2, sample_setting(L"mine", L"first")}));
+}
+
+TEST_F(StoreFile, CalendarWithADayThatIsNoneIsRefusedWhenItIsRead) {
+  for (const char* change : {"UPDATE closed_days SET Day = '2026-02-30' WHERE Day = '2026-05-04'",
+                             "UPDATE closed_days SET Day = '2026-05-08' WHERE Day = '2026-02-30'",
+                             "UPDATE calendars SET LastDay = '2026-12-39'"}) {
+    open();
+    make_by_hand(change);
+    EXPECT_EQ(refusal_kind([&] { open()->load_calendars(); }), StoreErrorKind::damaged) << change;
+  }
 }
 
 TEST_F(StoreFile, MigratedFileHasTheTablesOfANewOne) {
@@ -66,13 +92,13 @@ TEST_F(StoreFile, MigratedFileHasTheTablesOfANewOne) {
 
 TEST_F(StoreFile, NewerVersionIsRefused) {
   open();
-  make_by_hand("PRAGMA user_version = 4");
+  make_by_hand("PRAGMA user_version = 5");
   expect_refused_untouched(StoreErrorKind::newer);
 }
 
 TEST_F(StoreFile, NewerVersionWithALogBesideItIsLeftToItsProgram) {
   open();
-  make_by_hand("PRAGMA user_version = 4");
+  make_by_hand("PRAGMA user_version = 5");
   RawDatabase newer(path_);
   ASSERT_EQ(newer.run("PRAGMA journal_mode = WAL; CREATE TABLE more (a)"), SQLITE_OK);
   const std::string log = read_bytes(path_.native() + L"-wal");

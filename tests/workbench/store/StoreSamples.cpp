@@ -5,9 +5,28 @@ using workbench::StoreContent;
 
 Rule sample_rule(const std::wstring& name) { return {name, 99, 1, 1, 31, 2, 5, 6, 2, 1}; }
 
+workbench::SymbolSourceSetting sample_setting(const std::wstring& name, const std::wstring& rule_name) {
+  return {name, rule_name, L"exchange", L"HMUZ", true};
+}
+
+workbench::StoredCalendar sample_calendar(const std::string& name) {
+  using namespace std::chrono;
+  constexpr workbench::schedule::WeekdaySet friday_and_saturday = 0b1100000;
+  return {{name,
+           "title",
+           "covers",
+           "source",
+           sys_days(2026y / 1 / 1),
+           sys_days(2026y / 12 / 31),
+           friday_and_saturday,
+           {{sys_days(2026y / 1 / 1), "New Year"}, {sys_days(2026y / 5 / 4)}}},
+          7};
+}
+
 StoreContent sample_content() {
   return {{sample_rule(L"first"), sample_rule(L"second")},
-          {{L"copper", L"first"}, {L"unused", L""}, {L"zinc", L"first"}}};
+          {{L"copper", L"first"}, {L"unused", L""}, sample_setting(L"zinc", L"first")},
+          {sample_calendar("exchange")}};
 }
 
 std::vector<std::wstring> awkward_names() {
@@ -35,13 +54,23 @@ std::vector<std::wstring> awkward_names() {
   };
 }
 
-StoreSnapshot holdings(workbench::RuleStore& store) { return {store.load_rules(), store.load_settings()}; }
+StoreSnapshot holdings(workbench::RuleStore& store) {
+  return {store.load_rules(), store.load_settings(), store.load_calendars()};
+}
+
+std::vector<workbench::SymbolSourceSetting> settings_of(workbench::RuleStore& store) {
+  std::vector<workbench::SymbolSourceSetting> settings;
+  for (const workbench::StoredSetting& stored : store.load_settings()) settings.push_back(stored.setting);
+  return settings;
+}
 
 namespace workbench {
 
 void PrintTo(StoreErrorKind kind, std::ostream* stream) {
-  constexpr const char* names[] = {"read_only",   "locked",        "full",           "damaged",   "foreign", "newer",
-                                   "unavailable", "invalid_value", "duplicate_name", "not_found", "changed", "in_use"};
+  constexpr const char* names[] = {"read_only",         "locked",         "full",        "damaged",
+                                   "foreign",           "newer",          "unavailable", "invalid_value",
+                                   "duplicate_name",    "not_found",      "changed",     "in_use",
+                                   "setting_not_found", "setting_changed"};
   *stream << names[static_cast<int>(kind)];
 }
 

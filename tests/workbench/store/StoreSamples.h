@@ -10,7 +10,13 @@
 /// A rule of this name whose numbers are all different from those of a new rule.
 workbench::Rule sample_rule(const std::wstring& name);
 
-/// Two rules and three settings: two use the first rule and one uses none.
+/// A setting of this name whose further values are all different from those of a new setting.
+workbench::SymbolSourceSetting sample_setting(const std::wstring& name, const std::wstring& rule_name);
+
+/// A calendar of this name with two closed days, one of them with a reason.
+workbench::StoredCalendar sample_calendar(const std::string& name);
+
+/// Two rules, three settings, of which two use the first rule and one uses none, and a calendar.
 workbench::StoreContent sample_content();
 
 /// Names that must travel unchanged.
@@ -19,12 +25,16 @@ std::vector<std::wstring> awkward_names();
 /// What a store holds now.
 struct StoreSnapshot {
   std::vector<workbench::StoredRule> rules;
-  std::vector<workbench::SymbolSourceSetting> settings;
+  std::vector<workbench::StoredSetting> settings;
+  std::vector<workbench::StoredCalendar> calendars{};
 
   bool operator==(const StoreSnapshot&) const = default;
 };
 
 StoreSnapshot holdings(workbench::RuleStore& store);
+
+/// The settings of a store without their numbers and revisions.
+std::vector<workbench::SymbolSourceSetting> settings_of(workbench::RuleStore& store);
 
 /// The error with which `call` was refused, if it was.
 template <class Call>

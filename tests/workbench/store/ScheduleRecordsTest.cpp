@@ -1,0 +1,27 @@
+#include <gtest/gtest.h>
+
+#include "ScheduleRecords.h"
+#include "StoreSamples.h"
+
+using namespace workbench;
+
+namespace {
+
+TEST(ScheduleRecords, RulesAndSettingsComeBackUnchanged) {
+  for (const std::wstring& name : awkward_names()) {
+    EXPECT_EQ(from_named(to_named(sample_rule(name))), sample_rule(name));
+    EXPECT_EQ(from_named(to_named(sample_setting(name, name))), sample_setting(name, name));
+  }
+}
+
+TEST(ScheduleRecords, NumbersKeepTheirFields) {
+  const schedule::RuleNumbers numbers = to_rule_numbers(sample_rule(L"rule"));
+  EXPECT_EQ(numbers, (schedule::RuleNumbers{99, 1, 1, 31, 2, 5, 6, 2, 1}));
+}
+
+TEST(ScheduleRecords, NamesAreUtf8WhereThereIsSuchAForm) {
+  EXPECT_EQ(to_schedule_text(std::wstring(L"铜\0x", 3)), std::string("铜\0x", 5));
+  EXPECT_EQ(to_schedule_text(L"\xD800"), "\xED\xA0\x80");
+}
+
+}  // namespace

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include "RuleRecord.h"
+#include "SqliteDatabase.h"
+
+namespace workbench {
+
+// The records of a store file as SQL statements. What changes the file refuses invalid records and is called within a
+// transaction.
+
+std::vector<StoredRule> select_rules(const SqliteDatabase& database);
+std::optional<StoredRule> select_rule(const SqliteDatabase& database, long number);
+
+/// Throws `duplicate_name` if a rule other than `number` has this name.
+void refuse_duplicate(const SqliteDatabase& database, const std::wstring& name, long number);
+
+StoredRule insert_rule(const SqliteDatabase& database, const Rule& rule);
+
+/// Rewrites the rule with this number, its revision too.
+void rewrite_rule(const SqliteDatabase& database, const StoredRule& stored);
+
+std::vector<StoredSetting> select_settings(const SqliteDatabase& database);
+std::optional<StoredSetting> select_setting(const SqliteDatabase& database, long number);
+StoredSetting insert_setting(const SqliteDatabase& database, const SymbolSourceSetting& setting);
+void rewrite_setting(const SqliteDatabase& database, const StoredSetting& stored);
+
+/// Gives the settings that use the rule its new name.
+void rename_in_settings(const SqliteDatabase& database, const std::wstring& from, const std::wstring& to);
+
+/// Throws `damaged` if the file holds a calendar that nobody could have stored.
+std::vector<StoredCalendar> select_calendars(const SqliteDatabase& database);
+
+/// Puts each calendar in the place of the one with its name.
+void replace_calendars(const SqliteDatabase& database, const std::vector<StoredCalendar>& calendars);
+
+void replace_settings(const SqliteDatabase& database, const std::vector<SymbolSourceSetting>& settings);
+void replace_content(const SqliteDatabase& database, const StoreContent& content);
+
+/// Gives a file that had no calendars yet those of this content, and its settings what those of the same name have.
+void complete_content(const SqliteDatabase& database, const StoreContent& content);
+
+}  // namespace workbench
