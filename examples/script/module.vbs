@@ -18,5 +18,8 @@ plugin.OnSelectionChanged Nothing
 Report "OnSelectionChanged"
 plugin.DoCommand 1, 0
 Report "DoCommand"
+' What the module does not have is an error of the script.
+plugin.NoSuchMethod
+Report "NoSuchMethod"
 plugin.Uninitialize
 Report "Uninitialize"

@@ -2,9 +2,12 @@
 
 #include "ComPtr.h"
 #include "SampleInterfaces.h"
+#include "ThrownBy.h"
 
 namespace base {
 namespace {
+
+using test_support::thrown_by;
 
 /// An object on the stack whose `QueryInterface` returns what the test says.
 class Odd final : public ISample {
@@ -26,17 +29,6 @@ class Odd final : public ISample {
   IID asked = {};
   ULONG references = 1;
 };
-
-/// The HRESULT of the `_com_error` that a call throws; S_OK when it throws none.
-template <class Call>
-HRESULT thrown_by(const Call& call) {
-  try {
-    call();
-  } catch (const _com_error& error) {
-    return error.Error();
-  }
-  return S_OK;
-}
 
 TEST(ComPtr, QueryHoldsOneReference) {
   Odd object;

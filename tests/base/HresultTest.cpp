@@ -2,6 +2,7 @@
 
 #include "Hresult.h"
 #include "ScopedLastError.h"
+#include "ThrownBy.h"
 
 namespace base {
 namespace {
@@ -20,12 +21,7 @@ TEST(Hresult, RegistryStatusKeepsSuccess) {
 
 TEST(Hresult, OnlyFailuresAreThrown) {
   EXPECT_NO_THROW(throw_if_failed(S_FALSE));
-  try {
-    throw_if_failed(E_ABORT);
-    FAIL() << "E_ABORT is a failure";
-  } catch (const _com_error& error) {
-    EXPECT_EQ(error.Error(), E_ABORT);
-  }
+  EXPECT_EQ(test_support::thrown_by([] { throw_if_failed(E_ABORT); }), E_ABORT);
 }
 
 TEST(ScopedLastError, RestoresTheErrorOfItsCreation) {

@@ -1,8 +1,8 @@
-#include <comdef.h>
 #include <gtest/gtest.h>
 
 #include "ImportProbe.h"
 #include "ModulePath.h"
+#include "ThrownBy.h"
 
 ZD_IMPORT_PROBE(GetModuleFileNameW, ModuleFileNameProbe);
 
@@ -33,12 +33,7 @@ TEST(ModulePath, UnknownModuleIsAFailure) {
   probe.fail(0, 0, ERROR_MOD_NOT_FOUND);
   wchar_t buffer[5] = {};
   EXPECT_TRUE(module_file_name(nullptr, buffer).empty());
-  try {
-    module_file_name();
-    FAIL() << "there is no path";
-  } catch (const _com_error& error) {
-    EXPECT_EQ(error.Error(), HRESULT_FROM_WIN32(ERROR_MOD_NOT_FOUND));
-  }
+  EXPECT_EQ(test_support::thrown_by([] { module_file_name(); }), HRESULT_FROM_WIN32(ERROR_MOD_NOT_FOUND));
 }
 
 TEST(ModulePath, FileBesideTheProgramLiesInItsFolder) {

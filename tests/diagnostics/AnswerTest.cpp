@@ -1,7 +1,6 @@
-#include <comdef.h>
-
 #include "RecorderTest.h"
 #include "Report.h"
+#include "ThrownBy.h"
 
 namespace diagnostics_test {
 namespace {
@@ -105,12 +104,7 @@ TEST_F(Expectation, ThatFailsCarriesItsExpression) {
 class FailingCall : public RecorderTest {};
 
 TEST_F(FailingCall, IsAnAssertionWithoutTextAndThrownOn) {
-  try {
-    require_success(E_ACCESSDENIED, place);
-    FAIL() << "nothing was thrown";
-  } catch (const _com_error& error) {
-    EXPECT_EQ(error.Error(), E_ACCESSDENIED);
-  }
+  EXPECT_EQ(test_support::thrown_by([] { require_success(E_ACCESSDENIED, place); }), E_ACCESSDENIED);
   const auto record = processed();
   EXPECT_EQ(test_support::field_text(record, L"$Type"), L"ASSERT");
   EXPECT_FALSE(test_support::find_field(record, L"Description"));

@@ -4,6 +4,7 @@
 #include "ImportProbe.h"
 #include "ListDialogTest.h"
 #include "PrintGeometry.h"
+#include "RegistryTree.h"
 
 ZD_IMPORT_PROBE(GetFileVersionInfoSizeW, VersionSizeProbe);
 
@@ -27,13 +28,8 @@ LONG height_of(const RECT& rect) { return rect.bottom - rect.top; }
 
 class ListPlacement : public ListDialogTest {
  protected:
-  std::vector<BYTE> stored_bytes() const {
-    std::vector<BYTE> bytes(100);
-    auto size = static_cast<DWORD>(bytes.size());
-    const LSTATUS status =
-        RegGetValueW(HKEY_CURRENT_USER, key_name, value_name, RRF_RT_REG_BINARY, nullptr, bytes.data(), &size);
-    bytes.resize(status == ERROR_SUCCESS ? size : 0);
-    return bytes;
+  static std::vector<BYTE> stored_bytes() {
+    return test_support::registry_bytes(HKEY_CURRENT_USER, key_name, value_name);
   }
 
   WINDOWPLACEMENT stored() const {

@@ -9,8 +9,8 @@
 namespace module_test {
 namespace {
 
+using test_support::create_volatile_key;
 using test_support::differences;
-using test_support::make_volatile_key;
 using test_support::registry_key_exists;
 using test_support::registry_text;
 using test_support::registry_tree;
@@ -140,7 +140,7 @@ TEST_F(RegistrationTest, RegisteringFromANewPlaceReplacesTheOldOne) {
 // Failing steps. A key in which nothing lasting can be made stops the step that needs it.
 
 TEST_F(RegistrationTest, FailureOfTheFirstStepIsAnsweredAndNothingElseIsDone) {
-  make_volatile_key(HKEY_CLASSES_ROOT, L"AppID");
+  create_volatile_key(HKEY_CLASSES_ROOT, L"AppID");
   const RegistryTree before = classes();
   EXPECT_EQ(volatile_parent_failure, module_.register_server());
   EXPECT_EQ(before, classes());
@@ -150,7 +150,7 @@ TEST_F(RegistrationTest, FailureOfTheFirstStepIsAnsweredAndNothingElseIsDone) {
 TEST_F(RegistrationTest, FailureOfTheClassStepIsAnsweredAndTheTypeLibraryIsNotRegistered) {
   for (const wchar_t* key : {L"zdExpirationRule.ExpirationRule.1", L"zdExpirationRule.ExpirationRule", L"CLSID"}) {
     test_support::delete_registry_tree(HKEY_CLASSES_ROOT, L"");
-    make_volatile_key(HKEY_CLASSES_ROOT, key);
+    create_volatile_key(HKEY_CLASSES_ROOT, key);
     EXPECT_EQ(volatile_parent_failure, module_.register_server());
     EXPECT_TRUE(registry_key_exists(HKEY_CLASSES_ROOT, L"AppID\\zdExpirationRules.DLL")) << "the step before is kept";
     EXPECT_FALSE(registry_key_exists(HKEY_CLASSES_ROOT, L"TypeLib"));
@@ -166,7 +166,7 @@ HRESULT register_type_library() {
 }
 
 TEST_F(RegistrationTest, FailureOfTheTypeLibraryStepIsAnsweredAsItStands) {
-  make_volatile_key(HKEY_CLASSES_ROOT, L"TypeLib");
+  create_volatile_key(HKEY_CLASSES_ROOT, L"TypeLib");
   const HRESULT failure = register_type_library();
   ASSERT_TRUE(FAILED(failure));
   EXPECT_EQ(failure, module_.register_server());

@@ -51,13 +51,7 @@ class MissingDialog final : public CDialogImpl<MissingDialog> {
 
 class DialogTest : public testing::Test {
  protected:
-  std::vector<std::wstring> traces() const {
-    std::vector<std::wstring> texts;
-    for (const auto& record : recorder_.processed(L"TRACE")) {
-      texts.push_back(test_support::field_text(record, L"$Message"));
-    }
-    return texts;
-  }
+  std::vector<std::wstring> traces() const { return recorder_.texts(L"TRACE", L"$Message"); }
 
   test_support::Recorder recorder_;
   SampleDialog dialog_;

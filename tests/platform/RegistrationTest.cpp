@@ -1,4 +1,3 @@
-#include <comdef.h>
 #include <gtest/gtest.h>
 
 #include "ImportProbe.h"
@@ -8,6 +7,7 @@
 #include "RegistryTree.h"
 #include "ScratchRoot.h"
 #include "TestResources.h"
+#include "ThrownBy.h"
 #include "zdExpirationRules_h.h"
 
 ZD_IMPORT_PROBE(LoadResource, LoadResourceProbe);
@@ -18,11 +18,12 @@ ZD_IMPORT_PROBE(RegSetValueExW, SetValueProbe);
 namespace platform {
 namespace {
 
-using test_support::make_volatile_key;
+using test_support::create_volatile_key;
 using test_support::registry_key_exists;
 using test_support::registry_text;
 using test_support::registry_tree;
 using test_support::RegistryTree;
+using test_support::thrown_by;
 using test_support::write_registry_text;
 
 const Replacements replacements = {{L"NAME", L"Sample Object"}, {L"ID", L"{1}"}, {L"PATH", L"C:\\a b\\it's %ID%.dll"}};
@@ -42,17 +43,6 @@ const RegistryTree sample_tree = {
     {L"Shared\\{1}\\Server\\ThreadingModel", L"s:apartment"},
 };
 const RegistryTree empty_tree = {{L"Shared\\", L""}};
-
-/// The HRESULT of the `_com_error` that a call throws; S_OK when it throws none.
-template <class Call>
-HRESULT thrown_by(const Call& call) {
-  try {
-    call();
-  } catch (const _com_error& error) {
-    return error.Error();
-  }
-  return S_OK;
-}
 
 class RegistrationTest : public testing::Test {
  protected:
@@ -145,13 +135,13 @@ TEST_F(RegistrationTest, OldTextsAreReplacedAndForeignValuesKept) {
 }
 
 TEST_F(RegistrationTest, StopsAtTheFirstFailureAndAnswersIt) {
-  make_volatile_key(HKEY_CLASSES_ROOT, L"Sample.Object");
+  create_volatile_key(HKEY_CLASSES_ROOT, L"Sample.Object");
   EXPECT_EQ(thrown_by([] { run(); }), test_support::volatile_parent_failure);
   EXPECT_FALSE(registry_key_exists(HKEY_CLASSES_ROOT, L"Shared"));
 }
 
 TEST_F(RegistrationTest, FailureOfALaterKeyKeepsTheEarlierOnes) {
-  make_volatile_key(HKEY_CLASSES_ROOT, L"Shared");
+  create_volatile_key(HKEY_CLASSES_ROOT, L"Shared");
   EXPECT_EQ(thrown_by([] { run(); }), test_support::volatile_parent_failure);
   EXPECT_EQ(registry_text(HKEY_CLASSES_ROOT, L"Sample.Object\\CLSID"), L"{1}");
 }
@@ -240,7 +230,7 @@ TEST_F(RegistrationTest, TypeLibraryThatIsNotRegisteredCannotBeUnregistered) {
 }
 
 TEST_F(RegistrationTest, FailureToRegisterTheTypeLibraryIsThrown) {
-  make_volatile_key(HKEY_CLASSES_ROOT, L"TypeLib");
+  create_volatile_key(HKEY_CLASSES_ROOT, L"TypeLib");
   EXPECT_TRUE(FAILED(thrown_by([] { register_type_library(RegistrationScope::machine); })));
 }
 

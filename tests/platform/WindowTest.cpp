@@ -47,13 +47,7 @@ class WindowTest : public testing::Test {
   }
 
   /// The descriptions of the assertions so far.
-  std::vector<std::wstring> assertions() const {
-    std::vector<std::wstring> texts;
-    for (const auto& record : recorder_.processed(L"ASSERT")) {
-      texts.push_back(test_support::field_text(record, L"Description"));
-    }
-    return texts;
-  }
+  std::vector<std::wstring> assertions() const { return recorder_.texts(L"ASSERT", L"Description"); }
 
   test_support::Recorder recorder_;
   HWND window_;

@@ -2,10 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include "RegistryTree.h"
 #include "TestDialog.h"
 
 namespace resizable_test {
 namespace {
+
+constexpr wchar_t key_name[] = L"SOFTWARE\\A B\\C\\Windows Placement";
+constexpr wchar_t value_name[] = L"TestDialog";
 
 class DialogPlacement : public DialogFixture<IDD_SIZING_BORDER> {
  protected:
@@ -17,12 +21,7 @@ class DialogPlacement : public DialogFixture<IDD_SIZING_BORDER> {
     });
   }
 
-  bool is_stored() {
-    DWORD size = 0;
-    return RegGetValueW(HKEY_CURRENT_USER, L"SOFTWARE\\A B\\C\\Windows Placement", L"TestDialog", RRF_RT_REG_BINARY,
-                        nullptr, nullptr, &size) == ERROR_SUCCESS &&
-           size == 44;
-  }
+  static bool is_stored() { return test_support::registry_bytes(HKEY_CURRENT_USER, key_name, value_name).size() == 44; }
 
   const LONG caption = GetSystemMetrics(SM_CYCAPTION);
   RECT template_rect{};
@@ -92,9 +91,8 @@ TEST_F(DialogPlacement, TooSmallAStoredSizeIsHeldAtTheSmallest) {
   placement.showCmd = SW_SHOWNORMAL;
   for (const RECT tiny : {RECT{100, 100, 110, 110}, RECT{100, 100, 100, 100}, RECT{300, 300, 100, 100}}) {
     placement.rcNormalPosition = tiny;
-    ASSERT_EQ(RegSetKeyValueW(HKEY_CURRENT_USER, L"SOFTWARE\\A B\\C\\Windows Placement", L"TestDialog", REG_BINARY,
-                              &placement, sizeof placement),
-              ERROR_SUCCESS);
+    test_support::write_registry_value(HKEY_CURRENT_USER, key_name, value_name, REG_BINARY, &placement,
+                                       sizeof placement);
     open_restored();
     EXPECT_EQ(size(), smallest);
     destroy();

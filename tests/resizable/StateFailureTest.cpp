@@ -143,7 +143,7 @@ TEST_F(RegistryFailure, AtEveryStepOpensTheDialogAsLargeAsItIs) {
 }
 
 TEST_F(RegistryFailure, UnderAKeyThatKeepsNothingIsSilent) {
-  test_support::make_volatile_key(HKEY_CURRENT_USER, path);
+  test_support::create_volatile_key(HKEY_CURRENT_USER, path);
   EXPECT_FALSE(store());
   EXPECT_EQ(restore(), FALSE);
   EXPECT_EQ(keys_left_open(), 0);

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "RegistryTree.h"
 #include "ResizableState.h"
 #include "ScratchRoot.h"
 #include "TestWindows.h"
@@ -34,19 +35,14 @@ class PlacementTest : public testing::Test {
 
   /// Writes a value of any type and size where the placement is looked for.
   void write(DWORD type, const void* data, DWORD size) {
-    ASSERT_EQ(RegSetKeyValueW(HKEY_CURRENT_USER, key_name, value_name, type, data, size), ERROR_SUCCESS);
+    test_support::write_registry_value(HKEY_CURRENT_USER, key_name, value_name, type, data, size);
   }
 
   void write(const WINDOWPLACEMENT& placement) { write(REG_BINARY, &placement, sizeof placement); }
 
   /// The bytes of the stored value; none when it is missing or of another type.
-  std::vector<BYTE> stored_bytes() {
-    std::vector<BYTE> bytes(1000);
-    auto size = static_cast<DWORD>(bytes.size());
-    const LSTATUS status =
-        RegGetValueW(HKEY_CURRENT_USER, key_name, value_name, RRF_RT_REG_BINARY, nullptr, bytes.data(), &size);
-    bytes.resize(status == ERROR_SUCCESS ? size : 0);
-    return bytes;
+  static std::vector<BYTE> stored_bytes() {
+    return test_support::registry_bytes(HKEY_CURRENT_USER, key_name, value_name);
   }
 
   std::optional<WINDOWPLACEMENT> stored() {

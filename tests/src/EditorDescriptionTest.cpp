@@ -3,13 +3,7 @@
 namespace editor_test {
 namespace {
 
-const std::wstring day_piece = L" 第1 天， 当月";
 const std::wstring weekday_piece = L" 第1 星期一 ， 当月";
-
-std::wstring sentence(const std::wstring& offset, const std::wstring& day_type, const std::wstring& day,
-                      const std::wstring& direction) {
-  return L"合约换月于指定日前 " + offset + L" " + day_type + L"  指定日为" + day + L" 或者 " + direction + L" 交易日";
-}
 
 using EditorDescription = EditorTest;
 

@@ -1,6 +1,7 @@
 #include "EditorTest.h"
 
 namespace editor_test {
+
 bool Editor::handles(UINT message, WPARAM wParam, LPARAM lParam) const {
   LRESULT result = -1;
   const bool handled = dialog_.ProcessWindowMessage(window(), message, wParam, lParam, result) != FALSE;
@@ -10,6 +11,11 @@ bool Editor::handles(UINT message, WPARAM wParam, LPARAM lParam) const {
 
 bool Editor::handles_command(int id, int notification) const {
   return handles(WM_COMMAND, MAKEWPARAM(id, notification), reinterpret_cast<LPARAM>(item(id)));
+}
+
+std::wstring sentence(const std::wstring& offset, const std::wstring& day_type, const std::wstring& day,
+                      const std::wstring& direction) {
+  return L"合约换月于指定日前 " + offset + L" " + day_type + L"  指定日为" + day + L" 或者 " + direction + L" 交易日";
 }
 
 EditorTest::EditorTest() {

@@ -50,6 +50,12 @@ class Editor : public test_support::RuleEditor {
 inline constexpr char offset_is_not_the_spins[] =
     "ASSERT value == _spin.GetPos() | SpinControlHelper.cpp:* AdjustEditControl";
 
+/// The description that the editor shows, of the pieces that depend on the rule.
+std::wstring sentence(const std::wstring& offset, const std::wstring& day_type, const std::wstring& day,
+                      const std::wstring& direction);
+/// The piece of the first day of the contract month.
+inline constexpr wchar_t day_piece[] = L" 第1 天， 当月";
+
 /// A host that stores rule 5, and the editor on it.
 class EditorTest : public testing::Test {
  protected:

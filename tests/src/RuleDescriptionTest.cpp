@@ -7,33 +7,10 @@
 namespace zd_expiration_rule_plugin {
 namespace {
 
-RuleDescriptionTexts shipped_texts() {
-  return {L"合约换月于指定日前",
-          L"5",
-          L"交易日",
-          L"",
-          L"指定日为",
-          true,
-          L"第1",
-          L"天，",
-          L"当月",
-          L"第3",
-          L"星期五",
-          L"，",
-          L"下月",
-          L"或者",
-          L"前一个",
-          L"交易日"};
-}
-
 /// Texts that differ in every piece and every letter case.
 RuleDescriptionTexts lettered_texts() {
   return {L"Aa", L"Bb", L"Cc", L"Dd", L"Ee", true,  L"Ff", L"Gg",
           L"Hh", L"Ii", L"Jj", L"Kk", L"Ll", L"Mm", L"Nn", L"Oo"};
-}
-
-TEST(RuleDescription, ReadsAsTheExampleOfTheShippedTexts) {
-  EXPECT_EQ(L"合约换月于指定日前 5 交易日  指定日为 第1 天， 当月 或者 前一个 交易日", describe_rule(shipped_texts()));
 }
 
 struct Case {

@@ -1,5 +1,4 @@
 #include <windows.h>
-#include <comdef.h>
 #include <commctrl.h>
 #include <gmock/gmock.h>
 
@@ -10,6 +9,7 @@
 #include "ExpectedReports.h"
 #include "ModulePath.h"
 #include "SpinControlHelper.h"
+#include "ThrownBy.h"
 #include "resource.h"
 
 namespace zd_expiration_rule_plugin::ui_helper {
@@ -17,6 +17,7 @@ namespace {
 
 using test_support::combo_data;
 using test_support::combo_texts;
+using test_support::thrown_by;
 using test_support::window_text;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -39,17 +40,6 @@ HWND make_window(const Procedure& procedure) {
                               window_class.hInstance, nullptr);
   SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(&procedure));
   return window;
-}
-
-/// What `AdjustSpinControl` or `AdjustEditControl` throws, S_OK when it throws nothing.
-template <class Action>
-HRESULT thrown_by(const Action& action) {
-  try {
-    action();
-    return S_OK;
-  } catch (const _com_error& error) {
-    return error.Error();
-  }
 }
 
 class SpinControl : public testing::Test {

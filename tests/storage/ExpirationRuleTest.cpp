@@ -70,35 +70,26 @@ TEST_F(NewRuleRow, IsWrittenFurtherAfterAFieldThatFails) {
 class SavedRule : public StorageTest {
  protected:
   /// Each value is another one, which the host refuses.
-  SavedRule() {
-    rule.RuleName = L"CU";
-    rule.RollOffset = 110;
-    rule.DayType = 11;
-    rule.DayMode = 12;
-    rule.DayOfMonth = 113;
-    rule.DayMonth = 14;
-    rule.WeekOrdinal = 15;
-    rule.Weekday = 16;
-    rule.WeekdayMonth = 17;
-    rule.MoveToNextTradingDay = 18;
-  }
-
-  static ExpirationRule storable_rule() {
-    ExpirationRule storable;
-    storable.RuleName = L"IF";
-    storable.RollOffset = 99;
-    storable.DayType = 1;
-    storable.DayMode = 1;
-    storable.DayOfMonth = 31;
-    storable.DayMonth = 2;
-    storable.WeekOrdinal = 5;
-    storable.Weekday = 6;
-    storable.WeekdayMonth = 0;
-    storable.MoveToNextTradingDay = 1;
-    return storable;
-  }
-
-  ExpirationRule rule;
+  ExpirationRule rule{.RuleName = L"CU",
+                      .RollOffset = 110,
+                      .DayType = 11,
+                      .DayMode = 12,
+                      .DayOfMonth = 113,
+                      .DayMonth = 14,
+                      .WeekOrdinal = 15,
+                      .Weekday = 16,
+                      .WeekdayMonth = 17,
+                      .MoveToNextTradingDay = 18};
+  const ExpirationRule storable_rule{.RuleName = L"IF",
+                                     .RollOffset = 99,
+                                     .DayType = 1,
+                                     .DayMode = 1,
+                                     .DayOfMonth = 31,
+                                     .DayMonth = 2,
+                                     .WeekOrdinal = 5,
+                                     .Weekday = 6,
+                                     .WeekdayMonth = 0,
+                                     .MoveToNextTradingDay = 1};
 };
 
 TEST_F(SavedRule, IsAddedInTheOrderOfTheRecord) {
@@ -115,9 +106,9 @@ TEST_F(SavedRule, IsUpdatedUnderItsNumberInTheOrderOfTheRecord) {
 
 TEST_F(SavedRule, IsStoredUnderTheNumberThatTheHostGivesOrHas) {
   host.rules() = {{7, L"old"}};
-  EXPECT_EQ(S_OK, update_rule(block, 7, storable_rule()));
+  EXPECT_EQ(S_OK, update_rule(block, 7, storable_rule));
   EXPECT_THAT(host.rules(), ElementsAre(HostRule{7, L"IF", 99, 1, 1, 31, 2, 5, 6, 0, 1}));
-  rule = storable_rule();
+  rule = storable_rule;
   rule.RuleName = L"CU";
   long id = 0;
   EXPECT_EQ(S_OK, add_rule(block, rule, id));
@@ -132,7 +123,7 @@ TEST_F(SavedRule, KeepsTheNumberThatTheHostDoesNotSet) {
   EXPECT_EQ(-5, id);
 }
 
-TEST_F(SavedRule, AnswersTheResultOfTheService) {
+TEST_F(SavedRule, ReturnsTheResultOfTheService) {
   long id = 0;
   for (const HRESULT result : {E_ACCESSDENIED, S_FALSE}) {
     host.calls().fail("IkvExpirationRuleService::add_rule", {result});

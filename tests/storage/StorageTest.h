@@ -6,11 +6,13 @@
 #include "FieldIds.h"
 #include "FilledBlock.h"
 #include "RecordingHost.h"
+#include "ThrownBy.h"
 
 namespace storage_test {
 
 using test_support::Fault;
 using test_support::HostRow;
+using test_support::thrown_by;
 
 /// A host with an empty storage.
 class StorageTest : public testing::Test {
@@ -23,16 +25,5 @@ class StorageTest : public testing::Test {
   test_support::RecordingHost host;
   StorageBlock block = test_support::filled_block(host.storage());
 };
-
-/// The HRESULT that `action` throws as a `_com_error`, S_OK when it throws none.
-template <class Action>
-HRESULT thrown_by(const Action& action) {
-  try {
-    action();
-    return S_OK;
-  } catch (const _com_error& error) {
-    return error.Error();
-  }
-}
 
 }  // namespace storage_test

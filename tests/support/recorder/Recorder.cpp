@@ -61,6 +61,12 @@ std::vector<RecordedCommand> Recorder::processed(const std::wstring& kind) const
                 [&](const RecordedCommand& command) { return field_text(command, L"$Type") == kind; });
 }
 
+std::vector<std::wstring> Recorder::texts(const std::wstring& kind, const std::wstring& field) const {
+  std::vector<std::wstring> texts;
+  for (const RecordedCommand& record : processed(kind)) texts.push_back(field_text(record, field));
+  return texts;
+}
+
 std::vector<std::wstring> Recorder::words() const {
   std::vector<std::wstring> words;
   for (const RecordedCommand& command : commands()) words.push_back(command.word);

@@ -33,6 +33,8 @@ class Recorder {
   std::vector<RecordedCommand> commands(const std::wstring& word) const;
   /// The records that were sent with "PROCESS" and have the "$Type" `kind`.
   std::vector<RecordedCommand> processed(const std::wstring& kind) const;
+  /// The text of one field in each of these records; empty where it is missing.
+  std::vector<std::wstring> texts(const std::wstring& kind, const std::wstring& field) const;
   std::vector<std::wstring> words() const;
 
   /// The answer to a word from now on. A failing answer leaves the out parameter untouched unless `out` says more.

@@ -14,7 +14,7 @@ base::RegistryKey open_key(HKEY root, const std::wstring& path) {
   return key;
 }
 
-base::RegistryKey make_key(HKEY root, const std::wstring& path, DWORD options) {
+base::RegistryKey create_key(HKEY root, const std::wstring& path, DWORD options) {
   base::RegistryKey key;
   if (RegCreateKeyExW(root, path.c_str(), 0, nullptr, options, KEY_READ | KEY_WRITE, nullptr, key.put(), nullptr) !=
       ERROR_SUCCESS) {
@@ -63,15 +63,6 @@ void add_key(HKEY key, const std::wstring& path, RegistryTree& tree) {
   }
 }
 
-void write_value(HKEY root, const std::wstring& path, const std::wstring& name, DWORD type, const void* data,
-                 std::size_t size) {
-  const base::RegistryKey key = make_key(root, path, REG_OPTION_NON_VOLATILE);
-  if (RegSetValueExW(key.get(), name.c_str(), 0, type, static_cast<const BYTE*>(data), static_cast<DWORD>(size)) !=
-      ERROR_SUCCESS) {
-    throw std::runtime_error("a registry value cannot be written");
-  }
-}
-
 void add_missing(const wchar_t* mark, const RegistryTree& from, const RegistryTree& other,
                  std::vector<std::wstring>& lines) {
   for (const auto& [name, text] : from) {
@@ -109,14 +100,32 @@ std::wstring registry_text(HKEY root, const std::wstring& path, const std::wstri
   return text;
 }
 
+std::vector<BYTE> registry_bytes(HKEY root, const std::wstring& path, const std::wstring& name) {
+  std::vector<BYTE> bytes(65536);
+  auto size = static_cast<DWORD>(bytes.size());
+  const LSTATUS status =
+      RegGetValueW(root, path.c_str(), name.c_str(), RRF_RT_REG_BINARY, nullptr, bytes.data(), &size);
+  bytes.resize(status == ERROR_SUCCESS ? size : 0);
+  return bytes;
+}
+
+void write_registry_value(HKEY root, const std::wstring& path, const std::wstring& name, DWORD type, const void* data,
+                          std::size_t size) {
+  const base::RegistryKey key = create_key(root, path, REG_OPTION_NON_VOLATILE);
+  if (RegSetValueExW(key.get(), name.c_str(), 0, type, static_cast<const BYTE*>(data), static_cast<DWORD>(size)) !=
+      ERROR_SUCCESS) {
+    throw std::runtime_error("a registry value cannot be written");
+  }
+}
+
 void write_registry_text(HKEY root, const std::wstring& path, const std::wstring& name, const std::wstring& text) {
-  write_value(root, path, name, REG_SZ, text.c_str(), (text.size() + 1) * sizeof(wchar_t));
+  write_registry_value(root, path, name, REG_SZ, text.c_str(), (text.size() + 1) * sizeof(wchar_t));
 }
 
 void write_registry_number(HKEY root, const std::wstring& path, const std::wstring& name, DWORD number) {
-  write_value(root, path, name, REG_DWORD, &number, sizeof number);
+  write_registry_value(root, path, name, REG_DWORD, &number, sizeof number);
 }
 
-void make_volatile_key(HKEY root, const std::wstring& path) { make_key(root, path, REG_OPTION_VOLATILE); }
+void create_volatile_key(HKEY root, const std::wstring& path) { create_key(root, path, REG_OPTION_VOLATILE); }
 
 }  // namespace test_support
