@@ -58,7 +58,7 @@ set(ZD_PLATFORM_HEADERS
     <utility>
     <vector>)
 zd_add_precompiled_headers(platform_headers ${ZD_PLATFORM_HEADERS})
-# What the components of a folder use; the tests' folder names another set.
+# What the components of a folder use; the module's components and the tests' folder name other sets.
 set(ZD_PRECOMPILED_HEADERS platform_headers)
 
 # zd_add_component(name SOURCES ... USES ... [PORTABLE]): a static library of this folder's sources; USES are the components

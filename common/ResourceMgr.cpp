@@ -34,6 +34,7 @@ HINSTANCE CCommonRes::instance() const noexcept {
 std::wstring GetString(const unsigned int id) {
   // The holder may report when it is destroyed: the client must be made before it, to be destroyed after it.
   SnagtrapUtil::prepare_reports();
+  // Texts are asked for on the host's UI thread only.
   static CCommonRes shared;
   static bool loading_begun = false;
   // A module that is missing is reported, which may let messages through, and with them the host's next call: it must

@@ -177,6 +177,7 @@ SnagtrapClient& snagtrap_client() {
   static SRWLOCK creation = SRWLOCK_INIT;
   wait_for_global_event();
   const base::ScopedExclusiveLock lock(creation);
+  // The lock lets one thread at a time come here.
   static SnagtrapClient client;
   return client;
 }

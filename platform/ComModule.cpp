@@ -3,6 +3,7 @@
 namespace platform {
 
 ComModule& ComModule::instance() noexcept {
+  // DllMain asks for it first, while the loader keeps every other thread out of this module.
   static ComModule module;
   return module;
 }

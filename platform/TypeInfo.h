@@ -5,6 +5,8 @@
 #include <ocidl.h>
 #include <oleauto.h>
 
+#include "ScopedLock.h"
+
 namespace platform {
 
 /// Clears the thread's error information at its begin and its end. Methods that set none of their own hold one: the
@@ -41,7 +43,10 @@ class TypeInfo {
 /// The one description of a type, loaded on first use and kept until the module unloads.
 template <class Type, const GUID& library>
 const TypeInfo& type_info() noexcept {
-  static const TypeInfo info(library, __uuidof(Type));
+  static SRWLOCK loading = SRWLOCK_INIT;
+  const base::ScopedExclusiveLock lock(loading);
+  // Objects of several apartments share it; the lock lets one thread at a time come here.
+  static const TypeInfo info(library, __uuidof(Type));  // NOLINT(bugprone-dynamic-static-initializers)
   return info;
 }
 

@@ -2,6 +2,7 @@
 
 #include "FailingMemory.h"
 #include "FaultsTest.h"
+#include "RuntimeKind.h"
 #include "SystemScenarios.h"
 
 namespace faults_test {
@@ -11,7 +12,7 @@ using test_support::FailingMemory;
 using test_support::FaultDuration;
 using test_support::Memory;
 
-class FirstUseMemory : public testing::TestWithParam<SystemScenario> {
+class FirstUse : public testing::TestWithParam<SystemScenario> {
  protected:
   void SetUp() override {
     play_without(0, FaultDuration::once);
@@ -30,6 +31,7 @@ class FirstUseMemory : public testing::TestWithParam<SystemScenario> {
 
   test_support::ScratchRoot user_{HKEY_CURRENT_USER};
 };
+using FirstUseMemory = test_support::NeedsReplacedRuntime<FirstUse>;
 
 TEST_P(FirstUseMemory, LeadsToTheDocumentedResultAndTearsNothing) {
   EXPECT_GT(fail_each_call_of(GetParam().name, "allocations", play_without), 0u);

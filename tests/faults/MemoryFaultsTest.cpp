@@ -2,6 +2,7 @@
 
 #include "FailingMemory.h"
 #include "FaultsTest.h"
+#include "RuntimeKind.h"
 
 namespace faults_test {
 namespace {
@@ -11,7 +12,7 @@ using test_support::FaultDuration;
 using test_support::RecordingHost;
 using testing::AnyOf;
 
-class MemoryFaults : public FaultsTest {
+class MemoryFaults : public test_support::NeedsReplacedRuntime<FaultsTest> {
  protected:
   /// Plays the scenario without one allocation, or without it and all that follow. Returns what failed.
   std::optional<std::string> play_without(std::size_t number, FaultDuration duration) {

@@ -2,6 +2,7 @@
 #include "FailingMemory.h"
 #include "FaultLoop.h"
 #include "ModuleTest.h"
+#include "RuntimeKind.h"
 
 namespace module_test {
 namespace {
@@ -9,7 +10,7 @@ namespace {
 using test_support::DialogDriver;
 using test_support::FailingMemory;
 
-class MemoryTest : public HostedTest {
+class MemoryTest : public test_support::NeedsReplacedRuntime<HostedTest> {
  protected:
   MemoryTest() { host_.rules() = {{7, L"IF"}}; }
 

@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <atomic>
 #include <functional>
 #include <utility>
 
@@ -10,8 +11,8 @@
 namespace test_support {
 
 /// While it lives, a module's calls of one imported function are counted and may run a function of the test instead:
-/// that is how a system call fails on demand. Probes of one function nest; UI thread only. Declared with
-/// ZD_IMPORT_PROBE.
+/// that is how a system call fails on demand. Probes of one function nest; they are created and destroyed on one
+/// thread, and any thread may call. Declared with ZD_IMPORT_PROBE.
 template <FunctionName name, class Pointer>
 class ImportProbe;
 
@@ -60,7 +61,7 @@ class ImportProbe<name, Result(WINAPI*)(Arguments...)> {
   inline static ImportProbe* active_ = nullptr;
 
   Function replacement_;
-  int calls_ = 0;
+  std::atomic<int> calls_ = 0;
   Activation activation_{this};
   ImportPatch patch_;
 };

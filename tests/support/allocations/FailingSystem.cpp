@@ -124,8 +124,6 @@ const std::vector<ReplacedFunction>& failing_functions() {
       ZD_FAILING(LoadTypeLibEx, TYPE_E_CANTLOADLIBRARY),
       ZD_FAILING(InitializeCriticalSectionAndSpinCount, FALSE),
       ZD_FAILING(OpenEventW, nullptr),
-      ZD_FAILING(FlsSetValue, FALSE),
-      ZD_FAILING(HeapAlloc, nullptr),
   };
   return all;
 }
