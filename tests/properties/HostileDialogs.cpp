@@ -14,10 +14,14 @@ constexpr long largest_offset = 99;
 constexpr long not_chosen = -1;
 constexpr unsigned longest_name = 2000;
 
-/// Whether a unit belongs to Arabic or a script beside it: the edit controls of the test platform crash when they shape
-/// some of its nonsense, for example U+0651 before U+FEEF. Texts that no control shows have these units as well.
+/// Whether a unit belongs to a script whose marks are placed by its font, from Hebrew to Myanmar, from the Philippines
+/// to India and beyond: the edit controls of the test platform crash when they shape some of its nonsense, for example
+/// U+0651 before U+FEEF, or U+0ECA after a unit of another script. Texts that no control shows have these units as
+/// well.
 bool is_shaped(wchar_t unit) {
-  return (unit >= 0x0590 && unit <= 0x08FF) || (unit >= 0xFB1D && unit <= 0xFDFF) || (unit >= 0xFE70 && unit <= 0xFEFF);
+  return (unit >= 0x0300 && unit <= 0x036F) || (unit >= 0x0590 && unit <= 0x109F) ||
+         (unit >= 0x1700 && unit <= 0x1CFF) || (unit >= 0xA800 && unit <= 0xABFF) ||
+         (unit >= 0xFB1D && unit <= 0xFDFF) || (unit >= 0xFE70 && unit <= 0xFEFF);
 }
 
 std::wstring without_nulls(std::wstring text) {
