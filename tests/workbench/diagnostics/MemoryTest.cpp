@@ -1,27 +1,31 @@
 #include "FailingMemory.h"
 #include "FaultLoop.h"
 #include "LibraryTest.h"
+#include "RuntimeKind.h"
 
 namespace snagtrap_test {
 namespace {
 
 using test_support::FailingMemory;
+using test_support::FaultDuration;
 using test_support::Memory;
 
-class WithoutMemory : public LibraryTest {};
+class WithoutMemory : public test_support::NeedsReplacedRuntime<LibraryTest> {};
 
 TEST_F(WithoutMemory, ReportFailsAndTheHostGoesOn) {
   const DebugObjectPtr inner = report(L"ERROR");
-  const std::size_t failed = test_support::fail_each_allocation([&](std::size_t number) {
-    const DebugObjectPtr record = report(L"ASSERT");
-    set_object(*record, L"Inner", inner.get());
-    FailingMemory memory(library(), number, Memory::blocks);
-    const HRESULT result = command(L"PROCESS", record.get());
-    memory.clear_faults();
-    EXPECT_EQ(result, memory.has_failed() ? E_OUTOFMEMORY : S_OK);
-    return memory.has_failed();
-  });
-  EXPECT_GT(failed, 10u);
+  for (const FaultDuration duration : {FaultDuration::once, FaultDuration::lasting}) {
+    const std::size_t failed = test_support::fail_each_allocation([&](std::size_t number) {
+      const DebugObjectPtr record = report(L"ASSERT");
+      set_object(*record, L"Inner", inner.get());
+      FailingMemory memory(library(), number, Memory::blocks, duration);
+      const HRESULT result = command(L"PROCESS", record.get());
+      memory.clear_faults();
+      EXPECT_EQ(result, memory.has_failed() ? E_OUTOFMEMORY : S_OK);
+      return memory.has_failed();
+    });
+    EXPECT_GT(failed, 10u);
+  }
   EXPECT_FALSE(folder.lines().empty()) << "each line is whole or absent";
 }
 
