@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "Depth.h"
 #include "HostileDialogs.h"
 #include "resource.h"
 
@@ -44,7 +45,7 @@ class HostileNumbers : public HostileDialogs {
 };
 
 TEST_F(HostileNumbers, AreShownAsStoredAndSavedAsTheControlsHoldThem) {
-  for (int round = 0; round < 150; ++round) {
+  for (int round = 0; round < test_support::repetitions(150, 15); ++round) {
     SCOPED_TRACE(random.trace(round));
     const HostRule rule = any_rule(random.below(2) ? LONG_MAX : 1);
     const HostRule other = any_rule(2);
@@ -65,7 +66,7 @@ TEST_F(HostileNumbers, AreShownAsStoredAndSavedAsTheControlsHoldThem) {
 }
 
 TEST_F(HostileNumbers, AreLeftAloneByCancel) {
-  for (int round = 0; round < 30; ++round) {
+  for (int round = 0; round < test_support::repetitions(30, 6); ++round) {
     SCOPED_TRACE(random.trace(round));
     host.rules() = {any_rule(LONG_MIN), any_rule(-1), any_rule(LONG_MAX)};
     const auto before = host.rules();
@@ -77,7 +78,7 @@ TEST_F(HostileNumbers, AreLeftAloneByCancel) {
 }
 
 TEST_F(HostileNumbers, NameTheRulesOfTheListOfWhichOnlyThoseAboveZeroCanBeChanged) {
-  for (int round = 0; round < 5; ++round) {
+  for (int round = 0; round < test_support::repetitions(5, 1); ++round) {
     SCOPED_TRACE(random.trace(round));
     host.rules().clear();
     for (int count = 0; count < 20; ++count) host.rules().push_back(any_rule(random.number()));

@@ -1,5 +1,6 @@
 #include <cstring>
 
+#include "Depth.h"
 #include "GuardedBytes.h"
 #include "HostileDialogs.h"
 
@@ -62,7 +63,7 @@ class HostileListPlacement : public HostileDialogs {
 };
 
 TEST_F(HostileListPlacement, OpensTheDialogWithinReachAndIsReplacedByASoundOne) {
-  for (int round = 0; round < 100 && !HasFailure(); ++round) {
+  for (int round = 0; round < test_support::repetitions(100, 10) && !HasFailure(); ++round) {
     SCOPED_TRACE(random.trace(round));
     store(any_record());
     list(expect_within_reach);

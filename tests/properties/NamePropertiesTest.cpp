@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "Controls.h"
+#include "Depth.h"
 #include "HostileDialogs.h"
 #include "ImportProbe.h"
 #include "RuleName.h"
@@ -113,7 +114,7 @@ class HostileNames : public HostileDialogs {
 };
 
 TEST_F(HostileNames, AreListedUpToTheirFirstNull) {
-  for (int round = 0; round < 10; ++round) {
+  for (int round = 0; round < test_support::repetitions(10, 2); ++round) {
     SCOPED_TRACE(random.trace(round));
     store_any_rules(200);
     std::vector<RuleList::Row> rows;
@@ -128,7 +129,7 @@ TEST_F(HostileNames, AreListedUpToTheirFirstNull) {
 TEST_F(HostileNames, AreShownInTheQuestionAndInTheRefusalOfADelete) {
   int questions = 0;
   int refusals = 0;
-  for (int round = 0; round < 30; ++round) {
+  for (int round = 0; round < test_support::repetitions(30, 12); ++round) {
     SCOPED_TRACE(random.trace(round));
     store_any_rules(10);
     list([&](HWND window) {
@@ -175,7 +176,7 @@ TEST_F(HostileNames, StandInARealMessageBoxAsTheyAre) {
 
 TEST_F(HostileNames, DoNotKeepTheRightRuleFromBeingDeleted) {
   boxes->answer = IDYES;
-  for (int round = 0; round < 50; ++round) {
+  for (int round = 0; round < test_support::repetitions(50, 8); ++round) {
     SCOPED_TRACE(random.trace(round));
     store_any_rules(5);
     host.rules().push_back({6, similar_name(name_of(1))});
@@ -194,7 +195,7 @@ TEST_F(HostileNames, DoNotKeepTheRightRuleFromBeingDeleted) {
 
 TEST_F(HostileNames, AreShownAndSavedByTheEditorUpToTheirFirstNullOrRefused) {
   std::set<std::wstring> said;
-  for (int round = 0; round < 150; ++round) {
+  for (int round = 0; round < test_support::repetitions(150, 50); ++round) {
     SCOPED_TRACE(random.trace(round));
     std::wstring name = random.below(2) ? any_name() : allowed_name() + (random.below(2) ? any_text(5) : L"");
     std::wstring other = similar_name(name);

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "ComStrings.h"
+#include "Depth.h"
 #include "ExpirationRule.h"
 #include "RandomCases.h"
 #include "StorageTest.h"
@@ -30,7 +31,7 @@ class RuleProperties : public storage_test::StorageTest {
 };
 
 TEST_F(RuleProperties, AnyNameAndAnyNumbersReachTheHostUnchangedAsANewRule) {
-  for (int round = 0; round < 1000; ++round) {
+  for (int round = 0; round < test_support::repetitions(1000, 100); ++round) {
     SCOPED_TRACE(random.trace(round));
     auto [rule, expected] = any_rule();
     host.saves().clear();
@@ -41,7 +42,7 @@ TEST_F(RuleProperties, AnyNameAndAnyNumbersReachTheHostUnchangedAsANewRule) {
 }
 
 TEST_F(RuleProperties, AnyNameAndAnyNumbersReachTheHostUnchangedForTheRuleWithAnyNumber) {
-  for (int round = 0; round < 1000; ++round) {
+  for (int round = 0; round < test_support::repetitions(1000, 100); ++round) {
     SCOPED_TRACE(random.trace(round));
     auto [rule, expected] = any_rule();
     expected.id = random.number();

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "Depth.h"
 #include "RandomCases.h"
 #include "RuleDescription.h"
 #include "RuleName.h"
@@ -12,7 +13,7 @@ using namespace zd_expiration_rule_plugin;
 
 TEST(TextProperties, ANameIsRefusedExactlyWhenOneOfItsUnitsIs) {
   test_support::RandomCases random;
-  for (int number = 0; number < 5000; ++number) {
+  for (int number = 0; number < test_support::repetitions(5000, 500); ++number) {
     SCOPED_TRACE(random.trace(number));
     const std::wstring name = random.text(40);
     const bool any = std::any_of(name.begin(), name.end(), [](wchar_t unit) {
@@ -24,7 +25,7 @@ TEST(TextProperties, ANameIsRefusedExactlyWhenOneOfItsUnitsIs) {
 
 TEST(TextProperties, TheSentenceKeepsEveryUnitOfItsTexts) {
   test_support::RandomCases random;
-  for (int number = 0; number < 5000; ++number) {
+  for (int number = 0; number < test_support::repetitions(5000, 500); ++number) {
     SCOPED_TRACE(random.trace(number));
     RuleDescriptionTexts texts;
     texts.offset = random.text(40);
