@@ -129,9 +129,10 @@ summarise() {
   run "$1" "$tools/summarise-tests" "$BATS_TEST_TMPDIR/log"
 }
 
-@test "the summary counts tests, names those that failed, and fails with them" {
+@test "the summary counts tests, names those that failed and says how many were not run, and fails with them" {
   summarise -1 <<'END'
 1/4 Testing: list
+2 skipped
 12 passed, 0 failed
 Test Passed.
 2/4 Testing: editor
@@ -146,6 +147,7 @@ Test Failed.
 Test Passed.
 End testing: now
 END
+  expect '^NOT RUN: 2 tests of list$'
   expect '^FAILED: editor$'
   expect '^    Editor.Saves crashed$'
   expect '^    not ok 2 other$'
