@@ -28,10 +28,11 @@ class ScopedFlag {
 
 }  // namespace
 
-Application::Application(std::shared_ptr<RuleStore> store, std::wstring store_path)
+Application::Application(std::shared_ptr<RuleStore> store, std::wstring store_path, FileDialogs file_dialogs)
     : store_(std::move(store)),
       store_path_(std::move(store_path)),
       window_(events()),
+      schedule_commands_(*store_, window_, std::move(file_dialogs), [this](long number) { open_rule(number); }),
       menu_(std::make_shared<MainMenu>(GetMenu(window_.handle()), menus_after_those_of_plugins, targets_,
                                        [this] { DrawMenuBar(window_.handle()); })),
       hot_keys_(std::make_shared<HotKeys>(targets_)),
@@ -84,6 +85,7 @@ void Application::run(long shown_rule) {
 MainWindowEvents Application::events() {
   return {.open_rule = [this](long number) { open_rule(number); },
           .run_command = [this](long id) { run_command(id); },
+          .run_schedule_command = [this](UINT id) { schedule_commands_.run(id); },
           .refresh =
               [this] {
                 if (refresh_panes()) window_.show_message(text(IDS_REFRESHED));
@@ -112,7 +114,7 @@ void Application::subscribe_to_store() {
 
 bool Application::refresh_panes() {
   try {
-    window_.show(store_->load_rules(), store_->load_settings());
+    window_.show(store_->load_rules(), store_->load_settings(), store_->load_calendars());
     return true;
   } catch (const StoreError& error) {
     window_.show_message(text(IDS_STORE_NOT_READ, {store_message(error)}));

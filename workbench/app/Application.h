@@ -13,6 +13,7 @@
 #include "MainWindow.h"
 #include "PluginHost.h"
 #include "RuleStore.h"
+#include "ScheduleCommands.h"
 
 namespace workbench {
 
@@ -21,7 +22,8 @@ namespace workbench {
 class Application {
  public:
   /// `store` is the open store in the file `store_path`, which is shown to the user.
-  Application(std::shared_ptr<RuleStore> store, std::wstring store_path);
+  Application(std::shared_ptr<RuleStore> store, std::wstring store_path,
+              FileDialogs file_dialogs = system_file_dialogs());
   Application(const Application&) = delete;
   Application& operator=(const Application&) = delete;
   ~Application();
@@ -61,6 +63,7 @@ class Application {
   StoreSubscription subscription_;
   CommandTargets targets_;
   MainWindow window_;
+  ScheduleCommands schedule_commands_;
   std::shared_ptr<MainMenu> menu_;
   std::shared_ptr<HotKeys> hot_keys_;
   HostClasses classes_;

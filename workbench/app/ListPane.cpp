@@ -9,7 +9,6 @@ namespace workbench {
 
 namespace {
 
-constexpr COLORREF marked_row_color = RGB(192, 0, 0);
 constexpr DWORD list_style = WS_CHILD | WS_VISIBLE | WS_TABSTOP | WS_BORDER | LVS_REPORT | LVS_OWNERDATA |
                              LVS_SINGLESEL | LVS_SHOWSELALWAYS | LVS_NOSORTHEADER;
 constexpr DWORD list_extended_style = LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER | LVS_EX_LABELTIP;
@@ -32,17 +31,29 @@ ListPane::ListPane(HWND parent, UINT id, UINT heading, std::span<const ListColum
       heading_(create_child(parent, 0, WC_STATICW, WS_CHILD | WS_VISIBLE | SS_LEFT | SS_CENTERIMAGE, text(heading))),
       list_(create_child(parent, id, WC_LISTVIEWW, list_style, text(heading))) {
   ListView_SetExtendedListViewStyle(list_, list_extended_style);
+  insert_columns();
+}
+
+void ListPane::insert_columns() {
   for (size_t index = 0; index < columns_.size(); ++index) {
     std::wstring title = text(columns_[index].title);
     LVCOLUMNW column{};
-    column.mask = LVCF_TEXT | LVCF_FMT;
+    column.mask = LVCF_TEXT | LVCF_FMT | LVCF_WIDTH;
+    column.cx = MulDiv(columns_[index].width, dpi_, USER_DEFAULT_SCREEN_DPI);
     column.fmt = columns_[index].alignment;
     column.pszText = title.data();
     ListView_InsertColumn(list_, static_cast<int>(index), &column);
   }
 }
 
+void ListPane::use_columns(std::span<const ListColumn> columns) {
+  while (ListView_DeleteColumn(list_, 0)) continue;
+  columns_ = columns;
+  insert_columns();
+}
+
 void ListPane::use_font(HFONT font, int dpi) {
+  dpi_ = dpi;
   for (HWND window : {heading_, list_}) SendMessageW(window, WM_SETFONT, reinterpret_cast<WPARAM>(font), TRUE);
   for (size_t index = 0; index < columns_.size(); ++index)
     ListView_SetColumnWidth(list_, static_cast<int>(index),
@@ -60,7 +71,7 @@ void ListPane::show_rows(size_t count, int selected) {
   InvalidateRect(list_, nullptr, FALSE);
 }
 
-bool ListPane::is_marked(size_t) const { return false; }
+std::optional<COLORREF> ListPane::row_color(size_t) const { return std::nullopt; }
 
 LRESULT ListPane::notify(NMHDR& notification) {
   switch (notification.code) {
@@ -100,8 +111,8 @@ LRESULT ListPane::draw(NMLVCUSTOMDRAW& request) const {
     case CDDS_PREPAINT:
       return CDRF_NOTIFYITEMDRAW;
     case CDDS_ITEMPREPAINT:
-      if (request.nmcd.dwItemSpec < row_count_ && is_marked(request.nmcd.dwItemSpec))
-        request.clrText = marked_row_color;
+      if (request.nmcd.dwItemSpec < row_count_)
+        request.clrText = row_color(request.nmcd.dwItemSpec).value_or(request.clrText);
       return CDRF_DODEFAULT;
     default:
       return CDRF_DODEFAULT;

@@ -3,6 +3,7 @@
 #include <windows.h>
 #include <commctrl.h>
 
+#include <optional>
 #include <span>
 #include <string>
 
@@ -42,16 +43,25 @@ class ListPane {
   void show_rows(size_t count, int selected);
 
   virtual std::wstring cell(size_t row, size_t column) const = 0;
-  /// Whether something is wrong with a row, so that it stands out.
-  virtual bool is_marked(size_t row) const;
+  /// The colour of a row's text if it is another than usual.
+  virtual std::optional<COLORREF> row_color(size_t row) const;
+  /// The colour of rows with which something is wrong.
+  static constexpr COLORREF marked_row_color = RGB(192, 0, 0);
+
+  /// The column at this index.
+  const ListColumn& column_at(size_t index) const { return columns_[index]; }
+  /// Puts these columns in the place of those that there are.
+  void use_columns(std::span<const ListColumn> columns);
 
  private:
+  void insert_columns();
   void fill_cell(NMLVDISPINFOW& request) const;
   LRESULT find_row(const NMLVFINDITEMW& request) const;
   LRESULT draw(NMLVCUSTOMDRAW& request) const;
 
   std::span<const ListColumn> columns_;
   size_t row_count_ = 0;
+  int dpi_ = USER_DEFAULT_SCREEN_DPI;
   HWND heading_;
   HWND list_;
 };

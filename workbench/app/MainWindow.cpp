@@ -3,10 +3,12 @@
 #include <commctrl.h>
 #include <windowsx.h>
 
+#include <algorithm>
 #include <utility>
 
 #include "CommandTargets.h"
 #include "ModulePath.h"
+#include "ScheduleConversion.h"
 #include "Texts.h"
 #include "UiLanguage.h"
 #include "resource.h"
@@ -19,7 +21,7 @@ constexpr wchar_t class_name[] = L"zdExpirationRulesWorkbench";
 constexpr UINT run_posted_message = WM_APP;
 constexpr UINT_PTR clock_timer = 1;
 constexpr UINT clock_period_ms = 1000;
-constexpr SIZE first_size{860, 640};  // at 96 dpi
+constexpr SIZE first_size{1250, 880};  // at 96 dpi
 
 HICON load_icon() {
   return static_cast<HICON>(LoadImageW(base::module_instance(), MAKEINTRESOURCEW(IDI_WORKBENCH), IMAGE_ICON, 0, 0,
@@ -55,10 +57,16 @@ MainWindow::MainWindow(MainWindowEvents events) : events_(std::move(events)) {
   move_to_first_place();
 }
 
-void MainWindow::show(std::vector<StoredRule> rules, std::vector<StoredSetting> settings) {
+void MainWindow::show(std::vector<StoredRule> rules, std::vector<StoredSetting> settings,
+                      const std::vector<StoredCalendar>& calendars) {
+  ScheduleData data = schedule_data(rules, settings, calendars);
   status_->show_rule_count(rules.size());
+  showing_ = true;
   settings_->show(std::move(settings), rules);
   rules_->show(std::move(rules));
+  showing_ = false;
+  schedule_->show_data(std::move(data));
+  show_selected();
 }
 
 void MainWindow::post(std::function<void()> task) {
@@ -71,6 +79,11 @@ bool MainWindow::try_show_box(const std::wstring& message, UINT icon) {
   if (!owner || !IsWindowEnabled(owner)) return false;
   MessageBoxW(owner, message.c_str(), text(IDS_TITLE).c_str(), MB_OK | icon);
   return true;
+}
+
+bool MainWindow::ask(const std::wstring& question) {
+  return MessageBoxW(GetLastActivePopup(handle()), question.c_str(), text(IDS_TITLE).c_str(),
+                     MB_YESNO | MB_ICONQUESTION | MB_DEFBUTTON2) == IDYES;
 }
 
 LRESULT MainWindow::handle_message(UINT message, WPARAM wparam, LPARAM lparam) {
@@ -86,6 +99,11 @@ LRESULT MainWindow::handle_message(UINT message, WPARAM wparam, LPARAM lparam) {
       return on_dpi_changed(LOWORD(wparam), *reinterpret_cast<const RECT*>(lparam));
     case WM_SETTINGCHANGE:
       use_resolution(dpi_);
+      return 0;
+    case WM_ACTIVATE:
+      return on_activate(LOWORD(wparam) != WA_INACTIVE);
+    case WM_INITMENUPOPUP:
+      update_menu(reinterpret_cast<HMENU>(wparam));
       return 0;
     case WM_SETFOCUS:
       SetFocus(last_focus_);
@@ -106,7 +124,7 @@ LRESULT MainWindow::handle_message(UINT message, WPARAM wparam, LPARAM lparam) {
       ReleaseCapture();
       return 0;
     case WM_CAPTURECHANGED:
-      drag_offset_.reset();
+      drag_.reset();
       return 0;
     case WM_TIMER:
       events_.on_timer();
@@ -140,6 +158,7 @@ void MainWindow::message_failed() noexcept {
 LRESULT MainWindow::on_create() {
   rules_.emplace(handle());
   settings_.emplace(handle());
+  schedule_.emplace(handle(), IDC_SCHEDULE_PANE, local_today());
   status_.emplace(handle(), IDC_STATUS_BAR);
   last_focus_ = rules_->list();
   use_resolution(static_cast<int>(GetDpiForWindow(handle())));
@@ -159,25 +178,29 @@ LRESULT MainWindow::on_command(WORD id) {
       events_.refresh();
       return 0;
     case IDM_NEXT_PANE:
-      focus_next_pane();
+    case IDM_PREVIOUS_PANE:
+      focus_next(id == IDM_PREVIOUS_PANE);
       return 0;
     case IDM_ABOUT:
       events_.about();
       return 0;
     default:
+      if (id >= IDM_FIRST_SCHEDULE_COMMAND && id <= IDM_LAST_SCHEDULE_COMMAND) events_.run_schedule_command(id);
       if (id >= CommandTargets::first_id && id <= CommandTargets::last_id) events_.run_command(id);
       return 0;
   }
 }
 
 LRESULT MainWindow::on_notify(NMHDR& notification) {
-  if (notification.code == NM_SETFOCUS) last_focus_ = notification.hwndFrom;
+  follow_selection(notification.idFrom, notification.code);
   switch (notification.idFrom) {
     case IDC_RULES:
       if (notification.code == NM_DBLCLK) open_rule(reinterpret_cast<const NMITEMACTIVATE&>(notification).iItem);
       if (notification.code == NM_RETURN) open_rule(rules_->focused_row());
       return rules_->notify(notification);
     case IDC_SETTINGS:
+      if (notification.code == NM_DBLCLK || notification.code == NM_RETURN)
+        events_.run_schedule_command(IDM_EDIT_SETTING);
       return settings_->notify(notification);
     default:
       return 0;
@@ -216,23 +239,32 @@ bool MainWindow::set_splitter_cursor() {
   POINT cursor{};
   GetCursorPos(&cursor);
   ScreenToClient(handle(), &cursor);
-  const RECT splitter = layout().splitter;
-  if (!PtInRect(&splitter, cursor)) return false;
-  SetCursor(LoadCursorW(nullptr, IDC_SIZENS));
+  const FrameLayout places = layout();
+  const bool rows = PtInRect(&places.splitter, cursor);
+  if (!rows && !PtInRect(&places.column_splitter, cursor)) return false;
+  SetCursor(LoadCursorW(nullptr, rows ? IDC_SIZENS : IDC_SIZEWE));
   return true;
 }
 
 LRESULT MainWindow::on_button_down(POINT cursor) {
-  const RECT splitter = layout().splitter;
-  if (!PtInRect(&splitter, cursor)) return 0;
-  SetCapture(handle());
-  drag_offset_ = cursor.y - splitter.top;
+  const FrameLayout places = layout();
+  if (PtInRect(&places.splitter, cursor)) {
+    SetCapture(handle());
+    drag_ = {.columns = false, .offset = cursor.y - places.splitter.top};
+  } else if (PtInRect(&places.column_splitter, cursor)) {
+    SetCapture(handle());
+    drag_ = {.columns = true, .offset = cursor.x - places.column_splitter.left};
+  }
   return 0;
 }
 
 LRESULT MainWindow::on_mouse_move(POINT cursor) {
-  if (!drag_offset_) return 0;
-  split_ = split_for(cursor.y - *drag_offset_, client_size(), metrics());
+  if (!drag_) return 0;
+  if (drag_->columns) {
+    splits_.columns = column_split_for(cursor.x - drag_->offset, client_size(), metrics());
+  } else {
+    splits_.rows = split_for(cursor.y - drag_->offset, client_size(), metrics());
+  }
   lay_out();
   return 0;
 }
@@ -247,6 +279,7 @@ void MainWindow::use_resolution(int dpi) {
   base::Font font = message_font(dpi);
   rules_->use_font(font.get(), dpi);
   settings_->use_font(font.get(), dpi);
+  schedule_->use_font(font.get(), dpi);
   status_->use_font(font.get());
   font_ = std::move(font);
   lay_out();
@@ -265,11 +298,12 @@ void MainWindow::move_to_first_place() {
 void MainWindow::lay_out() {
   status_->follow_parent(client_size().cx, dpi_);
   const FrameLayout places = layout();
-  HDWP batch = BeginDeferWindowPos(4);
+  HDWP batch = BeginDeferWindowPos(5);
   batch = defer(batch, rules_->heading(), places.rules_heading);
   batch = defer(batch, rules_->list(), places.rules);
   batch = defer(batch, settings_->heading(), places.settings_heading);
   batch = defer(batch, settings_->list(), places.settings);
+  batch = defer(batch, schedule_->handle(), places.schedule);
   if (batch) EndDeferWindowPos(batch);
 }
 
@@ -284,7 +318,53 @@ void MainWindow::run_posted() {
   task();
 }
 
-void MainWindow::focus_next_pane() { SetFocus(GetFocus() == rules_->list() ? settings_->list() : rules_->list()); }
+/// The windows with a keyboard focus in the order of the Tab key, from the one that has it.
+void MainWindow::focus_next(bool backwards) {
+  std::vector<HWND> order{rules_->list(), settings_->list()};
+  for (HWND window : schedule_->focus_order()) order.push_back(window);
+  if (backwards) std::ranges::reverse(order);
+  HWND focus = GetFocus();
+  const auto current =
+      std::ranges::find_if(order, [&](HWND window) { return window == focus || IsChild(window, focus); });
+  SetFocus(current == order.end() || current + 1 == order.end() ? order.front() : *(current + 1));
+}
+
+/// What has the focus when the user goes to another window gets it back afterwards.
+LRESULT MainWindow::on_activate(bool active) {
+  if (active) {
+    SetFocus(last_focus_);
+  } else if (HWND focus = GetFocus(); IsChild(handle(), focus)) {
+    last_focus_ = focus;
+  }
+  return 0;
+}
+
+/// The schedule is that of the list that had the focus last.
+void MainWindow::follow_selection(UINT_PTR list, UINT code) {
+  if (list != IDC_RULES && list != IDC_SETTINGS) return;
+  const bool is_setting = list == IDC_SETTINGS;
+  if (code == NM_SETFOCUS) setting_is_subject_ = is_setting;
+  const bool selected = code == LVN_ITEMCHANGED && is_setting == setting_is_subject_;
+  if (!showing_ && (code == NM_SETFOCUS || selected)) show_selected();
+}
+
+void MainWindow::show_selected() {
+  if (setting_is_subject_) {
+    schedule_->select_setting(focused_setting());
+  } else {
+    schedule_->select_rule(rules_->number_at(rules_->focused_row()));
+  }
+}
+
+void MainWindow::update_menu(HMENU menu) {
+  const auto enable = [&](UINT id, bool enabled) { EnableMenuItem(menu, id, enabled ? MF_ENABLED : MF_GRAYED); };
+  enable(IDM_EDIT_SETTING, focused_setting() != 0);
+  enable(IDM_DELETE_SETTING, focused_setting() != 0);
+  for (const UINT id : {IDM_COPY_SCHEDULE, IDM_EXPORT_CSV, IDM_EXPORT_ICALENDAR, IDM_EXPORT_HTML})
+    enable(id, !schedule_->schedule().lines.empty());
+  enable(IDM_DISMISS, schedule_->compares());
+  CheckMenuItem(menu, IDM_ESTIMATES, schedule_->shows_estimates() ? MF_CHECKED : MF_UNCHECKED);
+}
 
 SIZE MainWindow::client_size() const {
   RECT client{};
@@ -294,6 +374,6 @@ SIZE MainWindow::client_size() const {
 
 FrameMetrics MainWindow::metrics() const { return frame_metrics(dpi_, status_->height()); }
 
-FrameLayout MainWindow::layout() const { return lay_out_frame(client_size(), split_, metrics()); }
+FrameLayout MainWindow::layout() const { return lay_out_frame(client_size(), splits_, metrics()); }
 
 }  // namespace workbench

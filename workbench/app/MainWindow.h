@@ -11,6 +11,7 @@
 #include "FrameGeometry.h"
 #include "Owned.h"
 #include "RulesPane.h"
+#include "SchedulePane.h"
 #include "SettingsPane.h"
 #include "StatusBar.h"
 #include "Window.h"
@@ -20,7 +21,8 @@ namespace workbench {
 /// What the frame window asks of the program.
 struct MainWindowEvents {
   std::function<void(long number)> open_rule;
-  std::function<void(long id)> run_command;  ///< a command that a plug-in added
+  std::function<void(long id)> run_command;           ///< a command that a plug-in added
+  std::function<void(UINT id)> run_schedule_command;  ///< a command about settings and dates
   std::function<void()> refresh;
   std::function<void()> on_timer;                   ///< every second or so, from whatever message loop runs
   std::function<std::wstring(HMENU submenu)> hint;  ///< for the status bar
@@ -33,9 +35,16 @@ class MainWindow final : public Window {
  public:
   explicit MainWindow(MainWindowEvents events);
 
-  void show(std::vector<StoredRule> rules, std::vector<StoredSetting> settings);
+  void show(std::vector<StoredRule> rules, std::vector<StoredSetting> settings,
+            const std::vector<StoredCalendar>& calendars);
   void show_message(const std::wstring& message) { status_->show_message(message); }
   void show_store(const std::wstring& path) { status_->show_store(path); }
+
+  /// The pane with the dates of what is selected.
+  SchedulePane& schedule() noexcept { return *schedule_; }
+  /// The number of the setting that has the focus in its pane; 0 when there is none.
+  long focused_setting() const { return settings_->number_at(settings_->focused_row()); }
+  void focus_settings() { SetFocus(settings_->list()); }
 
   /// Runs a task later, from the message loop that is running then; a modal one too.
   void post(std::function<void()> task);
@@ -43,6 +52,8 @@ class MainWindow final : public Window {
   /// Shows a box with this text over whatever dialog is open, and waits until it is closed. Returns false, and shows
   /// nothing, while this window is disabled but its modal dialog does not exist yet.
   bool try_show_box(const std::wstring& message, UINT icon);
+  /// Asks a question that is answered with Yes or No.
+  bool ask(const std::wstring& question);
 
  protected:
   LRESULT handle_message(UINT message, WPARAM wparam, LPARAM lparam) override;
@@ -58,6 +69,7 @@ class MainWindow final : public Window {
   LRESULT on_button_down(POINT cursor);
   LRESULT on_mouse_move(POINT cursor);
   LRESULT on_close();
+  LRESULT on_activate(bool active);
   bool set_splitter_cursor();
 
   void use_resolution(int dpi);
@@ -65,7 +77,10 @@ class MainWindow final : public Window {
   void lay_out();
   void open_rule(int row);
   void run_posted();
-  void focus_next_pane();
+  void follow_selection(UINT_PTR list, UINT code);
+  void show_selected();
+  void update_menu(HMENU menu);
+  void focus_next(bool backwards);
   SIZE client_size() const;
   FrameMetrics metrics() const;
   FrameLayout layout() const;
@@ -73,11 +88,19 @@ class MainWindow final : public Window {
   MainWindowEvents events_;
   std::optional<RulesPane> rules_;
   std::optional<SettingsPane> settings_;
+  std::optional<SchedulePane> schedule_;
   std::optional<StatusBar> status_;
   base::Font font_;
   int dpi_ = USER_DEFAULT_SCREEN_DPI;
-  double split_ = 0.6;
-  std::optional<LONG> drag_offset_;  ///< from the splitter's top to the cursor while it is dragged
+  FrameSplits splits_;
+  /// While a splitter is dragged.
+  struct Drag {
+    bool columns;  ///< the splitter between the columns
+    LONG offset;   ///< from the splitter's edge to the cursor
+  };
+  std::optional<Drag> drag_;
+  bool setting_is_subject_ = false;  ///< whether the schedule is that of the selected setting, or of the rule
+  bool showing_ = false;             ///< while the panes get new rows
   HWND last_focus_ = nullptr;
   std::deque<std::function<void()>> posted_;
 };

@@ -13,8 +13,8 @@ namespace {
 enum Column : size_t { number, name, offset, day, closed };
 
 constexpr ListColumn columns[] = {
-    {IDS_COLUMN_NUMBER, 56}, {IDS_COLUMN_NAME, 200},   {IDS_COLUMN_OFFSET, 140},
-    {IDS_COLUMN_DAY, 170},   {IDS_COLUMN_CLOSED, 120},
+    {IDS_COLUMN_NUMBER, 44}, {IDS_COLUMN_NAME, 180},  {IDS_COLUMN_OFFSET, 116},
+    {IDS_COLUMN_DAY, 132},   {IDS_COLUMN_CLOSED, 92},
 };
 
 }  // namespace

@@ -9,12 +9,11 @@ namespace workbench {
 
 namespace {
 
-enum Column : size_t { setting, rule, state };
+enum Column : size_t { setting, rule, state, calendar, months, last_day };
 
 constexpr ListColumn columns[] = {
-    {IDS_COLUMN_SETTING, 256},
-    {IDS_COLUMN_SETTING_RULE, 200},
-    {IDS_COLUMN_SETTING_STATE, 140},
+    {IDS_COLUMN_SETTING, 166},          {IDS_COLUMN_SETTING_RULE, 160},  {IDS_COLUMN_SETTING_STATE, 84},
+    {IDS_COLUMN_SETTING_CALENDAR, 120}, {IDS_COLUMN_SETTING_MONTHS, 84}, {IDS_COLUMN_SETTING_LAST_DAY, 84},
 };
 
 }  // namespace
@@ -37,13 +36,27 @@ std::wstring SettingsPane::cell(size_t row, size_t column) const {
       return settings_[row].setting.rule_name;
     case state:
       if (settings_[row].setting.rule_name.empty()) return text(IDS_NO_RULE);
-      return text(is_marked(row) ? IDS_RULE_MISSING : IDS_RULE_FOUND);
+      return text(rule_is_missing(row) ? IDS_RULE_MISSING : IDS_RULE_FOUND);
+    case calendar:
+      return settings_[row].setting.calendar;
+    case months:
+      return settings_[row].setting.months.empty() ? text(IDS_EVERY_MONTH) : settings_[row].setting.months;
+    case last_day:
+      return text(settings_[row].setting.last_day_is_expiration ? IDS_COLUMN_EXPIRATION : IDS_COLUMN_ROLL);
     default:
       return {};
   }
 }
 
-bool SettingsPane::is_marked(size_t row) const {
+std::optional<COLORREF> SettingsPane::row_color(size_t row) const {
+  return rule_is_missing(row) ? std::optional(marked_row_color) : std::nullopt;
+}
+
+long SettingsPane::number_at(int row) const {
+  return row >= 0 && static_cast<size_t>(row) < settings_.size() ? settings_[static_cast<size_t>(row)].number : 0;
+}
+
+bool SettingsPane::rule_is_missing(size_t row) const {
   const std::wstring& name = settings_[row].setting.rule_name;
   return !name.empty() && !rule_names_.contains(name);
 }

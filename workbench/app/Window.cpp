@@ -34,8 +34,10 @@ void Window::create(const WindowTemplate& window) {
   window_class.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_3DFACE + 1);
   window_class.lpszClassName = window.class_name;
   if (!RegisterClassExW(&window_class) && GetLastError() != ERROR_CLASS_ALREADY_EXISTS) base::throw_last_failure();
-  if (!CreateWindowExW(0, window.class_name, window.title, window.style, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT,
-                       CW_USEDEFAULT, nullptr, window.menu, window_class.hInstance, this))
+  HMENU menu_or_id = window.parent ? reinterpret_cast<HMENU>(static_cast<UINT_PTR>(window.id)) : window.menu;
+  const int size = window.parent ? 0 : CW_USEDEFAULT;
+  if (!CreateWindowExW(0, window.class_name, window.title, window.style, size, size, size, size, window.parent,
+                       menu_or_id, window_class.hInstance, this))
     base::throw_last_failure();
 }
 

@@ -12,9 +12,11 @@ struct WindowTemplate {
   HMENU menu;  ///< goes over to the window
   HICON icon;
   HCURSOR cursor;
+  HWND parent = nullptr;  ///< of a child window
+  UINT id = 0;            ///< of a child window, which has no menu
 };
 
-/// Base of a top-level window whose messages go to an object. Until the object is bound and after the last message the
+/// Base of a window whose messages go to an object. Until the object is bound and after the last message the
 /// messages get their default treatment. No exception leaves the window procedure.
 class Window {
  public:

@@ -11,7 +11,8 @@ const FrameMetrics metrics{.margin = 8,
                            .heading_height = 20,
                            .splitter_height = 6,
                            .least_list_height = 90,
-                           .least_width = 480,
+                           .least_lists_width = 240,
+                           .least_schedule_width = 300,
                            .status_height = 22};
 
 // 16 of margins, 40 of headings, 6 of splitter and 22 of status bar leave 400 to the lists.
@@ -20,7 +21,7 @@ constexpr SIZE client{600, 484};
 int height(const RECT& rect) { return rect.bottom - rect.top; }
 
 TEST(FrameGeometry, PartsFollowOneAnotherWithoutGaps) {
-  const FrameLayout layout = lay_out_frame(client, 0.5, metrics);
+  const FrameLayout layout = lay_out_frame(client, {.rows = 0.5}, metrics);
   EXPECT_EQ(layout.rules_heading.top, 8);
   EXPECT_EQ(layout.rules_heading.bottom, layout.rules.top);
   EXPECT_EQ(layout.rules.bottom, layout.splitter.top);
@@ -30,7 +31,7 @@ TEST(FrameGeometry, PartsFollowOneAnotherWithoutGaps) {
 }
 
 TEST(FrameGeometry, EveryPartSpansTheWidthBetweenTheMargins) {
-  const FrameLayout layout = lay_out_frame(client, 0.5, metrics);
+  const FrameLayout layout = lay_out_frame(client, {.rows = 0.5}, metrics);
   for (const RECT& part :
        {layout.rules_heading, layout.rules, layout.splitter, layout.settings_heading, layout.settings}) {
     EXPECT_EQ(part.left, 8);
@@ -49,7 +50,7 @@ void PrintTo(const Split& parameter, std::ostream* out) { *out << parameter.spli
 class FrameSplit : public testing::TestWithParam<Split> {};
 
 TEST_P(FrameSplit, SharesTheHeightOfTheLists) {
-  const FrameLayout layout = lay_out_frame(client, GetParam().split, metrics);
+  const FrameLayout layout = lay_out_frame(client, {.rows = GetParam().split}, metrics);
   EXPECT_EQ(height(layout.rules), GetParam().upper);
   EXPECT_EQ(height(layout.settings), GetParam().lower);
 }
@@ -60,7 +61,7 @@ INSTANTIATE_TEST_SUITE_P(FrameGeometry, FrameSplit,
 
 TEST(FrameGeometry, SmallClientAreasTurnNothingInsideOut) {
   for (LONG side = 0; side < 300; ++side) {
-    const FrameLayout layout = lay_out_frame({side, side}, 0.6, metrics);
+    const FrameLayout layout = lay_out_frame({side, side}, {.rows = 0.6}, metrics);
     for (const RECT& part :
          {layout.rules_heading, layout.rules, layout.splitter, layout.settings_heading, layout.settings}) {
       EXPECT_LE(part.left, part.right) << side;
@@ -70,21 +71,21 @@ TEST(FrameGeometry, SmallClientAreasTurnNothingInsideOut) {
 }
 
 TEST(FrameGeometry, LeastClientSizeGivesBothListsTheirLeastHeight) {
-  const FrameLayout layout = lay_out_frame(least_client_size(metrics), 0.5, metrics);
+  const FrameLayout layout = lay_out_frame(least_client_size(metrics), {.rows = 0.5}, metrics);
   EXPECT_EQ(height(layout.rules), 90);
   EXPECT_EQ(height(layout.settings), 90);
 }
 
 TEST(FrameGeometry, DraggingTheSplitterPutsItUnderTheCursor) {
   for (int top = 118; top <= 338; ++top) {
-    const FrameLayout layout = lay_out_frame(client, split_for(top, client, metrics), metrics);
+    const FrameLayout layout = lay_out_frame(client, {.rows = split_for(top, client, metrics)}, metrics);
     EXPECT_NEAR(layout.splitter.top, top, 1);
   }
 }
 
 TEST(FrameGeometry, DraggingTheSplitterTooFarKeepsTheLeastHeights) {
-  EXPECT_EQ(height(lay_out_frame(client, split_for(-500, client, metrics), metrics).rules), 90);
-  EXPECT_EQ(height(lay_out_frame(client, split_for(5000, client, metrics), metrics).settings), 90);
+  EXPECT_EQ(height(lay_out_frame(client, {.rows = split_for(-500, client, metrics)}, metrics).rules), 90);
+  EXPECT_EQ(height(lay_out_frame(client, {.rows = split_for(5000, client, metrics)}, metrics).settings), 90);
 }
 
 TEST(FrameGeometry, SplitOfAClientAreaWithoutRoomIsZero) { EXPECT_EQ(split_for(50, {10, 10}, metrics), 0); }

@@ -1,0 +1,19 @@
+#include "DialogControls.h"
+
+namespace workbench {
+
+std::wstring window_text(HWND window) {
+  std::wstring value(static_cast<size_t>(GetWindowTextLengthW(window)) + 1, L'\0');
+  value.resize(static_cast<size_t>(GetWindowTextW(window, value.data(), static_cast<int>(value.size()))));
+  return value;
+}
+
+int add_item(HWND combo, const std::wstring& text) {
+  return static_cast<int>(SendMessageW(combo, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(text.c_str())));
+}
+
+int chosen_item(HWND combo) { return static_cast<int>(SendMessageW(combo, CB_GETCURSEL, 0, 0)); }
+
+void choose_item(HWND combo, int item) { SendMessageW(combo, CB_SETCURSEL, static_cast<WPARAM>(item), 0); }
+
+}  // namespace workbench

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+
+namespace workbench {
+
+/// The text of a window.
+std::wstring window_text(HWND window);
+
+/// Adds an item to a combo box and returns its index.
+int add_item(HWND combo, const std::wstring& text);
+
+/// The index of the item that is chosen in a combo box; -1 when there is none.
+int chosen_item(HWND combo);
+void choose_item(HWND combo, int item);
+
+}  // namespace workbench

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <windows.h>
+
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace workbench {
+
+/// The bytes of a file; nothing if it cannot be read.
+std::optional<std::string> try_read_file(const std::filesystem::path& path);
+
+/// Puts these bytes in the place of the file's content. Returns false, and leaves the file as it was, if that fails.
+bool try_write_file(const std::filesystem::path& path, std::string_view bytes);
+
+/// Which files a dialog shows: the text of its filter and the ending that a name without one gets.
+struct FileKind {
+  UINT filter;
+  const wchar_t* ending;
+};
+
+/// How the user is asked for a file; nothing when the dialog is cancelled.
+struct FileDialogs {
+  std::function<std::optional<std::filesystem::path>(HWND owner, const FileKind& kind)> ask_to_open;
+  std::function<std::optional<std::filesystem::path>(HWND owner, const FileKind& kind)> ask_to_save;
+};
+
+/// The dialogs of the system.
+FileDialogs system_file_dialogs();
+
+}  // namespace workbench

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <functional>
+
+#include "Files.h"
+#include "MainWindow.h"
+#include "RuleStore.h"
+
+namespace workbench {
+
+/// The commands about settings and dates: their dialogs, and what becomes of the schedule that is shown.
+class ScheduleCommands {
+ public:
+  /// `open_rule` opens a rule of the store in the editor.
+  ScheduleCommands(RuleStore& store, MainWindow& window, FileDialogs files, std::function<void(long)> open_rule);
+
+  /// Runs one of the commands from IDM_FIRST_SCHEDULE_COMMAND to IDM_LAST_SCHEDULE_COMMAND. What the store refuses is
+  /// shown to the user.
+  void run(UINT id);
+
+ private:
+  void dispatch(UINT id);
+  StoredSetting load_setting(long number);
+  void edit_setting(long number);
+  void delete_setting(long number);
+  void copy_schedule();
+  void export_schedule(UINT id);
+
+  RuleStore& store_;
+  MainWindow& window_;
+  FileDialogs files_;
+  std::function<void(long)> open_rule_;
+};
+
+}  // namespace workbench

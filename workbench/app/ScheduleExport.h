@@ -1,0 +1,23 @@
+#pragma once
+
+#include <string>
+
+#include "Files.h"
+#include "ScheduleModel.h"
+
+namespace workbench {
+
+/// A form in which a schedule is written to a file.
+struct ExportFormat {
+  UINT command;
+  FileKind kind;
+  std::string (*write)(const Schedule& schedule, const ScheduleChoice& choice, schedule::Day today);
+};
+
+/// The form that belongs to a command of the menu.
+const ExportFormat& export_format(UINT command);
+
+/// The schedule as a table of text.
+std::wstring schedule_text(const Schedule& schedule);
+
+}  // namespace workbench

@@ -1,0 +1,240 @@
+#include "SchedulePane.h"
+
+#include <commctrl.h>
+
+#include <algorithm>
+#include <utility>
+
+#include "DialogControls.h"
+#include "ModulePath.h"
+#include "ScheduleFormat.h"
+#include "ScheduleRecords.h"
+#include "Texts.h"
+#include "resource.h"
+
+namespace workbench {
+
+namespace {
+
+constexpr wchar_t class_name[] = L"zdExpirationRulesSchedule";
+constexpr int month_counts[] = {1, 3, 6, 12, 24, 36};
+constexpr int months_of_a_year = 12;
+constexpr int combo_drop_rows = 14;
+
+std::wstring from_ascii(const std::string& text) { return {text.begin(), text.end()}; }
+
+/// Sets the text unless the window shows it already, so that nothing flickers.
+void set_text(HWND window, const std::wstring& value) {
+  if (window_text(window) != value) SetWindowTextW(window, value.c_str());
+}
+
+void move(HWND window, const RECT& place) {
+  SetWindowPos(window, nullptr, place.left, place.top, place.right - place.left, place.bottom - place.top,
+               SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+/// The height of a combo box is that of its list.
+void move_combo(HWND window, RECT place) {
+  place.bottom += combo_drop_rows * (place.bottom - place.top);
+  move(window, place);
+}
+
+}  // namespace
+
+SchedulePane::SchedulePane(HWND parent, UINT id, schedule::Day today) {
+  const std::chrono::year_month_day date{today};
+  choice_.first = date.year() / date.month();
+  create({.class_name = class_name,
+          .title = L"",
+          .style = WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN,
+          .menu = nullptr,
+          .icon = nullptr,
+          .cursor = LoadCursorW(nullptr, IDC_ARROW),
+          .parent = parent,
+          .id = id});
+}
+
+void SchedulePane::show_data(ScheduleData data) {
+  if (has_data_ && data == data_) return;
+  if (has_data_ && !baseline_) baseline_ = std::move(data_);
+  data_ = std::move(data);
+  has_data_ = true;
+  fill_calendars();
+  // A change that touches no date that is shown is nothing to compare with.
+  if (baseline_ && compare_schedules(*baseline_, data_, choice_).lines.empty()) baseline_.reset();
+  update();
+}
+
+void SchedulePane::select_rule(long number) { select(number, 0); }
+
+void SchedulePane::select_setting(long number) { select(0, number); }
+
+void SchedulePane::select(long rule, long setting) {
+  if (choice_.rule == rule && choice_.setting == setting) return;
+  choice_.rule = rule;
+  choice_.setting = setting;
+  update();
+}
+
+void SchedulePane::dismiss_comparison() {
+  baseline_.reset();
+  update();
+}
+
+void SchedulePane::toggle_estimates() {
+  choice_.estimates = !choice_.estimates;
+  update();
+}
+
+void SchedulePane::use_font(HFONT font, int dpi) {
+  dpi_ = dpi;
+  for (HWND window : {calendar_, first_, months_, estimates_, notice_, dismiss_})
+    SendMessageW(window, WM_SETFONT, reinterpret_cast<WPARAM>(font), TRUE);
+  year_->use_resolution(dpi);
+  list_->use_font(font, dpi);
+  lay_out();
+}
+
+std::vector<HWND> SchedulePane::focus_order() const {
+  std::vector<HWND> order{calendar_, first_, months_, estimates_};
+  if (comparing_) order.push_back(dismiss_);
+  order.push_back(list_->list());
+  return order;
+}
+
+LRESULT SchedulePane::handle_message(UINT message, WPARAM wparam, LPARAM lparam) {
+  switch (message) {
+    case WM_CREATE:
+      return on_create();
+    case WM_SIZE:
+      lay_out();
+      return 0;
+    case WM_COMMAND:
+      return on_command(LOWORD(wparam), HIWORD(wparam));
+    case WM_NOTIFY:
+      if (auto& notification = *reinterpret_cast<NMHDR*>(lparam); list_ && notification.idFrom == IDC_SCHEDULE)
+        return list_->notify(notification);
+      return 0;
+    default:
+      return default_treatment(message, wparam, lparam);
+  }
+}
+
+LRESULT SchedulePane::on_create() {
+  create_choices();
+  year_.emplace(handle(), IDC_YEAR);
+  list_.emplace(handle());
+  update();
+  return 0;
+}
+
+void SchedulePane::create_choices() {
+  const auto child = [this](const wchar_t* window_class, DWORD style, UINT id, const std::wstring& caption) {
+    return CreateWindowExW(0, window_class, caption.c_str(), WS_CHILD | WS_VISIBLE | style, 0, 0, 0, 0, handle(),
+                           reinterpret_cast<HMENU>(static_cast<UINT_PTR>(id)), base::module_instance(), nullptr);
+  };
+  constexpr DWORD combo = WS_TABSTOP | WS_VSCROLL;
+  calendar_ = child(WC_COMBOBOXW, combo | CBS_DROPDOWNLIST, IDC_CALENDAR, {});
+  first_ = child(WC_COMBOBOXW, combo | CBS_DROPDOWN | CBS_AUTOHSCROLL, IDC_FIRST_MONTH, {});
+  months_ = child(WC_COMBOBOXW, combo | CBS_DROPDOWNLIST, IDC_MONTHS, {});
+  estimates_ = child(WC_BUTTONW, WS_TABSTOP | BS_AUTOCHECKBOX, IDC_ESTIMATES, text(IDS_SHOW_ESTIMATES));
+  notice_ = child(WC_STATICW, SS_LEFT | SS_NOPREFIX, IDC_NOTICE, {});
+  dismiss_ = child(WC_BUTTONW, WS_TABSTOP, IDC_DISMISS, text(IDS_DISMISS));
+  fill_calendars();
+  for (int month = -months_of_a_year; month <= months_of_a_year; ++month)
+    add_item(first_, from_ascii(schedule::to_text(choice_.first + std::chrono::months{month})));
+  SetWindowTextW(first_, from_ascii(schedule::to_text(choice_.first)).c_str());
+  for (const int count : month_counts) add_item(months_, text(IDS_MONTH_COUNT, {std::to_wstring(count)}));
+  choose_item(months_, static_cast<int>(std::ranges::find(month_counts, choice_.months) - std::begin(month_counts)));
+}
+
+/// The first item means the calendars of the settings.
+void SchedulePane::fill_calendars() {
+  SendMessageW(calendar_, CB_RESETCONTENT, 0, 0);
+  add_item(calendar_, text(IDS_CALENDAR_OF_SETTING));
+  int selected = 0;
+  for (const schedule::Calendar& calendar : data_.calendars) {
+    const int item = add_item(calendar_, from_schedule_text(calendar.name));
+    if (calendar.name == choice_.calendar) selected = item;
+  }
+  if (selected == 0) choice_.calendar.clear();
+  choose_item(calendar_, selected);
+}
+
+LRESULT SchedulePane::on_command(WORD id, WORD code) {
+  switch (id) {
+    case IDC_CALENDAR:
+    case IDC_MONTHS:
+      if (code == CBN_SELCHANGE) read_choices();
+      return 0;
+    case IDC_FIRST_MONTH:
+      // The edit shows a picked month only after this notification.
+      if (code == CBN_SELCHANGE) PostMessageW(handle(), WM_COMMAND, MAKEWPARAM(id, CBN_EDITCHANGE), 0);
+      if (code == CBN_EDITCHANGE) read_choices();
+      return 0;
+    case IDC_ESTIMATES:
+      toggle_estimates();
+      return 0;
+    case IDC_DISMISS:
+      dismiss_comparison();
+      SetFocus(list_->list());
+      return 0;
+    default:
+      return 0;
+  }
+}
+
+void SchedulePane::read_choices() {
+  const int calendar = chosen_item(calendar_);
+  choice_.calendar = calendar > 0 ? data_.calendars.at(static_cast<size_t>(calendar) - 1).name : std::string();
+  const std::wstring first = window_text(first_);
+  // Until a typed month is whole, the one before stays.
+  if (const auto month = schedule::try_parse_month(to_schedule_text(first))) choice_.first = *month;
+  choice_.months = month_counts[std::clamp<int>(chosen_item(months_), 0, std::size(month_counts) - 1)];
+  update();
+}
+
+void SchedulePane::update() {
+  schedule_ = baseline_ ? compare_schedules(*baseline_, data_, choice_) : make_schedule(data_, choice_);
+  comparing_ = baseline_.has_value();
+  list_->show(schedule_, comparing_);
+  set_text(list_->heading(), heading());
+  set_text(notice_, notice());
+  ShowWindow(dismiss_, comparing_ ? SW_SHOW : SW_HIDE);
+  SendMessageW(estimates_, BM_SETCHECK, choice_.estimates ? BST_CHECKED : BST_UNCHECKED, 0);
+  year_->show({.first = choice_.first, .marks = year_marks(schedule_, choice_.first), .texts = year_texts(comparing_)});
+}
+
+std::wstring SchedulePane::heading() const {
+  if (comparing_) return text(IDS_COMPARISON);
+  if (schedule_.lines.empty()) return text(IDS_SCHEDULE_PANE);
+  const schedule::ScheduleRow& row = schedule_.lines.front().row;
+  const std::wstring rule = from_schedule_text(row.rule);
+  if (choice_.setting == 0) return text(IDS_SCHEDULE_OF_RULE, {rule});
+  return text(IDS_SCHEDULE_OF_SETTING, {from_schedule_text(row.setting), rule});
+}
+
+std::wstring SchedulePane::notice() const {
+  if (comparing_ && schedule_.lines.empty()) return text(IDS_NO_DATE_TOUCHED);
+  const std::wstring reason = reason_in_words(schedule_);
+  const std::wstring horizon = horizon_in_words(schedule_, choice_.estimates);
+  return comparing_ ? text(IDS_COMPARISON_NOTICE) + L"\n" + horizon : reason + horizon;
+}
+
+void SchedulePane::lay_out() {
+  if (!list_) return;
+  RECT client{};
+  GetClientRect(handle(), &client);
+  const ScheduleLayout layout = lay_out_schedule({client.right, client.bottom}, dpi_);
+  move(list_->heading(), layout.heading);
+  move_combo(calendar_, layout.calendar);
+  move_combo(first_, layout.first);
+  move_combo(months_, layout.months);
+  move(estimates_, layout.estimates);
+  move(notice_, layout.notice);
+  move(dismiss_, layout.dismiss);
+  move(year_->handle(), layout.year);
+  move(list_->list(), layout.list);
+}
+
+}  // namespace workbench

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "Window.h"
+#include "YearPainter.h"
+
+namespace workbench {
+
+/// A child window that shows a year at a glance. It is drawn into memory first, so that it does not flicker.
+class YearWindow final : public Window {
+ public:
+  YearWindow(HWND parent, UINT id);
+
+  void show(YearPicture picture);
+  void use_resolution(int dpi);
+
+ protected:
+  LRESULT handle_message(UINT message, WPARAM wparam, LPARAM lparam) override;
+  void message_failed() noexcept override {}
+
+ private:
+  void paint();
+
+  YearPicture picture_;
+  int dpi_ = USER_DEFAULT_SCREEN_DPI;
+};
+
+}  // namespace workbench
