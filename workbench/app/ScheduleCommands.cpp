@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <utility>
 
+#include "CheckDialog.h"
 #include "Clipboard.h"
+#include "FindDialog.h"
 #include "ScheduleConversion.h"
 #include "ScheduleExport.h"
 #include "ScheduleRecords.h"
@@ -53,6 +55,12 @@ void ScheduleCommands::dispatch(UINT id) {
     case IDM_DISMISS:
       window_.schedule().dismiss_comparison();
       return;
+    case IDM_CHECK_DATES:
+      check_dates();
+      return;
+    case IDM_FIND_RULE:
+      find_rule();
+      return;
     default:
       return;
   }
@@ -100,6 +108,27 @@ void ScheduleCommands::export_schedule(UINT id) {
   const std::wstring message = text(written ? IDS_EXPORTED : IDS_NOT_EXPORTED, {path->wstring()});
   window_.show_message(message);
   if (!written) window_.try_show_box(message, MB_ICONERROR);
+}
+
+void ScheduleCommands::check_dates() {
+  const ScheduleData data = window_.schedule().data();
+  CheckDialog(data, files_).run(window_.handle());
+}
+
+void ScheduleCommands::find_rule() {
+  const ScheduleData data = window_.schedule().data();
+  StoredRule stored;
+  FindDialog dialog(data, files_, [&](const Rule& rule) {
+    try {
+      stored = store_.add_rule(rule);
+      return std::wstring();
+    } catch (const StoreError& error) {
+      return store_failure(error, nullptr);
+    }
+  });
+  if (dialog.run(window_.handle()) != IDOK) return;
+  window_.show_message(text(IDS_RULE_STORED, {stored.rule.name}));
+  open_rule_(stored.number);
 }
 
 }  // namespace workbench

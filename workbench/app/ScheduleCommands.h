@@ -25,6 +25,8 @@ class ScheduleCommands {
   void delete_setting(long number);
   void copy_schedule();
   void export_schedule(UINT id);
+  void check_dates();
+  void find_rule();
 
   RuleStore& store_;
   MainWindow& window_;

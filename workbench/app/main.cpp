@@ -44,7 +44,7 @@ void print_rules(RuleStore& store) {
 }
 
 void run_window(const CommandLine& line, std::shared_ptr<RuleStore> store, const std::wstring& store_path) {
-  const INITCOMMONCONTROLSEX controls{sizeof(controls), ICC_LISTVIEW_CLASSES | ICC_BAR_CLASSES};
+  const INITCOMMONCONTROLSEX controls{sizeof(controls), ICC_LISTVIEW_CLASSES | ICC_BAR_CLASSES | ICC_PROGRESS_CLASS};
   InitCommonControlsEx(&controls);
   make_settings_key();
   Application application(std::move(store), store_path);

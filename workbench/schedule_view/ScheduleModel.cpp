@@ -25,23 +25,23 @@ struct Subject {
 
 template <class Item>
 const Item* find_number(const std::vector<Numbered<Item>>& items, long number) {
-  const auto found = std::ranges::find(items, number, &Numbered<Item>::number);
-  return found == items.end() ? nullptr : &found->item;
-}
-
-const NamedRule* find_rule(const ScheduleData& data, const std::string& name) {
-  const auto found = std::ranges::find(data.rules, name, [](const auto& rule) { return rule.item.name; });
-  return found == data.rules.end() ? nullptr : &found->item;
+  const auto found = std::ranges::lower_bound(items, number, {}, &Numbered<Item>::number);
+  return found == items.end() || found->number != number ? nullptr : &found->item;
 }
 
 /// Adds the lines of one subject after another to a schedule.
 class ScheduleBuilder {
  public:
-  ScheduleBuilder(const ScheduleData& data, const ScheduleChoice& choice) : data_(data), choice_(choice) {}
+  ScheduleBuilder(const ScheduleData& data, const ScheduleChoice& choice) : data_(data), choice_(choice) {
+    for (const auto& rule : data.rules) rules_.emplace(rule.item.name, &rule.item);
+    for (const auto& setting : data.settings) users_.emplace(setting.item.rule, &setting.item);
+  }
+
+  bool is_used(const NamedRule& rule) const { return users_.contains(rule.name); }
 
   void add_setting(const NamedSetting& setting) {
-    if (const NamedRule* rule = find_rule(data_, setting.rule)) {
-      add({rule, &setting});
+    if (const auto rule = rules_.find(setting.rule); rule != rules_.end()) {
+      add({rule->second, &setting});
     } else {
       refuse(setting.rule.empty() ? NoDatesReason::no_rule : NoDatesReason::rule_missing, setting.rule);
     }
@@ -49,13 +49,9 @@ class ScheduleBuilder {
 
   /// Adds each setting that uses the rule, or the rule itself if none does.
   void add_rule(const NamedRule& rule) {
-    bool used = false;
-    for (const auto& setting : data_.settings) {
-      if (setting.item.rule != rule.name) continue;
-      add({&rule, &setting.item});
-      used = true;
-    }
-    if (!used) add({&rule, nullptr});
+    const auto [begin, end] = users_.equal_range(rule.name);
+    for (auto user = begin; user != end; ++user) add({&rule, user->second});
+    if (begin == end) add({&rule, nullptr});
   }
 
   void refuse(NoDatesReason reason, const std::string& subject) {
@@ -142,6 +138,8 @@ class ScheduleBuilder {
 
   const ScheduleData& data_;
   const ScheduleChoice& choice_;
+  std::map<std::string_view, const NamedRule*> rules_;
+  std::multimap<std::string_view, const NamedSetting*> users_;  // by rule, in their order
   std::map<std::string, TradingDays> open_days_;
   Schedule built_;
 };
@@ -150,17 +148,19 @@ class ScheduleBuilder {
 class Comparison {
  public:
   Comparison(const ScheduleData& before, const ScheduleData& now, const ScheduleChoice& choice)
-      : before_(before), choice_(choice), builder_(now, choice) {}
+      : old_(before, choice), builder_(now, choice) {}
+
+  bool is_used(const NamedRule& rule) const { return builder_.is_used(rule); }
 
   /// Adds the lines of an item if they differ from those that it had. `add_item` is the builder's method for the item.
   template <class Item>
   void add(const Item& now, const Item* before, void (ScheduleBuilder::*add_item)(const Item&)) {
     if (!before) return;
-    ScheduleBuilder old(before_, choice_);
-    (old.*add_item)(*before);
+    old_.lines().clear();
+    (old_.*add_item)(*before);
     const std::size_t begin = builder_.lines().size();
     (builder_.*add_item)(now);
-    if (!set_beside(begin, old.lines())) builder_.lines().resize(begin);
+    if (!set_beside(begin, old_.lines())) builder_.lines().resize(begin);
   }
 
   Schedule finish() { return builder_.finish(); }
@@ -179,14 +179,9 @@ class Comparison {
     return differs;
   }
 
-  const ScheduleData& before_;
-  const ScheduleChoice& choice_;
+  ScheduleBuilder old_;
   ScheduleBuilder builder_;
 };
-
-bool is_used(const ScheduleData& data, const NamedRule& rule) {
-  return std::ranges::any_of(data.settings, [&](const auto& setting) { return setting.item.rule == rule.name; });
-}
 
 }  // namespace
 
@@ -207,7 +202,7 @@ Schedule compare_schedules(const ScheduleData& before, const ScheduleData& now, 
   for (const auto& setting : now.settings)
     comparison.add(setting.item, find_number(before.settings, setting.number), &ScheduleBuilder::add_setting);
   for (const auto& rule : now.rules) {
-    if (!is_used(now, rule.item))
+    if (!comparison.is_used(rule.item))
       comparison.add(rule.item, find_number(before.rules, rule.number), &ScheduleBuilder::add_rule);
   }
   return comparison.finish();

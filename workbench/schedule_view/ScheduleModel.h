@@ -21,7 +21,7 @@ struct Numbered {
   bool operator==(const Numbered&) const = default;
 };
 
-/// Everything that dates depend on.
+/// Everything that dates depend on. Rules and settings come by ascending number, calendars by name.
 struct ScheduleData {
   std::vector<Numbered<schedule::NamedRule>> rules{};
   std::vector<Numbered<schedule::NamedSetting>> settings{};

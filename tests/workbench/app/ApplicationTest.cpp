@@ -30,7 +30,7 @@ TEST_F(ApplicationTest, PanesFollowAChangeOfTheStore) {
 }
 
 TEST_F(ApplicationTest, PanesKeepTheirRowsWhenTheStoreCannotBeRead) {
-  constexpr int first_load_of_a_refresh = 3;
+  constexpr int first_load_of_a_refresh = 4;
   start(std::make_shared<FailingRuleStore>(store_, first_load_of_a_refresh, StoreErrorKind::locked));
   press(IDM_REFRESH);
   EXPECT_EQ(ListView_GetItemCount(rules()), 1);
@@ -118,7 +118,7 @@ TEST_F(ApplicationTest, WindowStaysOpenWhileADialogOfTheModuleIsOpen) {
 }
 
 TEST_F(ApplicationTest, AlarmWaitsForTheDialogThatIsOnItsWay) {
-  constexpr int load_by_the_editor = 3;
+  constexpr int load_by_the_editor = 4;
   start(std::make_shared<FailingRuleStore>(store_, load_by_the_editor, StoreErrorKind::locked));
   application_->load_plugin(real_module());
   ShowWindow(window(), SW_SHOW);
@@ -149,8 +149,8 @@ class ReadOnlyStoreTest : public ApplicationTest {
 };
 
 TEST_F(ReadOnlyStoreTest, FailedSaveIsShownAtOnceInTheStatusBarAndSoonInABox) {
-  constexpr int save_after_the_first_two_loads = 3;
-  start(std::make_shared<FailingRuleStore>(store_, save_after_the_first_two_loads, StoreErrorKind::read_only));
+  constexpr int save_after_the_first_three_loads = 4;
+  start(std::make_shared<FailingRuleStore>(store_, save_after_the_first_three_loads, StoreErrorKind::read_only));
   EXPECT_LT(save(L"new name"), 0);
   EXPECT_NE(message().find(L"只读"), std::wstring::npos);
   EXPECT_EQ(GetLastActivePopup(window()), window()) << "nothing may block in the middle of a call";

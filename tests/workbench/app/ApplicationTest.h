@@ -11,7 +11,7 @@
 
 namespace workbench {
 
-inline constexpr UINT_PTR own_menus = 4;
+inline constexpr UINT_PTR own_menus = 5;
 
 /// Dispatches messages until a dialog that the driver visits is closed, and then what is left.
 inline void wait_for_dialog(const test_support::DialogDriver& driver) {

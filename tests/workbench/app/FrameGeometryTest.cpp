@@ -30,13 +30,17 @@ TEST(FrameGeometry, PartsFollowOneAnotherWithoutGaps) {
   EXPECT_EQ(layout.settings.bottom, client.cy - 22 - 8);
 }
 
-TEST(FrameGeometry, EveryPartSpansTheWidthBetweenTheMargins) {
+TEST(FrameGeometry, ListsSpanTheLeftColumnAndTheScheduleTheRightOne) {
   const FrameLayout layout = lay_out_frame(client, {.rows = 0.5}, metrics);
   for (const RECT& part :
        {layout.rules_heading, layout.rules, layout.splitter, layout.settings_heading, layout.settings}) {
     EXPECT_EQ(part.left, 8);
-    EXPECT_EQ(part.right, 592);
+    EXPECT_EQ(part.right, layout.column_splitter.left);
   }
+  EXPECT_EQ(layout.column_splitter.right, layout.schedule.left);
+  EXPECT_EQ(layout.schedule.right, 592);
+  EXPECT_EQ(layout.schedule.top, 8);
+  EXPECT_EQ(layout.schedule.bottom, layout.settings.bottom);
 }
 
 struct Split {
@@ -59,11 +63,27 @@ INSTANTIATE_TEST_SUITE_P(FrameGeometry, FrameSplit,
                          testing::Values(Split{0.5, 200, 200}, Split{0.25, 100, 300}, Split{0.0, 90, 310},
                                          Split{1.0, 310, 90}, Split{-3.0, 90, 310}, Split{7.0, 310, 90}));
 
+TEST(FrameGeometry, ColumnsKeepTheirLeastWidths) {
+  const SIZE wide{1000, 484};
+  EXPECT_EQ(lay_out_frame(wide, {.columns = 0}, metrics).rules.right - 8, 240);
+  EXPECT_EQ(592 + 400 - lay_out_frame(wide, {.columns = 1}, metrics).schedule.left, 300);
+  EXPECT_EQ(lay_out_frame(wide, {.columns = 0.5}, metrics).rules.right, 8 + (1000 - 16 - 6) / 2);
+}
+
+TEST(FrameGeometry, DraggingTheSplitterBetweenTheColumnsPutsItUnderTheCursor) {
+  const SIZE wide{1000, 484};
+  for (int left = 250; left <= 680; ++left) {
+    const FrameLayout layout = lay_out_frame(wide, {.columns = column_split_for(left, wide, metrics)}, metrics);
+    EXPECT_NEAR(layout.column_splitter.left, left, 1);
+  }
+  EXPECT_EQ(column_split_for(50, {10, 10}, metrics), 0);
+}
+
 TEST(FrameGeometry, SmallClientAreasTurnNothingInsideOut) {
   for (LONG side = 0; side < 300; ++side) {
     const FrameLayout layout = lay_out_frame({side, side}, {.rows = 0.6}, metrics);
-    for (const RECT& part :
-         {layout.rules_heading, layout.rules, layout.splitter, layout.settings_heading, layout.settings}) {
+    for (const RECT& part : {layout.rules_heading, layout.rules, layout.splitter, layout.settings_heading,
+                             layout.settings, layout.column_splitter, layout.schedule}) {
       EXPECT_LE(part.left, part.right) << side;
       EXPECT_LE(part.top, part.bottom) << side;
     }

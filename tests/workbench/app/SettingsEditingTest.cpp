@@ -25,6 +25,7 @@ class SettingsEditingTest : public ScheduleTest {
     pump_messages();
   }
 
+  long first_number() const { return store_->load_settings().front().number; }
   SymbolSourceSetting stored(size_t index) const { return store_->load_settings().at(index).setting; }
 
   std::vector<std::wstring> boxes_;
@@ -67,7 +68,7 @@ TEST_F(SettingsEditingTest, DialogShowsWhatIsStoredAndOkKeepsIt) {
 
 TEST_F(SettingsEditingTest, RuleAndCalendarThatAreNotThereAreKept) {
   start_at_2026();
-  store_->update_setting(1, {.name = L"IF", .rule_name = L"gone", .calendar = L"gone too"}, std::nullopt);
+  store_->update_setting(first_number(), {.name = L"IF", .rule_name = L"gone", .calendar = L"gone too"}, std::nullopt);
   pump_messages();
   run(IDM_EDIT_SETTING, [](HWND dialog, int) { click(dialog, IDOK); });
   EXPECT_EQ(stored(0).rule_name, L"gone");
@@ -94,7 +95,7 @@ TEST_F(SettingsEditingTest, ChangeByAnotherProgramIsShownAndReplacedOnlyByASecon
   start_at_2026();
   run(IDM_EDIT_SETTING, [&](HWND dialog, int visit) {
     if (visit == 1) {
-      store_->update_setting(1, {.name = L"IF of another program", .rule_name = L"unused"}, std::nullopt);
+      store_->update_setting(first_number(), {.name = L"IF of another program", .rule_name = L"unused"}, std::nullopt);
       SetDlgItemTextW(dialog, IDC_SETTING_NAME, L"mine");
       click(dialog, IDOK);
       EXPECT_EQ(stored(0).name, L"IF of another program");
@@ -112,7 +113,7 @@ TEST_F(SettingsEditingTest, SettingThatAnotherProgramDeletedIsAddedByASecondOk) 
   start_at_2026();
   run(IDM_EDIT_SETTING, [&](HWND dialog, int visit) {
     if (visit == 1) {
-      store_->delete_setting(1, std::nullopt);
+      store_->delete_setting(first_number(), std::nullopt);
     }
     click(dialog, IDOK);
   });

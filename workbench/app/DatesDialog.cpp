@@ -1,0 +1,61 @@
+#include "DatesDialog.h"
+
+#include "DialogControls.h"
+#include "ScheduleRecords.h"
+#include "Texts.h"
+#include "UiLanguage.h"
+#include "resource.h"
+
+namespace workbench {
+
+void DatesDialog::fill_choices(UINT first_calendar, std::initializer_list<UINT> days) {
+  HWND calendars = control(IDC_DATES_CALENDAR);
+  add_item(calendars, text(first_calendar));
+  for (const schedule::Calendar& calendar : data_.calendars) add_item(calendars, from_schedule_text(calendar.name));
+  for (const UINT day : days) add_item(control(IDC_DATES_AGAINST), text(day));
+  choose_item(calendars, 0);
+  choose_item(control(IDC_DATES_AGAINST), 0);
+}
+
+const schedule::Calendar* DatesDialog::chosen_calendar() const {
+  const int item = chosen_item(control(IDC_DATES_CALENDAR));
+  return item > 0 ? &data_.calendars.at(static_cast<size_t>(item) - 1) : nullptr;
+}
+
+void DatesDialog::place(ListPane& pane) {
+  HWND area_control = control(IDC_DATES_AREA);
+  RECT area{};
+  GetWindowRect(area_control, &area);
+  MapWindowPoints(nullptr, handle(), reinterpret_cast<POINT*>(&area), 2);
+  ShowWindow(area_control, SW_HIDE);
+  const int dpi = static_cast<int>(GetDpiForWindow(handle()));
+  pane.use_font(reinterpret_cast<HFONT>(SendMessageW(handle(), WM_GETFONT, 0, 0)), dpi);
+  const int heading = MulDiv(20, dpi, USER_DEFAULT_SCREEN_DPI);
+  const int width = static_cast<int>(area.right - area.left);
+  SetWindowPos(pane.heading(), area_control, area.left, area.top, width, heading, SWP_NOACTIVATE);
+  SetWindowPos(pane.list(), area_control, area.left, area.top + heading, width,
+               static_cast<int>(area.bottom - area.top) - heading, SWP_NOACTIVATE);
+}
+
+std::optional<std::string> DatesDialog::ask_for_file(std::wstring& path) {
+  const auto chosen = files_.ask_to_open(handle(), {IDS_FILTER_DATES, L"csv"});
+  if (!chosen) return std::nullopt;
+  path = chosen->wstring();
+  std::optional<std::string> bytes = try_read_file(*chosen);
+  if (!bytes) show_mistake(text(IDS_FILE_NOT_READ, {path}), control(IDC_DATES_IMPORT));
+  return bytes;
+}
+
+void DatesDialog::show_messages(const std::vector<std::wstring>& lines) {
+  std::wstring shown;
+  for (const std::wstring& line : lines) shown += line + L"\r\n";
+  SetWindowTextW(control(IDC_DATES_MESSAGES), shown.c_str());
+}
+
+std::wstring mistake_in_words(const schedule::Mistake& mistake, std::size_t added_lines) {
+  const std::wstring words = from_schedule_text(describe(mistake, chosen_language()));
+  if (mistake.line <= added_lines) return words;
+  return text(IDS_LINE_MESSAGE, {std::to_wstring(mistake.line - added_lines), words});
+}
+
+}  // namespace workbench

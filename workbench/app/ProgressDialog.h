@@ -1,0 +1,32 @@
+#pragma once
+
+#include <windows.h>
+
+#include <cstddef>
+
+namespace workbench {
+
+/// Shows how far a long work on this thread has come, from one second after its beginning on, and lets the user cancel
+/// it. The owner takes no input as long as it is shown.
+class ProgressDialog {
+ public:
+  explicit ProgressDialog(HWND owner) noexcept : owner_(owner) {}
+  ~ProgressDialog();
+  ProgressDialog(const ProgressDialog&) = delete;
+  ProgressDialog& operator=(const ProgressDialog&) = delete;
+
+  /// Called by the work often, with how much of it is done. False: the user cancelled it.
+  bool go_on(std::size_t done, std::size_t total);
+
+ private:
+  static INT_PTR CALLBACK procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) noexcept;
+  void show();
+
+  HWND owner_;
+  HWND window_ = nullptr;
+  ULONGLONG began_ = GetTickCount64();
+  ULONGLONG shown_ = 0;  ///< when the bar was moved last
+  bool cancelled_ = false;
+};
+
+}  // namespace workbench

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "DateCheck.h"
+#include "DateList.h"
+#include "ScheduleModel.h"
+
+namespace workbench {
+
+/// Called from time to time with how much of the work is done; false cancels it.
+using Progress = std::function<bool(std::size_t done, std::size_t total)>;
+
+/// How a list of contracts and last trading days is compared.
+struct CheckChoice {
+  std::string calendar{};                      ///< in place of the settings' own calendars; empty: those
+  std::optional<schedule::Against> against{};  ///< the day that is compared; by default the one that the setting names
+};
+
+/// A day of the calendar that alone would explain a difference.
+struct Explanation {
+  schedule::Day day{};
+  bool closed = false;   ///< whether the calendar has it closed, and an open day would explain the difference
+  std::string reason{};  ///< why it is closed
+
+  bool operator==(const Explanation&) const = default;
+};
+
+struct CheckedDate {
+  std::string rule;
+  schedule::DateCheck check;
+  std::vector<Explanation> explained_by{};
+};
+
+/// How many of a rule's listed dates the rule gives.
+struct RuleMatches {
+  std::size_t matches = 0;
+  std::size_t dates = 0;
+};
+
+struct CheckedList {
+  std::vector<CheckedDate> dates{};  ///< rule by rule, within a rule in the order of the list
+  std::map<std::string, RuleMatches> rules{};
+  std::vector<schedule::Mistake> mistakes{};  ///< lines that could not be compared, by line
+  bool cancelled = false;                     ///< nothing else is set then
+};
+
+/// Compares each listed day with what the rule gives on the calendar of the first setting that uses it.
+CheckedList check_list(const ScheduleData& data, const schedule::DateList& list, const CheckChoice& choice,
+                       const Progress& progress);
+
+}  // namespace workbench
