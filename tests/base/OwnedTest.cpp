@@ -129,6 +129,13 @@ TEST_F(OwnedTest, RegistryKeyIsClosed) {
             ERROR_INVALID_HANDLE);
 }
 
+TEST_F(OwnedTest, FileThatCannotBeOpenedIsNone) {
+  const FileHandle file(
+      CreateFileW(L"no such folder\\file", GENERIC_READ, 0, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+  EXPECT_FALSE(file);
+  EXPECT_FALSE(FileHandle());
+}
+
 TEST_F(OwnedTest, ModuleIsFreed) {
   ASSERT_EQ(GetModuleHandleW(L"msimg32.dll"), nullptr) << "the test needs a system module that nobody holds";
   {
