@@ -179,7 +179,11 @@ LRESULT MainWindow::on_command(WORD id) {
       return 0;
     case IDM_NEXT_PANE:
     case IDM_PREVIOUS_PANE:
-      focus_next(id == IDM_PREVIOUS_PANE);
+      focus_next({rules_->list(), settings_->list(), schedule_->list()}, id == IDM_PREVIOUS_PANE);
+      return 0;
+    case IDM_NEXT_CONTROL:
+    case IDM_PREVIOUS_CONTROL:
+      focus_next(focus_order(), id == IDM_PREVIOUS_CONTROL);
       return 0;
     case IDM_ABOUT:
       events_.about();
@@ -318,10 +322,15 @@ void MainWindow::run_posted() {
   task();
 }
 
-/// The windows with a keyboard focus in the order of the Tab key, from the one that has it.
-void MainWindow::focus_next(bool backwards) {
+/// The windows that take the keyboard focus, in the order of the Tab key.
+std::vector<HWND> MainWindow::focus_order() const {
   std::vector<HWND> order{rules_->list(), settings_->list()};
   for (HWND window : schedule_->focus_order()) order.push_back(window);
+  return order;
+}
+
+/// Moves the focus to the window after the one that has it.
+void MainWindow::focus_next(std::vector<HWND> order, bool backwards) {
   if (backwards) std::ranges::reverse(order);
   HWND focus = GetFocus();
   const auto current =

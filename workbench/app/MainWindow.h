@@ -80,7 +80,8 @@ class MainWindow final : public Window {
   void follow_selection(UINT_PTR list, UINT code);
   void show_selected();
   void update_menu(HMENU menu);
-  void focus_next(bool backwards);
+  std::vector<HWND> focus_order() const;
+  static void focus_next(std::vector<HWND> order, bool backwards);
   SIZE client_size() const;
   FrameMetrics metrics() const;
   FrameLayout layout() const;

@@ -36,6 +36,7 @@ class SchedulePane final : public Window {
   const ScheduleChoice& choice() const noexcept { return choice_; }
   const ScheduleData& data() const noexcept { return data_; }
 
+  HWND list() const noexcept { return list_->list(); }
   /// The windows that take the keyboard focus, in the order of the Tab key.
   std::vector<HWND> focus_order() const;
 

@@ -30,6 +30,8 @@
 #define IDM_NEXT_PANE 304
 #define IDM_ABOUT 305
 #define IDM_PREVIOUS_PANE 306
+#define IDM_NEXT_CONTROL 307
+#define IDM_PREVIOUS_CONTROL 308
 
 /* commands about settings and dates */
 #define IDM_FIRST_SCHEDULE_COMMAND 320

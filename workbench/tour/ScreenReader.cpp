@@ -74,9 +74,14 @@ Windows windows_with_title(const std::wstring& title) {
   return windows;
 }
 
+/// The visible control with this identifier, which may lie within another control.
 HWND find_control(const std::wstring& title, int id) {
-  for (HWND window : windows_with_title(title))
-    if (HWND control = GetDlgItem(window, id)) return control;
+  for (HWND window : windows_with_title(title)) {
+    Windows controls;
+    EnumChildWindows(window, &collect_visible, reinterpret_cast<LPARAM>(&controls));
+    for (HWND control : controls)
+      if (GetDlgCtrlID(control) == id) return control;
+  }
   return nullptr;
 }
 

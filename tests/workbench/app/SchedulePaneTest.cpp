@@ -102,13 +102,26 @@ TEST_F(ScheduleTest, TabGoesThroughTheListsAndTheChoices) {
   SetFocus(rules());
   std::vector<HWND> visited;
   for (int step = 0; step < 7; ++step) {
-    press(IDM_NEXT_PANE);
+    press(IDM_NEXT_CONTROL);
     visited.push_back(GetFocus());
   }
   EXPECT_EQ(visited.at(0), settings());
   EXPECT_EQ(visited.at(1), part(IDC_CALENDAR));
   EXPECT_EQ(visited.at(5), list());
   EXPECT_EQ(visited.at(6), rules());
+  press(IDM_PREVIOUS_CONTROL);
+  EXPECT_EQ(GetFocus(), list());
+}
+
+TEST_F(ScheduleTest, NextPaneGoesFromListToList) {
+  start_at_2026();
+  SetFocus(rules());
+  std::vector<HWND> visited;
+  for (int step = 0; step < 3; ++step) {
+    press(IDM_NEXT_PANE);
+    visited.push_back(GetFocus());
+  }
+  EXPECT_EQ(visited, (std::vector<HWND>{settings(), list(), rules()}));
   press(IDM_PREVIOUS_PANE);
   EXPECT_EQ(GetFocus(), list());
 }

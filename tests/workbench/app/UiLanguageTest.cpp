@@ -1,7 +1,10 @@
+#include <windows.h>
+#include <commctrl.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
 
+#include "ModulePath.h"
 #include "Owned.h"
 #include "Texts.h"
 #include "UiLanguage.h"
@@ -83,6 +86,71 @@ TEST(UiLanguage, NoTwoItemsOfAMenuHaveTheSameLetter) {
       std::ranges::sort(letters);
       EXPECT_EQ(std::ranges::adjacent_find(letters), letters.end()) << static_cast<int>(language);
     }
+  }
+}
+
+INT_PTR CALLBACK do_nothing(HWND, UINT, WPARAM, LPARAM) { return FALSE; }
+
+/// A dialog of the program that is never shown.
+class HiddenDialog {
+ public:
+  explicit HiddenDialog(UINT id)
+      : handle_(CreateDialogIndirectParamW(base::module_instance(), find_dialog(id), nullptr, &do_nothing, 0)) {}
+  ~HiddenDialog() { DestroyWindow(handle_); }
+  HiddenDialog(const HiddenDialog&) = delete;
+  HiddenDialog& operator=(const HiddenDialog&) = delete;
+
+  std::vector<HWND> controls() const {
+    std::vector<HWND> controls;
+    for (HWND child = GetWindow(handle_, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT))
+      controls.push_back(child);
+    return controls;
+  }
+
+ private:
+  HWND handle_;
+};
+
+/// The width that a control's text takes, with the box of a check box.
+LONG needed_width(HWND control) {
+  wchar_t text[200] = L"";
+  GetWindowTextW(control, text, static_cast<int>(std::size(text)));
+  HDC dc = GetDC(control);
+  HGDIOBJ previous = SelectObject(dc, reinterpret_cast<HFONT>(SendMessageW(control, WM_GETFONT, 0, 0)));
+  RECT needed{};
+  DrawTextW(dc, text, -1, &needed, DT_CALCRECT | DT_SINGLELINE);
+  SelectObject(dc, previous);
+  ReleaseDC(control, dc);
+  const bool check_box = SendMessageW(control, WM_GETDLGCODE, 0, 0) == DLGC_BUTTON;
+  return needed.right + (check_box ? GetSystemMetrics(SM_CXMENUCHECK) : 0);
+}
+
+bool shows_text(HWND control) {
+  wchar_t class_name[20] = L"";
+  GetClassNameW(control, class_name, static_cast<int>(std::size(class_name)));
+  return std::wstring(class_name) == L"Static" || std::wstring(class_name) == L"Button";
+}
+
+TEST(UiLanguage, DialogsHoldTheSameControlsAndTheirTextsFit) {
+  const INITCOMMONCONTROLSEX classes{sizeof(classes), ICC_PROGRESS_CLASS};
+  InitCommonControlsEx(&classes);
+  for (const UINT id : {IDD_SETTING, IDD_CHECK, IDD_FIND, IDD_PROGRESS}) {
+    std::vector<int> ids[2];
+    for (const Language language : {Language::english, Language::chinese}) {
+      choose_language(language);
+      const HiddenDialog dialog(id);
+      ASSERT_FALSE(dialog.controls().empty()) << id;
+      for (HWND control : dialog.controls()) {
+        ids[static_cast<int>(language)].push_back(GetDlgCtrlID(control));
+        RECT client{};
+        GetClientRect(control, &client);
+        if (shows_text(control)) {
+          EXPECT_LE(needed_width(control), client.right)
+              << id << ' ' << GetDlgCtrlID(control) << ' ' << static_cast<int>(language);
+        }
+      }
+    }
+    EXPECT_EQ(ids[0], ids[1]) << id;
   }
 }
 
