@@ -4,19 +4,20 @@
 #include "HostMenu.h"
 #include "HostStorage.h"
 #include "ModuleTest.h"
+#include "UnusedSlots.h"
 
 namespace module_test {
 namespace {
 
 using testing::ElementsAre;
 
-/// What the host of this test knows: which of its interfaces the plug-in let go of, in order.
+/// What the host of this test knows: which of its interfaces the plug-in released, in order.
 struct Log {
   std::vector<std::string> released;
   std::function<void()> on_release;
 };
 
-/// An object with one interface, which tells when its last reference goes. It lives as long as the test.
+/// An object with one interface, which records the release of its last reference. It lives as long as the test.
 template <class Interface>
 class Watched : public Interface {
  public:
@@ -82,12 +83,9 @@ class HotKey final : public Watched<IkvHotKey> {
   }
 };
 
-class SubMenu final : public Watched<IkvSubMenu> {
+class SubMenu final : public workbench::SubMenuSlots<Watched<IkvSubMenu>> {
  public:
-  SubMenu(Log& log, Item& item) : Watched(log, "submenu"), item_(item) {}
-  STDMETHODIMP Reserved7() noexcept override { return E_NOTIMPL; }
-  STDMETHODIMP Reserved8() noexcept override { return E_NOTIMPL; }
-  STDMETHODIMP Reserved9() noexcept override { return E_NOTIMPL; }
+  SubMenu(Log& log, Item& item) : SubMenuSlots(log, "submenu"), item_(item) {}
   STDMETHODIMP AddCommand(BSTR, long, long, long, IUnknown*, long, IDispatch*, IkvMenuItem** item) noexcept override {
     item_.AddRef();
     *item = &item_;
@@ -98,15 +96,14 @@ class SubMenu final : public Watched<IkvSubMenu> {
   Item& item_;
 };
 
-class MainMenu final : public Watched<IkvMainMenu> {
+class MainMenu final : public workbench::MainMenuSlots<Watched<IkvMainMenu>> {
  public:
-  MainMenu(Log& log, SubMenu& submenu) : Watched(log, "main menu"), submenu_(submenu) {}
+  MainMenu(Log& log, SubMenu& submenu) : MainMenuSlots(log, "main menu"), submenu_(submenu) {}
   STDMETHODIMP FindSubMenu(BSTR, IkvSubMenu** submenu) noexcept override {
     submenu_.AddRef();
     *submenu = &submenu_;
     return S_OK;
   }
-  STDMETHODIMP Reserved8() noexcept override { return E_NOTIMPL; }
   STDMETHODIMP AddSubMenu(BSTR, BSTR, long, IkvSubMenu**) noexcept override { return E_NOTIMPL; }
 
  private:
@@ -139,12 +136,10 @@ class SymbolSources final : public Watched<IkvSymbolSourceService> {
   }
 };
 
-class Rules final : public Watched<IkvExpirationRuleService> {
+class Rules final : public workbench::RuleServiceSlots<Watched<IkvExpirationRuleService>> {
  public:
-  using Watched::Watched;
+  using RuleServiceSlots::RuleServiceSlots;
   STDMETHODIMP load_rules(IkvRuleFilter*, IKV_kvudfcom::IkvTable*) noexcept override { return E_NOTIMPL; }
-  STDMETHODIMP Reserved8() noexcept override { return E_NOTIMPL; }
-  STDMETHODIMP Reserved9() noexcept override { return E_NOTIMPL; }
   STDMETHODIMP delete_rule(long, long*) noexcept override { return E_NOTIMPL; }
   STDMETHODIMP add_rule(BSTR, long, long, long, long, long, long, long, long, long, long*) noexcept override {
     return E_NOTIMPL;
@@ -186,7 +181,7 @@ class ReleaseTest : public ModuleTest {
   Rules rules_{log_, "rules"};
 };
 
-TEST_F(ReleaseTest, LastReleaseLetsGoInTheReverseOrder) {
+TEST_F(ReleaseTest, LastReleaseReleasesInTheReverseOrder) {
   base::ComPtr<IkvPlugin> plugin = initialised_plugin();
   plugin = nullptr;
   EXPECT_THAT(log_.released,
@@ -216,13 +211,13 @@ TEST_F(ReleaseTest, HostMayCallBackWhileItIsReleased) {
   base::ComPtr<IkvPlugin> plugin = initialised_plugin();
   IkvPlugin* dying = plugin;
   log_.on_release = [&] {
-    // A host that still knows the target of its menu item looks at it once more.
+    // A host that still has the target of its menu item uses it once more.
     const auto own = base::try_query<IzdExpirationRulesPlugin>(dying);
     EXPECT_TRUE(own);
     UINT count = 0;
     EXPECT_EQ(S_OK, dying->GetTypeInfoCount(&count));
     VARIANT none = {};
-    EXPECT_EQ(E_FAIL, dying->DoCommand(1, none)) << "what is let go is not used any more";
+    EXPECT_EQ(E_FAIL, dying->DoCommand(1, none)) << "what is released is not used any more";
   };
   plugin = nullptr;
   log_.on_release = nullptr;

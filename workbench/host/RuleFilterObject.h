@@ -1,13 +1,13 @@
 #pragma once
 
-#include "DispatchObject.h"
 #include "HostOnly.h"
 #include "HostStorage.h"
+#include "UnusedSlots.h"
 
 namespace workbench {
 
 /// The host's rule filter. A new one selects every rule.
-class RuleFilterObject final : public DispatchObject<IkvRuleFilter, IRuleFilterAccess> {
+class RuleFilterObject final : public RuleFilterSlots<DispatchObject<IkvRuleFilter, IRuleFilterAccess>> {
  public:
   HRESULT STDMETHODCALLTYPE SetRuleID(long ruleId) noexcept override {
     rule_number_ = ruleId;
@@ -15,8 +15,6 @@ class RuleFilterObject final : public DispatchObject<IkvRuleFilter, IRuleFilterA
   }
 
   long rule_number() const noexcept override { return rule_number_; }
-
-  KV_UNUSED_SLOT(7)
 
  private:
   long rule_number_ = 0;

@@ -3,9 +3,9 @@
 #include <memory>
 #include <unordered_map>
 
-#include "DispatchObject.h"
 #include "HostClasses.h"
 #include "HostStorage.h"
+#include "UnusedSlots.h"
 
 namespace workbench {
 
@@ -13,7 +13,8 @@ namespace workbench {
 /// what it loaded: a change by somebody else in between makes `update_rule` fail, so that nobody's work is overwritten
 /// unseen.
 class StorageObject final
-    : public DispatchObject<IkvStorage, IkvStorageSession, IkvSymbolSourceService, IkvExpirationRuleService> {
+    : public RuleServiceSlots<
+          DispatchObject<IkvStorage, IkvStorageSession, IkvSymbolSourceService, IkvExpirationRuleService>> {
  public:
   StorageObject(std::shared_ptr<RuleStore> store, StoreFailureListener listener)
       : store_(std::move(store)), listener_(std::move(listener)) {}
@@ -31,9 +32,6 @@ class StorageObject final
   HRESULT STDMETHODCALLTYPE update_rule(long ruleId, BSTR ruleName, long rollOffset, long dayType, long dayMode,
                                         long dayOfMonth, long dayMonth, long weekOrdinal, long weekday,
                                         long weekdayMonth, long moveToNextTradingDay) noexcept override;
-
-  KV_UNUSED_SLOT(8)
-  KV_UNUSED_SLOT(9)
 
  private:
   /// `unsaved` is read when the body has failed: what it meant to store, if it meant that.

@@ -3,15 +3,15 @@
 #include <memory>
 #include <vector>
 
-#include "DispatchObject.h"
 #include "FieldObject.h"
 #include "HostOnly.h"
 #include "HostStorage.h"
+#include "UnusedSlots.h"
 
 namespace workbench {
 
 /// The host's table. Its fields are those of `tagKVFIELDID`; numbers start at 0 and texts empty in a new row.
-class TableObject final : public DispatchObject<IKV_kvudfcom::IkvTable, ITableAccess> {
+class TableObject final : public TableSlots<DispatchObject<IKV_kvudfcom::IkvTable, ITableAccess>> {
  public:
   TableObject() : rows_(std::make_shared<TableRows>()) {}
 
@@ -26,20 +26,6 @@ class TableObject final : public DispatchObject<IKV_kvudfcom::IkvTable, ITableAc
   HRESULT STDMETHODCALLTYPE IsEOF(long* flag) noexcept override;
 
   TableRows& rows() noexcept override { return *rows_; }
-
-  KV_UNUSED_SLOT(7)
-  KV_UNUSED_SLOT(8)
-  KV_UNUSED_SLOT(9)
-  KV_UNUSED_SLOT(11)
-  KV_UNUSED_SLOT(12)
-  KV_UNUSED_SLOT(13)
-  KV_UNUSED_SLOT(15)
-  KV_UNUSED_SLOT(17)
-  KV_UNUSED_SLOT(18)
-  KV_UNUSED_SLOT(21)
-  KV_UNUSED_SLOT(22)
-  KV_UNUSED_SLOT(24)
-  KV_UNUSED_SLOT(25)
 
  private:
   struct ReleaseField {

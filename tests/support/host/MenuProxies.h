@@ -5,28 +5,24 @@
 
 namespace test_support {
 
-class MainMenuProxy final : public ProxyObject<IkvMainMenu> {
+class MainMenuProxy final : public workbench::MainMenuSlots<ProxyObject<IkvMainMenu>> {
  public:
   MainMenuProxy(std::shared_ptr<HostState> host, base::ComPtr<IUnknown> menu)
-      : ProxyObject(std::move(host), "kvMainMenu", std::move(menu)) {}
+      : MainMenuSlots(std::move(host), "kvMainMenu", std::move(menu)) {}
 
   HRESULT STDMETHODCALLTYPE FindSubMenu(BSTR caption, IkvSubMenu** submenu) noexcept override;
   HRESULT STDMETHODCALLTYPE AddSubMenu(BSTR caption, BSTR hint, long flags, IkvSubMenu** submenu) noexcept override;
-  KV_UNUSED_SLOT(8)
 };
 
-class SubMenuProxy final : public ProxyObject<IkvSubMenu> {
+class SubMenuProxy final : public workbench::SubMenuSlots<ProxyObject<IkvSubMenu>> {
  public:
   SubMenuProxy(std::shared_ptr<HostState> host, base::ComPtr<IUnknown> submenu)
-      : ProxyObject(std::move(host), "kvSubMenu", std::move(submenu)) {}
+      : SubMenuSlots(std::move(host), "kvSubMenu", std::move(submenu)) {}
 
-  /// The host below gets a stand-in for the target: when a plug-in's last reference goes is a matter of each test.
+  /// The host below gets a stand-in for the target: each test decides when a plug-in's last reference is released.
   HRESULT STDMETHODCALLTYPE AddCommand(BSTR caption, long reserved1, long reserved2, long reserved3,
                                        IUnknown* reserved4, long kind, IDispatch* target,
                                        IkvMenuItem** item) noexcept override;
-  KV_UNUSED_SLOT(7)
-  KV_UNUSED_SLOT(8)
-  KV_UNUSED_SLOT(9)
 };
 
 class HotKeysProxy final : public ProxyObject<IkvHotKeyCollection> {

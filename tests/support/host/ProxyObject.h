@@ -6,6 +6,7 @@
 
 #include "ComPtr.h"
 #include "HostState.h"
+#include "UnusedSlots.h"
 
 namespace test_support {
 

@@ -5,21 +5,21 @@
 
 namespace test_support {
 
-class FilterProxy final : public ProxyObject<IkvRuleFilter> {
+class FilterProxy final : public workbench::RuleFilterSlots<ProxyObject<IkvRuleFilter>> {
  public:
   FilterProxy(std::shared_ptr<HostState> host, base::ComPtr<IUnknown> filter)
-      : ProxyObject(std::move(host), "kvRuleFilter", std::move(filter)) {}
+      : RuleFilterSlots(std::move(host), "kvRuleFilter", std::move(filter)) {}
 
   HRESULT STDMETHODCALLTYPE SetRuleID(long rule_id) noexcept override;
-  KV_UNUSED_SLOT(7)
 };
 
 /// The storage object with its four interfaces.
 class StorageProxy final
-    : public ProxyObject<IkvStorage, IkvStorageSession, IkvSymbolSourceService, IkvExpirationRuleService> {
+    : public workbench::RuleServiceSlots<
+          ProxyObject<IkvStorage, IkvStorageSession, IkvSymbolSourceService, IkvExpirationRuleService>> {
  public:
   StorageProxy(std::shared_ptr<HostState> host, base::ComPtr<IUnknown> storage)
-      : ProxyObject(std::move(host), "kvStorage", std::move(storage)) {}
+      : RuleServiceSlots(std::move(host), "kvStorage", std::move(storage)) {}
 
   HRESULT STDMETHODCALLTYPE load_symbol_source_settings(IkvRuleFilter* filter,
                                                         IKV_kvudfcom::IkvTable* table) noexcept override;
@@ -31,8 +31,6 @@ class StorageProxy final
   HRESULT STDMETHODCALLTYPE update_rule(long rule_id, BSTR name, long roll_offset, long day_type, long day_mode,
                                         long day_of_month, long day_month, long week_ordinal, long weekday,
                                         long weekday_month, long move_to_next_trading_day) noexcept override;
-  KV_UNUSED_SLOT(8)
-  KV_UNUSED_SLOT(9)
 };
 
 }  // namespace test_support

@@ -11,11 +11,11 @@ using IKV_kvudfcom::IkvTable;
 
 /// One field of whichever row is current in its table. Until it is written, it may hold an odd value in the place of
 /// what the host put there.
-class FieldProxy final : public ProxyObject<IkvField> {
+class FieldProxy final : public workbench::FieldSlots<ProxyObject<IkvField>> {
  public:
   FieldProxy(std::shared_ptr<HostState> host, ComPtr<IUnknown> field, ComPtr<IUnknown> table, long id,
              std::shared_ptr<std::set<long>> written)
-      : ProxyObject(std::move(host), "kvField", std::move(field)),
+      : FieldSlots(std::move(host), "kvField", std::move(field)),
         table_(std::move(table)),
         id_(id),
         written_(std::move(written)) {}
@@ -54,22 +54,6 @@ class FieldProxy final : public ProxyObject<IkvField> {
       return inner<IkvField>()->SetLong(number);
     });
   }
-  KV_UNUSED_SLOT(7)
-  KV_UNUSED_SLOT(8)
-  KV_UNUSED_SLOT(9)
-  KV_UNUSED_SLOT(10)
-  KV_UNUSED_SLOT(11)
-  KV_UNUSED_SLOT(12)
-  KV_UNUSED_SLOT(13)
-  KV_UNUSED_SLOT(14)
-  KV_UNUSED_SLOT(15)
-  KV_UNUSED_SLOT(16)
-  KV_UNUSED_SLOT(17)
-  KV_UNUSED_SLOT(18)
-  KV_UNUSED_SLOT(19)
-  KV_UNUSED_SLOT(20)
-  KV_UNUSED_SLOT(23)
-  KV_UNUSED_SLOT(24)
 
  private:
   const HostValue* odd_value() const {

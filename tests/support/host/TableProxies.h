@@ -10,10 +10,10 @@
 namespace test_support {
 
 /// A table of the host. It is runnable, as an object of a real host may be, so that running it can fail.
-class TableProxy final : public ProxyObject<IKV_kvudfcom::IkvTable, IRunnableObject> {
+class TableProxy final : public workbench::TableSlots<ProxyObject<IKV_kvudfcom::IkvTable, IRunnableObject>> {
  public:
   TableProxy(std::shared_ptr<HostState> host, base::ComPtr<IUnknown> table)
-      : ProxyObject(std::move(host), "kvTable", std::move(table)) {}
+      : TableSlots(std::move(host), "kvTable", std::move(table)) {}
 
   HRESULT STDMETHODCALLTYPE GetRowCount(long* count) noexcept override;
   HRESULT STDMETHODCALLTYPE GetFieldByID(long field_id, IKV_kvudfcom::IkvField** field) noexcept override;
@@ -23,19 +23,6 @@ class TableProxy final : public ProxyObject<IKV_kvudfcom::IkvTable, IRunnableObj
   HRESULT STDMETHODCALLTYPE MoveFirst() noexcept override;
   HRESULT STDMETHODCALLTYPE MoveNext() noexcept override;
   HRESULT STDMETHODCALLTYPE IsEOF(long* flag) noexcept override;
-  KV_UNUSED_SLOT(7)
-  KV_UNUSED_SLOT(8)
-  KV_UNUSED_SLOT(9)
-  KV_UNUSED_SLOT(11)
-  KV_UNUSED_SLOT(12)
-  KV_UNUSED_SLOT(13)
-  KV_UNUSED_SLOT(15)
-  KV_UNUSED_SLOT(17)
-  KV_UNUSED_SLOT(18)
-  KV_UNUSED_SLOT(21)
-  KV_UNUSED_SLOT(22)
-  KV_UNUSED_SLOT(24)
-  KV_UNUSED_SLOT(25)
 
   HRESULT STDMETHODCALLTYPE Run(IBindCtx* context) noexcept override;
   HRESULT STDMETHODCALLTYPE GetRunningClass(CLSID*) noexcept override { return E_NOTIMPL; }
