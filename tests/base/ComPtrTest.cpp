@@ -74,7 +74,7 @@ TEST(ComPtr, SuccessWithoutAnObjectIsNull) {
   }
 }
 
-TEST(ComPtr, PositiveAnswerWithAnObjectIsSuccess) {
+TEST(ComPtr, PositiveResultWithAnObjectIsSuccess) {
   Odd object;
   object.answer = S_FALSE;
   { EXPECT_TRUE(query<ISample>(&object)); }
@@ -127,7 +127,7 @@ TEST(ComPtr, ObjectGivenByAFailingCallIsNotLeaked) {
   EXPECT_EQ(object.references, 1u);
 }
 
-TEST(ComPtr, ReleaseLetsGoOnce) {
+TEST(ComPtr, ReleaseReleasesOnce) {
   Odd object;
   ComPtr<ISample> target(&object);
   release(target);

@@ -74,7 +74,7 @@ TEST_F(VersionRecordOfFile, IsOfTheFirstTranslationOnly) {
   EXPECT_EQ(read(L"SECOND_LANGUAGE_FIRST").company_name, L"Spanish");
 }
 
-TEST_F(VersionRecordOfFile, LooksNowhereElseForWhatTheFirstTranslationLacks) {
+TEST_F(VersionRecordOfFile, LooksNowhereElseForWhatIsMissingInTheFirstTranslation) {
   const VersionRecord record = read(L"PRODUCT_IN_THE_SECOND_TRANSLATION");
   EXPECT_EQ(record.registry_company, L"Company");
   EXPECT_EQ(record.registry_product, L"");
@@ -162,7 +162,7 @@ TEST_F(QueriedVersionValue, OfEachTextIsAskedForInTheOrderOfTheRecord) {
                                        texts + L"LegalCopyright"}));
 }
 
-TEST(ComposedPath, IsMadeOfCompanyAndProductAsTheyAre) {
+TEST(ComposedPath, ConsistsOfCompanyAndProductAsTheyAre) {
   BSTR path = nullptr;
   EXPECT_EQ(compose_registry_path(&path, L"A B", L"C"), 0);
   EXPECT_STREQ(path, L"SOFTWARE\\A B\\C");

@@ -7,7 +7,7 @@ namespace {
 
 using namespace SnagtrapUtil;
 
-/// Counts breaks into the debugger and goes on behind them, as a debugger does when its user says so.
+/// Counts breaks into the debugger and continues after them, as a debugger does when its user wants that.
 class BreakCounter {
  public:
   BreakCounter() : handler_(AddVectoredExceptionHandler(1, step_over)) { breaks = 0; }
@@ -111,7 +111,7 @@ TEST_F(FailingCall, IsAnAssertionWithoutTextAndThrownOn) {
   EXPECT_EQ(test_support::field_text(record, L"HRESULT"), std::to_wstring(E_ACCESSDENIED));
 }
 
-TEST_F(FailingCall, IsNoneWhenItAnswersPositively) {
+TEST_F(FailingCall, IsNoneWhenItsResultIsPositive) {
   require_success(S_OK, place);
   require_success(S_FALSE, place);
   EXPECT_TRUE(recorder.commands().empty());

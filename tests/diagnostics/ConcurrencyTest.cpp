@@ -47,7 +47,7 @@ TEST_F(GlobalEvent, HoldsEveryAccessBackUntilItIsSet) {
   EXPECT_TRUE(came_back_after);
 }
 
-TEST_F(GlobalEvent, ThatIsSetHoldsNobodyBack) {
+TEST_F(GlobalEvent, ThatIsSetBlocksNoThread) {
   SetEvent(event);
   EXPECT_FALSE(expect(false, L"x", place));
   EXPECT_EQ(recorder.commands(L"PROCESS").size(), 1u);

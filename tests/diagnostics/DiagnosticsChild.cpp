@@ -155,7 +155,7 @@ int get_the_client() {
   return 0;
 }
 
-/// Reports while the client cannot be made, and once more when it can.
+/// Reports while the client cannot be created, and once more when it can.
 int report_without_client() {
   Recorder recorder(argument(2));
   {
@@ -170,7 +170,7 @@ int report_without_client() {
   return 0;
 }
 
-/// Several threads make the first report of the process at once.
+/// Several threads send the first report of the process at once.
 int first_reports_of_many_threads() {
   constexpr std::size_t thread_count = 8;
   Recorder recorder(argument(2));

@@ -53,7 +53,7 @@ TEST_F(ExceptionTranslator, AnythingElseIsUnexpected) {
   EXPECT_EQ(message(), L"unknown exception; FILE - Some.cpp, LINE - 70");
 }
 
-TEST_F(ExceptionTranslator, LackOfMemoryKeepsItsMeaning) {
+TEST_F(ExceptionTranslator, OutOfMemoryKeepsItsMeaning) {
   EXPECT_EQ(in_flight(std::bad_alloc(), translate), E_OUTOFMEMORY);
 }
 
@@ -67,7 +67,7 @@ TEST_F(ExceptionTranslator, ReportsThroughTheTracer) {
   EXPECT_EQ(field_text(processed(), L"$Type"), L"TRACE");
 }
 
-TEST_F(ExceptionTranslator, AnswersAlsoWhenTheReportIsDropped) {
+TEST_F(ExceptionTranslator, ReturnsTheHresultAlsoWhenTheReportIsDropped) {
   recorder.answer(L"CREATE", E_FAIL);
   EXPECT_EQ(in_flight(_com_error(E_ACCESSDENIED), translate), E_ACCESSDENIED);
 }
@@ -133,7 +133,7 @@ TEST_F(CatchAll, ThrownNullRecordIsReportedWithoutInnerRecord) {
   EXPECT_FALSE(find_field(processed(), L"Inner"));
 }
 
-TEST_F(CatchAll, AnswersWhatTheLibraryAnswers) {
+TEST_F(CatchAll, ReturnsTheLibrarysResult) {
   recorder.answer(L"PROCESS", 7);
   EXPECT_EQ(in_flight(42, [this] { return report(); }), 7);
 }

@@ -16,7 +16,7 @@ using test_support::Recorder;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// Each test makes clients of its own.
+/// Each test creates clients of its own.
 class Initialisation : public testing::Test {
  protected:
   Initialisation() : objects_before(recorder.live_objects()) {}
@@ -33,7 +33,7 @@ TEST_F(Initialisation, MakingAClientSendsNothing) {
   EXPECT_THAT(recorder.words(), IsEmpty());
 }
 
-TEST_F(Initialisation, ClientThatCannotBeMadeIsThrownAsTheHresult) {
+TEST_F(Initialisation, ClientThatCannotBeCreatedIsThrownAsTheHresult) {
   const std::pair<DWORD, HRESULT> failures[] = {{ERROR_NOT_ENOUGH_MEMORY, HRESULT_FROM_WIN32(ERROR_NOT_ENOUGH_MEMORY)},
                                                 {ERROR_ACCESS_DENIED, E_ACCESSDENIED},
                                                 {ERROR_SUCCESS, E_FAIL}};
@@ -126,7 +126,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Failure{L"CREATE", E_FAIL, Out::made}, Failure{L"CREATE", S_OK, Out::null},
                     Failure{L"INIT", E_FAIL, Out::untouched}, Failure{L"Configure", E_FAIL, Out::untouched}));
 
-TEST_F(Initialisation, GoesOnWhenTheLibraryAnswersPositively) {
+TEST_F(Initialisation, GoesOnWhenTheLibrarysResultIsPositive) {
   for (const wchar_t* word : {L"ST_InitObject", L"CREATE", L"INIT", L"Configure"}) {
     recorder.reset();
     recorder.answer(word, S_FALSE);
@@ -156,7 +156,7 @@ class ClientCommand : public Initialisation {
   SnagtrapClient client;
 };
 
-TEST_F(ClientCommand, OfEveryNameSendsItsWordAndAnswersTheLibrary) {
+TEST_F(ClientCommand, OfEveryNameSendsItsWordAndReturnsTheLibrarysResult) {
   const std::pair<const wchar_t*, HRESULT (SnagtrapClient::*)()> commands[] = {
       {L"IS CLEAN", &SnagtrapClient::is_clean},
       {L"DO CLEAN", &SnagtrapClient::do_clean},
@@ -171,7 +171,7 @@ TEST_F(ClientCommand, OfEveryNameSendsItsWordAndAnswersTheLibrary) {
   }
 }
 
-TEST_F(ClientCommand, DropsWhatTheLibraryMakesUnasked) {
+TEST_F(ClientCommand, ReleasesWhatTheLibraryCreatesUnasked) {
   EXPECT_EQ(client.command(L"CREATE"), S_OK);
   EXPECT_EQ(objects(), 1) << "only the root is left";
 }
@@ -184,7 +184,7 @@ TEST_F(ClientCommand, ShutdownSendsDeinitOnceAndLetsTheLibraryGo) {
   EXPECT_EQ(objects(), 0);
 }
 
-TEST_F(ClientCommand, AfterShutdownReachesNobody) {
+TEST_F(ClientCommand, AfterShutdownReachesNoLibrary) {
   client.shutdown();
   recorder.reset();
   EXPECT_FALSE(client.ensure_initialised());
@@ -197,7 +197,7 @@ TEST_F(ClientCommand, DestructionSendsNothing) {
   EXPECT_THAT(recorder.words(), IsEmpty());
 }
 
-TEST(ClientCommandBeforeInitialisation, AnswersAFailure) {
+TEST(ClientCommandBeforeInitialisation, ReturnsAFailure) {
   SnagtrapClient client;
   EXPECT_EQ(client.is_clean(), E_FAIL);
   EXPECT_EQ(client.do_clean(), E_FAIL);

@@ -183,7 +183,7 @@ TEST_F(FirstReport, CarriesAndKeepsTheLastErrorOfBeforeTheInitialisation) {
   EXPECT_EQ(play({L"first report", recorder_path()}).output, "last error=000010e1\ncarried=4321\n");
 }
 
-TEST_F(FirstReport, IsDroppedWhileTheClientCannotBeMadeAndALaterOneIsNot) {
+TEST_F(FirstReport, IsDroppedWhileTheClientCannotBeCreatedAndALaterOneIsNot) {
   EXPECT_EQ(play({L"report without client", recorder_path()}).output, "commands=0\nreports=1\n");
 }
 

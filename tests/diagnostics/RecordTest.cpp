@@ -189,7 +189,7 @@ TEST_F(RecordCreation, FailureDropsTheReportAndIsKeptInTheReporter) {
   EXPECT_THAT(recorder.words(), ElementsAre(L"CREATE"));
 }
 
-TEST_F(RecordCreation, FailureThatMakesARecordAllTheSameLeaksNothing) {
+TEST_F(RecordCreation, FailureThatStillCreatesARecordLeaksNothing) {
   const long before = recorder.live_objects();
   recorder.answer(L"CREATE", E_FAIL, test_support::Out::made);
   TracerClass(place).trace(L"x");

@@ -75,7 +75,7 @@ TEST_P(HostFaults, LeadToTheDocumentedResultAndTearNothing) {
 INSTANTIATE_TEST_SUITE_P(Of, HostFaults, testing::ValuesIn(every_scenario()),
                          [](const auto& test) { return test.param.name; });
 
-TEST(HostFaultsTogether, GoThroughEveryCallThatTheModuleMakes) {
+TEST(HostFaultsTogether, GoThroughEveryCallOfTheModule) {
   const test_support::ScratchRoot user(HKEY_CURRENT_USER);
   const module_test::Module module;
   std::set<std::string> visited;

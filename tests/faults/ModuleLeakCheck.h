@@ -9,13 +9,13 @@
 
 namespace faults_test {
 
-/// What a loaded module must not leave behind, whatever is done with it: made before, asked afterwards.
+/// What a loaded module must not leave behind, whatever is done with it: created before, queried afterwards.
 class ModuleLeakCheck {
  public:
   explicit ModuleLeakCheck(const module_test::Module& module);
 
   /// How many GDI objects, device contexts and registry keys the module has had.
-  int handles_made() const { return handles_.made(); }
+  int handles_made() const { return handles_.acquired(); }
   /// The function that gave each of them that the module has not given back.
   std::vector<std::string> handles_left() const { return handles_.left(); }
 

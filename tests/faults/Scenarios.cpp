@@ -53,7 +53,7 @@ constexpr wchar_t new_rule_name[] = L"新规则";
 // Initialize.
 
 /// A storage that cannot be had leaves its entries empty and a hot key without an id is none; every other failure, and
-/// every lack of an object without which it cannot go on, ends `Initialize`.
+/// every missing object without which it cannot go on, ends `Initialize`.
 bool ends_initialize(const std::string& call, const Fault& fault) {
   if (begins_with(call, "kvStorage::")) return false;
   if (begins_with(call, "kvHotKey::")) return FAILED(fault.result) && fault.result != E_NOINTERFACE;
@@ -152,13 +152,13 @@ bool lacks_its_table(const Calls& faulted_calls) {
          any_begins_with(faulted_calls, "IRunnableObject::");
 }
 
-/// Only the lack of what the editor is made with reaches the caller: of the table and of the filter for its rule.
+/// Only the failure to create what the editor needs reaches the caller: the table and the filter for its rule.
 HRESULT show_result(const ScenarioResult& played, const Calls& faulted_calls, const Fault& fault) {
   if (played.edited || !lacks_its_table(faulted_calls)) return S_OK;
   return FAILED(fault.result) ? fault.result : E_POINTER;
 }
 
-/// The table of a new rule is made without a result: it is only found to be missing.
+/// The creation of the table of a new rule returns no result: the table is only found to be missing.
 HRESULT show_new_result(const ScenarioResult& played, const Calls& faulted_calls, const Fault&) {
   return played.edited || !lacks_its_table(faulted_calls) ? S_OK : E_POINTER;
 }

@@ -17,15 +17,15 @@ struct ScenarioResult {
   bool as_meant = false;  ///< whether the user saw everything that he would see if nothing failed
 };
 
-/// Something that a user or the host does with the plug-in. ScenarioResult on a new host with `stored_rules`, it goes
-/// through some of the calls that the module makes; the scenarios together go through all of them.
+/// Something that a user or the host does with the plug-in. Played on a new host with `stored_rules`, it goes
+/// through some of the calls of the module; the scenarios together go through all of them.
 struct Scenario {
   const char* name;
   ScenarioResult (*play)(Session& session);
-  /// What the plug-in's last call is to answer when these calls of the host have answered `fault` instead of doing
+  /// What the plug-in's last call is to return when these calls of the host have returned `fault` instead of doing
   /// their work.
   HRESULT (*documented)(const ScenarioResult& played, const Calls& faulted_calls, const test_support::Fault& fault);
-  /// What it may answer, other than success, when the module gets no memory.
+  /// What it may return, other than success, when the module gets no memory.
   HRESULT without_memory;
   /// What may be stored afterwards. The first is what the user means.
   std::vector<Rules> outcomes;

@@ -12,7 +12,7 @@ namespace faults_test {
 
 using Rules = std::vector<test_support::HostRule>;
 
-/// Nothing fails before a scenario says so: what it calls at the start of the part that it is about.
+/// What a scenario calls at the start of the part that it tests: nothing fails before.
 using Arm = std::function<void()>;
 
 /// One run of a scenario: a plug-in of the built module in a host in memory. `end` gives everything back.

@@ -27,7 +27,7 @@ std::string needed_creation(const Scenario& scenario) {
   return makes_storage ? "kvStorage::CreateInstance" : "kvTable::CreateInstance";
 }
 
-/// What a call of the module may answer: only the lack of a class of the host reaches the caller.
+/// What a call of the module may return: only a missing class of the host reaches the caller.
 auto documented_answer(const Scenario& scenario, const ScenarioResult& played, const std::set<std::string>& failed) {
   const bool no_object = failed.count("CoCreateInstance") != 0 || failed.count("OleRun") != 0;
   const Calls struck = no_object ? Calls{needed_creation(scenario)} : Calls{};
@@ -77,13 +77,13 @@ void provoke_report(IkvPlugin* plugin) {
   EXPECT_EQ(E_INVALIDARG, plugin->Initialize(nullptr, nullptr, nullptr, nullptr, nullptr, nullptr));
 }
 
-/// Whether the user's wish to be told can be read and granted.
-bool can_be_told(const std::set<std::string>& failed) {
+/// Whether the user's setting to be warned can be read and the warning shown.
+bool can_be_warned(const std::set<std::string>& failed) {
   return failed.count("RegOpenKeyExW") + failed.count("RegQueryValueExW") + failed.count("MessageBoxW") == 0;
 }
 
-/// The module's first report makes the client and looks for its library; the user wants to be told when that fails, and
-/// no report arrives then, ever.
+/// The module's first report creates the client and looks for its library; the user wants a warning when that fails,
+/// and no report arrives then, ever.
 void play_first_report(const Module& module, const Injection& injection) {
   test_support::write_registry_text(HKEY_CURRENT_USER, L"Software\\Orvane\\Snagtrap", L"", L"tell me");
   const test_support::DialogScript user({});
@@ -96,7 +96,7 @@ void play_first_report(const Module& module, const Injection& injection) {
     test_support::take_reports();
     provoke_report(plugin);
     const bool arrives = !test_support::take_reports().empty();
-    EXPECT_EQ(!arrives && can_be_told(injection.failed()) ? 1 : 0, user.warnings());
+    EXPECT_EQ(!arrives && can_be_warned(injection.failed()) ? 1 : 0, user.warnings());
     EXPECT_TRUE(!arrives || injection.failed() != std::set<std::string>{"GetProcAddress"}) << "by which way?";
   }
   leftovers.expect_none();

@@ -10,7 +10,7 @@
 
 namespace faults_test {
 
-/// What fails in a run: calls of the system, or the memory for what is made.
+/// What fails in a run: calls of the system, or allocations.
 struct Injection {
   Arm arm;                                        ///< called at the start of the part that a scenario is about
   std::function<void()> clear_faults;             ///< from then on nothing fails

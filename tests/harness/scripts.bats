@@ -78,7 +78,7 @@ prepare_without_packages() {
 
 # --- run, on a machine where everything is prepared ---
 
-# stubs STATUS: a copy of the scripts among tools that write what they are called with; only the display :there answers,
+# stubs STATUS: a copy of the scripts among tools that write what they are called with; only the display :there exists,
 # and a session ends with the status.
 stubs() {
   tree=$BATS_TEST_TMPDIR/tree
@@ -123,7 +123,7 @@ stubs() {
 
 # --- the end of a test run ---
 
-# summarise LINES: what the summary makes of a log with these lines.
+# summarise LINES: the summary of a log with these lines.
 summarise() {
   cat >"$BATS_TEST_TMPDIR/log"
   run "$1" "$tools/summarise-tests" "$BATS_TEST_TMPDIR/log"

@@ -124,7 +124,7 @@ TEST_F(ListDelete, LastRuleLeavesAnEmptyList) {
   EXPECT_THAT(stored(), IsEmpty());
 }
 
-TEST_F(ListDelete, DeletedRuleIsGoneAndTheFirstRuleIsSelected) {
+TEST_F(ListDelete, DeletedRuleLeavesTheListAndTheFirstRuleIsSelected) {
   open([&](RuleList& list) {
     list.select(1);
     list.delete_selected();
@@ -159,7 +159,7 @@ TEST_F(ListDelete, FirstRuleIsVisibleAfterADelete) {
   });
 }
 
-TEST_F(ListDelete, FirstRuleIsMadeVisibleWhole) {
+TEST_F(ListDelete, FirstRuleIsScrolledWhollyIntoView) {
   open([&](RuleList& list) {
     std::vector<std::pair<WPARAM, LPARAM>> made_visible;
     const SentMessages watch([&](const CWPSTRUCT& message) {
@@ -206,7 +206,7 @@ INSTANTIATE_TEST_SUITE_P(
                     ConfirmationCase{"FailureWithTheFlag", {E_FAIL, Fault::Out::given}, true, true}),
     [](const auto& test) { return test.param.name; });
 
-TEST_F(ListDelete, RuleThatIsGoneAlreadyIsReportedAndTheListRefreshed) {
+TEST_F(ListDelete, RuleThatIsDeletedAlreadyIsReportedAndTheListRefreshed) {
   open([&](RuleList& list) {
     list.select(1);
     host.rules().erase(host.rules().begin() + 1);

@@ -230,7 +230,7 @@ std::vector<std::string> told_to(const RuleList& list, const std::function<void(
   return told;
 }
 
-TEST_F(ListEditing, RuleThatIsGoneAfterItsEditSelectsEveryItem) {
+TEST_F(ListEditing, RuleThatIsMissingAfterItsEditSelectsEveryItem) {
   open([&](RuleList& list) {
     const auto told = told_to(list, [&] {
       test_support::with_dialog([&] { list.press(IDC_EDIT_RULE); },
@@ -244,7 +244,7 @@ TEST_F(ListEditing, RuleThatIsGoneAfterItsEditSelectsEveryItem) {
   });
 }
 
-TEST_F(ListEditing, EditorThatCannotBeMadeIsReportedAndTheDialogStaysOpen) {
+TEST_F(ListEditing, EditorThatCannotBeCreatedIsReportedAndTheDialogStaysOpen) {
   for (const int button : {IDC_ADD_RULE, IDC_EDIT_RULE}) {
     recorder.reset();
     open([&](RuleList& list) {

@@ -81,7 +81,7 @@ TEST_F(ListLifetime, PlacementIsStoredWhenTheOwnerIsDestroyed) {
   });
 }
 
-TEST_F(ListLifetime, DialogThatIsNotOpenAnswersItsQuestions) {
+TEST_F(ListLifetime, DialogThatIsNotOpenStillLooksUpNamesAndUsers) {
   EXPECT_STREQ(L"IF", dialog.expiration_rule_name(2));
   Names users;
   EXPECT_FALSE(dialog.is_expiration_rule_uses(2, users));

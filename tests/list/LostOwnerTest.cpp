@@ -170,7 +170,7 @@ TEST_F(ListLosesItsOwner, WhileTheEditedRuleIsLookedFor) {
       unused_rule, IDC_EDIT_RULE, [] { return IDOK; }, [this] { lose_inside("IkvField::GetLong", 3); });
 }
 
-TEST_F(ListLosesItsOwner, WhileItIsMade) {
+TEST_F(ListLosesItsOwner, WhileItIsCreated) {
   lose_inside(read_rules);
   EXPECT_NE(IDOK, dialog.DoModal(owner.get()));
 }

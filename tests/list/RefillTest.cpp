@@ -139,7 +139,7 @@ TEST_F(Refill, KeepsNumbersOfEverySize) {
   EXPECT_EQ(Items({{L"A", 0x7FFFFFFF}, {L"B", -0x7FFFFFFFLL - 1}, {L"C", -1}}), shown());
 }
 
-TEST_F(Refill, TableThatCannotBeMadeIsReportedAndTheDialogStaysOpen) {
+TEST_F(Refill, TableThatCannotBeCreatedIsReportedAndTheDialogStaysOpen) {
   store_rules({L"A"});
   for (const HRESULT failure : failures) {
     for (const char* made : {"kvTable::CreateInstance", "kvRuleFilter::CreateInstance"}) {
@@ -250,7 +250,7 @@ INSTANTIATE_TEST_SUITE_P(
                         "NumberFails", "IkvField::GetLong", 2, {E_OUTOFMEMORY}, numberless, {"ASSERT 8007000e:26"}}),
     [](const auto& test) { return test.param.name; });
 
-TEST_F(Refill, LackOfMemoryMidwayIsReportedAndKeepsTheRowsReadUntilThen) {
+TEST_F(Refill, OutOfMemoryMidwayIsReportedAndKeepsTheRowsReadUntilThen) {
   store_rules({L"A, long enough for the heap", L"B, long enough for the heap", L"C, long enough for the heap"});
   open([&](RuleList& list) {
     {

@@ -59,7 +59,7 @@ TEST_F(RuleNameLookup, FailingRowCountIsReportedAndGivesNoName) {
   }
 }
 
-TEST_F(RuleNameLookup, RowCountWithAPositiveAnswerCounts) {
+TEST_F(RuleNameLookup, RowCountWithAPositiveResultCounts) {
   host.calls().fail("IkvTable::GetRowCount", {S_FALSE, Fault::Out::given});
   EXPECT_EQ("TF", name_of(5));
   EXPECT_THAT(reports(), IsEmpty());
@@ -71,7 +71,7 @@ TEST_F(RuleNameLookup, RowCountThatIsNotFilledInGivesNoName) {
   EXPECT_THAT(reports(), IsEmpty());
 }
 
-TEST_F(RuleNameLookup, TableThatCannotBeMadeIsReported) {
+TEST_F(RuleNameLookup, TableThatCannotBeCreatedIsReported) {
   for (const HRESULT failure : failures) {
     for (const char* made : {"kvTable::CreateInstance", "kvRuleFilter::CreateInstance"}) {
       recorder.reset();
@@ -82,7 +82,7 @@ TEST_F(RuleNameLookup, TableThatCannotBeMadeIsReported) {
   }
 }
 
-TEST_F(RuleNameLookup, ClassThatMakesNothingIsReported) {
+TEST_F(RuleNameLookup, ClassThatCreatesNothingIsReported) {
   host.calls().fail("kvTable::CreateInstance", {S_OK, Fault::Out::null});
   EXPECT_EQ("", name_of(5));
   EXPECT_THAT(reports(), ElementsAre(caught(E_POINTER)));

@@ -126,7 +126,7 @@ TEST(RuleRows, NoneAreNotVisited) {
   EXPECT_THAT(visited(rows), IsEmpty());
 }
 
-TEST(RuleRows, AreAsBeforeWhenOneCannotBeAddedForLackOfMemory) {
+TEST(RuleRows, AreAsBeforeWhenOneCannotBeAddedWithoutMemory) {
   const std::wstring name(200, L'z');
   const _bstr_t added(name.c_str());
   const Rows before = {{L"a", 0}, {L"b", 1}};

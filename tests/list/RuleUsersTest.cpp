@@ -147,7 +147,7 @@ TEST_F(RuleUsers, MissingServiceIsFetchedOnceAndKept) {
   host.record_queries(false);
 }
 
-TEST_F(RuleUsers, ServiceThatTheStorageLacksIsReported) {
+TEST_F(RuleUsers, ServiceThatTheStorageDoesNotHaveIsReported) {
   host.settings() = {{L"a", L"IF"}};
   block.symbol_sources = nullptr;
   host.record_queries(true);
@@ -157,7 +157,7 @@ TEST_F(RuleUsers, ServiceThatTheStorageLacksIsReported) {
   host.record_queries(false);
 }
 
-TEST_F(RuleUsers, TableThatCannotBeMadeIsReported) {
+TEST_F(RuleUsers, TableThatCannotBeCreatedIsReported) {
   host.settings() = {{L"a", L"IF"}};
   for (const HRESULT failure : failures) {
     for (const char* made : {"kvTable::CreateInstance", "kvRuleFilter::CreateInstance"}) {
@@ -202,7 +202,7 @@ TEST_P(RuleUsersFault, IsReportedAndEndsTheLookup) {
   }
 }
 
-TEST_P(RuleUsersFault, WithAPositiveAnswerGoesOn) {
+TEST_P(RuleUsersFault, WithAPositiveResultGoesOn) {
   host.calls().fail(GetParam().call, {S_FALSE, Fault::Out::given}, GetParam().number);
   EXPECT_TRUE(find_users());
   EXPECT_THAT(users, ElementsAre(L"a", L"b", L"c"));

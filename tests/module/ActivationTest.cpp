@@ -36,7 +36,7 @@ std::string manifest() {
 )";
 }
 
-/// Makes the classes of a manifest known to this thread.
+/// Registers the classes of a manifest for this thread.
 class ActivationContext {
  public:
   explicit ActivationContext(const std::wstring& path) {

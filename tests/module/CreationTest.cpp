@@ -58,7 +58,7 @@ TEST_F(CreationTest, EveryInterfaceOfTheMapCanBeAskedForAtOnce) {
   }
 }
 
-TEST_F(CreationTest, DispatchIsAnsweredByTheDefaultInterface) {
+TEST_F(CreationTest, DispatchIsTheDefaultInterface) {
   const base::ComPtr<IkvPlugin> plugin = module_.plugin();
   EXPECT_EQ(base::try_query<IDispatch>(plugin).GetInterfacePtr(), static_cast<IDispatch*>(plugin.GetInterfacePtr()));
 }

@@ -9,8 +9,8 @@
 namespace module_test {
 namespace {
 
-/// While it lives, `InitializeCriticalSectionAndSpinCount` fails for everybody in this process: its first instructions
-/// are others. A module's imports cannot be redirected before its entry point runs.
+/// While it lives, `InitializeCriticalSectionAndSpinCount` fails for every caller in this process: its first
+/// instructions are others. A module's imports cannot be redirected before its entry point runs.
 class NoCriticalSections {
  public:
   NoCriticalSections()
@@ -38,7 +38,7 @@ class NoCriticalSections {
   Code original_;
 };
 
-TEST(EntryPoint, RefusesTheProcessWhenTheModulesCriticalSectionCannotBeMade) {
+TEST(EntryPoint, RefusesTheProcessWhenTheModulesCriticalSectionCannotBeCreated) {
   const ModuleCopy copy(L"zd without section ");
   HMODULE loaded = nullptr;
   DWORD error = ERROR_SUCCESS;

@@ -28,7 +28,7 @@ ZD_IMPORT_PROBE(InitCommonControlsEx, CommonControlsProbe);
 
 class InitializeTest : public HostedTest {
  protected:
-  /// How many objects of a class of the host somebody holds.
+  /// How many objects of a class of the host are referenced.
   auto living(const std::string& name) const {
     const auto all = host_.living();
     return std::count_if(all.begin(), all.end(),

@@ -12,7 +12,7 @@ namespace module_test {
 /// What a late-bound call gave.
 struct LateBoundResult {
   HRESULT answer = S_OK;
-  SCODE code = S_OK;  ///< the method's own failure, when the answer is DISP_E_EXCEPTION
+  SCODE code = S_OK;  ///< the method's own failure, when the result is DISP_E_EXCEPTION
   _variant_t result;
   std::wstring description;  ///< what the exception says of itself
 };

@@ -114,7 +114,7 @@ bool has_error_information() {
   return GetErrorInfo(0, &error) == S_OK;
 }
 
-TEST_F(LateBoundTest, FailureShowsNoErrorInformationOfSomebodyElse) {
+TEST_F(LateBoundTest, FailureShowsNoErrorInformationOfAnotherCall) {
   initialize();
   leave_error_information();
   EXPECT_EQ(L"", call(object_, L"DoCommand", {_variant_t(9L), _variant_t()}).description) << "left before the call";

@@ -15,7 +15,7 @@ std::wstring built_module_path();
 /// A module of ours that is loaded into this process and met through its exports only.
 class Module {
  public:
-  /// Throws `std::runtime_error` when the module cannot be loaded or lacks an export.
+  /// Throws `std::runtime_error` when the module cannot be loaded or has not all exports.
   explicit Module(const std::wstring& path = built_module_path());
   ~Module();
   Module(const Module&) = delete;

@@ -36,7 +36,7 @@ class HostedTest : public testing::Test {
     return plugin_->Initialize(menu_, control_bar_, context_menu_, hot_keys_, registry_path_, storage_);
   }
 
-  /// Opens nothing: the answer of a `DoCommand` that must not find its dialog.
+  /// The result of a `DoCommand` that opens nothing.
   HRESULT command(long id) {
     VARIANT none = {};
     return plugin_->DoCommand(id, none);

@@ -137,9 +137,9 @@ TEST_F(RegistrationTest, RegisteringFromANewPlaceReplacesTheOldOne) {
   expect_registered(built_module_path());
 }
 
-// Failing steps. A key in which nothing lasting can be made stops the step that needs it.
+// Failing steps. A key in which nothing lasting can be created stops the step that needs it.
 
-TEST_F(RegistrationTest, FailureOfTheFirstStepIsAnsweredAndNothingElseIsDone) {
+TEST_F(RegistrationTest, FailureOfTheFirstStepIsReturnedAndNothingElseIsDone) {
   create_volatile_key(HKEY_CLASSES_ROOT, L"AppID");
   const RegistryTree before = classes();
   EXPECT_EQ(volatile_parent_failure, module_.register_server());
@@ -147,7 +147,7 @@ TEST_F(RegistrationTest, FailureOfTheFirstStepIsAnsweredAndNothingElseIsDone) {
   EXPECT_THAT(test_support::take_reports(), IsEmpty()) << "whoever registers a module may have no user to ask";
 }
 
-TEST_F(RegistrationTest, FailureOfTheClassStepIsAnsweredAndTheTypeLibraryIsNotRegistered) {
+TEST_F(RegistrationTest, FailureOfTheClassStepIsReturnedAndTheTypeLibraryIsNotRegistered) {
   for (const wchar_t* key : {L"zdExpirationRule.ExpirationRule.1", L"zdExpirationRule.ExpirationRule", L"CLSID"}) {
     test_support::delete_registry_tree(HKEY_CLASSES_ROOT, L"");
     create_volatile_key(HKEY_CLASSES_ROOT, key);
@@ -157,7 +157,7 @@ TEST_F(RegistrationTest, FailureOfTheClassStepIsAnsweredAndTheTypeLibraryIsNotRe
   }
 }
 
-/// The automation library's own answer.
+/// The automation library's own result.
 HRESULT register_type_library() {
   std::wstring path = built_module_path();
   base::ComPtr<ITypeLib> library;
@@ -165,7 +165,7 @@ HRESULT register_type_library() {
   return RegisterTypeLib(library, path.data(), nullptr);
 }
 
-TEST_F(RegistrationTest, FailureOfTheTypeLibraryStepIsAnsweredAsItStands) {
+TEST_F(RegistrationTest, FailureOfTheTypeLibraryStepIsReturnedAsItIs) {
   create_volatile_key(HKEY_CLASSES_ROOT, L"TypeLib");
   const HRESULT failure = register_type_library();
   ASSERT_TRUE(FAILED(failure));

@@ -208,7 +208,7 @@ TEST_F(TypeInformationTest, OwnInterfaceIsDescribedWithItsHelpTextAsItHasAlwaysB
   EXPECT_EQ(expected, methods(info));
 }
 
-TEST_F(TypeInformationTest, EachInterfaceAnswersItsOwnType) {
+TEST_F(TypeInformationTest, EachInterfaceReturnsItsOwnType) {
   const base::ComPtr<IkvPlugin> plugin = module_.plugin();
   const auto own = base::try_query<IzdExpirationRulesPlugin>(plugin);
   base::ComPtr<ITypeInfo> of_plugin;

@@ -75,7 +75,7 @@ TEST_F(ClassFactoryTest, PassesTheRequestToItsCreator) {
   EXPECT_EQ(request.object, &object);
 }
 
-TEST_F(ClassFactoryTest, ClassTableAnswersTheFactoryOfTheClass) {
+TEST_F(ClassFactoryTest, ClassTableReturnsTheFactoryOfTheClass) {
   IClassFactory* found = nullptr;
   EXPECT_EQ(get_class_object(classes_, __uuidof(ISample), IID_IClassFactory, reinterpret_cast<void**>(&found)), S_OK);
   EXPECT_EQ(found, &factory_);

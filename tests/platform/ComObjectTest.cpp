@@ -26,7 +26,7 @@ class Sample : public ISample {
   void FinalRelease() noexcept {
     ++events.final_released;
     events.locks_at_final_release = ComModule::instance().lock_count();
-    // Other objects that are let go of may still ask this one for an interface and drop it again.
+    // Other objects that are released may still ask this one for an interface and drop it again.
     IUnknown* self = nullptr;
     if (SUCCEEDED(QueryInterface(__uuidof(ISample), reinterpret_cast<void**>(&self)))) {
       events.in_final_release = self;
@@ -90,7 +90,7 @@ class ComObjectTest : public testing::Test {
   Outer outer_;
 };
 
-TEST_F(ComObjectTest, IsMadeWithOneReferenceAndOneLock) {
+TEST_F(ComObjectTest, IsCreatedWithOneReferenceAndOneLock) {
   ISample* sample = create();
   EXPECT_EQ(locks(), 1);
   EXPECT_EQ(sample->Number(), 42);
@@ -110,7 +110,7 @@ TEST_F(ComObjectTest, EveryObjectHoldsALockOfItsOwn) {
   two->Release();
 }
 
-TEST_F(ComObjectTest, AnswersTheSameUnknownForEveryInterface) {
+TEST_F(ComObjectTest, ReturnsTheSameUnknownForEveryInterface) {
   ISample* sample = create();
   IUnknown* first = nullptr;
   IUnknown* second = nullptr;
@@ -135,7 +135,7 @@ TEST_F(ComObjectTest, UnknownInterfaceClearsTheOutPointer) {
   EXPECT_EQ(sample->Release(), 0u);
 }
 
-TEST_F(ComObjectTest, NullOutPointerIsRefusedBeforeAnythingIsMade) {
+TEST_F(ComObjectTest, NullOutPointerIsRefusedBeforeAnythingIsCreated) {
   EXPECT_EQ(create_com_object<Sample>(nullptr, __uuidof(ISample), nullptr), E_POINTER);
   EXPECT_EQ(create_com_object<Sample>(&outer_, __uuidof(IOther), nullptr), E_POINTER);
   EXPECT_EQ(events.constructed, 0);
@@ -149,7 +149,7 @@ TEST_F(ComObjectTest, MissingInterfaceAtCreationDestroysTheObject) {
   EXPECT_EQ(events.destroyed, 1);
 }
 
-TEST_F(ComObjectTest, FailingFinalConstructDestroysTheObjectAndIsAnswered) {
+TEST_F(ComObjectTest, FailingFinalConstructDestroysTheObjectAndIsReturned) {
   for (const HRESULT failure : {E_OUTOFMEMORY, E_ACCESSDENIED, static_cast<HRESULT>(0x80041234)}) {
     events = {};
     events.final_construct_answer = failure;
@@ -170,7 +170,7 @@ TEST_F(ComObjectTest, FailingFinalConstructOfAnAggregateLeavesTheOuterAlone) {
   EXPECT_EQ(outer_.references, 1u);
 }
 
-TEST_F(ComObjectTest, PositiveAnswerOfFinalConstructIsSuccess) {
+TEST_F(ComObjectTest, PositiveResultOfFinalConstructIsSuccess) {
   events.final_construct_answer = S_FALSE;
   ISample* sample = create();
   ASSERT_NE(sample, nullptr);
@@ -193,7 +193,7 @@ TEST_F(ComObjectTest, OuterMayAskForTheUnknownOnly) {
   EXPECT_EQ(events.constructed, 0);
 }
 
-TEST_F(ComObjectTest, AggregateIsMadeWithoutAReferenceToItsOuter) {
+TEST_F(ComObjectTest, AggregateIsCreatedWithoutAReferenceToItsOuter) {
   IUnknown* inner = create_inner();
   EXPECT_EQ(outer_.references, 1u);
   EXPECT_EQ(outer_.queries, 0);

@@ -57,7 +57,7 @@ class DialogTest : public testing::Test {
   SampleDialog dialog_;
 };
 
-TEST_F(DialogTest, ModalDialogAnswersWhatItWasEndedWith) {
+TEST_F(DialogTest, ModalDialogReturnsTheResultItWasEndedWith) {
   EXPECT_EQ(dialog_.DoModal(nullptr), 7);
   EXPECT_EQ(dialog_.m_hWnd, nullptr);
 }
@@ -93,7 +93,7 @@ TEST_F(DialogTest, SecondInitMessageDoesNotBindAnew) {
   DestroyWindow(window);
 }
 
-TEST_F(DialogTest, ThatCannotBeMadeAnswersMinusOne) {
+TEST_F(DialogTest, ThatCannotBeCreatedReturnsMinusOne) {
   MissingDialog missing;
   EXPECT_EQ(missing.DoModal(nullptr), -1);
   EXPECT_EQ(missing.Create(nullptr), nullptr);
@@ -157,7 +157,7 @@ TEST_F(DialogTest, IsClosedWhenItsInitialisationThrows) {
   }
 }
 
-TEST_F(DialogTest, EndingADialogThatIsGoneIsReported) {
+TEST_F(DialogTest, EndingADestroyedDialogIsReported) {
   EXPECT_FALSE(dialog_.EndDialog(1));
   const auto assertions = recorder_.processed(L"ASSERT");
   ASSERT_EQ(assertions.size(), 1u);
@@ -187,7 +187,7 @@ TEST_F(DialogTest, ResultOfAHandledMessageReachesTheSender) {
   DestroyWindow(window);
 }
 
-TEST_F(DialogTest, InitialisationAnswersWhetherTheSystemSetsTheFocus) {
+TEST_F(DialogTest, InitialisationReturnsWhetherTheSystemSetsTheFocus) {
   for (const bool system_sets_it : {true, false}) {
     SampleDialog dialog;
     int focused = 0;

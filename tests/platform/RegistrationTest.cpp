@@ -134,7 +134,7 @@ TEST_F(RegistrationTest, OldTextsAreReplacedAndForeignValuesKept) {
   EXPECT_EQ(classes(), expected);
 }
 
-TEST_F(RegistrationTest, StopsAtTheFirstFailureAndAnswersIt) {
+TEST_F(RegistrationTest, StopsAtTheFirstFailureAndReturnsIt) {
   create_volatile_key(HKEY_CLASSES_ROOT, L"Sample.Object");
   EXPECT_EQ(thrown_by([] { run(); }), test_support::volatile_parent_failure);
   EXPECT_FALSE(registry_key_exists(HKEY_CLASSES_ROOT, L"Shared"));
@@ -146,7 +146,7 @@ TEST_F(RegistrationTest, FailureOfALaterKeyKeepsTheEarlierOnes) {
   EXPECT_EQ(registry_text(HKEY_CLASSES_ROOT, L"Sample.Object\\CLSID"), L"{1}");
 }
 
-TEST_F(RegistrationTest, FailureToOpenTheClassesOfEitherScopeIsAnswered) {
+TEST_F(RegistrationTest, FailureToOpenTheClassesOfEitherScopeIsReturned) {
   for (const RegistrationScope scope : {RegistrationScope::machine, RegistrationScope::user}) {
     for (const auto script : {run_registration_script, run_unregistration_script}) {
       CreateKeyProbe probe;
@@ -157,7 +157,7 @@ TEST_F(RegistrationTest, FailureToOpenTheClassesOfEitherScopeIsAnswered) {
   }
 }
 
-TEST_F(RegistrationTest, FailureToWriteAnyValueEndsItAndIsAnswered) {
+TEST_F(RegistrationTest, FailureToWriteAnyValueEndsItAndIsReturned) {
   constexpr int values = 6;
   for (int number = 1; number <= values; ++number) {
     SetValueProbe probe;

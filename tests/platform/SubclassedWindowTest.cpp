@@ -22,7 +22,7 @@ LRESULT CALLBACK original(HWND window, UINT message, WPARAM wParam, LPARAM lPara
   return message == test_message ? original_answer : DefWindowProcW(window, message, wParam, lParam);
 }
 
-/// Somebody else who takes the window over after us.
+/// Another subclass, added after ours.
 WNDPROC foreign_original = nullptr;
 int foreign_messages = 0;
 
@@ -183,7 +183,7 @@ TEST_F(SubclassedWindowTest, WindowMayBeDestroyedByItsOwnHandler) {
   EXPECT_FALSE(IsWindow(window_));
 }
 
-TEST_F(SubclassedWindowTest, ExceptionOfAHandlerIsReportedAndTheOriginalAnswers) {
+TEST_F(SubclassedWindowTest, ExceptionOfAHandlerIsReportedAndTheOriginalHandlesTheMessage) {
   Subclass subclass;
   subclass.SubclassWindow(window_);
   for (const auto& thrower : test_support::throwers) {
@@ -202,7 +202,7 @@ TEST_F(SubclassedWindowTest, ExceptionOfAHandlerIsReportedAndTheOriginalAnswers)
   subclass.handler = nullptr;
 }
 
-TEST_F(SubclassedWindowTest, SomebodyElseOnTopKeepsWorkingAfterUnsubclassing) {
+TEST_F(SubclassedWindowTest, LaterSubclassKeepsWorkingAfterUnsubclassing) {
   Subclass subclass;
   subclass.SubclassWindow(window_);
   take_over_by_another();
@@ -216,7 +216,7 @@ TEST_F(SubclassedWindowTest, SomebodyElseOnTopKeepsWorkingAfterUnsubclassing) {
   EXPECT_EQ(subclass.messages.size(), 1u);
 }
 
-TEST_F(SubclassedWindowTest, SomebodyElseOnTopSurvivesTheObject) {
+TEST_F(SubclassedWindowTest, LaterSubclassSurvivesTheObject) {
   auto subclass = std::make_unique<Subclass>();
   subclass->SubclassWindow(window_);
   take_over_by_another();
@@ -226,7 +226,7 @@ TEST_F(SubclassedWindowTest, SomebodyElseOnTopSurvivesTheObject) {
   EXPECT_EQ(original_messages.back(), static_cast<UINT>(WM_NCDESTROY));
 }
 
-TEST_F(SubclassedWindowTest, SomebodyElseOnTopWhoLeavesLaterLeavesTheOriginalWorking) {
+TEST_F(SubclassedWindowTest, LaterSubclassThatIsRemovedAfterwardsLeavesTheOriginalWorking) {
   Subclass subclass;
   subclass.SubclassWindow(window_);
   take_over_by_another();
@@ -236,7 +236,7 @@ TEST_F(SubclassedWindowTest, SomebodyElseOnTopWhoLeavesLaterLeavesTheOriginalWor
   EXPECT_TRUE(subclass.messages.empty());
 }
 
-TEST_F(SubclassedWindowTest, SomebodyElseOnTopAndTheWindowGone) {
+TEST_F(SubclassedWindowTest, LaterSubclassOfADestroyedWindow) {
   Subclass subclass;
   subclass.SubclassWindow(window_);
   take_over_by_another();

@@ -85,14 +85,14 @@ TEST_F(TypeInfoTest, ComesFromTheRegisteredLibraryFirst) {
   EXPECT_STREQ(loaded_help_text(type), L"from the registered library");
 }
 
-TEST_F(TypeInfoTest, ComesFromTheModulesOwnResourceWhenTheRegisteredFileIsGone) {
+TEST_F(TypeInfoTest, ComesFromTheModulesOwnResourceWhenTheRegisteredFileIsMissing) {
   { OtherLibrary(__uuidof(IkvPlugin)).register_it(); }
   ASSERT_TRUE(test_support::registry_key_exists(HKEY_CLASSES_ROOT, L"TypeLib"));
   const TypeInfo type(LIBID_zdExpirationRules, __uuidof(IkvPlugin));
   EXPECT_STREQ(loaded_help_text(type), L"IkvPlugin Interface");
 }
 
-TEST_F(TypeInfoTest, ComesFromTheModulesOwnResourceWhenTheRegisteredLibraryLacksIt) {
+TEST_F(TypeInfoTest, ComesFromTheModulesOwnResourceWhenItIsNotInTheRegisteredLibrary) {
   const OtherLibrary stale(__uuidof(IUndescribed));
   stale.register_it();
   const TypeInfo lacking(LIBID_zdExpirationRules, __uuidof(IkvPlugin));
@@ -147,7 +147,7 @@ class Undescribed final : public DualInterface<IUndescribed, LIBID_zdExpirationR
   STDMETHODIMP_(ULONG) Release() noexcept override { return 1; }
 };
 
-TEST_F(TypeInfoTest, FailureToLoadIsAnsweredByEveryDispatchCall) {
+TEST_F(TypeInfoTest, FailureToLoadIsReturnedByEveryDispatchCall) {
   Undescribed object;
   UINT count = 7;
   EXPECT_EQ(object.GetTypeInfoCount(&count), TYPE_E_ELEMENTNOTFOUND);

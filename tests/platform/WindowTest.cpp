@@ -53,7 +53,7 @@ class WindowTest : public testing::Test {
   HWND window_;
 };
 
-TEST_F(WindowTest, RefersToAWindowThatSomebodyElseOwns) {
+TEST_F(WindowTest, RefersToAWindowWithoutOwningIt) {
   {
     CWindow window(window_);
     EXPECT_EQ(window.GetText(), L"text");
@@ -83,7 +83,7 @@ TEST_F(WindowTest, OperationsReachTheWindow) {
   EXPECT_TRUE(assertions().empty());
 }
 
-TEST_F(WindowTest, EveryOperationOnADeadWindowIsReportedAndAnswersNothing) {
+TEST_F(WindowTest, EveryOperationOnADestroyedWindowIsReportedAndReturnsNothing) {
   DestroyWindow(window_);
   const CWindow window(window_);
   EXPECT_EQ(window.Send(WM_GETTEXTLENGTH), 0);

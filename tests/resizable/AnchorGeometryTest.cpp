@@ -109,7 +109,7 @@ TEST(MoveFlags, NameWhatStays) {
   EXPECT_EQ(move_flags({0, 0, 10, 10}, {0, 0, 10, 11}, false), 0x214U | SWP_NOMOVE) << "one side is enough";
 }
 
-TEST(MoveFlags, TellWhetherAnythingMoves) {
+TEST(MoveFlags, SayWhetherAnythingMoves) {
   EXPECT_TRUE(moves_nothing(move_flags({1, 2, 3, 4}, {1, 2, 3, 4}, true)));
   EXPECT_FALSE(moves_nothing(move_flags({1, 2, 3, 4}, {1, 2, 3, 5}, false)));
   EXPECT_FALSE(moves_nothing(move_flags({1, 2, 3, 4}, {2, 3, 4, 5}, false)));

@@ -85,7 +85,7 @@ TEST_F(ChildProtocol, AsksAtEachUseWhenTheChildWantsThat) {
   EXPECT_THAT(asked, testing::ElementsAre(RQ_PROPERTIES, RQ_CLIPPING, RQ_CLIPPING));
 }
 
-TEST_F(ChildProtocol, TellsBothRectanglesWhenItAsksForARepaint) {
+TEST_F(ChildProtocol, PassesBothRectanglesWhenItAsksForARepaint) {
   answer<ChildResizeFlags>(RQ_PROPERTIES, [](ChildResizeFlags&) {});
   BOOL repaint = FALSE;
   answer<RepaintQuery>(RQ_REPAINT, [&](RepaintQuery& query) {

@@ -102,7 +102,7 @@ TEST_F(ResizableDialog, KeepsASizingBorderThatIsThere) {
   EXPECT_EQ(dialog.MinTrackingSize(), size());
 }
 
-TEST_F(ResizableDialog, ThatCannotMakeItsGripFailsToInitialise) {
+TEST_F(ResizableDialog, ThatCannotCreateItsGripFailsToInitialise) {
   CreateWindowProbe probe;
   probe.replace([&](DWORD ex_style, LPCWSTR name, LPCWSTR text, DWORD style, int x, int y, int cx, int cy, HWND parent,
                     HMENU menu, HINSTANCE module, LPVOID parameter) -> HWND {
@@ -118,7 +118,7 @@ TEST_F(ResizableDialog, ThatCannotMakeItsGripFailsToInitialise) {
   send(WM_SIZE, SIZE_RESTORED);
 }
 
-TEST_F(ResizableDialog, AnswersTrueForItsOwnPartOfTheInitialisation) {
+TEST_F(ResizableDialog, ReturnsTrueForItsOwnPartOfTheInitialisation) {
   open();
   DestroyWindow(dialog.grip());
   EXPECT_FALSE(handles(WM_INITDIALOG));

@@ -150,7 +150,7 @@ TEST_F(DialogMessages, MaximisingIsNotLimited) {
   EXPECT_GE(maximised.bottom, monitor.rcWork.bottom);
 }
 
-TEST_F(DialogMessages, LargestAndMaximisedSizesAreAnsweredWhenTheyAreSet) {
+TEST_F(DialogMessages, LargestAndMaximisedSizesAreReturnedWhenTheyAreSet) {
   open();
   dialog.SetMaxTrackingSize({500, 400});
   dialog.SetMaximizedRect({10, 20, 410, 320});
@@ -288,7 +288,7 @@ TEST_F(Erasing, LeavesTheChildrensPixelsAlone) {
 }
 
 /// Takes a dialog's window over and hands the dialog's procedure one message more when the last one has gone through it
-/// and the window still lives.
+/// and the window still exists.
 class MessageAfterTheLast {
  public:
   explicit MessageAfterTheLast(HWND window)

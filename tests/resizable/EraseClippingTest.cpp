@@ -283,7 +283,7 @@ TEST_F(EraseClipping, LeavesNoDcAtAllAlone) {
   EXPECT_EQ(layout.SavedClipState(), -1);
 }
 
-TEST_F(EraseClipping, DeletesEveryRegionThatItMakes) {
+TEST_F(EraseClipping, DeletesEveryRegionThatItCreates) {
   anchored(L"Edit");
   SetWindowRgn(anchored(L"Edit", 0, {100, 20, 150, 90}), CreateRectRgn(5, 5, 15, 15), FALSE);
   const platform::ClientDc dc(parent.get());
@@ -306,7 +306,7 @@ TEST_F(EraseClipping, ClipsNothingWithoutARegionOfTheClientArea) {
   EXPECT_EQ(clip_state, 0) << "no clip region";
 }
 
-TEST_F(EraseClipping, LeavesAChildInWhoseRegionCannotBeMade) {
+TEST_F(EraseClipping, LeavesAChildInWhoseRegionCannotBeCreated) {
   anchored(L"Edit");
   anchored(L"Edit", 0, {100, 20, 150, 90});
   const platform::ClientDc dc(parent.get());

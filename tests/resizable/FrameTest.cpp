@@ -53,7 +53,7 @@ TEST_F(SizingBorder, KeepsTheClientSizeOfADialogWithAFrameOfItsOwn) {
   EXPECT_EQ(client_size(dialog.get()), before);
 }
 
-TEST_F(SizingBorder, DoesNotMoveTheDialogAndAsksNobody) {
+TEST_F(SizingBorder, DoesNotMoveTheDialogAndSendsNoMessage) {
   const OwnedWindow dialog(make_window(modal_style));
   RECT before{};
   GetWindowRect(dialog.get(), &before);

@@ -72,7 +72,7 @@ TEST_F(GripMixIn, NamesHowTheGripIsPlaced) {
                                            Placed(HWND_BOTTOM, 0x291), Placed(HWND_BOTTOM, 0x291)));
 }
 
-TEST_F(GripMixIn, HidesTheGripWhenNobodyWantsIt) {
+TEST_F(GripMixIn, HidesTheGripWhenItIsNotWanted) {
   window.SetShowCount(1);
   window.UpdateSizeGrip();
   window.SetShowCount(0);

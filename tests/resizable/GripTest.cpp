@@ -40,7 +40,7 @@ TEST_F(SizeGrip, IsTriangularFromTheStart) {
   EXPECT_TRUE(is_triangular());
 }
 
-TEST_F(SizeGrip, ThatCannotBeMadeSaysSo) {
+TEST_F(SizeGrip, ThatCannotBeCreatedReturnsFalse) {
   CreateWindowProbe probe;
   probe.fail(0, nullptr);
   EXPECT_FALSE(grip.Create(parent.get()));
@@ -56,7 +56,7 @@ TEST_F(SizeGrip, ASecondOneIsRefusedAndLeavesNoWindowBehind) {
   EXPECT_EQ(GetWindow(first, GW_HWNDNEXT), nullptr) << "the only child";
 }
 
-TEST_F(SizeGrip, IsWholeWhenItsTriangleCannotBeMade) {
+TEST_F(SizeGrip, IsWholeWhenItsTriangleCannotBeCreated) {
   CreatePolygonProbe probe;
   probe.fail(0, nullptr);
   create();

@@ -229,7 +229,7 @@ TEST_F(CallbackLayout, TakesWhatTheDialogGives) {
   EXPECT_EQ(rect_of(edit), (RECT{350, 5, 395, 295}));
 }
 
-TEST_F(CallbackLayout, LeavesTheChildAloneWhenTheDialogAnswersFalse) {
+TEST_F(CallbackLayout, LeavesTheChildAloneWhenTheDialogReturnsFalse) {
   const HWND edit = child();
   layout.AddAnchorCallback(edit, 7);
   layout.callback = [](LayoutInfo& info) {

@@ -69,7 +69,7 @@ TEST_F(MisusedLayout, ReportsACallbackWithoutAnId) {
               ElementsAre("ASSERT callbackId != 0 | ResizableLayout.h:* AddAnchorCallback"));
 }
 
-TEST_F(MisusedLayout, ReportsACallbackThatNobodyAnswers) {
+TEST_F(MisusedLayout, ReportsACallbackThatIsNotImplemented) {
   window.AddAnchorCallback(child, 7);
   resize(parent.get(), 400, 300);
   window.ArrangeLayout();
@@ -107,7 +107,7 @@ TEST_F(MisusedLayout, ReportsAnotherMessageMapOfTheGrip) {
   EXPECT_EQ(result, 77);
 }
 
-TEST_F(MisusedLayout, ReportsAnExtraSizeThatNobodyCalculates) {
+TEST_F(MisusedLayout, ReportsAnExtraSizeThatIsNotCalculated) {
   CSize extra(5, 6);
   EXPECT_EQ(window.CalcSizeExtra(parent.get(), {1, 2}, {3, 4}, extra), FALSE);
   EXPECT_THAT(take_reports(), ElementsAre("ASSERT 0 | ResizableMinMax.h:130 CalcSizeExtra"));

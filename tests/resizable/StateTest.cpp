@@ -67,7 +67,7 @@ TEST_F(StoredPlacement, GoesWhereItWasRestoredFrom) {
   EXPECT_EQ(stored()->rcNormalPosition.bottom, 450 - caption);
 }
 
-TEST_F(StoredPlacement, OfAWindowThatIsGoneIsNotStored) {
+TEST_F(StoredPlacement, OfADestroyedWindowIsNotStored) {
   owned.destroy();
   EXPECT_FALSE(store());
   EXPECT_TRUE(stored_bytes().empty());
@@ -110,7 +110,7 @@ TEST_F(FirstOpening, KeepsTheSizeOfADialogWithAModalFrame) {
   EXPECT_EQ(rect(), (RECT{100, 100, 400, 300}));
 }
 
-TEST_F(FirstOpening, ChangesNothingWhenTheSystemDoesNotTellThePlacement) {
+TEST_F(FirstOpening, ChangesNothingWhenTheSystemDoesNotReturnThePlacement) {
   GetPlacementProbe probe;
   probe.fail(0, FALSE);
   EXPECT_EQ(restore(), FALSE);
@@ -145,7 +145,7 @@ TEST_F(RestoredPlacement, PassesTheStoredShowCommandOn) {
   }
 }
 
-TEST_F(RestoredPlacement, AnswersWhatTheSystemAnswers) {
+TEST_F(RestoredPlacement, ReturnsTheResultOfTheSystem) {
   write(placement_at({150, 160, 550, 460}));
   SetPlacementProbe probe;
   probe.fail(0, FALSE);

@@ -161,7 +161,7 @@ TEST_F(Commands, UnknownNamesAreWrongArguments) {
             "2|there is no calendar \"moon\"");
 }
 
-TEST_F(Commands, ArgumentsThatMakeNoSenseAreNamed) {
+TEST_F(Commands, InvalidArgumentsAreNamed) {
   EXPECT_EQ(outcome({"--rules", "r", "--schedule"}), "2|--schedule needs a value");
   EXPECT_EQ(outcome({"--rules", "--schedule-all"}), "2|--rules needs a value");
   EXPECT_EQ(outcome({"--rules", "r", "--schedule-all", "--check", "x"}),

@@ -42,7 +42,7 @@ class CaughtException : public testing::Test, public testing::WithParamInterface
   base::ComPtr<IkvPlugin> plugin;
 };
 
-TEST_P(CaughtException, InInitializeIsReportedAsAnErrorAndAnsweredAsAFailure) {
+TEST_P(CaughtException, InInitializeIsReportedAsAnErrorAndReturnedAsAFailure) {
   CommonControlsProbe controls;
   controls.replace([](const INITCOMMONCONTROLSEX*) {
     GetParam().raise();
@@ -52,7 +52,7 @@ TEST_P(CaughtException, InInitializeIsReportedAsAnErrorAndAnsweredAsAFailure) {
   EXPECT_THAT(take_reports(), ElementsAre(test_support::caught_error(GetParam(), source, 84, "Initialize")));
 }
 
-TEST_P(CaughtException, InDoCommandIsReportedAsAnErrorAndAnsweredAsAFailure) {
+TEST_P(CaughtException, InDoCommandIsReportedAsAnErrorAndReturnedAsAFailure) {
   ASSERT_EQ(S_OK, initialize());
   ActiveWindowProbe windows;
   windows.replace([]() -> HWND {
@@ -63,7 +63,7 @@ TEST_P(CaughtException, InDoCommandIsReportedAsAnErrorAndAnsweredAsAFailure) {
   EXPECT_THAT(take_reports(), ElementsAre(test_support::caught_error(GetParam(), source, 107, "DoCommand")));
 }
 
-TEST_P(CaughtException, InShowIsTracedAndAnsweredByItsKind) {
+TEST_P(CaughtException, InShowIsTracedAndReturnedByItsKind) {
   CreationProbe creations;
   creations.replace([](const auto&...) {
     GetParam().raise();

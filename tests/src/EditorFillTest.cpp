@@ -11,7 +11,7 @@ using testing::IsEmpty;
 
 using EditorFill = EditorTest;
 
-TEST_F(EditorFill, TitleTellsEditingFromAdding) {
+TEST_F(EditorFill, TitleDiffersBetweenEditingAndAdding) {
   edit([](Editor& editor) {
     EXPECT_EQ(resource_string::resourse_2_string_impl(IDS_EDIT_RULE_TITLE), test_support::window_text(editor.window()));
   });
@@ -27,7 +27,7 @@ TEST_F(EditorFill, OpensTheRulesTableByItsNumber) {
                           "IkvRuleFilter::SetRuleID(5)", "IkvExpirationRuleService::load_rules(object, object)"));
 }
 
-TEST_F(EditorFill, MakesAFreeStandingRowForANewRule) {
+TEST_F(EditorFill, CreatesASeparateRowForANewRule) {
   edit(0, [](Editor& editor) {
     EXPECT_EQ(resource_string::resourse_2_string_impl(IDS_NEW_RULE_NAME), editor.text(IDC_NAME));
   });

@@ -119,7 +119,7 @@ TEST_F(EditorMessages, EndingIsSafeWhenTheWindowIsDestroyedFromOutside) {
   EXPECT_EQ(nullptr, dialog.m_hWnd);
 }
 
-TEST_F(EditorMessages, DialogCanBeShownTwiceAndItsFontIsMadeOnlyOnce) {
+TEST_F(EditorMessages, DialogCanBeShownTwiceAndItsFontIsCreatedOnlyOnce) {
   CEditExpirationRuleDialog dialog(&block, stored_id);
   for (int round = 0; round < 2; ++round) {
     test_support::with_dialog([&] { dialog.DoModal(nullptr); }, [&](HWND window) { Editor(window, dialog).cancel(); });

@@ -221,7 +221,7 @@ TEST_F(EditorName, SearchReportsEachOfItsStepsUnderALineOfItsOwn) {
   EXPECT_EQ(std::size(steps), places.size());
 }
 
-TEST_F(EditorName, IsTakenAsUniqueWhenNoTableCanBeMade) {
+TEST_F(EditorName, IsTakenAsUniqueWhenNoTableCanBeCreated) {
   for (const char* creation : {"kvTable::CreateInstance", "kvRuleFilter::CreateInstance"}) {
     rule().name = L"IF";
     EXPECT_EQ(IDOK, edit([&](Editor& editor) {

@@ -111,7 +111,7 @@ TEST_F(EditorOffset, EditingWithoutAKeyMovesTheSpinAndTheDescription) {
   });
 }
 
-TEST_F(EditorOffset, FullWidthDigitsAreWhatTheAutomationLibraryMakesOfThem) {
+TEST_F(EditorOffset, FullWidthDigitsAreConvertedAsTheAutomationLibraryDoes) {
   std::wstring digits = L"\uFF11\uFF12";
   long number = 5;  // where the spin stands when they are no number
   const HRESULT converted = VarI4FromStr(digits.data(), LOCALE_USER_DEFAULT, 0, &number);

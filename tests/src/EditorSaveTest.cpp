@@ -12,7 +12,7 @@ class EditorSave : public EditorTest {
   std::vector<std::string> saved() { return host.calls().all("IkvExpirationRuleService::update_rule"); }
   std::vector<std::string> added() { return host.calls().all("IkvExpirationRuleService::add_rule"); }
 
-  /// Makes a new rule of this name and saves it. Answers the number by which the dialog knows it afterwards.
+  /// Creates a new rule of this name and saves it. Returns the number by which the dialog knows it afterwards.
   long add(const std::wstring& name) {
     CEditExpirationRuleDialog dialog(&block, 0);
     INT_PTR result = 0;
@@ -64,7 +64,7 @@ TEST_F(EditorSave, StoresBothDayGroupsInEitherMode) {
   EXPECT_EQ("IkvExpirationRuleService::update_rule(5, \"IF\", 0, 0, 0, 20, 2, 3, 4, 0, 0)", saved().back());
 }
 
-TEST_F(EditorSave, StoresMinusOneForAChoiceThatWasNotMade) {
+TEST_F(EditorSave, StoresMinusOneForAnEmptyChoice) {
   for (const long day_of_month : {0L, 32L}) {
     rule() = {stored_id, L"IF", 0, 7, 0, day_of_month, 3, 0, 7, -2, 0};
     host.calls().fail("IkvExpirationRuleService::update_rule", {S_OK});
@@ -102,13 +102,13 @@ TEST_F(EditorSave, AddsANewRuleWithTheDefaultsAndTheHostsDayMode) {
   EXPECT_THAT(reports(), IsEmpty());
 }
 
-TEST_F(EditorSave, TellsTheNumberOfTheAddedRule) {
+TEST_F(EditorSave, ReturnsTheNumberOfTheAddedRule) {
   EXPECT_EQ(6, add(L"new"));
   EXPECT_THAT(added(), ElementsAre("IkvExpirationRuleService::add_rule(\"new\", 0, 0, 0, 1, 1, 1, 1, 1, 0)"));
   EXPECT_EQ(1u, host.calls().all("IkvField::SetLong(1025, 6)").size());
 }
 
-TEST_F(EditorSave, TellsZeroWhenTheHostGivesNoNumber) {
+TEST_F(EditorSave, ReturnsZeroWhenTheHostGivesNoNumber) {
   host.calls().fail("IkvExpirationRuleService::add_rule", {S_OK, Fault::Out::untouched});
   EXPECT_EQ(0, add(L"new"));
 }
@@ -153,7 +153,7 @@ TEST_F(EditorSave, WithoutARuleServiceIsReported) {
                                      "EditExpirationRuleDialog.cpp:* flush_data_to_database"));
 }
 
-TEST_F(EditorSave, OfARuleThatIsGoneAddsItAnew) {
+TEST_F(EditorSave, OfADeletedRuleAddsItAnew) {
   // Nothing is chosen in the editor of a rule without a row; this host takes it all the same.
   host.calls().fail("IkvExpirationRuleService::add_rule", {S_OK, Fault::Out::number, false, 9});
   EXPECT_EQ(IDOK, edit(77, [](Editor& editor) {

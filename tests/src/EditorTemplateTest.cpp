@@ -84,7 +84,7 @@ TEST_F(EditorTemplate, UsesTheShellsDialogFontAtEightPoints) {
   EXPECT_EQ(8, dialog.font_size);
 }
 
-TEST_F(EditorTemplate, MakesTheRadiosTooNarrowForTheirTexts) {
+TEST_F(EditorTemplate, HasRadiosTooNarrowForTheirTexts) {
   for (const TemplateControl& control : dialog.controls) {
     if (control.text != L"Radio1") continue;
     EXPECT_EQ(10, control.rect.right - control.rect.left) << control.id;

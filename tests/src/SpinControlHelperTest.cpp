@@ -100,7 +100,7 @@ TEST_F(SpinControl, EachKeyReleaseReachesTheParentAlsoWhenItChangesNothing) {
   EXPECT_THAT(notified, ElementsAre(L"", L""));
 }
 
-TEST_F(SpinControl, KeyPressesAndOtherMessagesReachNobodyElse) {
+TEST_F(SpinControl, KeyPressesAndOtherMessagesReachNoOtherWindow) {
   SendMessageW(window, WM_KEYDOWN, VK_LEFT, 1);
   SendMessageW(window, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(L"8"));
   EXPECT_EQ(L"8", window_text(window));

@@ -84,7 +84,7 @@ TEST_F(UserRegistration, IsRemovedButForTheSharedKeys) {
   EXPECT_TRUE(registry_key_exists(HKEY_CURRENT_USER, users_classes + L"\\AppID"));
 }
 
-TEST_F(UserRegistration, AnswersTheFailureOfTheTypeLibraryAndKeepsTheClass) {
+TEST_F(UserRegistration, ReturnsTheFailureOfTheTypeLibraryAndKeepsTheClass) {
   automation_.fail(E_ACCESSDENIED);
   EXPECT_EQ(E_ACCESSDENIED, module_.register_server());
   EXPECT_TRUE(registry_key_exists(HKEY_CURRENT_USER, class_key));

@@ -136,7 +136,7 @@ TEST_F(Field, ReadWithAnotherSuccessIsReportedAndCounts) {
                                      "ASSERT 00000001 | zdStorageGetFieldHelper.h:42 GetField"));
 }
 
-TEST_F(Field, ReadWithoutAnAnswerIsNothing) {
+TEST_F(Field, ReadWithoutAResultIsNothing) {
   host.calls().fail("IkvField::GetLong", {S_OK, Fault::Out::untouched});
   host.calls().fail("IkvField::GetText", {S_OK, Fault::Out::untouched});
   EXPECT_EQ(0, number());

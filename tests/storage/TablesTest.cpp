@@ -23,7 +23,7 @@ class RulesTable : public StorageTest {
   }
 };
 
-TEST_F(RulesTable, IsMadeBeforeTheFilterAndLoadedThroughIt) {
+TEST_F(RulesTable, IsCreatedBeforeTheFilterAndLoadedThroughIt) {
   const IkvTablePtr opened = open_rules_table(block, 7);
   EXPECT_THAT(calls(),
               ElementsAre("kvTable::CreateInstance(IkvTable)", "kvRuleFilter::CreateInstance(IkvRuleFilter)",
@@ -84,7 +84,7 @@ class SettingsTable : public StorageTest {
   SettingsTable() { host.settings().push_back({L"IF main", L"IF"}); }
 };
 
-TEST_F(SettingsTable, IsLoadedWithoutTheFilterThatIsMade) {
+TEST_F(SettingsTable, IsLoadedWithoutTheFilterThatIsCreated) {
   const IkvTablePtr opened = open_symbol_source_settings_table(block);
   EXPECT_THAT(calls(), ElementsAre("kvTable::CreateInstance(IkvTable)", "kvRuleFilter::CreateInstance(IkvRuleFilter)",
                                    "IkvSymbolSourceService::load_symbol_source_settings(null, object)"));
@@ -103,7 +103,7 @@ TEST_F(SettingsTable, FetchesAMissingServiceFromTheMainInterfaceAndKeepsIt) {
               ElementsAre("kvStorage::QueryInterface(IkvSymbolSourceService)"));
 }
 
-TEST_F(SettingsTable, FetchesTheServiceAfterTheFilterIsMade) {
+TEST_F(SettingsTable, FetchesTheServiceAfterTheFilterIsCreated) {
   block.symbol_sources = nullptr;
   host.record_queries(true);
   open_symbol_source_settings_table(block);
@@ -128,7 +128,7 @@ TEST_F(SettingsTable, ThrowsTheFailureOfACreation) {
   }
 }
 
-TEST_F(SettingsTable, ThrowsWhenTheStorageObjectLacksTheService) {
+TEST_F(SettingsTable, ThrowsWhenTheStorageObjectHasNoService) {
   block.symbol_sources = nullptr;
   host.record_queries(true);
   host.calls().fail("kvStorage::QueryInterface", {E_NOINTERFACE, Fault::Out::null});
@@ -153,7 +153,7 @@ class NewRuleTable : public StorageTest {
   IkvTablePtr target;
 };
 
-TEST_F(NewRuleTable, IsMadeRunAskedForItsInterfaceAndGivenTheFieldsOfARule) {
+TEST_F(NewRuleTable, IsCreatedRunQueriedForItsInterfaceAndGivenTheFieldsOfARule) {
   host.record_queries(true);
   create_rule_table(target);
   EXPECT_THAT(calls(), ElementsAre("kvTable::CreateInstance(IUnknown)", "IRunnableObject::Run",

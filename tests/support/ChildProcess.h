@@ -17,7 +17,7 @@ struct ChildResult {
   bool timed_out;
 };
 
-/// A program that was started, with a pipe for its standard output. It goes on when this object is destroyed.
+/// A program that was started, with a pipe for its standard output. It runs on when this object is destroyed.
 class StartedProgram {
  public:
   /// Starts a program with what follows its name on the command line. Its standard input and error are this process's.
@@ -29,7 +29,7 @@ class StartedProgram {
   DWORD id() const { return GetProcessId(process_.get()); }
 
  private:
-  /// Answers whether the program runs, which writes to `output_end`.
+  /// Returns whether the program runs, which writes to `output_end`.
   bool start(const std::wstring& command_line, HANDLE output_end);
 
   base::KernelHandle process_;

@@ -23,7 +23,7 @@ class FaultCounter {
   void clear_faults() noexcept { fatal_ = 0; }
 
   /// Counts one call and returns whether it fails.
-  bool strikes() noexcept {
+  bool next_call_fails() noexcept {
     ++calls_;
     const bool fails = fatal_ != 0 && (calls_ == fatal_ || (calls_ > fatal_ && duration_ == FaultDuration::lasting));
     has_failed_ = has_failed_ || fails;

@@ -45,7 +45,7 @@ class ImportProbe<name, Result(WINAPI*)(Arguments...)> {
   }
 
  private:
-  /// Makes its probe the one that is called.
+  /// Activates its probe: the replaced function calls it.
   struct Activation {
     explicit Activation(ImportProbe* probe) : outer(std::exchange(active_, probe)) {}
     ~Activation() { active_ = outer; }

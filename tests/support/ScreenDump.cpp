@@ -11,7 +11,7 @@ namespace {
 
 constexpr UINT answer_time_ms = 200;
 
-/// The text as the window tells it; when its thread does not answer, as the system remembers it.
+/// The text as the window returns it; when its thread does not respond, as the system remembers it.
 std::string text_of(HWND window) {
   wchar_t text[512] = L"";
   DWORD_PTR length = 0;

@@ -6,7 +6,7 @@
 
 namespace test_support {
 
-/// What a process that runs tests for a supervisor was told. The file of the tests holds their names, one a line.
+/// The instructions of a process that runs tests for a supervisor. The file of the tests holds their names, one a line.
 struct Assignment {
   std::filesystem::path tests;
   std::filesystem::path results;

@@ -9,7 +9,7 @@ namespace test_support {
 inline constexpr UINT watchdog_exit_code = 86;
 
 /// Ends the process when no test finishes for a while, after writing what is on the screen to stderr: a modal dialog
-/// that nobody answers is a failed test and not a hung build. Every start and end of a test winds it up again.
+/// that nobody answers is a failed test and not a hung build. Every start and end of a test restarts its time.
 class Watchdog : public testing::EmptyTestEventListener {
  public:
   /// `limit_ms` 0 switches it off.

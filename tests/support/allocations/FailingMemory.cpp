@@ -11,29 +11,29 @@ namespace {
 
 FaultCounter allocations;
 
-bool strikes() { return allocations.strikes(); }
+bool must_fail() { return allocations.next_call_fails(); }
 
-void* failing_malloc(std::size_t size) { return strikes() ? nullptr : std::malloc(size); }
+void* failing_malloc(std::size_t size) { return must_fail() ? nullptr : std::malloc(size); }
 
-BSTR WINAPI failing_alloc_string(const OLECHAR* text) { return strikes() ? nullptr : SysAllocString(text); }
+BSTR WINAPI failing_alloc_string(const OLECHAR* text) { return must_fail() ? nullptr : SysAllocString(text); }
 BSTR WINAPI failing_alloc_string_len(const OLECHAR* text, UINT length) {
-  return strikes() ? nullptr : SysAllocStringLen(text, length);
+  return must_fail() ? nullptr : SysAllocStringLen(text, length);
 }
 BSTR WINAPI failing_alloc_string_byte_len(const char* bytes, UINT length) {
-  return strikes() ? nullptr : SysAllocStringByteLen(bytes, length);
+  return must_fail() ? nullptr : SysAllocStringByteLen(bytes, length);
 }
 INT WINAPI failing_realloc_string(BSTR* string, const OLECHAR* text) {
-  return strikes() ? FALSE : SysReAllocString(string, text);
+  return must_fail() ? FALSE : SysReAllocString(string, text);
 }
 INT WINAPI failing_realloc_string_len(BSTR* string, const OLECHAR* text, UINT length) {
-  return strikes() ? FALSE : SysReAllocStringLen(string, text, length);
+  return must_fail() ? FALSE : SysReAllocStringLen(string, text, length);
 }
 HRESULT WINAPI failing_string_of_number(LONG number, LCID locale, ULONG flags, BSTR* string) {
-  return strikes() ? E_OUTOFMEMORY : VarBstrFromI4(number, locale, flags, string);
+  return must_fail() ? E_OUTOFMEMORY : VarBstrFromI4(number, locale, flags, string);
 }
-void* WINAPI failing_task_alloc(SIZE_T size) { return strikes() ? nullptr : CoTaskMemAlloc(size); }
+void* WINAPI failing_task_alloc(SIZE_T size) { return must_fail() ? nullptr : CoTaskMemAlloc(size); }
 void* WINAPI failing_task_realloc(void* block, SIZE_T size) {
-  return strikes() ? nullptr : CoTaskMemRealloc(block, size);
+  return must_fail() ? nullptr : CoTaskMemRealloc(block, size);
 }
 
 struct Function {

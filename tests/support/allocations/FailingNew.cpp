@@ -10,7 +10,7 @@ namespace {
 test_support::FaultCounter counter;
 
 void* allocate(std::size_t size) {
-  if (counter.strikes()) throw std::bad_alloc();
+  if (counter.next_call_fails()) throw std::bad_alloc();
   if (void* block = std::malloc(size != 0 ? size : 1)) return block;
   throw std::bad_alloc();
 }

@@ -17,9 +17,9 @@ std::vector<std::string> recorded;
 std::set<std::string> failures;
 FaultCounter counter;
 
-bool strikes(const char* function) {
+bool must_fail(const char* function) {
   recorded.emplace_back(function);
-  if (!counter.strikes()) return false;
+  if (!counter.next_call_fails()) return false;
   failures.insert(function);
   SetLastError(ERROR_NOT_ENOUGH_MEMORY);
   return true;
@@ -28,7 +28,7 @@ bool strikes(const char* function) {
 template <FunctionName name, bool works, class Result, class... Arguments>
 struct Failing {
   static Result WINAPI call(Arguments... arguments) {
-    const bool fails = strikes(name.text);
+    const bool fails = must_fail(name.text);
     if (!fails) return original(arguments...);
     if (works) original(arguments...);
     return failure;
@@ -43,15 +43,15 @@ ReplacedFunction failing_by(Result failure) {
   return ReplacedFunction::by<Failing<name, works, Result, Arguments...>>(name.text);
 }
 
-/// The function of that name, and what it answers when it fails.
+/// The function of that name, and what it returns when it fails.
 template <FunctionName name, class Result, class... Arguments>
 ReplacedFunction failing(Result(WINAPI*)(Arguments...), std::type_identity_t<Result> failure) {
   return failing_by<name, false, Result, Arguments...>(failure);
 }
 
-/// The same for a function that does its work all the same.
+/// The same for a function that does its work even so.
 template <FunctionName name, class Result, class... Arguments>
-ReplacedFunction complaining(Result(WINAPI*)(Arguments...), std::type_identity_t<Result> failure) {
+ReplacedFunction failing_after_work(Result(WINAPI*)(Arguments...), std::type_identity_t<Result> failure) {
   return failing_by<name, true, Result, Arguments...>(failure);
 }
 
@@ -68,7 +68,7 @@ const std::vector<ReplacedFunction>& failing_functions() {
       ZD_FAILING(RegQueryInfoKeyW, ERROR_NOT_ENOUGH_MEMORY),
       ZD_FAILING(RegQueryValueExW, ERROR_NOT_ENOUGH_MEMORY),
       ZD_FAILING(RegSetValueExW, ERROR_NOT_ENOUGH_MEMORY),
-      complaining<"RegCloseKey">(RegCloseKey, ERROR_NOT_ENOUGH_MEMORY),
+      failing_after_work<"RegCloseKey">(RegCloseKey, ERROR_NOT_ENOUGH_MEMORY),
 
       ZD_FAILING(CreateWindowExW, nullptr),
       ZD_FAILING(DialogBoxParamW, -1),

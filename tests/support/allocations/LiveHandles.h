@@ -10,7 +10,7 @@
 
 namespace test_support {
 
-/// While it lives, keeps account of the GDI objects, device contexts and registry keys that a loaded module makes or
+/// While it lives, keeps account of the GDI objects, device contexts and registry keys that a loaded module creates or
 /// opens: the test platform itself counts none of them. One lives at a time; UI thread only.
 class LiveHandles {
  public:
@@ -19,10 +19,10 @@ class LiveHandles {
   LiveHandles(const LiveHandles&) = delete;
   LiveHandles& operator=(const LiveHandles&) = delete;
 
-  /// The function that gave each handle that the module has not given back.
+  /// The function that returned each handle that the module has not released.
   std::vector<std::string> left() const;
   /// How many handles the module has had so far.
-  int made() const;
+  int acquired() const;
 
  private:
   std::deque<ImportPatch> patches_;

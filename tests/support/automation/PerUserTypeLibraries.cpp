@@ -16,7 +16,7 @@ namespace {
 HRESULT failure = S_OK;
 std::optional<ProcAddressProbe> probe;
 
-/// What is written below the classes root in its lifetime goes to the user's classes.
+/// While it lives, what is written below the classes root is written to the user's classes.
 class UsersClasses {
  public:
   UsersClasses() {

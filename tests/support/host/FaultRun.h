@@ -9,7 +9,7 @@ namespace test_support {
 /// What a host can do instead of its work: every kind of it in a deep run, one kind otherwise.
 std::vector<Fault> faults_to_inject();
 
-/// What a host answers that is gone: every call fails from one on.
+/// A host that has ended: every call fails from one on.
 inline constexpr Fault lost_host = {RPC_E_DISCONNECTED, Fault::Out::untouched, true};
 
 /// A fault in words, as in "E_FAIL, out untouched".

@@ -51,7 +51,7 @@ std::optional<Fault> HostCalls::record(const char* name, std::initializer_list<H
   const std::string text = shown(name, arguments);
   calls_.push_back(text);
   act(name, text);
-  return strike(name, text);
+  return take_fault(name, text);
 }
 
 void HostCalls::act(const std::string& name, const std::string& text) {
@@ -64,14 +64,14 @@ void HostCalls::act(const std::string& name, const std::string& text) {
   act();
 }
 
-std::optional<Fault> HostCalls::strike(const std::string& name, const std::string& text) {
+std::optional<Fault> HostCalls::take_fault(const std::string& name, const std::string& text) {
   std::optional<Fault> fault;
   std::vector<Planned> left;
   for (Planned& plan : planned_) {
     const bool matches = plan.pattern.empty() || plan.pattern == name || plan.pattern == text;
-    const bool strikes = matches && --plan.countdown == 0;
-    if (strikes) fault = plan.fault;
-    if (strikes && plan.every) plan.countdown = 1;
+    const bool is_due = matches && --plan.countdown == 0;
+    if (is_due) fault = plan.fault;
+    if (is_due && plan.every) plan.countdown = 1;
     if (plan.countdown != 0) left.push_back(plan);
   }
   planned_ = std::move(left);

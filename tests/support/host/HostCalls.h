@@ -24,7 +24,7 @@ struct Fault {
   };
   HRESULT result = E_FAIL;
   Out out = Out::untouched;
-  bool lasting = false;  ///< for `fail_number`: every later call fails so too, as when the host is gone
+  bool lasting = false;  ///< for `fail_number`: every later call fails so too, as when the host has ended
   long number = 0;
 };
 
@@ -32,7 +32,7 @@ struct Fault {
 /// word as it is.
 using HostArgument = std::variant<long, const wchar_t*, IUnknown*, const char*>;
 
-/// Every call that reaches a proxy of the host goes through here: it is recorded as text, as in
+/// Every call of a proxy of the host passes through here: it is recorded as text, as in
 /// `IkvTable::AddField(1025, 0, 0, 0)`, and can be made to fail.
 class HostCalls {
  public:
@@ -89,8 +89,8 @@ class HostCalls {
  private:
   struct Planned {
     std::string pattern;    ///< empty for "any call"
-    std::size_t countdown;  ///< strikes when it comes down to 0
-    bool every;             ///< goes on striking
+    std::size_t countdown;  ///< fails the call when it is 0
+    bool every;             ///< fails every later call too
     Fault fault;
   };
 
@@ -101,7 +101,7 @@ class HostCalls {
 
   std::optional<Fault> record(const char* name, std::initializer_list<HostArgument> arguments);
   void act(const std::string& name, const std::string& text);
-  std::optional<Fault> strike(const std::string& name, const std::string& text);
+  std::optional<Fault> take_fault(const std::string& name, const std::string& text);
 
   std::vector<std::string> calls_;
   std::vector<std::string> faulted_calls_;

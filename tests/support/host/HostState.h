@@ -12,7 +12,7 @@
 
 namespace test_support {
 
-/// What the host knows of each proxy that somebody references.
+/// What the host knows of each proxy that is referenced.
 class LivingObject {
  public:
   virtual std::string description() const = 0;

@@ -14,8 +14,8 @@ namespace test_support {
 const char* interface_name(REFIID iid) noexcept;
 
 /// Base of the proxies over the reference host's objects: implements `Interfaces`, `IDispatch` and `IUnknown`, counts
-/// references, destroys itself at the last release and is known to the host while it lives. Born with one reference.
-/// Any other interface is private to the reference host, which recognises its own objects by it: a query for it goes to
+/// references, destroys itself at the last release and is known to the host while it lives. Created with one reference.
+/// Any other interface is private to the reference host, which recognises its own objects by it: a query for it reaches
 /// the object behind the proxy, and is neither recorded nor failed.
 template <class First, class... Others>
 class ProxyObject : public LivingObject, public First, public Others... {
@@ -26,7 +26,7 @@ class ProxyObject : public LivingObject, public First, public Others... {
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) noexcept final {
     if (!object) return E_POINTER;
     const bool is_private = !find_interface(iid) && interface_name(iid) == std::string_view("unknown");
-    // It is the system that asks whether an object is runnable, and the system relies on a truthful answer.
+    // The system asks whether an object is runnable, and relies on a true answer.
     if (!host_->record_queries || is_private || iid == IID_IRunnableObject) return query(iid, object);
     return calls().call(query_.c_str(), {interface_name(iid)}, object, [&] { return query(iid, object); });
   }

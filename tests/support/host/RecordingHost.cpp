@@ -77,7 +77,7 @@ workbench::HostClassObjects with_proxies(const std::shared_ptr<HostState>& host)
           with_proxy<FilterProxy>(inner[2], host, "kvRuleFilter::CreateInstance")};
 }
 
-/// Wraps a new object, whose one reference goes to the caller.
+/// Wraps a new object, whose one reference belongs to the caller.
 base::ComPtr<IDispatch> owned(IDispatch* object) { return {object, false}; }
 
 void set_value(IKV_kvudfcom::IkvTable& table, long id, const HostValue& value) {

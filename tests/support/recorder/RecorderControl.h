@@ -32,7 +32,7 @@ struct RecordedCommand {
   std::vector<RecordedField> fields;
   HRESULT answer = S_OK;
   DWORD thread = 0;
-  const void* record = nullptr;  ///< tells records apart; may dangle
+  const void* record = nullptr;  ///< identifies the record; may dangle
 };
 
 /// What happens to the out parameter of "CREATE" and "ST_InitObject".
@@ -51,7 +51,7 @@ struct RecorderControl {
   virtual void set_hook(Visitor hook, void* context) = 0;
   /// Appends every word as one line to a file, which outlives a process that ends itself.
   virtual void set_journal(const wchar_t* path) = 0;
-  /// Roots and records that somebody still holds.
+  /// Roots and records that are still referenced.
   virtual long live_objects() const = 0;
 
  protected:

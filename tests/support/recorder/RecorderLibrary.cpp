@@ -168,7 +168,7 @@ CommandLog& tape() {
   return instance;
 }
 
-/// Fills an out parameter as the answer says. A failing answer may still make an object: callers must not leak it.
+/// Fills an out parameter as the answer says. A failing answer may still create an object: callers must not leak it.
 template <class Interface, class Make>
 HRESULT hand_out(const CommandLog::Answer& answer, Interface** out, Make make) {
   if (out && answer.out == Out::made) *out = make();

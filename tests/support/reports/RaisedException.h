@@ -8,7 +8,7 @@
 
 namespace test_support {
 
-/// An exception that a test raises inside the module, and what is told of it.
+/// An exception that a test raises inside the module, and what is reported of it.
 struct RaisedException {
   const char* name;
   void (*raise)();
@@ -17,7 +17,7 @@ struct RaisedException {
   HRESULT answer;           ///< the HRESULT that stands for it
 };
 
-/// One of each kind that reports tell apart.
+/// One of each kind that reports distinguish.
 inline constexpr RaisedException raised_exceptions[] = {
     {"ComError", [] { throw _com_error(E_ACCESSDENIED); }, "", "HRESULT - 80070005", E_ACCESSDENIED},
     {"OutOfRange", [] { throw std::out_of_range("no such value"); }, " (stdexcept: \"no such value\")",

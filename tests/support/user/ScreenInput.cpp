@@ -138,7 +138,7 @@ void click(HWND window) {
 void click(HWND window, POINT point, int times) {
   ClientToScreen(window, &point);
   EXPECT_TRUE(SetCursorPos(point.x, point.y));
-  // However slowly they are handled, clicks of one time make a double click.
+  // However slowly they are handled, clicks of one time are a double click.
   const DWORD now = GetTickCount();
   for (int count = 0; count < times; ++count) {
     send({mouse_event(MOUSEEVENTF_LEFTDOWN, point, now), mouse_event(MOUSEEVENTF_LEFTUP, point, now)});

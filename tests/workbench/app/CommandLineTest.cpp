@@ -76,7 +76,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Refused{"UnknownLanguage", {L"--language", L"fr"}, IDS_BAD_LANGUAGE, L"fr"}),
     [](const auto& test) { return test.param.name; });
 
-TEST(CommandLine, LanguageIsFoundBesideArgumentsThatDoNotMakeSense) {
+TEST(CommandLine, LanguageIsFoundBesideInvalidArguments) {
   EXPECT_EQ(try_find_language(Arguments{L"--colour", L"--language", L"zh"}), Language::chinese);
   EXPECT_EQ(try_find_language(Arguments{L"--language", L"zh", L"--language", L"en"}), Language::english);
   EXPECT_EQ(try_find_language(Arguments{L"--language", L"fr"}), std::nullopt);

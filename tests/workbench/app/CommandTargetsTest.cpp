@@ -27,7 +27,7 @@ TEST_F(CommandTargetsTest, RunCallsTheTargetWithTheIdAndAnEmptyParameter) {
   EXPECT_EQ(plugin_->parameter_types, std::vector<VARTYPE>{VT_EMPTY});
 }
 
-TEST_F(CommandTargetsTest, RunAnswersTheTargetsFailure) {
+TEST_F(CommandTargetsTest, RunReturnsTheTargetsFailure) {
   plugin_->answer = RPC_E_SERVERFAULT;
   EXPECT_EQ(targets_.run(targets_.add(plugin_)), RPC_E_SERVERFAULT);
 }
@@ -82,7 +82,7 @@ TEST_F(CommandTargetsTest, LateBoundTargetWithoutTheNameFails) {
   targets_.clear();
 }
 
-TEST_F(CommandTargetsTest, LateBoundExceptionAnswersItsCode) {
+TEST_F(CommandTargetsTest, LateBoundExceptionIsReturnedByItsCode) {
   LateBoundPlugin late;
   late.answer = DISP_E_EXCEPTION;
   late.exception_code = E_ACCESSDENIED;

@@ -104,7 +104,7 @@ TEST_F(HotKeysTest, CollectionOutlivesTheKeysDisconnected) {
   EXPECT_EQ(add(control_key, 'U', hot_key), RPC_E_DISCONNECTED);
 }
 
-TEST_F(HotKeysTest, EveryObjectIsGoneAfterItsLastRelease) {
+TEST_F(HotKeysTest, EveryObjectIsDestroyedAfterItsLastRelease) {
   const long before = live_dispatch_objects;
   id_of_new_key(control_key, 'U');
   EXPECT_EQ(live_dispatch_objects, before);

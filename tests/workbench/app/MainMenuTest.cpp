@@ -163,7 +163,7 @@ TEST_F(MainMenuTest, ObjectsOutliveTheMenuDisconnected) {
   EXPECT_EQ(item->get_CommandID(&id), S_OK);
 }
 
-TEST_F(MainMenuTest, EveryObjectIsGoneAfterItsLastRelease) {
+TEST_F(MainMenuTest, EveryObjectIsDestroyedAfterItsLastRelease) {
   const long before = live_dispatch_objects;
   {
     const auto submenu = add_submenu();

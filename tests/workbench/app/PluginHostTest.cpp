@@ -87,7 +87,7 @@ TEST_F(PluginHostTest, NamedModuleGoesBeforeTheRegisteredOne) {
   EXPECT_EQ(loaded_module(), neighbour());
 }
 
-TEST_F(PluginHostTest, RegisteredModuleThatIsGoneIsAFailure) {
+TEST_F(PluginHostTest, RegisteredModuleWithoutItsFileIsAFailure) {
   register_copy();
   const std::filesystem::path moved = copy_.parent_path() / L"moved.dll";
   std::filesystem::rename(copy_, moved);

@@ -10,7 +10,7 @@
 
 namespace workbench {
 
-/// Answers `IkvPlugin` and notes the commands that it gets.
+/// Implements `IkvPlugin` and records the commands that it gets.
 class StandInPlugin final : public DispatchObject<IkvPlugin> {
  public:
   std::vector<long> commands;

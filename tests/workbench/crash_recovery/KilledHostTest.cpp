@@ -21,7 +21,7 @@ using namespace workbench;
 
 namespace {
 
-/// The change that a host makes with this number, made in a store that holds the same.
+/// The change of a host with this number, applied to a store with the same content.
 void make_change(RuleStore& store, unsigned number) try {
   const RuleChange change = choose_change(store.load_rules(), number);
   switch (change.kind) {
@@ -167,7 +167,7 @@ class KilledHosts : public testing::Test {
     if (!filled_ && !changed && found == StoreSnapshot{}) return;
     filled_ = true;
     while (next_ != host.next()) make_change(*model_, next_++);
-    // The change under way may have been made without being acknowledged.
+    // The change under way may be stored without being acknowledged.
     if (host.amid_change() && found != holdings(*model_)) make_change(*model_, next_++);
     const StoreSnapshot expected = holdings(*model_);
     ASSERT_TRUE(found == expected) << "rules that should not be there: "

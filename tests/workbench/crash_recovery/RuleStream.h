@@ -18,5 +18,5 @@ struct RuleChange {
 /// which a store refuses.
 RuleChange choose_change(const std::vector<workbench::StoredRule>& rules, unsigned number);
 
-/// The environment variable with the number of the first change that `rule_stream.dll` makes.
+/// The environment variable with the number of the first change of `rule_stream.dll`.
 inline constexpr wchar_t first_change_variable[] = L"ZD_FIRST_CHANGE";

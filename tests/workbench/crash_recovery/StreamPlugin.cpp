@@ -17,7 +17,7 @@ using workbench::DispatchObject;
 
 namespace {
 
-/// Nobody waits for a stream that has ended.
+/// The test does not wait for a stream that has ended.
 [[noreturn]] void end_program(const char* reason, HRESULT result) noexcept {
   std::fprintf(stderr, "rule_stream: %s, 0x%08lX\n", reason, static_cast<unsigned long>(result));
   std::fflush(stderr);
@@ -25,7 +25,7 @@ namespace {
   std::abort();
 }
 
-/// Tells the test. What this has told has left the process.
+/// Writes a line to the test. The line has left the process when this returns.
 void tell(const std::string& line) noexcept {
   DWORD written = 0;
   const BOOL told =
@@ -39,7 +39,7 @@ unsigned first_change() {
   return static_cast<unsigned>(std::wcstoul(number, nullptr, 10));
 }
 
-/// Changes the host's rules from its message loop, one change at a time, so that the host lives on in between.
+/// Changes the host's rules from its message loop, one change at a time, so that the host runs on in between.
 class StreamPlugin final : public DispatchObject<IkvPlugin> {
  public:
   HRESULT STDMETHODCALLTYPE Initialize(IDispatch*, IDispatch*, IDispatch*, IDispatch*, BSTR,

@@ -69,7 +69,7 @@ StoredRule row_of(IkvTable* table) {
   return row;
 }
 
-TEST_F(StorageObjectTest, AnswersItsFourInterfacesAndItself) {
+TEST_F(StorageObjectTest, ReturnsItsFourInterfacesAndItself) {
   const base::ComPtr<IkvStorage> storage = rules_;
   const base::ComPtr<IkvStorageSession> session = rules_;
   IUnknown* identity = nullptr;
@@ -155,7 +155,7 @@ TEST_F(StorageObjectTest, UpdateRewritesTheRule) {
   EXPECT_EQ(inner_->try_load_rule(2)->rule, (Rule{.name = L"new name", .roll_offset = 3}));
 }
 
-TEST_F(StorageObjectTest, DeleteAnswersTheFlag) {
+TEST_F(StorageObjectTest, DeleteReturnsTheFlag) {
   inner_->replace_content(sample_content());
   long ok = 5;
   EXPECT_EQ(rules_->delete_rule(2, &ok), S_OK);
@@ -276,7 +276,7 @@ TEST_F(StorageObjectTest, RuleThatWasNotSavedIsHeardWithTheRefusal) {
             (std::vector<std::optional<Rule>>{sample_rule(L"first"), sample_rule(L"mine"), faulty, std::nullopt}));
 }
 
-TEST_F(StorageObjectTest, ResultsTellTheRefusalsApart) {
+TEST_F(StorageObjectTest, ResultsDifferByTheReasonOfTheRefusal) {
   std::set<HRESULT> results;
   for (int kind = 0; kind <= static_cast<int>(StoreErrorKind::in_use); ++kind)
     results.insert(store_result(static_cast<StoreErrorKind>(kind)));

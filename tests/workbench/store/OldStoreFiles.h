@@ -2,7 +2,7 @@
 
 #include "StoreSamples.h"
 
-/// Makes a file as version 1 left it, with one rule.
+/// Creates a file as version 1 left it, with one rule.
 inline constexpr const char* version_1 = R"sql(
   CREATE TABLE rules (
     RuleID INTEGER PRIMARY KEY AUTOINCREMENT CHECK (RuleID BETWEEN 1 AND 2147483647),
@@ -24,7 +24,7 @@ inline constexpr const char* version_1 = R"sql(
   PRAGMA user_version = 1;
 )sql";
 
-/// Makes a file of version 1 into one as version 2 left it, with one setting.
+/// Turns a file of version 1 into one as version 2 left it, with one setting.
 inline constexpr const char* version_2 = R"sql(
   CREATE TABLE symbol_source_settings (
     SettingID INTEGER PRIMARY KEY,
