@@ -9,6 +9,7 @@
 #include "ImportProbe.h"
 #include "ModulePath.h"
 #include "RegistryHelper.h"
+#include "TemporaryFolder.h"
 
 ZD_IMPORT_PROBE(GetModuleFileNameW, ModuleFileNameProbe);
 ZD_IMPORT_PROBE(GetFileVersionInfoSizeW, VersionSizeProbe);
@@ -31,15 +32,7 @@ const std::vector<std::wstring> nothing(8);
 /// A copy of a program without resources, under a name with spaces and letters outside ASCII.
 class VersionRecordOfFile : public testing::Test {
  protected:
-  VersionRecordOfFile() {
-    std::filesystem::create_directories(folder);
-    std::filesystem::copy_file(base::path_beside_program(L"bare_program.exe"), file,
-                               std::filesystem::copy_options::overwrite_existing);
-  }
-  ~VersionRecordOfFile() override {
-    std::error_code ignored;
-    std::filesystem::remove_all(folder, ignored);
-  }
+  VersionRecordOfFile() { std::filesystem::copy_file(base::path_beside_program(L"bare_program.exe"), file); }
 
   /// Gives the file the version block that is this program's resource of that name.
   void set_block(const wchar_t* name) {
@@ -59,9 +52,8 @@ class VersionRecordOfFile : public testing::Test {
     return read();
   }
 
-  const std::filesystem::path folder =
-      std::filesystem::temp_directory_path() / (L"version " + std::to_wstring(GetCurrentProcessId()));
-  const std::filesystem::path file = folder / L"\u4E3B\u673A \u00FCber host.exe";
+  const test_support::TemporaryFolder folder{L"version"};
+  const std::filesystem::path file = folder.path() / L"\u4E3B\u673A \u00FCber host.exe";
 };
 
 TEST_F(VersionRecordOfFile, HoldsTheSixTextsAndTwoCopies) {
@@ -102,7 +94,7 @@ TEST_F(VersionRecordOfFile, IsEmptyWhenTheBlockCannotBeRead) {
 }
 
 TEST_F(VersionRecordOfFile, IsEmptyWithoutFile) {
-  EXPECT_EQ(fields(read_version_record_of((folder / L"missing.exe").c_str())), nothing);
+  EXPECT_EQ(fields(read_version_record_of((folder.path() / L"missing.exe").c_str())), nothing);
   EXPECT_EQ(fields(read_version_record_of(L"")), nothing);
 }
 

@@ -2,8 +2,6 @@
 #include <gmock/gmock.h>
 
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 
 #include "ChildProcess.h"
 #include "ModulePath.h"
@@ -11,6 +9,7 @@
 #include "RegistrySandbox.h"
 #include "RegistryTree.h"
 #include "SnagtrapUtil.h"
+#include "TemporaryFolder.h"
 
 namespace diagnostics_test {
 namespace {
@@ -29,16 +28,6 @@ constexpr DWORD minus_one = 0xFFFFFFFF;
 /// Runs the child program in a role, with a registry and a folder of its own.
 class Process : public testing::Test {
  protected:
-  Process() : folder(fs::temp_directory_path() / ("zd diagnostics " + std::to_string(GetCurrentProcessId()))) {
-    fs::remove_all(folder);
-    fs::create_directories(folder);
-  }
-
-  ~Process() override {
-    std::error_code ignored;
-    fs::remove_all(folder, ignored);
-  }
-
   static std::wstring program() { return base::path_beside_program(L"apart\\diagnostics_child.exe"); }
 
   static ChildResult play(const std::vector<std::wstring>& arguments) {
@@ -49,17 +38,14 @@ class Process : public testing::Test {
 
   ChildResult play_journaled(const std::wstring& role) const { return play({role, recorder_path(), journal()}); }
 
-  std::wstring journal() const { return folder / L"journal.txt"; }
+  std::wstring journal() const { return folder.path() / L"journal.txt"; }
 
-  std::string words() const {
-    std::ifstream file(fs::path(journal()), std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-  }
+  std::string words() const { return test_support::read_bytes(journal()); }
 
   static void set_init_failure_box() { test_support::write_registry_text(HKEY_CURRENT_USER, library_key, {}, L"1"); }
 
   test_support::RegistrySandbox registry;
-  fs::path folder;
+  test_support::TemporaryFolder folder{L"zd diagnostics"};
 };
 
 class LibraryMissing : public Process {};
@@ -105,8 +91,8 @@ class LibrarySearch : public Process {
   }
 
   std::wstring copy_of(const fs::path& library, const wchar_t* name) const {
-    fs::copy_file(library, folder / name);
-    return folder / name;
+    fs::copy_file(library, folder.path() / name);
+    return folder.path() / name;
   }
 };
 
@@ -120,7 +106,7 @@ TEST_F(LibrarySearch, FindsTheRegisteredPath) {
 }
 
 TEST_F(LibrarySearch, FindsNothingAtARegisteredPathWithoutFile) {
-  register_path(folder / L"absent.dll");
+  register_path(folder.path() / L"absent.dll");
   EXPECT_EQ(play({L"find library"}).output, "initialised=no\n");
 }
 

@@ -3,22 +3,21 @@
 #include <filesystem>
 #include <string>
 
+#include "TemporaryFolder.h"
+
 namespace module_test {
 
 /// A copy of the built module in a folder of its own, which is removed at the end.
 class ModuleCopy {
  public:
-  /// `folder` is the folder's name below the temporary files. Throws `std::filesystem::filesystem_error`.
+  /// The folder's name begins with `folder`. Throws `std::filesystem::filesystem_error`.
   explicit ModuleCopy(const std::wstring& folder);
-  ~ModuleCopy();
-  ModuleCopy(const ModuleCopy&) = delete;
-  ModuleCopy& operator=(const ModuleCopy&) = delete;
 
-  const std::filesystem::path& folder() const { return folder_; }
-  std::wstring path() const { return folder_ / L"zdExpirationRules.dll"; }
+  const std::filesystem::path& folder() const { return folder_.path(); }
+  std::wstring path() const { return folder() / L"zdExpirationRules.dll"; }
 
  private:
-  std::filesystem::path folder_;
+  test_support::TemporaryFolder folder_;
 };
 
 /// Folder names in which spaces, quotes, braces, percent signs and letters beyond ASCII stand.

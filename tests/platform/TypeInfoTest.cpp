@@ -9,6 +9,7 @@
 #include "Registration.h"
 #include "RegistryTree.h"
 #include "ScratchRoot.h"
+#include "TemporaryFolder.h"
 #include "TypeInfo.h"
 #include "zdExpirationRules_h.h"
 
@@ -28,9 +29,7 @@ _bstr_t help_text(ITypeInfo* info) {
 /// A file with a library of the same identity as the sample, whose one interface has another help text.
 class OtherLibrary {
  public:
-  explicit OtherLibrary(const GUID& type, WORD version = 1)
-      : path_(std::filesystem::temp_directory_path() /
-              (L"zd-other-" + std::to_wstring(GetCurrentProcessId()) + L".tlb")) {
+  explicit OtherLibrary(const GUID& type, WORD version = 1) {
     const std::wstring path = path_.wstring();
     base::ComPtr<ICreateTypeLib2> library;
     base::fetch_into(library, [&](ICreateTypeLib2** out) { return CreateTypeLib2(SYS_WIN64, path.c_str(), out); });
@@ -48,7 +47,6 @@ class OtherLibrary {
     info->LayOut();
     EXPECT_EQ(library->SaveAllChanges(), S_OK);
   }
-  ~OtherLibrary() { std::filesystem::remove(path_); }
 
   void register_it() const {
     std::wstring path = path_.wstring();
@@ -59,7 +57,8 @@ class OtherLibrary {
   }
 
  private:
-  std::filesystem::path path_;
+  test_support::TemporaryFolder folder_;
+  std::filesystem::path path_ = folder_.path() / L"other.tlb";
 };
 
 class TypeInfoTest : public testing::Test {

@@ -21,7 +21,34 @@ std::string read_all(HANDLE pipe) {
   return text;
 }
 
+/// No process when it does not start.
+base::KernelHandle try_start(const std::wstring& command_line, HANDLE output) {
+  STARTUPINFOW startup{};
+  startup.cb = sizeof startup;
+  startup.dwFlags = STARTF_USESTDHANDLES;
+  startup.hStdInput = GetStdHandle(STD_INPUT_HANDLE);
+  startup.hStdOutput = output;
+  startup.hStdError = GetStdHandle(STD_ERROR_HANDLE);
+  PROCESS_INFORMATION started{};
+  // The call may write to its line.
+  std::wstring line = command_line;
+  if (!CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup, &started)) return {};
+  CloseHandle(started.hThread);
+  return base::KernelHandle(started.hProcess);
+}
+
 }  // namespace
+
+base::KernelHandle start_process(const std::wstring& command_line, HANDLE output) {
+  base::KernelHandle process = try_start(command_line, output);
+  // One start in thousands fails so on the test platform, before anything of the program runs.
+  if (!process && GetLastError() == ERROR_INTERNAL_ERROR) {
+    std::cout << "a child process did not start and is started again\n";
+    process = try_start(command_line, output);
+  }
+  if (!process) throw std::runtime_error("a child process does not start, error " + std::to_string(GetLastError()));
+  return process;
+}
 
 StartedProgram::StartedProgram(const std::wstring& program, const std::wstring& arguments) {
   base::KernelHandle output_end;
@@ -29,32 +56,7 @@ StartedProgram::StartedProgram(const std::wstring& program, const std::wstring& 
   if (!CreatePipe(output_.put(), output_end.put(), &inherited, 0))
     throw std::runtime_error("no pipe for a child process");
   SetHandleInformation(output_.get(), HANDLE_FLAG_INHERIT, 0);
-
-  const std::wstring command_line = L'"' + program + L"\" " + arguments;
-  bool runs = start(command_line, output_end.get());
-  // One start in thousands fails so on the test platform, before anything of the program runs.
-  if (!runs && GetLastError() == ERROR_INTERNAL_ERROR) {
-    std::cout << "a child process did not start and is started again\n";
-    runs = start(command_line, output_end.get());
-  }
-  if (!runs) throw std::runtime_error("a child process does not start, error " + std::to_string(GetLastError()));
-}
-
-bool StartedProgram::start(const std::wstring& command_line, HANDLE output_end) {
-  STARTUPINFOW startup{};
-  startup.cb = sizeof startup;
-  startup.dwFlags = STARTF_USESTDHANDLES;
-  startup.hStdInput = GetStdHandle(STD_INPUT_HANDLE);
-  startup.hStdOutput = output_end;
-  startup.hStdError = GetStdHandle(STD_ERROR_HANDLE);
-  PROCESS_INFORMATION started{};
-  // The call may write to its line.
-  std::wstring line = command_line;
-  if (!CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup, &started))
-    return false;
-  CloseHandle(started.hThread);
-  process_.reset(started.hProcess);
-  return true;
+  process_ = start_process(L'"' + program + L"\" " + arguments, output_end.get());
 }
 
 ChildProcess::ChildProcess(const std::wstring& program, const std::vector<std::wstring>& arguments)

@@ -17,6 +17,10 @@ struct ChildResult {
   bool timed_out;
 };
 
+/// Starts a program by its command line, with this standard output; its standard input and error are this process's.
+/// Throws `std::runtime_error` when it cannot be started.
+base::KernelHandle start_process(const std::wstring& command_line, HANDLE output);
+
 /// A program that was started, with a pipe for its standard output. It runs on when this object is destroyed.
 class StartedProgram {
  public:
@@ -29,9 +33,6 @@ class StartedProgram {
   DWORD id() const { return GetProcessId(process_.get()); }
 
  private:
-  /// Returns whether the program runs, which writes to `output_end`.
-  bool start(const std::wstring& command_line, HANDLE output_end);
-
   base::KernelHandle process_;
   base::KernelHandle output_;
 };

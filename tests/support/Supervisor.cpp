@@ -9,9 +9,12 @@
 #include <cstdlib>
 #include <fstream>
 #include <set>
+#include <stdexcept>
 #include <string_view>
 
+#include "ChildProcess.h"
 #include "CrashReport.h"
+#include "TemporaryFolder.h"
 #include "TestResults.h"
 #include "Watchdog.h"
 
@@ -64,20 +67,15 @@ void write_lines(const std::filesystem::path& file, const TestNames& lines) {
 }
 
 /// Starts this program again. Returns its exit code.
-DWORD run_process(const char* command_line) {
-  STARTUPINFOA startup{};
-  startup.cb = sizeof startup;
-  PROCESS_INFORMATION started{};
-  std::string line = command_line;
-  if (!CreateProcessA(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup, &started)) {
-    std::printf("a process of the tests does not start, error %lu\n", GetLastError());
-    return EXIT_FAILURE;
-  }
-  CloseHandle(started.hThread);
-  WaitForSingleObject(started.hProcess, INFINITE);
+DWORD run_process(const wchar_t* command_line) {
   DWORD code = EXIT_FAILURE;
-  GetExitCodeProcess(started.hProcess, &code);
-  CloseHandle(started.hProcess);
+  try {
+    const base::KernelHandle process = start_process(command_line, GetStdHandle(STD_OUTPUT_HANDLE));
+    WaitForSingleObject(process.get(), INFINITE);
+    GetExitCodeProcess(process.get(), &code);
+  } catch (const std::runtime_error& error) {
+    std::printf("%s\n", error.what());
+  }
   return code;
 }
 
@@ -94,16 +92,7 @@ std::string ending(DWORD code) {
 
 class Supervisor {
  public:
-  explicit Supervisor(const char* command_line)
-      : command_line_(command_line), folder_(std::filesystem::temp_directory_path() / ("zd-tests-" + process_name())) {
-    std::filesystem::create_directories(folder_);
-  }
-  ~Supervisor() {
-    std::error_code ignored;
-    std::filesystem::remove_all(folder_, ignored);
-  }
-  Supervisor(const Supervisor&) = delete;
-  Supervisor& operator=(const Supervisor&) = delete;
+  explicit Supervisor(const wchar_t* command_line) : command_line_(command_line) {}
 
   void run(TestNames tests, bool on_screen) {
     const bool alone = !variable("ZD_TEST_ALONE").empty();
@@ -127,14 +116,12 @@ class Supervisor {
   }
 
  private:
-  static std::string process_name() { return std::to_string(GetCurrentProcessId()); }
-
   TestResults run_some(const TestNames& tests, bool on_screen) {
-    const auto list = folder_ / "tests";
-    const auto written = folder_ / "results";
+    const auto list = folder_.path() / "tests";
+    const auto written = folder_.path() / "results";
     write_lines(list, tests);
     std::filesystem::remove(written);
-    SetEnvironmentVariableA(assignment_variable, ((on_screen ? "+" : "-") + folder_.string()).c_str());
+    SetEnvironmentVariableA(assignment_variable, ((on_screen ? "+" : "-") + folder_.path().string()).c_str());
     std::fflush(stdout);
     const DWORD code = run_process(command_line_);
     TestResults results = read_results(written);
@@ -149,8 +136,8 @@ class Supervisor {
     return results;
   }
 
-  const char* command_line_;
-  std::filesystem::path folder_;
+  const wchar_t* command_line_;
+  TemporaryFolder folder_;
   std::size_t passed_ = 0;
   std::size_t skipped_ = 0;
   TestNames failures_;
@@ -173,7 +160,7 @@ void select_assigned_tests(const Assignment& assignment) {
   GTEST_FLAG_SET(filter, filter);
 }
 
-int supervise(const char* command_line, const char* on_screen) {
+int supervise(const wchar_t* command_line, const char* on_screen) {
   TestNames offscreen = selected_tests();
   const auto first = std::stable_partition(offscreen.begin(), offscreen.end(),
                                            [&](const std::string& name) { return !matches(name, on_screen); });

@@ -26,6 +26,6 @@ void select_assigned_tests(const Assignment& assignment);
 /// many passed and failed. Returns the exit code of the program.
 ///   ZD_TEST_PART   "screen" or "offscreen" runs only these
 ///   ZD_TEST_ALONE  if set, each test runs in a process of its own
-int supervise(const char* command_line, const char* on_screen);
+int supervise(const wchar_t* command_line, const char* on_screen);
 
 }  // namespace test_support

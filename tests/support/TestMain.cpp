@@ -32,7 +32,7 @@ int run_tests(test_support::ResultWriter* results) {
     return EXIT_FAILURE;
   }
   auto& listeners = testing::UnitTest::GetInstance()->listeners();
-  // The first listener hears last of a test's end, when the others have had their say.
+  // The first listener is called last at the end of a test, after the others.
   if (results) listeners.Append(results);
   listeners.Append(new test_support::HeapCheck);
   auto* watchdog = new test_support::Watchdog(watchdog_limit_ms());
@@ -58,5 +58,5 @@ int main(int argc, char** argv) {
   }
   const bool here = argc > 1 && std::strcmp(argv[1], "--here") == 0;
   if (here || GTEST_FLAG_GET(list_tests)) return run_tests(nullptr);
-  return test_support::supervise(GetCommandLineA(), test_support::tests_on_screen);
+  return test_support::supervise(GetCommandLineW(), test_support::tests_on_screen);
 }

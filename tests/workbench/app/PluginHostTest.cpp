@@ -3,6 +3,7 @@
 #include "ChildProcess.h"
 #include "ModulePath.h"
 #include "PluginHost.h"
+#include "TemporaryFolder.h"
 
 namespace workbench {
 namespace {
@@ -30,16 +31,9 @@ std::filesystem::path loaded_module() {
 /// With a second copy of the module in another folder. Registering it is seen by every process of this registry.
 class PluginHostTest : public testing::Test {
  protected:
-  PluginHostTest() {
-    std::filesystem::create_directories(copy_.parent_path());
-    std::filesystem::copy_file(neighbour(), copy_, std::filesystem::copy_options::overwrite_existing);
-  }
+  PluginHostTest() { std::filesystem::copy_file(neighbour(), copy_); }
 
-  ~PluginHostTest() override {
-    unregister_copy();
-    std::error_code left_behind;
-    std::filesystem::remove_all(copy_.parent_path(), left_behind);
-  }
+  ~PluginHostTest() override { unregister_copy(); }
 
   void register_copy() {
     registered_ = true;
@@ -63,7 +57,8 @@ class PluginHostTest : public testing::Test {
     return chosen;
   }
 
-  const std::filesystem::path copy_ = std::filesystem::temp_directory_path() / L"zd registered" / module_name;
+  const test_support::TemporaryFolder folder_{L"zd registered"};
+  const std::filesystem::path copy_ = folder_.path() / module_name;
 
  private:
   bool registered_ = false;

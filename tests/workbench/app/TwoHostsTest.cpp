@@ -8,6 +8,7 @@ namespace {
 
 using test_support::click;
 using test_support::DialogDriver;
+using test_support::TemporaryFolder;
 
 /// The program on a file that another host uses too. Its user opens the only rule in the editor and saves it.
 class TwoHostsTest : public ApplicationTest {

@@ -18,6 +18,7 @@
 #include "TemporaryFolder.h"
 
 using namespace workbench;
+using test_support::TemporaryFolder;
 
 namespace {
 
@@ -105,8 +106,8 @@ class KilledHost {
   StoreWriter host_;
 };
 
-/// How the hosts of a test were struck.
-struct Strikes {
+/// When the hosts of a test were killed.
+struct Kills {
   unsigned before_changes = 0;
   unsigned between_changes = 0;
   unsigned amid_changes = 0;
@@ -146,19 +147,19 @@ class KilledHosts : public testing::Test {
   void hesitate(unsigned most) { Sleep(random_.below(most + 1)); }
 
   test_support::RandomCases random_;
-  Strikes strikes_;
+  Kills kills_;
   std::filesystem::path path_;
   bool filled_ = false;  ///< whether a host has created the store
 
  private:
   void count(const KilledHost& host) {
     if (host.amid_change())
-      ++strikes_.amid_changes;
+      ++kills_.amid_changes;
     else if (host.next() != next_)
-      ++strikes_.between_changes;
+      ++kills_.between_changes;
     else
-      ++strikes_.before_changes;
-    if (std::filesystem::exists(path_.native() + L"-journal")) ++strikes_.left_journal;
+      ++kills_.before_changes;
+    if (std::filesystem::exists(path_.native() + L"-journal")) ++kills_.left_journal;
   }
 
   void compare(const KilledHost& host) {
@@ -192,7 +193,7 @@ unsigned usual_duration_ms(const KilledHost& host, unsigned steps) {
 
 TEST_F(KilledHosts, LeaveExactlyWhatTheyAcknowledged) {
   const auto kills = static_cast<unsigned>(test_support::repetitions(200, 25));
-  for (int round = 0; strikes_.among_changes() < kills; ++round) {
+  for (int round = 0; kills_.among_changes() < kills; ++round) {
     SCOPED_TRACE(random_.trace(round));
     const unsigned steps = random_.below(8) ? 1 + random_.below(16) : 0;
     ASSERT_NO_FATAL_FAILURE(strike([&](KilledHost& host) {
@@ -200,8 +201,8 @@ TEST_F(KilledHosts, LeaveExactlyWhatTheyAcknowledged) {
       hesitate(usual_duration_ms(host, steps));
     }));
   }
-  strikes_.print();
-  EXPECT_GT(strikes_.amid_changes, 0u) << "no kill struck a change under way";
+  kills_.print();
+  EXPECT_GT(kills_.amid_changes, 0u) << "no kill came during a change";
   EXPECT_EQ(RawDatabase(path_).text("PRAGMA integrity_check"), "ok");
 }
 
@@ -213,7 +214,7 @@ TEST_F(KilledHosts, LeaveANewStoreEmptyOrWhole) {
     begin_new_store();
     ASSERT_NO_FATAL_FAILURE(strike([&](KilledHost& host) {
       host.wait_for_file(path_);
-      // Some are struck at once: a fast disk leaves little time.
+      // Some are killed at once: a fast disk leaves little time.
       if (round % 2 == 0) hesitate(8);
     }));
     if (!filled_) ++unfilled;
@@ -221,7 +222,7 @@ TEST_F(KilledHosts, LeaveANewStoreEmptyOrWhole) {
     ASSERT_TRUE(filled_);
   }
   std::cout << "[ kills  ] " << unfilled << " before a new store was filled\n";
-  strikes_.print();
+  kills_.print();
 }
 
 }  // namespace

@@ -1,14 +1,13 @@
 #pragma once
 
-#include <windows.h>
-
 #include <filesystem>
-#include <fstream>
 #include <iterator>
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 #include <string>
 #include <vector>
+
+#include "TemporaryFolder.h"
 
 namespace snagtrap_test {
 
@@ -24,44 +23,27 @@ inline std::vector<nlohmann::json> read_json_lines(std::string_view text) {
   return lines;
 }
 
-/// An empty folder, removed with its content by the destructor. Its name has a space and characters outside the code
-/// page.
+/// The folder of a log. Its name has a space and characters outside the code page.
 class LogFolder {
  public:
-  LogFolder()
-      : path_(std::filesystem::temp_directory_path() /
-              (L"zd snagtrap \u65e5\u5fd7 " + std::to_wstring(GetCurrentProcessId()))) {
-    std::filesystem::remove_all(path_);
-    std::filesystem::create_directories(path_);
-  }
-  ~LogFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
-  }
-  LogFolder(const LogFolder&) = delete;
-  LogFolder& operator=(const LogFolder&) = delete;
-
-  const std::filesystem::path& path() const { return path_; }
+  const std::filesystem::path& path() const { return folder_.path(); }
 
   /// The growing file for age 0; else the rotated file with that number.
   std::filesystem::path file(int age = 0) const {
-    return path_ / (age == 0 ? L"Snagtrap.jsonl" : L"Snagtrap." + std::to_wstring(age) + L".jsonl");
+    return path() / (age == 0 ? L"Snagtrap.jsonl" : L"Snagtrap." + std::to_wstring(age) + L".jsonl");
   }
 
-  std::string content(int age = 0) const {
-    std::ifstream stream(file(age), std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-  }
+  std::string content(int age = 0) const { return test_support::read_bytes(file(age)); }
 
   std::vector<nlohmann::json> lines() const { return read_json_lines(content()); }
 
   std::size_t file_count() const {
     return static_cast<std::size_t>(
-        std::distance(std::filesystem::directory_iterator(path_), std::filesystem::directory_iterator()));
+        std::distance(std::filesystem::directory_iterator(path()), std::filesystem::directory_iterator()));
   }
 
  private:
-  std::filesystem::path path_;
+  test_support::TemporaryFolder folder_{L"zd snagtrap \u65e5\u5fd7"};
 };
 
 }  // namespace snagtrap_test

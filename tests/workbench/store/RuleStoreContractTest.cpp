@@ -8,6 +8,7 @@
 #include "TemporaryFolder.h"
 
 using namespace workbench;
+using test_support::TemporaryFolder;
 
 namespace {
 

@@ -10,6 +10,7 @@
 #include "TemporaryFolder.h"
 
 using namespace workbench;
+using test_support::TemporaryFolder;
 
 namespace {
 

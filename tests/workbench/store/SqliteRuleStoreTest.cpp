@@ -7,6 +7,9 @@
 #include "Wtf8.h"
 
 using namespace workbench;
+using test_support::read_bytes;
+using test_support::TemporaryFolder;
+using test_support::write_bytes;
 
 namespace {
 

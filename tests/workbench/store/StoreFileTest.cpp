@@ -8,6 +8,9 @@
 #include "TemporaryFolder.h"
 
 using namespace workbench;
+using test_support::read_bytes;
+using test_support::TemporaryFolder;
+using test_support::write_bytes;
 
 namespace {
 

@@ -5,10 +5,12 @@
 #include <fstream>
 #include <iterator>
 
-TemporaryFolder::TemporaryFolder() {
+namespace test_support {
+
+TemporaryFolder::TemporaryFolder(const std::wstring& name) {
   static int folders = 0;
   path_ = std::filesystem::temp_directory_path() /
-          (L"zd_store_" + std::to_wstring(GetCurrentProcessId()) + L"_" + std::to_wstring(++folders));
+          (name + L' ' + std::to_wstring(GetCurrentProcessId()) + L' ' + std::to_wstring(++folders));
   std::filesystem::remove_all(path_);
   std::filesystem::create_directories(path_);
 }
@@ -26,3 +28,5 @@ std::string read_bytes(const std::filesystem::path& path) {
 void write_bytes(const std::filesystem::path& path, const std::string& bytes) {
   std::ofstream(path, std::ios::binary) << bytes;
 }
+
+}  // namespace test_support
