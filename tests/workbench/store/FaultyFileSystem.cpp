@@ -4,29 +4,22 @@
 
 namespace {
 
-enum class Fault { none, broken_once, broken, full, held };
+using test_support::FaultDuration;
 
-struct Orders {
-  Fault fault = Fault::none;
-  int calls_left = 0;
-  bool failed = false;
-};
+/// Which calls count and fail.
+enum class Kind { any, write, lock };
 
-Orders orders;
+Kind faulted = Kind::any;
+test_support::FaultCounter counter;
 sqlite3_vfs* real_vfs = nullptr;
 sqlite3_vfs faulty_vfs;
 
-/// Whether a call meets the fault that is ordered. `own` is the one that only calls of its kind meet.
-bool fails(Fault own = Fault::none) {
-  const bool meets_all = orders.fault == Fault::broken_once || orders.fault == Fault::broken;
-  if (orders.fault == Fault::none || (!meets_all && orders.fault != own)) return false;
-  if (orders.calls_left > 1) {
-    --orders.calls_left;
-    return false;
-  }
-  orders.failed = true;
-  if (orders.fault == Fault::broken_once || orders.fault == Fault::held) orders.fault = Fault::none;
-  return true;
+/// Counts a call of this kind and returns whether it fails.
+bool fails(Kind kind = Kind::any) { return (faulted == Kind::any || faulted == kind) && counter.next_call_fails(); }
+
+void fail_at(Kind kind, std::size_t number, FaultDuration duration) {
+  faulted = kind;
+  counter.arm(number, duration);
 }
 
 /// A file of ours, with the real one behind it in the same memory.
@@ -43,8 +36,7 @@ int read(sqlite3_file* file, void* buffer, int size, sqlite3_int64 offset) {
 }
 
 int write(sqlite3_file* file, const void* buffer, int size, sqlite3_int64 offset) {
-  const bool is_full = orders.fault == Fault::full;
-  if (fails(Fault::full)) return is_full ? SQLITE_FULL : SQLITE_IOERR_WRITE;
+  if (fails(Kind::write)) return faulted == Kind::write ? SQLITE_FULL : SQLITE_IOERR_WRITE;
   return real(file)->pMethods->xWrite(real(file), buffer, size, offset);
 }
 
@@ -61,8 +53,7 @@ int file_size(sqlite3_file* file, sqlite3_int64* size) {
 }
 
 int lock(sqlite3_file* file, int level) {
-  const bool is_held = orders.fault == Fault::held;
-  if (fails(Fault::held)) return is_held ? SQLITE_BUSY : SQLITE_IOERR_LOCK;
+  if (fails(Kind::lock)) return faulted == Kind::lock ? SQLITE_BUSY : SQLITE_IOERR_LOCK;
   return real(file)->pMethods->xLock(real(file), level);
 }
 
@@ -113,7 +104,7 @@ FaultyFileSystem::FaultyFileSystem() {
   faulty_vfs.xDelete = remove;
   faulty_vfs.xAccess = access;
   sqlite3_vfs_register(&faulty_vfs, 1);
-  mend();
+  clear_faults();
 }
 
 FaultyFileSystem::~FaultyFileSystem() {
@@ -121,14 +112,12 @@ FaultyFileSystem::~FaultyFileSystem() {
   sqlite3_vfs_register(real_vfs, 1);
 }
 
-void FaultyFileSystem::break_call(int nth, bool lasting) {
-  orders = {lasting ? Fault::broken : Fault::broken_once, nth, false};
-}
+void FaultyFileSystem::break_call(std::size_t number, FaultDuration duration) { fail_at(Kind::any, number, duration); }
 
-void FaultyFileSystem::fill_at_write(int nth) { orders = {Fault::full, nth, false}; }
+void FaultyFileSystem::fill_at_write(std::size_t number) { fail_at(Kind::write, number, FaultDuration::lasting); }
 
-void FaultyFileSystem::hold_at_lock(int nth) { orders = {Fault::held, nth, false}; }
+void FaultyFileSystem::hold_at_lock(std::size_t number) { fail_at(Kind::lock, number, FaultDuration::once); }
 
-void FaultyFileSystem::mend() { orders.fault = Fault::none; }
+void FaultyFileSystem::clear_faults() { counter.clear_faults(); }
 
-bool FaultyFileSystem::failed() const { return orders.failed; }
+bool FaultyFileSystem::has_failed() const { return counter.has_failed(); }

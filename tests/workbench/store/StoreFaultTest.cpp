@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <functional>
+
+#include "FaultLoop.h"
 #include "FaultyFileSystem.h"
 #include "OldStoreFiles.h"
 #include "RawDatabase.h"
@@ -8,6 +11,7 @@
 #include "TemporaryFolder.h"
 
 using namespace workbench;
+using test_support::FaultDuration;
 using test_support::read_bytes;
 using test_support::TemporaryFolder;
 using test_support::write_bytes;
@@ -16,7 +20,7 @@ namespace {
 
 struct DiskFault {
   const char* name;
-  void (*order)(FaultyFileSystem& disk, int nth);
+  void (*arm)(FaultyFileSystem& disk, std::size_t number);
 };
 
 void PrintTo(const DiskFault& fault, std::ostream* stream) { *stream << fault.name; }
@@ -29,9 +33,9 @@ struct Change {
 void PrintTo(const Change& change, std::ostream* stream) { *stream << change.name; }
 
 constexpr DiskFault faults[] = {
-    {"Full", [](FaultyFileSystem& disk, int nth) { disk.fill_at_write(nth); }},
-    {"BrokenOnce", [](FaultyFileSystem& disk, int nth) { disk.break_call(nth, false); }},
-    {"Broken", [](FaultyFileSystem& disk, int nth) { disk.break_call(nth, true); }},
+    {"Full", [](FaultyFileSystem& disk, std::size_t number) { disk.fill_at_write(number); }},
+    {"BrokenOnce", [](FaultyFileSystem& disk, std::size_t number) { disk.break_call(number, FaultDuration::once); }},
+    {"Broken", [](FaultyFileSystem& disk, std::size_t number) { disk.break_call(number, FaultDuration::lasting); }},
 };
 
 constexpr Change changes[] = {
@@ -63,12 +67,36 @@ std::unique_ptr<RuleStore> open(const std::filesystem::path& path) {
 
 StoreSnapshot reopened(const std::filesystem::path& path) { return holdings(*open(path)); }
 
-/// One kind of change on a disk that fails in one way, at every point where it can.
-class StoreFault : public testing::TestWithParam<std::tuple<DiskFault, Change>> {
+/// A disk that fails in one way, at every call where it can.
+template <class Parameter>
+class OnAFaultyDisk : public testing::TestWithParam<Parameter> {
  protected:
+  /// For each call of the disk: `prepare` readies a file and returns what is done while that call fails; `check` gets
+  /// the file, on a disk that works again, and the error if there was one. Returns how many errors there were.
+  template <class Check>
+  int fail_each_call(const DiskFault& fault,
+                     const std::function<std::function<void()>(const std::filesystem::path& path)>& prepare,
+                     const Check& check) {
+    int refused = 0;
+    test_support::fail_each_call([&](std::size_t number) {
+      const std::filesystem::path path = folder_.path() / (std::to_wstring(number) + L".db");
+      const std::function<void()> act = prepare(path);
+      fault.arm(disk_, number);
+      const auto error = refusal(act);
+      disk_.clear_faults();
+      refused += error.has_value();
+      check(path, error);
+      return disk_.has_failed() ? std::optional<std::string>(fault.name) : std::nullopt;
+    });
+    return refused;
+  }
+
   TemporaryFolder folder_;
   FaultyFileSystem disk_;
 };
+
+/// One kind of change.
+using StoreFault = OnAFaultyDisk<std::tuple<DiskFault, Change>>;
 
 INSTANTIATE_TEST_SUITE_P(Disks, StoreFault, testing::Combine(testing::ValuesIn(faults), testing::ValuesIn(changes)),
                          [](const auto& test) {
@@ -83,22 +111,17 @@ TEST_P(StoreFault, ChangeIsReportedAndTheOldContentStaysOrItIsKept) {
   const std::string bytes = read_bytes(path);
   change.make(*open(path));
   const StoreSnapshot after = reopened(path);
-  int refused = 0;
-  for (int nth = 1;; ++nth) {
-    SCOPED_TRACE(nth);
-    std::filesystem::remove(path.native() + L"-journal");
-    write_bytes(path, bytes);
-    auto store = open(path);
-    fault.order(disk_, nth);
-    const auto error = refusal([&] { change.make(*store); });
-    const bool failed = disk_.failed();
-    disk_.mend();
-    if (!failed) break;
-    refused += error.has_value();
+  std::unique_ptr<RuleStore> store;
+  const auto prepare = [&](const std::filesystem::path& copy) {
+    write_bytes(copy, bytes);
+    store = open(copy);
+    return [&] { change.make(*store); };
+  };
+  const int refused = fail_each_call(fault, prepare, [&](const std::filesystem::path& copy, const auto& error) {
     EXPECT_EQ(holdings(*store), error ? before : after);
     store.reset();
-    ASSERT_EQ(reopened(path), error ? before : after);
-  }
+    EXPECT_EQ(reopened(copy), error ? before : after);
+  });
   EXPECT_GT(refused, 2);
 }
 
@@ -109,7 +132,7 @@ TEST(StoreOnAFullDisk, EveryChangeSaysSo) {
     const auto store = open(folder.path() / L"rules.db");
     disk.fill_at_write(1);
     EXPECT_EQ(refusal_kind([&] { change.make(*store); }), StoreErrorKind::full) << change.name;
-    disk.mend();
+    disk.clear_faults();
     EXPECT_EQ(refusal_kind([&] { change.make(*store); }), std::nullopt) << change.name;
   }
 }
@@ -120,65 +143,45 @@ TEST(StoreHeldByAnotherProgram, OpensAndMissesNoChange) {
   FaultyFileSystem disk;
   const std::filesystem::path path = folder.path() / L"rules.db";
   open(path);
-  int held = 0;
-  int told = 0;
-  for (;; ++held) {
-    disk.hold_at_lock(held + 1);
+  int changes_found = 0;
+  const std::size_t held = test_support::fail_each_call([&](std::size_t number) {
+    disk.hold_at_lock(number);
     const auto store = open(path);
-    const bool failed = disk.failed();
-    disk.mend();
-    if (!failed) break;
-    told += store->poll_for_changes();
+    disk.clear_faults();
+    changes_found += store->poll_for_changes();
     EXPECT_FALSE(store->poll_for_changes());
-  }
-  EXPECT_GT(held, 1);
-  EXPECT_EQ(told, 1);
+    return disk.has_failed() ? std::optional<std::string>("a lock") : std::nullopt;
+  });
+  EXPECT_GT(held, 1u);
+  EXPECT_EQ(changes_found, 1);
 }
 
-class StoreMakingFault : public testing::TestWithParam<DiskFault> {
- protected:
-  TemporaryFolder folder_;
-  FaultyFileSystem disk_;
-};
+using StoreCreationFault = OnAFaultyDisk<DiskFault>;
 
-INSTANTIATE_TEST_SUITE_P(Disks, StoreMakingFault, testing::ValuesIn(faults),
+INSTANTIATE_TEST_SUITE_P(Disks, StoreCreationFault, testing::ValuesIn(faults),
                          [](const auto& test) { return test.param.name; });
 
-TEST_P(StoreMakingFault, HalfMadeFileIsMadeWholeNextTime) {
-  int refused = 0;
-  for (int nth = 1;; ++nth) {
-    SCOPED_TRACE(nth);
-    const std::filesystem::path path = folder_.path() / (std::to_wstring(nth) + L".db");
-    GetParam().order(disk_, nth);
-    const auto error = refusal([&] { open(path); });
-    const bool failed = disk_.failed();
-    disk_.mend();
-    if (!failed) break;
-    refused += error.has_value();
+TEST_P(StoreCreationFault, HalfCreatedFileIsCompletedNextTime) {
+  const auto prepare = [](const std::filesystem::path& path) { return [path] { open(path); }; };
+  const int refused = fail_each_call(GetParam(), prepare, [](const std::filesystem::path& path, const auto&) {
     const auto store = open(path);
     EXPECT_EQ(store->load_rules().size(), sample_content().rules.size());
     EXPECT_EQ(settings_of(*store), sample_content().settings);
     EXPECT_EQ(store->load_calendars(), sample_content().calendars);
-  }
+  });
   EXPECT_GT(refused, 0);
 }
 
-TEST_P(StoreMakingFault, HalfMigratedFileIsMigratedWholeNextTime) {
+TEST_P(StoreCreationFault, HalfMigratedFileIsMigratedWholeNextTime) {
   const std::filesystem::path old = folder_.path() / L"old.db";
   ASSERT_EQ(RawDatabase(old).run(std::string(version_1) + version_2), SQLITE_OK);
-  int refused = 0;
-  for (int nth = 1;; ++nth) {
-    SCOPED_TRACE(nth);
-    const std::filesystem::path path = folder_.path() / (std::to_wstring(nth) + L".db");
+  const auto prepare = [&](const std::filesystem::path& path) {
     std::filesystem::copy_file(old, path);
-    GetParam().order(disk_, nth);
-    const auto error = refusal([&] { open(path); });
-    const bool failed = disk_.failed();
-    disk_.mend();
-    if (!failed) break;
-    refused += error.has_value();
+    return [path] { open(path); };
+  };
+  const int refused = fail_each_call(GetParam(), prepare, [](const std::filesystem::path& path, const auto&) {
     EXPECT_EQ(reopened(path), old_content_brought_along());
-  }
+  });
   EXPECT_GT(refused, 0);
 }
 
