@@ -23,8 +23,7 @@ using RepaintsById = std::map<int, Repaints>;
 SIZE size_of_step(SIZE first, int step) { return {first.cx + 90 + step * 37 % 80, first.cy + 60 + step * 23 % 50}; }
 
 SIZE window_size(HWND window) {
-  RECT rect = {};
-  GetWindowRect(window, &rect);
+  const RECT rect = window_rect(window);
   return {rect.right - rect.left, rect.bottom - rect.top};
 }
 
@@ -72,10 +71,7 @@ class HandWrittenDialog {
       SendMessageW(view, LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item));
     }
     GetClientRect(window_, &client_);
-    for (Moved& moved : moved_) {
-      GetWindowRect(GetDlgItem(window_, moved.id), &moved.rect);
-      MapWindowPoints(nullptr, window_, reinterpret_cast<POINT*>(&moved.rect), 2);
-    }
+    for (Moved& moved : moved_) moved.rect = test_support::rect_of(GetDlgItem(window_, moved.id));
     SetWindowLongPtrW(window_, DWLP_USER, reinterpret_cast<LONG_PTR>(this));
     ShowWindow(window_, SW_SHOW);
   }
@@ -143,9 +139,7 @@ std::vector<DWORD> picture(HWND dialog) {
   {
     const platform::SelectedObject selected(memory.get(), bitmap.get());
     BitBlt(memory.get(), 0, 0, client.right, client.bottom, screen.get(), 0, 0, SRCCOPY);
-    RECT view = {};
-    GetWindowRect(GetDlgItem(dialog, IDC_RULES_LIST), &view);
-    MapWindowPoints(nullptr, dialog, reinterpret_cast<POINT*>(&view), 2);
+    const RECT view = test_support::rect_of(GetDlgItem(dialog, IDC_RULES_LIST));
     PatBlt(memory.get(), view.left, view.top, view.right - view.left, view.bottom - view.top, BLACKNESS);
   }
   BITMAPINFO info = {};

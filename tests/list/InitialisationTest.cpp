@@ -46,11 +46,8 @@ LVCOLUMNW column_for(const std::function<void()>& open, int client_width) {
   const SentMessages watch([&](const CWPSTRUCT& message) {
     if (message.message == WM_INITDIALOG) {
       HWND view = GetDlgItem(message.hwnd, IDC_RULES_LIST);
-      RECT window = {};
-      RECT client = {};
-      GetWindowRect(view, &window);
-      GetClientRect(view, &client);
-      const int frame = window.right - window.left - client.right;
+      const RECT window = window_rect(view);
+      const int frame = window.right - window.left - client_rect(view).right;
       SetWindowPos(view, nullptr, 0, 0, client_width + frame, 100, SWP_NOMOVE | SWP_NOZORDER);
     }
     if (message.message == LVM_INSERTCOLUMNW && is_list_view(message.hwnd)) {

@@ -10,23 +10,7 @@ namespace {
 constexpr int growing[] = {IDC_RULES_GROUP, IDC_RULES_LIST};
 constexpr int top_right[] = {IDC_ADD_RULE, IDC_EDIT_RULE, IDC_DELETE_RULE};
 
-RECT window_rect(HWND window) {
-  RECT rect = {};
-  GetWindowRect(window, &rect);
-  return rect;
-}
-
-RECT client_rect(HWND window) {
-  RECT rect = {};
-  GetClientRect(window, &rect);
-  return rect;
-}
-
-RECT rect_of(const RuleList& list, int id) {
-  RECT rect = window_rect(list.item(id));
-  MapWindowPoints(nullptr, list.window(), reinterpret_cast<POINT*>(&rect), 2);
-  return rect;
-}
+RECT rect_of(const RuleList& list, int id) { return test_support::rect_of(list.item(id)); }
 
 void set_size(HWND window, LONG width, LONG height) {
   SetWindowPos(window, nullptr, 0, 0, width, height, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);

@@ -74,8 +74,7 @@ TEST_F(ListLifetime, PlacementIsStoredWhenTheOwnerIsDestroyed) {
       },
       owner.get());
   open([](RuleList& list) {
-    RECT rect = {};
-    GetWindowRect(list.window(), &rect);
+    const RECT rect = window_rect(list.window());
     EXPECT_EQ(33, rect.left);
     EXPECT_EQ(33 + 555, rect.right);
   });

@@ -15,8 +15,10 @@
 namespace list_test {
 
 using test_support::AnsweredMessages;
+using test_support::client_rect;
 using test_support::MessageBoxContent;
 using test_support::SentMessages;
+using test_support::window_rect;
 
 /// The open rule list, as its user sees and uses it, and the dialog object behind it.
 class RuleList : public test_support::RuleList {

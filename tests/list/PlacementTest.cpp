@@ -18,12 +18,6 @@ using testing::IsEmpty;
 constexpr wchar_t key_name[] = L"SOFTWARE\\zdExpirationRules\\zdExpirationRules\\Windows Placement";
 constexpr wchar_t value_name[] = L"ZDExpirationRulesDialog";
 
-RECT window_rect(HWND window) {
-  RECT rect = {};
-  GetWindowRect(window, &rect);
-  return rect;
-}
-
 LONG height_of(const RECT& rect) { return rect.bottom - rect.top; }
 
 class ListPlacement : public ListDialogTest {

@@ -15,13 +15,13 @@ using testing::IsEmpty;
 constexpr char caught[] = "CREATE ERROR  | zdExpirationRulePlugin.cpp:84 Initialize";
 constexpr char caught_command[] = "CREATE ERROR  | zdExpirationRulePlugin.cpp:107 DoCommand";
 
-/// A text of the host's shared resource module, in UTF-8.
-std::string shared_text(UINT id) {
+/// A text of the host's shared resource module.
+std::wstring shared_text(UINT id) {
   wchar_t text[256] = {};
   HMODULE module = LoadLibraryW(L"zdCommonRes.DLL");
   EXPECT_NE(0, LoadStringW(module, id, text, ARRAYSIZE(text)));
   FreeLibrary(module);
-  return base::to_utf8(text);
+  return text;
 }
 
 ZD_IMPORT_PROBE(InitCommonControlsEx, CommonControlsProbe);
@@ -57,12 +57,11 @@ TEST_F(InitializeTest, ReportsAFailedEntryWithoutAReferenceToThePlugin) {
 
 TEST_F(InitializeTest, AddsOneCommandAndOneHotKeyAimedAtThePlugin) {
   EXPECT_EQ(S_OK, initialize());
-  const std::string caption = '"' + shared_text(4028) + '"';
-  EXPECT_THAT(calls().all(),
-              ElementsAre("IkvMainMenu::FindSubMenu(" + caption + ")",
-                          "IkvMainMenu::AddSubMenu(" + caption + ", \"" + shared_text(4033) + "\", 1)",
-                          "IkvSubMenu::AddCommand(\"" + shared_text(4052) + "\", 0, 0, 0, null, 3, object)",
-                          "IkvHotKeyCollection::AddHotKey(9, 85, object)"));
+  const auto quoted = [](UINT id) { return '"' + base::to_utf8(shared_text(id)) + '"'; };
+  EXPECT_THAT(calls().all(), ElementsAre("IkvMainMenu::FindSubMenu(" + quoted(4028) + ")",
+                                         "IkvMainMenu::AddSubMenu(" + quoted(4028) + ", " + quoted(4033) + ", 1)",
+                                         "IkvSubMenu::AddCommand(" + quoted(4052) + ", 0, 0, 0, null, 3, object)",
+                                         "IkvHotKeyCollection::AddHotKey(9, 85, object)"));
   ASSERT_EQ(2u, host_.commands().size());
   for (const auto& [id, target] : host_.commands()) {
     EXPECT_EQ(static_cast<IDispatch*>(plugin_.GetInterfacePtr()), target) << "command " << id;
@@ -100,11 +99,7 @@ TEST_F(InitializeTest, InitialisesTheCommonControlsOnce) {
 }
 
 TEST_F(InitializeTest, ExistingSubmenuIsUsedAndNoneIsAdded) {
-  wchar_t caption[256] = {};
-  HMODULE module = LoadLibraryW(L"zdCommonRes.DLL");
-  LoadStringW(module, 4028, caption, ARRAYSIZE(caption));
-  FreeLibrary(module);
-  host_.add_submenu(caption);
+  host_.add_submenu(shared_text(4028));
   EXPECT_EQ(S_OK, initialize());
   EXPECT_THAT(calls().all("IkvMainMenu::AddSubMenu"), IsEmpty());
   EXPECT_EQ(1u, calls().all("IkvSubMenu::AddCommand").size());

@@ -55,8 +55,7 @@ TEST_F(SizingBorder, KeepsTheClientSizeOfADialogWithAFrameOfItsOwn) {
 
 TEST_F(SizingBorder, DoesNotMoveTheDialogAndSendsNoMessage) {
   const OwnedWindow dialog(make_window(modal_style));
-  RECT before{};
-  GetWindowRect(dialog.get(), &before);
+  const RECT before = test_support::window_rect(dialog.get());
   UINT flags = 0;
   SetPositionProbe probe;
   probe.replace([&](HWND window, HWND after, int x, int y, int cx, int cy, UINT given) {
@@ -64,8 +63,7 @@ TEST_F(SizingBorder, DoesNotMoveTheDialogAndSendsNoMessage) {
     return probe.original(window, after, x, y, cx, cy, given);
   });
   resizable::add_sizing_border(dialog.get());
-  RECT after{};
-  GetWindowRect(dialog.get(), &after);
+  const RECT after = test_support::window_rect(dialog.get());
   EXPECT_EQ(flags, 0x616U);
   EXPECT_EQ(after.left, before.left);
   EXPECT_EQ(after.top, before.top);

@@ -60,11 +60,7 @@ class PlacementTest : public testing::Test {
     return placement;
   }
 
-  RECT rect() {
-    RECT rect{};
-    GetWindowRect(owned.get(), &rect);
-    return rect;
-  }
+  RECT rect() { return test_support::window_rect(owned.get()); }
 
   static WINDOWPLACEMENT placement_at(const RECT& rect, UINT show = SW_SHOWNORMAL) {
     WINDOWPLACEMENT placement{};

@@ -20,13 +20,6 @@ void resize(HWND window, LONG width, LONG height) {
   SetWindowPos(window, nullptr, 0, 0, width, height, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
-RECT rect_of(HWND child) {
-  RECT rect{};
-  GetWindowRect(child, &rect);
-  MapWindowPoints(nullptr, GetParent(child), reinterpret_cast<POINT*>(&rect), 2);
-  return rect;
-}
-
 CSize client_size(HWND window) {
   RECT rect{};
   GetClientRect(window, &rect);

@@ -4,6 +4,7 @@
 
 #include <functional>
 
+#include "Controls.h"
 #include "OwnedWindow.h"
 #include "PrintGeometry.h"
 #include "SubclassedWindow.h"
@@ -11,6 +12,7 @@
 namespace resizable_test {
 
 using test_support::OwnedWindow;
+using test_support::rect_of;
 
 /// A popup without a frame, so that its client area is as large as it is: 300 x 200 at (100, 100), not shown.
 HWND make_popup(DWORD more_style = 0);
@@ -19,9 +21,6 @@ HWND make_child(HWND parent, const wchar_t* window_class, const RECT& rect, DWOR
 
 /// Changes the size of a window and nothing else.
 void resize(HWND window, LONG width, LONG height);
-
-/// The rectangle of a child in its parent's client coordinates.
-RECT rect_of(HWND child);
 
 CSize client_size(HWND window);
 

@@ -45,6 +45,24 @@ std::wstring class_of(HWND window) {
   return name;
 }
 
+RECT window_rect(HWND window) {
+  RECT rect = {};
+  GetWindowRect(window, &rect);
+  return rect;
+}
+
+RECT client_rect(HWND window) {
+  RECT rect = {};
+  GetClientRect(window, &rect);
+  return rect;
+}
+
+RECT rect_of(HWND child) {
+  RECT rect = window_rect(child);
+  MapWindowPoints(nullptr, GetParent(child), reinterpret_cast<POINT*>(&rect), 2);
+  return rect;
+}
+
 std::set<HWND> windows_of_this_thread() {
   std::set<HWND> windows;
   EnumThreadWindows(GetCurrentThreadId(), collect, reinterpret_cast<LPARAM>(&windows));

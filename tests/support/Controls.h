@@ -12,6 +12,11 @@ std::wstring window_text(HWND window);
 std::wstring item_text(HWND dialog, int item);
 std::wstring class_of(HWND window);
 
+/// The rectangle of a window on the screen, of its client area, and of a child in its parent's client coordinates.
+RECT window_rect(HWND window);
+RECT client_rect(HWND window);
+RECT rect_of(HWND child);
+
 /// Every top-level window of this thread, visible or not.
 std::set<HWND> windows_of_this_thread();
 
