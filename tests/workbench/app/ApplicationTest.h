@@ -13,11 +13,14 @@ namespace workbench {
 
 inline constexpr UINT_PTR own_menus = 5;
 
-/// Dispatches messages until a dialog that the driver visits is closed, and then what is left.
+/// Dispatches messages until the driver has visited a dialog and that is closed. Fails the test when none opens.
 inline void wait_for_dialog(const test_support::DialogDriver& driver) {
-  MSG message{};
-  while (driver.dialogs() == 0 && GetMessageW(&message, nullptr, 0, 0) > 0) DispatchMessageW(&message);
-  pump_messages();
+  const ULONGLONG end = GetTickCount64() + 10'000;
+  while (driver.dialogs() == 0 && GetTickCount64() < end) {
+    MsgWaitForMultipleObjects(0, nullptr, FALSE, 100, QS_ALLINPUT);
+    pump_messages();
+  }
+  EXPECT_NE(driver.dialogs(), 0) << "no dialog was opened";
 }
 
 /// Waits for the message box that the program opens by itself, closes it and returns its text.
