@@ -201,7 +201,7 @@ TEST(SettingsPath, ComesFromTheWholeVersionRecordOfTheExecutable) {
                                        L"\u00A9 tests"}));
 }
 
-TEST(SettingsPath, IsReadAfreshAtEveryCall) {
+TEST(SettingsPath, IsReadAgainAtEveryCall) {
   EXPECT_EQ(ZDRegistryPath().length(), 14U);
   {
     VersionSizeProbe probe;

@@ -75,7 +75,7 @@ TEST_F(LastError, SurvivesTheReportOfAnException) {
   }
 }
 
-TEST_F(LastError, OfTheCallerTravelsInAssertionsAndErrors) {
+TEST_F(LastError, OfTheCallerIsPartOfAssertionsAndErrors) {
   after([] { expect(false, L"x", place); });
   after([] { report_hresult(E_FAIL, place); });
   throwing([] { catch_and_call(place); }, [] { throw 1; });

@@ -81,7 +81,7 @@ TEST_F(AssertionRecord, ExceptionPointersLeadToTheContextAndAnEmptyException) {
   EXPECT_TRUE(looked);
 }
 
-TEST_F(AssertionRecord, TextOutsideTheCodePageTravelsUnchanged) {
+TEST_F(AssertionRecord, TextOutsideTheCodePageIsReportedUnchanged) {
   AsserterClass(place).assert_failed(L"\u89c4\u5219 \U0001F4C5 \xD800");
   EXPECT_EQ(field_text(processed(), L"Description"), L"\u89c4\u5219 \U0001F4C5 \xD800");
 }

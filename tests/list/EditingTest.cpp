@@ -100,7 +100,7 @@ TEST_F(ListEditing, AddedRuleThatSortsLastIsSelectedAndScrolledTo) {
   });
 }
 
-TEST_F(ListEditing, EditedRuleIsReselectedInItsNewPlace) {
+TEST_F(ListEditing, EditedRuleIsReselectedAtItsNewPosition) {
   open([&](RuleList& list) {
     host.rules().push_back({9, L"seen after the save"});
     save_in_editor([&] { list.press(IDC_EDIT_RULE); }, L"ZN");

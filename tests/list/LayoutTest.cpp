@@ -104,7 +104,7 @@ TEST_F(ListLayout, SmallestSizeIsThatOfTheTemplate) {
   });
 }
 
-TEST_F(ListLayout, WindowWithoutAClientAreaIsSurvived) {
+TEST_F(ListLayout, WindowWithoutAClientAreaDoesNoHarm) {
   open([](RuleList& list) {
     const RECT view = rect_of(list, IDC_RULES_LIST);
     // The system is not asked for the smallest size.

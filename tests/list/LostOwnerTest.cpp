@@ -215,7 +215,7 @@ TEST_F(ListLosesItsOwner, WhileTheNumberIsReadAndTheEditorSavesNothing) {
   expect_as_stored();
 }
 
-TEST_F(ListLosesItsOwner, WhileTheUpdateIsStoredWhole) {
+TEST_F(ListLosesItsOwner, WhileTheUpdateIsStoredCompletely) {
   save([this](HWND) { lose_inside("IkvExpirationRuleService::update_rule"); });
   EXPECT_EQ(std::vector<HostRule>({{1, L"AU spot"}, {2, L"IF"}}), host.rules());
 }

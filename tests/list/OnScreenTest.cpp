@@ -40,7 +40,7 @@ TEST_F(ListOnScreen, DoubleClickOnEmptySpaceDoesNothing) {
   });
 }
 
-TEST_F(ListOnScreen, ClickOnEmptySpaceTakesTheSelectionAndTheButtonsAway) {
+TEST_F(ListOnScreen, ClickOnEmptySpaceClearsTheSelectionAndDisablesTheButtons) {
   open([](RuleList& list) {
     click(list.view(), empty_space_of(list));
     EXPECT_EQ(-1, list.selected());

@@ -129,7 +129,7 @@ TEST_F(ListPlacement, HostWithoutAVersionBlockIsReportedAndTheDialogOpens) {
   EXPECT_THAT(stored_bytes(), IsEmpty());
 }
 
-TEST_F(ListPlacement, PathIsReadAfreshAtEveryOpening) {
+TEST_F(ListPlacement, PathIsReadAgainAtEveryOpening) {
   VersionSizeProbe sizes;
   opened();
   opened();

@@ -68,7 +68,7 @@ std::vector<std::string> told_to(const RuleList& list, const std::function<void(
   return told;
 }
 
-TEST_F(Refill, HoldsThePaintingBackUntilTheListIsWhole) {
+TEST_F(Refill, PaintsNothingUntilTheListIsComplete) {
   store_rules({L"B", L"A"});
   open([](RuleList& list) {
     EXPECT_THAT(told_to(list, [&] { list.dialog().update_expiration_rule_list(); }),

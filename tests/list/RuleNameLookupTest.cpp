@@ -43,7 +43,7 @@ TEST_F(RuleNameLookup, NullNameIsEmpty) {
   EXPECT_THAT(reports(), IsEmpty());
 }
 
-TEST_F(RuleNameLookup, NameTravelsUnchanged) {
+TEST_F(RuleNameLookup, NameIsReadUnchanged) {
   const std::wstring name(L"\"%s\" %n\0\xD800 \U0001F4C8", 12);
   host.rules() = {{4, name}};
   const _bstr_t read = dialog.expiration_rule_name(4);

@@ -75,7 +75,7 @@ TEST_F(RuleUsers, SettingWithoutANameCounts) {
   EXPECT_THAT(users, ElementsAre(L"", L""));
 }
 
-TEST_F(RuleUsers, SettingNameTravelsUnchanged) {
+TEST_F(RuleUsers, SettingNameIsReadUnchanged) {
   const std::wstring name(L"%s\"\0\xDC00", 5);
   host.settings() = {{name, L"IF"}};
   EXPECT_TRUE(find_users());

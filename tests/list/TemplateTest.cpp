@@ -41,7 +41,7 @@ TEST(ListTemplate, DialogHasItsCaptionSizeStyleAndFont) {
   EXPECT_EQ(L"MS Shell Dlg", list.font);
 }
 
-TEST(ListTemplate, HasItsControlsInTheirPlaces) {
+TEST(ListTemplate, HasItsControlsAtTheirPositions) {
   EXPECT_THAT(test_support::read_dialog_template(201).controls, testing::ElementsAreArray(controls));
 }
 

@@ -32,7 +32,7 @@ TEST_F(CommandTest, BothIdsOpenTheSameList) {
   EXPECT_EQ(1, dialogs_of(hot_key_id));
 }
 
-TEST_F(CommandTest, AnyOtherIdIsRefusedInSilence) {
+TEST_F(CommandTest, AnyOtherIdIsRefusedWithoutAReport) {
   initialize();
   for (const long id : {0L, 1L, -1L, menu_id - 1, hot_key_id + 1, LONG_MAX, LONG_MIN}) {
     EXPECT_EQ(E_INVALIDARG, command(id)) << id;
@@ -40,7 +40,7 @@ TEST_F(CommandTest, AnyOtherIdIsRefusedInSilence) {
   EXPECT_THAT(take_reports(), IsEmpty());
 }
 
-TEST_F(CommandTest, ParameterIsNeverLookedAt) {
+TEST_F(CommandTest, ParameterIsIgnored) {
   initialize();
   VARIANT odd = {};
   odd.vt = VT_BSTR;
@@ -81,13 +81,13 @@ TEST_F(CommandTest, IdOfAFailingGetterCountsAsZero) {
   EXPECT_THAT(take_reports(), IsEmpty());
 }
 
-TEST_F(CommandTest, ResultOfTheGetterIsNotLookedAt) {
+TEST_F(CommandTest, ResultOfTheGetterIsIgnored) {
   initialize();
   calls().fail_all("IkvMenuItem::get_CommandID", {E_FAIL, Fault::Out::given});
   EXPECT_EQ(1, dialogs_of(menu_id)) << "the value counts, whatever the getter returns";
 }
 
-TEST_F(CommandTest, IdsAreReadAnewForEachCommand) {
+TEST_F(CommandTest, IdsAreReadAgainForEachCommand) {
   initialize();
   calls().forget();
   EXPECT_EQ(E_INVALIDARG, command(7));

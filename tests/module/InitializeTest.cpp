@@ -141,7 +141,7 @@ TEST_F(InitializeTest, PointersAreCheckedInTheirOrder) {
               ElementsAre("ASSERT PortfolioContextMenu != 0 | zdExpirationRulePlugin.cpp:72 Initialize"));
 }
 
-TEST_F(InitializeTest, EmptyRegistryPathIsRefusedInSilence) {
+TEST_F(InitializeTest, EmptyRegistryPathIsRefusedWithoutAReport) {
   for (const BSTR path : {static_cast<BSTR>(nullptr), SysAllocString(L"")}) {
     EXPECT_EQ(E_INVALIDARG, plugin_->Initialize(menu_, control_bar_, context_menu_, hot_keys_, path, storage_));
     SysFreeString(path);
@@ -149,7 +149,7 @@ TEST_F(InitializeTest, EmptyRegistryPathIsRefusedInSilence) {
   EXPECT_THAT(take_reports(), IsEmpty());
 }
 
-TEST_F(InitializeTest, EmptyRegistryPathIsLookedAtAfterThePointers) {
+TEST_F(InitializeTest, EmptyRegistryPathIsCheckedAfterThePointers) {
   registry_path_ = L"";
   menu_ = nullptr;
   EXPECT_EQ(E_INVALIDARG, initialize());

@@ -93,7 +93,7 @@ TEST_F(LateBoundTest, MethodsThatDoNothingSucceed) {
   EXPECT_EQ(S_OK, call(object_, L"Uninitialize").answer);
 }
 
-TEST_F(LateBoundTest, FailureOfAMethodTravelsAsAnException) {
+TEST_F(LateBoundTest, FailureOfAMethodIsReturnedAsAnException) {
   initialize();
   const LateBoundResult called = call(object_, L"DoCommand", {_variant_t(9L), _variant_t()});
   EXPECT_EQ(DISP_E_EXCEPTION, called.answer);

@@ -39,7 +39,7 @@ class MissingTexts : public HostedTest {
   int inside_ = 0;
 };
 
-TEST_F(MissingTexts, OfWhichAnotherPluginHearsInsideTheReport) {
+TEST_F(MissingTexts, LetAnotherPluginInitializeInsideTheReport) {
   initialize_inside_the_report();
   EXPECT_EQ(S_OK, initialize());
   EXPECT_GT(inside_, 0);

@@ -110,7 +110,7 @@ TEST_F(RegistrationTest, ForeignKeysBelowTheProgIdSurviveUnregistering) {
   EXPECT_FALSE(registry_key_exists(HKEY_CLASSES_ROOT, L"zdExpirationRule.ExpirationRule\\CLSID"));
 }
 
-TEST_F(RegistrationTest, ClassKeyIsCleanedBeforeItIsWrittenAndRemovedWhole) {
+TEST_F(RegistrationTest, ClassKeyIsCleanedBeforeItIsWrittenAndRemovedWithItsContent) {
   write_registry_text(HKEY_CLASSES_ROOT, class_key + L"\\Foreign\\Deep", L"x", L"old");
   write_registry_text(HKEY_CLASSES_ROOT, class_key + L"\\LocalServer32", L"", L"old.exe");
   EXPECT_EQ(S_OK, module_.register_server());
@@ -130,7 +130,7 @@ TEST_F(RegistrationTest, PathOfAnyKindIsWrittenAsItIs) {
   }
 }
 
-TEST_F(RegistrationTest, RegisteringFromANewPlaceReplacesTheOldOne) {
+TEST_F(RegistrationTest, RegisteringFromANewPathReplacesTheOldOne) {
   const ModuleCopy copy(L"zd moved");
   EXPECT_EQ(S_OK, Module(copy.path()).register_server());
   EXPECT_EQ(S_OK, module_.register_server());

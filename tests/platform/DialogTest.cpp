@@ -83,7 +83,7 @@ TEST_F(DialogTest, ModelessDialogIsBoundUntilItsWindowIsDestroyed) {
   EXPECT_EQ(dialog_.messages.back(), static_cast<UINT>(WM_NCDESTROY));
 }
 
-TEST_F(DialogTest, SecondInitMessageDoesNotBindAnew) {
+TEST_F(DialogTest, SecondInitMessageDoesNotBindAgain) {
   HWND window = dialog_.Create(nullptr);
   SampleDialog other;
   SendMessageW(window, WM_INITDIALOG, 0, reinterpret_cast<LPARAM>(static_cast<CDialogImpl<SampleDialog>*>(&other)));

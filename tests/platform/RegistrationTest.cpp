@@ -111,7 +111,7 @@ TEST_F(RegistrationTest, ForeignEntriesBelowOwnKeysSurvive) {
   EXPECT_EQ(classes(), foreign);
 }
 
-TEST_F(RegistrationTest, ForceRemovedKeyGoesWholeWhenUnrun) {
+TEST_F(RegistrationTest, ForceRemovedKeyIsDeletedWithItsContentWhenUnrun) {
   run();
   write_registry_text(HKEY_CLASSES_ROOT, L"Shared\\{1}\\Foreign\\Deep", L"x", L"foreign");
   unrun();

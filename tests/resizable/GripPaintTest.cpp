@@ -85,7 +85,7 @@ TEST_F(MaskedGrip, DrawsOverBlackWhatTheSystemDraws) {
   }
 }
 
-TEST_F(MaskedGrip, GivesTheOldBitmapsBackToItsDcs) {
+TEST_F(MaskedGrip, SelectsTheOldBitmapsIntoItsDcsAgain) {
   struct Selection {
     HDC dc;
     HGDIOBJ object;

@@ -111,7 +111,7 @@ TEST_F(RegistryFailure, AtReadingThePlacementStoresNothing) {
   EXPECT_EQ(keys_left_open(), 0);
 }
 
-TEST_F(RegistryFailure, AtWritingTheValueSaysSo) {
+TEST_F(RegistryFailure, AtWritingTheValueIsReturned) {
   SetValueProbe value;
   value.fail(0, ERROR_ACCESS_DENIED);
   EXPECT_FALSE(store());

@@ -159,7 +159,7 @@ TEST_F(RestoredPlacement, OfAMaximisedDialogMaximises) {
   EXPECT_EQ(present().rcNormalPosition, (RECT{150, 160, 550, 460}));
 }
 
-TEST_F(RestoredPlacement, DoesNotTrustTheRecordsOwnLength) {
+TEST_F(RestoredPlacement, IgnoresTheRecordsOwnLength) {
   for (const UINT length : {0U, 4U, 43U, 45U, 0x7FFFFFFFU, 0xFFFFFFFFU}) {
     WINDOWPLACEMENT hostile = placement_at({150, 160, 550, 460 - caption});
     hostile.length = length;

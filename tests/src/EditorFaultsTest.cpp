@@ -54,7 +54,7 @@ class EditorFaults : public testing::TestWithParam<Fault> {
   ~EditorFaults() override { test_support::take_reports(); }
 };
 
-TEST_P(EditorFaults, InEditingNeverCrashLeakOrTearARule) {
+TEST_P(EditorFaults, InEditingNeverCrashLeakOrStoreHalfARule) {
   const auto failed =
       test_support::fail_each_call(GetParam(), [](RecordingHost& host, const std::function<void()>& arm) {
         const HostRule other{9, L"Copper", 1, 1, 1, 9, 2, 5, 6, 2, 1};
@@ -71,7 +71,7 @@ TEST_P(EditorFaults, InEditingNeverCrashLeakOrTearARule) {
   EXPECT_GT(failed, 40u);
 }
 
-TEST_P(EditorFaults, InAddingNeverCrashLeakOrTearARule) {
+TEST_P(EditorFaults, InAddingNeverCrashLeakOrStoreHalfARule) {
   const auto failed =
       test_support::fail_each_call(GetParam(), [](RecordingHost& host, const std::function<void()>& arm) {
         const HostRule other{9, L"Copper", 1, 1, 1, 9, 2, 5, 6, 2, 1};
@@ -88,7 +88,7 @@ TEST_P(EditorFaults, InAddingNeverCrashLeakOrTearARule) {
 
 INSTANTIATE_TEST_SUITE_P(Each, EditorFaults, testing::ValuesIn(test_support::faults_to_inject()));
 
-TEST(EditorMemory, ThatFailsAtAnyAllocationNeverCrashesLeaksOrTearsARule) {
+TEST(EditorMemory, ThatFailsAtAnyAllocationNeverCrashesLeaksOrStoresHalfARule) {
   const std::wstring new_name = L"another name that is too long for a string itself";
   test_support::fail_each_allocation([&](std::size_t number) {
     RecordingHost host;

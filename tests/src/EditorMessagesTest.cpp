@@ -93,7 +93,7 @@ TEST_F(EditorMessages, OfItsOwnerWaitUntilTheDialogIsClosed) {
   DestroyWindow(owner);
 }
 
-TEST_F(EditorMessages, OfATornDownOffsetEditDoNoHarm) {
+TEST_F(EditorMessages, OfADestroyedOffsetEditDoNoHarm) {
   edit([](Editor& editor) {
     DestroyWindow(editor.item(IDC_OFFSET));
     SendMessageW(editor.window(), WM_VSCROLL, MAKEWPARAM(SB_THUMBTRACK, 3),
@@ -104,7 +104,7 @@ TEST_F(EditorMessages, OfATornDownOffsetEditDoNoHarm) {
   EXPECT_THAT(reports(), testing::Contains(StartsWith("ASSERT ::IsWindow(m_hWnd) | ")));
 }
 
-TEST_F(EditorMessages, OfATornDownComboAreAssertedAndSaveMinusOne) {
+TEST_F(EditorMessages, OfADestroyedComboAreAssertedAndSaveMinusOne) {
   EXPECT_EQ(IDOK, edit([](Editor& editor) {
               DestroyWindow(editor.item(IDC_WEEKDAY));
               editor.ok();

@@ -235,7 +235,7 @@ TEST_F(EditorOffset, StoredOutsideTheRangeIsSavedAsTheSpinHoldsIt) {
   EXPECT_THAT(reports(), ElementsAre(offset_is_not_the_spins, offset_is_not_the_spins));
 }
 
-TEST_F(EditorOffset, TextThatIsNoNumberIsReportedAndTheDialogLivesOn) {
+TEST_F(EditorOffset, TextThatIsNoNumberIsReportedAndTheDialogStaysOpen) {
   save_from(5, [this](Editor& editor) {
     SetWindowTextW(editor.item(IDC_OFFSET), L"abc");
     SendMessageW(editor.window(), WM_USER + 7, reinterpret_cast<WPARAM>(editor.item(IDC_OFFSET)), 0);

@@ -134,7 +134,7 @@ TEST_F(SavedRule, ReturnsTheResultOfTheService) {
   EXPECT_THAT(reports(), IsEmpty());
 }
 
-TEST_F(SavedRule, TravelsWithEveryUnitOfItsName) {
+TEST_F(SavedRule, IsSavedWithEveryUnitOfItsName) {
   const std::wstring odd(L"\"%s\" \xD83D\xDE00 \xD800 \x0001 \t\n\0 end", 20);
   rule.RuleName = platform::take_string(SysAllocStringLen(odd.data(), static_cast<UINT>(odd.size())));
   long id = 0;

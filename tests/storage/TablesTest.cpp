@@ -201,7 +201,7 @@ TEST_F(NewRuleTable, StaysEmptyWhenAStepSucceedsWithoutAnObject) {
   }
 }
 
-TEST_F(NewRuleTable, IsNotBotheredByAFieldThatTheHostRefuses) {
+TEST_F(NewRuleTable, IsCreatedWithoutAFieldThatTheHostRefuses) {
   host.calls().fail("IkvTable::AddField(1078, 0, 0, 0)", {E_FAIL});
   create_rule_table(target);
   EXPECT_EQ(11u, host.calls().all("IkvTable::AddField").size());

@@ -206,7 +206,7 @@ TEST_F(KilledHosts, LeaveExactlyWhatTheyAcknowledged) {
   EXPECT_EQ(RawDatabase(path_).text("PRAGMA integrity_check"), "ok");
 }
 
-TEST_F(KilledHosts, LeaveANewStoreEmptyOrWhole) {
+TEST_F(KilledHosts, LeaveANewStoreEmptyOrComplete) {
   const auto kills = static_cast<unsigned>(test_support::repetitions(20, 3));
   unsigned unfilled = 0;
   for (int round = 0; unfilled < kills; ++round) {

@@ -86,7 +86,7 @@ TEST_F(Log, KeepsNoFullFilesWhenNoneAreWanted) {
   EXPECT_EQ(folder.file_count(), 1u);
 }
 
-TEST_F(Log, LineAfterATornOneIsWhole) {
+TEST_F(Log, LineAfterAnIncompleteOneIsComplete) {
   std::ofstream(folder.file(), std::ios::binary) << "whole\ntorn";
   log().append("next", false);
   EXPECT_EQ(folder.content(), "whole\ntorn\nnext\n");

@@ -241,7 +241,7 @@ TEST_F(StorageObjectTest, EachChangeReachesTheSubscribers) {
   EXPECT_EQ(told, 3);
 }
 
-TEST_F(StorageObjectTest, EveryRefusalOfTheStoreIsAFailureThatIsHeard) {
+TEST_F(StorageObjectTest, EveryRefusalOfTheStoreIsAFailureAndReachesTheListener) {
   for (int kind = 0; kind <= static_cast<int>(StoreErrorKind::in_use); ++kind) {
     const auto expected = static_cast<StoreErrorKind>(kind);
     for (int failing = 1; failing <= 6; ++failing) {
@@ -263,7 +263,7 @@ TEST_F(StorageObjectTest, EveryRefusalOfTheStoreIsAFailureThatIsHeard) {
   }
 }
 
-TEST_F(StorageObjectTest, RuleThatWasNotSavedIsHeardWithTheRefusal) {
+TEST_F(StorageObjectTest, RuleThatWasNotSavedReachesTheListenerWithTheRefusal) {
   inner_->replace_content(sample_content());
   Rule faulty = sample_rule(L"mine");
   faulty.weekday = -1;

@@ -125,7 +125,7 @@ TEST_P(StoreFault, ChangeIsReportedAndTheOldContentStaysOrItIsKept) {
   EXPECT_GT(refused, 2);
 }
 
-TEST(StoreOnAFullDisk, EveryChangeSaysSo) {
+TEST(StoreOnAFullDisk, EveryChangeIsRefusedAsFull) {
   for (const Change& change : changes) {
     TemporaryFolder folder;
     FaultyFileSystem disk;
