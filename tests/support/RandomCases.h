@@ -44,6 +44,13 @@ class RandomCases {
     return text;
   }
 
+  /// Up to `longest` UTF-16 units, half of them surrogates or close to one in value.
+  std::wstring text_of_surrogates(unsigned longest) {
+    std::wstring text(below(longest + 1), L'\0');
+    for (wchar_t& unit : text) unit = static_cast<wchar_t>(below(2) ? 0xD700 + below(0xA00) : below(0x10000));
+    return text;
+  }
+
   /// Gives 1 to `most` of the units of a text or a row of bytes other values, many of them extremes.
   template <class Units>
   void damage(Units& units, unsigned most) {

@@ -3,10 +3,11 @@
 #include <clocale>
 #include <limits>
 #include <nlohmann/json.hpp>
-#include <random>
 
 #include "Json.h"
+#include "RandomCases.h"
 #include "TestRecords.h"
+#include "TextEncoding.h"
 
 namespace snagtrap_test {
 namespace {
@@ -21,14 +22,6 @@ std::string json_of(const VARIANT& value) {
   const std::string text = record_json(*record);
   EXPECT_EQ(text.substr(0, 5), "{\"v\":");
   return text.substr(5, text.size() - 6);
-}
-
-std::wstring widened(const std::string& utf8) {
-  std::wstring text(utf8.size(), L'\0');
-  text.resize(static_cast<std::size_t>(MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, utf8.data(),
-                                                           static_cast<int>(utf8.size()), text.data(),
-                                                           static_cast<int>(text.size()))));
-  return text;
 }
 
 TEST(JsonText, PlainTextIsQuoted) { EXPECT_EQ(text_json(L"some text"), "\"some text\""); }
@@ -49,22 +42,18 @@ TEST(JsonText, EveryUnitOfUtf16ReadsBackAsItself) {
     const std::wstring text{L'a', static_cast<wchar_t>(unit), L'z'};
     const bool lone_surrogate = unit >= 0xD800 && unit <= 0xDFFF;
     const std::wstring expected = lone_surrogate ? L"a\uFFFDz" : text;
-    ASSERT_EQ(widened(json::parse(text_json(text)).get<std::string>()), expected)
+    ASSERT_EQ(base::from_utf8(json::parse(text_json(text)).get<std::string>()), expected)
         << "unit " << static_cast<unsigned>(unit);
   }
 }
 
 TEST(JsonText, AnyUtf16IsOneLineThatCanBeRead) {
-  std::mt19937 random(20240506);
-  std::uniform_int_distribution<unsigned> surrogate_heavy(0xD700, 0xE0FF);
-  for (int round = 0; round < 2000; ++round) {
-    std::wstring text;
-    for (unsigned length = random() % 12; length > 0; --length) {
-      text += static_cast<wchar_t>(random() % 2 ? surrogate_heavy(random) : random() % 0x10000);
-    }
-    const std::string written = text_json(text);
-    ASSERT_TRUE(json::accept(written)) << "round " << round << ": " << written;
-    ASSERT_EQ(written.find_first_of("\r\n"), std::string::npos) << "round " << round;
+  test_support::RandomCases random;
+  for (int number = 0; number < 2000; ++number) {
+    SCOPED_TRACE(random.trace(number));
+    const std::string written = text_json(random.text_of_surrogates(11));
+    ASSERT_TRUE(json::accept(written)) << written;
+    ASSERT_EQ(written.find_first_of("\r\n"), std::string::npos);
   }
 }
 

@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <random>
 
+#include "RandomCases.h"
 #include "StoreSamples.h"
 #include "Wtf8.h"
 
@@ -43,15 +43,10 @@ TEST(Wtf8, EveryPairOfEdgeUnitsComesBackAndHasItsOwnBytes) {
 }
 
 TEST(Wtf8, RandomUnitsComeBack) {
-  const unsigned seed = std::random_device()();
-  SCOPED_TRACE("seed " + std::to_string(seed));
-  std::mt19937 random(seed);
-  std::uniform_int_distribution<unsigned> unit(0, 0xFFFF);
-  std::uniform_int_distribution<unsigned> surrogate(0xD800, 0xDFFF);
-  for (int i = 0; i < 20000; ++i) {
-    std::wstring text;
-    for (unsigned n = random() % 8; n > 0; --n)
-      text += static_cast<wchar_t>(random() % 2 ? unit(random) : surrogate(random));
+  test_support::RandomCases random;
+  for (int number = 0; number < 20000; ++number) {
+    SCOPED_TRACE(random.trace(number));
+    const std::wstring text = random.text_of_surrogates(7);
     ASSERT_EQ(from_stored_text(to_stored_text(text)), text);
   }
 }
