@@ -158,7 +158,7 @@ TEST_F(LibraryLog, OfTheRegistryPrecedesTheProgramsProposal) {
 }
 
 TEST_F(LibraryLog, UsesTheNextFolderWhenOneCannotBeWritten) {
-  std::ofstream(folder.path() / L"file") << "x";
+  test_support::write_bytes(folder.path() / L"file", "x");
   test_support::write_registry_text(HKEY_CURRENT_USER, snagtrap::settings_key, L"LogDirectory",
                                     folder.path() / L"file" / L"impossible");
   const DebugObjectPtr init = create();

@@ -38,7 +38,7 @@ TEST_F(Log, CreatesItsFolder) {
 }
 
 TEST_F(Log, FolderThatIsAFileIsAFailure) {
-  std::ofstream(folder.path() / L"file") << "x";
+  test_support::write_bytes(folder.path() / L"file", "x");
   const ReportLog impossible(folder.path() / L"file", roomy);
   EXPECT_TRUE(FAILED(impossible.append("x", false)));
 }
@@ -87,7 +87,7 @@ TEST_F(Log, KeepsNoFullFilesWhenNoneAreWanted) {
 }
 
 TEST_F(Log, LineAfterAnIncompleteOneIsComplete) {
-  std::ofstream(folder.file(), std::ios::binary) << "whole\ntorn";
+  test_support::write_bytes(folder.file(), "whole\ntorn");
   log().append("next", false);
   EXPECT_EQ(folder.content(), "whole\ntorn\nnext\n");
 }
@@ -142,7 +142,7 @@ TEST_F(Log, WaitsNoLongerThanASecondForAnotherProcess) {
   EXPECT_EQ(log().append("late, but not lost", false), S_OK);
   EXPECT_EQ(folder.content(), "late, but not lost\n");
   EXPECT_EQ(log().start_new_file(), HRESULT_FROM_WIN32(ERROR_TIMEOUT));
-  std::ofstream(folder.path() / L"release") << "x";
+  test_support::write_bytes(folder.path() / L"release", "x");
   EXPECT_EQ(holder.wait().exit_code, 0u);
 }
 
