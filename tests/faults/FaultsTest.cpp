@@ -39,6 +39,11 @@ std::size_t fail_each_call_of(
     std::printf("[ faults ] %s: %s%s: %zu\n", scenario.c_str(), kind, suffix, failed);
     return failed;
   };
+  play(0, FaultDuration::once);
+  if (testing::Test::HasFailure()) {
+    ADD_FAILURE() << "when nothing fails";
+    return 0;
+  }
   const std::size_t failed = fail_each(FaultDuration::once, "");
   if (test_support::deep() && !testing::Test::HasFailure()) fail_each(FaultDuration::lasting, ", from then on");
   return failed;

@@ -22,8 +22,8 @@ ScenarioResult play(const Scenario& scenario, const module_test::Module& module,
 Calls play_undisturbed(const Scenario& scenario, const module_test::Module& module);
 
 /// Plays something again and again, each time with another call failing, and in a deep run also with each call and all
-/// that follow. `play` returns the call that failed. Prints how many calls of this `kind` failed; returns the number
-/// for single calls.
+/// that follow, after a run in which nothing fails. `play` returns the call that failed, number 0 fails none. Prints
+/// how many calls of this `kind` failed; returns the number for single calls.
 std::size_t fail_each_call_of(
     const std::string& scenario, const char* kind,
     const std::function<std::optional<std::string>(std::size_t number, test_support::FaultDuration duration)>& play);

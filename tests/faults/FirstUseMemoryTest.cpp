@@ -14,11 +14,6 @@ using test_support::Memory;
 
 class FirstUse : public testing::TestWithParam<SystemScenario> {
  protected:
-  void SetUp() override {
-    play_without(0, FaultDuration::once);
-    ASSERT_FALSE(HasFailure()) << "when nothing fails";
-  }
-
   /// A newly loaded module without one allocation, or without it and all that follow. Returns what failed.
   static std::optional<std::string> play_without(std::size_t number, FaultDuration duration) {
     const module_test::Module module;

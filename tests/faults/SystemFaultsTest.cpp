@@ -12,11 +12,6 @@ using test_support::FaultDuration;
 
 class SystemFaults : public testing::TestWithParam<SystemScenario> {
  protected:
-  void SetUp() override {
-    play_without(0, FaultDuration::once);
-    ASSERT_FALSE(HasFailure()) << "when nothing fails";
-  }
-
   /// A newly loaded module, so that what it looks up once is looked up in each run. Returns the call that failed.
   static std::optional<std::string> play_without(std::size_t number, FaultDuration duration) {
     const module_test::Module module;
