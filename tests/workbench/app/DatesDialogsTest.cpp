@@ -41,7 +41,7 @@ class DatesDialogsTest : public ScheduleTest {
                               });
   }
 
-  TemporaryFolder folder_;
+  test_support::TemporaryFolder folder_;
 };
 
 TEST_F(DatesDialogsTest, CheckShowsMatchesAndDifferencesWithTheExplainingDay) {

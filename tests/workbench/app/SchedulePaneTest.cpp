@@ -154,7 +154,7 @@ class ScheduleExportTest : public ScheduleTest {
     return try_read_file(*chosen_file_).value_or("");
   }
 
-  TemporaryFolder folder_;
+  test_support::TemporaryFolder folder_;
 };
 
 TEST_F(ScheduleExportTest, FilesHoldWhatIsShown) {
