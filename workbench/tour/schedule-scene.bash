@@ -3,7 +3,8 @@
 
 readonly index_rule="CSI 300 index futures" index_setting="IF 沪深300 主力连续"
 
-step schedule "a selected setting shows its contracts and the year"
+step schedule "a selected setting shows its contracts and the year, once the comparison of the changes so far has ended"
+click_control "$workbench" "$dismiss_button"
 click_row "$workbench" "$settings_pane" "$index_setting"
 show_months_from 2026-01
 expect "the contracts" row_count "$workbench" "$schedule_list" = 12
