@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include "DpiAwareness.h"
 #include "ModulePath.h"
 #include "Report.h"
 #include "Window.h"
@@ -14,7 +15,8 @@ INT_PTR dialog_answer(HWND dialog, UINT message, LRESULT result) noexcept;
 /// A dialog made from the resource `T::IDD` of the module; `TBase` is a window class like `CWindow`. Messages reach
 /// `ProcessWindowMessage` from WM_INITDIALOG to WM_NCDESTROY; those before and after go the default way. An exception
 /// of a handler ends at the dialog procedure: it is reported there and the message counts as not handled. A dialog
-/// whose WM_INITDIALOG throws is closed at once with IDCANCEL, because nobody may save from half-filled controls.
+/// whose WM_INITDIALOG throws is closed at once with IDCANCEL, because nobody may save from half-filled controls. Its
+/// windows are never aware of each monitor's DPI.
 template <class T, class TBase = CWindow>
 class CDialogImpl : public TBase {
  public:
@@ -29,6 +31,7 @@ class CDialogImpl : public TBase {
 
   /// Runs the dialog modally over `owner` (may be null). Answers what `EndDialog` was given, -1 when it cannot be made.
   INT_PTR DoModal(HWND owner) {
+    const ScopedSystemDpiAwareness system_dpi;
     return DialogBoxParamW(base::module_instance(), MAKEINTRESOURCEW(T::IDD), owner, &CDialogImpl::DialogProcedure,
                            reinterpret_cast<LPARAM>(this));
   }
@@ -36,6 +39,7 @@ class CDialogImpl : public TBase {
   /// Makes the dialog without a loop of its own. Null when it cannot be made. The window must be destroyed before the
   /// object.
   HWND Create(HWND owner) {
+    const ScopedSystemDpiAwareness system_dpi;
     return CreateDialogParamW(base::module_instance(), MAKEINTRESOURCEW(T::IDD), owner, &CDialogImpl::DialogProcedure,
                               reinterpret_cast<LPARAM>(this));
   }
