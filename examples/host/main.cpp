@@ -125,6 +125,9 @@ HRESULT run(Storage& storage, long rule) {
 }  // namespace
 
 int main(int count, char** arguments) {
+  // The module loads two libraries by name. They are looked for beside this program and in the system's folder only,
+  // not in the current folder nor along PATH.
+  if (!SetDefaultDllDirectories(LOAD_LIBRARY_SEARCH_DEFAULT_DIRS)) return 1;
   const bool list = count == 2 && std::string(arguments[1]) == "list";
   const long rule = count == 3 && std::string(arguments[1]) == "edit" ? std::strtol(arguments[2], nullptr, 10) : 0;
   if (!list && rule < 1) {

@@ -6,6 +6,7 @@
 #include <oleauto.h>
 
 #include <cstdio>
+#include <filesystem>
 #include <string>
 
 namespace {
@@ -106,12 +107,12 @@ void print_library(ITypeLib& library) {
 }  // namespace
 
 int main(int count, char** arguments) {
-  const std::string file = count > 1 ? arguments[1] : "zdExpirationRules.dll";
-  const std::wstring wide(file.begin(), file.end());
+  const std::filesystem::path file = count > 1 ? arguments[1] : "zdExpirationRules.dll";
   Owned<ITypeLib> library;
-  const HRESULT loaded = LoadTypeLibEx(wide.c_str(), REGKIND_NONE, &library);
+  // A path without its folder would be looked for along PATH as well.
+  const HRESULT loaded = LoadTypeLibEx(std::filesystem::absolute(file).c_str(), REGKIND_NONE, &library);
   if (FAILED(loaded)) {
-    std::printf("%s: no type library, error %08lx\n", file.c_str(), static_cast<unsigned long>(loaded));
+    std::printf("%s: no type library, error %08lx\n", file.string().c_str(), static_cast<unsigned long>(loaded));
     return 1;
   }
   print_library(*library.operator->());

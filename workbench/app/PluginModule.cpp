@@ -16,8 +16,10 @@ Function find_export(HMODULE library, const char* name) {
 
 }  // namespace
 
+// What the library itself is linked to lies beside it, beside this program or in the system's folder.
 PluginModule::PluginModule(const std::filesystem::path& file)
-    : library_(LoadLibraryExW(std::filesystem::absolute(file).c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH)) {
+    : library_(LoadLibraryExW(std::filesystem::absolute(file).c_str(), nullptr,
+                              LOAD_LIBRARY_SEARCH_DLL_LOAD_DIR | LOAD_LIBRARY_SEARCH_DEFAULT_DIRS)) {
   if (!library_) base::throw_last_failure();
 }
 

@@ -10,6 +10,7 @@
 #include "CommandLine.h"
 #include "Console.h"
 #include "FirstContent.h"
+#include "LibrarySearch.h"
 #include "RuleText.h"
 #include "SqliteRuleStore.h"
 #include "StoreMessages.h"
@@ -98,6 +99,7 @@ ExitCode run_program() {
 
 int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int) {
   try {
+    workbench::limit_library_search();
     const HRESULT entered = CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED | COINIT_DISABLE_OLE1DDE);
     if (FAILED(entered)) return workbench::not_started;
     const int code = workbench::run_program();
