@@ -31,10 +31,10 @@ open_file() {
   await "the end of the dialog for a file" window_is_closed "$title"
 }
 
-# choose_calendar DIALOG NAME: chooses an item of the closed list by the keys of its name.
+# choose_calendar DIALOG NAME: goes from the control before to the list of calendars and presses the name's first letter.
 choose_calendar() {
-  click_control "$1" "$dates_calendar"
-  type_text "$2"
-  press Return
+  press Tab
+  await "the focus on the calendars" has_focus "$1" "$dates_calendar"
+  press "${2:0:1}"
   expect "the calendar" control_text "$1" "$dates_calendar" = "$2"
 }
