@@ -12,6 +12,7 @@
 namespace {
 
 using test_support::StartedProgram;
+using test_support::TemporaryFolder;
 
 using Paths = std::set<std::filesystem::path>;
 
