@@ -172,15 +172,36 @@ TEST_F(Commands, InvalidArgumentsAreNamed) {
   EXPECT_EQ(outcome({"--find-rule", "x"}), "2|exactly one of these is needed: --calendar");
   EXPECT_EQ(outcome({"--find-rule", "x", "--calendar", "c", "--format", "html"}), "2|\"html\" is no value of --format");
   EXPECT_EQ(outcome({"--schedule-all", "--colour", "red"}), "2|unknown argument: --colour");
-  for (const auto& [option, value] : std::vector<std::pair<std::string, std::string>>{{"--from", "2026"},
-                                                                                      {"--today", "2026-02-30"},
-                                                                                      {"--months", "0"},
-                                                                                      {"--months", "1201"},
-                                                                                      {"--months", "1x"},
-                                                                                      {"--limit", "0"},
-                                                                                      {"--format", "xml"},
-                                                                                      {"--against", "both"}})
-    EXPECT_EQ(outcome({"--schedule-all", option, value}), "2|\"" + value + "\" is no value of " + option);
+  EXPECT_EQ(outcome({"--schedule-all", "--rules", "r", "--against", "roll"}), "2|--schedule-all takes no --against");
+  EXPECT_EQ(outcome({"--export", "a.csv", "--store", "s", "--dry-run"}), "2|--export takes no --dry-run");
+  EXPECT_EQ(outcome({"--import", "a.txt", "--store", "s"}), "2|\"a.txt\" is no value of --import");
+  EXPECT_EQ(outcome({"--import", "a.csv"}), "2|exactly one of these is needed: --store");
+  EXPECT_EQ(outcome({"--calendars"}), "2|exactly one of these is needed: --store");
+  struct BadValue {
+    std::vector<std::string> command;
+    std::string option;
+    std::string value;
+  };
+  const std::vector<std::string> schedule{"--schedule-all", "--rules", "r"};
+  const std::vector<std::string> find{"--find-rule", "d.csv", "--calendar", "c"};
+  const std::vector<std::string> events{"--import-calendar", "c.ics", "--store", "s"};
+  for (const auto& [command, option, value] :
+       std::vector<BadValue>{{schedule, "--from", "2026"},
+                             {schedule, "--today", "2026-02-30"},
+                             {schedule, "--months", "0"},
+                             {schedule, "--months", "1201"},
+                             {schedule, "--months", "1x"},
+                             {find, "--limit", "0"},
+                             {schedule, "--format", "xml"},
+                             {find, "--against", "both"},
+                             {events, "--from", "2026-01"},
+                             {events, "--to", "2026"},
+                             {events, "--name", "a/b"},
+                             {{"--export", "a.csv", "--store", "s"}, "--what", "x"}})
+    EXPECT_EQ(outcome(command + std::vector<std::string>{option, value}),
+              "2|\"" + value + "\" is no value of " + option);
+  EXPECT_EQ(outcome(events + std::vector<std::string>{"--from", "2026-02-01", "--to", "2026-01-31"}),
+            "2|\"2026-01-31\" is no value of --to");
 }
 
 TEST_F(Commands, AreRecognised) {

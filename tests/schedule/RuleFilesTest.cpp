@@ -76,7 +76,7 @@ TEST(RuleFiles, JsonRoundTripIsExact) {
   const RuleFile file = read_rules_json(write_rules_json(rules, some_settings));
   EXPECT_EQ(rules_of(file), rules);
   EXPECT_EQ(settings_of(file), some_settings);
-  EXPECT_NE(write_rules_json(rules, {}).find("\"\\uD800\""), std::string::npos);
+  EXPECT_NE(write_rules_json(rules, std::nullopt).find("\"\\uD800\""), std::string::npos);
 }
 
 TEST(RuleFiles, JsonMayHoldOneKindAlone) {
@@ -228,7 +228,7 @@ TEST(RuleFiles, DamagedFilesAreRefusedWithALineOrAccepted) {
     for (const Mistake& mistake : file.mistakes) ASSERT_GT(mistake.line, 0U) << random.trace(number);
     if (!file.mistakes.empty() || !file.rules) continue;
     const std::vector<NamedRule> rules = rules_of(file);
-    ASSERT_EQ(rules_of(read_rules_json(write_rules_json(rules, {}))), rules) << random.trace(number);
+    ASSERT_EQ(rules_of(read_rules_json(write_rules_json(rules, std::nullopt))), rules) << random.trace(number);
   }
 }
 

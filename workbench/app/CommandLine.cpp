@@ -50,6 +50,10 @@ std::optional<Language> language_named(const std::wstring& name) {
   return std::nullopt;
 }
 
+void refuse_unless_language(const std::wstring& name) {
+  if (!language_named(name)) throw CommandLineError{IDS_BAD_LANGUAGE, name};
+}
+
 void read_argument(Arguments& arguments, CommandLine& line) {
   const std::wstring& argument = arguments.next();
   if (argument == L"--store") {
@@ -57,8 +61,7 @@ void read_argument(Arguments& arguments, CommandLine& line) {
   } else if (argument == L"--module") {
     line.module = arguments.value_of(argument);
   } else if (argument == L"--language") {
-    const std::wstring& language = arguments.value_of(argument);
-    if (!language_named(language)) throw CommandLineError{IDS_BAD_LANGUAGE, language};
+    refuse_unless_language(arguments.value_of(argument));
   } else if (argument == L"--show") {
     line.shown_rule = rule_number(arguments.value_of(argument));
   } else if (argument == L"--print-rules") {
@@ -88,6 +91,19 @@ std::optional<Language> try_find_language(std::span<const std::wstring> argument
     if (const std::optional<Language> named = language_named(arguments[at])) found = named;
   }
   return found;
+}
+
+std::vector<std::wstring> without_language(std::span<const std::wstring> arguments) {
+  std::vector<std::wstring> others;
+  for (Arguments rest(arguments); !rest.at_end();) {
+    const std::wstring& argument = rest.next();
+    if (argument == L"--language") {
+      refuse_unless_language(rest.value_of(argument));
+    } else {
+      others.push_back(argument);
+    }
+  }
+  return others;
 }
 
 std::vector<std::wstring> process_arguments() {

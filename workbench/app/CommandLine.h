@@ -38,6 +38,9 @@ CommandLine parse_command_line(std::span<const std::wstring> arguments);
 /// it; nothing if they ask for none.
 std::optional<Language> try_find_language(std::span<const std::wstring> arguments);
 
+/// The arguments without `--language` and its value. Throws `CommandLineError` if that is no language.
+std::vector<std::wstring> without_language(std::span<const std::wstring> arguments);
+
 /// The arguments of this process that follow the program's name.
 std::vector<std::wstring> process_arguments();
 

@@ -9,4 +9,7 @@ namespace workbench {
 bool write_output(std::wstring_view text);
 bool write_error(std::wstring_view text);
 
+/// The same with text that is UTF-8 already. Returns false as well when not all of it could be written.
+bool write_output_utf8(std::string_view text);
+
 }  // namespace workbench

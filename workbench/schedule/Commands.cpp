@@ -4,6 +4,7 @@
 #include <map>
 
 #include "CalendarFile.h"
+#include "CommandContext.h"
 #include "DateList.h"
 #include "FinderOutput.h"
 #include "ScheduleOutput.h"
@@ -16,55 +17,22 @@ namespace {
 using Action = CommandArguments::Action;
 using Format = CommandArguments::Format;
 
-/// Ends a command early.
-struct CommandFailure {
-  ExitCode exit_code;
-};
-
-class CommandRun {
+/// The commands that work out dates.
+class DateCommand : private CommandContext {
  public:
-  CommandRun(const CommandArguments& arguments, const CommandInput& input)
-      : arguments_(arguments), input_(input), today_(arguments.today.value_or(input.today)) {}
+  DateCommand(const CommandArguments& arguments, const CommandInput& input)
+      : CommandContext(arguments, input), today_(arguments.today.value_or(input.today)) {}
 
   CommandOutput run() {
-    try {
-      if (arguments_.action == Action::find_rule) {
-        find();
-      } else {
-        load_rules();
-        if (arguments_.action == Action::check) {
-          check();
-        } else {
-          schedule();
-        }
-      }
-    } catch (const CommandFailure& failure) {
-      output_.data.clear();
-      output_.exit_code = failure.exit_code;
-    }
-    return std::move(output_);
+    return CommandContext::run([this] {
+      if (arguments_.action == Action::find_rule) return find();
+      load_rules();
+      if (arguments_.action == Action::check) return check();
+      schedule();
+    });
   }
 
  private:
-  void tell(MistakeKind kind, std::vector<std::string> parameters) {
-    output_.messages.push_back(describe({0, kind, std::move(parameters)}, input_.language));
-  }
-
-  void tell(const std::string& file, const std::vector<Mistake>& mistakes) {
-    for (const Mistake& mistake : mistakes) output_.messages.push_back(describe(file, mistake, input_.language));
-  }
-
-  [[noreturn]] void fail(ExitCode exit_code, MistakeKind kind, std::vector<std::string> parameters) {
-    tell(kind, std::move(parameters));
-    throw CommandFailure{exit_code};
-  }
-
-  std::string read(const std::string& path) {
-    std::optional<std::string> bytes = input_.read_file(path);
-    if (!bytes) fail(unusable_file, MistakeKind::unreadable_file, {path});
-    return std::move(*bytes);
-  }
-
   void load_rules() {
     rules_ = input_.rules;
     settings_ = input_.settings;
@@ -121,7 +89,10 @@ class CommandRun {
       if (!rule) fail(wrong_arguments, MistakeKind::unknown_rule, {arguments_.rule});
       add_rows(*rule, first, rows);
     } else {
-      for (const NamedRule& rule : rules_) add_rows(rule, first, rows);
+      for (std::size_t i = 0; i < rules_.size(); ++i) {
+        advance(i, rules_.size());
+        add_rows(rules_[i], first, rows);
+      }
     }
     write(rows, first.year());
   }
@@ -165,13 +136,15 @@ class CommandRun {
   }
 
   void check() {
-    const DateList list = read_rule_date_list(read(arguments_.dates_file));
+    const DateList list = read_rule_date_list(read(arguments_.file));
     begin_list(list);
     std::vector<CheckRow> rows;
-    for (const ListedDate& listed : list.dates) {
+    for (std::size_t i = 0; i < list.dates.size(); ++i) {
+      advance(i, list.dates.size());
+      const ListedDate& listed = list.dates[i];
       const NamedRule* rule = find_rule(listed.rule);
       if (!rule) {
-        tell(arguments_.dates_file, {{listed.line, MistakeKind::unknown_rule, {listed.rule}}});
+        tell(arguments_.file, {{listed.line, MistakeKind::unknown_rule, {listed.rule}}});
         output_.exit_code = with_differences;
         continue;
       }
@@ -187,16 +160,15 @@ class CommandRun {
 
   /// Tells what is wrong with a list of dates. A list without a single date cannot be used.
   void begin_list(const DateList& list) {
-    tell(arguments_.dates_file, list.mistakes);
-    for (const std::string& column : list.ignored_columns)
-      tell(MistakeKind::ignored_column, {arguments_.dates_file, column});
+    tell(arguments_.file, list.mistakes);
+    for (const std::string& column : list.ignored_columns) tell(MistakeKind::ignored_column, {arguments_.file, column});
     if (list.mistakes.empty()) return;
     if (list.dates.empty()) throw CommandFailure{unusable_file};
     output_.exit_code = with_differences;
   }
 
   void find() {
-    const DateList list = read_date_list(read(arguments_.dates_file));
+    const DateList list = read_date_list(read(arguments_.file));
     begin_list(list);
     const TradingDays& calendar = open_days(arguments_.calendar);
     std::vector<KnownDate> dates;
@@ -204,12 +176,13 @@ class CommandRun {
       dates.push_back(listed.known);
       const std::vector<std::string> day{to_text(listed.known.date)};
       if (!calendar.covers(listed.known.date)) {
-        tell(arguments_.dates_file, {{listed.line, MistakeKind::date_beyond_calendar, day}});
+        tell(arguments_.file, {{listed.line, MistakeKind::date_beyond_calendar, day}});
       } else if (!calendar.is_open(listed.known.date)) {
-        tell(arguments_.dates_file, {{listed.line, MistakeKind::closed_date, day}});
+        tell(arguments_.file, {{listed.line, MistakeKind::closed_date, day}});
       }
     }
-    const FoundRules found = find_rules(dates, calendar, arguments_.against.value_or(Against::roll), arguments_.limit);
+    const FoundRules found = find_rules(dates, calendar, arguments_.against.value_or(Against::roll), arguments_.limit,
+                                        [&](std::size_t checked) { advance(checked, dates.size()); });
     const std::string counted = std::to_string(found.counted);
     if (found.agreeing == 0) {
       tell(MistakeKind::no_rule_found, {counted});
@@ -223,19 +196,24 @@ class CommandRun {
                                                        : found_table(found);
   }
 
-  const CommandArguments& arguments_;
-  const CommandInput& input_;
   Day today_;
   std::vector<NamedRule> rules_;
   std::vector<NamedSetting> settings_;
   std::map<std::string, TradingDays> open_days_;
-  CommandOutput output_;
 };
 
 }  // namespace
 
 CommandOutput run_command(const CommandArguments& arguments, const CommandInput& input) {
-  return CommandRun(arguments, input).run();
+  switch (arguments.action) {
+    case Action::schedule:
+    case Action::schedule_all:
+    case Action::check:
+    case Action::find_rule:
+      return DateCommand(arguments, input).run();
+    default:
+      return run_store_command(arguments, input);
+  }
 }
 
 }  // namespace workbench::schedule

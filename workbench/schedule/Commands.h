@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <optional>
 #include <span>
@@ -18,8 +19,11 @@ enum ExitCode {
   with_differences = 1,  ///< differences, refused rows, or no rule found
   wrong_arguments = 2,
   unusable_file = 3,  ///< a store or a file that cannot be used
-  not_started = 4,
+  not_started = 4,    ///< not started, or cancelled
 };
+
+/// Is told how much of a long work is done, of how much; returns whether to go on.
+using Progress = std::function<bool(std::size_t done, std::size_t all)>;
 
 /// What a command works on.
 struct CommandInput {
@@ -30,15 +34,27 @@ struct CommandInput {
   std::vector<Calendar> calendars{};  ///< which a command may name
   Day today{};
   Language language = Language::english;
+  Progress progress{};
 };
 
-/// What a command writes: data to the standard output, messages to the error stream, one a line.
+/// What a command asks to be changed in its store, in one transaction.
+struct WantedChange {
+  std::vector<NamedRule> rules{};                       ///< each changes the rule of its name, or is added
+  std::optional<std::vector<NamedSetting>> settings{};  ///< in the place of all that there are
+  std::optional<Calendar> calendar{};                   ///< in the place of the one with its name
+};
+
+/// What a command writes: data to the standard output, messages to the error stream, one a line. The caller does what
+/// is wanted besides.
 struct CommandOutput {
   std::string data{};
   std::vector<std::string> messages{};
   ExitCode exit_code = done;
+  std::optional<std::string> file{};  ///< what the file that the command names is to hold
+  std::optional<WantedChange> change{};
 };
 
+/// Runs a command without changing anything.
 CommandOutput run_command(const CommandArguments& arguments, const CommandInput& input);
 
 }  // namespace workbench::schedule

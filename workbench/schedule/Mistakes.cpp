@@ -99,6 +99,30 @@ constexpr std::array messages{
     Message{MistakeKind::one_rule_found, "one rule gives all %1 dates", "有一条规则符合全部 %1 个日期"},
     Message{MistakeKind::rules_found, "%2 rules give all %1 dates; more dates would separate them",
             "有 %2 条规则符合全部 %1 个日期；更多日期可加以区分"},
+    Message{MistakeKind::unsuitable_option, "%2 takes no %1", "%2 不接受 %1"},
+    Message{MistakeKind::cancelled, "cancelled; nothing was changed", "已取消；未作任何改动"},
+    Message{MistakeKind::not_csv, R"(CSV cannot hold the name "%1"; JSON can)",
+            R"(CSV 无法保存名称 "%1"；请使用 JSON)"},
+    Message{MistakeKind::import_summary, "%1 added, %2 changed, %3 left alone, %4 removed, %5 refused",
+            "新增 %1，更改 %2，不变 %3，删除 %4，拒绝 %5"},
+    Message{MistakeKind::nothing_imported, "nothing was changed", "未作任何改动"},
+    Message{MistakeKind::icalendar_needs, "%1: an iCalendar file needs %2", "%1：iCalendar 文件需要 %2"},
+    Message{MistakeKind::calendar_says_itself, "%1: a calendar file has its own name and days; only iCalendar takes %2",
+            "%1：日历文件自带名称和起止日；仅 iCalendar 需要 %2"},
+    Message{MistakeKind::new_calendar, "the calendar %1 is new and knows the days from %2 to %3",
+            "日历 %1 是新的，包含 %2 至 %3"},
+    Message{MistakeKind::calendar_range, "the calendar %1 knew the days from %2 to %3, and now those from %4 to %5",
+            "日历 %1 原包含 %2 至 %3，现包含 %4 至 %5"},
+    Message{MistakeKind::calendar_summary, "%1 days and %2 dates of rules change", "有 %1 个日期和 %2 个规则日期变化"},
+    Message{MistakeKind::same_calendar, "the calendar %1 is the same already", "日历 %1 没有变化"},
+    Message{
+        MistakeKind::older_calendar,
+        "the calendar %1 of this store is older than the one that comes with the program, which the workbench offers "
+        "when it opens the store",
+        "此规则库的日历 %1 比程序自带的旧；工作台打开规则库时可更新"},
+    Message{MistakeKind::output_not_written, "the output cannot be written", "无法写入输出"},
+    Message{MistakeKind::file_not_written, "%1: the file cannot be written; it is as it was",
+            "%1：无法写入文件，文件保持原样"},
 };
 
 constexpr bool is_in_order() {

@@ -46,6 +46,15 @@ std::string json_object(const std::array<std::string_view, count>& columns, cons
   return text + '}';
 }
 
+template <class Item, std::size_t count>
+std::string json_array(std::string_view name, std::span<const Item> items,
+                       const std::array<std::string_view, count>& columns, bool numbers) {
+  std::string text = "\n  " + json_string(name) + ": [";
+  for (std::size_t i = 0; i < items.size(); ++i)
+    text += (i == 0 ? "\n    " : ",\n    ") + json_object(columns, record_of(items[i]), numbers);
+  return text + "\n  ]";
+}
+
 }  // namespace
 
 RuleFile read_rules_csv(std::string_view bytes) {
@@ -80,14 +89,13 @@ std::optional<std::string> write_settings_csv(std::span<const NamedSetting> sett
   return write_csv(settings, setting_columns, refused);
 }
 
-std::string write_rules_json(std::span<const NamedRule> rules, std::span<const NamedSetting> settings) {
-  std::string text = "{\n  \"rules\": [";
-  for (std::size_t i = 0; i < rules.size(); ++i)
-    text += (i == 0 ? "\n    " : ",\n    ") + json_object(rule_columns, record_of(rules[i]), true);
-  text += "\n  ],\n  \"settings\": [";
-  for (std::size_t i = 0; i < settings.size(); ++i)
-    text += (i == 0 ? "\n    " : ",\n    ") + json_object(setting_columns, record_of(settings[i]), false);
-  return text + "\n  ]\n}\n";
+std::string write_rules_json(std::optional<std::span<const NamedRule>> rules,
+                             std::optional<std::span<const NamedSetting>> settings) {
+  std::string text = "{";
+  if (rules) text += json_array("rules", *rules, rule_columns, true);
+  if (rules && settings) text += ',';
+  if (settings) text += json_array("settings", *settings, setting_columns, false);
+  return text + "\n}\n";
 }
 
 std::size_t utf16_length(std::string_view name) {

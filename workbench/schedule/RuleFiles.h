@@ -34,6 +34,9 @@ struct NamedSetting {
   bool operator==(const NamedSetting&) const = default;
 };
 
+/// The kinds of records that files hold.
+enum class RecordKind { rules, settings };
+
 /// What a file holds, each with its line. A kind that the file does not speak of is absent.
 template <class Item>
 struct Lined {
@@ -62,8 +65,9 @@ RuleFile read_rules_json(std::string_view bytes);
 std::optional<std::string> write_rules_csv(std::span<const NamedRule> rules, std::string& refused);
 std::optional<std::string> write_settings_csv(std::span<const NamedSetting> settings, std::string& refused);
 
-/// Everything as JSON, which holds every name.
-std::string write_rules_json(std::span<const NamedRule> rules, std::span<const NamedSetting> settings);
+/// The records as JSON, which holds every name. The file does not speak of a kind that is absent.
+std::string write_rules_json(std::optional<std::span<const NamedRule>> rules,
+                             std::optional<std::span<const NamedSetting>> settings);
 
 /// The length of a name in UTF-16 code units.
 std::size_t utf16_length(std::string_view name);

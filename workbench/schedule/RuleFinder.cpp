@@ -126,11 +126,13 @@ RuleNumbers rule_at(std::size_t position) {
 }
 
 FoundRules find_rules(std::span<const KnownDate> dates, const TradingDays& calendar, Against against,
-                      std::optional<std::size_t> limit) {
+                      std::optional<std::size_t> limit, const std::function<void(std::size_t done)>& on_date) {
   FoundRules found;
   std::vector<KnownDate> counted;
   MatchCounts matches(calendar, against);
+  std::size_t done = 0;
   for (const KnownDate& known : dates) {
+    if (on_date) on_date(done++);
     if (!calendar.covers(known.date)) {
       found.beyond_calendar.push_back(known);
       continue;

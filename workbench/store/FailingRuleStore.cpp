@@ -51,6 +51,11 @@ void FailingRuleStore::replace_calendars(const std::vector<StoredCalendar>& cale
   next().replace_calendars(calendars);
 }
 
+void FailingRuleStore::import_records(const StoreImport& records,
+                                      const std::function<void(std::size_t done)>& on_rule) {
+  next().import_records(records, on_rule);
+}
+
 void FailingRuleStore::replace_content(const StoreContent& content) { next().replace_content(content); }
 
 bool FailingRuleStore::poll_for_changes() { return next().poll_for_changes(); }

@@ -1,6 +1,7 @@
 #include "MemoryRuleStore.h"
 
 #include <algorithm>
+#include <map>
 #include <set>
 
 namespace workbench {
@@ -129,6 +130,32 @@ void MemoryRuleStore::replace_settings(const std::vector<SymbolSourceSetting>& s
 
 void MemoryRuleStore::replace_calendars(const std::vector<StoredCalendar>& calendars) {
   calendars_ = merged(calendars_, calendars);
+  notify_subscribers();
+}
+
+void MemoryRuleStore::import_records(const StoreImport& records, const std::function<void(std::size_t done)>& on_rule) {
+  std::vector<StoredRule> rules = rules_;
+  std::map<std::wstring, std::size_t> positions;
+  for (std::size_t i = 0; i < rules.size(); ++i) positions.emplace(rules[i].rule.name, i);
+  long number = last_number_;
+  std::size_t done = 0;
+  for (const Rule& rule : records.rules) {
+    if (on_rule) on_rule(done++);
+    refuse_invalid(rule);
+    const auto [found, is_new] = positions.emplace(rule.name, rules.size());
+    if (is_new) {
+      rules.push_back({++number, 1, rule});
+    } else if (StoredRule& stored = rules[found->second]; stored.rule != rule) {
+      stored = {stored.number, stored.revision + 1, rule};
+    }
+  }
+  if (records.settings) {
+    long setting_number = last_setting_number_;
+    settings_ = numbered(*records.settings, setting_number);
+    last_setting_number_ = setting_number;
+  }
+  rules_ = std::move(rules);
+  last_number_ = number;
   notify_subscribers();
 }
 

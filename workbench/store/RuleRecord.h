@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -76,6 +77,14 @@ struct StoreContent {
   std::vector<Rule> rules;
   std::vector<SymbolSourceSetting> settings;
   std::vector<StoredCalendar> calendars{};
+
+  bool operator==(const StoreContent&) const = default;
+};
+
+/// Records that come from a file.
+struct StoreImport {
+  std::vector<Rule> rules;                                     ///< each changes the rule of its name, or is added
+  std::optional<std::vector<SymbolSourceSetting>> settings{};  ///< in the place of all that there are
 };
 
 /// One number of a rule: its host field, its name in the store, and the least and the greatest value.

@@ -35,6 +35,14 @@ schedule::NamedSetting to_named(const SymbolSourceSetting& setting) {
           to_schedule_text(setting.months), setting.last_day_is_expiration};
 }
 
+NamedRecords load_named(RuleStore& store) {
+  NamedRecords records;
+  for (const StoredRule& stored : store.load_rules()) records.rules.push_back(to_named(stored.rule));
+  for (const StoredSetting& stored : store.load_settings()) records.settings.push_back(to_named(stored.setting));
+  for (StoredCalendar& stored : store.load_calendars()) records.calendars.push_back(std::move(stored.calendar));
+  return records;
+}
+
 Rule from_named(const schedule::NamedRule& named) {
   Rule rule;
   rule.name = from_schedule_text(named.name);

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "RuleFiles.h"
-#include "RuleRecord.h"
+#include "RuleStore.h"
 
 namespace workbench {
 
@@ -14,6 +14,14 @@ std::wstring from_schedule_text(std::string_view bytes);
 schedule::RuleNumbers to_rule_numbers(const Rule& rule);
 schedule::NamedRule to_named(const Rule& rule);
 schedule::NamedSetting to_named(const SymbolSourceSetting& setting);
+
+/// What a store holds.
+struct NamedRecords {
+  std::vector<schedule::NamedRule> rules;
+  std::vector<schedule::NamedSetting> settings;
+  std::vector<schedule::Calendar> calendars;
+};
+NamedRecords load_named(RuleStore& store);
 
 Rule from_named(const schedule::NamedRule& rule);
 SymbolSourceSetting from_named(const schedule::NamedSetting& setting);

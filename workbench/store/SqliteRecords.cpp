@@ -213,6 +213,23 @@ void replace_calendars(const SqliteDatabase& database, const std::vector<StoredC
   }
 }
 
+void import_rules(const SqliteDatabase& database, const std::vector<Rule>& rules,
+                  const std::function<void(std::size_t done)>& on_rule) {
+  SqliteStatement same_name = database.prepare("SELECT RuleID FROM rules WHERE RuleName = ?");
+  std::size_t done = 0;
+  for (const Rule& rule : rules) {
+    if (on_rule) on_rule(done++);
+    std::optional<StoredRule> stored;
+    if (same_name.bind(1, rule.name).step()) stored = select_rule(database, static_cast<long>(same_name.integer(0)));
+    same_name.run();
+    if (!stored) {
+      insert_rule(database, rule);
+    } else if (stored->rule != rule) {
+      rewrite_rule(database, {stored->number, stored->revision + 1, rule});
+    }
+  }
+}
+
 void replace_settings(const SqliteDatabase& database, const std::vector<SymbolSourceSetting>& settings) {
   database.execute("DELETE FROM symbol_source_settings");
   SqliteStatement insert = prepare_insert_setting(database);

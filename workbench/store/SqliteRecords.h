@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -35,6 +36,10 @@ std::vector<StoredCalendar> select_calendars(const SqliteDatabase& database);
 
 /// Puts each calendar in the place of the one with its name.
 void replace_calendars(const SqliteDatabase& database, const std::vector<StoredCalendar>& calendars);
+
+/// Stores rules under their names; see `RuleStore::import_records`.
+void import_rules(const SqliteDatabase& database, const std::vector<Rule>& rules,
+                  const std::function<void(std::size_t done)>& on_rule);
 
 void replace_settings(const SqliteDatabase& database, const std::vector<SymbolSourceSetting>& settings);
 void replace_content(const SqliteDatabase& database, const StoreContent& content);

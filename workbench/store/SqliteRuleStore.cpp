@@ -101,6 +101,13 @@ class SqliteRuleStore final : public RuleStore {
     change([&] { workbench::replace_calendars(database_, calendars); });
   }
 
+  void import_records(const StoreImport& records, const std::function<void(std::size_t done)>& on_rule) override {
+    change([&] {
+      import_rules(database_, records.rules, on_rule);
+      if (records.settings) workbench::replace_settings(database_, *records.settings);
+    });
+  }
+
   void replace_content(const StoreContent& content) override {
     change([&] { workbench::replace_content(database_, content); });
   }

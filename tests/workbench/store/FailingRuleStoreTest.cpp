@@ -21,12 +21,13 @@ void use_every_call(RuleStore& store) {
   store.delete_setting(setting);
   store.replace_calendars({sample_calendar("other")});
   store.load_calendars();
+  store.import_records({{sample_rule(L"imported")}});
   store.replace_settings({});
   store.poll_for_changes();
 }
 
 TEST(FailingRuleStore, ExactlyTheNthCallFailsAndChangesNothing) {
-  for (int failing = 1; failing <= 14; ++failing) {
+  for (int failing = 1; failing <= 15; ++failing) {
     auto inner = std::make_shared<MemoryRuleStore>();
     FailingRuleStore store(inner, failing, StoreErrorKind::full);
     EXPECT_EQ(refusal_kind([&] { use_every_call(store); }), StoreErrorKind::full) << failing;
@@ -34,9 +35,9 @@ TEST(FailingRuleStore, ExactlyTheNthCallFailsAndChangesNothing) {
     const StoreSnapshot before = holdings(*inner);
     EXPECT_EQ(holdings(store), before);
   }
-  FailingRuleStore unharmed(std::make_shared<MemoryRuleStore>(), 15);
+  FailingRuleStore unharmed(std::make_shared<MemoryRuleStore>(), 16);
   EXPECT_EQ(refusal_kind([&] { use_every_call(unharmed); }), std::nullopt);
-  EXPECT_EQ(unharmed.calls(), 14);
+  EXPECT_EQ(unharmed.calls(), 15);
 }
 
 TEST(FailingRuleStore, ChangesOfTheInnerStoreAreTold) {

@@ -336,6 +336,42 @@ TEST_P(RuleStoreContract, RuleInUseIsNotDeleted) {
   EXPECT_EQ(store_->load_rules().size(), 1u);
 }
 
+TEST_P(RuleStoreContract, ImportChangesRulesByTheirNamesAddsOthersAndLeavesTheRest) {
+  store_->replace_content(sample_content());
+  const StoreSnapshot before = holdings(*store_);
+  const Rule second{.name = L"second", .roll_offset = 3};
+  std::vector<std::size_t> progress;
+  store_->import_records({{sample_rule(L"first"), sample_rule(L"third"), second}},
+                         [&](std::size_t done) { progress.push_back(done); });
+  EXPECT_EQ(store_->load_rules(),
+            (std::vector<StoredRule>{before.rules[0],
+                                     {before.rules[1].number, before.rules[1].revision + 1, second},
+                                     {before.rules[1].number + 1, 1, sample_rule(L"third")}}));
+  EXPECT_EQ(store_->load_settings(), before.settings);
+  EXPECT_EQ(progress, (std::vector<std::size_t>{0, 1, 2}));
+  store_->import_records({{}, std::vector{sample_setting(L"lead", L"third")}});
+  EXPECT_EQ(settings_of(*store_), std::vector{sample_setting(L"lead", L"third")});
+  EXPECT_GT(store_->load_settings()[0].number, before.settings.back().number);
+}
+
+TEST_P(RuleStoreContract, ImportThatIsRefusedOrCancelledChangesNothing) {
+  store_->replace_content(sample_content());
+  const StoreSnapshot before = holdings(*store_);
+  const std::vector<Rule> rules{{.name = L"first"}, {.name = L"third"}};
+  EXPECT_EQ(refusal_kind([&] { store_->import_records({{rules[0], rules[1], {}}}); }), StoreErrorKind::invalid_value);
+  EXPECT_EQ(refusal_kind([&] {
+              store_->import_records({rules, std::vector<SymbolSourceSetting>(1)});
+            }),
+            StoreErrorKind::invalid_value);
+  struct Cancelled {};
+  EXPECT_THROW(store_->import_records({rules},
+                                      [](std::size_t done) {
+                                        if (done == 1) throw Cancelled();
+                                      }),
+               Cancelled);
+  EXPECT_EQ(holdings(*store_), before);
+}
+
 TEST_P(RuleStoreContract, ReplacedContentTakesNewNumbers) {
   const long old = store_->add_rule(sample_rule(L"old")).number;
   store_->replace_content(sample_content());

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "MemoryRuleStore.h"
 #include "ScheduleRecords.h"
 #include "StoreSamples.h"
 
@@ -12,6 +13,17 @@ TEST(ScheduleRecords, RulesAndSettingsComeBackUnchanged) {
     EXPECT_EQ(from_named(to_named(sample_rule(name))), sample_rule(name));
     EXPECT_EQ(from_named(to_named(sample_setting(name, name))), sample_setting(name, name));
   }
+}
+
+TEST(ScheduleRecords, EverythingOfAStoreIsLoaded) {
+  MemoryRuleStore store;
+  store.replace_content(sample_content());
+  const NamedRecords records = load_named(store);
+  ASSERT_EQ(records.rules.size(), 2u);
+  EXPECT_EQ(records.rules[1], to_named(sample_rule(L"second")));
+  ASSERT_EQ(records.settings.size(), 3u);
+  EXPECT_EQ(records.settings[2], (schedule::NamedSetting{"zinc", "first", "exchange", "HMUZ", true}));
+  EXPECT_EQ(records.calendars, std::vector{sample_calendar("exchange").calendar});
 }
 
 TEST(ScheduleRecords, NumbersKeepTheirFields) {

@@ -55,6 +55,10 @@ constexpr Change changes[] = {
        changed.calendar.closed.pop_back();
        store.replace_calendars({changed, sample_calendar("other")});
      }},
+    {"Import",
+     [](RuleStore& store) {
+       store.import_records({{sample_rule(L"third"), {.name = L"second"}}, std::vector{sample_setting(L"other", L"")}});
+     }},
     {"ReplaceContent",
      [](RuleStore& store) {
        store.replace_content({{sample_rule(L"only")}, {}});

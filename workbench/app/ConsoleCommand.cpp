@@ -1,0 +1,201 @@
+#include "ConsoleCommand.h"
+
+#include <windows.h>
+
+#include <atomic>
+#include <chrono>
+
+#include "Console.h"
+#include "Files.h"
+#include "FirstContent.h"
+#include "MemoryRuleStore.h"
+#include "ScheduleConversion.h"
+#include "ScheduleRecords.h"
+#include "ShippedUpdate.h"
+#include "SqliteRuleStore.h"
+#include "StoreMessages.h"
+#include "TextEncoding.h"
+#include "UiLanguage.h"
+
+namespace workbench {
+
+namespace {
+
+using schedule::CommandArguments;
+using schedule::MistakeKind;
+
+std::vector<std::string> utf8(std::span<const std::wstring> arguments) {
+  std::vector<std::string> result;
+  for (const std::wstring& argument : arguments) result.push_back(base::to_utf8(argument));
+  return result;
+}
+
+void write_message(const std::string& message) { write_error(base::from_utf8(message) + L"\n"); }
+
+void tell(MistakeKind kind, std::vector<std::string> parameters) {
+  write_message(describe({0, kind, std::move(parameters)}, chosen_language()));
+}
+
+/// Set by Ctrl+C, on a thread of the system.
+std::atomic<bool> cancelled = false;
+
+BOOL WINAPI on_console_event(DWORD event) {
+  if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT) return FALSE;
+  cancelled = true;
+  return TRUE;
+}
+
+/// What is thrown out of a change of the store when the user cancels it.
+struct Cancelled {};
+
+/// Shows the progress of what takes longer than a second, once a second.
+class ProgressDisplay {
+ public:
+  /// Returns whether to go on.
+  bool show(std::size_t done, std::size_t all) {
+    const auto now = std::chrono::steady_clock::now();
+    if (now - shown_ >= std::chrono::seconds(1) && all > 0) {
+      shown_ = now;
+      write_error(std::to_wstring(done * 100 / all) + L" %\n");
+    }
+    return !cancelled;
+  }
+
+ private:
+  std::chrono::steady_clock::time_point shown_ = std::chrono::steady_clock::now();
+};
+
+/// The store of a command. One that is still to be created is in memory until the command changes it, so that a command
+/// that fails leaves no file, and the file begins with the change.
+class CommandStore {
+ public:
+  explicit CommandStore(const CommandArguments& arguments)
+      : path_(std::filesystem::absolute(base::from_utf8(arguments.store))) {
+    std::error_code unknown;
+    const auto size = std::filesystem::file_size(path_, unknown);
+    if (arguments.creates_store() && !std::filesystem::is_directory(path_, unknown) && (unknown || size == 0)) {
+      is_new_ = true;
+      store_ = std::make_unique<MemoryRuleStore>();
+      store_->replace_content(first_content());
+    } else {
+      store_ = open_sqlite_store(path_, {.first_content = first_content(), .may_create = false});
+    }
+  }
+
+  RuleStore& store() { return *store_; }
+
+  void change(const schedule::WantedChange& wanted, const std::function<void(std::size_t)>& on_rule) {
+    change(*store_, wanted, on_rule);
+    if (!is_new_) return;
+    const auto file = open_sqlite_store(path_, {.first_content = content_of(*store_)});
+    // Another program may have created the file meanwhile.
+    if (content_of(*file) != content_of(*store_)) change(*file, wanted, on_rule);
+  }
+
+ private:
+  static void change(RuleStore& store, const schedule::WantedChange& wanted,
+                     const std::function<void(std::size_t)>& on_rule) {
+    if (wanted.calendar) return store.replace_calendars({{*wanted.calendar, schedule::shipped_calendars_version}});
+    StoreImport records;
+    for (const schedule::NamedRule& rule : wanted.rules) records.rules.push_back(from_named(rule));
+    if (wanted.settings) {
+      records.settings.emplace();
+      for (const schedule::NamedSetting& setting : *wanted.settings) records.settings->push_back(from_named(setting));
+    }
+    store.import_records(records, on_rule);
+  }
+
+  static StoreContent content_of(RuleStore& store) {
+    StoreContent content{{}, {}, store.load_calendars()};
+    for (const StoredRule& stored : store.load_rules()) content.rules.push_back(stored.rule);
+    for (const StoredSetting& stored : store.load_settings()) content.settings.push_back(stored.setting);
+    return content;
+  }
+
+  std::filesystem::path path_;
+  std::unique_ptr<RuleStore> store_;
+  bool is_new_ = false;
+};
+
+/// One command with the files, the store and the console of this process.
+class ConsoleCommand {
+ public:
+  explicit ConsoleCommand(const CommandArguments& arguments) : arguments_(arguments) {}
+
+  schedule::ExitCode run() {
+    try {
+      if (!arguments_.store.empty()) store_.emplace(arguments_);
+      schedule::CommandOutput output = run_command(arguments_, input());
+      if (output.change) change_store(*output.change);
+      return write(output);
+    } catch (const StoreError& error) {
+      write_error(store_message(error) + L"\n");
+      return schedule::unusable_file;
+    } catch (const Cancelled&) {
+      tell(MistakeKind::cancelled, {});
+      return schedule::not_started;
+    }
+  }
+
+ private:
+  schedule::CommandInput input() {
+    schedule::CommandInput input;
+    input.read_file = [](const std::string& path) { return try_read_file(base::from_utf8(path)); };
+    if (store_) {
+      for (const schedule::Calendar& calendar : newer_calendars(store_->store().load_calendars()))
+        tell(MistakeKind::older_calendar, {calendar.name});
+      NamedRecords records = load_named(store_->store());
+      input.rules = std::move(records.rules);
+      input.settings = std::move(records.settings);
+      input.calendars = std::move(records.calendars);
+    } else {
+      input.calendars = schedule::shipped_calendars();
+    }
+    input.today = local_today();
+    input.language = chosen_language();
+    input.progress = [this](std::size_t done, std::size_t all) { return progress_.show(done, all); };
+    return input;
+  }
+
+  void change_store(const schedule::WantedChange& change) {
+    store_->change(change, [&](std::size_t done) {
+      if (!progress_.show(done, change.rules.size())) throw Cancelled();
+    });
+  }
+
+  schedule::ExitCode write(const schedule::CommandOutput& output) {
+    for (const std::string& message : output.messages) write_message(message);
+    if (output.file && !try_write_file(base::from_utf8(arguments_.file), *output.file)) {
+      tell(MistakeKind::file_not_written, {arguments_.file});
+      return schedule::unusable_file;
+    }
+    if (!output.data.empty() && !write_output_utf8(output.data)) {
+      tell(MistakeKind::output_not_written, {});
+      return schedule::unusable_file;
+    }
+    return output.exit_code;
+  }
+
+  const CommandArguments& arguments_;
+  std::optional<CommandStore> store_;
+  ProgressDisplay progress_;
+};
+
+}  // namespace
+
+bool is_console_command(std::span<const std::wstring> arguments) {
+  return schedule::is_schedule_command(utf8(arguments));
+}
+
+schedule::ExitCode run_console_command(std::span<const std::wstring> arguments) {
+  schedule::Mistake mistake;
+  const std::optional<CommandArguments> parsed = schedule::parse_command_arguments(utf8(arguments), mistake);
+  if (!parsed) {
+    write_message(describe(mistake, chosen_language()));
+    return schedule::wrong_arguments;
+  }
+  SetConsoleCtrlHandler(&on_console_event, TRUE);
+  return ConsoleCommand(*parsed).run();
+}
+
+}  // namespace workbench

@@ -1,0 +1,69 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "Commands.h"
+
+namespace workbench::schedule {
+
+/// Ends a command early.
+struct CommandFailure {
+  ExitCode exit_code;
+};
+
+/// What the commands share: their input, and the output that they have written so far.
+class CommandContext {
+ protected:
+  CommandContext(const CommandArguments& arguments, const CommandInput& input) : arguments_(arguments), input_(input) {}
+  ~CommandContext() = default;
+  CommandContext(const CommandContext&) = delete;
+  CommandContext& operator=(const CommandContext&) = delete;
+
+  /// The output of the command `body`.
+  template <class Body>
+  CommandOutput run(const Body& body) {
+    try {
+      body();
+    } catch (const CommandFailure& failure) {
+      output_.data.clear();
+      output_.file.reset();
+      output_.change.reset();
+      output_.exit_code = failure.exit_code;
+    }
+    return std::move(output_);
+  }
+
+  void tell(MistakeKind kind, std::vector<std::string> parameters) {
+    output_.messages.push_back(describe({0, kind, std::move(parameters)}, input_.language));
+  }
+
+  void tell(const std::string& file, const std::vector<Mistake>& mistakes) {
+    for (const Mistake& mistake : mistakes) output_.messages.push_back(describe(file, mistake, input_.language));
+  }
+
+  [[noreturn]] void fail(ExitCode exit_code, MistakeKind kind, std::vector<std::string> parameters) {
+    tell(kind, std::move(parameters));
+    throw CommandFailure{exit_code};
+  }
+
+  std::string read(const std::string& path) {
+    std::optional<std::string> bytes = input_.read_file(path);
+    if (!bytes) fail(unusable_file, MistakeKind::unreadable_file, {path});
+    return std::move(*bytes);
+  }
+
+  /// Says how much is done, and ends the command if it is cancelled.
+  void advance(std::size_t done, std::size_t all) {
+    if (input_.progress && !input_.progress(done, all)) fail(not_started, MistakeKind::cancelled, {});
+  }
+
+  const CommandArguments& arguments_;
+  const CommandInput& input_;
+  CommandOutput output_;
+};
+
+/// The commands about what a store holds: import, export and calendars.
+CommandOutput run_store_command(const CommandArguments& arguments, const CommandInput& input);
+
+}  // namespace workbench::schedule

@@ -1,0 +1,206 @@
+#include <algorithm>
+#include <map>
+#include <set>
+
+#include "CalendarChange.h"
+#include "CalendarFile.h"
+#include "CommandContext.h"
+#include "ICalendar.h"
+#include "ImportPlan.h"
+#include "TextTable.h"
+
+namespace workbench::schedule {
+
+namespace {
+
+using Action = CommandArguments::Action;
+
+const char* name_of(ImportAction action) {
+  switch (action) {
+    case ImportAction::add:
+      return "add";
+    case ImportAction::change:
+      return "change";
+    case ImportAction::leave:
+      return "leave";
+  }
+  return "";
+}
+
+class StoreCommand : private CommandContext {
+ public:
+  StoreCommand(const CommandArguments& arguments, const CommandInput& input) : CommandContext(arguments, input) {}
+
+  CommandOutput run() {
+    return CommandContext::run([this] {
+      switch (arguments_.action) {
+        case Action::import_records:
+          return import_records();
+        case Action::export_records:
+          return export_records();
+        case Action::list_calendars:
+          return list_calendars();
+        default:
+          return import_calendar();
+      }
+    });
+  }
+
+ private:
+  bool is_json() const { return arguments_.file.ends_with(".json"); }
+
+  /// Whether the command is about this kind of records: in CSV about rules unless it says otherwise, in JSON about all.
+  bool is_wanted(RecordKind kind) const {
+    return arguments_.what ? *arguments_.what == kind : is_json() || kind == RecordKind::rules;
+  }
+
+  RuleFile read_records() {
+    const std::string bytes = read(arguments_.file);
+    if (!is_json()) return is_wanted(RecordKind::rules) ? read_rules_csv(bytes) : read_settings_csv(bytes);
+    RuleFile file = read_rules_json(bytes);
+    if (!is_wanted(RecordKind::rules)) file.rules.reset();
+    if (!is_wanted(RecordKind::settings)) file.settings.reset();
+    return file;
+  }
+
+  void import_records() {
+    const RuleFile file = read_records();
+    const bool has_records = (file.rules && !file.rules->empty()) || (file.settings && !file.settings->empty());
+    const ImportPlan plan = plan_import(file, input_.rules, input_.settings);
+    for (const std::string& column : plan.ignored_columns) tell(MistakeKind::ignored_column, {arguments_.file, column});
+    tell(arguments_.file, plan.refused);
+    tell(arguments_.file, plan.warnings);
+    if (!plan.refused.empty() && !has_records) throw CommandFailure{unusable_file};
+    describe_plan(plan);
+    if (!plan.refused.empty()) output_.exit_code = with_differences;
+    if (!plan.refused.empty() || arguments_.dry_run || !changes_anything(plan))
+      return tell(MistakeKind::nothing_imported, {});
+    output_.change = wanted(plan);
+  }
+
+  static bool changes_anything(const ImportPlan& plan) {
+    return plan.count(ImportAction::add) + plan.count(ImportAction::change) + plan.removed_settings.size() > 0;
+  }
+
+  static WantedChange wanted(const ImportPlan& plan) {
+    WantedChange change;
+    for (const PlannedRule& planned : plan.rules)
+      if (planned.action != ImportAction::leave) change.rules.push_back(planned.rule);
+    if (plan.settings) {
+      change.settings.emplace();
+      for (const PlannedSetting& planned : *plan.settings) change.settings->push_back(planned.setting);
+    }
+    return change;
+  }
+
+  /// Lists what the import does with each record of the file, by its line, and with the settings that are not there.
+  void describe_plan(const ImportPlan& plan) {
+    std::set<std::size_t> refused;
+    for (const Mistake& mistake : plan.refused) refused.insert(mistake.line);
+    std::multimap<std::size_t, std::vector<std::string>> rows;
+    std::map<ImportAction, std::size_t> counts;
+    const auto add = [&](std::size_t line, const char* what, const std::string& name, ImportAction action) {
+      if (refused.contains(line)) return;
+      ++counts[action];
+      rows.emplace(line, std::vector{std::to_string(line), std::string(what), name, std::string(name_of(action))});
+    };
+    for (const PlannedRule& planned : plan.rules) add(planned.line, "rule", planned.rule.name, planned.action);
+    if (plan.settings)
+      for (const PlannedSetting& planned : *plan.settings)
+        add(planned.line, "setting", planned.setting.name, planned.action);
+    for (const std::size_t line : refused)
+      rows.emplace(line, std::vector<std::string>{std::to_string(line), "", "", "refuse"});
+
+    TextTable table{{"line", "what", "name", "action"}};
+    for (auto& [line, row] : rows) table.push_back(std::move(row));
+    for (const NamedSetting& setting : plan.removed_settings) table.push_back({"", "setting", setting.name, "remove"});
+    output_.data = csv_text(table);
+    tell(MistakeKind::import_summary,
+         {std::to_string(counts[ImportAction::add]), std::to_string(counts[ImportAction::change]),
+          std::to_string(counts[ImportAction::leave]), std::to_string(plan.removed_settings.size()),
+          std::to_string(refused.size())});
+  }
+
+  void export_records() {
+    if (is_json()) {
+      std::optional<std::span<const NamedRule>> rules;
+      std::optional<std::span<const NamedSetting>> settings;
+      if (is_wanted(RecordKind::rules)) rules = input_.rules;
+      if (is_wanted(RecordKind::settings)) settings = input_.settings;
+      output_.file = write_rules_json(rules, settings);
+      return;
+    }
+    std::string refused;
+    output_.file = is_wanted(RecordKind::rules) ? write_rules_csv(input_.rules, refused)
+                                                : write_settings_csv(input_.settings, refused);
+    if (!output_.file) fail(with_differences, MistakeKind::not_csv, {refused});
+  }
+
+  void list_calendars() {
+    TextTable table{{"name", "from", "to", "closed", "title"}};
+    for (const Calendar& calendar : input_.calendars) {
+      table.push_back({calendar.name, to_text(calendar.from), to_text(calendar.to),
+                       std::to_string(calendar.closed.size()), calendar.title});
+    }
+    output_.data = aligned_text(table);
+  }
+
+  Calendar read_wanted_calendar() {
+    const std::string bytes = read(arguments_.file);
+    const bool is_complete = arguments_.first_day && arguments_.last_day && !arguments_.calendar_name.empty();
+    const bool says_something = arguments_.first_day || arguments_.last_day || !arguments_.calendar_name.empty();
+    const bool events = is_icalendar(bytes);
+    constexpr const char* options = "--name, --from, --to";
+    if (events && !is_complete) fail(wrong_arguments, MistakeKind::icalendar_needs, {arguments_.file, options});
+    if (!events && says_something) fail(wrong_arguments, MistakeKind::calendar_says_itself, {arguments_.file, options});
+    CalendarReading reading =
+        events ? read_icalendar(bytes, {arguments_.calendar_name, *arguments_.first_day, *arguments_.last_day})
+               : read_calendar(bytes);
+    tell(arguments_.file, reading.mistakes);
+    if (!reading.calendar) throw CommandFailure{unusable_file};
+    return *std::move(reading.calendar);
+  }
+
+  void import_calendar() {
+    const Calendar calendar = read_wanted_calendar();
+    const auto stored = std::ranges::find(input_.calendars, calendar.name, &Calendar::name);
+    if (stored == input_.calendars.end()) {
+      tell(MistakeKind::new_calendar, {calendar.name, to_text(calendar.from), to_text(calendar.to)});
+      Calendar nothing_closed = calendar;
+      nothing_closed.closed.clear();
+      describe_change(changed_days(nothing_closed, calendar), {});
+    } else {
+      if (*stored == calendar) return tell(MistakeKind::same_calendar, {calendar.name});
+      if (stored->from != calendar.from || stored->to != calendar.to) {
+        tell(MistakeKind::calendar_range,
+             {calendar.name, to_text(stored->from), to_text(stored->to), to_text(calendar.from), to_text(calendar.to)});
+      }
+      describe_change(changed_days(*stored, calendar), changed_dates(*stored, calendar, input_.rules, input_.settings));
+    }
+    if (arguments_.dry_run) return tell(MistakeKind::nothing_imported, {});
+    output_.change = WantedChange{.calendar = calendar};
+  }
+
+  /// Two tables with an empty line between them: the days that change, and the dates of rules that change with them.
+  void describe_change(const std::vector<ChangedDay>& days, const std::vector<ChangedDates>& dates) {
+    TextTable day_table{{"day", "change", "reason"}};
+    for (const ChangedDay& changed : days)
+      day_table.push_back({to_text(changed.day), changed.closed ? "closed" : "open", changed.reason});
+    TextTable date_table{{"rule", "setting", "contract", "expiration_before", "expiration", "roll_before", "roll"}};
+    for (const auto& [before, after] : dates) {
+      date_table.push_back({after.rule, after.setting, to_text(after.dates.contract),
+                            known_text(before.dates.expiration), known_text(after.dates.expiration),
+                            known_text(before.dates.roll), known_text(after.dates.roll)});
+    }
+    output_.data = csv_text(day_table) + "\r\n" + csv_text(date_table);
+    tell(MistakeKind::calendar_summary, {std::to_string(days.size()), std::to_string(dates.size())});
+  }
+};
+
+}  // namespace
+
+CommandOutput run_store_command(const CommandArguments& arguments, const CommandInput& input) {
+  return StoreCommand(arguments, input).run();
+}
+
+}  // namespace workbench::schedule
