@@ -115,7 +115,8 @@ stubs() {
   DISPLAY='' run -2 ./run --store a
   expect '^run: these arguments need a display'
   local argument
-  for argument in --help --version --print-rules; do
+  for argument in --help --version --print-rules --schedule-all --find-rule --import --export --calendars --import-calendar \
+    --schedule --check; do
     DISPLAY='' run -0 ./run --store a $argument
     expect "^session <--virtual> .*workbench.exe> <--store> <a> <$argument>$"
   done

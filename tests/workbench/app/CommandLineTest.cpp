@@ -84,6 +84,13 @@ TEST(CommandLine, LanguageIsFoundBesideInvalidArguments) {
   EXPECT_EQ(try_find_language(Arguments{}), std::nullopt);
 }
 
+TEST(CommandLine, LanguageIsTakenOutOfTheArgumentsOfACommand) {
+  EXPECT_EQ(without_language(Arguments{L"--language", L"en", L"--schedule", L"gold", L"--language", L"zh"}),
+            (Arguments{L"--schedule", L"gold"}));
+  EXPECT_THROW(without_language(Arguments{L"--language", L"fr"}), CommandLineError);
+  EXPECT_THROW(without_language(Arguments{L"--schedule-all", L"--language"}), CommandLineError);
+}
+
 TEST(CommandLine, ProcessArgumentsLeaveOutTheProgram) {
   for (const std::wstring& argument : process_arguments()) EXPECT_EQ(argument.find(L".exe"), std::wstring::npos);
 }
