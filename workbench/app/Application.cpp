@@ -36,7 +36,7 @@ Application::Application(std::shared_ptr<RuleStore> store, std::wstring store_pa
       menu_(std::make_shared<MainMenu>(GetMenu(window_.handle()), menus_after_those_of_plugins, targets_,
                                        [this] { DrawMenuBar(window_.handle()); })),
       hot_keys_(std::make_shared<HotKeys>(targets_)),
-      classes_(store_, store_failure_listener()) {
+      classes_(store_, store_listeners()) {
   window_.show_store(store_path_);
   window_.show_message(text(IDS_READY));
   subscribe_to_store();
@@ -65,7 +65,7 @@ HRESULT Application::initialize_plugin() {
   return plugin_->initialize(
       {.main_menu = base::ComPtr<IDispatch>(menu_->make_dispatch(), false),
        .hot_keys = base::ComPtr<IDispatch>(hot_keys_->make_dispatch(), false),
-       .storage = base::ComPtr<IDispatch>(create_storage_object(store_, store_failure_listener()), false),
+       .storage = base::ComPtr<IDispatch>(create_storage_object(store_, store_listeners()), false),
        .registry_path = settings_path()});
 }
 
@@ -174,12 +174,15 @@ void Application::unload_plugin() noexcept {
   CoFreeUnusedLibraries();
 }
 
-/// It is called in the middle of a call that the plug-in makes, where nothing may block.
-StoreFailureListener Application::store_failure_listener() {
-  return [this](const StoreError& error, const Rule* unsaved) {
-    alarm(store_failure(error, unsaved));
-    window_.show_message(store_message(error));
-  };
+/// They are called in the middle of a call that the plug-in makes, where nothing may block.
+StoreListeners Application::store_listeners() {
+  return {.failed =
+              [this](const StoreError& error, const Rule* unsaved) {
+                alarm(store_failure(error, unsaved));
+                window_.show_message(store_message(error));
+              },
+          .restored =
+              [this](const StoredRule& added) { window_.show_message(text(IDS_RULE_RESTORED, {added.rule.name})); }};
 }
 
 void Application::alarm(const std::wstring& message) {

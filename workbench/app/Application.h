@@ -53,7 +53,7 @@ class Application {
   HRESULT initialize_plugin();
   void unload_plugin() noexcept;
 
-  StoreFailureListener store_failure_listener();
+  StoreListeners store_listeners();
   /// Shows a message in the status bar at once and in a box as soon as a message loop runs.
   void alarm(const std::wstring& message);
   void show_alarms();

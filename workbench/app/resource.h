@@ -143,6 +143,7 @@
 #define IDS_STORE_NOT_READ 1121
 #define IDS_STORE_CALL_FAILED 1122
 #define IDS_RULE_NOT_SAVED 1123
+#define IDS_RULE_RESTORED 1124
 #define IDS_NEWER_CALENDARS 1139
 
 /* the schedule; weekdays and reasons follow one another */

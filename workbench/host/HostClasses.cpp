@@ -9,16 +9,16 @@
 
 namespace workbench {
 
-IDispatch* create_storage_object(std::shared_ptr<RuleStore> store, StoreFailureListener listener) {
-  return static_cast<IkvStorage*>(new StorageObject(std::move(store), std::move(listener)));
+IDispatch* create_storage_object(std::shared_ptr<RuleStore> store, StoreListeners listeners) {
+  return static_cast<IkvStorage*>(new StorageObject(std::move(store), std::move(listeners)));
 }
 
-HostClassObjects create_class_objects(const std::shared_ptr<RuleStore>& store, const StoreFailureListener& listener) {
+HostClassObjects create_class_objects(const std::shared_ptr<RuleStore>& store, const StoreListeners& listeners) {
   const auto class_object = [](std::function<IUnknown*()> create) {
     return base::ComPtr<IClassFactory>(new ClassObject(std::move(create)), false);
   };
   return {{
-      {__uuidof(kvStorage), class_object([=] { return create_storage_object(store, listener); })},
+      {__uuidof(kvStorage), class_object([=] { return create_storage_object(store, listeners); })},
       {__uuidof(kvTable), class_object([] { return static_cast<IKV_kvudfcom::IkvTable*>(new TableObject); })},
       {__uuidof(kvRuleFilter), class_object([] { return static_cast<IkvRuleFilter*>(new RuleFilterObject); })},
   }};
@@ -37,8 +37,8 @@ HostClasses::HostClasses(const HostClassObjects& objects) {
   }
 }
 
-HostClasses::HostClasses(const std::shared_ptr<RuleStore>& store, const StoreFailureListener& listener)
-    : HostClasses(create_class_objects(store, listener)) {}
+HostClasses::HostClasses(const std::shared_ptr<RuleStore>& store, const StoreListeners& listeners)
+    : HostClasses(create_class_objects(store, listeners)) {}
 
 HostClasses::~HostClasses() { revoke(); }
 

@@ -17,9 +17,19 @@ namespace workbench {
 /// It must not throw.
 using StoreFailureListener = std::function<void(const StoreError& error, const Rule* unsaved)>;
 
+/// Hears of a rule that a client asked for by its number, which the store lacked, and then added while it still held
+/// the table that it had got: the rule was deleted by another program meanwhile. What it throws is dropped.
+using RestoredRuleListener = std::function<void(const StoredRule& added)>;
+
+/// Who hears of what happens in the host's objects; either may be empty.
+struct StoreListeners {
+  StoreFailureListener failed;
+  RestoredRuleListener restored;
+};
+
 /// Makes a storage object: `IkvStorage`, `IkvStorageSession`, `IkvSymbolSourceService` and `IkvExpirationRuleService`
 /// over this store, which it shares. The caller owns the one reference.
-IDispatch* create_storage_object(std::shared_ptr<RuleStore> store, StoreFailureListener listener);
+IDispatch* create_storage_object(std::shared_ptr<RuleStore> store, StoreListeners listeners);
 
 /// A class of the host and the object that creates its instances.
 struct HostClass {
@@ -30,14 +40,14 @@ struct HostClass {
 using HostClassObjects = std::array<HostClass, 3>;
 
 /// Creates the class objects of `kvStorage`, `kvTable` and `kvRuleFilter`, in this order, over this store.
-HostClassObjects create_class_objects(const std::shared_ptr<RuleStore>& store, const StoreFailureListener& listener);
+HostClassObjects create_class_objects(const std::shared_ptr<RuleStore>& store, const StoreListeners& listeners);
 
 /// While it lives, this process serves the host's classes to itself. Constructed and destroyed on a thread whose
 /// apartment is initialised. Throws `_com_error` when a class cannot be registered.
 class HostClasses {
  public:
   explicit HostClasses(const HostClassObjects& objects);
-  HostClasses(const std::shared_ptr<RuleStore>& store, const StoreFailureListener& listener);
+  HostClasses(const std::shared_ptr<RuleStore>& store, const StoreListeners& listeners);
   HostClasses(const HostClasses&) = delete;
   HostClasses& operator=(const HostClasses&) = delete;
   ~HostClasses();

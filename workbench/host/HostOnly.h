@@ -2,13 +2,15 @@
 
 #include <oaidl.h>
 
+#include <memory>
+
 #include "TableRows.h"
 
 namespace workbench {
 
 /// By these interfaces the host's services know its own tables and filters; nobody else's object answers them.
 struct ITableAccess : IDispatch {
-  virtual TableRows& rows() noexcept = 0;
+  virtual std::shared_ptr<TableRows> rows() noexcept = 0;
 };
 
 struct IRuleFilterAccess : IDispatch {

@@ -9,12 +9,12 @@ namespace workbench {
 namespace {
 
 /// The rows of a table that may be filled, or null.
-TableRows* empty_rows(IKV_kvudfcom::IkvTable* table) {
+std::shared_ptr<TableRows> empty_rows(IKV_kvudfcom::IkvTable* table) {
   base::ComPtr<ITableAccess> access;
   if (!table || FAILED(table->QueryInterface(__uuidof(ITableAccess), reinterpret_cast<void**>(&access))))
     return nullptr;
-  TableRows& rows = access->rows();
-  return rows.count() == 0 ? &rows : nullptr;
+  std::shared_ptr<TableRows> rows = access->rows();
+  return rows->count() == 0 ? rows : nullptr;
 }
 
 /// The number of the rule that a filter selects; 0 for every rule.
@@ -74,7 +74,7 @@ HRESULT StorageObject::store_method(const std::optional<Rule>& unsaved, Body&& b
     try {
       return body();
     } catch (const StoreError& error) {
-      if (listener_) listener_(error, unsaved ? &*unsaved : nullptr);
+      if (listeners_.failed) listeners_.failed(error, unsaved ? &*unsaved : nullptr);
       return store_result(error.kind());
     }
   });
@@ -82,7 +82,7 @@ HRESULT StorageObject::store_method(const std::optional<Rule>& unsaved, Body&& b
 
 HRESULT StorageObject::load_symbol_source_settings(IkvRuleFilter*, IKV_kvudfcom::IkvTable* table) noexcept {
   return store_method(std::nullopt, [&] {
-    TableRows* rows = empty_rows(table);
+    const std::shared_ptr<TableRows> rows = empty_rows(table);
     if (!rows) return E_INVALIDARG;
     fill_table(*rows, store_->load_settings());
     return S_OK;
@@ -100,10 +100,11 @@ std::vector<StoredRule> StorageObject::select_rules(long number) {
 
 HRESULT StorageObject::load_rules(IkvRuleFilter* filter, IKV_kvudfcom::IkvTable* table) noexcept {
   return store_method(std::nullopt, [&] {
-    TableRows* rows = empty_rows(table);
+    const std::shared_ptr<TableRows> rows = empty_rows(table);
     long number = 0;
     if (!rows || !read_filter(filter, number)) return E_INVALIDARG;
     fill_table(*rows, select_rules(number));
+    if (number != 0 && rows->count() == 0) lost_rule_ = rows;
     return S_OK;
   });
 }
@@ -128,9 +129,22 @@ HRESULT StorageObject::add_rule(BSTR ruleName, long rollOffset, long dayType, lo
   return store_method(rule, [&] {
     rule = {text_of(ruleName), rollOffset,  dayType, dayMode,      dayOfMonth,
             dayMonth,          weekOrdinal, weekday, weekdayMonth, moveToNextTradingDay};
-    *ruleId = store_->add_rule(*rule).number;
+    const StoredRule added = store_->add_rule(*rule);
+    *ruleId = added.number;
+    note_restored(added);
     return S_OK;
   });
+}
+
+/// A client that saves a rule still has the table of that rule: whoever let go of it adds another one.
+void StorageObject::note_restored(const StoredRule& added) noexcept {
+  const bool was_lost = !std::exchange(lost_rule_, {}).expired();
+  if (!was_lost || !listeners_.restored) return;
+  try {
+    listeners_.restored(added);
+  } catch (...) {
+    // The rule is stored, whatever becomes of the message.
+  }
 }
 
 std::optional<Revision> StorageObject::loaded_revision(long number) const {

@@ -5,6 +5,7 @@
 
 #include "HostClasses.h"
 #include "HostStorage.h"
+#include "TableRows.h"
 #include "UnusedSlots.h"
 
 namespace workbench {
@@ -16,8 +17,8 @@ class StorageObject final
     : public RuleServiceSlots<
           DispatchObject<IkvStorage, IkvStorageSession, IkvSymbolSourceService, IkvExpirationRuleService>> {
  public:
-  StorageObject(std::shared_ptr<RuleStore> store, StoreFailureListener listener)
-      : store_(std::move(store)), listener_(std::move(listener)) {}
+  StorageObject(std::shared_ptr<RuleStore> store, StoreListeners listeners)
+      : store_(std::move(store)), listeners_(std::move(listeners)) {}
 
   /// The filter is not looked at. The table is one of the host's own, without rows; else E_INVALIDARG.
   HRESULT STDMETHODCALLTYPE load_symbol_source_settings(IkvRuleFilter* filter,
@@ -38,11 +39,13 @@ class StorageObject final
   template <class Body>
   HRESULT store_method(const std::optional<Rule>& unsaved, Body&& body) noexcept;
   std::vector<StoredRule> select_rules(long number);
+  void note_restored(const StoredRule& added) noexcept;
   std::optional<Revision> loaded_revision(long number) const;
 
   std::shared_ptr<RuleStore> store_;
-  StoreFailureListener listener_;
+  StoreListeners listeners_;
   std::unordered_map<long, Revision> loaded_revisions_;  // of the rules that were loaded by their number
+  std::weak_ptr<TableRows> lost_rule_;                   // what was filled last for a number that the store lacks
 };
 
 }  // namespace workbench

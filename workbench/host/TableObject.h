@@ -25,7 +25,7 @@ class TableObject final : public TableSlots<DispatchObject<IKV_kvudfcom::IkvTabl
   HRESULT STDMETHODCALLTYPE MoveNext() noexcept override;
   HRESULT STDMETHODCALLTYPE IsEOF(long* flag) noexcept override;
 
-  TableRows& rows() noexcept override { return *rows_; }
+  std::shared_ptr<TableRows> rows() noexcept override { return rows_; }
 
  private:
   struct ReleaseField {

@@ -71,7 +71,7 @@ workbench::HostClass with_proxy(const workbench::HostClass& inner, const std::sh
 }
 
 workbench::HostClassObjects with_proxies(const std::shared_ptr<HostState>& host) {
-  const workbench::HostClassObjects inner = workbench::create_class_objects(host->store, nullptr);
+  const workbench::HostClassObjects inner = workbench::create_class_objects(host->store, {});
   return {with_proxy<StorageProxy>(inner[0], host, "kvStorage::CreateInstance"),
           with_proxy<TableProxy>(inner[1], host, "kvTable::CreateInstance"),
           with_proxy<FilterProxy>(inner[2], host, "kvRuleFilter::CreateInstance")};
@@ -145,7 +145,7 @@ void RecordingHost::remove_submenus() {
 }
 
 base::ComPtr<IDispatch> RecordingHost::storage() const {
-  const base::ComPtr<IDispatch> storage = owned(workbench::create_storage_object(state_->store, nullptr));
+  const base::ComPtr<IDispatch> storage = owned(workbench::create_storage_object(state_->store, {}));
   return owned(static_cast<IkvStorage*>(new StorageProxy(state_, storage)));
 }
 
@@ -159,7 +159,7 @@ base::ComPtr<IDispatch> RecordingHost::hot_keys() const {
 
 ComPtr<IKV_kvudfcom::IkvTable> RecordingHost::table(const std::vector<HostRow>& rows) const {
   ComPtr<IUnknown> object;
-  const workbench::HostClassObjects classes = workbench::create_class_objects(state_->store, nullptr);
+  const workbench::HostClassObjects classes = workbench::create_class_objects(state_->store, {});
   EXPECT_EQ(S_OK, classes[1].factory->CreateInstance(nullptr, IID_IUnknown, reinterpret_cast<void**>(&object)));
   const ComPtr<IKV_kvudfcom::IkvTable> table = object;
   if (!rows.empty()) {

@@ -138,6 +138,51 @@ TEST_F(ApplicationTest, AlarmWaitsForTheDialogThatIsOnItsWay) {
   EXPECT_FALSE(frame_was_enabled);
 }
 
+/// Deletes a rule that no setting uses any more then.
+void delete_by_another_program(RuleStore& store, long rule) {
+  store.replace_settings({});
+  store.delete_rule(rule);
+}
+
+/// Gives the rule in an editor a name and chooses the first of each list.
+void fill_editor(HWND editor, const wchar_t* name) {
+  SetWindowTextW(FindWindowExW(editor, nullptr, L"Edit", nullptr), name);
+  for (HWND list = nullptr; (list = FindWindowExW(editor, list, L"ComboBox", nullptr));) {
+    SendMessageW(list, CB_SETCURSEL, 0, 0);
+  }
+}
+
+TEST_F(ApplicationTest, SavedRuleThatAnotherProgramHadDeletedIsSaidToBeAddedAnew) {
+  start();
+  application_->load_plugin(real_module());
+  ShowWindow(window(), SW_SHOW);
+  // The pane shows the rule until messages are dispatched.
+  delete_by_another_program(*store_, 1);
+  const DialogDriver user([&](HWND editor) {
+    fill_editor(editor, L"CSI 500");
+    click(editor, IDOK);
+  });
+  press(IDM_OPEN_RULE);
+  ASSERT_EQ(store_->load_rules().size(), 1u);
+  EXPECT_EQ(store_->load_rules()[0].rule.name, L"CSI 500");
+  EXPECT_EQ(message(), L"该规则已被另一个程序删除，现已重新添加为“CSI 500”。");
+  pump_messages();
+  EXPECT_EQ(message(), text(IDS_RULE_RESTORED, {L"CSI 500"})) << "the panes follow without a message";
+  press(IDM_REFRESH);
+  EXPECT_EQ(message(), text(IDS_REFRESHED));
+}
+
+TEST_F(ApplicationTest, RuleThatAnotherProgramDeletedAndThatIsNotSavedIsNotMentioned) {
+  start();
+  application_->load_plugin(real_module());
+  ShowWindow(window(), SW_SHOW);
+  delete_by_another_program(*store_, 1);
+  const DialogDriver user([&](HWND editor) { click(editor, IDCANCEL); });
+  press(IDM_OPEN_RULE);
+  EXPECT_TRUE(store_->load_rules().empty());
+  EXPECT_EQ(message(), L"插件已加载");
+}
+
 /// A store that takes no change.
 class ReadOnlyStoreTest : public ApplicationTest {
  protected:

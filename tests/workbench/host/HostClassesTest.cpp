@@ -18,7 +18,7 @@ class HostClassesTest : public HostObjects {
   }
 
   std::shared_ptr<MemoryRuleStore> store_ = std::make_shared<MemoryRuleStore>();
-  std::optional<HostClasses> classes_{std::in_place, store_, nullptr};
+  std::optional<HostClasses> classes_{std::in_place, store_, StoreListeners{}};
 };
 
 TEST_F(HostClassesTest, ClientCreatesTheThreeClasses) {

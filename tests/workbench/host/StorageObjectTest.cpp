@@ -21,10 +21,12 @@ class StorageObjectTest : public HostObjects {
   void use_store(std::shared_ptr<RuleStore> store) {
     rules_ = base::ComPtr<IDispatch>(
         create_storage_object(std::move(store),
-                              [this](const StoreError& error, const Rule* unsaved) {
-                                heard_.push_back(error.kind());
-                                unsaved_.push_back(unsaved ? std::optional(*unsaved) : std::nullopt);
-                              }),
+                              {.failed =
+                                   [this](const StoreError& error, const Rule* unsaved) {
+                                     heard_.push_back(error.kind());
+                                     unsaved_.push_back(unsaved ? std::optional(*unsaved) : std::nullopt);
+                                   },
+                               .restored = [this](const StoredRule& added) { restored_.push_back(added.number); }}),
         false);
     settings_ = rules_;
   }
@@ -58,6 +60,7 @@ class StorageObjectTest : public HostObjects {
   std::shared_ptr<MemoryRuleStore> inner_ = std::make_shared<MemoryRuleStore>();
   std::vector<StoreErrorKind> heard_;
   std::vector<std::optional<Rule>> unsaved_;
+  std::vector<long> restored_;
   base::ComPtr<IkvExpirationRuleService> rules_;
   base::ComPtr<IkvSymbolSourceService> settings_;
 };
@@ -294,11 +297,46 @@ TEST_F(StorageObjectTest, FailedLoadLeavesTheTableEmpty) {
 }
 
 TEST_F(StorageObjectTest, ListenerThatThrowsDoesNotEscape) {
-  const base::ComPtr<IkvExpirationRuleService> service =
-      base::ComPtr<IDispatch>(create_storage_object(inner_, [](const StoreError&, const Rule*) { throw 1; }), false);
+  const base::ComPtr<IkvExpirationRuleService> service = base::ComPtr<IDispatch>(
+      create_storage_object(inner_, {[](const StoreError&, const Rule*) { throw 1; }, nullptr}), false);
   long ok = 5;
   EXPECT_TRUE(FAILED(service->delete_rule(7, &ok)));
   EXPECT_EQ(ok, 0);
+}
+
+TEST_F(StorageObjectTest, RuleIsRestoredWhenItIsAddedByWhoHoldsTheTableOfAMissingOne) {
+  inner_->replace_content(sample_content());
+  long number = 0;
+  {
+    const base::ComPtr<IkvTable> missing = load(7);
+    EXPECT_EQ(row_count(load(0)), 2) << "the names are compared before a save";
+    EXPECT_EQ(add(sample_rule(L"first"), &number), STG_E_FILEALREADYEXISTS);
+    EXPECT_TRUE(restored_.empty());
+    EXPECT_EQ(add(sample_rule(L"again"), &number), S_OK);
+    EXPECT_EQ(restored_, std::vector{number});
+    EXPECT_EQ(add(sample_rule(L"another"), &number), S_OK);
+  }
+  EXPECT_EQ(restored_.size(), 1u) << "once for each missing rule";
+}
+
+TEST_F(StorageObjectTest, RuleThatIsAddedOtherwiseIsNotRestored) {
+  inner_->replace_content(sample_content());
+  long number = 0;
+  const base::ComPtr<IkvTable> there = load(2);
+  load(7);
+  EXPECT_EQ(add(sample_rule(L"after a missing one was let go of"), &number), S_OK);
+  inner_->replace_content({});
+  const base::ComPtr<IkvTable> none = load(0);
+  EXPECT_EQ(add(sample_rule(L"into an empty store"), &number), S_OK);
+  EXPECT_TRUE(restored_.empty());
+}
+
+TEST_F(StorageObjectTest, AddedRuleIsAddedWhateverTheListenerOfRestoredRulesThrows) {
+  rules_ = base::ComPtr<IDispatch>(create_storage_object(inner_, {nullptr, [](const StoredRule&) { throw 1; }}), false);
+  const base::ComPtr<IkvTable> missing = load(7);
+  long number = 0;
+  EXPECT_EQ(add(sample_rule(L"gold"), &number), S_OK);
+  EXPECT_EQ(number, 1);
 }
 
 TEST_F(StorageObjectTest, LateBindingKnowsNoNames) {
