@@ -5,8 +5,14 @@ set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
 
 set(zd_triple x86_64-w64-mingw32)
-set(CMAKE_C_COMPILER ${zd_triple}-gcc-posix)
-set(CMAKE_CXX_COMPILER ${zd_triple}-g++-posix)
+# Debian has a compiler for each thread model; other systems have this one only, without the model in its name.
+find_program(ZD_POSIX_COMPILER ${zd_triple}-g++-posix)
+set(zd_thread_model "")
+if(ZD_POSIX_COMPILER)
+  set(zd_thread_model -posix)
+endif()
+set(CMAKE_C_COMPILER ${zd_triple}-gcc${zd_thread_model})
+set(CMAKE_CXX_COMPILER ${zd_triple}-g++${zd_thread_model})
 set(CMAKE_RC_COMPILER ${zd_triple}-windres)
 set(ZD_WIDL ${zd_triple}-widl)
 

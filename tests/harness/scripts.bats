@@ -56,6 +56,7 @@ prepare_without_packages() {
   for name in bash dirname mktemp rm sort sed comm xargs echo env; do ln -s "$(type -P $name)" "$programs/"; done
   program "$programs/id" 'echo 1000'
   program "$programs/dpkg-query" 'exit 1'
+  program "$programs/apt-get" 'exit 1'
   [ $# = 0 ] || program "$programs/sudo" "$1"
   PATH=$programs run -1 "$(type -P bash)" "$tools/prepare" run </dev/null
 }
@@ -76,6 +77,52 @@ prepare_without_packages() {
   expect 'the package lists cannot be read.* g\+\+-mingw'
 }
 
+# prepare_elsewhere [PROGRAM...]: a copy of prepare on a machine without Debian's tools but with these programs, which
+# write what they are called with.
+prepare_elsewhere() {
+  local programs=$BATS_TEST_TMPDIR/elsewhere copy=$BATS_TEST_TMPDIR/copy name
+  rm -rf "$programs" "$copy"
+  mkdir -p "$programs" "$copy/tools"
+  cp "$tools"/{prepare,build-folder} "$copy/tools"
+  for name in bash dirname basename mktemp rm env realpath; do ln -s "$(type -P $name)" "$programs/"; done
+  # shellcheck disable=SC2016 # expanded by the programs
+  for name in "$copy/tools/session" "${@/#/$programs/}"; do
+    program "$name" 'printf "%s" "$(basename "$0")"; printf " <%s>" "$@"; echo'
+  done
+  PATH=$programs run "$(type -P bash)" "$copy/tools/prepare" run </dev/null
+}
+
+needed_programs=(x86_64-w64-mingw32-windres x86_64-w64-mingw32-widl cmake ninja perl wine wineserver Xvfb openbox xdotool
+  import convert)
+
+@test "prepare goes on where the programs are there, whatever installed them" {
+  local compiler
+  for compiler in x86_64-w64-mingw32-g++ x86_64-w64-mingw32-g++-posix; do
+    prepare_elsewhere "${needed_programs[@]}" $compiler
+    [ "$status" = 0 ]
+    expect '^cmake <--preset> <release> <-B> <[^ ]*/build/release>'
+  done
+}
+
+@test "prepare hands on where SQLite's amalgamation lies" {
+  ZD_SQLITE_AMALGAMATION="/my folder" prepare_elsewhere "${needed_programs[@]}" x86_64-w64-mingw32-g++
+  expect '<-DZD_SQLITE_AMALGAMATION=/my folder>$'
+}
+
+@test "prepare names the missing programs and the packages of each family" {
+  prepare_elsewhere "${needed_programs[@]}" dnf
+  [ "$status" = 1 ]
+  expect 'programs are missing: x86_64-w64-mingw32-g\+\+-posix or x86_64-w64-mingw32-g\+\+; on Fedora.* dnf install .*mingw64-gcc-c\+\+'
+  prepare_elsewhere "${needed_programs[@]}" x86_64-w64-mingw32-g++ pacman
+  [ "$status" = 0 ]
+  prepare_elsewhere pacman
+  expect 'missing: .* convert; on Arch.* pacman -S .*mingw-w64-gcc'
+  prepare_elsewhere zypper
+  expect 'on openSUSE.* zypper install .*mingw64-cross-gcc-c\+\+'
+  prepare_elsewhere
+  expect "equivalents of Debian's gcc-mingw"
+}
+
 # --- run, on a machine where everything is prepared ---
 
 # stubs STATUS: a copy of the scripts among tools that write what they are called with; only the display :there exists,
@@ -84,6 +131,8 @@ stubs() {
   tree=$BATS_TEST_TMPDIR/tree
   mkdir -p "$tree"/{tools,programs}
   cp "$project"/{run,test} "$tree"
+  cp "$tools/build-folder" "$tree/tools"
+  unset ZD_BUILD
   # shellcheck disable=SC2016 # expanded by the programs
   {
     local say='printf "%s" "$(basename "$0")"; printf " <%s>" "$@"; echo'
@@ -120,6 +169,46 @@ stubs() {
     DISPLAY='' run -0 ./run --store a $argument
     expect "^session <--virtual> .*workbench.exe> <--store> <a> <$argument>$"
   done
+}
+
+# --- the build folder ---
+
+@test "run works in the folder that ZD_BUILD names, as seen by the caller" {
+  stubs 0
+  cd "$BATS_TEST_TMPDIR" || return
+  DISPLAY=:there ZD_BUILD="out of tree" run -0 "$tree/run"
+  expect "^cmake <--build> <$BATS_TEST_TMPDIR/out of tree/release> "
+  expect "^session .*<$BATS_TEST_TMPDIR/out of tree/release/bin/workbench.exe>$"
+  DISPLAY='' ZD_BUILD="out of tree" run -0 "$tree/run"
+  expect "^session .*/workbench/tour/play>$"
+  [ ! -e "$tree/build" ]
+}
+
+@test "test works in the folder that ZD_BUILD names, as seen by the caller" {
+  stubs 0
+  # shellcheck disable=SC2016 # expanded by the program
+  program "$tree/tools/summarise-tests" 'echo "summary of $1"'
+  cd "$BATS_TEST_TMPDIR" || return
+  ZD_BUILD="out of tree" run -0 "$tree/test"
+  expect "^cmake <--build> <$BATS_TEST_TMPDIR/out of tree/release> "
+  expect "^session .*<ctest> <--test-dir> <$BATS_TEST_TMPDIR/out of tree/release> "
+  expect "^summary of $BATS_TEST_TMPDIR/out of tree/release/Testing/"
+  [ ! -e "$tree/build" ]
+}
+
+@test "prepare and the Wine prefix keep to the folder that ZD_BUILD names" {
+  ZD_BUILD="$BATS_TEST_TMPDIR/out of tree" prepare_elsewhere "${needed_programs[@]}" x86_64-w64-mingw32-g++
+  expect "^cmake .*<-B> <$BATS_TEST_TMPDIR/out of tree/release>"
+  # shellcheck disable=SC2016 # expanded by the other shell
+  run env -u ZD_WINEPREFIX ZD_BUILD="$BATS_TEST_TMPDIR/out of tree" bash -c '. "$1/wine-environment"; echo "$WINEPREFIX"' - "$tools"
+  [ "$output" = "$BATS_TEST_TMPDIR/out of tree/wine" ]
+}
+
+@test "a prefix in a folder with a space runs programs" {
+  ZD_BUILD="$BATS_TEST_TMPDIR/out of tree" run -0 env -u ZD_SESSION -u ZD_WINEPREFIX "$tools/session" --virtual \
+    "$tools/wine-run" cmd /c "echo it runs"
+  expect 'it runs'
+  [ -e "$BATS_TEST_TMPDIR/out of tree/wine/.ready" ]
 }
 
 # --- the end of a test run ---
