@@ -1,7 +1,10 @@
 #include <windows.h>
 #include <commctrl.h>
 
+#include <thread>
+
 #include "ImportProbe.h"
+#include "LateBound.h"
 #include "ModuleTest.h"
 #include "TextEncoding.h"
 
@@ -53,6 +56,27 @@ TEST_F(InitializeTest, ReportsAFailedEntryWithoutAReferenceToThePlugin) {
     EXPECT_EQ(2u, take_reports().size());
     calls().clear_faults();
   }
+}
+
+// An exception of another compiler unwinds nothing: a lock that were held during the call would stay so.
+TEST_F(InitializeTest, HoldsNoLockWhileTheHostIsCalled) {
+  int served = 0;
+  for (const char* call : {"IkvMainMenu::FindSubMenu", "IkvMainMenu::AddSubMenu", "IkvSubMenu::AddCommand",
+                           "IkvHotKeyCollection::AddHotKey"}) {
+    calls().inside(call, [&] {
+      std::thread other([&] {
+        const auto plugin = module_.plugin();
+        DISPID id = DISPID_UNKNOWN;
+        EXPECT_EQ(S_OK, id_of(plugin, L"DoCommand", id));
+        EXPECT_EQ(E_INVALIDARG, plugin->Initialize(nullptr, nullptr, nullptr, nullptr, nullptr, nullptr));
+        ++served;
+      });
+      other.join();
+    });
+  }
+  EXPECT_EQ(S_OK, initialize());
+  EXPECT_EQ(4, served);
+  EXPECT_FALSE(take_reports().empty()) << "the other threads report";
 }
 
 TEST_F(InitializeTest, AddsOneCommandAndOneHotKeyAimedAtThePlugin) {
