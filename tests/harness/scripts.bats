@@ -89,7 +89,7 @@ prepare_elsewhere() {
   for name in "$copy/tools/session" "${@/#/$programs/}"; do
     program "$name" 'printf "%s" "$(basename "$0")"; printf " <%s>" "$@"; echo'
   done
-  PATH=$programs run "$(type -P bash)" "$copy/tools/prepare" run </dev/null
+  PATH=$programs run "$(type -P bash)" "$copy/tools/prepare" "${depth:-run}" </dev/null
 }
 
 needed_programs=(x86_64-w64-mingw32-windres x86_64-w64-mingw32-widl cmake ninja perl wine wineserver Xvfb openbox xdotool
@@ -121,6 +121,8 @@ needed_programs=(x86_64-w64-mingw32-windres x86_64-w64-mingw32-widl cmake ninja 
   expect 'on openSUSE.* zypper install .*mingw64-cross-gcc-c\+\+'
   prepare_elsewhere
   expect "equivalents of Debian's gcc-mingw"
+  depth=quick prepare_elsewhere "${needed_programs[@]}" x86_64-w64-mingw32-g++ clang-format clang-tidy git
+  expect "missing: bats; install the equivalents of Debian's .* googletest"
 }
 
 # --- run, on a machine where everything is prepared ---
