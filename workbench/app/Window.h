@@ -6,12 +6,12 @@ namespace workbench {
 
 /// How a window is made: the arguments of `CreateWindowExW` that differ from window to window.
 struct WindowTemplate {
-  const wchar_t* class_name;
-  const wchar_t* title;
-  DWORD style;
-  HMENU menu;  ///< goes over to the window
-  HICON icon;
-  HCURSOR cursor;
+  const wchar_t* class_name = nullptr;
+  const wchar_t* title = nullptr;
+  DWORD style = 0;
+  HMENU menu = nullptr;  ///< goes over to the window
+  HICON icon = nullptr;
+  HCURSOR cursor = nullptr;
   HWND parent = nullptr;  ///< of a child window
   UINT id = 0;            ///< of a child window, which has no menu
 };
