@@ -53,7 +53,7 @@ void DatesDialog::show_messages(const std::vector<std::wstring>& lines) {
 }
 
 std::wstring mistake_in_words(const schedule::Mistake& mistake, std::size_t added_lines) {
-  const std::wstring words = from_schedule_text(describe(mistake, chosen_language()));
+  std::wstring words = from_schedule_text(describe(mistake, chosen_language()));
   if (mistake.line <= added_lines) return words;
   return text(IDS_LINE_MESSAGE, {std::to_wstring(mistake.line - added_lines), words});
 }
