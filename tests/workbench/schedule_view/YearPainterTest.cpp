@@ -26,7 +26,7 @@ class PaintedYear {
     paint_year(dc_.get(), layout_, picture, area_);
     GdiFlush();
     const auto* pixels = static_cast<const DWORD*>(bits);
-    pixels_.assign(pixels, pixels + area_.cx * area_.cy);
+    pixels_.assign(pixels, pixels + static_cast<std::size_t>(area_.cx) * static_cast<std::size_t>(area_.cy));
     SelectObject(dc_.get(), previous);
   }
 
@@ -37,8 +37,7 @@ class PaintedYear {
   std::vector<DWORD> part(const RECT& box) const {
     std::vector<DWORD> part;
     for (LONG y = box.top; y < box.bottom; ++y) {
-      for (LONG x = box.left; x < box.right; ++x)
-        part.push_back(pixels_.at(static_cast<std::size_t>(y * area_.cx + x)));
+      for (LONG x = box.left; x < box.right; ++x) part.push_back(pixel(x, y));
     }
     return part;
   }
@@ -46,6 +45,10 @@ class PaintedYear {
   const YearLayout& layout() const { return layout_; }
 
  private:
+  DWORD pixel(LONG x, LONG y) const {
+    return pixels_.at(static_cast<std::size_t>(y) * static_cast<std::size_t>(area_.cx) + static_cast<std::size_t>(x));
+  }
+
   SIZE area_;
   YearLayout layout_;
   Month first_;
