@@ -49,31 +49,25 @@ class DpiDialog final : public CDialogImpl<DpiDialog> {
 /// A thread that has the awareness of a host which draws for each monitor.
 class DpiAwarenessTest : public testing::Test {
  protected:
+  void SetUp() override { ASSERT_TRUE(is_context(per_monitor_)); }
   ~DpiAwarenessTest() override { SetThreadDpiAwarenessContext(previous_); }
+
+  const DPI_AWARENESS_CONTEXT per_monitor_ = DPI_AWARENESS_CONTEXT_PER_MONITOR_AWARE;
 
   test_support::Recorder recorder_;
 
  private:
-  const DPI_AWARENESS_CONTEXT previous_ = SetThreadDpiAwarenessContext(DPI_AWARENESS_CONTEXT_PER_MONITOR_AWARE_V2);
-
- protected:
-  // The thread's own value: platforms differ in whether it equals the constant of the second version.
-  const DPI_AWARENESS_CONTEXT per_monitor_ = GetThreadDpiAwarenessContext();
+  const DPI_AWARENESS_CONTEXT previous_ = SetThreadDpiAwarenessContext(per_monitor_);
 };
 
 TEST_F(DpiAwarenessTest, OfAPerMonitorThreadIsTheSystemsInsideAndAsBeforeAfterwards) {
-  for (const auto context : {DPI_AWARENESS_CONTEXT_PER_MONITOR_AWARE, DPI_AWARENESS_CONTEXT_PER_MONITOR_AWARE_V2}) {
-    SetThreadDpiAwarenessContext(context);
-    const auto before = GetThreadDpiAwarenessContext();
-    {
-      const ScopedSystemDpiAwareness outer;
-      EXPECT_TRUE(is_context(DPI_AWARENESS_CONTEXT_SYSTEM_AWARE));
-      { const ScopedSystemDpiAwareness inner; }
-      EXPECT_TRUE(is_context(DPI_AWARENESS_CONTEXT_SYSTEM_AWARE)) << "the inner one had nothing to restore";
-    }
-    EXPECT_TRUE(is_context(before));
-    EXPECT_EQ(awareness(), DPI_AWARENESS_PER_MONITOR_AWARE);
+  {
+    const ScopedSystemDpiAwareness outer;
+    EXPECT_TRUE(is_context(DPI_AWARENESS_CONTEXT_SYSTEM_AWARE));
+    { const ScopedSystemDpiAwareness inner; }
+    EXPECT_TRUE(is_context(DPI_AWARENESS_CONTEXT_SYSTEM_AWARE)) << "the inner one had nothing to restore";
   }
+  EXPECT_TRUE(is_context(per_monitor_));
 }
 
 TEST_F(DpiAwarenessTest, OfAnyOtherThreadStays) {
