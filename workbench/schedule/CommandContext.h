@@ -14,11 +14,13 @@ struct CommandFailure {
 
 /// What the commands share: their input, and the output that they have written so far.
 class CommandContext {
+ public:
+  CommandContext(const CommandContext&) = delete;
+  CommandContext& operator=(const CommandContext&) = delete;
+
  protected:
   CommandContext(const CommandArguments& arguments, const CommandInput& input) : arguments_(arguments), input_(input) {}
   ~CommandContext() = default;
-  CommandContext(const CommandContext&) = delete;
-  CommandContext& operator=(const CommandContext&) = delete;
 
   /// The output of the command `body`.
   template <class Body>

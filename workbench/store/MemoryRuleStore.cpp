@@ -109,7 +109,7 @@ StoredSetting MemoryRuleStore::update_setting(long number, const SymbolSourceSet
                                               std::optional<Revision> expected) {
   refuse_invalid(setting);
   const auto found = find_unchanged_setting(number, expected);
-  const StoredSetting updated{number, found->revision + 1, setting};
+  StoredSetting updated{number, found->revision + 1, setting};
   StoredSetting kept = updated;
   std::swap(*found, kept);
   notify_subscribers();

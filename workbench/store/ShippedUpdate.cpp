@@ -24,6 +24,7 @@ void offer_newer_calendars(RuleStore& store, const std::function<bool(const std:
   const std::vector<schedule::Calendar> newer = newer_calendars(calendars, shipped);
   if (newer.empty()) return;
   std::vector<std::string> names;
+  names.reserve(newer.size());
   for (const schedule::Calendar& calendar : newer) names.push_back(calendar.name);
   const bool wanted = wants(names);
   for (StoredCalendar& calendar : calendars)
