@@ -15,6 +15,7 @@ namespace {
 
 ZD_IMPORT_PROBE(GetProcAddress, GetProcAddressProbe);
 ZD_IMPORT_PROBE(GetModuleHandleW, GetModuleHandleProbe);
+ZD_IMPORT_PROBE(DialogBoxParamW, DialogBoxProbe);
 
 constexpr UINT test_message = WM_APP + 1;
 
@@ -160,7 +161,6 @@ TEST_F(DpiAwarenessTest, IsRestoredAfterADialogWhoseHandlersThrow) {
 }
 
 TEST_F(DpiAwarenessTest, IsRestoredWhenTheDialogCannotBeCreated) {
-  ZD_IMPORT_PROBE(DialogBoxParamW, DialogBoxProbe);
   DialogBoxProbe boxes;
   boxes.fail(0, -1);
   DpiDialog dialog;
