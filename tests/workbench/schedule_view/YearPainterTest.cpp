@@ -115,6 +115,16 @@ TEST(YearPainter, MarksStayInTheirCell) {
   }
 }
 
+TEST(YearPainter, HolidaysAreStruckOut) {
+  const SIZE size = lay_out_year(least_year_size(96), 96).cell;
+  const std::vector<bool> inked = shape(mark_closed, 96);
+  const LONG middle = size.cy / 2;
+  for (LONG x = size.cx / 5 + 1; x < size.cx * 4 / 5 - 1; ++x)
+    EXPECT_TRUE(
+        inked.at(static_cast<std::size_t>(middle) * static_cast<std::size_t>(size.cx) + static_cast<std::size_t>(x)))
+        << x;
+}
+
 TEST(YearPainter, ClosedDaysAreGreyer) {
   EXPECT_NE(marked_cell(mark_weekend), marked_cell(0));
   EXPECT_NE(marked_cell(mark_weekend), marked_cell(mark_closed));
