@@ -69,4 +69,5 @@ class ImportProbe<name, Result(WINAPI*)(Arguments...)> {
 }  // namespace test_support
 
 /// Declares the type `probe` for the imported function `function`.
+// NOLINTNEXTLINE(bugprone-macro-parentheses): names of a type and of a function
 #define ZD_IMPORT_PROBE(function, probe) using probe = test_support::ImportProbe<#function, decltype(&function)>
