@@ -23,7 +23,7 @@ struct NamedRecords {
 };
 NamedRecords load_named(RuleStore& store);
 
-Rule from_named(const schedule::NamedRule& rule);
+Rule from_named(const schedule::NamedRule& named);
 SymbolSourceSetting from_named(const schedule::NamedSetting& setting);
 
 }  // namespace workbench

@@ -215,7 +215,8 @@ TEST_P(RuleStoreContract, SettingThatNoStoreMayKeepIsRefused) {
       {L"Months", {L"x", L"", L"", L"A"}},  {L"Months", {L"x", L"", L"", L"ZH"}},
       {L"Months", {L"x", L"", L"", L"HH"}},
   };
-  for (const auto& [field, setting] : refused) {
+  for (const auto& [field, refused_setting] : refused) {
+    const SymbolSourceSetting& setting = refused_setting;
     const auto added = refusal([&] { store_->add_setting(setting); });
     const auto updated = refusal([&] { store_->update_setting(kept.number, setting); });
     ASSERT_TRUE(added && updated) << testing::PrintToString(setting.months);
