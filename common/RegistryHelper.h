@@ -28,12 +28,12 @@ VersionRecord read_version_record();
 /// Throws `std::bad_alloc`.
 VersionRecord read_version_record_of(const wchar_t* file_name);
 
-/// Makes "SOFTWARE\company\product" in `*out`, which must be null before and belongs to the caller afterwards. Answers
+/// Writes "SOFTWARE\company\product" to `*out`, which must be null before and belongs to the caller afterwards. Returns
 /// 0, E_POINTER, E_INVALIDARG, E_OUTOFMEMORY, or the positive ERROR_RESOURCE_DATA_NOT_FOUND when a text is empty.
 LONG compose_registry_path(BSTR* out, const std::wstring& company, const std::wstring& product) noexcept;
 
 /// The key under which the host keeps its settings, relative to a root key of the caller's choice; read anew from the
-/// host's executable at every call. Empty, after a report, when the executable does not tell company and product.
+/// host's executable at every call. Empty, after a report, when the executable does not name company and product.
 /// Throws `std::bad_alloc`.
 _bstr_t ZDRegistryPath();
 

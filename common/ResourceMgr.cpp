@@ -32,13 +32,13 @@ HINSTANCE CCommonRes::instance() const noexcept {
 }
 
 std::wstring GetString(const unsigned int id) {
-  // The holder may report when it is destroyed: the client must be made before it, to be destroyed after it.
+  // The holder may report when it is destroyed: the client must be created before it, to be destroyed after it.
   SnagtrapUtil::prepare_reports();
   // Texts are asked for on the host's UI thread only.
   static CCommonRes shared;
   static bool loading_begun = false;
   // A module that is missing is reported, which may let messages through, and with them the host's next call: it must
-  // find a holder that is made already.
+  // find a holder that exists already.
   if (!std::exchange(loading_begun, true)) shared = CCommonRes(shared_module_name);
   HINSTANCE module = shared.instance();
   // Without the shared module an id must not be looked up in this module, which an empty handle would mean.

@@ -6,7 +6,7 @@
 
 namespace zd_common_res {
 
-/// Holds the host's shared resource module: loaded when the holder is made, freed when it is destroyed.
+/// Holds the host's shared resource module: loaded when the holder is created, freed when it is destroyed.
 class CCommonRes {
  public:
   CCommonRes() noexcept = default;

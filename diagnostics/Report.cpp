@@ -13,8 +13,6 @@ namespace SnagtrapUtil {
 
 namespace {
 
-constexpr UINT exit_code = static_cast<UINT>(-1);
-
 [[noreturn]] void end_process() noexcept {
   try {
     SnagtrapClient& client = snagtrap_client();
@@ -23,7 +21,7 @@ constexpr UINT exit_code = static_cast<UINT>(-1);
   } catch (...) {
     // Without a client there is nothing to shut down.
   }
-  TerminateProcess(GetCurrentProcess(), exit_code);
+  TerminateProcess(GetCurrentProcess(), aborted_exit_code);
   __builtin_unreachable();
 }
 

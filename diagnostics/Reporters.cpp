@@ -45,7 +45,7 @@ void TracerClass::fill_function(DebugRecord& record) const noexcept {
 
 HRESULT TracerClass::process(const DebugRecord& record) noexcept {
   if (FAILED(record.status())) {
-    // The result of "CREATE" is no answer of the user: E_ABORT from it must not end the process.
+    // The result of "CREATE" is not the user's decision: E_ABORT from it must not end the process.
     status_ = record.status();
     return E_FAIL;
   }

@@ -23,10 +23,10 @@ struct TraceDetails {
   double total_time = 0;  ///< seconds
 };
 
-/// The reporters are created on the stack where the report is made. Each initialises the client at its first report,
-/// drops the report when there is no library, and leaves the thread's last-error value as it was. Answers are those of
-/// the library: 1 to debug, E_ABORT to end the process, anything else to go on; E_FAIL when the report was dropped.
-/// Constructors may throw what `snagtrap_client` throws; reports do not throw.
+/// The reporters are created on the stack at the location of the report. Each initialises the client at its first
+/// report, drops the report when there is no library, and leaves the thread's last-error value as it was. Answers are
+/// those of the library: 1 to debug, E_ABORT to end the process, anything else to go on; E_FAIL when the report was
+/// dropped. Constructors may throw what `snagtrap_client` throws; reports do not throw.
 class TracerClass {
  public:
   explicit TracerClass(const SourceLocation& location, int group = 0);

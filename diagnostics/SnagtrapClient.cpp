@@ -26,7 +26,6 @@ constexpr wchar_t library_name[] = L"SnagtrapUtil3.0_x64.dll";
 constexpr wchar_t registry_key[] = L"Software\\Orvane\\Snagtrap";
 constexpr wchar_t init_failed_text[] = L"Snagtrap Init Failed.";
 constexpr wchar_t client_version[] = L"2.2 05.05.2006";
-constexpr UINT exit_code = static_cast<UINT>(-1);
 constexpr int guid_text_size = 39;  // 38 characters in braces and the end
 
 // The library's registered path is a narrow text, as its installer has always written it.
@@ -160,7 +159,7 @@ void SnagtrapInitializer::release_root() noexcept {
 
 void SnagtrapClient::terminate() noexcept {
   command(L"TERMINATE");
-  TerminateProcess(GetCurrentProcess(), exit_code);
+  TerminateProcess(GetCurrentProcess(), aborted_exit_code);
   __builtin_unreachable();
 }
 

@@ -8,6 +8,9 @@
 
 namespace SnagtrapUtil {
 
+/// The exit code of a process that a report ends.
+inline constexpr UINT aborted_exit_code = static_cast<UINT>(-1);
+
 /// Finds, loads and initialises the diagnostics library. Every operation may be called from any thread; one critical
 /// section serialises initialisation, shutdown and commands.
 class SnagtrapInitializer {

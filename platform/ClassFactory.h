@@ -8,8 +8,8 @@
 
 namespace platform {
 
-/// The class object of one class. There is one for the module, made with it; a reference to it and a server lock each
-/// keep the module loaded.
+/// The class object of one class. There is one for the module, created with it; a reference to it and a server lock
+/// each keep the module loaded.
 class ClassFactory final : public IClassFactory {
  public:
   using Creator = HRESULT (*)(IUnknown* outer, REFIID iid, void** object) noexcept;
@@ -35,7 +35,7 @@ struct ClassEntry {
   ClassFactory* factory;
 };
 
-/// Answers `DllGetClassObject` from a table of classes.
+/// Implements `DllGetClassObject` for a table of classes.
 template <std::size_t count>
 HRESULT get_class_object(const ClassEntry (&classes)[count], REFCLSID class_id, REFIID iid, void** object) noexcept {
   if (!object) return E_POINTER;

@@ -7,7 +7,7 @@ namespace platform {
 /// What the whole module shares: the count of its live objects and server locks, and its one critical section.
 class ComModule {
  public:
-  /// Everybody shares the one of `instance`.
+  /// The whole module shares the one of `instance`.
   ComModule() noexcept;
   ~ComModule();
   ComModule(const ComModule&) = delete;
@@ -15,7 +15,7 @@ class ComModule {
 
   static ComModule& instance() noexcept;
 
-  /// False when the critical section could not be made; the module must not be used then.
+  /// False when the critical section could not be created; the module must not be used then.
   bool initialised() const noexcept { return initialised_; }
 
   void lock() noexcept { InterlockedIncrement(&locks_); }

@@ -13,8 +13,8 @@ namespace platform {
 ///   IUnknown* find_interface(REFIID iid) noexcept;  // without a reference of its own, null when there is none
 ///   HRESULT FinalConstruct() noexcept;              // runs before the first interface is asked for
 ///   void FinalRelease() noexcept;                   // runs after the last release, while the object is still whole
-/// The object is made with one reference and deletes itself. It holds one lock on the module until `FinalRelease` has
-/// let go of other objects, because their releases come back into the module's code.
+/// The object is created with one reference and deletes itself. Keeps the module locked until FinalRelease has released
+/// its references; those releases can re-enter this DLL.
 template <class T>
 class ComObject final : public T {
  public:
@@ -69,7 +69,7 @@ class ComObject final : public T {
   IUnknown* outer_;
 };
 
-/// Makes an object for a class factory. An outer object may only ask for `IUnknown` (else CLASS_E_NOAGGREGATION).
+/// Creates an object for a class factory. An outer object may only ask for `IUnknown` (else CLASS_E_NOAGGREGATION).
 template <class T>
 HRESULT create_com_object(IUnknown* outer, REFIID iid, void** object) noexcept {
   if (!object) return E_POINTER;

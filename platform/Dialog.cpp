@@ -4,7 +4,7 @@ namespace platform {
 
 INT_PTR dialog_answer(HWND dialog, UINT message, LRESULT result) noexcept {
   switch (message) {
-    // The dialog manager takes the answers to these from the procedure itself.
+    // The dialog manager takes the results of these from the procedure's return value.
     case WM_INITDIALOG:
     case WM_CHARTOITEM:
     case WM_VKEYTOITEM:

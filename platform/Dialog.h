@@ -9,13 +9,13 @@
 
 namespace platform {
 
-/// What a dialog procedure answers for a message that its dialog handled with `result`.
+/// What a dialog procedure returns for a message that its dialog handled with `result`.
 INT_PTR dialog_answer(HWND dialog, UINT message, LRESULT result) noexcept;
 
-/// A dialog made from the resource `T::IDD` of the module; `TBase` is a window class like `CWindow`. Messages reach
+/// A dialog created from the resource `T::IDD` of the module; `TBase` is a window class like `CWindow`. Messages reach
 /// `ProcessWindowMessage` from WM_INITDIALOG to WM_NCDESTROY; those before and after go the default way. An exception
 /// of a handler ends at the dialog procedure: it is reported there and the message counts as not handled. A dialog
-/// whose WM_INITDIALOG throws is closed at once with IDCANCEL, because nobody may save from half-filled controls. Its
+/// whose WM_INITDIALOG throws is closed at once with IDCANCEL, because half-filled controls must not be saved. Its
 /// windows are never aware of each monitor's DPI.
 template <class T, class TBase = CWindow>
 class CDialogImpl : public TBase {
@@ -24,28 +24,29 @@ class CDialogImpl : public TBase {
   CDialogImpl(const CDialogImpl&) = delete;
   CDialogImpl& operator=(const CDialogImpl&) = delete;
 
-  /// Handles one message: answers TRUE when it is handled, with the message's result in `result`. Map 0 is the only
+  /// Handles one message: returns TRUE when it is handled, with the message's result in `result`. Map 0 is the only
   /// one.
   virtual BOOL ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result,
                                     DWORD mapId = 0) = 0;
 
-  /// Runs the dialog modally over `owner` (may be null). Answers what `EndDialog` was given, -1 when it cannot be made.
+  /// Runs the dialog modally over `owner` (may be null). Returns what `EndDialog` was given, -1 when it cannot be
+  /// created.
   INT_PTR DoModal(HWND owner) {
     const ScopedSystemDpiAwareness system_dpi;
     return DialogBoxParamW(base::module_instance(), MAKEINTRESOURCEW(T::IDD), owner, &CDialogImpl::DialogProcedure,
                            reinterpret_cast<LPARAM>(this));
   }
 
-  /// Makes the dialog without a loop of its own. Null when it cannot be made. The window must be destroyed before the
-  /// object.
+  /// Creates the dialog without a loop of its own. Null when it cannot be created. The window must be destroyed before
+  /// the object.
   HWND Create(HWND owner) {
     const ScopedSystemDpiAwareness system_dpi;
     return CreateDialogParamW(base::module_instance(), MAKEINTRESOURCEW(T::IDD), owner, &CDialogImpl::DialogProcedure,
                               reinterpret_cast<LPARAM>(this));
   }
 
-  /// Whether the dialog has its window. The owner may go, and the dialog with it, in whatever lets messages through: a
-  /// call of the host, a report, a message box. Asked after each of these before the dialog goes on for its user.
+  /// Whether the dialog has its window. The owner can be destroyed, and the dialog with it, in whatever lets messages
+  /// through: a call of the host, a report, a message box. Checked after each of these before the dialog continues.
   bool is_open() const noexcept { return IsWindow(this->m_hWnd) != FALSE; }
 
   BOOL EndDialog(INT_PTR result) noexcept {

@@ -76,7 +76,7 @@ bool is_empty(HKEY key) {
 
 void remove_keys(HKEY parent, const std::vector<RegistryNode>& nodes);
 
-// What other programs added below a key of ours is theirs: the key goes only when nothing is left in it.
+// What other programs added below a key of the module is theirs: the key is deleted only when it is empty.
 void remove_own_content(HKEY parent, const RegistryNode& node) {
   base::RegistryKey key;
   const LSTATUS opened = RegOpenKeyExW(parent, node.name.c_str(), 0, KEY_READ | KEY_WRITE, key.put());

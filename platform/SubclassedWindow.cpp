@@ -6,8 +6,8 @@ namespace platform {
 
 namespace {
 
-// The procedure's property outlives the object when somebody else has taken the window over after us: our procedure is
-// then still called and must know where to pass messages on.
+// The procedure's property outlives the object when other code has subclassed the window later: this procedure is then
+// still called and must know where to pass messages on.
 constexpr wchar_t object_property[] = L"zdExpirationRules.Window";
 constexpr wchar_t original_property[] = L"zdExpirationRules.WindowProcedure";
 

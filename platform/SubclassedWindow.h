@@ -15,12 +15,12 @@ class CSubclassedWindow : public CWindow {
   CSubclassedWindow(const CSubclassedWindow&) = delete;
   CSubclassedWindow& operator=(const CSubclassedWindow&) = delete;
 
-  /// Answers false when the window cannot be taken over; nothing is changed then.
+  /// Returns false when the window cannot be subclassed; nothing is changed then.
   bool SubclassWindow(HWND window) noexcept;
-  /// Puts the original procedure back, unless somebody has taken the window over after us.
+  /// Puts the original procedure back, unless other code has subclassed the window later.
   void UnsubclassWindow() noexcept;
 
-  /// Handles one message: answers TRUE when it is handled, with the message's result in `result`. Map 0 is the only
+  /// Handles one message: returns TRUE when it is handled, with the message's result in `result`. Map 0 is the only
   /// one.
   virtual BOOL ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result,
                                     DWORD mapId = 0) = 0;

@@ -18,7 +18,7 @@ HRESULT load_own_library(base::ComPtr<ITypeLib>& loaded) noexcept {
   }
 }
 
-/// Finds the type in a library whose loading was answered with `loaded`.
+/// Finds the type in a library; `loaded` is the HRESULT of loading it.
 HRESULT find_type(HRESULT loaded, const base::ComPtr<ITypeLib>& library, const GUID& type, ITypeInfo** info) noexcept {
   if (FAILED(loaded)) return loaded;
   if (!library) return E_FAIL;

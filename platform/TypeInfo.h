@@ -20,8 +20,8 @@ class ScopedNoErrorInfo {
 };
 
 /// The description of one interface or class from the module's type library: the registered one, else, when none is
-/// registered or a stale one lacks the type, the one in the module's own resources. Loaded when it is made; a failure
-/// to load is answered by every call.
+/// registered or a stale one lacks the type, the one in the module's own resources. Loaded when it is created; a
+/// failure to load is returned by every call.
 class TypeInfo {
  public:
   TypeInfo(const GUID& library, const GUID& type) noexcept;
@@ -73,7 +73,7 @@ class DualInterface : public Interface {
   ~DualInterface() = default;
 };
 
-/// Answers the coclass's type information.
+/// Returns the coclass's type information.
 template <class Coclass, const GUID& library>
 class ProvideClassInfo : public IProvideClassInfo {
  public:

@@ -15,7 +15,7 @@ void expect_window(HWND window, const SnagtrapUtil::SourceLocation& place) noexc
 std::wstring window_text(HWND window) {
   const auto length = SendMessageW(window, WM_GETTEXTLENGTH, 0, 0);
   std::wstring text(length > 0 ? static_cast<std::size_t>(length) : 0, L'\0');
-  // The answer counts: the length asked for first is an upper bound.
+  // The returned length counts: the one queried first is an upper bound.
   const LRESULT copied = SendMessageW(window, WM_GETTEXT, text.size() + 1, reinterpret_cast<LPARAM>(text.data()));
   text.resize(copied > 0 ? static_cast<std::size_t>(copied) : 0);
   return text;

@@ -31,7 +31,7 @@ struct IkvMenuItem : IDispatch {
 
 /// The host's collection of hot keys.
 struct IkvHotKeyCollection : IDispatch {
-  /// Registers a key. `flags` and `key` are those of an accelerator table entry; `hotKey` answers `IkvHotKey`.
+  /// Registers a key. `flags` and `key` are those of an accelerator table entry; `hotKey` supports `IkvHotKey`.
   virtual HRESULT STDMETHODCALLTYPE AddHotKey(long flags, long key, IDispatch* target, IDispatch** hotKey) = 0;
 };
 

@@ -38,7 +38,7 @@ struct IkvTable : IDispatch {
   KV_RESERVED_SLOT(11);
   KV_RESERVED_SLOT(12);
   KV_RESERVED_SLOT(13);
-  /// The field of the current row; S_FALSE and null when the table lacks it.
+  /// The field of the current row; S_FALSE and null when the table does not have it.
   virtual HRESULT STDMETHODCALLTYPE GetFieldByID(long fieldId, IkvField** field) = 0;
   KV_RESERVED_SLOT(15);
   virtual HRESULT STDMETHODCALLTYPE AddField(long fieldId, long reserved1, long reserved2, long reserved3) = 0;

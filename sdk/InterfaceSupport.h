@@ -3,7 +3,7 @@
 #include <oaidl.h>
 
 /// Declares a slot that the host or the diagnostics library owns and this system never calls. It keeps the slots after
-/// it at their places.
+/// it in their positions.
 #define KV_RESERVED_SLOT(slot) virtual HRESULT STDMETHODCALLTYPE Reserved##slot() = 0
 
 /// Declares `kind name;` (a struct or class of the global namespace) and attaches an identifier to it, so that

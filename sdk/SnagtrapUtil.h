@@ -13,7 +13,7 @@ struct IDebugObject : IDispatch {
 struct IDebugRoot : IDispatch {
   /// Called once after "INIT"; `number` is the calling process's id in decimal.
   virtual HRESULT STDMETHODCALLTYPE Configure(BSTR text, BSTR number, long flag) = 0;
-  /// "CREATE" takes no record and makes one; every other word takes a record or null and makes none.
+  /// "CREATE" takes no record and creates one; every other word takes a record or null and creates none.
   virtual HRESULT STDMETHODCALLTYPE Command(BSTR word, IDebugObject* record, IDebugObject** created) = 0;
 };
 

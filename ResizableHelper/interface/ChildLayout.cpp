@@ -15,7 +15,7 @@ bool ask(const LayoutInfo& info, WPARAM question, void* answer) noexcept {
   return SendMessageW(info.hWnd, WMU_RESIZESUPPORT, question, reinterpret_cast<LPARAM>(answer)) != 0;
 }
 
-/// An owner-drawn button that does not answer hits is seen through.
+/// An owner-drawn button that does not handle hit tests is transparent.
 bool lets_hits_through(HWND window) noexcept {
   RECT rect = {};
   GetWindowRect(window, &rect);
@@ -28,7 +28,7 @@ void ask_properties(LayoutInfo& info) noexcept {
   info.resize_flags = {TRUE, TRUE, FALSE, FALSE};
   info.message_support = ask(info, RQ_PROPERTIES, &info.resize_flags);
   if (info.message_support) return;
-  // Nobody will answer later either: what the class tells is kept, and the refresh has its fixed answer.
+  // A child without message support never answers: what its class says is cached, and its refresh is fixed.
   info.resize_flags = {FALSE, TRUE, can_be_clipped(info), FALSE};
 }
 

@@ -11,19 +11,19 @@
 
 /// How one child of a resizable dialog follows the dialog's size: a plain record, copied whole.
 struct LayoutInfo {
-  HWND hWnd;                ///< not owned; may be gone by the time it is used
+  HWND hWnd;                ///< not owned; may be destroyed by the time it is used
   UINT callback_id;         ///< 0 for an anchored child, else a child whose layout the dialog class gives
   wchar_t class_name[260];  ///< terminated
   resizable::Corner top_left;
   resizable::Corner bottom_right;
-  BOOL message_support;  ///< the child answers WMU_RESIZESUPPORT
+  BOOL message_support;  ///< the child handles WMU_RESIZESUPPORT
   ChildResizeFlags resize_flags;
 };
 static_assert(std::is_trivially_copyable_v<LayoutInfo>);
 
 namespace resizable {
 
-/// The client rectangle of a window; empty when it is gone.
+/// The client rectangle of a window; empty when it is destroyed.
 RECT client_rect(HWND window) noexcept;
 
 /// The rectangle of `child` in client coordinates of `dialog`.
@@ -36,12 +36,12 @@ std::vector<HWND> children_of(HWND dialog);
 /// the anchor at the top left.
 LayoutInfo measured_child(HWND dialog, HWND child, CSize anchor_top_left, CSize anchor_bottom_right) noexcept;
 
-/// Whether the dialog need not erase the child's area: what the child answers, else what its window class tells.
+/// Whether the dialog need not erase the child's area: what the child returns, else what its window class says.
 bool can_be_clipped(const LayoutInfo& info) noexcept;
 /// The same, from the cached answer where the child gave one for good.
 bool likes_clipping(const LayoutInfo& info) noexcept;
 
-/// Whether nothing of the child's picture can be kept: what the child answers, else false.
+/// Whether nothing of the child's picture can be kept: what the child returns, else false.
 bool must_repaint(const LayoutInfo& info, const RECT& old_rect, const RECT& new_rect) noexcept;
 /// The same, from the cached answer where the child gave one for good.
 bool needs_refresh(const LayoutInfo& info, const RECT& old_rect, const RECT& new_rect) noexcept;

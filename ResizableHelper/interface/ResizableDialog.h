@@ -101,7 +101,7 @@ class CResizableDialogImplT : public TDialogBase,
     return FALSE;
   }
 
-  /// A child that is asked for its properties may go, take others with it or change their order.
+  /// A child that is asked for its properties may destroy itself and others or change their order.
   void AnchorChildren() {
     for (const HWND child : resizable::children_of(this->m_hWnd)) {
       if (child != this->SizeGrip().m_hWnd && ::IsWindow(child)) this->AddAnchor(child, TOP_LEFT);
@@ -127,8 +127,8 @@ class CResizableDialogImplT : public TDialogBase,
     return FALSE;
   }
 
-  /// The system holds a window at its smallest tracking size even when nobody drags it. A dialog opens one caption
-  /// height below that the first time and comes back so; everything else stays with the system's limits.
+  /// The system holds a window at its smallest tracking size even when the user does not drag it. A dialog opens one
+  /// caption height below that the first time and comes back so; everything else stays with the system's limits.
   BOOL OnRestoring(HWND window, WPARAM wParam, LPARAM lParam, LRESULT& result) noexcept {
     auto& position = *reinterpret_cast<WINDOWPOS*>(lParam);
     const int height = position.cy;
@@ -138,7 +138,7 @@ class CResizableDialogImplT : public TDialogBase,
     return TRUE;
   }
 
-  /// The system tells top-level windows only, and the grip has the size of the system's scroll bars.
+  /// The system sends this to top-level windows only, and the grip has the size of the system's scroll bars.
   BOOL OnSettingChange(WPARAM wParam, LPARAM lParam) noexcept {
     if (::IsWindow(this->SizeGrip().m_hWnd)) this->SizeGrip().Send(WM_SETTINGCHANGE, wParam, lParam);
     return FALSE;

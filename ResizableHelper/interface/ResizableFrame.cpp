@@ -12,7 +12,7 @@ constexpr UINT border_flags = SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_N
 DWORD style_of(HWND window, int index) noexcept { return static_cast<DWORD>(GetWindowLongPtrW(window, index)); }
 
 /// The window size around a client area, as the dialog itself calculates its frame: a menu bar of several lines or a
-/// frame of its own are beyond the system's general answer.
+/// frame of its own are beyond the system's general calculation.
 CSize window_size_for(HWND dialog, const RECT& client, DWORD ex_style) noexcept {
   RECT window = client;
   AdjustWindowRectEx(&window, style_of(dialog, GWL_STYLE), IsMenu(GetMenu(dialog)), ex_style);

@@ -4,7 +4,8 @@
 
 namespace resizable {
 
-/// Removes and adds style bits (`index` is GWL_STYLE or GWL_EXSTYLE). Writes only what changes and tells nobody.
+/// Removes and adds style bits (`index` is GWL_STYLE or GWL_EXSTYLE). Writes only what changes and sends no
+/// notification.
 void modify_style(HWND window, int index, DWORD remove, DWORD add) noexcept;
 
 /// Gives a top-level dialog a sizing border instead of a modal frame; its client area keeps its size.

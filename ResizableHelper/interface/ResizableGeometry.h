@@ -64,7 +64,7 @@ POINT grip_position(const RECT& client, SIZE grip) noexcept;
 /// The rectangle of a grip that changes its size and keeps its lower right corner.
 RECT resized_grip(const RECT& grip, SIZE old_size, SIZE new_size) noexcept;
 
-/// What a dialog answers to WM_GETMINMAXINFO. Window sizes in pixels; a limit counts while its flag is set.
+/// What a dialog writes at WM_GETMINMAXINFO. Window sizes in pixels; a limit counts while its flag is set.
 struct TrackingLimits {
   BOOL use_max_track = FALSE;
   BOOL use_min_track = FALSE;
@@ -79,7 +79,7 @@ struct TrackingLimits {
 void apply_limits(const TrackingLimits& limits, MINMAXINFO& info) noexcept;
 
 /// Whether a window height lies at most one caption height below the smallest: a dialog opens so the first time and may
-/// come back so, although nobody can drag it there.
+/// be restored so, although the user cannot drag it there.
 bool is_opening_height(LONG height, LONG min_height, LONG caption) noexcept;
 
 /// Tells the window manager which part of the client area stays valid: where the new window and the old client area

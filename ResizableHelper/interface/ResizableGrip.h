@@ -13,8 +13,8 @@ class CSizeGrip : public platform::CSubclassedWindow {
  public:
   CSizeGrip() noexcept;
 
-  /// Makes the hidden grip at the top left of the dialog's client area, cut to its lower right half. Answers false when
-  /// it cannot be made.
+  /// Creates the hidden grip at the top left of the dialog's client area, cut to its lower right half. Returns false
+  /// when it cannot be created.
   bool Create(HWND dialog) noexcept;
 
   /// Width and height of the grip: those of the system's scroll bars, in pixels.
@@ -25,7 +25,7 @@ class CSizeGrip : public platform::CSubclassedWindow {
   void MakeTriangular(BOOL bTriangular) noexcept;
 
   /// Paints the grip with the colour of its top left pixel left out, or as the system does. Stays with the system's
-  /// painting when the bitmaps cannot be made.
+  /// painting when the bitmaps cannot be created.
   void EnableMaskedPaint(BOOL bMasked) noexcept;
 
   BOOL ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result,
@@ -48,7 +48,7 @@ class CSizeGrip : public platform::CSubclassedWindow {
   base::Bitmap mask_bitmap_;
 };
 
-/// Mix-in of a dialog class `T`: owns the grip, counts who wants it shown and keeps it in the corner, behind every
+/// Mix-in of a dialog class `T`: owns the grip, counts the requests to show it and keeps it in the corner, behind every
 /// control. UI thread only.
 template <class T>
 class CResizableGrip {
@@ -69,7 +69,7 @@ class CResizableGrip {
     *pStatus &= ~dwMask;
   }
 
-  /// Puts the grip into the corner and shows it while anybody wants it shown.
+  /// Puts the grip into the corner and shows it while the show count is positive.
   void UpdateSizeGrip() noexcept {
     const HWND dialog = static_cast<T*>(this)->m_hWnd;
     SnagtrapUtil::expect(::IsWindow(dialog) != FALSE, L"pT->IsWindow()", ZD_LOCATION);

@@ -37,8 +37,8 @@ class CResizableLayout {
     callbacks_.put(info);
   }
 
-  /// `T` hides this when it adds callbacks: writes the child's corners into the copy of its record and answers TRUE, or
-  /// answers FALSE to leave the child alone this time.
+  /// `T` hides this when it adds callbacks: writes the child's corners into the copy of its record and returns TRUE, or
+  /// returns FALSE to leave the child alone this time.
   BOOL ArrangeLayoutCallback(LayoutInfo&) {
     SnagtrapUtil::expect(false, ZD_LOCATION_AT(469));
     return FALSE;
@@ -68,8 +68,8 @@ class CResizableLayout {
   /// Gives a top-level dialog a sizing border; its client area keeps its size.
   void AddSizingBorder() noexcept { resizable::add_sizing_border(dialog()); }
 
-  /// Keeps the erasing of the background off the children. Answers whether `hdc` is clipped now; its clip region is not
-  /// restored by anybody, the system releases the DC after erasing.
+  /// Keeps the erasing of the background off the children. Returns whether `hdc` is clipped now. Its clip region is not
+  /// restored: the system releases the DC after erasing.
   BOOL ApplyEraseClipping(HDC hdc, BOOL bUndo) {
     ForgetClipState();
     if (bUndo || ::WindowFromDC(hdc) != dialog()) return FALSE;
@@ -88,7 +88,7 @@ class CResizableLayout {
 
   void ForgetClipState() noexcept { saved_clip_state_ = nothing_saved; }
 
-  /// What GetClipRgn answered at the last clipped erase; -1 when none is pending.
+  /// What GetClipRgn returned at the last clipped erase; -1 when none is pending.
   int SavedClipState() const noexcept { return saved_clip_state_; }
 
   /// Hands out the area that the dialog itself must erase, in client coordinates. The caller owns the region.

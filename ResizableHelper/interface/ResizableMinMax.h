@@ -5,7 +5,7 @@
 #include "Report.h"
 #include "ResizableGeometry.h"
 
-/// Mix-in of a dialog class `T`: the limits that the dialog answers to WM_GETMINMAXINFO. Sizes are those of the whole
+/// Mix-in of a dialog class `T`: the limits that the dialog writes at WM_GETMINMAXINFO. Sizes are those of the whole
 /// window, in pixels. A limit that was never set leaves the system's own.
 template <class T>
 class CResizableMinMax {
@@ -16,7 +16,7 @@ class CResizableMinMax {
   virtual ~CResizableMinMax() = default;
 
   /// For a derived class that knows how much larger than `sizeNormal` a window must be to show `sizeWanted`, and
-  /// answers TRUE with that in `sizeExtra`. Not overridden it fails with an assertion and answers FALSE.
+  /// returns TRUE with that in `sizeExtra`. Not overridden it fails with an assertion and returns FALSE.
   virtual BOOL CalcSizeExtra(HWND /*hWnd*/, CSize /*sizeNormal*/, CSize /*sizeWanted*/, CSize& /*sizeExtra*/) {
     SnagtrapUtil::expect(false, ZD_LOCATION_AT(130));
     return FALSE;

@@ -5,7 +5,7 @@
 #include <atomic>
 
 /// A resizable dialog asks its children about their layout with the registered message WMU_RESIZESUPPORT. wParam is one
-/// of the questions below; a child that answers returns non-zero.
+/// of the questions below; a child that handles one returns non-zero.
 inline constexpr WPARAM RQ_PROPERTIES = 101;  ///< lParam: ChildResizeFlags*, which the child may rewrite
 inline constexpr WPARAM RQ_CLIPPING = 102;    ///< lParam: BOOL*, preset FALSE: may the child's area stay unerased?
 inline constexpr WPARAM RQ_REPAINT = 103;     ///< lParam: RepaintQuery*: must the child repaint when it moves?
@@ -29,7 +29,7 @@ extern UINT WMU_RESIZESUPPORT;
 class RegisterResizeMessage {
  public:
   /// Registers the message at the first call, keeps its number for the process and hands it to the senders at each. A
-  /// failed registration is reported as an assertion, answers 0 and is tried again at the next call.
+  /// failed registration is reported as an assertion, returns 0 and is tried again at the next call.
   static UINT GetRegisteredWMU_RESIZESUPPORT() noexcept;
 
   /// The number for the process; 0 until the message is registered.

@@ -21,7 +21,7 @@ struct PlacementKey {
 PlacementKey placement_place(HKEY root, const wchar_t* path, const wchar_t* subkey, const wchar_t* value_name);
 
 /// The dialog's placement as it is to be kept: never minimised; with `rect_only` shown normally at its present
-/// rectangle. Nothing when the system does not tell it.
+/// rectangle. Nothing when the system does not report it.
 std::optional<WINDOWPLACEMENT> present_placement(HWND dialog, bool rect_only) noexcept;
 
 /// The stored placement as it is, with a proper length field; nothing when there is none of the right type and size.

@@ -29,7 +29,7 @@ std::string needed_creation(const Scenario& scenario) {
 
 /// What a call of the module may return: only a missing class of the host reaches the caller.
 auto documented_answer(const Scenario& scenario, const ScenarioResult& played, const std::set<std::string>& failed) {
-  const bool no_object = failed.count("CoCreateInstance") != 0 || failed.count("OleRun") != 0;
+  const bool no_object = failed.contains("CoCreateInstance") || failed.contains("OleRun");
   const Calls struck = no_object ? Calls{needed_creation(scenario)} : Calls{};
   return AnyOf(S_OK, scenario.documented(played, struck, {test_support::no_class, Fault::Out::untouched}));
 }

@@ -45,7 +45,7 @@ DWORD free_index(DWORD (*make)(), BOOL(WINAPI* free)(DWORD)) {
 }  // namespace
 
 Footprint footprint() {
-  std::array<HANDLE, 64> heaps;
+  std::array<HANDLE, 64> heaps = {};
   const DWORD count = GetProcessHeaps(static_cast<DWORD>(heaps.size()), heaps.data());
   EXPECT_GT(count, 0u);
   EXPECT_LE(count, heaps.size());

@@ -13,7 +13,7 @@ using testing::Contains;
 using testing::Each;
 using testing::ElementsAre;
 
-constexpr long rule_id = 5;
+constexpr long named_id = 5;
 constexpr wchar_t rule_name[] = L"a name that is too long for a string itself";
 
 const Names all_users = {L"the first setting, too long for a string", L"the second setting, too long for a string",
@@ -29,7 +29,7 @@ std::string out_of_memory(const char* function, int line) {
 class LookupMemory : public LookupTest {
  protected:
   LookupMemory() {
-    host.rules() = {{4, L"TF"}, {rule_id, rule_name}};
+    host.rules() = {{4, L"TF"}, {named_id, rule_name}};
     for (const std::wstring& setting : all_users) host.settings().push_back({setting, rule_name});
   }
 
@@ -54,7 +54,7 @@ class LookupMemory : public LookupTest {
 TEST_F(LookupMemory, ThatFailsForANameIsReportedAndGivesNone) {
   std::set<std::string> reported;
   _bstr_t name;
-  fail_each_allocation_of([&] { name = dialog.expiration_rule_name(rule_id); },
+  fail_each_allocation_of([&] { name = dialog.expiration_rule_name(named_id); },
                           [&](bool failed) {
                             for (const std::string& report : reports()) reported.insert(report);
                             EXPECT_TRUE(name == _bstr_t(rule_name) || (failed && name.length() == 0));
@@ -68,7 +68,7 @@ TEST_F(LookupMemory, ThatFailsForUsersIsReportedAndKeepsThoseFoundUntilThen) {
   std::set<std::size_t> found_until_then;
   Names users;
   bool in_use = false;
-  fail_each_allocation_of([&] { in_use = dialog.is_expiration_rule_uses(rule_id, users); },
+  fail_each_allocation_of([&] { in_use = dialog.is_expiration_rule_uses(named_id, users); },
                           [&](bool) {
                             EXPECT_EQ(!users.empty(), in_use);
                             EXPECT_THAT(users, Each(AnyOfArray(all_users)));

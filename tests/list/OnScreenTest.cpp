@@ -5,7 +5,6 @@ namespace list_test {
 namespace {
 
 using test_support::screen::click;
-using test_support::screen::press;
 
 /// Rules 1 "AU", 2 "IF" and 3 "TF", and a user with a real keyboard and a real mouse.
 class ListOnScreen : public ListDialogTest {
@@ -54,7 +53,7 @@ TEST_F(ListOnScreen, ClickOnEmptySpaceClearsTheSelectionAndDisablesTheButtons) {
 TEST_F(ListOnScreen, OnlyOneRuleCanBeSelected) {
   open([](RuleList& list) {
     SetFocus(list.view());
-    press(VK_DOWN, VK_SHIFT);
+    test_support::screen::press(VK_DOWN, VK_SHIFT);
     EXPECT_EQ(1, list.send(LVM_GETSELECTEDCOUNT));
   });
 }
@@ -66,14 +65,15 @@ TEST_F(ListOnScreen, RuleIsAddedAndDeletedWithTheMouseAndTheKeyboard) {
                                 SetFocus(GetDlgItem(editor, IDC_NAME));
                                 SendDlgItemMessageW(editor, IDC_NAME, EM_SETSEL, 0, -1);
                                 test_support::screen::type(L"ZN 1");
-                                press(VK_RETURN);
+                                test_support::screen::press(VK_RETURN);
                               });
     EXPECT_EQ(Names({L"AU", L"IF", L"TF", L"ZN 1"}), list.names());
     EXPECT_EQ(3, list.selected());
     EXPECT_EQ(list.view(), GetFocus());
     // The keyboard goes on in the list.
-    press(VK_UP);
-    test_support::with_dialog([] { press(VK_DELETE); }, [](HWND) { press(VK_RETURN); });
+    test_support::screen::press(VK_UP);
+    test_support::with_dialog([] { test_support::screen::press(VK_DELETE); },
+                              [](HWND) { test_support::screen::press(VK_RETURN); });
     EXPECT_EQ(Names({L"AU", L"IF", L"ZN 1"}), list.names());
   });
 }

@@ -11,7 +11,7 @@
 namespace module_test {
 namespace {
 
-std::string text(const GUID& guid) {
+std::string narrow_text(const GUID& guid) {
   wchar_t braced[39] = {};
   StringFromGUID2(guid, braced, 39);
   return {braced, braced + 38};
@@ -19,13 +19,13 @@ std::string text(const GUID& guid) {
 
 /// What a host puts beside its program so that nothing needs to be registered.
 std::string manifest() {
-  const std::string library = text(LIBID_zdExpirationRules);
+  const std::string library = narrow_text(LIBID_zdExpirationRules);
   return R"(<?xml version="1.0" encoding="UTF-8" standalone="yes"?>
 <assembly xmlns="urn:schemas-microsoft-com:asm.v1" manifestVersion="1.0">
   <assemblyIdentity type="win32" name="zdExpirationRules.Host" version="1.0.0.0" processorArchitecture="amd64"/>
   <file name="zdExpirationRules.dll">
     <comClass clsid=")" +
-         text(__uuidof(CzdExpirationRulePlugin)) + R"(" threadingModel="Apartment" tlbid=")" + library +
+         narrow_text(__uuidof(CzdExpirationRulePlugin)) + R"(" threadingModel="Apartment" tlbid=")" + library +
          R"(" progid="zdExpirationRule.ExpirationRule.1">
       <progid>zdExpirationRule.ExpirationRule</progid>
     </comClass>

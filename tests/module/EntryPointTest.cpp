@@ -35,7 +35,7 @@ class NoCriticalSections {
   }
 
   void* function_;
-  Code original_;
+  Code original_ = {};
 };
 
 TEST(EntryPoint, RefusesTheProcessWhenTheModulesCriticalSectionCannotBeCreated) {

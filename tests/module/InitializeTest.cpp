@@ -15,7 +15,7 @@ using test_support::Fault;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr char caught[] = "CREATE ERROR  | zdExpirationRulePlugin.cpp:84 Initialize";
+constexpr char caught_initialize[] = "CREATE ERROR  | zdExpirationRulePlugin.cpp:84 Initialize";
 constexpr char caught_command[] = "CREATE ERROR  | zdExpirationRulePlugin.cpp:107 DoCommand";
 
 /// A text of the host's shared resource module.
@@ -260,31 +260,37 @@ std::vector<Failure> failures() {
   const auto untouched = [](HRESULT result) { return Fault{result, Fault::Out::untouched}; };
   const auto given = [](HRESULT result) { return Fault{result, Fault::Out::given}; };
   return {
-      {"kvMainMenu::QueryInterface", untouched(E_NOINTERFACE), E_FAIL, {caught}},
-      {"kvMainMenu::QueryInterface", untouched(E_ACCESSDENIED), E_FAIL, {caught}},
-      {"kvMainMenu::QueryInterface", untouched(S_OK), E_FAIL, {caught}},
-      {"IkvMainMenu::FindSubMenu", untouched(E_FAIL), E_FAIL, {assertion(136, menu, "80004005"), caught}},
-      {"IkvMainMenu::FindSubMenu", given(E_FAIL), E_FAIL, {assertion(136, menu, "80004005"), caught}},
-      {"IkvMainMenu::FindSubMenu", untouched(E_OUTOFMEMORY), E_FAIL, {assertion(136, menu, "8007000e"), caught}},
+      {"kvMainMenu::QueryInterface", untouched(E_NOINTERFACE), E_FAIL, {caught_initialize}},
+      {"kvMainMenu::QueryInterface", untouched(E_ACCESSDENIED), E_FAIL, {caught_initialize}},
+      {"kvMainMenu::QueryInterface", untouched(S_OK), E_FAIL, {caught_initialize}},
+      {"IkvMainMenu::FindSubMenu", untouched(E_FAIL), E_FAIL, {assertion(136, menu, "80004005"), caught_initialize}},
+      {"IkvMainMenu::FindSubMenu", given(E_FAIL), E_FAIL, {assertion(136, menu, "80004005"), caught_initialize}},
+      {"IkvMainMenu::FindSubMenu",
+       untouched(E_OUTOFMEMORY),
+       E_FAIL,
+       {assertion(136, menu, "8007000e"), caught_initialize}},
       {"IkvMainMenu::FindSubMenu", untouched(S_FALSE), S_OK, {}},
       {"IkvMainMenu::FindSubMenu", untouched(S_OK), S_OK, {}},
-      {"IkvMainMenu::AddSubMenu", untouched(E_FAIL), E_FAIL, {assertion(144, menu, "80004005"), caught}},
-      {"IkvMainMenu::AddSubMenu", given(E_ACCESSDENIED), E_FAIL, {assertion(144, menu, "80070005"), caught}},
-      {"IkvMainMenu::AddSubMenu", untouched(S_OK), E_FAIL, {caught}},
-      {"IkvMainMenu::AddSubMenu", untouched(S_FALSE), E_FAIL, {caught}},
+      {"IkvMainMenu::AddSubMenu", untouched(E_FAIL), E_FAIL, {assertion(144, menu, "80004005"), caught_initialize}},
+      {"IkvMainMenu::AddSubMenu", given(E_ACCESSDENIED), E_FAIL, {assertion(144, menu, "80070005"), caught_initialize}},
+      {"IkvMainMenu::AddSubMenu", untouched(S_OK), E_FAIL, {caught_initialize}},
+      {"IkvMainMenu::AddSubMenu", untouched(S_FALSE), E_FAIL, {caught_initialize}},
       {"IkvMainMenu::AddSubMenu", given(S_FALSE), S_OK, {}},
-      {"IkvSubMenu::AddCommand", untouched(E_FAIL), E_FAIL, {assertion(150, menu, "80004005"), caught}},
-      {"IkvSubMenu::AddCommand", given(E_ABORT), E_FAIL, {assertion(150, menu, "80004004"), caught}},
+      {"IkvSubMenu::AddCommand", untouched(E_FAIL), E_FAIL, {assertion(150, menu, "80004005"), caught_initialize}},
+      {"IkvSubMenu::AddCommand", given(E_ABORT), E_FAIL, {assertion(150, menu, "80004004"), caught_initialize}},
       {"IkvSubMenu::AddCommand", given(S_FALSE), S_OK, {}},
       {"IkvSubMenu::AddCommand", untouched(S_OK), S_OK, {}},
-      {"kvHotKeyCollection::QueryInterface", untouched(E_NOINTERFACE), E_FAIL, {caught}},
-      {"kvHotKeyCollection::QueryInterface", untouched(E_FAIL), E_FAIL, {caught}},
-      {"IkvHotKeyCollection::AddHotKey", untouched(E_FAIL), E_FAIL, {assertion(160, key, "80004005"), caught}},
-      {"IkvHotKeyCollection::AddHotKey", given(E_FAIL), E_FAIL, {assertion(160, key, "80004005"), caught}},
+      {"kvHotKeyCollection::QueryInterface", untouched(E_NOINTERFACE), E_FAIL, {caught_initialize}},
+      {"kvHotKeyCollection::QueryInterface", untouched(E_FAIL), E_FAIL, {caught_initialize}},
+      {"IkvHotKeyCollection::AddHotKey",
+       untouched(E_FAIL),
+       E_FAIL,
+       {assertion(160, key, "80004005"), caught_initialize}},
+      {"IkvHotKeyCollection::AddHotKey", given(E_FAIL), E_FAIL, {assertion(160, key, "80004005"), caught_initialize}},
       {"IkvHotKeyCollection::AddHotKey", given(S_FALSE), S_OK, {}},
       {"IkvHotKeyCollection::AddHotKey", untouched(S_OK), S_OK, {}},
       {"kvHotKey::QueryInterface", untouched(E_NOINTERFACE), S_OK, {}},
-      {"kvHotKey::QueryInterface", untouched(E_FAIL), E_FAIL, {caught}},
+      {"kvHotKey::QueryInterface", untouched(E_FAIL), E_FAIL, {caught_initialize}},
   };
 }
 
@@ -423,11 +429,11 @@ TEST_F(InitializeTest, OtherObjectsThanTheHostsAreRefusedWithoutACrash) {
   base::ComPtr<IDispatch> stranger = host_.storage();
   menu_ = stranger;
   EXPECT_EQ(E_FAIL, initialize());
-  EXPECT_THAT(take_reports(), ElementsAre(caught));
+  EXPECT_THAT(take_reports(), ElementsAre(caught_initialize));
   menu_ = host_.main_menu();
   hot_keys_ = stranger;
   EXPECT_EQ(E_FAIL, initialize());
-  EXPECT_THAT(take_reports(), ElementsAre(caught));
+  EXPECT_THAT(take_reports(), ElementsAre(caught_initialize));
   hot_keys_ = host_.hot_keys();
   storage_ = host_.main_menu();
   EXPECT_EQ(S_OK, initialize());

@@ -12,7 +12,7 @@ namespace platform {
 namespace {
 
 constexpr UINT close_message = WM_APP + 1;
-constexpr UINT test_message = WM_APP + 2;
+constexpr UINT dialog_message = WM_APP + 2;
 
 /// A dialog whose handler the test gives; it keeps the messages that reach it.
 class SampleDialog final : public CDialogImpl<SampleDialog> {
@@ -119,12 +119,12 @@ TEST_F(DialogTest, ExceptionOfAHandlerIsReportedAndTheMessageCountsAsNotHandled)
   for (const auto& thrower : test_support::throwers) {
     recorder_.reset();
     dialog_.handler = [&](UINT message, WPARAM, LPARAM, LRESULT& result) {
-      if (message != test_message) return false;
+      if (message != dialog_message) return false;
       result = 99;
       thrower.raise();
       return true;
     };
-    EXPECT_EQ(SendMessageW(window, test_message, 0, 0), 0) << thrower.name;
+    EXPECT_EQ(SendMessageW(window, dialog_message, 0, 0), 0) << thrower.name;
     ASSERT_EQ(traces().size(), 1u) << thrower.name;
     EXPECT_EQ(traces()[0].rfind(thrower.report, 0), 0u) << thrower.name;
   }
@@ -166,7 +166,7 @@ TEST_F(DialogTest, EndingADestroyedDialogIsReported) {
 
 TEST_F(DialogTest, UnhandledMessagesGoTheDefaultWay) {
   HWND window = dialog_.Create(nullptr);
-  EXPECT_EQ(SendMessageW(window, test_message, 0, 0), 0);
+  EXPECT_EQ(SendMessageW(window, dialog_message, 0, 0), 0);
   EXPECT_EQ(SendMessageW(window, DM_GETDEFID, 0, 0), MAKELONG(IDOK, DC_HASDEFID));
   DestroyWindow(window);
 }
@@ -174,9 +174,9 @@ TEST_F(DialogTest, UnhandledMessagesGoTheDefaultWay) {
 TEST_F(DialogTest, ResultOfAHandledMessageReachesTheSender) {
   HWND window = dialog_.Create(nullptr);
   for (const UINT message :
-       {static_cast<UINT>(WM_NOTIFY), static_cast<UINT>(WM_NCHITTEST), test_message, static_cast<UINT>(WM_COMPAREITEM),
-        static_cast<UINT>(WM_CTLCOLORDLG), static_cast<UINT>(WM_CTLCOLORSTATIC), static_cast<UINT>(WM_CTLCOLOREDIT),
-        static_cast<UINT>(WM_CHARTOITEM), static_cast<UINT>(WM_VKEYTOITEM)}) {
+       {static_cast<UINT>(WM_NOTIFY), static_cast<UINT>(WM_NCHITTEST), dialog_message,
+        static_cast<UINT>(WM_COMPAREITEM), static_cast<UINT>(WM_CTLCOLORDLG), static_cast<UINT>(WM_CTLCOLORSTATIC),
+        static_cast<UINT>(WM_CTLCOLOREDIT), static_cast<UINT>(WM_CHARTOITEM), static_cast<UINT>(WM_VKEYTOITEM)}) {
     dialog_.handler = [&](UINT arrived, WPARAM, LPARAM, LRESULT& result) {
       result = arrived == message ? 1234 : 0;
       return arrived == message;

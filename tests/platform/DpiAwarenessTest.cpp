@@ -17,7 +17,7 @@ ZD_IMPORT_PROBE(GetProcAddress, GetProcAddressProbe);
 ZD_IMPORT_PROBE(GetModuleHandleW, GetModuleHandleProbe);
 ZD_IMPORT_PROBE(DialogBoxParamW, DialogBoxProbe);
 
-constexpr UINT test_message = WM_APP + 1;
+constexpr UINT dpi_message = WM_APP + 1;
 
 DPI_AWARENESS awareness() { return GetAwarenessFromDpiAwarenessContext(GetThreadDpiAwarenessContext()); }
 
@@ -37,8 +37,8 @@ class DpiDialog final : public CDialogImpl<DpiDialog> {
     ++messages;
     if (awareness() != DPI_AWARENESS_SYSTEM_AWARE) ++elsewhere;
     if (handler) handler(message);
-    if (message == WM_INITDIALOG) PostMessageW(window, test_message, 0, 0);
-    if (message == test_message) EndDialog(IDOK);
+    if (message == WM_INITDIALOG) PostMessageW(window, dpi_message, 0, 0);
+    if (message == dpi_message) EndDialog(IDOK);
     return FALSE;
   }
 

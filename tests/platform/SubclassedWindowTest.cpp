@@ -11,7 +11,7 @@
 namespace platform {
 namespace {
 
-constexpr UINT test_message = WM_APP + 1;
+constexpr UINT subclass_message = WM_APP + 1;
 constexpr LRESULT original_answer = 11;
 
 /// The messages that reached the window's own procedure.
@@ -19,7 +19,7 @@ std::vector<UINT> original_messages;
 
 LRESULT CALLBACK original(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   original_messages.push_back(message);
-  return message == test_message ? original_answer : DefWindowProcW(window, message, wParam, lParam);
+  return message == subclass_message ? original_answer : DefWindowProcW(window, message, wParam, lParam);
 }
 
 /// Another subclass, added after ours.
@@ -27,7 +27,7 @@ WNDPROC foreign_original = nullptr;
 int foreign_messages = 0;
 
 LRESULT CALLBACK foreign(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-  if (message == test_message) ++foreign_messages;
+  if (message == subclass_message) ++foreign_messages;
   return CallWindowProcW(foreign_original, window, message, wParam, lParam);
 }
 
@@ -66,7 +66,7 @@ class SubclassedWindowTest : public testing::Test {
   }
 
   WNDPROC procedure() const { return reinterpret_cast<WNDPROC>(GetWindowLongPtrW(window_, GWLP_WNDPROC)); }
-  LRESULT send(UINT message = test_message) const { return SendMessageW(window_, message, 0, 0); }
+  LRESULT send(UINT message = subclass_message) const { return SendMessageW(window_, message, 0, 0); }
   void take_over_by_another() {
     foreign_original =
         reinterpret_cast<WNDPROC>(SetWindowLongPtrW(window_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&foreign)));
@@ -88,8 +88,8 @@ TEST_F(SubclassedWindowTest, MessagesReachItFirstAndTheOriginalWhenItDoesNotHand
   Subclass subclass;
   ASSERT_TRUE(subclass.SubclassWindow(window_));
   EXPECT_EQ(send(), original_answer);
-  EXPECT_EQ(subclass.messages, std::vector<UINT>{test_message});
-  EXPECT_EQ(original_messages.back(), test_message);
+  EXPECT_EQ(subclass.messages, std::vector<UINT>{subclass_message});
+  EXPECT_EQ(original_messages.back(), subclass_message);
 }
 
 TEST_F(SubclassedWindowTest, HandledMessagesStopThere) {
@@ -109,8 +109,8 @@ TEST_F(SubclassedWindowTest, HandlerCanAskTheOriginalFirst) {
   Subclass subclass;
   subclass.SubclassWindow(window_);
   subclass.handler = [&](UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
-    result = message == test_message ? subclass.CallOriginal(message, wParam, lParam) * 2 : 0;
-    return message == test_message;
+    result = message == subclass_message ? subclass.CallOriginal(message, wParam, lParam) * 2 : 0;
+    return message == subclass_message;
   };
   EXPECT_EQ(send(), 2 * original_answer);
 }
@@ -175,8 +175,8 @@ TEST_F(SubclassedWindowTest, WindowMayBeDestroyedByItsOwnHandler) {
   Subclass subclass;
   subclass.SubclassWindow(window_);
   subclass.handler = [&](UINT message, WPARAM, LPARAM, LRESULT&) {
-    if (message == test_message) DestroyWindow(window_);
-    return message == test_message;
+    if (message == subclass_message) DestroyWindow(window_);
+    return message == subclass_message;
   };
   send();
   EXPECT_EQ(subclass.m_hWnd, nullptr);
@@ -189,7 +189,7 @@ TEST_F(SubclassedWindowTest, ExceptionOfAHandlerIsReportedAndTheOriginalHandlesT
   for (const auto& thrower : test_support::throwers) {
     recorder_.reset();
     subclass.handler = [&](UINT message, WPARAM, LPARAM, LRESULT& result) {
-      if (message != test_message) return false;
+      if (message != subclass_message) return false;
       result = 99;
       thrower.raise();
       return true;

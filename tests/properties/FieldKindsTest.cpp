@@ -16,7 +16,7 @@ using testing::ElementsAre;
 using testing::ElementsAreArray;
 using testing::IsEmpty;
 
-using Texts = std::vector<std::string>;
+using ReportLines = std::vector<std::string>;
 
 /// What a host may answer when it is asked for a field.
 struct FieldKind {
@@ -92,7 +92,7 @@ class FieldKinds : public HostileDialogs {
   }
 
   /// The reports of one reading, whose lines are those of numbers or of texts.
-  Texts reports_of_reading(tagKVFIELDID id) const {
+  ReportLines reports_of_reading(tagKVFIELDID id) const {
     const auto report = [&](const std::string& what, int number_line, int text_line) {
       return "ASSERT " + what +
              " | zdStorageGetFieldHelper.h:" + std::to_string(is_text(id) ? text_line : number_line) + " GetField";
@@ -175,9 +175,10 @@ TEST_F(FieldKinds, AnyFieldIsWrittenUnlessThereIsNone) {
         SetField(table, id, 42L);
       }
       EXPECT_EQ(is_there ? 1u : 0u, host.calls().all("IkvField::Set").size());
-      EXPECT_THAT(reports(), ElementsAreArray(kind() == Kind::missing
-                                                  ? Texts{"ASSERT 00000001 | zdStorageGetFieldHelper.h:210 SetField"}
-                                                  : Texts()));
+      EXPECT_THAT(reports(),
+                  ElementsAreArray(kind() == Kind::missing
+                                       ? ReportLines{"ASSERT 00000001 | zdStorageGetFieldHelper.h:210 SetField"}
+                                       : ReportLines()));
     });
   });
 }

@@ -48,10 +48,10 @@ TEST(AnchorPosition, WrapsAroundBeyond32BitsBeforeItDivides) {
 
 /// A child between two anchors in a parent whose client area changes from one size to another.
 struct RectCase {
-  const char* name;
+  const char* name = "";
   CSize top_left, bottom_right;
   CSize old_extent, new_extent;
-  RECT before, after;
+  RECT before = {}, after = {};
 };
 
 // clang-format off

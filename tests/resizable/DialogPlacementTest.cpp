@@ -8,8 +8,8 @@
 namespace resizable_test {
 namespace {
 
-constexpr wchar_t key_name[] = L"SOFTWARE\\A B\\C\\Windows Placement";
-constexpr wchar_t value_name[] = L"TestDialog";
+constexpr wchar_t dialog_key[] = L"SOFTWARE\\A B\\C\\Windows Placement";
+constexpr wchar_t dialog_value[] = L"TestDialog";
 
 class DialogPlacement : public DialogFixture<IDD_SIZING_BORDER> {
  protected:
@@ -21,7 +21,9 @@ class DialogPlacement : public DialogFixture<IDD_SIZING_BORDER> {
     });
   }
 
-  static bool is_stored() { return test_support::registry_bytes(HKEY_CURRENT_USER, key_name, value_name).size() == 44; }
+  static bool is_stored() {
+    return test_support::registry_bytes(HKEY_CURRENT_USER, dialog_key, dialog_value).size() == 44;
+  }
 
   const LONG caption = GetSystemMetrics(SM_CYCAPTION);
   RECT template_rect{};
@@ -91,7 +93,7 @@ TEST_F(DialogPlacement, TooSmallAStoredSizeIsHeldAtTheSmallest) {
   placement.showCmd = SW_SHOWNORMAL;
   for (const RECT tiny : {RECT{100, 100, 110, 110}, RECT{100, 100, 100, 100}, RECT{300, 300, 100, 100}}) {
     placement.rcNormalPosition = tiny;
-    test_support::write_registry_value(HKEY_CURRENT_USER, key_name, value_name, REG_BINARY, &placement,
+    test_support::write_registry_value(HKEY_CURRENT_USER, dialog_key, dialog_value, REG_BINARY, &placement,
                                        sizeof placement);
     open_restored();
     EXPECT_EQ(size(), smallest);

@@ -60,7 +60,7 @@ class DialogFixture : public testing::Test {
   void open(HWND owner = nullptr) { ASSERT_NE(dialog.Create(owner), nullptr); }
 
   /// Opens the dialog with an initialisation of its own.
-  void open_with(std::function<void()> initialise) {
+  void open_with(const std::function<void()>& initialise) {
     dialog.on_message = [initialise](UINT message, WPARAM, LPARAM, LRESULT&) {
       if (message != WM_INITDIALOG) return FALSE;
       initialise();

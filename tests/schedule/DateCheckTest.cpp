@@ -7,11 +7,6 @@ namespace {
 
 using Days = std::vector<Day>;
 
-const TradingDays& china() {
-  static const TradingDays calendar = trading_days(shipped("china-futures"));
-  return calendar;
-}
-
 DateCheck check(const RuleNumbers& rule, std::string_view contract, std::string_view listed) {
   return check_date(rule, {month(contract), day(listed)}, china(), Against::roll);
 }

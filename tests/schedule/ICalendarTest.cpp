@@ -9,19 +9,19 @@ namespace {
 
 const CalendarScope scope{"holidays", day("2026-01-01"), day("2026-12-31")};
 
-const std::string good =
+const std::string good_events =
     "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nX-WR-CALNAME:Public holidays\r\n"
     "BEGIN:VEVENT\r\nUID:1\r\nDTSTART;VALUE=DATE:20260501\r\nDTEND;VALUE=DATE:20260506\r\nSUMMARY:Labour\\, day\r\n"
     "BEGIN:VALARM\r\nDTSTART:nonsense\r\nEND:VALARM\r\nEND:VEVENT\r\n"
     "BEGIN:VEVENT\r\nDTSTART;VALUE=DATE:20260101\r\nSUMM\r\n ARY:New\r\n\t Year\r\nEND:VEVENT\r\n"
     "END:VCALENDAR\r\n";
 
-std::string with(std::string_view piece, std::string_view replacement) {
-  std::string text = good;
+std::string events_with(std::string_view piece, std::string_view replacement) {
+  std::string text = good_events;
   return text.replace(text.find(piece), piece.size(), replacement);
 }
 
-std::string messages(std::string_view text) {
+std::string event_mistakes(std::string_view text) {
   const CalendarReading reading = read_icalendar(text, scope);
   EXPECT_EQ(reading.calendar.has_value(), reading.mistakes.empty());
   std::string lines;
@@ -42,15 +42,15 @@ std::string days_of(const std::string& event) {
 }  // namespace
 
 TEST(ICalendar, AllDayEventsAreClosedDays) {
-  EXPECT_EQ(messages(good), "");
-  EXPECT_EQ(read_icalendar(good, scope).calendar, (Calendar{.name = "holidays",
-                                                            .title = "Public holidays",
-                                                            .from = scope.from,
-                                                            .to = scope.to,
-                                                            .closed = {{day("2026-01-01"), "New Year"},
-                                                                       {day("2026-05-01"), "Labour, day"},
-                                                                       {day("2026-05-04"), "Labour, day"},
-                                                                       {day("2026-05-05"), "Labour, day"}}}));
+  EXPECT_EQ(event_mistakes(good_events), "");
+  EXPECT_EQ(read_icalendar(good_events, scope).calendar, (Calendar{.name = "holidays",
+                                                                   .title = "Public holidays",
+                                                                   .from = scope.from,
+                                                                   .to = scope.to,
+                                                                   .closed = {{day("2026-01-01"), "New Year"},
+                                                                              {day("2026-05-01"), "Labour, day"},
+                                                                              {day("2026-05-04"), "Labour, day"},
+                                                                              {day("2026-05-05"), "Labour, day"}}}));
 }
 
 TEST(ICalendar, EndIsTheDayAfterTheLast) {
@@ -70,31 +70,34 @@ TEST(ICalendar, DaysOfTheWeekendOrOutsideOrCancelledAreLeftOut) {
 }
 
 TEST(ICalendar, WhatIsNoAllDayEventIsRefusedWithItsLine) {
-  EXPECT_EQ(messages(with("DTSTART;VALUE=DATE:20260501", "DTSTART:20260501T090000Z")),
+  EXPECT_EQ(event_mistakes(events_with("DTSTART;VALUE=DATE:20260501", "DTSTART:20260501T090000Z")),
             "f.ics:6: expected an all-day event with days like 20260116, found \"DTSTART:20260501T090000Z\"\n");
-  EXPECT_EQ(messages(with("UID:1", "RRULE:FREQ=YEARLY")),
+  EXPECT_EQ(event_mistakes(events_with("UID:1", "RRULE:FREQ=YEARLY")),
             "f.ics:5: expected an event that does not repeat, found \"RRULE:FREQ=YEARLY\"\n");
-  EXPECT_EQ(messages(with("UID:1", "rdate;value=date:20270501")),
+  EXPECT_EQ(event_mistakes(events_with("UID:1", "rdate;value=date:20270501")),
             "f.ics:5: expected an event that does not repeat, found \"RDATE;VALUE=DATE:20270501\"\n");
-  EXPECT_EQ(messages(with("DTSTART;VALUE=DATE:20260501\r\n", "")), "f.ics:11: expected an event with DTSTART\n");
-  EXPECT_EQ(messages(with("20260506", "20260430")), "f.ics:12: expected an event that does not end before it starts\n");
+  EXPECT_EQ(event_mistakes(events_with("DTSTART;VALUE=DATE:20260501\r\n", "")),
+            "f.ics:11: expected an event with DTSTART\n");
+  EXPECT_EQ(event_mistakes(events_with("20260506", "20260430")),
+            "f.ics:12: expected an event that does not end before it starts\n");
   EXPECT_EQ(days_of("DTSTART:20260105\nDURATION:PT2H"), "refused");
   EXPECT_EQ(days_of("DTSTART:20260105\nDURATION:P0D"), "refused");
 }
 
 TEST(ICalendar, OtherFilesAreRefusedWithALine) {
-  EXPECT_EQ(messages(""), "f.ics:1: expected END:VCALENDAR\n");
-  EXPECT_EQ(messages("# name: x\n"),
+  EXPECT_EQ(event_mistakes(""), "f.ics:1: expected END:VCALENDAR\n");
+  EXPECT_EQ(event_mistakes("# name: x\n"),
             "f.ics:1: expected a line of an iCalendar file, found \"# name: x\"\nf.ics:1: expected END:VCALENDAR\n");
-  EXPECT_EQ(messages(with("END:VALARM", "END:VEVENT")).substr(0, 32), "f.ics:11: expected END:VALARM\nf.");
-  EXPECT_EQ(messages(good + "more:x\r\n"), "f.ics:20: expected a line of an iCalendar file, found \"more:x\"\n");
-  EXPECT_EQ(messages(with("Labour", "\xFF")), "f.ics:8: expected UTF-8: save as UTF-8\n");
+  EXPECT_EQ(event_mistakes(events_with("END:VALARM", "END:VEVENT")).substr(0, 32), "f.ics:11: expected END:VALARM\nf.");
+  EXPECT_EQ(event_mistakes(good_events + "more:x\r\n"),
+            "f.ics:20: expected a line of an iCalendar file, found \"more:x\"\n");
+  EXPECT_EQ(event_mistakes(events_with("Labour", "\xFF")), "f.ics:8: expected UTF-8: save as UTF-8\n");
 }
 
 TEST(ICalendar, ScopeIsChecked) {
-  EXPECT_EQ(describe(read_icalendar(good, {"a/b", scope.from, scope.to}).mistakes.at(0)),
+  EXPECT_EQ(describe(read_icalendar(good_events, {"a/b", scope.from, scope.to}).mistakes.at(0)),
             "expected a name of 1 to 255 characters that is not the name of a file, found \"a/b\"");
-  EXPECT_EQ(describe(read_icalendar(good, {"x", scope.to, scope.from}).mistakes.at(0)),
+  EXPECT_EQ(describe(read_icalendar(good_events, {"x", scope.to, scope.from}).mistakes.at(0)),
             "expected a last day that is not before 2026-12-31, found 2026-01-01");
 }
 
@@ -106,14 +109,14 @@ TEST(ICalendar, IsRecognised) {
 }
 
 TEST(ICalendar, TruncatedIsRefusedUnlessOnlyTheLastLineEndIsMissing) {
-  for (std::size_t length = 0; length < good.size(); ++length)
-    EXPECT_EQ(messages(good.substr(0, length)).empty(), length + 2 >= good.size()) << length;
+  for (std::size_t length = 0; length < good_events.size(); ++length)
+    EXPECT_EQ(event_mistakes(good_events.substr(0, length)).empty(), length + 2 >= good_events.size()) << length;
 }
 
 TEST(ICalendar, DamagedIsRefusedWithALineOrAccepted) {
   test_support::RandomCases random;
   for (int number = 0; number < test_support::repetitions(100000, 3000); ++number) {
-    std::string text = good;
+    std::string text = good_events;
     random.damage(text, 3);
     const CalendarReading reading = read_icalendar(text, scope);
     ASSERT_EQ(reading.calendar.has_value(), reading.mistakes.empty()) << random.trace(number);

@@ -14,11 +14,6 @@ namespace {
 
 using std::chrono::days;
 
-const TradingDays& china() {
-  static const TradingDays calendar = trading_days(shipped("china-futures"));
-  return calendar;
-}
-
 std::vector<RuleNumbers> rules_of(const FoundRules& found) {
   std::vector<RuleNumbers> rules;
   for (const FoundRule& rule : found.rules) rules.push_back(rule.rule);

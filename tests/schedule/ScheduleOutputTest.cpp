@@ -10,11 +10,6 @@ namespace workbench::schedule {
 
 namespace {
 
-const TradingDays& china() {
-  static const TradingDays calendar = trading_days(shipped("china-futures"));
-  return calendar;
-}
-
 ScheduleRow row_of(const RuleNumbers& rule, std::string_view contract, std::string name = "CSI 300",
                    std::string setting = "", bool estimates = false) {
   return {std::move(name), std::move(setting),

@@ -29,6 +29,12 @@ inline const Calendar& shipped(std::string_view name) {
   throw std::out_of_range(std::string(name));
 }
 
+/// The trading days of mainland China.
+inline const TradingDays& china() {
+  static const TradingDays days = trading_days(shipped("china-futures"));
+  return days;
+}
+
 /// The closed days of the shipped calendar of this name.
 inline std::vector<Day> shipped_days(std::string_view name) {
   std::vector<Day> days;

@@ -39,7 +39,7 @@ TEST_F(EditorMessages, OthersAreNotHandled) {
 }
 
 TEST_F(EditorMessages, AnotherMessageMapIsAnAssertion) {
-  edit([this](Editor& editor) {
+  edit([](Editor& editor) {
     LRESULT result = 0;
     EXPECT_FALSE(editor.dialog().ProcessWindowMessage(editor.window(), WM_COMMAND, IDOK, 0, result, 1));
     EXPECT_THAT(reports(), ElementsAre(StartsWith("ASSERT")));
@@ -48,7 +48,7 @@ TEST_F(EditorMessages, AnotherMessageMapIsAnAssertion) {
 }
 
 TEST_F(EditorMessages, BeforeTheDialogIsBoundGoTheDefaultWay) {
-  edit([this](Editor& editor) {
+  edit([](Editor& editor) {
     HWND stranger =
         CreateWindowW(L"#32770", L"", WS_POPUP, 0, 0, 10, 10, nullptr, nullptr, base::module_instance(), nullptr);
     for (const UINT message : {WM_COMMAND, WM_VSCROLL, WM_SETFONT, WM_NCDESTROY}) {

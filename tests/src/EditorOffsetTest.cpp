@@ -236,7 +236,7 @@ TEST_F(EditorOffset, StoredOutsideTheRangeIsSavedAsTheSpinHoldsIt) {
 }
 
 TEST_F(EditorOffset, TextThatIsNoNumberIsReportedAndTheDialogStaysOpen) {
-  save_from(5, [this](Editor& editor) {
+  save_from(5, [](Editor& editor) {
     SetWindowTextW(editor.item(IDC_OFFSET), L"abc");
     SendMessageW(editor.window(), WM_USER + 7, reinterpret_cast<WPARAM>(editor.item(IDC_OFFSET)), 0);
     EXPECT_THAT(reports(),

@@ -135,7 +135,7 @@ TEST_F(SavedRule, ReturnsTheResultOfTheService) {
 }
 
 TEST_F(SavedRule, IsSavedWithEveryUnitOfItsName) {
-  const std::wstring odd(L"\"%s\" \xD83D\xDE00 \xD800 \x0001 \t\n\0 end", 20);
+  const std::wstring odd(L"\"%s\" \xD83D\xDE00 \xD800 \x0001 \t\n\0 end", 19);
   rule.RuleName = platform::take_string(SysAllocStringLen(odd.data(), static_cast<UINT>(odd.size())));
   long id = 0;
   add_rule(block, rule, id);

@@ -51,7 +51,7 @@ TEST_F(Field, ReadsANullTextAsAnEmptyHolder) {
 }
 
 TEST_F(Field, KeepsEveryUnitOfAText) {
-  const std::wstring odd(L"\"%s\" \xD83D\xDE00 \xD800 \x0001 \t\n\0 end", 20);
+  const std::wstring odd(L"\"%s\" \xD83D\xDE00 \xD800 \x0001 \t\n\0 end", 19);
   host.odd_values()[KVFIELD_RULE_NAME] = odd;
   const _bstr_t value = text();
   EXPECT_EQ(odd, std::wstring(static_cast<const wchar_t*>(value), value.length()));

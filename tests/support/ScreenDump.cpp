@@ -22,7 +22,7 @@ std::string text_of(HWND window) {
   return base::to_utf8(text);
 }
 
-std::string class_of(HWND window) {
+std::string class_text(HWND window) {
   wchar_t name[256] = L"";
   GetClassNameW(window, name, ARRAYSIZE(name));
   return base::to_utf8(name);
@@ -31,7 +31,7 @@ std::string class_of(HWND window) {
 void dump_window(HWND window, const char* indent, std::FILE* out) {
   RECT place{};
   GetWindowRect(window, &place);
-  std::fprintf(out, "%s%s \"%s\" id %d (%ld,%ld)-(%ld,%ld)%s%s\n", indent, class_of(window).c_str(),
+  std::fprintf(out, "%s%s \"%s\" id %d (%ld,%ld)-(%ld,%ld)%s%s\n", indent, class_text(window).c_str(),
                text_of(window).c_str(), GetDlgCtrlID(window), place.left, place.top, place.right, place.bottom,
                IsWindowVisible(window) ? "" : " hidden", IsWindowEnabled(window) ? "" : " disabled");
 }

@@ -53,7 +53,7 @@ void run_command(HWND dialog, int command) {
   }
 }
 
-INT_PTR CALLBACK dialog_procedure(HWND dialog, UINT message, WPARAM wparam, LPARAM lparam) noexcept {
+INT_PTR CALLBACK recent_procedure(HWND dialog, UINT message, WPARAM wparam, LPARAM lparam) noexcept {
   switch (message) {
     case WM_INITDIALOG:
       fill(dialog, *reinterpret_cast<const Content*>(lparam));
@@ -74,7 +74,7 @@ INT_PTR CALLBACK dialog_procedure(HWND dialog, UINT message, WPARAM wparam, LPAR
 
 void show_recent_reports(const std::wstring& log_path, const std::wstring& recent_lines) noexcept {
   const Content content{log_path, recent_lines};
-  DialogBoxParamW(base::module_instance(), MAKEINTRESOURCEW(IDD_RECENT), GetActiveWindow(), dialog_procedure,
+  DialogBoxParamW(base::module_instance(), MAKEINTRESOURCEW(IDD_RECENT), GetActiveWindow(), recent_procedure,
                   reinterpret_cast<LPARAM>(&content));
 }
 

@@ -28,7 +28,7 @@ void end_ignoring(HWND dialog) noexcept {
   end(dialog, always ? UserAnswer::always_ignore : UserAnswer::ignore);
 }
 
-INT_PTR CALLBACK dialog_procedure(HWND dialog, UINT message, WPARAM wparam, LPARAM lparam) noexcept {
+INT_PTR CALLBACK report_procedure(HWND dialog, UINT message, WPARAM wparam, LPARAM lparam) noexcept {
   if (message == WM_INITDIALOG) return fill(dialog, *reinterpret_cast<const ReportText*>(lparam));
   if (message != WM_COMMAND) return FALSE;
   switch (LOWORD(wparam)) {
@@ -56,7 +56,7 @@ bool can_show_windows() noexcept {
 
 UserAnswer ask_user(const ReportText& text) noexcept {
   const INT_PTR answer = DialogBoxParamW(base::module_instance(), MAKEINTRESOURCEW(IDD_REPORT), GetActiveWindow(),
-                                         dialog_procedure, reinterpret_cast<LPARAM>(&text));
+                                         report_procedure, reinterpret_cast<LPARAM>(&text));
   return answer > 0 ? static_cast<UserAnswer>(answer) : UserAnswer::ignore;
 }
 

@@ -58,7 +58,7 @@ std::size_t display_width(std::string_view text) {
 }
 
 /// Keeps a row on its line.
-std::string one_line(const std::string& text) {
+std::string cell_text(const std::string& text) {
   std::string result = well_formed(text);
   for (char& unit : result) {
     if (static_cast<unsigned char>(unit) < 0x20 || unit == 0x7F) unit = ' ';
@@ -95,7 +95,7 @@ std::string aligned_text(const TextTable& table) {
   for (std::vector<std::string>& row : lines) {
     widths.resize(std::max(widths.size(), row.size()));
     for (std::size_t i = 0; i < row.size(); ++i) {
-      row[i] = one_line(row[i]);
+      row[i] = cell_text(row[i]);
       widths[i] = std::max(widths[i], display_width(row[i]));
     }
   }

@@ -34,7 +34,7 @@ inline long number_in(IkvTable* table, long id) {
 inline std::wstring text_in(IkvTable* table, long id) {
   BSTR text = nullptr;
   EXPECT_EQ(field_of(table, id)->GetText(&text), S_OK);
-  const std::wstring result(text ? text : L"", SysStringLen(text));
+  std::wstring result(text ? text : L"", SysStringLen(text));
   SysFreeString(text);
   return result;
 }
