@@ -87,7 +87,9 @@ TEST(RuleFiles, JsonMayHoldOneKindAlone) {
 }
 
 TEST(RuleFiles, JsonEscapesOfPairsAreCharacters) {
-  const RuleFile file = read_rules_json(R"({"settings": [{"SettingName": "\ud83d\ude00\uE0F0D800", "RuleName": ""}]})");
+  const RuleFile file = read_rules_json(
+      R"({"settings": [{"SettingName": "\ud83d\ude00\uE0F0D800", "RuleName": "", "Calendar": "", "Months": "",
+                                             "LastTradingDay": "roll"}]})");
   EXPECT_EQ(settings_of(file).at(0).name,
             "\xF0\x9F\x98\x80\xEE\x83\xB0"
             "D800");
@@ -101,8 +103,17 @@ TEST(RuleFiles, EveryColumnOfARuleIsRequired) {
   EXPECT_EQ(file.ignored_columns, std::vector<std::string>{"RollOfset"});
 }
 
+TEST(RuleFiles, EveryColumnOfASettingIsRequired) {
+  const std::string expected =
+      "f:1: expected a column Calendar\nf:1: expected a column Months\nf:1: expected a column LastTradingDay\n";
+  const RuleFile file = read_settings_csv("SettingName,RuleName\ns,r\n");
+  EXPECT_EQ(messages(file.mistakes), expected);
+  EXPECT_TRUE(file.settings->empty());
+  EXPECT_EQ(messages(read_rules_json(R"({"settings": [{"SettingName": "s", "RuleName": "r"}]})").mistakes), expected);
+}
+
 TEST(RuleFiles, OtherColumnsAreIgnoredWithANote) {
-  const RuleFile file = read_settings_csv("Colour,RuleName,SettingName\nred,r,s\n");
+  const RuleFile file = read_settings_csv("Colour,RuleName,SettingName,Months,LastTradingDay,Calendar\nred,r,s,,,\n");
   EXPECT_EQ(settings_of(file), (std::vector<NamedSetting>{{"s", "r"}}));
   EXPECT_EQ(file.ignored_columns, std::vector<std::string>{"Colour"});
 }
@@ -134,7 +145,9 @@ TEST(RuleFiles, MistakesInJsonAreReportedWithTheirLines) {
   EXPECT_EQ(mistakes("{\"settings\": [\n{\"SettingName\": [\"s\"]}]}"), "f:2: " + form);
   EXPECT_EQ(mistakes("{\"settings\": []}\n x"), "f:2: " + form);
   EXPECT_EQ(mistakes("{\"settings\": [],\n\"settings\": []}"), "f:2: expected the column settings only once\n");
-  EXPECT_EQ(mistakes("{\"settings\": [\n\n{\"SettingName\": \"s\"}\n]}"), "f:3: expected a column RuleName\n");
+  EXPECT_EQ(mistakes("{\"settings\": [\n\n{\"SettingName\": \"s\"}\n]}"),
+            "f:3: expected a column RuleName\nf:3: expected a column Calendar\nf:3: expected a column Months\n"
+            "f:3: expected a column LastTradingDay\n");
   EXPECT_EQ(mistakes("{\"settings\": [{\"SettingName\": \"s\",\n\"SettingName\": \"s\"}]}"),
             "f:2: expected the column SettingName only once\n");
   EXPECT_EQ(mistakes("{\"settings\": [\n{\"SettingName\": 5}]}"), "f:2: expected a text as SettingName, found 5\n");
@@ -149,8 +162,9 @@ TEST(RuleFiles, MistakesInJsonAreReportedWithTheirLines) {
 TEST(RuleFiles, NamesHaveTheLengthThatAStoreKeeps) {
   EXPECT_EQ(utf16_length("a\xE6\xB2\xAA\xF0\x9F\x98\x80" + lone_surrogate), 5U);
   const std::string longest(255, 'x');
-  EXPECT_EQ(messages(read_settings_csv("SettingName,RuleName\n" + longest + ",\n").mistakes), "");
-  EXPECT_EQ(read_settings_csv("SettingName,RuleName\n" + longest + "x,\n").mistakes.size(), 1U);
+  const std::string columns = "SettingName,RuleName,Calendar,Months,LastTradingDay\n";
+  EXPECT_EQ(messages(read_settings_csv(columns + longest + ",,,,\n").mistakes), "");
+  EXPECT_EQ(read_settings_csv(columns + longest + "x,,,,\n").mistakes.size(), 1U);
 }
 
 TEST(ImportPlan, SaysWhatIsAddedChangedAndLeft) {
@@ -184,7 +198,8 @@ TEST(ImportPlan, RefusesRepeatedNamesAndValuesThatNoStoreKeeps) {
 
 TEST(ImportPlan, SettingsReplaceTheWholeList) {
   const std::vector<NamedSetting> stored{{"IF", "a"}, {"IF", "b"}, {"CL", "c"}};
-  const RuleFile file = read_settings_csv("SettingName,RuleName\nIF,a\nIF,x\nIF,y\n");
+  const RuleFile file =
+      read_settings_csv("SettingName,RuleName,Calendar,Months,LastTradingDay\nIF,a,,,\nIF,x,,,\nIF,y,,,\n");
   const ImportPlan plan = plan_import(file, {}, stored);
   ASSERT_TRUE(plan.settings.has_value());
   ASSERT_EQ(plan.settings->size(), 3U);

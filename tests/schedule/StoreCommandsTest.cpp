@@ -103,7 +103,9 @@ TEST_F(StoreCommands, FileWithoutAnyRecordCannotBeUsed) {
 }
 
 TEST_F(StoreCommands, SettingsReplaceTheWholeList) {
-  files_["settings.csv"] = "SettingName,RuleName,Calendar\r\nIF,CSI 300,other\r\nnew,copper,\r\nCU,copper,test\r\n";
+  files_["settings.csv"] =
+      "SettingName,RuleName,Calendar,Months,LastTradingDay\r\nIF,CSI 300,other,,roll\r\nnew,copper,,,roll\r\n"
+      "CU,copper,test,,roll\r\n";
   const CommandOutput output = run({"--import", "settings.csv", "--what", "settings"});
   EXPECT_EQ(output.exit_code, done);
   EXPECT_EQ(output.data,

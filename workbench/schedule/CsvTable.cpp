@@ -6,16 +6,13 @@ namespace workbench::schedule {
 
 namespace {
 
-/// Where each wanted column is in the first line; behind its end, if it is missing. Required ones that are missing, and
-/// repeated ones, are mistakes.
-std::vector<std::size_t> locate(std::span<const std::string_view> columns, std::size_t required, const CsvRecord& names,
-                                CsvTable& table) {
+/// Where each wanted column is in the first line. Missing and repeated ones are mistakes.
+std::vector<std::size_t> locate(std::span<const std::string_view> columns, const CsvRecord& names, CsvTable& table) {
   std::vector<std::size_t> positions;
   for (const std::string_view column : columns) {
     const auto count = std::ranges::count(names.fields, column);
     const auto found = std::ranges::find(names.fields, column);
-    if (count == 0 && positions.size() < required)
-      table.mistakes.push_back({names.line, MistakeKind::missing_column, {std::string(column)}});
+    if (count == 0) table.mistakes.push_back({names.line, MistakeKind::missing_column, {std::string(column)}});
     if (count > 1) table.mistakes.push_back({names.line, MistakeKind::repeated_column, {std::string(column)}});
     positions.push_back(static_cast<std::size_t>(found - names.fields.begin()));
   }
@@ -27,13 +24,13 @@ std::vector<std::size_t> locate(std::span<const std::string_view> columns, std::
 
 }  // namespace
 
-CsvTable read_csv_table(std::string_view bytes, std::span<const std::string_view> columns, std::size_t required) {
+CsvTable read_csv_table(std::string_view bytes, std::span<const std::string_view> columns) {
   CsvRecords read = read_csv(bytes);
   CsvTable table{{}, std::move(read.mistakes), {}};
   const std::size_t broken = table.mistakes.size();
   if (read.records.empty()) read.records.push_back({1, {}});
   const CsvRecord& names = read.records.front();
-  const std::vector<std::size_t> positions = locate(columns, required, names, table);
+  const std::vector<std::size_t> positions = locate(columns, names, table);
   if (table.mistakes.size() == broken) {
     for (std::size_t i = 1; i < read.records.size(); ++i) {
       CsvRecord& record = read.records[i];
@@ -44,7 +41,6 @@ CsvTable read_csv_table(std::string_view bytes, std::span<const std::string_view
         continue;
       }
       CsvRecord row{record.line, {}};
-      record.fields.emplace_back();  // stands for columns that are missing
       for (const std::size_t position : positions) row.fields.push_back(record.fields[position]);
       table.rows.push_back(std::move(row));
     }

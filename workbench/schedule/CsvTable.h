@@ -1,6 +1,5 @@
 #pragma once
 
-#include <limits>
 #include <span>
 #include <string>
 #include <string_view>
@@ -17,10 +16,9 @@ struct CsvTable {
   std::vector<std::string> ignored_columns;  ///< what the first line names besides
 };
 
-/// Reads a file of values; see `read_csv`. Columns may come in any order; the first `required` of the wanted ones, by
-/// default all, must be there, and another that is missing gives empty fields. A row with another number of fields than
-/// the first line is a mistake and left out.
-CsvTable read_csv_table(std::string_view bytes, std::span<const std::string_view> columns,
-                        std::size_t required = std::numeric_limits<std::size_t>::max());
+/// Reads a file of values; see `read_csv`. Columns may come in any order. If a wanted one is missing or repeated,
+/// that is a mistake and there are no rows; a row with another number of fields than the first line is a mistake and
+/// left out.
+CsvTable read_csv_table(std::string_view bytes, std::span<const std::string_view> columns);
 
 }  // namespace workbench::schedule

@@ -70,7 +70,7 @@ RuleFile read_rules_csv(std::string_view bytes) {
 }
 
 RuleFile read_settings_csv(std::string_view bytes) {
-  CsvTable table = read_csv_table(bytes, setting_columns, required_setting_columns);
+  CsvTable table = read_csv_table(bytes, setting_columns);
   RuleFile file{std::nullopt, std::vector<Lined<NamedSetting>>{}, std::move(table.mistakes),
                 std::move(table.ignored_columns)};
   for (const CsvRecord& row : table.rows) {

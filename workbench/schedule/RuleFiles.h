@@ -53,8 +53,8 @@ struct RuleFile {
 /// Reads rules from CSV: RuleName and the names of `rule_fields`, in any order. Numbers may have any value.
 RuleFile read_rules_csv(std::string_view bytes);
 
-/// Reads settings from CSV: SettingName and RuleName; Calendar, Months and LastTradingDay (roll or expiration) may be
-/// missing.
+/// Reads settings from CSV: SettingName, RuleName, Calendar, Months and LastTradingDay (roll or expiration), in any
+/// order.
 RuleFile read_settings_csv(std::string_view bytes);
 
 /// Reads a JSON object with the arrays rules and settings, or one of them, whose objects have the names of the columns.

@@ -207,11 +207,10 @@ class RuleJsonReader {
   }
 
   void add_record() {
-    const std::size_t required = in_rules_ ? rule_columns.size() : required_setting_columns;
     CsvRecord record{record_line_, {}};
     bool complete = true;
     for (std::size_t i = 0; i < fields_.size(); ++i) {
-      if (!fields_[i] && i < required) {
+      if (!fields_[i]) {
         file_.mistakes.push_back({record_line_, MistakeKind::missing_column, {std::string(columns()[i])}});
         complete = false;
       }

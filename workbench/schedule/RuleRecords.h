@@ -16,8 +16,6 @@ inline constexpr std::array<std::string_view, 10> rule_columns{
     rule_fields[4].name, rule_fields[5].name, rule_fields[6].name, rule_fields[7].name, rule_fields[8].name};
 inline constexpr std::array<std::string_view, 5> setting_columns{"SettingName", "RuleName", "Calendar", "Months",
                                                                  "LastTradingDay"};
-/// How many of the columns of a setting a file must have.
-inline constexpr std::size_t required_setting_columns = 2;
 
 /// The rule in a record with the fields of `rule_columns`; adds mistakes if there is none.
 std::optional<NamedRule> try_read_rule(const CsvRecord& record, std::vector<Mistake>& mistakes);
