@@ -18,6 +18,8 @@ std::string messages(const DateList& list) {
 TEST(Contract, IsWrittenInManyWays) {
   for (const char* text : {"2026-01", "202601", "2601", "IF2601", "if2601", "CLF26", "clf26", "6EF26", "IF26"})
     EXPECT_EQ(try_parse_contract(text), month("2026-01")) << text;
+  EXPECT_EQ(try_parse_contract("cu2010"), month("2020-10"));
+  EXPECT_EQ(try_parse_contract("HSI2010"), month("2020-10")) << "I is no month";
   EXPECT_EQ(try_parse_contract("CLZ99"), month("2099-12"));
   EXPECT_EQ(try_parse_contract("cu0012"), month("2000-12"));
   const std::string letters = "FGHJKMNQUVXZ";
@@ -26,9 +28,27 @@ TEST(Contract, IsWrittenInManyWays) {
 }
 
 TEST(Contract, IsRefusedWhenItsMonthIsNotCertain) {
-  for (const char* text : {"", "F", "26", "F26", "2613", "2600", "IF2613", "CLA26", "CLF6", "SR601",
-
-                           "20261", "2026-13", "2026/01", "CL F26", "CL-F26", "IF202601", "1F6", "2026-01 ",
+  for (const char* text : {"",
+                           "F",
+                           "26",
+                           "F26",
+                           "2613",
+                           "2600",
+                           "IF2613",
+                           "CLA26",
+                           "CLF6",
+                           "SR601",
+                           "CLZ2010",
+                           "clz2601",
+                           "6EF2012",
+                           "20261",
+                           "2026-13",
+                           "2026/01",
+                           "CL F26",
+                           "CL-F26",
+                           "IF202601",
+                           "1F6",
+                           "2026-01 ",
                            "\xE6\xB2\xAA"
                            "2601"})
     EXPECT_FALSE(try_parse_contract(text)) << text;

@@ -69,10 +69,12 @@ std::optional<Month> try_parse_contract(std::string_view text) {
   const std::string_view product = text.substr(0, text.size() - digits.size());
   if (product.empty() && digits.size() == 6) return month_of(digits.substr(0, 4), digits.substr(4));
   if (product.empty() || is_product(product)) {
+    const std::size_t month = product.empty() ? std::string_view::npos : month_letters.find(to_upper(product.back()));
+    const bool has_letter = month != std::string_view::npos;
+    // CLZ2010 may be December 2010 or October 2020. Products with the month in digits, as in IF2010, have two letters.
+    if (digits.size() == 4 && has_letter && product.size() > 2) return std::nullopt;
     if (digits.size() == 4) return month_of(digits.substr(0, 2), digits.substr(2));
-    if (product.size() < 2 || digits.size() != 2) return std::nullopt;
-    const std::size_t month = month_letters.find(to_upper(product.back()));
-    if (month == std::string_view::npos) return std::nullopt;
+    if (product.size() < 2 || digits.size() != 2 || !has_letter) return std::nullopt;
     const std::string number = std::to_string(month + 1);
     return month_of(digits, number.size() == 1 ? "0" + number : number);
   }

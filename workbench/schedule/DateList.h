@@ -12,7 +12,8 @@ namespace workbench::schedule {
 
 /// The month of a contract that is written as 2026-01, 202601, 2601, IF2601 or CLF26: a month, or the exchange's code,
 /// which is a product followed by the last two digits of the year and the month, or by the letter of the month and
-/// those of the year. Years of two digits are those from 2000 to 2099.
+/// those of the year. Years of two digits are those from 2000 to 2099. Four digits after the letter of a month that
+/// ends a product of three letters or more are refused, since they may be a year.
 std::optional<Month> try_parse_contract(std::string_view text);
 
 /// Whether the contract month is among these letters of delivery months; no letters are all months.
