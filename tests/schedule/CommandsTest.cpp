@@ -146,6 +146,16 @@ TEST_F(Commands, FindRuleNamesTheRules) {
             "1|dates.csv:2: the exchange is closed on 2026-01-17|no rule gives all 2 dates; the best ones are listed");
 }
 
+TEST_F(Commands, DatesOfWhichNoneCountsFindNoRule) {
+  files_["dates.csv"] = "contract,date\n2027-01,2027-01-15\n";
+  EXPECT_EQ(outcome({"--find-rule", "dates.csv", "--calendar", "china-futures"}),
+            "1|dates.csv:2: 2027-01-15 lies beyond the calendar and does not count|"
+            "none of the dates counts, so no rule can be found");
+  files_["dates.csv"] = "contract,date\n";
+  EXPECT_EQ(outcome({"--find-rule", "dates.csv", "--calendar", "china-futures"}),
+            "1|none of the dates counts, so no rule can be found");
+}
+
 TEST_F(Commands, UnusableFilesAreNamed) {
   EXPECT_EQ(outcome({"--rules", "missing.csv", "--schedule-all"}), "3|missing.csv: the file cannot be read");
   files_["bad.csv"] = "RuleName\n";

@@ -18,6 +18,12 @@ ScheduleRow row_of(const RuleNumbers& rule, std::string_view contract, std::stri
 
 const RuleNumbers third_friday = on_weekday(3, 5, current_month, true);
 
+ScheduleRow on_calendar(std::string name) {
+  ScheduleRow row = row_of(third_friday, "2026-12", "r", "two");
+  row.calendar = std::move(name);
+  return row;
+}
+
 }  // namespace
 
 TEST(ScheduleOutput, CsvLeavesOnlyWhatIsUnknownEmpty) {
@@ -69,7 +75,7 @@ TEST(ScheduleOutput, ICalendarHasAnEventForEachKnownDay) {
       row_of(less(on_day(1, next_month, true), 3, in_trading_days), "2026-12", "gold, new")};
   EXPECT_EQ(schedule_icalendar(rows, day("2026-11-22"), Language::english),
             "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nPRODID:-//zdExpirationRules//workbench//EN\r\nBEGIN:VEVENT\r\n"
-            "UID:roll-2026-12-6442315069948365911-14695981039346656037@expiration-rules\r\n"
+            "UID:roll-2026-12-8048406577663344785-1@expiration-rules\r\n"
             "DTSTAMP:20261122T000000Z\r\nDTSTART;VALUE=DATE:20261229\r\nDTEND;VALUE=DATE:20261230\r\n"
             "SUMMARY:gold\\, new 2026-12 roll\r\nDESCRIPTION:gold\\, new\\nbeyond-calendar\r\n"
             "STATUS:CONFIRMED\r\nTRANSP:TRANSPARENT\r\nEND:VEVENT\r\nEND:VCALENDAR\r\n");
@@ -77,12 +83,13 @@ TEST(ScheduleOutput, ICalendarHasAnEventForEachKnownDay) {
 
 TEST(ScheduleOutput, ICalendarEventsOfDifferentSettingsAreDifferent) {
   const std::vector<ScheduleRow> rows{row_of(third_friday, "2026-12", "r", "one"),
-                                      row_of(third_friday, "2026-12", "r", "two")};
+                                      row_of(third_friday, "2026-12", "r", "two"),
+                                      row_of(third_friday, "2026-12", "r", "two"), on_calendar("a"), on_calendar("b")};
   const std::string text = schedule_icalendar(rows, day("2026-11-22"), Language::chinese);
   std::set<std::string> identifiers;
   for (std::size_t at = text.find("UID:"); at != text.npos; at = text.find("UID:", at + 1))
     identifiers.insert(text.substr(at, text.find('\r', at) - at));
-  EXPECT_EQ(identifiers.size(), 4U);
+  EXPECT_EQ(identifiers.size(), 10U);
   EXPECT_NE(text.find("\xE6\x8D\xA2\xE6\x9C\x88"), text.npos) << "the roll in Chinese";
 }
 

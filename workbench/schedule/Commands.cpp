@@ -104,12 +104,13 @@ class DateCommand : private CommandContext {
     }
     if (users.empty()) users.push_back(nullptr);
     for (const NamedSetting* setting : users) {
-      const TradingDays& calendar = open_days(calendar_of(rule, setting));
+      const std::string& name = calendar_of(rule, setting);
+      const TradingDays& calendar = open_days(name);
       for (int i = 0; i < arguments_.months; ++i) {
         const Month contract = first + std::chrono::months{i};
         if (setting && !is_delivery_month(contract, setting->months)) continue;
         rows.push_back({rule.name, setting ? setting->name : std::string(),
-                        contract_dates(rule.numbers, contract, calendar, {.estimates = arguments_.estimate})});
+                        contract_dates(rule.numbers, contract, calendar, {.estimates = arguments_.estimate}), name});
       }
     }
   }
@@ -185,7 +186,11 @@ class DateCommand : private CommandContext {
                                         [&](std::size_t checked) { advance(checked, dates.size()); });
     const std::string counted = std::to_string(found.counted);
     if (found.agreeing == 0) {
-      tell(MistakeKind::no_rule_found, {counted});
+      if (found.counted == 0) {
+        tell(MistakeKind::no_date_counts, {});
+      } else {
+        tell(MistakeKind::no_rule_found, {counted});
+      }
       output_.exit_code = with_differences;
     } else {
       tell(found.agreeing == 1 ? MistakeKind::one_rule_found : MistakeKind::rules_found,

@@ -1,6 +1,7 @@
 #include "ScheduleOutput.h"
 
 #include <cstdint>
+#include <map>
 
 #include "ICalendar.h"
 #include "TextTable.h"
@@ -61,8 +62,11 @@ class ICalendarWriter {
     if (!day.date) return;
     const std::string contract = to_text(row.dates.contract);
     line("BEGIN", "VEVENT");
-    line("UID",
-         kind + '-' + contract + '-' + stable_hash(row.rule) + '-' + stable_hash(row.setting) + "@expiration-rules");
+    const std::string subject_hash =
+        stable_hash(stable_hash(row.rule) + '-' + stable_hash(row.setting) + '-' + stable_hash(row.calendar));
+    const std::string identifier = kind + '-' + contract + '-' + subject_hash;
+    // Settings may repeat another's name, rule and calendar.
+    line("UID", identifier + '-' + std::to_string(++written_[identifier]) + "@expiration-rules");
     line("DTSTAMP", basic_text(today_) + "T000000Z");
     line("DTSTART;VALUE=DATE", basic_text(*day.date));
     line("DTEND;VALUE=DATE", basic_text(*day.date + std::chrono::days{1}));
@@ -77,6 +81,7 @@ class ICalendarWriter {
 
   Day today_;
   Language language_;
+  std::map<std::string, int> written_;
   std::string text_;
 };
 

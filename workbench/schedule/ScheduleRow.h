@@ -12,6 +12,7 @@ struct ScheduleRow {
   std::string rule;
   std::string setting;  ///< the symbol source setting that uses the rule; empty if none is meant
   ContractDates dates;
+  std::string calendar{};  ///< the calendar that the dates rest on; empty if none is meant
 };
 
 /// The flags of these dates, in this order: clamped, moved, closed, beyond-calendar, estimate, no-date:FIELD for each

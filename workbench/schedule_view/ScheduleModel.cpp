@@ -80,9 +80,10 @@ class ScheduleBuilder {
       const Month contract = choice_.first + std::chrono::months{at};
       if (!delivers(subject, contract)) continue;
       const ContractDates dates = dates_of(subject, contract, *days);
-      built_.lines.push_back({{subject.rule->name, subject.setting ? subject.setting->name : std::string(), dates},
-                              name,
-                              attention_of(dates, previous)});
+      built_.lines.push_back(
+          {{subject.rule->name, subject.setting ? subject.setting->name : std::string(), dates, name},
+           name,
+           attention_of(dates, previous)});
       previous = dates;
     }
   }
