@@ -83,6 +83,20 @@ TEST_F(Commands, ScheduleAllGivesEveryRuleInEachFormat) {
   EXPECT_EQ(run(all + std::vector<std::string>{"--format", "html"}).data.substr(0, 15), "<!DOCTYPE html>");
 }
 
+TEST_F(Commands, PageHasWhatHappensInItsYearWhateverTheContract) {
+  // The day is the first of the next month, or 60 trading days before the fifteenth of the month.
+  files_["rules.csv"] = rules_csv + "gold,0,0,0,1,2,1,1,1,1\nearly,60,0,0,15,1,1,1,1,1\n";
+  const std::vector<std::string> page{"--calendar", "china-futures", "--format", "html", "--from", "2025-06"};
+  const std::string gold = run(std::vector<std::string>{"--rules", "rules.csv", "--schedule", "gold"} + page).data;
+  EXPECT_NE(gold.find("<td>2024-12</td><td>2025-01-01</td>"), std::string::npos) << "expires in January";
+  EXPECT_NE(gold.find("<td>2025-11</td>"), std::string::npos);
+  EXPECT_EQ(gold.find("<td>2025-12</td>"), std::string::npos) << "expires in the next year";
+  const std::string early = run(std::vector<std::string>{"--rules", "rules.csv", "--schedule", "early"} + page).data;
+  EXPECT_NE(early.find("<td>2025-01</td>"), std::string::npos) << "before --from";
+  EXPECT_NE(early.find("<td>2026-03</td>"), std::string::npos) << "rolls in December";
+  EXPECT_EQ(early.find("<td>2026-05</td>"), std::string::npos);
+}
+
 TEST_F(Commands, CalendarMayBeAFile) {
   files_["my.csv"] = "# name: mine\n# from: 2026-01-01\n# to: 2026-01-31\ndate\n2026-01-16\n";
   const std::vector<std::string> command{"--rules", "rules.csv", "--schedule", "CSI 300", "--calendar", "my.csv"};

@@ -103,7 +103,8 @@ void ScheduleCommands::export_schedule(UINT id) {
   const ExportFormat& format = export_format(id);
   const auto path = files_.ask_to_save(window_.handle(), format.kind);
   if (!path) return;
-  const std::string bytes = format.write(pane.schedule(), pane.choice(), local_today());
+  const std::string bytes =
+      format.write(format.is_of_a_year ? pane.schedule_of_year() : pane.schedule(), pane.choice(), local_today());
   const bool written = try_write_file(*path, bytes);
   const std::wstring message = text(written ? IDS_EXPORTED : IDS_NOT_EXPORTED, {path->wstring()});
   window_.show_message(message);

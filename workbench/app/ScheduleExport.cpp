@@ -28,9 +28,9 @@ std::string write_page(const Schedule& schedule, const ScheduleChoice& choice, s
 }
 
 constexpr std::array<ExportFormat, 3> formats{{
-    {IDM_EXPORT_CSV, {IDS_FILTER_CSV, L"csv"}, &write_csv},
-    {IDM_EXPORT_ICALENDAR, {IDS_FILTER_ICALENDAR, L"ics"}, &write_icalendar},
-    {IDM_EXPORT_HTML, {IDS_FILTER_HTML, L"html"}, &write_page},
+    {IDM_EXPORT_CSV, {IDS_FILTER_CSV, L"csv"}, false, &write_csv},
+    {IDM_EXPORT_ICALENDAR, {IDS_FILTER_ICALENDAR, L"ics"}, false, &write_icalendar},
+    {IDM_EXPORT_HTML, {IDS_FILTER_HTML, L"html"}, true, &write_page},
 }};
 
 }  // namespace

@@ -11,6 +11,7 @@ namespace workbench {
 struct ExportFormat {
   UINT command;
   FileKind kind;
+  bool is_of_a_year;  ///< whether it shows the year of the first contract month instead of the chosen months
   std::string (*write)(const Schedule& schedule, const ScheduleChoice& choice, schedule::Day today);
 };
 

@@ -194,8 +194,18 @@ void SchedulePane::read_choices() {
   update();
 }
 
+Schedule SchedulePane::schedule_of(const ScheduleChoice& choice) const {
+  return baseline_ ? compare_schedules(*baseline_, data_, choice) : make_schedule(data_, choice);
+}
+
+Schedule SchedulePane::schedule_of_year() const {
+  ScheduleChoice choice = choice_;
+  choice.year = choice.first.year();
+  return schedule_of(choice);
+}
+
 void SchedulePane::update() {
-  schedule_ = baseline_ ? compare_schedules(*baseline_, data_, choice_) : make_schedule(data_, choice_);
+  schedule_ = schedule_of(choice_);
   comparing_ = baseline_.has_value();
   list_->show(schedule_, comparing_);
   set_text(list_->heading(), heading());

@@ -33,6 +33,8 @@ class SchedulePane final : public Window {
   bool shows_estimates() const noexcept { return choice_.estimates; }
   /// What is shown now.
   const Schedule& schedule() const noexcept { return schedule_; }
+  /// The same for every contract that rolls or expires in the year of the first month.
+  Schedule schedule_of_year() const;
   const ScheduleChoice& choice() const noexcept { return choice_; }
   const ScheduleData& data() const noexcept { return data_; }
 
@@ -52,6 +54,7 @@ class SchedulePane final : public Window {
   void read_choices();
   void select(long rule, long setting);
   void update();
+  Schedule schedule_of(const ScheduleChoice& choice) const;
   std::wstring heading() const;
   std::wstring notice() const;
   void lay_out();

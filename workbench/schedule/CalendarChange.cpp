@@ -11,16 +11,6 @@ namespace {
 using std::chrono::days;
 using std::chrono::months;
 
-/// A day of the month after the contract's can be the specified one, and an offset of 99 trading days leads more than
-/// five months back.
-constexpr months contracts_before{2};
-constexpr months contracts_after{8};
-
-Month month_of(Day day) {
-  const std::chrono::year_month_day date{day};
-  return {date.year(), date.month()};
-}
-
 std::string reason_of(const Calendar& calendar, Day day) {
   const auto found = std::ranges::lower_bound(calendar.closed, day, {}, &ClosedDay::day);
   return found == calendar.closed.end() || found->day != day ? std::string() : found->reason;
@@ -44,10 +34,7 @@ std::vector<ChangedDates> changed_dates(const Calendar& before, const Calendar& 
                                         std::span<const NamedSetting> settings) {
   const TradingDays old_days = trading_days(before);
   const TradingDays new_days = trading_days(after);
-  const Month first = std::max(month_of(std::min(before.from, after.from)) - contracts_before,
-                               Month{std::chrono::year{first_year}, std::chrono::January});
-  const Month last = std::min(month_of(std::max(before.to, after.to)) + contracts_after,
-                              Month{std::chrono::year{last_year}, std::chrono::December});
+  const auto [first, last] = contracts_around(std::min(before.from, after.from), std::max(before.to, after.to));
   std::vector<ChangedDates> changed;
   for (const NamedSetting& setting : settings) {
     const auto rule = std::ranges::find(rules, setting.rule, &NamedRule::name);

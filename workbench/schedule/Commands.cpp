@@ -82,22 +82,28 @@ class DateCommand : private CommandContext {
 
   void schedule() {
     const std::chrono::year_month_day today{today_};
-    const Month first = arguments_.from.value_or(Month{today.year(), today.month()});
+    const Month from = arguments_.from.value_or(Month{today.year(), today.month()});
+    contracts_ = {from, from + std::chrono::months{arguments_.months - 1}};
+    // A page shows a year, with all that is to be done in it.
+    if (arguments_.format == Format::html) {
+      year_ = from.year();
+      contracts_ = contracts_around(Day{from.year() / 1 / 1}, Day{from.year() / 12 / 31});
+    }
     std::vector<ScheduleRow> rows;
     if (arguments_.action == Action::schedule) {
       const NamedRule* rule = find_rule(arguments_.rule);
       if (!rule) fail(wrong_arguments, MistakeKind::unknown_rule, {arguments_.rule});
-      add_rows(*rule, first, rows);
+      add_rows(*rule, rows);
     } else {
       for (std::size_t i = 0; i < rules_.size(); ++i) {
         advance(i, rules_.size());
-        add_rows(rules_[i], first, rows);
+        add_rows(rules_[i], rows);
       }
     }
-    write(rows, first.year());
+    write(rows);
   }
 
-  void add_rows(const NamedRule& rule, Month first, std::vector<ScheduleRow>& rows) {
+  void add_rows(const NamedRule& rule, std::vector<ScheduleRow>& rows) {
     std::vector<const NamedSetting*> users;
     for (const NamedSetting& setting : settings_) {
       if (setting.rule == rule.name && arguments_.calendar.empty()) users.push_back(&setting);
@@ -106,16 +112,17 @@ class DateCommand : private CommandContext {
     for (const NamedSetting* setting : users) {
       const std::string& name = calendar_of(rule, setting);
       const TradingDays& calendar = open_days(name);
-      for (int i = 0; i < arguments_.months; ++i) {
-        const Month contract = first + std::chrono::months{i};
+      for (Month contract = contracts_.first; contract <= contracts_.last; contract += std::chrono::months{1}) {
         if (setting && !is_delivery_month(contract, setting->months)) continue;
-        rows.push_back({rule.name, setting ? setting->name : std::string(),
-                        contract_dates(rule.numbers, contract, calendar, {.estimates = arguments_.estimate}), name});
+        const ContractDates dates =
+            contract_dates(rule.numbers, contract, calendar, {.estimates = arguments_.estimate});
+        if (year_ && !lies_in_year(dates, *year_)) continue;
+        rows.push_back({rule.name, setting ? setting->name : std::string(), dates, name});
       }
     }
   }
 
-  void write(const std::vector<ScheduleRow>& rows, std::chrono::year year) {
+  void write(const std::vector<ScheduleRow>& rows) {
     switch (arguments_.format) {
       case Format::table:
         output_.data = schedule_table(rows);
@@ -131,7 +138,7 @@ class DateCommand : private CommandContext {
         break;
       case Format::html: {
         const TradingDays* calendar = open_days_.size() == 1 ? &open_days_.begin()->second : nullptr;
-        output_.data = year_page(rows, year, calendar, input_.language);
+        output_.data = year_page(rows, *year_, calendar, input_.language);
       }
     }
   }
@@ -202,6 +209,8 @@ class DateCommand : private CommandContext {
   }
 
   Day today_;
+  ContractRange contracts_;
+  std::optional<std::chrono::year> year_;  ///< of which alone the dates are wanted
   std::vector<NamedRule> rules_;
   std::vector<NamedSetting> settings_;
   std::map<std::string, TradingDays> open_days_;

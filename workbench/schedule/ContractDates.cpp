@@ -56,6 +56,16 @@ ContractDay day_on(Day day, Basis basis) {
   return {basis == Basis::beyond_calendar ? std::nullopt : std::optional(day), basis};
 }
 
+/// A day of the month after the contract's can be the specified one, and where the exchange opens once a week, an
+/// offset of 99 trading days leads almost two years back.
+constexpr std::chrono::months contracts_before{2};
+constexpr std::chrono::months contracts_after{24};
+
+Month month_of(Day day) {
+  const std::chrono::year_month_day date{day};
+  return {date.year(), date.month()};
+}
+
 }  // namespace
 
 std::uint16_t invalid_fields(const RuleNumbers& rule) {
@@ -117,6 +127,18 @@ ContractDates contract_dates(const RuleNumbers& rule, Month contract, const Trad
     dates.closed = openness != Basis::beyond_calendar && !open_days.is_open(roll);
   }
   return dates;
+}
+
+ContractRange contracts_around(Day first, Day last) {
+  return {std::max(month_of(first) - contracts_before, Month{std::chrono::year{first_year}, std::chrono::January}),
+          std::min(month_of(last) + contracts_after, Month{std::chrono::year{last_year}, std::chrono::December})};
+}
+
+bool lies_in_year(const ContractDates& dates, std::chrono::year year) {
+  const auto is_in_year = [&](const ContractDay& day) { return day.date && month_of(*day.date).year() == year; };
+  if (is_in_year(dates.expiration) || is_in_year(dates.roll)) return true;
+  if (dates.expiration.date && dates.roll.date) return false;
+  return dates.specified.date ? is_in_year(dates.specified) : dates.contract.year() == year;
 }
 
 }  // namespace workbench::schedule

@@ -41,6 +41,21 @@ struct ContractDates {
   bool operator==(const ContractDates&) const = default;
 };
 
+/// Contract months, both included.
+struct ContractRange {
+  Month first{};
+  Month last{};
+
+  bool operator==(const ContractRange&) const = default;
+};
+
+/// The contracts of which a rule may have a day from `first` to `last`.
+ContractRange contracts_around(Day first, Day last);
+
+/// Whether the expiration or the roll day lies in this year. Where one of them is not known, the specified day may lie
+/// in it instead, or without one the contract month.
+bool lies_in_year(const ContractDates& dates, std::chrono::year year);
+
 /// The specified day of a rule.
 struct SpecifiedDay {
   Day day{};

@@ -32,7 +32,8 @@ const Item* find_number(const std::vector<Numbered<Item>>& items, long number) {
 /// Adds the lines of one subject after another to a schedule.
 class ScheduleBuilder {
  public:
-  ScheduleBuilder(const ScheduleData& data, const ScheduleChoice& choice) : data_(data), choice_(choice) {
+  ScheduleBuilder(const ScheduleData& data, const ScheduleChoice& choice)
+      : data_(data), choice_(choice), contracts_(contracts_of(choice)) {
     for (const auto& rule : data.rules) rules_.emplace(rule.item.name, &rule.item);
     for (const auto& setting : data.settings) users_.emplace(setting.item.rule, &setting.item);
   }
@@ -76,16 +77,21 @@ class ScheduleBuilder {
     const TradingDays* days = open_days(name);
     if (!days) return refuse(NoDatesReason::calendar_missing, name);
     std::optional<ContractDates> previous = before_first(subject, *days);
-    for (int at = 0; at < choice_.months; ++at) {
-      const Month contract = choice_.first + std::chrono::months{at};
+    for (Month contract = contracts_.first; contract <= contracts_.last; contract += std::chrono::months{1}) {
       if (!delivers(subject, contract)) continue;
       const ContractDates dates = dates_of(subject, contract, *days);
+      if (choice_.year && !lies_in_year(dates, *choice_.year)) continue;
       built_.lines.push_back(
           {{subject.rule->name, subject.setting ? subject.setting->name : std::string(), dates, name},
            name,
            attention_of(dates, previous)});
       previous = dates;
     }
+  }
+
+  static schedule::ContractRange contracts_of(const ScheduleChoice& choice) {
+    if (!choice.year) return {choice.first, choice.first + std::chrono::months{choice.months - 1}};
+    return schedule::contracts_around(schedule::Day{*choice.year / 1 / 1}, schedule::Day{*choice.year / 12 / 31});
   }
 
   const TradingDays* open_days(const std::string& name) {
@@ -121,7 +127,7 @@ class ScheduleBuilder {
   /// The contract before the first one that is shown.
   std::optional<ContractDates> before_first(const Subject& subject, const TradingDays& days) const {
     for (int back = 1; back <= 12; ++back) {
-      const Month contract = choice_.first - std::chrono::months{back};
+      const Month contract = contracts_.first - std::chrono::months{back};
       if (delivers(subject, contract)) return dates_of(subject, contract, days);
     }
     return std::nullopt;
@@ -139,6 +145,7 @@ class ScheduleBuilder {
 
   const ScheduleData& data_;
   const ScheduleChoice& choice_;
+  schedule::ContractRange contracts_;
   std::map<std::string_view, const NamedRule*> rules_;
   std::multimap<std::string_view, const NamedSetting*> users_;  // by rule, in their order
   std::map<std::string, TradingDays> open_days_;

@@ -37,6 +37,8 @@ struct ScheduleChoice {
   std::string calendar{};  ///< in place of the settings' own calendars; empty: those
   schedule::Month first{};
   int months = 12;
+  /// In place of `first` and `months`: every contract of which a day lies in this year.
+  std::optional<std::chrono::year> year{};
   bool estimates = false;
 };
 

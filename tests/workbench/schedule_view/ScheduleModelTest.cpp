@@ -31,6 +31,16 @@ TEST(ScheduleModel, SettingGivesTwelveMonthsOfItsRule) {
   EXPECT_EQ(schedule.unknown_from, day(2027, 1, 1));
 }
 
+TEST(ScheduleModel, YearHasEachContractThatHasADayInIt) {
+  ScheduleData data = sample_data();
+  data.rules.front().item.numbers.roll_offset = 40;
+  const Schedule schedule =
+      make_schedule(data, {.setting = 1, .first = contract(2025, 6), .months = 1, .year = year{2025}});
+  ASSERT_FALSE(schedule.lines.empty());
+  EXPECT_EQ(schedule.lines.front().row.dates.contract, contract(2025, 1)) << "expires in January";
+  EXPECT_EQ(schedule.lines.back().row.dates.contract, contract(2026, 2)) << "rolls in December";
+}
+
 TEST(ScheduleModel, SettingGivesItsDeliveryMonthsAlone) {
   const Schedule schedule = make_schedule(sample_data(), choice_of_setting(2));
   EXPECT_EQ(contracts_of(schedule), (std::vector<std::string>{"quarterly 2026-03", "quarterly 2026-06",
