@@ -278,3 +278,12 @@ start() {
 @test "a program that did not start is started again" { start late 0 2; }
 @test "a program that never starts fails" { start never 3 2; }
 @test "a failing test is not repeated" { start failing 3 1; }
+
+# --- test ---
+
+@test "the page for developers lists every program that ./test takes" {
+  local name
+  while read -r name _; do
+    grep -qF "\`$name\`" "$project/docs/developing.md" || { echo "$name is missing"; return 1; }
+  done <"$ZD_PROGRAMS/../test-names"
+}
