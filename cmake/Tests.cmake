@@ -51,9 +51,9 @@ function(zd_add_test name)
   endif()
 
   # The heap's own checks are on, so that the validation after each test sees overruns and use after free.
-  set(environment "ZD_TEST_WATCHDOG=${TEST_TIMEOUT}" "WINEDEBUG=-all,warn+heap")
+  set(environment "ZD_TEST_LIMIT=${TEST_TIMEOUT}" "WINEDEBUG=-all,warn+heap")
   if(TEST_LARGE)
-    set(environment "ZD_TEST_WATCHDOG=${TEST_TIMEOUT}" "WINEDEBUG=-all")
+    set(environment "ZD_TEST_LIMIT=${TEST_TIMEOUT}" "WINEDEBUG=-all")
   endif()
   zd_add_run(${name} ${target} ${TEST_ALONE} ZD_TEST_PART=offscreen ${environment})
   zd_add_run(${name}.alone ${target} ${TEST_ALONE} ZD_TEST_ALONE=1 ZD_TEST_DEPTH=quick ${environment})
@@ -77,7 +77,7 @@ endfunction()
 # zd_name_tests(name TARGETS...): `./test name` builds the targets and runs the tests name and name.*; so does the name of
 # the folder. The build keeps the list in a file, one line a name: name, folder, targets.
 function(zd_name_tests name)
-  cmake_path(GET CMAKE_CURRENT_SOURCE_DIR FILENAME folder)
+  cmake_path(RELATIVE_PATH CMAKE_CURRENT_SOURCE_DIR BASE_DIRECTORY ${PROJECT_SOURCE_DIR}/tests OUTPUT_VARIABLE folder)
   list(JOIN ARGN " " targets)
   set_property(GLOBAL APPEND PROPERTY ZD_TEST_NAMES "${name} ${folder} ${targets}")
 endfunction()

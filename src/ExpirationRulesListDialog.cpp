@@ -158,7 +158,7 @@ void CExpirationRulesListDialog::OnSize() {
 
 void CExpirationRulesListDialog::fit_columns(std::span<const double> fractions) {
   const RECT client = list_.GetClientRect();
-  // Room for a vertical scroll bar is always kept.
+  // Always leaves space for a vertical scroll bar.
   const int whole = client.right - client.left - GetSystemMetrics(SM_CXVSCROLL);
   share_width(whole, fractions,
               [this](WPARAM column, int width) { list_.Send(LVM_SETCOLUMNWIDTH, column, MAKELPARAM(width, 0)); });

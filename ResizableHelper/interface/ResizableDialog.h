@@ -127,8 +127,7 @@ class CResizableDialogImplT : public TDialogBase,
     return FALSE;
   }
 
-  /// The system holds a window at its smallest tracking size even when the user does not drag it. A dialog opens one
-  /// caption height below that the first time and comes back so; everything else stays with the system's limits.
+  /// SetWindowPos enforces the minimum size too; heights up to one caption below it are exempt.
   BOOL OnRestoring(HWND window, WPARAM wParam, LPARAM lParam, LRESULT& result) noexcept {
     auto& position = *reinterpret_cast<WINDOWPOS*>(lParam);
     const int height = position.cy;

@@ -40,7 +40,7 @@ class CResizableMinMax {
     limits_.use_max_rect = TRUE;
   }
 
-  /// Answers WM_GETMINMAXINFO.
+  /// Handles WM_GETMINMAXINFO.
   void FillMinMaxInfo(MINMAXINFO& info) const noexcept { resizable::apply_limits(limits_, info); }
 
   CSize MinTrackingSize() const noexcept { return {limits_.min_track.x, limits_.min_track.y}; }

@@ -28,10 +28,10 @@ std::optional<WINDOWPLACEMENT> present_placement(HWND dialog, bool rect_only) no
 std::optional<WINDOWPLACEMENT> read_placement(const PlacementKey& place);
 
 /// Stores the given placement, or the dialog's own when null. Lowers the bottom of the given record by one caption
-/// height, as it is stored. Answers whether it is stored; nothing is reported, nothing is thrown.
+/// height, as it is stored. Returns whether it is stored; nothing is reported, nothing is thrown.
 bool store_placement(HWND dialog, const PlacementKey& place, bool rect_only, WINDOWPLACEMENT* given) noexcept;
 
-/// Puts the dialog where the stored placement says, or stores and applies its present one. Answers the result of
+/// Puts the dialog where the stored placement says, or stores and applies its present one. Returns the result of
 /// SetWindowPlacement when there was a stored one, else FALSE.
 BOOL restore_placement(HWND dialog, const PlacementKey& place);
 
@@ -48,7 +48,7 @@ class CResizableState {
  public:
   /// Keeps the place for the later save and puts the dialog where it was. The first time, the present placement is
   /// stored and the dialog opens one caption height shorter. `bRectOnly` was applied when the placement was stored; a
-  /// stored one is restored as it is. Answers the result of SetWindowPlacement when there was a stored placement, else
+  /// stored one is restored as it is. Returns the result of SetWindowPlacement when there was a stored placement, else
   /// FALSE. Throws `std::bad_alloc`.
   BOOL RestorePlacement(HKEY root, LPCWSTR path, LPCWSTR subkey, LPCWSTR valueName, BOOL /*bRectOnly*/) {
     place_ = resizable::placement_place(root, path, subkey, valueName);
@@ -57,7 +57,7 @@ class CResizableState {
   }
 
   /// Stores `given`, whose bottom is lowered by one caption height in place, or the dialog's placement when null.
-  /// Answers whether it is stored. Throws `std::bad_alloc`.
+  /// Returns whether it is stored. Throws `std::bad_alloc`.
   bool StorePlacement(HKEY root, LPCWSTR path, LPCWSTR subkey, LPCWSTR valueName, BOOL bRectOnly,
                       WINDOWPLACEMENT* given) {
     return resizable::store_placement(static_cast<T*>(this)->m_hWnd,

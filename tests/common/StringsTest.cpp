@@ -1,12 +1,14 @@
 #include <windows.h>
 #include <gmock/gmock.h>
 
+#include <filesystem>
 #include <map>
 #include <string>
 
 #include "ExpectedReports.h"
 #include "ModulePath.h"
 #include "ResourceMgr.h"
+#include "TemporaryFolder.h"
 #include "string_t.h"
 
 namespace {
@@ -106,19 +108,28 @@ TEST(SharedModule, ThatIsMissingIsAssertedAtEveryUse) {
   EXPECT_THAT(take_reports_without_lines(), testing::IsEmpty()) << "there is nothing to free";
 }
 
-TEST(SharedModule, IsHeldByItsHolder) {
-  ASSERT_EQ(nullptr, GetModuleHandleW(L"zdCommonRes.DLL"));
+/// A copy of the shared module, which nothing else has loaded.
+class SharedModuleCopy : public testing::Test {
+ protected:
+  SharedModuleCopy() { std::filesystem::copy_file(base::path_beside_program(L"zdCommonRes.DLL"), file_); }
+
+  test_support::TemporaryFolder folder_;
+  std::filesystem::path file_ = folder_.path() / L"copy.dll";
+};
+
+TEST_F(SharedModuleCopy, IsHeldByItsHolder) {
+  ASSERT_EQ(nullptr, GetModuleHandleW(file_.c_str()));
   {
-    const zd_common_res::CCommonRes shared(L"zdCommonRes.DLL");
-    EXPECT_EQ(GetModuleHandleW(L"zdCommonRes.DLL"), shared.instance());
+    const zd_common_res::CCommonRes shared(file_.c_str());
+    EXPECT_EQ(GetModuleHandleW(file_.c_str()), shared.instance());
     EXPECT_NE(nullptr, shared.instance());
   }
-  EXPECT_EQ(nullptr, GetModuleHandleW(L"zdCommonRes.DLL"));
+  EXPECT_EQ(nullptr, GetModuleHandleW(file_.c_str()));
 }
 
-TEST(SharedModule, ThatCannotBeFreedIsAsserted) {
+TEST_F(SharedModuleCopy, ThatCannotBeFreedIsAsserted) {
   {
-    const zd_common_res::CCommonRes shared(L"zdCommonRes.DLL");
+    const zd_common_res::CCommonRes shared(file_.c_str());
     FreeLibrary(shared.instance());
   }
   EXPECT_THAT(take_reports_without_lines(),

@@ -42,6 +42,12 @@ expect() { grep -qE -- "$1" <<<"$output" || { echo "no line '$1' in:"; echo "$ou
   expect '^1 passed, 1 failed$'
 }
 
+@test "no test at all is a failure, unless a filter may leave none" {
+  run -1 "$tools/session" --virtual "$tools/wine-run" "$ZD_PROGRAMS/misbehaving_tests.exe" --gtest_filter=Nothing.Matches
+  ZD_TEST_MAY_BE_EMPTY=1 run -0 "$tools/session" --virtual "$tools/wine-run" "$ZD_PROGRAMS/misbehaving_tests.exe" \
+    --gtest_filter=Nothing.Matches
+}
+
 @test "a write behind a block fails its test" {
   misbehave Passes DISABLED_WritesBehindABlock
   expect 'a heap of the process is damaged'

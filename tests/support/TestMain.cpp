@@ -18,9 +18,11 @@ namespace {
 
 constexpr DWORD default_limit_s = 180;
 
-/// Seconds, from the environment variable ZD_TEST_WATCHDOG; 0 switches the watchdog off, for a debugger.
+/// Seconds, from the environment variable ZD_TEST_WATCHDOG, else from ZD_TEST_LIMIT, which CTest sets for each program;
+/// 0 switches the watchdog off, for a debugger.
 DWORD watchdog_limit_ms() {
   const char* text = std::getenv("ZD_TEST_WATCHDOG");
+  if (!text) text = std::getenv("ZD_TEST_LIMIT");
   return 1000 * (text ? static_cast<DWORD>(std::strtoul(text, nullptr, 10)) : default_limit_s);
 }
 
@@ -37,6 +39,11 @@ int run_tests(test_support::ResultWriter* results) {
   listeners.Append(new test_support::HeapCheck);
   auto* watchdog = new test_support::Watchdog(watchdog_limit_ms());
   listeners.Append(watchdog);
+  if (GTEST_FLAG_GET(shuffle)) {
+    // The order of a run that fails can be repeated.
+    if (GTEST_FLAG_GET(random_seed) == 0) GTEST_FLAG_SET(random_seed, static_cast<int>(GetTickCount() % 99999 + 1));
+    std::printf("GTEST_SHUFFLE=1 GTEST_RANDOM_SEED=%d\n", static_cast<int>(GTEST_FLAG_GET(random_seed)));
+  }
   const int result = RUN_ALL_TESTS();
   delete listeners.Release(watchdog);
   CoUninitialize();

@@ -39,7 +39,7 @@ class Application {
  private:
   MainWindowEvents events();
   void subscribe_to_store();
-  /// Answers whether the store could be read; where not, the panes stay as they are and the user is told.
+  /// Returns whether the store could be read; if not, the panes stay unchanged and the status bar says why.
   bool refresh_panes();
   void look_for_changes();
   void open_rule(long number);

@@ -5,7 +5,7 @@
 namespace workbench {
 
 /// Writes text to the standard output, or to the standard error output, of a program that has a window of its own: to
-/// the console it was started from, or as UTF-8 to a file or pipe. Answers whether somebody can read it there.
+/// the console it was started from, or as UTF-8 to a file or pipe. Returns whether the text could be written.
 bool write_output(std::wstring_view text);
 bool write_error(std::wstring_view text);
 

@@ -18,8 +18,8 @@ class HotKeys : public std::enable_shared_from_this<HotKeys> {
  public:
   explicit HotKeys(CommandTargets& targets) : targets_(targets) {}
 
-  /// Registers a key and answers its command's id. `flags` and `key` are those of an `ACCEL`. A key that is registered
-  /// already goes over to the new target. Throws `_com_error`: E_INVALIDARG for a key that no accelerator can be.
+  /// Registers a key and returns its command's id. `flags` and `key` are those of an `ACCEL`. A key that is registered
+  /// already is reassigned to the new target. Throws `_com_error`: E_INVALIDARG for a key that no accelerator can be.
   long add(long flags, long key, IDispatch* target);
 
   /// The table of all keys; null while there are none. Valid until the next key is added.

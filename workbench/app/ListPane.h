@@ -31,14 +31,14 @@ class ListPane {
   /// Sets the font, which must outlive its use here, and the column widths for this resolution.
   void use_font(HFONT font, int dpi);
 
-  /// Handles a notification of the list and answers its result.
+  /// Handles a notification of the list and returns its result.
   LRESULT notify(NMHDR& notification);
 
   /// The row that has the focus; -1 when there is none.
   int focused_row() const;
 
  protected:
-  /// Tells the list how many rows there are now and draws them anew. The row `selected`, or the nearest that there is,
+  /// Sets the list's row count and draws them anew. The row `selected`, or the nearest that there is,
   /// becomes the selected one.
   void show_rows(size_t count, int selected);
 

@@ -28,7 +28,7 @@ class MainMenu : public std::enable_shared_from_this<MainMenu> {
   HMENU find_submenu(const std::wstring& caption) const;
   /// Throws `_com_error` when the system refuses.
   HMENU add_submenu(const std::wstring& caption, const std::wstring& hint);
-  /// Appends a command and answers its id. Throws `_com_error` when the system refuses.
+  /// Appends a command and returns its id. Throws `_com_error` when the system refuses.
   long add_command(HMENU submenu, const std::wstring& caption, IDispatch* target);
 
   /// The hint that came with a submenu, for the status bar; empty when there is none.

@@ -28,10 +28,10 @@ class PluginHost {
   PluginHost& operator=(const PluginHost&) = delete;
   ~PluginHost();
 
-  /// Hands the plug-in its services. The plug-in stays usable as far as it came when this fails.
+  /// Hands the plug-in its services. If this fails, the plug-in keeps what it had set up before.
   HRESULT initialize(const HostServices& services) noexcept;
 
-  /// Lets the plug-in open its editor for this rule; comes back when the editor is closed.
+  /// Lets the plug-in open its editor for this rule; returns when the editor is closed.
   HRESULT show_rule(long number) noexcept;
 
  private:

@@ -11,7 +11,7 @@
 
 namespace workbench {
 
-/// The library that the plug-in lies in. It is let go when this is destroyed, provided that it has no objects left.
+/// The plug-in's DLL. The destructor frees it if DllCanUnloadNow returns S_OK.
 class PluginModule {
  public:
   /// Loads the library from this file. Throws `_com_error`.

@@ -30,7 +30,7 @@ namespace {
 
 using schedule::ExitCode;
 
-/// Tells the user why the program ends: in a box when it was about to open its window, else where it was started from.
+/// Reports why the program ends: in a box when it was about to open its window, else where it was started from.
 void tell(const std::wstring& message, CommandLine::Action action) {
   const bool written = write_error(message + L"\n");
   if (action == CommandLine::Action::run || !written)
@@ -49,7 +49,7 @@ void print_rules(RuleStore& store) {
   write_output(lines);
 }
 
-/// What fails here is told when the panes read the store.
+/// A failure here is reported when the panes read the store.
 void offer_calendars(RuleStore& store) try {
   offer_newer_calendars(store, [](const std::vector<std::string>& names) {
     std::wstring lines;

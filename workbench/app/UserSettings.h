@@ -9,7 +9,7 @@ namespace workbench {
 /// product of the program's version block.
 std::wstring settings_path();
 
-/// Makes the key of the settings path. Without it plug-ins work all the same, so a failure is not reported.
+/// Creates the key of the settings path. Without it plug-ins work all the same, so a failure is not reported.
 void make_settings_key() noexcept;
 
 /// The store that is used when the command line names none: a file under the user's local application data. Throws

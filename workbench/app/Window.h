@@ -30,10 +30,10 @@ class Window {
   Window() = default;
   virtual ~Window();
 
-  /// Makes the window. Throws `_com_error` when the system refuses or when `WM_CREATE` failed.
+  /// Creates the window. Throws `_com_error` when the system refuses or when `WM_CREATE` failed.
   void create(const WindowTemplate& window);
 
-  /// Treats one message; `handle()` is valid.
+  /// Handles one message; `handle()` is valid.
   virtual LRESULT handle_message(UINT message, WPARAM wparam, LPARAM lparam) = 0;
 
   /// Called inside the catch-all of a message that failed; the message gets its default treatment.

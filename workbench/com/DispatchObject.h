@@ -10,12 +10,12 @@
 
 namespace workbench {
 
-/// How many host objects are alive in this process. Back at its old value once everybody has released everything.
+/// How many host objects are alive in this process. Back at its old value once every reference is released.
 inline std::atomic<long> live_dispatch_objects{0};
 
-/// Base of the objects that the host hands out: answers `Interfaces`, `IDispatch` and `IUnknown`, counts references and
-/// destroys itself at the last release. Born with one reference. The method tables are all there is to call: the late
-/// binding methods know no names. Objects belong to the thread that made them.
+/// Base of the objects that the host hands out: implements `Interfaces`, `IDispatch` and `IUnknown`, counts references
+/// and destroys itself at the last release. Born with one reference. The method tables are all there is to call: the
+/// late binding methods know no names. Objects belong to the thread that made them.
 template <class... Interfaces>
 class DispatchObject : public Interfaces... {
  public:

@@ -27,7 +27,7 @@ struct StoreListeners {
   RestoredRuleListener restored;
 };
 
-/// Makes a storage object: `IkvStorage`, `IkvStorageSession`, `IkvSymbolSourceService` and `IkvExpirationRuleService`
+/// Creates a storage object: `IkvStorage`, `IkvStorageSession`, `IkvSymbolSourceService` and `IkvExpirationRuleService`
 /// over this store, which it shares. The caller owns the one reference.
 IDispatch* create_storage_object(std::shared_ptr<RuleStore> store, StoreListeners listeners);
 

@@ -8,7 +8,8 @@
 
 namespace workbench {
 
-/// By these interfaces the host's services know its own tables and filters; nobody else's object answers them.
+/// By these interfaces the host's services know its own tables and filters; no object of another implementation
+/// supports them.
 struct ITableAccess : IDispatch {
   virtual std::shared_ptr<TableRows> rows() noexcept = 0;
 };

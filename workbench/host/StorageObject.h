@@ -11,8 +11,8 @@
 namespace workbench {
 
 /// The host's storage object over a store. A rule that a client loaded by its number and then rewrites must still be
-/// what it loaded: a change by somebody else in between makes `update_rule` fail, so that nobody's work is overwritten
-/// unseen.
+/// what it loaded: a change by another program in between makes `update_rule` fail, so that nobody's work is
+/// overwritten unseen.
 class StorageObject final
     : public RuleServiceSlots<
           DispatchObject<IkvStorage, IkvStorageSession, IkvSymbolSourceService, IkvExpirationRuleService>> {
@@ -45,7 +45,7 @@ class StorageObject final
   std::shared_ptr<RuleStore> store_;
   StoreListeners listeners_;
   std::unordered_map<long, Revision> loaded_revisions_;  // of the rules that were loaded by their number
-  std::weak_ptr<TableRows> lost_rule_;                   // what was filled last for a number that the store lacks
+  std::weak_ptr<TableRows> lost_rule_;  // what was filled last for a number that the store does not have
 };
 
 }  // namespace workbench

@@ -6,7 +6,7 @@
 
 namespace workbench {
 
-/// What a client of the host's objects is told of a store's refusal. Always a failure.
+/// The HRESULT that a client of the host's objects gets for a store error. Always a failure.
 HRESULT store_result(StoreErrorKind kind) noexcept;
 
 }  // namespace workbench

@@ -35,7 +35,7 @@ class TableObject final : public TableSlots<DispatchObject<IKV_kvudfcom::IkvTabl
   FieldObject* field_at(std::ptrdiff_t place);
 
   std::shared_ptr<TableRows> rows_;
-  std::vector<std::unique_ptr<FieldObject, ReleaseField>> fields_;  // made when first asked for, one for each column
+  std::vector<std::unique_ptr<FieldObject, ReleaseField>> fields_;  // created on first use, one for each column
 };
 
 }  // namespace workbench

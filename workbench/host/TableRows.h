@@ -15,7 +15,7 @@ class TableRows {
   using Numbers = std::vector<long>;
   using Texts = std::vector<std::wstring>;
 
-  /// Declares a column for this field; its rows hold 0 or an empty text. Answers false when the host knows no such
+  /// Declares a column for this field; its rows hold 0 or an empty text. Returns false when the host knows no such
   /// field or the table has rows. A column that is there already stays.
   bool declare(long field);
 

@@ -28,7 +28,7 @@ class RuleStore {
   /// The rule with this number, if there is one.
   virtual std::optional<StoredRule> try_load_rule(long number) = 0;
 
-  /// Stores a new rule and answers it with its number. Fails with `duplicate_name` or `invalid_value`.
+  /// Stores a new rule and returns it with its number. Fails with `duplicate_name` or `invalid_value`.
   virtual StoredRule add_rule(const Rule& rule) = 0;
 
   /// Rewrites a rule and answers what is stored now. Settings that use the rule follow a change of its name. With

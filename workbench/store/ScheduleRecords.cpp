@@ -1,5 +1,7 @@
 #include "ScheduleRecords.h"
 
+#include <algorithm>
+
 #include "Wtf8.h"
 
 namespace workbench {
@@ -20,6 +22,13 @@ std::string to_schedule_text(std::wstring_view text) {
 }
 
 std::wstring from_schedule_text(std::string_view bytes) { return from_stored_text(bytes); }
+
+// Both tables have a rule's numbers in the same order.
+static_assert(std::ranges::equal(rule_columns, schedule::rule_fields,
+                                 [](const RuleColumn& column, const schedule::RuleField& field) {
+                                   return std::string_view(column.name) == field.name && column.least == field.least &&
+                                          column.greatest == field.greatest;
+                                 }));
 
 schedule::RuleNumbers to_rule_numbers(const Rule& rule) {
   schedule::RuleNumbers numbers;

@@ -19,7 +19,7 @@ std::vector<schedule::Calendar> newer_calendars(const std::vector<StoredCalendar
                                                 const ShippedCalendars& shipped = {});
 
 /// Offers the newer calendars to the user, once for each version: `wants` is given their names and returns whether they
-/// shall take the place of those in the store.
+/// are to replace those in the store.
 void offer_newer_calendars(RuleStore& store, const std::function<bool(const std::vector<std::string>& names)>& wants,
                            const ShippedCalendars& shipped = {});
 

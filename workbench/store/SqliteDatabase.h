@@ -22,7 +22,7 @@ class SqliteStatement {
   SqliteStatement& bind(int parameter, std::wstring_view text);
   SqliteStatement& bind_utf8(int parameter, std::string_view text);
 
-  /// Runs to the next row and answers whether there is one.
+  /// Runs to the next row and returns whether there is one.
   bool step();
 
   /// Runs to the end and makes the statement ready for other parameters.

@@ -143,8 +143,7 @@ class SqliteRuleStore final : public RuleStore {
     return *std::move(stored);
   }
 
-  /// Counts the changes by other connections. A file that is held just now tells nothing: nobody waits for a change
-  /// that is not made yet, and the next look sees it.
+  /// SQLite's data_version; nullopt while the file is locked. Never waits.
   std::optional<std::int64_t> read_data_version() {
     const ScopedNoBusyWait impatience(database_, patience_);
     try {

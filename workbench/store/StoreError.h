@@ -10,9 +10,9 @@ enum class StoreErrorKind {
   read_only,          ///< the file or its folder cannot be written
   locked,             ///< another program held the file for longer than the store waits
   full,               ///< no room on the disk
-  damaged,            ///< the file's content does not hold together; it was left as it is
+  damaged,            ///< the file's content is inconsistent; it was left as it is
   foreign,            ///< the file is something else; it was left as it is
-  newer,              ///< a newer version of this program made the file; it was left as it is
+  newer,              ///< a newer version of this program wrote the file; it was left as it is
   unavailable,        ///< the file cannot be opened, read or written for another reason
   invalid_value,      ///< a value outside its range
   duplicate_name,     ///< another rule has this name
