@@ -142,6 +142,33 @@ TEST_F(Commands, CheckComparesAListWithTheRules) {
   EXPECT_EQ(run(command).exit_code, unusable_file);
 }
 
+TEST_F(Commands, CheckComparesWithEachSettingOfTheRule) {
+  input_.rules = {{"r", less(on_weekday(3, 5, current_month, true), 1, in_trading_days)}};
+  input_.settings = {{"none", "r"}, {"US", "r", "us-futures"}, {"CN", "r", "china-futures", "", true}};
+  const std::vector<std::string> command{"--store", "s", "--check", "list.csv"};
+  files_["list.csv"] = "rule,contract,date\nr,2026-01,2026-01-15\nr,2026-02,2026-02-24\nr,2026-03,2026-03-23\n";
+  const CommandOutput output = run(command);
+  EXPECT_EQ(output.exit_code, with_differences);
+  EXPECT_TRUE(output.messages.empty());
+  EXPECT_EQ(output.data.substr(0, output.data.find("r,2026-03")),
+            "rule,contract,listed,found,days,explained_by\r\n"
+            "r,2026-01,2026-01-15,2026-01-15,0,\r\n"
+            "r,2026-02,2026-02-24,2026-02-24,0,\r\n");
+  EXPECT_NE(output.data.find("r,2026-03,2026-03-23,2026-03-20,-3,"), std::string::npos) << "the nearest one";
+  input_.settings.resize(1);
+  EXPECT_EQ(outcome(command), "2|no setting gives the rule \"r\" a calendar: --calendar is needed");
+}
+
+TEST_F(Commands, SettingWithoutCalendarLeavesTheOthersTheirRows) {
+  input_.rules = {{"r", on_day(15)}};
+  input_.settings = {{"none", "r"}, {"CN", "r", "china-futures"}};
+  const std::vector<std::string> command{"--store", "s", "--schedule", "r", "--months", "1", "--format", "csv"};
+  EXPECT_EQ(outcome(command), "0|the setting \"none\" of the rule \"r\" names no calendar and is left out");
+  EXPECT_NE(run(command).data.find("r,CN,2026-01,2026-01-15"), std::string::npos);
+  input_.settings.resize(1);
+  EXPECT_EQ(outcome(command), "2|no setting gives the rule \"r\" a calendar: --calendar is needed");
+}
+
 TEST_F(Commands, FindRuleNamesTheRules) {
   files_["dates.csv"] =
       "contract,date\n2015-02,2015-02-25\n2024-02,2024-02-19\n2026-02,2026-02-24\n2027-01,2027-01-15\n";

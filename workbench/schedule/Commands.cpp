@@ -73,11 +73,21 @@ class DateCommand : private CommandContext {
     return open_days_.emplace(calendar, trading_days(*found)).first->second;
   }
 
+  /// The settings that use the rule and have a calendar: their own, or the one that the command names. A rule without
+  /// setting has a null one.
+  std::vector<const NamedSetting*> users_of(const NamedRule& rule) {
+    std::vector<const NamedSetting*> users;
+    for (const NamedSetting& setting : settings_) {
+      if (setting.rule == rule.name && !calendar_of(&setting).empty()) users.push_back(&setting);
+    }
+    if (!users.empty()) return users;
+    if (arguments_.calendar.empty()) fail(wrong_arguments, MistakeKind::calendar_needed, {rule.name});
+    return {nullptr};
+  }
+
   /// The calendar that the command names, else that of the setting.
-  const std::string& calendar_of(const NamedRule& rule, const NamedSetting* setting) {
-    if (!arguments_.calendar.empty()) return arguments_.calendar;
-    if (!setting || setting->calendar.empty()) fail(wrong_arguments, MistakeKind::calendar_needed, {rule.name});
-    return setting->calendar;
+  const std::string& calendar_of(const NamedSetting* setting) const {
+    return arguments_.calendar.empty() && setting ? setting->calendar : arguments_.calendar;
   }
 
   void schedule() {
@@ -104,13 +114,15 @@ class DateCommand : private CommandContext {
   }
 
   void add_rows(const NamedRule& rule, std::vector<ScheduleRow>& rows) {
-    std::vector<const NamedSetting*> users;
+    // A calendar that the command names gives the rule its rows by itself.
+    const std::vector<const NamedSetting*> users =
+        arguments_.calendar.empty() ? users_of(rule) : std::vector<const NamedSetting*>{nullptr};
     for (const NamedSetting& setting : settings_) {
-      if (setting.rule == rule.name && arguments_.calendar.empty()) users.push_back(&setting);
+      if (setting.rule == rule.name && calendar_of(&setting).empty())
+        tell(MistakeKind::setting_without_calendar, {setting.name, rule.name});
     }
-    if (users.empty()) users.push_back(nullptr);
     for (const NamedSetting* setting : users) {
-      const std::string& name = calendar_of(rule, setting);
+      const std::string& name = calendar_of(setting);
       const TradingDays& calendar = open_days(name);
       for (Month contract = contracts_.first; contract <= contracts_.last; contract += std::chrono::months{1}) {
         if (setting && !is_delivery_month(contract, setting->months)) continue;
@@ -156,11 +168,14 @@ class DateCommand : private CommandContext {
         output_.exit_code = with_differences;
         continue;
       }
-      const auto found = std::ranges::find(settings_, rule->name, &NamedSetting::rule);
-      const NamedSetting* setting = found == settings_.end() ? nullptr : &*found;
-      const Against day_of_setting = setting && setting->last_day_is_expiration ? Against::expiration : Against::roll;
-      rows.push_back({rule->name, check_date(rule->numbers, listed.known, open_days(calendar_of(*rule, setting)),
-                                             arguments_.against.value_or(day_of_setting))});
+      std::optional<DateCheck> nearest;
+      for (const NamedSetting* setting : users_of(*rule)) {
+        const Against day_of_setting = setting && setting->last_day_is_expiration ? Against::expiration : Against::roll;
+        DateCheck check = check_date(rule->numbers, listed.known, open_days(calendar_of(setting)),
+                                     arguments_.against.value_or(day_of_setting));
+        if (!nearest || is_nearer(check, *nearest)) nearest = std::move(check);
+      }
+      rows.push_back({rule->name, *std::move(nearest)});
       if (!rows.back().check.is_match()) output_.exit_code = with_differences;
     }
     output_.data = check_csv(rows);

@@ -1,6 +1,7 @@
 #include "DateCheck.h"
 
 #include <algorithm>
+#include <cstdlib>
 
 namespace workbench::schedule {
 
@@ -38,6 +39,10 @@ DateCheck check_date(const RuleNumbers& rule, const KnownDate& listed, const Tra
   check.days = static_cast<int>((*check.found.date - listed.date).count());
   if (check.days != 0) check.explained_by = explanations(rule, listed, dates, calendar, against);
   return check;
+}
+
+bool is_nearer(const DateCheck& check, const DateCheck& other) {
+  return check.days && (!other.days || std::abs(*check.days) < std::abs(*other.days));
 }
 
 }  // namespace workbench::schedule

@@ -22,4 +22,7 @@ struct DateCheck {
 /// Compares the rule's roll or expiration day with the listed day.
 DateCheck check_date(const RuleNumbers& rule, const KnownDate& listed, const TradingDays& calendar, Against against);
 
+/// Whether `check` comes nearer to the listed day than `other`.
+bool is_nearer(const DateCheck& check, const DateCheck& other);
+
 }  // namespace workbench::schedule

@@ -22,17 +22,33 @@ class ListCheck {
   void add(const ListedDate& listed) {
     const auto rule = rules_.find(listed.rule);
     if (rule == rules_.end()) return refuse(listed, MistakeKind::unknown_rule, listed.rule);
-    const auto user = settings_.find(listed.rule);
-    const NamedSetting* setting = user == settings_.end() ? nullptr : user->second;
-    const std::string& name = choice_.calendar.empty() && setting ? setting->calendar : choice_.calendar;
-    if (name.empty()) return refuse(listed, MistakeKind::calendar_needed, listed.rule);
-    const OpenDays* days = open_days(name);
-    if (!days) return refuse(listed, MistakeKind::unknown_calendar, name);
-    const Against of_setting = setting && setting->last_day_is_expiration ? Against::expiration : Against::roll;
-    CheckedDate checked{listed.rule, check_date(rule->second->numbers, listed.known, days->index,
-                                                choice_.against.value_or(of_setting))};
-    for (const schedule::Day day : checked.check.explained_by)
-      checked.explained_by.push_back(explain(*days->calendar, day));
+    std::optional<schedule::DateCheck> nearest;
+    const schedule::Calendar* calendar = nullptr;
+    std::string missing;
+    const auto compare = [&](const std::string& name, Against of_setting) {
+      if (name.empty()) return;
+      const OpenDays* days = open_days(name);
+      if (!days) {
+        missing = name;
+        return;
+      }
+      schedule::DateCheck check =
+          check_date(rule->second->numbers, listed.known, days->index, choice_.against.value_or(of_setting));
+      if (nearest && !is_nearer(check, *nearest)) return;
+      nearest = std::move(check);
+      calendar = days->calendar;
+    };
+    const auto [begin, end] = settings_.equal_range(listed.rule);
+    if (begin == end) compare(choice_.calendar, Against::roll);
+    for (auto user = begin; user != end; ++user) {
+      const NamedSetting& setting = *user->second;
+      compare(choice_.calendar.empty() ? setting.calendar : choice_.calendar,
+              setting.last_day_is_expiration ? Against::expiration : Against::roll);
+    }
+    if (!nearest && missing.empty()) return refuse(listed, MistakeKind::calendar_needed, listed.rule);
+    if (!nearest) return refuse(listed, MistakeKind::unknown_calendar, missing);
+    CheckedDate checked{listed.rule, *std::move(nearest)};
+    for (const schedule::Day day : checked.check.explained_by) checked.explained_by.push_back(explain(*calendar, day));
     RuleMatches& matches = list_.rules[listed.rule];
     matches.matches += checked.check.is_match() ? 1 : 0;
     ++matches.dates;
@@ -73,7 +89,7 @@ class ListCheck {
   const ScheduleData& data_;
   const CheckChoice& choice_;
   std::map<std::string_view, const NamedRule*> rules_;
-  std::map<std::string_view, const NamedSetting*> settings_;  // the first setting of each rule
+  std::multimap<std::string_view, const NamedSetting*> settings_;  // by rule, in their order
   std::map<std::string, OpenDays> open_days_;
   CheckedList list_;
 };

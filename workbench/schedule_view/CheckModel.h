@@ -49,7 +49,8 @@ struct CheckedList {
   bool cancelled = false;                     ///< nothing else is set then
 };
 
-/// Compares each listed day with what the rule gives on the calendar of the first setting that uses it.
+/// Compares each listed day with what the rule gives for each setting that uses it, on its calendar. The setting that
+/// comes nearest to the listed day counts, the first of several.
 CheckedList check_list(const ScheduleData& data, const schedule::DateList& list, const CheckChoice& choice,
                        const Progress& progress);
 

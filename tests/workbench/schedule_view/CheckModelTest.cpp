@@ -44,6 +44,21 @@ TEST(CheckModel, SettingSaysWhichDayIsCompared) {
   EXPECT_EQ(check_list(data, list, {.against = schedule::Against::roll}, never_cancelled).dates.at(0).check.days, -1);
 }
 
+TEST(CheckModel, NearestSettingOfTheRuleCounts) {
+  ScheduleData data = sample_data();
+  data.rules.front().item.numbers.roll_offset = 1;
+  data.settings.front().item.calendar.clear();
+  data.settings.push_back({3, {.name = "last", .rule = "index", .calendar = "sample", .last_day_is_expiration = true}});
+  const CheckedList list =
+      check_list(data, list_of("index,2026-01,2026-01-15\nindex,2026-02,2026-02-23\nindex,2026-03,2026-03-23\n"), {},
+                 never_cancelled);
+  EXPECT_TRUE(list.mistakes.empty());
+  ASSERT_EQ(list.dates.size(), 3u);
+  EXPECT_EQ(list.dates.at(0).check.days, 0);
+  EXPECT_EQ(list.dates.at(1).check.days, 0);
+  EXPECT_EQ(list.dates.at(2).check.days, -3);
+}
+
 TEST(CheckModel, LinesThatCannotBeComparedAreNamed) {
   const CheckedList list = checked("gone,2026-01,2026-01-16\nspare,2026-01,2026-01-15\nindex,2026-13,2026-01-16\n");
   ASSERT_EQ(list.mistakes.size(), 3u);
