@@ -93,6 +93,21 @@ TEST_F(StoreCommands, UnchangedImportChangesNothing) {
   EXPECT_FALSE(output.change);
 }
 
+TEST_F(StoreCommands, NewStoreIsCreatedByAnImportThatChangesNothing) {
+  files_["rules.csv"] = rule_columns_line + "copper,0,0,0,15,1,1,1,1,1\r\n";
+  files_["c.csv"] =
+      "# name: test\n# title: 测试\n# from: 2026-01-01\n# to: "
+      "2026-03-31\ndate,reason\n2026-01-15,closed\n2026-02-16,\n";
+  input_.store_is_new = true;
+  const CommandOutput output = run({"--import", "rules.csv"});
+  EXPECT_EQ(messages(output), "0 added, 0 changed, 1 left alone, 0 removed, 0 refused");
+  ASSERT_TRUE(output.change);
+  EXPECT_TRUE(output.change->rules.empty());
+  EXPECT_TRUE(run({"--import-calendar", "c.csv"}).change);
+  EXPECT_FALSE(run({"--import", "rules.csv", "--dry-run"}).change);
+  EXPECT_FALSE(run({"--import-calendar", "c.csv", "--dry-run"}).change);
+}
+
 TEST_F(StoreCommands, FileWithoutAnyRecordCannotBeUsed) {
   files_["rules.csv"] = "RuleName\r\n";
   EXPECT_EQ(run({"--import", "rules.csv"}).exit_code, unusable_file);

@@ -83,6 +83,7 @@ class CommandStore {
   }
 
   RuleStore& store() { return *store_; }
+  bool is_new() const { return is_new_; }
 
   void change(const schedule::WantedChange& wanted, const std::function<void(std::size_t)>& on_rule) {
     change(*store_, wanted, on_rule);
@@ -126,8 +127,10 @@ class ConsoleCommand {
     try {
       if (!arguments_.store.empty()) store_.emplace(arguments_);
       schedule::CommandOutput output = run_command(arguments_, input());
-      if (output.change) change_store(*output.change);
-      return write(output);
+      // What changes is shown first. If it cannot be, nothing is changed.
+      const schedule::ExitCode exit_code = write(output);
+      if (output.change && exit_code != schedule::unusable_file) change_store(*output.change);
+      return exit_code;
     } catch (const StoreError& error) {
       write_error(store_message(error) + L"\n");
       return schedule::unusable_file;
@@ -148,6 +151,7 @@ class ConsoleCommand {
       input.rules = std::move(records.rules);
       input.settings = std::move(records.settings);
       input.calendars = std::move(records.calendars);
+      input.store_is_new = store_->is_new();
     } else {
       input.calendars = schedule::shipped_calendars();
     }
@@ -171,6 +175,7 @@ class ConsoleCommand {
     }
     if (!output.data.empty() && !write_output_utf8(output.data)) {
       tell(MistakeKind::output_not_written, {});
+      if (output.change) tell(MistakeKind::nothing_imported, {});
       return schedule::unusable_file;
     }
     return output.exit_code;

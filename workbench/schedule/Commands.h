@@ -32,12 +32,13 @@ struct CommandInput {
   std::vector<NamedRule> rules{};
   std::vector<NamedSetting> settings{};
   std::vector<Calendar> calendars{};  ///< which a command may name
+  bool store_is_new = false;          ///< whether the store is still to be created, with what is given here
   Day today{};
   Language language = Language::english;
   Progress progress{};
 };
 
-/// What a command asks to be changed in its store, in one transaction.
+/// What a command asks to be changed in its store, in one transaction. A new store is created even if nothing changes.
 struct WantedChange {
   std::vector<NamedRule> rules{};                       ///< each changes the rule of its name, or is added
   std::optional<std::vector<NamedSetting>> settings{};  ///< in the place of all that there are

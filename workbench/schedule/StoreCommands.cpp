@@ -73,7 +73,7 @@ class StoreCommand : private CommandContext {
     if (!plan.refused.empty() && !has_records) throw CommandFailure{unusable_file};
     describe_plan(plan);
     if (!plan.refused.empty()) output_.exit_code = with_differences;
-    if (!plan.refused.empty() || arguments_.dry_run || !changes_anything(plan))
+    if (!plan.refused.empty() || arguments_.dry_run || (!changes_anything(plan) && !input_.store_is_new))
       return tell(MistakeKind::nothing_imported, {});
     output_.change = wanted(plan);
   }
@@ -170,7 +170,10 @@ class StoreCommand : private CommandContext {
       nothing_closed.closed.clear();
       describe_change(changed_days(nothing_closed, calendar), {});
     } else {
-      if (*stored == calendar) return tell(MistakeKind::same_calendar, {calendar.name});
+      if (*stored == calendar) {
+        if (input_.store_is_new && !arguments_.dry_run) output_.change.emplace();
+        return tell(MistakeKind::same_calendar, {calendar.name});
+      }
       if (stored->from != calendar.from || stored->to != calendar.to) {
         tell(MistakeKind::calendar_range,
              {calendar.name, to_text(stored->from), to_text(stored->to), to_text(calendar.from), to_text(calendar.to)});
