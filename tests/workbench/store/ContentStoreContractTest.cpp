@@ -1,0 +1,123 @@
+#include "StoreContract.h"
+
+using namespace workbench;
+
+namespace {
+
+/// What every store does with many records at once, and whom it notifies.
+class ContentStoreContract : public StoreContract {};
+
+INSTANTIATE_TEST_SUITE_P(Stores, ContentStoreContract, every_store(), store_name);
+
+TEST_P(ContentStoreContract, ImportChangesRulesByTheirNamesAddsOthersAndLeavesTheRest) {
+  store_->replace_content(sample_content());
+  const StoreSnapshot before = holdings(*store_);
+  const Rule second{.name = L"second", .roll_offset = 3};
+  std::vector<std::size_t> progress;
+  store_->import_records({{sample_rule(L"first"), sample_rule(L"third"), second}},
+                         [&](std::size_t done) { progress.push_back(done); });
+  EXPECT_EQ(store_->load_rules(),
+            (std::vector<StoredRule>{before.rules[0],
+                                     {before.rules[1].number, before.rules[1].revision + 1, second},
+                                     {before.rules[1].number + 1, 1, sample_rule(L"third")}}));
+  EXPECT_EQ(store_->load_settings(), before.settings);
+  EXPECT_EQ(progress, (std::vector<std::size_t>{0, 1, 2}));
+  store_->import_records({{}, std::vector{sample_setting(L"lead", L"third")}});
+  EXPECT_EQ(settings_of(*store_), std::vector{sample_setting(L"lead", L"third")});
+  EXPECT_GT(store_->load_settings()[0].number, before.settings.back().number);
+}
+
+TEST_P(ContentStoreContract, ImportThatIsRefusedOrCancelledChangesNothing) {
+  store_->replace_content(sample_content());
+  const StoreSnapshot before = holdings(*store_);
+  const std::vector<Rule> rules{{.name = L"first"}, {.name = L"third"}};
+  EXPECT_EQ(refusal_kind([&] { store_->import_records({{rules[0], rules[1], {}}}); }), StoreErrorKind::invalid_value);
+  EXPECT_EQ(refusal_kind([&] {
+              store_->import_records({rules, std::vector<SymbolSourceSetting>(1)});
+            }),
+            StoreErrorKind::invalid_value);
+  struct Cancelled {};
+  EXPECT_THROW(store_->import_records({rules},
+                                      [](std::size_t done) {
+                                        if (done == 1) throw Cancelled();
+                                      }),
+               Cancelled);
+  EXPECT_EQ(holdings(*store_), before);
+}
+
+TEST_P(ContentStoreContract, ReplacedContentTakesNewNumbers) {
+  const long old = store_->add_rule(sample_rule(L"old")).number;
+  store_->replace_content(sample_content());
+  const StoreSnapshot now = holdings(*store_);
+  ASSERT_EQ(now.rules.size(), 2u);
+  EXPECT_EQ(now.rules[0].rule, sample_content().rules[0]);
+  EXPECT_EQ(now.rules[1].rule, sample_content().rules[1]);
+  EXPECT_GT(now.rules[0].number, old);
+  EXPECT_EQ(settings_of(*store_), sample_content().settings);
+  EXPECT_EQ(now.calendars, sample_content().calendars);
+}
+
+TEST_P(ContentStoreContract, ContentIsReplacedWhollyOrNotAtAll) {
+  store_->replace_content(sample_content());
+  const StoreSnapshot before = holdings(*store_);
+  StoreContent twice = sample_content();
+  twice.rules.push_back(twice.rules.front());
+  EXPECT_EQ(refusal_kind([&] { store_->replace_content(twice); }), StoreErrorKind::duplicate_name);
+  StoreContent without_days = sample_content();
+  without_days.calendars[0].calendar.to = {};
+  EXPECT_EQ(refusal_kind([&] { store_->replace_content(without_days); }), StoreErrorKind::invalid_value);
+  StoreContent nameless = sample_content();
+  nameless.settings.push_back({});
+  EXPECT_EQ(refusal_kind([&] { store_->replace_content(nameless); }), StoreErrorKind::invalid_value);
+  EXPECT_EQ(refusal_kind([&] { store_->replace_settings(nameless.settings); }), StoreErrorKind::invalid_value);
+  EXPECT_EQ(holdings(*store_), before);
+}
+
+TEST_P(ContentStoreContract, EachChangeIsToldOnceAndARefusalNever) {
+  int told = 0;
+  const StoreSubscription subscription = store_->subscribe([&] { ++told; });
+  const long number = store_->add_rule(sample_rule(L"gold")).number;
+  EXPECT_EQ(told, 1);
+  store_->update_rule(number, sample_rule(L"silver"));
+  EXPECT_EQ(told, 2);
+  store_->replace_settings({{L"setting", L"silver"}});
+  EXPECT_EQ(told, 3);
+  EXPECT_TRUE(refusal([&] { store_->delete_rule(number); }));
+  EXPECT_TRUE(refusal([&] { store_->add_rule(sample_rule(L"silver")); }));
+  EXPECT_EQ(told, 3);
+  const StoredSetting setting = store_->add_setting(sample_setting(L"other", L"silver"));
+  EXPECT_EQ(told, 4);
+  store_->update_setting(setting.number, setting.setting);
+  EXPECT_EQ(told, 5);
+  EXPECT_TRUE(refusal([&] { store_->delete_setting(setting.number, 1); }));
+  EXPECT_EQ(told, 5);
+  store_->delete_setting(setting.number);
+  EXPECT_EQ(told, 6);
+  store_->replace_calendars({sample_calendar("exchange")});
+  EXPECT_EQ(told, 7);
+  store_->replace_content({});
+  EXPECT_EQ(told, 8);
+  EXPECT_FALSE(store_->poll_for_changes());
+  EXPECT_EQ(told, 8);
+}
+
+TEST_P(ContentStoreContract, SubscriberSeesTheChangeAndMayLeaveOrThrow) {
+  std::vector<std::size_t> seen;
+  StoreSubscription leaving;
+  leaving = store_->subscribe([&] { leaving.reset(); });
+  const StoreSubscription throwing = store_->subscribe([] { throw 1; });
+  const StoreSubscription counting = store_->subscribe([&] { seen.push_back(store_->load_rules().size()); });
+  store_->add_rule(sample_rule(L"one"));
+  store_->add_rule(sample_rule(L"two"));
+  EXPECT_FALSE(leaving);
+  EXPECT_EQ(seen, (std::vector<std::size_t>{1, 2}));
+}
+
+TEST_P(ContentStoreContract, DroppedSubscriptionHearsNothing) {
+  int told = 0;
+  store_->subscribe([&] { ++told; }).reset();
+  store_->add_rule(sample_rule(L"gold"));
+  EXPECT_EQ(told, 0);
+}
+
+}  // namespace
