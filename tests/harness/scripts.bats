@@ -78,7 +78,7 @@ prepare_without_packages() {
 }
 
 # prepare_elsewhere [PROGRAM...]: a copy of prepare on a machine without Debian's tools but with these programs, which
-# write what they are called with.
+# write what they are called with, at once: two of them run side by side.
 prepare_elsewhere() {
   local programs=$BATS_TEST_TMPDIR/elsewhere copy=$BATS_TEST_TMPDIR/copy name
   rm -rf "$programs" "$copy"
@@ -87,7 +87,7 @@ prepare_elsewhere() {
   for name in bash dirname basename mktemp rm env realpath; do ln -s "$(type -P $name)" "$programs/"; done
   # shellcheck disable=SC2016 # expanded by the programs
   for name in "$copy/tools/session" "${@/#/$programs/}"; do
-    program "$name" 'printf "%s" "$(basename "$0")"; printf " <%s>" "$@"; echo'
+    program "$name" 'printf -v line " <%s>" "$@"; echo "$(basename "$0")$line"'
   done
   PATH=$programs run "$(type -P bash)" "$copy/tools/prepare" "${depth:-run}" </dev/null
 }
