@@ -65,8 +65,8 @@ BenchmarkHost::BenchmarkHost(const std::vector<std::wstring>& names)
       menu_(std::make_shared<workbench::MainMenu>(bar_, 0, targets_, [] {})),
       hot_keys_(std::make_shared<workbench::HotKeys>(targets_)),
       plugin_(base::path_beside_program(L"zdExpirationRules.dll")) {
-  plugin_.initialize({.main_menu = {menu_->make_dispatch(), false},
-                      .hot_keys = {hot_keys_->make_dispatch(), false},
+  plugin_.initialize({.main_menu = {menu_->create_dispatch(), false},
+                      .hot_keys = {hot_keys_->create_dispatch(), false},
                       .storage = host_.storage(),
                       .registry_path = L"Software"});
 }

@@ -1,4 +1,4 @@
-# A component is one folder with one target. It sees the headers of the components that it links and of no others: each
+# A component is one folder, nearly always with one target. It sees the headers of the components that it links and of no others: each
 # offers only its own folder, so an include that points the wrong way does not compile.
 
 add_library(zd_build_rules INTERFACE)

@@ -199,40 +199,40 @@ TEST_F(ListEditing, FailedEditRefillsTheListAndReselectsTheRule) {
 }
 
 /// The messages about its items that the list view gets from the last refill on.
-std::vector<std::string> told_to(const RuleList& list, const std::function<void()>& act) {
-  std::vector<std::string> told;
+std::vector<std::string> selecting_messages(const RuleList& list, const std::function<void()>& act) {
+  std::vector<std::string> messages;
   const SentMessages watch([&](const CWPSTRUCT& message) {
     if (message.hwnd != list.view()) return;
     const auto number = [&](const char* text) { return text + std::to_string(static_cast<int>(message.wParam)); };
     switch (message.message) {
       case LVM_DELETEALLITEMS:
-        told.clear();
+        messages.clear();
         break;
       case LVM_GETITEMRECT:
-        told.push_back(number("bounds of "));
+        messages.push_back(number("bounds of "));
         break;
       case LVM_SCROLL:
-        told.push_back(number("scroll "));
+        messages.push_back(number("scroll "));
         break;
       case LVM_SETITEMSTATE:
-        told.push_back(number("select "));
+        messages.push_back(number("select "));
         EXPECT_EQ(selected_and_focused, reinterpret_cast<const LVITEMW*>(message.lParam)->state);
         EXPECT_EQ(selected_and_focused, reinterpret_cast<const LVITEMW*>(message.lParam)->stateMask);
         break;
       case WM_SETFOCUS:
-        told.push_back("focus");
+        messages.push_back("focus");
         break;
       default:
         break;
     }
   });
   act();
-  return told;
+  return messages;
 }
 
 TEST_F(ListEditing, RuleThatIsMissingAfterItsEditSelectsEveryItem) {
   open([&](RuleList& list) {
-    const auto told = told_to(list, [&] {
+    const auto messages = selecting_messages(list, [&] {
       test_support::with_dialog([&] { list.press(IDC_EDIT_RULE); },
                                 [&](HWND editor) {
                                   host.rules().erase(host.rules().begin());
@@ -240,7 +240,7 @@ TEST_F(ListEditing, RuleThatIsMissingAfterItsEditSelectsEveryItem) {
                                 });
     });
     EXPECT_EQ(Names({L"IF", L"TF"}), list.names());
-    EXPECT_THAT(told, ElementsAre("bounds of -1", "scroll 0", "select -1", "focus"));
+    EXPECT_THAT(messages, ElementsAre("bounds of -1", "scroll 0", "select -1", "focus"));
   });
 }
 

@@ -43,35 +43,35 @@ TEST_F(Refill, MakesTheCallsOfOnePass) {
 }
 
 /// The messages that the list view gets while `act` runs, in words.
-std::vector<std::string> told_to(const RuleList& list, const std::function<void()>& act) {
-  std::vector<std::string> told;
+std::vector<std::string> painting_messages(const RuleList& list, const std::function<void()>& act) {
+  std::vector<std::string> messages;
   const SentMessages watch([&](const CWPSTRUCT& message) {
     if (message.hwnd != list.view()) return;
     switch (message.message) {
       case WM_SETREDRAW:
-        told.emplace_back(message.wParam ? "paint" : "hold the painting");
+        messages.emplace_back(message.wParam ? "paint" : "hold the painting");
         break;
       case LVM_DELETEALLITEMS:
-        told.emplace_back("delete all items");
+        messages.emplace_back("delete all items");
         break;
       case LVM_SETITEMCOUNT:
-        told.push_back("expect " + std::to_string(message.wParam) + " items");
+        messages.push_back("expect " + std::to_string(message.wParam) + " items");
         break;
       case LVM_INSERTITEMW:
-        told.emplace_back("insert an item");
+        messages.emplace_back("insert an item");
         break;
       default:
         break;
     }
   });
   act();
-  return told;
+  return messages;
 }
 
 TEST_F(Refill, PaintsNothingUntilTheListIsComplete) {
   store_rules({L"B", L"A"});
   open([](RuleList& list) {
-    EXPECT_THAT(told_to(list, [&] { list.dialog().update_expiration_rule_list(); }),
+    EXPECT_THAT(painting_messages(list, [&] { list.dialog().update_expiration_rule_list(); }),
                 ElementsAre("hold the painting", "delete all items", "expect 2 items", "insert an item",
                             "insert an item", "paint"));
   });
@@ -81,7 +81,7 @@ TEST_F(Refill, PaintsAgainAlsoWhenItFails) {
   store_rules({L"A"});
   open([&](RuleList& list) {
     host.calls().fail("kvTable::CreateInstance", {E_FAIL, Fault::Out::null});
-    EXPECT_THAT(told_to(list, [&] { list.dialog().update_expiration_rule_list(); }),
+    EXPECT_THAT(painting_messages(list, [&] { list.dialog().update_expiration_rule_list(); }),
                 ElementsAre("hold the painting", "delete all items", "paint"));
     RECT changed = {};
     EXPECT_TRUE(GetUpdateRect(list.view(), &changed, FALSE)) << "and shows that it is empty";

@@ -63,8 +63,8 @@ void Application::load_plugin(const std::filesystem::path& module) {
 HRESULT Application::initialize_plugin() {
   const ScopedFlag calling(calling_plugin_);
   return plugin_->initialize(
-      {.main_menu = base::ComPtr<IDispatch>(menu_->make_dispatch(), false),
-       .hot_keys = base::ComPtr<IDispatch>(hot_keys_->make_dispatch(), false),
+      {.main_menu = base::ComPtr<IDispatch>(menu_->create_dispatch(), false),
+       .hot_keys = base::ComPtr<IDispatch>(hot_keys_->create_dispatch(), false),
        .storage = base::ComPtr<IDispatch>(create_storage_object(store_, store_listeners()), false),
        .registry_path = settings_path()});
 }

@@ -13,7 +13,7 @@ namespace workbench {
 
 namespace {
 
-constexpr ListColumn columns[] = {
+constexpr ListColumn check_columns[] = {
     {IDS_COLUMN_CHECKED_RULE, 180},
     {IDS_COLUMN_CONTRACT, 66},
     {IDS_COLUMN_LISTED, 106},
@@ -35,7 +35,7 @@ std::wstring explanation_in_words(const Explanation& explanation) {
 
 }  // namespace
 
-CheckResults::CheckResults(HWND parent) : ListPane(parent, IDC_DATES_LIST, IDS_NOTHING_IMPORTED, columns) {}
+CheckResults::CheckResults(HWND parent) : ListPane(parent, IDC_DATES_LIST, IDS_NOTHING_IMPORTED, check_columns) {}
 
 void CheckResults::show(CheckedList list) {
   list_ = std::move(list);

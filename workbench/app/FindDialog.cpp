@@ -16,7 +16,7 @@ namespace workbench {
 
 namespace {
 
-constexpr ListColumn columns[] = {
+constexpr ListColumn found_rule_columns[] = {
     {IDS_COLUMN_RANK, 40},    {IDS_COLUMN_MATCHED, 60}, {IDS_COLUMN_DAY, 140},
     {IDS_COLUMN_CLOSED, 110}, {IDS_COLUMN_OFFSET, 130}, {IDS_COLUMN_MISSED, 220},
 };
@@ -43,7 +43,8 @@ std::wstring summary_of(const schedule::FoundRules& found) {
 
 }  // namespace
 
-FoundRuleList::FoundRuleList(HWND parent) : ListPane(parent, IDC_DATES_LIST, IDS_NOTHING_SEARCHED, columns) {}
+FoundRuleList::FoundRuleList(HWND parent)
+    : ListPane(parent, IDC_DATES_LIST, IDS_NOTHING_SEARCHED, found_rule_columns) {}
 
 void FoundRuleList::show(schedule::FoundRules found) {
   found_ = std::move(found);

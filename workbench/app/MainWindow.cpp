@@ -17,7 +17,7 @@ namespace workbench {
 
 namespace {
 
-constexpr wchar_t class_name[] = L"zdExpirationRulesWorkbench";
+constexpr wchar_t main_window_class[] = L"zdExpirationRulesWorkbench";
 constexpr UINT run_posted_message = WM_APP;
 constexpr UINT_PTR clock_timer = 1;
 constexpr UINT clock_period_ms = 1000;
@@ -48,7 +48,7 @@ HDWP defer(HDWP batch, HWND window, const RECT& place) {
 
 MainWindow::MainWindow(MainWindowEvents events) : events_(std::move(events)) {
   base::Menu menu(load_menu(IDR_MAIN_MENU));
-  create({.class_name = class_name,
+  create({.class_name = main_window_class,
           .title = text(IDS_TITLE).c_str(),
           .style = WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN,
           .menu = menu.detach(),

@@ -10,16 +10,16 @@ namespace workbench {
 
 namespace {
 
-enum Column : size_t { number, name, offset, day, closed };
+enum RulesPaneColumn : size_t { number, name, offset, day, closed };
 
-constexpr ListColumn columns[] = {
+constexpr ListColumn rules_pane_columns[] = {
     {IDS_COLUMN_NUMBER, 44}, {IDS_COLUMN_NAME, 180},  {IDS_COLUMN_OFFSET, 116},
     {IDS_COLUMN_DAY, 132},   {IDS_COLUMN_CLOSED, 92},
 };
 
 }  // namespace
 
-RulesPane::RulesPane(HWND parent) : ListPane(parent, IDC_RULES, IDS_RULES_PANE, columns) {}
+RulesPane::RulesPane(HWND parent) : ListPane(parent, IDC_RULES, IDS_RULES_PANE, rules_pane_columns) {}
 
 void RulesPane::show(std::vector<StoredRule> rules) {
   const int row = focused_row();

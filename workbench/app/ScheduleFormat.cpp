@@ -1,6 +1,7 @@
 #include "ScheduleFormat.h"
 
 #include "ScheduleRecords.h"
+#include "TextEncoding.h"
 #include "Texts.h"
 #include "resource.h"
 
@@ -11,8 +12,6 @@ namespace {
 using schedule::Basis;
 
 constexpr unsigned weekdays = 7;
-
-std::wstring from_ascii(const std::string& text) { return {text.begin(), text.end()}; }
 
 /// Adds texts with a separator between them.
 class TextList {
@@ -31,7 +30,8 @@ class TextList {
 }  // namespace
 
 std::wstring format_day(schedule::Day day) {
-  return from_ascii(schedule::to_text(day)) + L' ' + text(IDS_SHORT_SUNDAY + std::chrono::weekday{day}.c_encoding());
+  return base::from_utf8(schedule::to_text(day)) + L' ' +
+         text(IDS_SHORT_SUNDAY + std::chrono::weekday{day}.c_encoding());
 }
 
 std::wstring format_day(const schedule::ContractDay& day) {
@@ -48,7 +48,7 @@ std::wstring flags_in_words(const ScheduleLine& line) {
   flags.add((line.attention & attention_beyond_calendar) != 0, IDS_FLAG_BEYOND_CALENDAR);
   for (std::size_t field = 0; field < schedule::rule_fields.size(); ++field) {
     if ((dates.invalid_fields >> field & 1U) != 0)
-      flags.add(text(IDS_FLAG_NO_DATE, {from_ascii(schedule::rule_fields.at(field).name)}));
+      flags.add(text(IDS_FLAG_NO_DATE, {base::from_utf8(schedule::rule_fields.at(field).name)}));
   }
   flags.add(dates.clamped, IDS_FLAG_CLAMPED);
   flags.add(dates.moved, IDS_FLAG_MOVED);
@@ -65,7 +65,7 @@ std::wstring reason_in_words(const Schedule& schedule) {
 std::wstring horizon_in_words(const Schedule& schedule, bool estimates) {
   if (!schedule.unknown_from) return {};
   return text(estimates ? IDS_ESTIMATES_FROM : IDS_UNKNOWN_FROM,
-              {from_ascii(schedule::to_text(*schedule.unknown_from))});
+              {base::from_utf8(schedule::to_text(*schedule.unknown_from))});
 }
 
 YearTexts year_texts(bool comparison) {

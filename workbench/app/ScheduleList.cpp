@@ -10,7 +10,7 @@ namespace {
 
 constexpr COLORREF estimate_color = RGB(112, 112, 112);
 
-constexpr ListColumn columns[] = {
+constexpr ListColumn date_columns[] = {
     {IDS_COLUMN_SCHEDULE_OF, 122}, {IDS_COLUMN_CONTRACT, 62}, {IDS_COLUMN_SPECIFIED, 98},
     {IDS_COLUMN_EXPIRATION, 98},   {IDS_COLUMN_ROLL, 98},     {IDS_COLUMN_FLAGS, 144},
 };
@@ -32,7 +32,7 @@ std::wstring old_day(const ScheduleLine& line, ContractDay ContractDates::*day) 
 
 }  // namespace
 
-ScheduleList::ScheduleList(HWND parent) : ListPane(parent, IDC_SCHEDULE, IDS_SCHEDULE_PANE, columns) {}
+ScheduleList::ScheduleList(HWND parent) : ListPane(parent, IDC_SCHEDULE, IDS_SCHEDULE_PANE, date_columns) {}
 
 void ScheduleList::show(const Schedule& schedule, bool comparison) {
   const int row = focused_row();
@@ -42,7 +42,7 @@ void ScheduleList::show(const Schedule& schedule, bool comparison) {
     if (comparison) {
       use_columns(comparing_columns);
     } else {
-      use_columns(columns);
+      use_columns(date_columns);
     }
   }
   show_rows(lines_.size(), row);

@@ -9,6 +9,7 @@
 #include "ModulePath.h"
 #include "ScheduleFormat.h"
 #include "ScheduleRecords.h"
+#include "TextEncoding.h"
 #include "Texts.h"
 #include "resource.h"
 
@@ -16,12 +17,11 @@ namespace workbench {
 
 namespace {
 
-constexpr wchar_t class_name[] = L"zdExpirationRulesSchedule";
+constexpr wchar_t schedule_class[] = L"zdExpirationRulesSchedule";
 constexpr int month_counts[] = {1, 3, 6, 12, 24, 36};
-constexpr int months_of_a_year = 12;
+/// How many months before and after the first one its box offers.
+constexpr int offered_months = 12;
 constexpr int combo_drop_rows = 14;
-
-std::wstring from_ascii(const std::string& text) { return {text.begin(), text.end()}; }
 
 /// Sets the text unless the window shows it already, so that nothing flickers.
 void set_text(HWND window, const std::wstring& value) {
@@ -44,7 +44,7 @@ void move_combo(HWND window, RECT place) {
 SchedulePane::SchedulePane(HWND parent, UINT id, schedule::Day today) {
   const std::chrono::year_month_day date{today};
   choice_.first = date.year() / date.month();
-  create({.class_name = class_name,
+  create({.class_name = schedule_class,
           .title = L"",
           .style = WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN,
           .menu = nullptr,
@@ -141,9 +141,9 @@ void SchedulePane::create_choices() {
   notice_ = child(WC_STATICW, SS_LEFT | SS_NOPREFIX, IDC_NOTICE, {});
   dismiss_ = child(WC_BUTTONW, WS_TABSTOP, IDC_DISMISS, text(IDS_DISMISS));
   fill_calendars();
-  for (int month = -months_of_a_year; month <= months_of_a_year; ++month)
-    add_item(first_, from_ascii(schedule::to_text(choice_.first + std::chrono::months{month})));
-  SetWindowTextW(first_, from_ascii(schedule::to_text(choice_.first)).c_str());
+  for (int month = -offered_months; month <= offered_months; ++month)
+    add_item(first_, base::from_utf8(schedule::to_text(choice_.first + std::chrono::months{month})));
+  SetWindowTextW(first_, base::from_utf8(schedule::to_text(choice_.first)).c_str());
   for (const int count : month_counts) add_item(months_, text(IDS_MONTH_COUNT, {std::to_wstring(count)}));
   choose_item(months_, static_cast<int>(std::ranges::find(month_counts, choice_.months) - std::begin(month_counts)));
 }

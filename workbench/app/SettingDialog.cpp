@@ -11,9 +11,8 @@ namespace workbench {
 
 namespace {
 
-constexpr int months_of_a_year = 12;
-
-wchar_t month_letter(int month) { return static_cast<wchar_t>(schedule::month_letters.at(static_cast<size_t>(month))); }
+wchar_t month_letter(size_t month) { return static_cast<wchar_t>(schedule::month_letters.at(month)); }
+int month_box(size_t month) { return IDC_SETTING_FIRST_MONTH + static_cast<int>(month); }
 
 /// A first item for "none", then the names; a name that the setting has although it is not among them comes last.
 void fill(HWND combo, UINT none, std::vector<std::wstring>& names, const std::wstring& chosen) {
@@ -41,9 +40,9 @@ void SettingDialog::on_init() {
   fill(control(IDC_SETTING_CALENDAR), IDS_NO_CALENDAR_CHOSEN, choices_.calendars, setting_.calendar);
   for (const UINT day : {IDS_COLUMN_ROLL, IDS_COLUMN_EXPIRATION}) add_item(control(IDC_SETTING_LAST_DAY), text(day));
   choose_item(control(IDC_SETTING_LAST_DAY), setting_.last_day_is_expiration ? 1 : 0);
-  for (int month = 0; month < months_of_a_year; ++month) {
+  for (size_t month = 0; month < schedule::month_letters.size(); ++month) {
     const bool delivers = setting_.months.empty() || setting_.months.find(month_letter(month)) != std::wstring::npos;
-    CheckDlgButton(handle(), IDC_SETTING_FIRST_MONTH + month, delivers ? BST_CHECKED : BST_UNCHECKED);
+    CheckDlgButton(handle(), month_box(month), delivers ? BST_CHECKED : BST_UNCHECKED);
   }
 }
 
@@ -56,11 +55,11 @@ SymbolSourceSetting SettingDialog::entered() const {
                               .rule_name = chosen_name(control(IDC_SETTING_RULE), choices_.rules),
                               .calendar = chosen_name(control(IDC_SETTING_CALENDAR), choices_.calendars),
                               .last_day_is_expiration = chosen_item(control(IDC_SETTING_LAST_DAY)) == 1};
-  for (int month = 0; month < months_of_a_year; ++month) {
-    if (IsDlgButtonChecked(handle(), IDC_SETTING_FIRST_MONTH + month)) setting.months += month_letter(month);
+  for (size_t month = 0; month < schedule::month_letters.size(); ++month) {
+    if (IsDlgButtonChecked(handle(), month_box(month))) setting.months += month_letter(month);
   }
   // All months are stored as no letters, and so are none: a setting without contracts would have no schedule.
-  if (setting.months.size() == months_of_a_year) setting.months.clear();
+  if (setting.months.size() == schedule::month_letters.size()) setting.months.clear();
   return setting;
 }
 

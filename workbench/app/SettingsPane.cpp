@@ -9,16 +9,16 @@ namespace workbench {
 
 namespace {
 
-enum Column : size_t { setting, rule, state, calendar, months, last_day };
+enum SettingsPaneColumn : size_t { setting, rule, state, calendar, months, last_day };
 
-constexpr ListColumn columns[] = {
+constexpr ListColumn settings_pane_columns[] = {
     {IDS_COLUMN_SETTING, 166},          {IDS_COLUMN_SETTING_RULE, 160},  {IDS_COLUMN_SETTING_STATE, 84},
     {IDS_COLUMN_SETTING_CALENDAR, 120}, {IDS_COLUMN_SETTING_MONTHS, 84}, {IDS_COLUMN_SETTING_LAST_DAY, 84},
 };
 
 }  // namespace
 
-SettingsPane::SettingsPane(HWND parent) : ListPane(parent, IDC_SETTINGS, IDS_SETTINGS_PANE, columns) {}
+SettingsPane::SettingsPane(HWND parent) : ListPane(parent, IDC_SETTINGS, IDS_SETTINGS_PANE, settings_pane_columns) {}
 
 void SettingsPane::show(std::vector<StoredSetting> settings, const std::vector<StoredRule>& rules) {
   const int selected = focused_row();

@@ -32,7 +32,7 @@ std::wstring text(UINT id) {
       static_cast<const wchar_t*>(find_resource(RT_STRING, id / texts_in_a_block + 1, chosen_language()));
   if (!length) return {};
   for (UINT before = id % texts_in_a_block; before > 0; --before) length += *length + 1;
-  return std::wstring(length + 1, *length);
+  return {length + 1, *length};
 }
 
 std::wstring text(UINT id, const std::vector<std::wstring>& inserts) {

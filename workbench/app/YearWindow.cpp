@@ -8,7 +8,7 @@ namespace workbench {
 
 namespace {
 
-constexpr wchar_t class_name[] = L"zdExpirationRulesYear";
+constexpr wchar_t year_class[] = L"zdExpirationRulesYear";
 
 /// Paints a window, as long as it lives.
 class ScopedPaint {
@@ -29,7 +29,7 @@ class ScopedPaint {
 }  // namespace
 
 YearWindow::YearWindow(HWND parent, UINT id) {
-  create({.class_name = class_name,
+  create({.class_name = year_class,
           .title = L"",
           .style = WS_CHILD | WS_VISIBLE,
           .menu = nullptr,

@@ -28,7 +28,7 @@ bool is_narrow(const std::wstring& text) noexcept {
 
 /// The path of the library in a form that the ANSI code page can spell; empty when there is none.
 std::wstring registrable_path() {
-  const std::wstring path = base::module_file_name();
+  std::wstring path = base::module_file_name();
   if (is_narrow(path)) return path;
   wchar_t short_path[32768] = {};
   const DWORD length = GetShortPathNameW(path.c_str(), short_path, 32768);

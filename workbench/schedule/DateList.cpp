@@ -86,16 +86,6 @@ bool is_delivery_month(Month contract, std::string_view letters) {
   return letters.empty() || letters.find(letter) != std::string_view::npos;
 }
 
-bool are_month_letters(std::string_view letters) {
-  std::size_t next = 0;
-  for (const char letter : letters) {
-    const std::size_t month = month_letters.find(letter, next);
-    if (month == std::string_view::npos) return false;
-    next = month + 1;
-  }
-  return true;
-}
-
 DateList read_date_list(std::string_view bytes) { return read_list(bytes, false); }
 
 DateList read_rule_date_list(std::string_view bytes) { return read_list(bytes, true); }

@@ -19,9 +19,6 @@ std::optional<Month> try_parse_contract(std::string_view text);
 /// Whether the contract month is among these letters of delivery months; no letters are all months.
 bool is_delivery_month(Month contract, std::string_view letters);
 
-/// Whether these are letters of different delivery months, in the order of the months.
-bool are_month_letters(std::string_view letters);
-
 /// One line of a list of dates.
 struct ListedDate {
   std::size_t line = 0;

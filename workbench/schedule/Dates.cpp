@@ -31,6 +31,16 @@ std::optional<Month> try_parse_month(std::string_view text) {
   return parsed.ok() ? std::optional(parsed) : std::nullopt;
 }
 
+bool are_month_letters(std::string_view letters) {
+  std::size_t next = 0;
+  for (const char letter : letters) {
+    const std::size_t month = month_letters.find(letter, next);
+    if (month == std::string_view::npos) return false;
+    next = month + 1;
+  }
+  return true;
+}
+
 std::optional<Day> try_parse_day(std::string_view text) {
   if (text.size() != 10 || text[7] != '-') return std::nullopt;
   const std::optional<Month> month = try_parse_month(text.substr(0, 7));

@@ -17,6 +17,9 @@ inline constexpr int last_year = 2199;
 /// The letters with which exchanges name the months from January to December.
 inline constexpr std::string_view month_letters = "FGHJKMNQUVXZ";
 
+/// Whether these are letters of different delivery months, in the order of the months.
+bool are_month_letters(std::string_view letters);
+
 /// The day that this text names in the form 2026-01-16, unless it is no day of a supported year.
 std::optional<Day> try_parse_day(std::string_view text);
 

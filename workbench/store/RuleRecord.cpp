@@ -1,6 +1,6 @@
 #include "RuleRecord.h"
 
-#include "DateList.h"
+#include "Dates.h"
 #include "StoreError.h"
 #include "Wtf8.h"
 

@@ -1,5 +1,7 @@
 #include "Wtf8.h"
 
+#include "Utf8.h"
+
 namespace workbench {
 
 namespace {
@@ -7,18 +9,12 @@ namespace {
 constexpr bool is_high_surrogate(char32_t unit) { return unit >= 0xD800 && unit < 0xDC00; }
 constexpr bool is_low_surrogate(char32_t unit) { return unit >= 0xDC00 && unit < 0xE000; }
 
-constexpr char byte(char32_t value) { return static_cast<char>(static_cast<unsigned char>(value)); }
-
+/// Zero is written in two bytes, so that no stored text has a zero byte.
 void append_code_point(std::string& bytes, char32_t point) {
-  if (point > 0 && point < 0x80) {
-    bytes += byte(point);
-  } else if (point < 0x800) {
-    bytes += {byte(0xC0 | point >> 6), byte(0x80 | (point & 0x3F))};
-  } else if (point < 0x10000) {
-    bytes += {byte(0xE0 | point >> 12), byte(0x80 | (point >> 6 & 0x3F)), byte(0x80 | (point & 0x3F))};
+  if (point == 0) {
+    bytes += "\xC0\x80";
   } else {
-    bytes += {byte(0xF0 | point >> 18), byte(0x80 | (point >> 12 & 0x3F)), byte(0x80 | (point >> 6 & 0x3F)),
-              byte(0x80 | (point & 0x3F))};
+    schedule::append_utf8(bytes, point);
   }
 }
 

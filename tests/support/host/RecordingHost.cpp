@@ -150,11 +150,11 @@ base::ComPtr<IDispatch> RecordingHost::storage() const {
 }
 
 base::ComPtr<IDispatch> RecordingHost::main_menu() const {
-  return owned(new MainMenuProxy(state_, owned(frame_->menu->make_dispatch())));
+  return owned(new MainMenuProxy(state_, owned(frame_->menu->create_dispatch())));
 }
 
 base::ComPtr<IDispatch> RecordingHost::hot_keys() const {
-  return owned(new HotKeysProxy(state_, owned(frame_->hot_keys->make_dispatch())));
+  return owned(new HotKeysProxy(state_, owned(frame_->hot_keys->create_dispatch())));
 }
 
 ComPtr<IKV_kvudfcom::IkvTable> RecordingHost::table(const std::vector<HostRow>& rows) const {

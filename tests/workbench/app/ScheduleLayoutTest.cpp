@@ -6,8 +6,7 @@
 namespace workbench {
 namespace {
 
-int width(const RECT& part) { return part.right - part.left; }
-int height(const RECT& part) { return part.bottom - part.top; }
+SIZE size_of(const RECT& part) { return {part.right - part.left, part.bottom - part.top}; }
 
 TEST(ScheduleLayout, PartsFollowOneAnotherDownToTheLowerEdge) {
   for (const int dpi : {96, 120, 144, 192}) {
@@ -34,13 +33,13 @@ TEST(ScheduleLayout, ChoicesStandSideBySide) {
 TEST(ScheduleLayout, LeastSizeShowsTheWholeYear) {
   for (const int dpi : {96, 120, 144, 192}) {
     const ScheduleLayout layout = lay_out_schedule(least_schedule_size(dpi), dpi);
-    EXPECT_EQ(lay_out_year({width(layout.year), height(layout.year)}, dpi).months.size(), 12u) << dpi;
+    EXPECT_EQ(lay_out_year(size_of(layout.year), dpi).months.size(), 12u) << dpi;
   }
 }
 
 TEST(ScheduleLayout, ListKeepsSomeRowsWhereThereIsLittleRoom) {
   const SIZE client{640, 400};
-  EXPECT_GE(height(lay_out_schedule(client, 96).list), 100);
+  EXPECT_GE(size_of(lay_out_schedule(client, 96).list).cy, 100);
 }
 
 TEST(ScheduleLayout, SmallAreasTurnNothingInsideOut) {

@@ -23,7 +23,7 @@ class MainMenuTest : public testing::Test {
     AppendMenuW(bar_.get(), MF_POPUP, reinterpret_cast<UINT_PTR>(CreatePopupMenu()), L"File");
     AppendMenuW(bar_.get(), MF_STRING, 1, L"Help");
     menu_ = std::make_shared<MainMenu>(bar_.get(), 1, targets_, [this] { ++changes_; });
-    dispatch_ = base::own(menu_->make_dispatch());
+    dispatch_ = base::own(menu_->create_dispatch());
   }
 
   base::ComPtr<IkvSubMenu> add_submenu() {

@@ -15,13 +15,13 @@ class CommandTargets {
   static constexpr long first_id = 0x8000;
   static constexpr long last_id = 0xEFFF;
 
-  /// Keeps a reference on `target`. Answers the new command's id; throws `std::length_error` when no id is left.
+  /// Keeps a reference on `target`. Returns the new command's id; throws `std::length_error` when no id is left.
   long add(base::ComPtr<IDispatch> target);
 
   void remove(long id) noexcept;
 
-  /// Calls `DoCommand(id, VT_EMPTY)` on the command's target: through its method table when it answers `IkvPlugin`,
-  /// else by name. DISP_E_BADINDEX when there is no such command. The target stays alive during the call, whatever the
+  /// Calls `DoCommand(id, VT_EMPTY)` on the command's target: through its method table when it has `IkvPlugin`, else
+  /// by name. DISP_E_BADINDEX when there is no such command. The target stays alive during the call, whatever the
   /// call does to the table.
   HRESULT run(long id) noexcept;
 

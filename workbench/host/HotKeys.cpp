@@ -68,11 +68,11 @@ long HotKeys::add(long flags, long key, IDispatch* target) {
   std::vector<ACCEL> keys = keys_;
   const auto old = std::ranges::find_if(keys, [&](const ACCEL& accelerator) { return same_key(accelerator, added); });
   const long replaced = old == keys.end() ? 0 : old->cmd;
-  ACCEL& place = old == keys.end() ? keys.emplace_back() : *old;
+  ACCEL& entry = old == keys.end() ? keys.emplace_back() : *old;
 
   const long id = targets_.add(target);
   added.cmd = static_cast<WORD>(id);
-  place = added;
+  entry = added;
   base::AcceleratorTable table(CreateAcceleratorTableW(keys.data(), static_cast<int>(keys.size())));
   if (!table) {
     targets_.remove(id);
@@ -84,6 +84,6 @@ long HotKeys::add(long flags, long key, IDispatch* target) {
   return id;
 }
 
-IkvHotKeyCollection* HotKeys::make_dispatch() { return make_object<HotKeyCollection>(weak_from_this()); }
+IkvHotKeyCollection* HotKeys::create_dispatch() { return make_object<HotKeyCollection>(weak_from_this()); }
 
 }  // namespace workbench

@@ -12,8 +12,8 @@
 
 namespace workbench {
 
-/// The hot keys that plug-ins have registered, as an accelerator table. The COM objects made from it hold it weakly:
-/// once it is gone they answer RPC_E_DISCONNECTED.
+/// The hot keys that plug-ins have registered, as an accelerator table. The COM objects created from it hold it
+/// weakly: after its destruction they return RPC_E_DISCONNECTED.
 class HotKeys : public std::enable_shared_from_this<HotKeys> {
  public:
   explicit HotKeys(CommandTargets& targets) : targets_(targets) {}
@@ -25,8 +25,8 @@ class HotKeys : public std::enable_shared_from_this<HotKeys> {
   /// The table of all keys; null while there are none. Valid until the next key is added.
   HACCEL accelerators() const noexcept { return table_.get(); }
 
-  /// A new face of this collection for plug-ins, with one reference that belongs to the caller.
-  IkvHotKeyCollection* make_dispatch();
+  /// A new COM object of this collection for plug-ins, with one reference that belongs to the caller.
+  IkvHotKeyCollection* create_dispatch();
 
  private:
   CommandTargets& targets_;

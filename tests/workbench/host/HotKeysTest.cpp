@@ -34,7 +34,7 @@ class HotKeysTest : public testing::Test {
 
   CommandTargets targets_;
   std::shared_ptr<HotKeys> keys_ = std::make_shared<HotKeys>(targets_);
-  base::ComPtr<IkvHotKeyCollection> dispatch_ = base::own(keys_->make_dispatch());
+  base::ComPtr<IkvHotKeyCollection> dispatch_ = base::own(keys_->create_dispatch());
   StandInPlugin* const plugin_ = new StandInPlugin;
   const base::ComPtr<IkvPlugin> plugin_owner_ = base::own<IkvPlugin>(plugin_);
 };

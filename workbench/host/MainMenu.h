@@ -13,8 +13,8 @@
 
 namespace workbench {
 
-/// The part of a window's main menu that plug-ins extend. The COM objects made from it hold it weakly: once it is gone
-/// they answer RPC_E_DISCONNECTED.
+/// The part of a window's main menu that plug-ins extend. The COM objects created from it hold it weakly: after its
+/// destruction they return RPC_E_DISCONNECTED.
 class MainMenu : public std::enable_shared_from_this<MainMenu> {
  public:
   /// `bar` belongs to a window that outlives this object. New submenus stand before the last `trailing` items of the
@@ -34,8 +34,8 @@ class MainMenu : public std::enable_shared_from_this<MainMenu> {
   /// The hint that came with a submenu, for the status bar; empty when there is none.
   const std::wstring& hint(HMENU submenu) const;
 
-  /// A new face of this menu for plug-ins, with one reference that belongs to the caller.
-  IkvMainMenu* make_dispatch();
+  /// A new COM object of this menu for plug-ins, with one reference that belongs to the caller.
+  IkvMainMenu* create_dispatch();
 
  private:
   HMENU bar_;

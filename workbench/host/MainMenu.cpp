@@ -130,6 +130,6 @@ const std::wstring& MainMenu::hint(HMENU submenu) const {
   return found == hints_.end() ? none : found->second;
 }
 
-IkvMainMenu* MainMenu::make_dispatch() { return make_object<MainMenuDispatch>(weak_from_this()); }
+IkvMainMenu* MainMenu::create_dispatch() { return make_object<MainMenuDispatch>(weak_from_this()); }
 
 }  // namespace workbench
