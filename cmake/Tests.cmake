@@ -16,7 +16,8 @@ endforeach()
 zd_add_precompiled_headers(test_headers ${ZD_PLATFORM_HEADERS} <gmock/gmock.h> USES gmock)
 set(ZD_PRECOMPILED_HEADERS test_headers)
 
-# zd_add_test(name SOURCES ... USES ... [RESOURCES ...] [SCREEN patterns...] [TIMEOUT seconds] [ALONE] [LARGE] [UNCOUNTED]):
+# zd_add_test(name SOURCES ... USES ... [RESOURCES ...] [SCREEN patterns...] [TIMEOUT seconds] [ALONE] [LARGE] [UNCOUNTED]
+# [SERVER]):
 # the program name_tests. CTest starts it once as name, and once as name.screen for the tests that SCREEN names; both have
 # the label of their folder too. The deep run plays each test in a process of its own and in a shuffled order besides.
 #   RESOURCES  targets that hold compiled resources, or .rc files
@@ -25,9 +26,11 @@ set(ZD_PRECOMPILED_HEADERS test_headers)
 #   TIMEOUT    how long one test may take before the watchdog ends it, in seconds; 180 by default
 #   ALONE      nothing runs beside the program
 #   LARGE      for tests of large amounts: without the heap's own checks, whose time grows with all that is allocated
+#   SERVER     gets a database server of its own. It belongs to the deep run, which installs one; where there is none, the
+#              tests say that they were not run
 #   UNCOUNTED  left out when lines are counted: its repetitions would take minutes and run hardly a further line
 function(zd_add_test name)
-  cmake_parse_arguments(TEST "ALONE;LARGE;UNCOUNTED" "TIMEOUT" "SOURCES;USES;RESOURCES;SCREEN" ${ARGN})
+  cmake_parse_arguments(TEST "ALONE;LARGE;UNCOUNTED;SERVER" "TIMEOUT" "SOURCES;USES;RESOURCES;SCREEN" ${ARGN})
   if(NOT TEST_TIMEOUT)
     set(TEST_TIMEOUT 180)
   endif()
@@ -64,12 +67,20 @@ function(zd_add_test name)
     set_tests_properties(${name}.screen ${name}.alone ${name}.shuffled PROPERTIES RUN_SERIAL ON)
   endif()
   set_property(TEST ${name}.alone ${name}.shuffled APPEND PROPERTY LABELS deep)
+  if(TEST_SERVER)
+    set_property(TEST ${name} APPEND PROPERTY LABELS deep)
+  endif()
   zd_name_tests(${name} ${target})
 endfunction()
 
 # One start of a test program by CTest.
 function(zd_add_run name target alone)
-  add_test(NAME ${name} COMMAND ${target} --gtest_brief=1)
+  set(command ${target})
+  if(TEST_SERVER AND CMAKE_HOST_UNIX)
+    set(command ${PROJECT_SOURCE_DIR}/tests/support/server/with-server ${CMAKE_CROSSCOMPILING_EMULATOR}
+                $<TARGET_FILE:${target}>)
+  endif()
+  add_test(NAME ${name} COMMAND ${command} --gtest_brief=1)
   # The watchdog ends a test that hangs; CTest's own limit is for a process that never reaches its main function.
   set_tests_properties(${name} PROPERTIES LABELS tests ENVIRONMENT "${ARGN}" TIMEOUT 3600 RUN_SERIAL ${alone})
 endfunction()

@@ -1,0 +1,90 @@
+#include "FaultyOdbc.h"
+
+#include <algorithm>
+#include <stdexcept>
+
+#include "TextEncoding.h"
+
+namespace test_support {
+
+namespace {
+
+FaultyOdbc* present = nullptr;
+
+}  // namespace
+
+/// What stands in the table. A function of ODBC has no parameter for an object.
+struct FaultyCalls {
+  /// A function that fails when it is chosen and otherwise calls that of the other table.
+  template <auto member, class... Arguments>
+  static SQLRETURN SQL_API call(Arguments... arguments) {
+    return present->is_chosen() ? SQLRETURN{SQL_ERROR} : (present->next_.*member)(arguments...);
+  }
+
+  template <auto member, class... Arguments>
+  static void intercept(SQLRETURN (SQL_API* workbench::odbc::OdbcApi::*)(Arguments...)) {
+    present->api_.*member = &call<member, Arguments...>;
+  }
+
+  static SQLRETURN SQL_API allocate_handle(SQLSMALLINT type, SQLHANDLE parent, SQLHANDLE* handle) {
+    if (present->is_chosen()) return SQL_ERROR;
+    const SQLRETURN code = present->next_.allocate_handle(type, parent, handle);
+    if (SQL_SUCCEEDED(code)) ++present->live_handles_;
+    return code;
+  }
+
+  static SQLRETURN SQL_API free_handle(SQLSMALLINT type, SQLHANDLE handle) {
+    const SQLRETURN code = present->next_.free_handle(type, handle);
+    if (SQL_SUCCEEDED(code)) --present->live_handles_;
+    return code;
+  }
+
+  static SQLRETURN SQL_API get_diagnostic(SQLSMALLINT type, SQLHANDLE handle, SQLSMALLINT record, SQLWCHAR* state,
+                                          SQLINTEGER* native, SQLWCHAR* text, SQLSMALLINT size, SQLSMALLINT* length) {
+    if (!present->failed_last_)
+      return present->next_.get_diagnostic(type, handle, record, state, native, text, size, length);
+    if (record != 1 || present->state_.empty()) return SQL_NO_DATA;
+    std::ranges::copy(present->state_, state);
+    state[5] = text[0] = 0;
+    *native = 0;
+    *length = 0;
+    return SQL_SUCCESS;
+  }
+};
+
+FaultyOdbc::FaultyOdbc(const workbench::odbc::OdbcApi& next) : next_(next), api_(next) {
+  if (present) throw std::logic_error("there is a faulty ODBC already");
+  present = this;
+  using workbench::odbc::OdbcApi;
+  api_.allocate_handle = &FaultyCalls::allocate_handle;
+  api_.free_handle = &FaultyCalls::free_handle;
+  api_.get_diagnostic = &FaultyCalls::get_diagnostic;
+  FaultyCalls::intercept<&OdbcApi::set_environment_attribute>(&OdbcApi::set_environment_attribute);
+  FaultyCalls::intercept<&OdbcApi::set_connection_attribute>(&OdbcApi::set_connection_attribute);
+  FaultyCalls::intercept<&OdbcApi::connect>(&OdbcApi::connect);
+  FaultyCalls::intercept<&OdbcApi::end_transaction>(&OdbcApi::end_transaction);
+  FaultyCalls::intercept<&OdbcApi::prepare>(&OdbcApi::prepare);
+  FaultyCalls::intercept<&OdbcApi::bind_parameter>(&OdbcApi::bind_parameter);
+  FaultyCalls::intercept<&OdbcApi::execute>(&OdbcApi::execute);
+  FaultyCalls::intercept<&OdbcApi::execute_directly>(&OdbcApi::execute_directly);
+  FaultyCalls::intercept<&OdbcApi::count_rows>(&OdbcApi::count_rows);
+  FaultyCalls::intercept<&OdbcApi::fetch>(&OdbcApi::fetch);
+  FaultyCalls::intercept<&OdbcApi::get_data>(&OdbcApi::get_data);
+  FaultyCalls::intercept<&OdbcApi::free_statement>(&OdbcApi::free_statement);
+}
+
+FaultyOdbc::~FaultyOdbc() { present = nullptr; }
+
+void FaultyOdbc::fail_call(int call, const std::string& state) {
+  calls_ = 0;
+  failing_call_ = call;
+  state_ = base::from_utf8(state);
+  failed_last_ = false;
+}
+
+bool FaultyOdbc::is_chosen() {
+  failed_last_ = ++calls_ == failing_call_;
+  return failed_last_;
+}
+
+}  // namespace test_support

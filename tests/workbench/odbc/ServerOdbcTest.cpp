@@ -1,0 +1,167 @@
+#include <gmock/gmock.h>
+#include <winsock2.h>
+
+#include "FaultyOdbc.h"
+#include "OdbcConnection.h"
+#include "OdbcError.h"
+#include "TestServer.h"
+
+using namespace workbench::odbc;
+
+namespace {
+
+const DriverProfile profile{{L"PostgreSQL Unicode", L"PostgreSQL Unicode(x64)"},
+                            {{L"Debug", L"0"}, {L"CommLog", L"0"}, {L"LFConversion", L"0"}},
+                            {},
+                            {L"SSLmode", L"verify-full"}};
+
+/// What a real driver and a real server do with this layer's calls.
+class ServerOdbc : public testing::Test {
+ protected:
+  void SetUp() override {
+    const auto server = test_support::test_server();
+    if (!server) GTEST_SKIP() << test_support::no_test_server;
+    options_ = ConnectionString(*server);
+  }
+
+  OdbcConnection connect() { return {odbc_.api(), options_, profile, std::chrono::seconds(10)}; }
+
+  /// The SQLSTATE with which a connection is refused; empty when it is not.
+  std::string refused() {
+    try {
+      connect();
+      return {};
+    } catch (const OdbcError& error) {
+      return error.state();
+    }
+  }
+
+  ConnectionString options_;
+  test_support::FaultyOdbc odbc_{system_odbc()};
+};
+
+TEST_F(ServerOdbc, TextsAndNumbersTravelUnchanged) {
+  {
+    const OdbcConnection connection = connect();
+    OdbcStatement statement = connection.prepare(
+        L"select cast(? as text), cast(? as bigint), cast(? as text), cast(? as integer), cast(? as text)");
+    const std::wstring longest(100'000, L'\x4E2D');
+    const std::wstring texts[] = {L"",
+                                  L"'; drop table x; --",
+                                  L"\xD83D\xDCC8 \x6CAA\xFFFD\xFFFF\xFFFE\xFEFF",
+                                  L"\r\n line\nend\r",
+                                  L"\\u0041 \\ ? {ts '1'} $1 %s",
+                                  std::wstring(511, L'x'),
+                                  std::wstring(512, L'x'),
+                                  std::wstring(2001, L'x')};
+    for (const std::wstring& text : texts) {
+      statement.bind(1, text).bind(2, -9'000'000'000).bind_null(3).bind(4, 7).bind(5, longest).execute();
+      ASSERT_TRUE(statement.fetch());
+      EXPECT_EQ(statement.text(0), text);
+      EXPECT_EQ(statement.integer(1), -9'000'000'000);
+      EXPECT_EQ(statement.try_text(2), std::nullopt);
+      EXPECT_EQ(statement.integer(3), 7);
+      EXPECT_EQ(statement.text(4), longest);
+      EXPECT_FALSE(statement.fetch());
+    }
+  }
+  EXPECT_EQ(odbc_.live_handles(), 0);
+}
+
+TEST_F(ServerOdbc, TransactionHappensWhollyOrNotAtAll) {
+  OdbcConnection connection = connect();
+  connection.execute(L"create temporary table numbers (number integer unique)");
+  OdbcStatement insert = connection.prepare(L"insert into numbers values (?)");
+  {
+    OdbcTransaction transaction(connection);
+    EXPECT_EQ(insert.bind(1, 1).execute(), 1);
+    transaction.commit();
+  }
+  {
+    const OdbcTransaction transaction(connection);
+    insert.bind(1, 2).execute();
+  }
+  try {
+    const OdbcTransaction transaction(connection);
+    insert.bind(1, 3).execute();
+    insert.bind(1, 1).execute();
+    ADD_FAILURE() << "a number stands twice";
+  } catch (const OdbcError& error) {
+    EXPECT_EQ(error.state(), "23505");
+  }
+  OdbcStatement count = connection.prepare(L"select count(*), max(number) from numbers");
+  count.execute();
+  ASSERT_TRUE(count.fetch());
+  EXPECT_EQ(count.integer(0), 1);
+  EXPECT_EQ(count.integer(1), 1);
+}
+
+TEST_F(ServerOdbc, PasswordMayHoldWhatConnectionStringsAreMadeOf) {
+  connect().execute(L"drop role if exists braces; create role braces login password ' p;q}r{=\\ '");
+  options_.set(L"Uid", L"braces");
+  options_.set(L"Pwd", L" p;q}r{=\\ ");
+  EXPECT_EQ(refused(), "");
+  options_.set(L"Pwd", L" p;q}r{=\\");
+  EXPECT_EQ(refused(), "08001");
+}
+
+TEST_F(ServerOdbc, ServerWithoutEncryptionIsRefusedWhereItIsRequired) {
+  options_.set(L"SSLmode", L"verify-full");
+  EXPECT_EQ(refused(), "08001");
+}
+
+TEST_F(ServerOdbc, DriverThatDoesNotExistIsRefused) {
+  options_.set(L"Driver", L"no such driver");
+  EXPECT_THAT(refused(), testing::AnyOf("IM002", "IM003", "01000"));
+}
+
+TEST_F(ServerOdbc, LostConnectionIsReported) {
+  const OdbcConnection connection = connect();
+  try {
+    connection.execute(L"select pg_terminate_backend(pg_backend_pid())");
+    ADD_FAILURE() << "the connection ended itself";
+  } catch (const OdbcError& error) {
+    EXPECT_EQ(error.state(), "57P01");
+  }
+  EXPECT_THROW(connection.execute(L"select 1"), OdbcError);
+}
+
+/// A port that accepts connections and says nothing.
+class SilentServer {
+ public:
+  SilentServer() {
+    WSADATA data;
+    WSAStartup(MAKEWORD(2, 2), &data);
+    socket_ = socket(AF_INET, SOCK_STREAM, IPPROTO_TCP);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    int size = sizeof address;
+    auto* generic = reinterpret_cast<sockaddr*>(&address);
+    if (bind(socket_, generic, size) == 0 && listen(socket_, 1) == 0 && getsockname(socket_, generic, &size) == 0)
+      port_ = ntohs(address.sin_port);
+  }
+  ~SilentServer() {
+    closesocket(socket_);
+    WSACleanup();
+  }
+  SilentServer(const SilentServer&) = delete;
+  SilentServer& operator=(const SilentServer&) = delete;
+
+  int port() const { return port_; }
+
+ private:
+  SOCKET socket_;
+  int port_ = 0;
+};
+
+TEST_F(ServerOdbc, SilentServerIsGivenUp) {
+  const SilentServer silent;
+  ASSERT_NE(silent.port(), 0);
+  options_.set(L"Port", std::to_wstring(silent.port()));
+  const ULONGLONG start = GetTickCount64();
+  EXPECT_THROW(OdbcConnection(odbc_.api(), options_, profile, std::chrono::seconds(2)), OdbcError);
+  EXPECT_LT(GetTickCount64() - start, 10'000u);
+}
+
+}  // namespace

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "ConnectionString.h"
+
+namespace workbench::odbc {
+
+/// What connections to one kind of server have in common. Every kind has the keywords Driver, DSN, Server, Port,
+/// Database, Uid and Pwd.
+struct DriverProfile {
+  using Option = std::pair<std::wstring, std::wstring>;
+
+  std::vector<std::wstring> names;     ///< of its driver, in the order in which they are tried
+  std::vector<Option> fixed_options;   ///< these hold whatever the string says
+  std::vector<std::wstring> keywords;  ///< further ones that a string may hold
+  Option encryption;  ///< a keyword and its strongest value, which includes that the server proves who it is
+};
+
+/// Refuses keywords that the kind of server does not have: such an option could undo what the fixed ones and the
+/// encryption promise. Throws `ConnectionStringError`.
+void refuse_unknown_keywords(const ConnectionString& options, const DriverProfile& profile);
+
+/// What is given to ODBC, one string after another until a driver is found. Each holds the fixed options and, for a
+/// server other than this machine, the strongest encryption unless the string asks for another.
+std::vector<ConnectionString> connection_attempts(const ConnectionString& options, const DriverProfile& profile);
+
+/// Which store a user sees in titles and messages: user, server, port and database or the data source, with the
+/// encryption where the string asks for less than the strongest. It never holds anything else of the string.
+std::wstring describe(const ConnectionString& options, const DriverProfile& profile);
+
+}  // namespace workbench::odbc

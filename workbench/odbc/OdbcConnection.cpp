@@ -1,0 +1,93 @@
+#include "OdbcConnection.h"
+
+#include "OdbcError.h"
+
+namespace workbench::odbc {
+
+namespace {
+
+SQLPOINTER number(SQLULEN value) { return reinterpret_cast<SQLPOINTER>(value); }
+
+/// An environment that has been told whose rules its handles follow.
+OdbcHandle create_environment(const OdbcApi& api) {
+  OdbcHandle environment(api, SQL_HANDLE_ENV, SQL_HANDLE_ENV, nullptr);
+  environment.check(api.set_environment_attribute(environment.get(), SQL_ATTR_ODBC_VERSION, number(SQL_OV_ODBC3), 0),
+                    "SQLSetEnvAttr");
+  return environment;
+}
+
+/// Whether the failure says that there is no driver of this name. One manager of drivers has a state of its own for a
+/// driver that it does not know; another has only the state of a warning.
+bool says_no_driver(const OdbcError& error) {
+  return error.state() == "IM002" || error.state() == "IM003" || error.state() == "01000";
+}
+
+void connect(const OdbcHandle& connection, const std::wstring& string) {
+  connection.check(
+      connection.api().connect(connection.get(), nullptr, units(string), static_cast<SQLSMALLINT>(string.size()),
+                               nullptr, 0, nullptr, SQL_DRIVER_NOPROMPT),
+      "SQLDriverConnect");
+}
+
+void connect_first(const OdbcHandle& connection, const std::vector<ConnectionString>& attempts) {
+  for (const ConnectionString& attempt : attempts) {
+    try {
+      return connect(connection, attempt.text());
+    } catch (const OdbcError& error) {
+      if (&attempt == &attempts.back() || !says_no_driver(error)) throw;
+    }
+  }
+}
+
+}  // namespace
+
+OdbcConnection::OdbcConnection(const OdbcApi& api, const ConnectionString& options, const DriverProfile& profile,
+                               std::chrono::seconds patience)
+    : environment_(create_environment(api)), connection_(api, SQL_HANDLE_DBC, SQL_HANDLE_ENV, environment_.get()) {
+  connection_.check(api.set_connection_attribute(connection_.get(), SQL_ATTR_LOGIN_TIMEOUT,
+                                                 number(static_cast<SQLULEN>(patience.count())), SQL_IS_UINTEGER),
+                    "SQLSetConnectAttr");
+  connect_first(connection_, connection_attempts(options, profile));
+}
+
+OdbcConnection::~OdbcConnection() {
+  // A driver does not disconnect while a transaction is open.
+  if (!usable_) end_transaction(SQL_ROLLBACK);
+  connection_.api().disconnect(connection_.get());
+}
+
+OdbcStatement OdbcConnection::prepare(const std::wstring& sql) const {
+  return {connection_.api(), connection_.get(), sql};
+}
+
+void OdbcConnection::execute(const std::wstring& sql) const {
+  const OdbcHandle statement(connection_.api(), SQL_HANDLE_STMT, SQL_HANDLE_DBC, connection_.get());
+  const SQLRETURN code =
+      connection_.api().execute_directly(statement.get(), units(sql), static_cast<SQLINTEGER>(sql.size()));
+  if (code != SQL_NO_DATA) statement.check(code, "SQLExecDirect");
+}
+
+SQLRETURN OdbcConnection::set_automatic_commit(bool on) const noexcept {
+  return connection_.api().set_connection_attribute(
+      connection_.get(), SQL_ATTR_AUTOCOMMIT, number(on ? SQL_AUTOCOMMIT_ON : SQL_AUTOCOMMIT_OFF), SQL_IS_UINTEGER);
+}
+
+SQLRETURN OdbcConnection::end_transaction(SQLSMALLINT how) const noexcept {
+  return connection_.api().end_transaction(SQL_HANDLE_DBC, connection_.get(), how);
+}
+
+OdbcTransaction::OdbcTransaction(OdbcConnection& connection) : connection_(connection) {
+  connection_.connection_.check(connection_.set_automatic_commit(false), "SQLSetConnectAttr");
+}
+
+OdbcTransaction::~OdbcTransaction() {
+  if (!committed_ && !SQL_SUCCEEDED(connection_.end_transaction(SQL_ROLLBACK))) connection_.usable_ = false;
+  if (!SQL_SUCCEEDED(connection_.set_automatic_commit(true))) connection_.usable_ = false;
+}
+
+void OdbcTransaction::commit() {
+  connection_.connection_.check(connection_.end_transaction(SQL_COMMIT), "SQLEndTran");
+  committed_ = true;
+}
+
+}  // namespace workbench::odbc
