@@ -24,7 +24,7 @@ class Stopwatch {
   LONGLONG ticks_ = 0;
 };
 
-/// Does one round of work and answers the seconds that count, for one repetition.
+/// Does one round of work and returns the seconds that count, for one repetition.
 using Measurement = std::function<double()>;
 
 /// Two ways to the same end: the program's, and the floor, the cheapest that the system allows.

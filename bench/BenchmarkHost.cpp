@@ -8,7 +8,7 @@ namespace bench {
 
 namespace {
 
-constexpr DWORD patience_ms = 10'000;
+constexpr DWORD timeout_ms = 10'000;
 
 void handle_waiting_messages() {
   MSG message;
@@ -47,10 +47,10 @@ BOOL DialogOwner::ProcessWindowMessage(HWND, UINT message, WPARAM, LPARAM lParam
   return FALSE;
 }
 
-/// The window manager takes its time. Without this window in front, dialogs would open over none and never tell that
-/// they are idle.
+/// The window manager takes its time. Without this window in front, dialogs would open over none and never report
+/// that they are idle.
 void DialogOwner::activate() const {
-  const ULONGLONG end = GetTickCount64() + patience_ms;
+  const ULONGLONG end = GetTickCount64() + timeout_ms;
   do {
     handle_waiting_messages();
     SetForegroundWindow(m_hWnd);
@@ -62,7 +62,7 @@ void DialogOwner::activate() const {
 BenchmarkHost::BenchmarkHost(const std::vector<std::wstring>& names)
     : host_(names),
       bar_(CreateMenu()),
-      menu_(std::make_shared<workbench::MainMenu>(bar_, 0, targets_, [] {})),
+      menu_(std::make_shared<workbench::MainMenu>(bar_.get(), 0, targets_, [] {})),
       hot_keys_(std::make_shared<workbench::HotKeys>(targets_)),
       plugin_(base::path_beside_program(L"zdExpirationRules.dll")) {
   plugin_.initialize({.main_menu = {menu_->create_dispatch(), false},
@@ -71,9 +71,6 @@ BenchmarkHost::BenchmarkHost(const std::vector<std::wstring>& names)
                       .registry_path = L"Software"});
 }
 
-BenchmarkHost::~BenchmarkHost() {
-  targets_.clear();
-  DestroyMenu(bar_);
-}
+BenchmarkHost::~BenchmarkHost() { targets_.clear(); }
 
 }  // namespace bench

@@ -11,6 +11,7 @@
 #include "CommandTargets.h"
 #include "HotKeys.h"
 #include "MainMenu.h"
+#include "Owned.h"
 #include "PluginHost.h"
 #include "RuleHost.h"
 #include "SubclassedWindow.h"
@@ -25,7 +26,7 @@ class DialogOwner : private platform::CSubclassedWindow {
 
   HWND window() const noexcept { return m_hWnd; }
 
-  /// Runs `open`, which opens one modal dialog over the active window, and answers the seconds until that is painted.
+  /// Runs `open`, which opens one modal dialog over the active window, and returns the seconds until that is painted.
   double time_to_first_paint(const std::function<void()>& open);
 
  private:
@@ -50,7 +51,7 @@ class BenchmarkHost {
 
  private:
   RuleHost host_;
-  HMENU bar_;
+  base::Menu bar_;
   workbench::CommandTargets targets_;
   std::shared_ptr<workbench::MainMenu> menu_;
   std::shared_ptr<workbench::HotKeys> hot_keys_;

@@ -16,21 +16,22 @@ endforeach()
 zd_add_precompiled_headers(test_headers ${ZD_PLATFORM_HEADERS} <gmock/gmock.h> USES gmock)
 set(ZD_PRECOMPILED_HEADERS test_headers)
 
-# zd_add_test(name SOURCES ... USES ... [RESOURCES ...] [SCREEN patterns...] [TIMEOUT seconds] [ALONE] [LARGE] [UNCOUNTED]
-# [SERVER]):
+# zd_add_test(name SOURCES ... USES ... [RESOURCES ...] [SCREEN patterns...] [TIMEOUT seconds] [SHARDS number] [ALONE] [LARGE]
+# [UNCOUNTED] [SERVER]):
 # the program name_tests. CTest starts it once as name, and once as name.screen for the tests that SCREEN names; both have
 # the label of their folder too. The deep run plays each test in a process of its own and in a shuffled order besides.
 #   RESOURCES  targets that hold compiled resources, or .rc files
 #   SCREEN     the tests, as patterns of Suite.Test, that need the real keyboard, the real foreground or real painting.
 #              They take turns; all others run beside each other on desktops that are never shown
 #   TIMEOUT    how long one test may take before the watchdog ends it, in seconds; 180 by default
+#   SHARDS     divides a long program into so many starts, name.1, name.2 and so on, that run beside each other
 #   ALONE      nothing runs beside the program
 #   LARGE      for tests of large amounts: without the heap's own checks, whose time grows with all that is allocated
 #   SERVER     gets a database server of its own. It belongs to the deep run, which installs one; where there is none, the
 #              tests say that they were not run
 #   UNCOUNTED  left out when lines are counted: its repetitions would take minutes and run hardly a further line
 function(zd_add_test name)
-  cmake_parse_arguments(TEST "ALONE;LARGE;UNCOUNTED;SERVER" "TIMEOUT" "SOURCES;USES;RESOURCES;SCREEN" ${ARGN})
+  cmake_parse_arguments(TEST "ALONE;LARGE;UNCOUNTED;SERVER" "TIMEOUT;SHARDS" "SOURCES;USES;RESOURCES;SCREEN" ${ARGN})
   if(NOT TEST_TIMEOUT)
     set(TEST_TIMEOUT 180)
   endif()
@@ -58,7 +59,14 @@ function(zd_add_test name)
   if(TEST_LARGE)
     set(environment "ZD_TEST_LIMIT=${TEST_TIMEOUT}" "WINEDEBUG=-all")
   endif()
-  zd_add_run(${name} ${target} ${TEST_ALONE} ZD_TEST_PART=offscreen ${environment})
+  if(TEST_SHARDS)
+    foreach(shard RANGE 1 ${TEST_SHARDS})
+      zd_add_run(${name}.${shard} ${target} ${TEST_ALONE} ZD_TEST_PART=offscreen ZD_TEST_SHARD=${shard}/${TEST_SHARDS}
+                 ${environment})
+    endforeach()
+  else()
+    zd_add_run(${name} ${target} ${TEST_ALONE} ZD_TEST_PART=offscreen ${environment})
+  endif()
   zd_add_run(${name}.alone ${target} ${TEST_ALONE} ZD_TEST_ALONE=1 ZD_TEST_DEPTH=quick ${environment})
   zd_add_run(${name}.shuffled ${target} ${TEST_ALONE} ZD_TEST_DEPTH=quick GTEST_SHUFFLE=1 ${environment})
   if(TEST_SCREEN)

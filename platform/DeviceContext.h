@@ -39,17 +39,17 @@ class PaintDc {
 };
 
 /// Selects an object into a DC for a scope; the one that was selected before comes back.
-class SelectedObject {
+class ScopedSelectObject {
  public:
-  SelectedObject(HDC dc, HGDIOBJ object) noexcept : dc_(dc), previous_(SelectObject(dc, object)) {}
-  ~SelectedObject() {
+  ScopedSelectObject(HDC dc, HGDIOBJ object) noexcept : dc_(dc), previous_(SelectObject(dc, object)) {}
+  ~ScopedSelectObject() {
     if (previous_) SelectObject(dc_, previous_);
   }
   /// Whether the system took the object.
   explicit operator bool() const noexcept { return previous_ != nullptr; }
 
-  SelectedObject(const SelectedObject&) = delete;
-  SelectedObject& operator=(const SelectedObject&) = delete;
+  ScopedSelectObject(const ScopedSelectObject&) = delete;
+  ScopedSelectObject& operator=(const ScopedSelectObject&) = delete;
 
  private:
   HDC dc_;

@@ -2,7 +2,7 @@
 
 namespace platform {
 
-INT_PTR dialog_answer(HWND dialog, UINT message, LRESULT result) noexcept {
+INT_PTR dialog_proc_result(HWND dialog, UINT message, LRESULT result) noexcept {
   switch (message) {
     // The dialog manager takes the results of these from the procedure's return value.
     case WM_INITDIALOG:

@@ -10,7 +10,7 @@
 namespace platform {
 
 /// What a dialog procedure returns for a message that its dialog handled with `result`.
-INT_PTR dialog_answer(HWND dialog, UINT message, LRESULT result) noexcept;
+INT_PTR dialog_proc_result(HWND dialog, UINT message, LRESULT result) noexcept;
 
 /// A dialog created from the resource `T::IDD` of the module; `TBase` is a window class like `CWindow`. Messages reach
 /// `ProcessWindowMessage` from WM_INITDIALOG to WM_NCDESTROY; those before and after go the default way. An exception
@@ -74,7 +74,7 @@ class CDialogImpl : public TBase {
     try {
       LRESULT result = 0;
       if (dialog->ProcessWindowMessage(window, message, wParam, lParam, result)) {
-        answer = dialog_answer(window, message, result);
+        answer = dialog_proc_result(window, message, result);
       }
     } catch (...) {
       SnagtrapUtil::report_exception_in_flight(ZD_LOCATION);

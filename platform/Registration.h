@@ -24,12 +24,12 @@ void unregister_type_library(RegistrationScope scope);
 std::wstring guid_text(const GUID& guid);
 
 /// Sets the thread's locale to the system default for a scope, so that registration does not depend on the caller's.
-class SystemLocaleScope {
+class ScopedSystemLocale {
  public:
-  SystemLocaleScope() noexcept : previous_(GetThreadLocale()) { SetThreadLocale(LOCALE_SYSTEM_DEFAULT); }
-  ~SystemLocaleScope() { SetThreadLocale(previous_); }
-  SystemLocaleScope(const SystemLocaleScope&) = delete;
-  SystemLocaleScope& operator=(const SystemLocaleScope&) = delete;
+  ScopedSystemLocale() noexcept : previous_(GetThreadLocale()) { SetThreadLocale(LOCALE_SYSTEM_DEFAULT); }
+  ~ScopedSystemLocale() { SetThreadLocale(previous_); }
+  ScopedSystemLocale(const ScopedSystemLocale&) = delete;
+  ScopedSystemLocale& operator=(const ScopedSystemLocale&) = delete;
 
  private:
   LCID previous_;

@@ -17,7 +17,7 @@ namespace {
 /// registers the module may have no user to ask, and the HRESULT says what failed.
 template <class Steps>
 HRESULT registration(const Steps& steps) noexcept {
-  const platform::SystemLocaleScope locale;
+  const platform::ScopedSystemLocale locale;
   try {
     steps();
     return S_OK;

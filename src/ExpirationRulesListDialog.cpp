@@ -120,7 +120,7 @@ LRESULT CExpirationRulesListDialog::OnInitDialog() {
   anchor_controls();
   restore_placement();
   fit_columns(whole_width);
-  ground_.measure(m_hWnd);
+  moved_controls_.measure(m_hWnd);
   return 0;  // the dialog sets no focus itself and the system does not move it
 }
 
@@ -153,7 +153,7 @@ void CExpirationRulesListDialog::OnSize() {
   // The first sizes arrive while the dialog is being created, before it has its list.
   if (!IsWindow(m_hWnd) || !list_.m_hWnd) return;
   fit_columns(whole_width);
-  ground_.repaint(m_hWnd);
+  moved_controls_.repaint(m_hWnd);
 }
 
 void CExpirationRulesListDialog::fit_columns(std::span<const double> fractions) {

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "ListView.h"
-#include "MovedGround.h"
+#include "MovedControls.h"
 #include "ResizableDialog.h"
 #include "RuleRows.h"
 #include "StorageBlock.h"
@@ -59,7 +59,7 @@ class CExpirationRulesListDialog final : public CResizableDialogImpl<CExpiration
 
   StorageBlock* storage_;
   ui_helper::CListView list_;
-  ui_helper::CMovedGround ground_;
+  ui_helper::CMovedControls moved_controls_;
   unsigned refills_ = 0;  ///< how many refills have begun
 };
 

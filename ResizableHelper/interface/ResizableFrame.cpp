@@ -50,7 +50,7 @@ void add_sizing_border(HWND dialog) noexcept {
   SetWindowPos(dialog, nullptr, 0, 0, size.cx, size.cy, border_flags);
 }
 
-void ValidPartKeeper::adjust(HWND dialog, bool after_default, NCCALCSIZE_PARAMS* params, LRESULT* result) noexcept {
+void NcCalcSizeHandler::adjust(HWND dialog, bool after_default, NCCALCSIZE_PARAMS* params, LRESULT* result) noexcept {
   if (dropping_region_ || !changes_size(params)) return;
   if (!after_default) {
     old_client_ = params->rgrc[2];

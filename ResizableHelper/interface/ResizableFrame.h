@@ -12,7 +12,7 @@ void modify_style(HWND window, int index, DWORD remove, DWORD add) noexcept;
 void add_sizing_border(HWND dialog) noexcept;
 
 /// Helps the window manager to keep what is still right of a dialog's picture when its frame is calculated.
-class ValidPartKeeper {
+class NcCalcSizeHandler {
  public:
   /// Called twice per WM_NCCALCSIZE whose wParam is TRUE: first with `after_default` false, then with true and the
   /// result so far.

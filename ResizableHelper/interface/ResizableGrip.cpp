@@ -123,8 +123,8 @@ void CSizeGrip::OnPaint(UINT message, WPARAM wParam, LPARAM lParam) noexcept {
 void CSizeGrip::PaintMasked(HDC target) noexcept {
   HDC colour = colour_dc_.get();
   HDC mask = mask_dc_.get();
-  const platform::SelectedObject colour_bitmap(colour, colour_bitmap_.get());
-  const platform::SelectedObject mask_bitmap(mask, mask_bitmap_.get());
+  const platform::ScopedSelectObject colour_bitmap(colour, colour_bitmap_.get());
+  const platform::ScopedSelectObject mask_bitmap(mask, mask_bitmap_.get());
   if (!target || !colour_bitmap || !mask_bitmap) return;
   CallOriginal(WM_PAINT, reinterpret_cast<WPARAM>(colour), 0);
   SetBkColor(colour, GetPixel(colour, 0, 0));

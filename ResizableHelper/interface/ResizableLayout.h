@@ -112,9 +112,9 @@ class CResizableLayout {
     flags = resizable::move_flags(old_rect, rcChild, resizable::needs_refresh(info, old_rect, rcChild));
   }
 
-  /// Called before and after the frame is calculated, see `resizable::ValidPartKeeper`.
+  /// Called before and after the frame is calculated, see `resizable::NcCalcSizeHandler`.
   void AdjustNcCalcSize(BOOL bAfterDefault, NCCALCSIZE_PARAMS* params, LRESULT* pResult) noexcept {
-    valid_part_.adjust(dialog(), bAfterDefault != FALSE, params, pResult);
+    nc_calc_size_.adjust(dialog(), bAfterDefault != FALSE, params, pResult);
   }
 
  protected:
@@ -141,5 +141,5 @@ class CResizableLayout {
   resizable::LayoutList callbacks_;
   base::Region saved_clip_region_;
   int saved_clip_state_ = nothing_saved;
-  resizable::ValidPartKeeper valid_part_;
+  resizable::NcCalcSizeHandler nc_calc_size_;
 };

@@ -5,7 +5,9 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
+#include "Depth.h"
 #include "ExpectedReports.h"
 #include "FaultLoop.h"
 #include "Scenarios.h"
@@ -27,6 +29,15 @@ Calls play_undisturbed(const Scenario& scenario, const module_test::Module& modu
 std::size_t fail_each_call_of(
     const std::string& scenario, const char* kind,
     const std::function<std::optional<std::string>(std::size_t number, test_support::FaultDuration duration)>& play);
+
+/// Those of the scenarios whose allocations fail one after the other: all in a deep run, otherwise the one of this
+/// name.
+template <class AnyScenario>
+std::vector<AnyScenario> without_memory(std::vector<AnyScenario> scenarios, const std::string& quick) {
+  if (!test_support::deep())
+    std::erase_if(scenarios, [&](const AnyScenario& scenario) { return scenario.name != quick; });
+  return scenarios;
+}
 
 /// The built module, to play one scenario with again and again.
 class FaultsTest : public testing::TestWithParam<Scenario> {

@@ -61,8 +61,8 @@ TEST_P(HostFaults, LeadToTheDocumentedResultAndTearNothing) {
   const Scenario& scenario = GetParam();
   for (const Fault& fault : faults) {
     const std::size_t injected = test_support::fail_each_call(fault, [&](RecordingHost& host, const Arm& arm) {
-      const ScenarioResult played = play(scenario, module_, host, arm);
-      EXPECT_EQ(scenario.documented(played, host.calls().faulted_calls(), fault), played.answer);
+      const ScenarioResult result = play(scenario, module_, host, arm);
+      EXPECT_EQ(scenario.documented(result, host.calls().faulted_calls(), fault), result.answer);
       test_support::take_reports();
     });
     if (HasFailure()) return;

@@ -24,7 +24,7 @@ struct Scenario {
   ScenarioResult (*play)(Session& session);
   /// What the plug-in's last call is to return when these calls of the host have returned `fault` instead of doing
   /// their work.
-  HRESULT (*documented)(const ScenarioResult& played, const Calls& faulted_calls, const test_support::Fault& fault);
+  HRESULT (*documented)(const ScenarioResult& result, const Calls& faulted_calls, const test_support::Fault& fault);
   /// What it may return, other than success, when the module gets no memory.
   HRESULT without_memory;
   /// What may be stored afterwards. The first is what the user means.

@@ -14,7 +14,7 @@ constexpr long menu_command = test_support::first_command_id;
 Session::Session(const module_test::Module& module, test_support::RecordingHost& host, Arm arm)
     : host_(host),
       arm_(std::move(arm)),
-      leftovers_(module),
+      leak_check_(module),
       menu_(host.main_menu()),
       hot_keys_(host.hot_keys()),
       storage_(host.storage()),
@@ -40,7 +40,7 @@ void Session::end() {
   menu_ = hot_keys_ = storage_ = nullptr;
   plugin_ = nullptr;
   for (const std::string& object : host_.living()) ADD_FAILURE() << "not released: " << object;
-  leftovers_.expect_none();
+  leak_check_.expect_none();
 }
 
 }  // namespace faults_test

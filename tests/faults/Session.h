@@ -31,9 +31,9 @@ class Session {
   HRESULT show(long rule_id);
 
   /// How many GDI objects, device contexts and registry keys the module has had.
-  int handles() const { return leftovers_.handles_made(); }
+  int handles() const { return leak_check_.handles_made(); }
   /// The function that gave each of them that the module has not given back.
-  std::vector<std::string> handles_left() const { return leftovers_.handles_left(); }
+  std::vector<std::string> handles_left() const { return leak_check_.handles_left(); }
 
   /// Lets the plug-in go, as a host does at its end. Fails the test when the module holds anything afterwards.
   void end();
@@ -43,7 +43,7 @@ class Session {
 
   test_support::RecordingHost& host_;
   Arm arm_;
-  ModuleLeakCheck leftovers_;
+  ModuleLeakCheck leak_check_;
   base::ComPtr<IDispatch> menu_;
   base::ComPtr<IDispatch> hot_keys_;
   base::ComPtr<IDispatch> storage_;

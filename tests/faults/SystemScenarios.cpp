@@ -28,17 +28,17 @@ std::string needed_creation(const Scenario& scenario) {
 }
 
 /// What a call of the module may return: only a missing class of the host reaches the caller.
-auto documented_answer(const Scenario& scenario, const ScenarioResult& played, const std::set<std::string>& failed) {
+auto documented_answer(const Scenario& scenario, const ScenarioResult& result, const std::set<std::string>& failed) {
   const bool no_object = failed.contains("CoCreateInstance") || failed.contains("OleRun");
-  const Calls struck = no_object ? Calls{needed_creation(scenario)} : Calls{};
-  return AnyOf(S_OK, scenario.documented(played, struck, {test_support::no_class, Fault::Out::untouched}));
+  const Calls faulted_calls = no_object ? Calls{needed_creation(scenario)} : Calls{};
+  return AnyOf(S_OK, scenario.documented(result, faulted_calls, {test_support::no_class, Fault::Out::untouched}));
 }
 
 SystemScenario hosted(const Scenario& scenario) {
   return {scenario.name, [scenario](const Module& module, const Injection& injection) {
             test_support::RecordingHost host;
-            const ScenarioResult played = play(scenario, module, host, injection.arm);
-            EXPECT_THAT(played.answer, documented_answer(scenario, played, injection.failed()));
+            const ScenarioResult result = play(scenario, module, host, injection.arm);
+            EXPECT_THAT(result.answer, documented_answer(scenario, result, injection.failed()));
           }};
 }
 
@@ -53,7 +53,7 @@ SystemScenario first_list(const Scenario& list) {
 
 /// The first class object and the first object.
 void play_first_object(const Module& module, const Injection& injection) {
-  const ModuleLeakCheck leftovers(module);
+  const ModuleLeakCheck leak_check(module);
   {
     base::ComPtr<IClassFactory> factory;
     base::ComPtr<IkvPlugin> plugin;
@@ -69,7 +69,7 @@ void play_first_object(const Module& module, const Injection& injection) {
     EXPECT_THAT(answer, AnyOf(S_OK, E_OUTOFMEMORY));
     EXPECT_TRUE(module.plugin()) << "the next one is made";
   }
-  leftovers.expect_none();
+  leak_check.expect_none();
 }
 
 /// Has the plug-in report that it got nothing.
@@ -87,7 +87,7 @@ bool can_be_warned(const std::set<std::string>& failed) {
 void play_first_report(const Module& module, const Injection& injection) {
   test_support::write_registry_text(HKEY_CURRENT_USER, L"Software\\Orvane\\Snagtrap", L"", L"tell me");
   const test_support::DialogScript user({});
-  const ModuleLeakCheck leftovers(module);
+  const ModuleLeakCheck leak_check(module);
   {
     const auto plugin = module.plugin();
     injection.arm();
@@ -99,13 +99,13 @@ void play_first_report(const Module& module, const Injection& injection) {
     EXPECT_EQ(!arrives && can_be_warned(injection.failed()) ? 1 : 0, user.warnings());
     EXPECT_TRUE(!arrives || injection.failed() != std::set<std::string>{"GetProcAddress"}) << "by which way?";
   }
-  leftovers.expect_none();
+  leak_check.expect_none();
   test_support::delete_registry_tree(HKEY_CURRENT_USER, L"");
 }
 
 /// A failure to load the type information is kept as long as the module is loaded.
 void play_late_bound(const Module& module, const Injection& injection) {
-  const ModuleLeakCheck leftovers(module);
+  const ModuleLeakCheck leak_check(module);
   {
     const auto plugin = module.plugin();
     DISPID id = DISPID_UNKNOWN;
@@ -117,7 +117,7 @@ void play_late_bound(const Module& module, const Injection& injection) {
     EXPECT_EQ(answer == S_OK ? 3 : DISPID_UNKNOWN, id);
     EXPECT_EQ(answer, module_test::id_of(plugin, L"DoCommand", id));
   }
-  leftovers.expect_none();
+  leak_check.expect_none();
 }
 
 // Registration.
@@ -147,24 +147,24 @@ void register_and_unregister(const Module& module) {
 
 void play_register(const Module& module, const Injection& injection) {
   const ScratchRoot classes(HKEY_CLASSES_ROOT);
-  const ModuleLeakCheck leftovers(module);
+  const ModuleLeakCheck leak_check(module);
   injection.arm();
   const HRESULT answer = module.register_server();
   injection.clear_faults();
   EXPECT_EQ(is_registered() ? S_OK : E_FAIL, SUCCEEDED(answer) ? answer : E_FAIL);
-  leftovers.expect_none();
+  leak_check.expect_none();
   register_and_unregister(module);
 }
 
 void play_unregister(const Module& module, const Injection& injection) {
   const ScratchRoot classes(HKEY_CLASSES_ROOT);
-  const ModuleLeakCheck leftovers(module);
+  const ModuleLeakCheck leak_check(module);
   EXPECT_EQ(S_OK, module.register_server());
   injection.arm();
   const HRESULT answer = module.unregister_server();
   injection.clear_faults();
   EXPECT_EQ(is_gone() ? S_OK : E_FAIL, SUCCEEDED(answer) ? answer : E_FAIL);
-  leftovers.expect_none();
+  leak_check.expect_none();
   register_and_unregister(module);
 }
 

@@ -48,6 +48,15 @@ expect() { grep -qE -- "$1" <<<"$output" || { echo "no line '$1' in:"; echo "$ou
     --gtest_filter=Nothing.Matches
 }
 
+@test "the shards of a program run each of its tests once" {
+  local shard
+  for shard in 1/2 2/2; do
+    ZD_TEST_SHARD=$shard run -0 "$tools/session" --virtual "$tools/wine-run" "$ZD_PROGRAMS/misbehaving_tests.exe" \
+      --gtest_filter='Misbehaving.Passes*'
+    expect '^1 passed, 0 failed'
+  done
+}
+
 @test "a write behind a block fails its test" {
   misbehave Passes DISABLED_WritesBehindABlock
   expect 'a heap of the process is damaged'

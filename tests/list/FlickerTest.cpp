@@ -3,6 +3,7 @@
 #include <array>
 #include <map>
 
+#include "Depth.h"
 #include "DeviceContext.h"
 #include "ListDialogTest.h"
 #include "Owned.h"
@@ -11,7 +12,7 @@ namespace list_test {
 namespace {
 
 constexpr int grip_id = 0;
-constexpr int step_count = 50;
+const int step_count = test_support::repetitions(50, 10);
 
 /// How often a control painted and erased itself.
 struct Repaints {
@@ -137,7 +138,7 @@ std::vector<DWORD> picture(HWND dialog) {
   base::MemoryDc memory(CreateCompatibleDC(screen.get()));
   const base::Bitmap bitmap(CreateCompatibleBitmap(screen.get(), client.right, client.bottom));
   {
-    const platform::SelectedObject selected(memory.get(), bitmap.get());
+    const platform::ScopedSelectObject selected(memory.get(), bitmap.get());
     BitBlt(memory.get(), 0, 0, client.right, client.bottom, screen.get(), 0, 0, SRCCOPY);
     const RECT view = test_support::rect_of(GetDlgItem(dialog, IDC_RULES_LIST));
     PatBlt(memory.get(), view.left, view.top, view.right - view.left, view.bottom - view.top, BLACKNESS);

@@ -1,3 +1,4 @@
+#include "Depth.h"
 #include "ImportProbe.h"
 #include "ListDialogTest.h"
 #include "OwnedWindow.h"
@@ -123,7 +124,7 @@ TEST_F(ListLifetime, RefillWithoutAListLeavesTheDesktopsPictureAlone) {
 }
 
 TEST_F(ListLifetime, OpeningAndClosingLeavesNoReferenceToTheHost) {
-  for (int time = 0; time < 20; ++time) open([](RuleList&) {});
+  for (int time = 0; time < test_support::repetitions(20, 3); ++time) open([](RuleList&) {});
   EXPECT_THAT(host.living(), ElementsAre(testing::StartsWith("kvStorage"))) << "which the test itself holds";
 }
 

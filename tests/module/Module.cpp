@@ -11,19 +11,17 @@ namespace module_test {
 
 std::wstring built_module_path() { return base::path_beside_program(L"zdExpirationRules.dll"); }
 
-Module::Module(const std::wstring& path) : handle_(LoadLibraryW(path.c_str())) {
-  if (!handle_) throw std::runtime_error("the module cannot be loaded");
+Module::Module(const std::wstring& path) : library_(LoadLibraryW(path.c_str())) {
+  if (!library_) throw std::runtime_error("the module cannot be loaded");
   get_class_object_ = export_of<decltype(get_class_object_)>("DllGetClassObject");
   can_unload_ = export_of<decltype(can_unload_)>("DllCanUnloadNow");
   register_ = export_of<decltype(register_)>("DllRegisterServer");
   unregister_ = export_of<decltype(unregister_)>("DllUnregisterServer");
 }
 
-Module::~Module() { FreeLibrary(handle_); }
-
 template <class Function>
 Function Module::export_of(const char* name) const {
-  const auto function = reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(handle_, name)));
+  const auto function = reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(handle(), name)));
   if (!function) throw std::runtime_error(std::string("the module does not export ") + name);
   return function;
 }

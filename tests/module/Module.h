@@ -5,6 +5,7 @@
 #include <string>
 
 #include "ComPtr.h"
+#include "Owned.h"
 #include "zdExpirationRules_h.h"
 
 namespace module_test {
@@ -17,11 +18,8 @@ class Module {
  public:
   /// Throws `std::runtime_error` when the module cannot be loaded or has not all exports.
   explicit Module(const std::wstring& path = built_module_path());
-  ~Module();
-  Module(const Module&) = delete;
-  Module& operator=(const Module&) = delete;
 
-  HMODULE handle() const { return handle_; }
+  HMODULE handle() const { return library_.get(); }
 
   HRESULT get_class_object(REFCLSID class_id, REFIID iid, void** object) const {
     return get_class_object_(class_id, iid, object);
@@ -39,7 +37,7 @@ class Module {
   template <class Function>
   Function export_of(const char* name) const;
 
-  HMODULE handle_;
+  base::LoadedModule library_;
   HRESULT(STDMETHODCALLTYPE* get_class_object_)(REFCLSID, REFIID, void**);
   HRESULT(STDMETHODCALLTYPE* can_unload_)();
   HRESULT(STDMETHODCALLTYPE* register_)();

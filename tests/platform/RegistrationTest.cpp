@@ -271,7 +271,7 @@ TEST(Registration, LocaleIsTheSystemsForTheScopeAndRestoredOnEveryPath) {
   const LCID before = GetThreadLocale();
   SetThreadLocale(german);
   try {
-    const SystemLocaleScope scope;
+    const ScopedSystemLocale scope;
     EXPECT_EQ(GetThreadLocale(), GetSystemDefaultLCID());
     throw 1;
   } catch (int) {

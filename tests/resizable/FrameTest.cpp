@@ -10,7 +10,7 @@ ZD_IMPORT_PROBE(SetWindowPos, SetPositionProbe);
 namespace resizable_test {
 namespace {
 
-using resizable::ValidPartKeeper;
+using resizable::NcCalcSizeHandler;
 
 constexpr DWORD modal_style = WS_POPUP | WS_CAPTION | WS_SYSMENU | DS_MODALFRAME;
 
@@ -111,10 +111,10 @@ class ValidPartOfFrame : public testing::Test {
     params.lppos = &position;
   }
 
-  void adjust(bool after_default) { keeper.adjust(dialog.get(), after_default, &params, &result); }
+  void adjust(bool after_default) { handler.adjust(dialog.get(), after_default, &params, &result); }
 
   OwnedWindow dialog{make_window(modal_style)};
-  ValidPartKeeper keeper;
+  NcCalcSizeHandler handler;
   WINDOWPOS position{};
   NCCALCSIZE_PARAMS params{};
   LRESULT result = 0;
@@ -146,8 +146,8 @@ TEST_F(ValidPartOfFrame, IsNotToldOverAnAnswerThatIsThere) {
 }
 
 TEST_F(ValidPartOfFrame, SurvivesMissingParameters) {
-  keeper.adjust(dialog.get(), false, nullptr, &result);
-  keeper.adjust(dialog.get(), true, nullptr, &result);
+  handler.adjust(dialog.get(), false, nullptr, &result);
+  handler.adjust(dialog.get(), true, nullptr, &result);
   params.lppos = nullptr;
   adjust(false);
   adjust(true);
@@ -163,8 +163,8 @@ TEST_F(ValidPartOfFrame, DropsTheRegionUnderACaptionOnce) {
     // The system calculates the frame again from inside.
     NCCALCSIZE_PARAMS inner = params;
     LRESULT inner_result = 0;
-    keeper.adjust(dialog.get(), false, &inner, &inner_result);
-    keeper.adjust(dialog.get(), true, &inner, &inner_result);
+    handler.adjust(dialog.get(), false, &inner, &inner_result);
+    handler.adjust(dialog.get(), true, &inner, &inner_result);
     EXPECT_EQ(inner_result, 0);
     return TRUE;
   });

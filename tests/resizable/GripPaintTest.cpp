@@ -38,7 +38,7 @@ class MaskedGrip : public GripSize {
     const base::MemoryDc dc(CreateCompatibleDC(screen.get()));
     const SIZE size = grip.Size();
     const base::Bitmap bitmap(CreateCompatibleBitmap(screen.get(), size.cx, size.cy));
-    const platform::SelectedObject selected(dc.get(), bitmap.get());
+    const platform::ScopedSelectObject selected(dc.get(), bitmap.get());
     for (int x = 0; x < size.cx; ++x) {
       for (int y = 0; y < size.cy; ++y) SetPixel(dc.get(), x, y, behind);
     }
@@ -71,8 +71,8 @@ TEST_F(MaskedGrip, DrawsOverBlackWhatTheSystemDraws) {
   const SIZE size = grip.Size();
   const base::Bitmap bitmap(CreateCompatibleBitmap(screen.get(), size.cx, size.cy));
   const base::Bitmap plain_bitmap(CreateCompatibleBitmap(screen.get(), size.cx, size.cy));
-  const platform::SelectedObject selected(dc.get(), bitmap.get());
-  const platform::SelectedObject plain_selected(plain.get(), plain_bitmap.get());
+  const platform::ScopedSelectObject selected(dc.get(), bitmap.get());
+  const platform::ScopedSelectObject plain_selected(plain.get(), plain_bitmap.get());
   send(WM_PAINT, reinterpret_cast<WPARAM>(dc.get()));
   grip.EnableMaskedPaint(FALSE);
   send(WM_PAINT, reinterpret_cast<WPARAM>(plain.get()));

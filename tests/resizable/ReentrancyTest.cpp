@@ -128,10 +128,10 @@ TEST_F(InitialQuestion, AChildThatDestroysTheNextOneLeavesTheOthersAnchored) {
 }
 
 TEST_F(InitialQuestion, ChildrenThatComeToTheTopAreAskedOnceAndLeaveTheOthersAnchored) {
-  constexpr int patience = 50;
+  constexpr int most_requests = 50;
   int asked = 0;
   open_asking({IDC_LIST, IDC_NEVER_ANCHORED}, [&](HWND child) {
-    if (++asked < patience) BringWindowToTop(child);
+    if (++asked < most_requests) BringWindowToTop(child);
   });
   EXPECT_EQ(asked, 2);
   EXPECT_THAT(anchored(), testing::UnorderedElementsAre(IDC_GROUP, IDC_LIST, IDC_ADD, IDC_NEVER_ANCHORED, IDCANCEL));

@@ -8,6 +8,7 @@
 #include "DialogDriver.h"
 #include "ExpectedReports.h"
 #include "ModulePath.h"
+#include "OwnedWindow.h"
 #include "SpinControlHelper.h"
 #include "ThrownBy.h"
 #include "resource.h"
@@ -47,7 +48,6 @@ class SpinControl : public testing::Test {
   SpinControl() {
     const INITCOMMONCONTROLSEX controls = {sizeof controls, ICC_UPDOWN_CLASS};
     InitCommonControlsEx(&controls);
-    parent_ = make_window(procedure_);
     window = child(L"EDIT", WS_CHILD | ES_AUTOHSCROLL);
     spin.Attach(child(UPDOWN_CLASSW, WS_CHILD | UDS_SETBUDDYINT | UDS_ARROWKEYS));
     spin.SetBuddy(window);
@@ -56,10 +56,10 @@ class SpinControl : public testing::Test {
     SetWindowTextW(window, L"");
     edit.SubclassWindow(window);
   }
-  ~SpinControl() override { DestroyWindow(parent_); }
 
   HWND child(const wchar_t* class_name, DWORD style) {
-    return CreateWindowW(class_name, L"", style, 0, 0, 50, 20, parent_, nullptr, base::module_instance(), nullptr);
+    return CreateWindowW(class_name, L"", style, 0, 0, 50, 20, parent_.get(), nullptr, base::module_instance(),
+                         nullptr);
   }
 
   platform::CWindow combo() { return platform::CWindow(child(L"COMBOBOX", WS_CHILD | CBS_DROPDOWNLIST)); }
@@ -83,7 +83,7 @@ class SpinControl : public testing::Test {
   Procedure procedure_ = [this](HWND self, UINT message, WPARAM wParam, LPARAM lParam) {
     return on_message(self, message, wParam, lParam);
   };
-  HWND parent_ = nullptr;
+  test_support::OwnedWindow parent_{make_window(procedure_)};
 };
 
 TEST_F(SpinControl, NotificationIsMessage1031) { EXPECT_EQ(1031u, edit_typed_message); }
@@ -146,7 +146,8 @@ TEST_F(SpinControl, TakesThePositionFromTheLowWordWhateverTheHighWordSays) {
   const Procedure answers = [&](HWND self, UINT message, WPARAM wParam, LPARAM lParam) {
     return message == UDM_GETPOS ? answer : DefWindowProcW(self, message, wParam, lParam);
   };
-  const CSpin fake(make_window(answers));
+  const test_support::OwnedWindow owner(make_window(answers));
+  const CSpin fake(owner.get());
   const struct {
     LRESULT answer;
     long position;
@@ -155,7 +156,6 @@ TEST_F(SpinControl, TakesThePositionFromTheLowWordWhateverTheHighWordSays) {
     answer = row.answer;
     EXPECT_EQ(row.position, fake.GetPos());
   }
-  DestroyWindow(fake.m_hWnd);
 }
 
 TEST_F(SpinControl, EditIsGivenTheDecimalText) {
@@ -224,13 +224,13 @@ TEST_F(SpinControl, ComboThatTakesNoTextIsAsserted) {
   const Procedure refuses = [&](HWND self, UINT message, WPARAM wParam, LPARAM lParam) {
     return message == CB_ADDSTRING ? position : DefWindowProcW(self, message, wParam, lParam);
   };
-  const platform::CWindow list(make_window(refuses));
+  const test_support::OwnedWindow owner(make_window(refuses));
+  const platform::CWindow list(owner.get());
   for (const LRESULT failure : {CB_ERR, CB_ERRSPACE}) {
     position = failure;
     add_value_to_combo(list, IDS_TRADING_DAYS, 0);
     EXPECT_THAT(reports(), ElementsAre("ASSERT pos != (-1) | SpinControlHelper.cpp:* add_value_to_combo"));
   }
-  DestroyWindow(list.m_hWnd);
 }
 
 TEST_F(SpinControl, ComboSelectsTheFirstItemWhoseDataMatchesIn32Bits) {

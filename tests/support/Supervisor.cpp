@@ -61,6 +61,15 @@ TestNames selected_tests() {
   return names;
 }
 
+/// Keeps every n-th test, from the k-th on, for a shard "k/n".
+void keep_shard(TestNames& tests, const std::string& shard) {
+  unsigned number = 0;
+  unsigned count = 0;
+  if (std::sscanf(shard.c_str(), "%u/%u", &number, &count) != 2 || number == 0 || number > count) return;
+  unsigned position = 0;
+  std::erase_if(tests, [&](const std::string&) { return position++ % count != number - 1; });
+}
+
 void write_lines(const std::filesystem::path& file, const TestNames& lines) {
   std::ofstream out(file, std::ios::binary);
   for (const std::string& line : lines) out << line << '\n';
@@ -169,6 +178,7 @@ int supervise(const wchar_t* command_line, const char* on_screen) {
   const TestNames shown(first, offscreen.end());
   offscreen.erase(first, offscreen.end());
   const std::string part = variable("ZD_TEST_PART");
+  keep_shard(offscreen, variable("ZD_TEST_SHARD"));
   Supervisor supervisor(command_line);
   if (part != "screen") supervisor.run(offscreen, false);
   if (part != "offscreen") supervisor.run(shown, true);

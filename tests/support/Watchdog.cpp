@@ -8,38 +8,33 @@ namespace test_support {
 
 Watchdog::Watchdog(DWORD limit_ms)
     : limit_ms_(limit_ms),
-      wound_up_(CreateEventW(nullptr, FALSE, FALSE, nullptr)),
+      restarted_(CreateEventW(nullptr, FALSE, FALSE, nullptr)),
       done_(CreateEventW(nullptr, TRUE, FALSE, nullptr)) {
-  if (limit_ms_ != 0) thread_ = CreateThread(nullptr, 0, run, this, 0, nullptr);
+  if (limit_ms_ != 0) thread_.reset(CreateThread(nullptr, 0, run, this, 0, nullptr));
 }
 
 Watchdog::~Watchdog() {
-  SetEvent(done_);
-  if (thread_) {
-    WaitForSingleObject(thread_, INFINITE);
-    CloseHandle(thread_);
-  }
-  CloseHandle(done_);
-  CloseHandle(wound_up_);
+  SetEvent(done_.get());
+  if (thread_) WaitForSingleObject(thread_.get(), INFINITE);
 }
 
-void Watchdog::OnTestStart(const testing::TestInfo&) { wind_up(); }
+void Watchdog::OnTestStart(const testing::TestInfo&) { restart(); }
 
-void Watchdog::OnTestEnd(const testing::TestInfo&) { wind_up(); }
+void Watchdog::OnTestEnd(const testing::TestInfo&) { restart(); }
 
-void Watchdog::wind_up() { SetEvent(wound_up_); }
+void Watchdog::restart() { SetEvent(restarted_.get()); }
 
 DWORD WINAPI Watchdog::run(void* self) {
-  const auto& dog = *static_cast<Watchdog*>(self);
-  const HANDLE events[] = {dog.done_, dog.wound_up_};
+  const auto& watchdog = *static_cast<Watchdog*>(self);
+  const HANDLE events[] = {watchdog.done_.get(), watchdog.restarted_.get()};
   for (;;) {
-    switch (WaitForMultipleObjects(2, events, FALSE, dog.limit_ms_)) {
+    switch (WaitForMultipleObjects(2, events, FALSE, watchdog.limit_ms_)) {
       case WAIT_OBJECT_0:
         return 0;
       case WAIT_OBJECT_0 + 1:
         continue;
       default:
-        std::fprintf(stderr, "watchdog: no test finished for %lu s. On the screen:\n", dog.limit_ms_ / 1000);
+        std::fprintf(stderr, "watchdog: no test finished for %lu s. On the screen:\n", watchdog.limit_ms_ / 1000);
         dump_screen(stderr);
         std::fflush(stderr);
         // Nothing orderly is possible any more: the threads that would have to end are the ones that hang.

@@ -49,12 +49,12 @@ void Application::load_plugin(const std::filesystem::path& module) {
   try {
     plugin_.emplace(module);
   } catch (const _com_error& error) {
-    alarm(text(IDS_MODULE_NOT_CREATED, {describe(error.Error())}));
+    show_error(text(IDS_MODULE_NOT_CREATED, {describe(error.Error())}));
     return;
   }
   const HRESULT initialized = initialize_plugin();
   if (FAILED(initialized)) {
-    alarm(text(IDS_MODULE_NOT_INITIALIZED, {describe(initialized)}));
+    show_error(text(IDS_MODULE_NOT_INITIALIZED, {describe(initialized)}));
   } else {
     window_.show_message(text(IDS_MODULE_LOADED));
   }
@@ -100,7 +100,7 @@ MainWindowEvents Application::events() {
           .may_close = [this] { return may_close(); }};
 }
 
-/// A change may be made in the middle of a call of the plug-in, so the panes follow when the message loop runs next,
+/// A change may happen in the middle of a call of the plug-in, so the panes follow when the message loop runs next,
 /// which may be that of the plug-in's dialog.
 void Application::subscribe_to_store() {
   subscription_ = store_->subscribe([this] {
@@ -178,14 +178,14 @@ void Application::unload_plugin() noexcept {
 StoreListeners Application::store_listeners() {
   return {.failed =
               [this](const StoreError& error, const Rule* unsaved) {
-                alarm(store_failure(error, unsaved));
+                show_error(store_failure(error, unsaved));
                 window_.show_message(store_message(error));
               },
           .restored =
               [this](const StoredRule& added) { window_.show_message(text(IDS_RULE_RESTORED, {added.rule.name})); }};
 }
 
-void Application::alarm(const std::wstring& message) {
+void Application::show_error(const std::wstring& message) {
   window_.show_message(message);
   alarms_.push_back(message);
   window_.post([this] { show_alarms(); });

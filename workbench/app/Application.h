@@ -47,7 +47,7 @@ class Application {
   void show_about();
   bool may_close();
 
-  /// Calls the plug-in unless a call is still on its way; `failure` makes the message for a failing HRESULT.
+  /// Calls the plug-in unless a call is still on its way; `failure` returns the message for a failing HRESULT.
   template <class Call, class Failure>
   void call_plugin(const Call& call, const Failure& failure);
   HRESULT initialize_plugin();
@@ -55,7 +55,7 @@ class Application {
 
   StoreListeners store_listeners();
   /// Shows a message in the status bar at once and in a box as soon as a message loop runs.
-  void alarm(const std::wstring& message);
+  void show_error(const std::wstring& message);
   void show_alarms();
 
   std::shared_ptr<RuleStore> store_;

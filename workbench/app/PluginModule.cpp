@@ -24,25 +24,24 @@ PluginModule::PluginModule(const std::filesystem::path& file)
 }
 
 PluginModule::~PluginModule() {
-  const auto can_unload = find_export<CanUnloadNowFunction>(library_, "DllCanUnloadNow");
-  if (can_unload && can_unload() == S_OK) FreeLibrary(library_);
+  const auto can_unload = find_export<CanUnloadNowFunction>(library_.get(), "DllCanUnloadNow");
+  if (!can_unload || can_unload() != S_OK) library_.detach();
 }
 
 base::ComPtr<IkvPlugin> PluginModule::create_plugin() const {
-  const auto get_class_object = find_export<GetClassObjectFunction>(library_, "DllGetClassObject");
+  const auto get_class_object = find_export<GetClassObjectFunction>(library_.get(), "DllGetClassObject");
   if (!get_class_object) base::throw_last_failure();
   base::ComPtr<IClassFactory> factory;
-  base::throw_if_failed(
-      get_class_object(__uuidof(CzdExpirationRulePlugin), __uuidof(IClassFactory), reinterpret_cast<void**>(&factory)));
+  base::throw_if_failed(get_class_object(__uuidof(CzdExpirationRulePlugin), IID_PPV_ARGS(&factory)));
   base::ComPtr<IkvPlugin> plugin;
-  base::throw_if_failed(factory->CreateInstance(nullptr, __uuidof(IkvPlugin), reinterpret_cast<void**>(&plugin)));
+  base::throw_if_failed(factory->CreateInstance(nullptr, IID_PPV_ARGS(&plugin)));
   return plugin;
 }
 
 base::ComPtr<IkvPlugin> create_registered_plugin() {
   base::ComPtr<IkvPlugin> plugin;
-  const HRESULT created = CoCreateInstance(__uuidof(CzdExpirationRulePlugin), nullptr, CLSCTX_INPROC_SERVER,
-                                           __uuidof(IkvPlugin), reinterpret_cast<void**>(&plugin));
+  const HRESULT created =
+      CoCreateInstance(__uuidof(CzdExpirationRulePlugin), nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(&plugin));
   if (created != REGDB_E_CLASSNOTREG) base::throw_if_failed(created);
   return plugin;
 }

@@ -7,6 +7,7 @@
 #include <type_traits>
 
 #include "ComPtr.h"
+#include "Owned.h"
 #include "zdExpirationRules_h.h"
 
 namespace workbench {
@@ -24,7 +25,7 @@ class PluginModule {
   base::ComPtr<IkvPlugin> create_plugin() const;
 
  private:
-  HMODULE library_;
+  base::LoadedModule library_;
 };
 
 /// A new plug-in of the registered class; null when none is registered. Throws `_com_error` for any other failure.

@@ -12,8 +12,8 @@ class RulesPane final : public ListPane {
  public:
   explicit RulesPane(HWND parent);
 
-  /// Shows these rules. The selection stays on the rule with the same number, or goes to its neighbour
-  /// when it is gone.
+  /// Shows these rules. The selection stays on the rule with the same number, or moves to its neighbour
+  /// when that is deleted.
   void show(std::vector<StoredRule> rules);
 
   /// The number of the rule in this row; 0 when there is none.

@@ -7,7 +7,7 @@
 namespace workbench {
 
 /// A setting that a user is changing, or a new one. It is saved only if no other program has changed the stored one
-/// meanwhile; a refused save adopts what is stored now, so that the user, who is told so, can save once more.
+/// meanwhile; a refused save adopts what is stored now, so that the user, who sees a message, can save once more.
 class SettingEditor {
  public:
   /// `setting` is what is stored, or without number a new one.

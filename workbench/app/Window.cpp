@@ -24,7 +24,7 @@ Window::~Window() {
   }
 }
 
-void Window::create(const WindowTemplate& window) {
+void Window::create(const WindowParameters& window) {
   WNDCLASSEXW window_class{};
   window_class.cbSize = sizeof(window_class);
   window_class.lpfnWndProc = &procedure;

@@ -4,12 +4,12 @@
 
 namespace workbench {
 
-/// How a window is made: the arguments of `CreateWindowExW` that differ from window to window.
-struct WindowTemplate {
+/// How a window is created: the arguments of `CreateWindowExW` that differ from window to window.
+struct WindowParameters {
   const wchar_t* class_name = nullptr;
   const wchar_t* title = nullptr;
   DWORD style = 0;
-  HMENU menu = nullptr;  ///< goes over to the window
+  HMENU menu = nullptr;  ///< belongs to the window from then on
   HICON icon = nullptr;
   HCURSOR cursor = nullptr;
   HWND parent = nullptr;  ///< of a child window
@@ -23,7 +23,7 @@ class Window {
   Window(const Window&) = delete;
   Window& operator=(const Window&) = delete;
 
-  /// Null before the window is made and after it is destroyed.
+  /// Null before the window is created and after it is destroyed.
   HWND handle() const noexcept { return handle_; }
 
  protected:
@@ -31,7 +31,7 @@ class Window {
   virtual ~Window();
 
   /// Creates the window. Throws `_com_error` when the system refuses or when `WM_CREATE` failed.
-  void create(const WindowTemplate& window);
+  void create(const WindowParameters& window);
 
   /// Handles one message; `handle()` is valid.
   virtual LRESULT handle_message(UINT message, WPARAM wparam, LPARAM lparam) = 0;

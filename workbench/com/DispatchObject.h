@@ -15,7 +15,7 @@ inline std::atomic<long> live_dispatch_objects{0};
 
 /// Base of the objects that the host hands out: implements `Interfaces`, `IDispatch` and `IUnknown`, counts references
 /// and destroys itself at the last release. Born with one reference. The method tables are all there is to call: the
-/// late binding methods know no names. Objects belong to the thread that made them.
+/// late binding methods know no names. Objects belong to the thread that created them.
 template <class... Interfaces>
 class DispatchObject : public Interfaces... {
  public:

@@ -20,7 +20,7 @@ class Journal {
   /// Writes a command and its record, which may be null. Cuts the texts of a record that does not fit into one log.
   HRESULT write(std::wstring_view command, const Record* record, const Settings& settings) const;
 
-  /// Writes the user's answer to a report.
+  /// Writes which button the user chose for a report.
   HRESULT write_answer(std::wstring_view answer, const Settings& settings) const;
 
   /// The log in the first of the folders.

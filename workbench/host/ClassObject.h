@@ -6,7 +6,7 @@
 
 namespace workbench {
 
-/// Makes objects of one class. `make` answers a new object with one reference and may throw; objects cannot be
+/// Creates objects of one class. `make` returns a new object with one reference and may throw; objects cannot be
 /// aggregated.
 class ClassObject final : public IClassFactory {
  public:

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "HostOnly.h"
 #include "HostStorage.h"
+#include "PrivateInterfaces.h"
 #include "UnusedSlots.h"
 
 namespace workbench {

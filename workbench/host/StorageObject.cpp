@@ -1,7 +1,7 @@
 #include "StorageObject.h"
 
 #include "ComPtr.h"
-#include "HostOnly.h"
+#include "PrivateInterfaces.h"
 #include "StoreResult.h"
 
 namespace workbench {
@@ -11,8 +11,7 @@ namespace {
 /// The rows of a table that may be filled, or null.
 std::shared_ptr<TableRows> empty_rows(IKV_kvudfcom::IkvTable* table) {
   base::ComPtr<ITableAccess> access;
-  if (!table || FAILED(table->QueryInterface(__uuidof(ITableAccess), reinterpret_cast<void**>(&access))))
-    return nullptr;
+  if (!table || FAILED(table->QueryInterface(IID_PPV_ARGS(&access)))) return nullptr;
   std::shared_ptr<TableRows> rows = access->rows();
   return rows->count() == 0 ? rows : nullptr;
 }
@@ -22,7 +21,7 @@ bool read_filter(IkvRuleFilter* filter, long& number) {
   number = 0;
   if (!filter) return true;
   base::ComPtr<IRuleFilterAccess> access;
-  if (FAILED(filter->QueryInterface(__uuidof(IRuleFilterAccess), reinterpret_cast<void**>(&access)))) return false;
+  if (FAILED(filter->QueryInterface(IID_PPV_ARGS(&access)))) return false;
   number = access->rule_number();
   return true;
 }

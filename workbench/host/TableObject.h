@@ -4,8 +4,8 @@
 #include <vector>
 
 #include "FieldObject.h"
-#include "HostOnly.h"
 #include "HostStorage.h"
+#include "PrivateInterfaces.h"
 #include "UnusedSlots.h"
 
 namespace workbench {

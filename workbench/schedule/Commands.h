@@ -22,7 +22,7 @@ enum ExitCode {
   not_started = 4,    ///< not started, or cancelled
 };
 
-/// Is told how much of a long work is done, of how much; returns whether to go on.
+/// Called with how much of a long work is done, of how much; returns whether to go on.
 using Progress = std::function<bool(std::size_t done, std::size_t all)>;
 
 /// What a command works on.

@@ -31,7 +31,7 @@ std::optional<unsigned> escape_at(std::string_view text) {
   return text.starts_with("\\u") ? try_parse_hex(text.substr(2, 4)) : std::nullopt;
 }
 
-/// The text with markers. Escapes occur within strings only, so strings need not be told apart.
+/// The text with markers. Escapes occur within strings only, so strings need not be distinguished.
 std::string marked(std::string_view text) {
   std::string result;
   while (!text.empty()) {

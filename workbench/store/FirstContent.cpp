@@ -26,17 +26,17 @@ void for_each_record(std::string_view lines, Read&& read) {
 
 Rule read_rule(std::string_view line) {
   Rule rule;
-  rule.name = from_stored_text(take_until(line, '\t'));
+  rule.name = from_wtf8(take_until(line, '\t'));
   for (const RuleColumn& column : rule_columns) rule.*column.value = std::stol(std::string(take_until(line, '\t')));
   return rule;
 }
 
 SymbolSourceSetting read_setting(std::string_view line) {
   SymbolSourceSetting setting;
-  setting.name = from_stored_text(take_until(line, '\t'));
-  setting.rule_name = from_stored_text(take_until(line, '\t'));
-  setting.calendar = from_stored_text(take_until(line, '\t'));
-  setting.months = from_stored_text(take_until(line, '\t'));
+  setting.name = from_wtf8(take_until(line, '\t'));
+  setting.rule_name = from_wtf8(take_until(line, '\t'));
+  setting.calendar = from_wtf8(take_until(line, '\t'));
+  setting.months = from_wtf8(take_until(line, '\t'));
   setting.last_day_is_expiration = line == "expiration";
   return setting;
 }

@@ -33,9 +33,9 @@ void refuse_invalid(const Rule& rule) {
 void refuse_invalid(const SymbolSourceSetting& setting) {
   refuse_length("SettingName", setting.name.size(), 1);
   refuse_length("RuleName", setting.rule_name.size(), 0);
-  const std::string calendar = to_stored_text(setting.calendar);
+  const std::string calendar = to_wtf8(setting.calendar);
   if (!calendar.empty() && !schedule::is_calendar_name(calendar)) refuse("Calendar", calendar, "a calendar's name");
-  const std::string months = to_stored_text(setting.months);
+  const std::string months = to_wtf8(setting.months);
   if (!schedule::are_month_letters(months)) refuse("Months", months, "letters of months in their order");
 }
 

@@ -31,7 +31,7 @@ class RuleStore {
   /// Stores a new rule and returns it with its number. Fails with `duplicate_name` or `invalid_value`.
   virtual StoredRule add_rule(const Rule& rule) = 0;
 
-  /// Rewrites a rule and answers what is stored now. Settings that use the rule follow a change of its name. With
+  /// Rewrites a rule and returns what is stored now. Settings that use the rule follow a change of its name. With
   /// `expected`, a rule that has another revision is left alone and the call fails with `changed`. Fails as well with
   /// `not_found`, `duplicate_name` or `invalid_value`.
   virtual StoredRule update_rule(long number, const Rule& rule, std::optional<Revision> expected = std::nullopt) = 0;
@@ -73,7 +73,7 @@ class RuleStore {
   /// Puts this content in the place of everything that there is.
   virtual void replace_content(const StoreContent& content) = 0;
 
-  /// Looks whether another program changed the content since the last look, and if so tells the subscribers. Answers
+  /// Looks whether another program changed the content since the last look, and if so notifies the subscribers. Returns
   /// whether it did.
   virtual bool poll_for_changes() = 0;
 

@@ -15,13 +15,13 @@ static_assert(rule_columns.size() == schedule::rule_fields.size());
 std::string to_schedule_text(std::wstring_view text) {
   // The store's form of a null is the only one that differs.
   constexpr std::string_view stored_null = "\xC0\x80";
-  std::string bytes = to_stored_text(text);
+  std::string bytes = to_wtf8(text);
   for (std::size_t at = bytes.find(stored_null); at != std::string::npos; at = bytes.find(stored_null, at + 1))
     bytes.replace(at, stored_null.size(), 1, '\0');
   return bytes;
 }
 
-std::wstring from_schedule_text(std::string_view bytes) { return from_stored_text(bytes); }
+std::wstring from_schedule_text(std::string_view bytes) { return from_wtf8(bytes); }
 
 // Both tables have a rule's numbers in the same order.
 static_assert(std::ranges::equal(rule_columns, schedule::rule_fields,

@@ -55,7 +55,7 @@ StoreErrorKind error_kind(int code, int system_error) {
   }
 }
 
-std::string utf8(const std::filesystem::path& path) { return to_stored_text(path.native()); }
+std::string utf8(const std::filesystem::path& path) { return to_wtf8(path.native()); }
 
 }  // namespace
 
@@ -67,7 +67,7 @@ SqliteStatement& SqliteStatement::bind(int parameter, std::int64_t value) {
 }
 
 SqliteStatement& SqliteStatement::bind(int parameter, std::wstring_view text) {
-  return bind_utf8(parameter, to_stored_text(text));
+  return bind_utf8(parameter, to_wtf8(text));
 }
 
 SqliteStatement& SqliteStatement::bind_utf8(int parameter, std::string_view text) {
@@ -89,7 +89,7 @@ void SqliteStatement::run() {
 
 std::int64_t SqliteStatement::integer(int column) const { return sqlite3_column_int64(statement_.get(), column); }
 
-std::wstring SqliteStatement::text(int column) const { return from_stored_text(utf8(column)); }
+std::wstring SqliteStatement::text(int column) const { return from_wtf8(utf8(column)); }
 
 std::string SqliteStatement::utf8(int column) const {
   const auto* bytes = static_cast<const char*>(sqlite3_column_blob(statement_.get(), column));
@@ -103,14 +103,15 @@ void SqliteStatement::refuse(int code) {
 
 void SqliteDatabase::Close::operator()(sqlite3* database) const noexcept { sqlite3_close(database); }
 
-SqliteDatabase::SqliteDatabase(const std::filesystem::path& path, std::chrono::milliseconds patience) : path_(path) {
+SqliteDatabase::SqliteDatabase(const std::filesystem::path& path, std::chrono::milliseconds busy_timeout)
+    : path_(path) {
   sqlite3* database = nullptr;
   const int code = sqlite3_open_v2(utf8(path).c_str(), &database, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
   database_.reset(database);
   if (code != SQLITE_OK) fail(code);
   sqlite3_extended_result_codes(database, 1);
   sqlite3_db_config(database, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
-  set_busy_timeout(patience);
+  set_busy_timeout(busy_timeout);
 }
 
 SqliteStatement SqliteDatabase::prepare(std::string_view sql) const {
@@ -130,8 +131,8 @@ std::int64_t SqliteDatabase::integer(std::string_view sql) const {
   return statement.step() ? statement.integer(0) : 0;
 }
 
-void SqliteDatabase::set_busy_timeout(std::chrono::milliseconds patience) const noexcept {
-  sqlite3_busy_timeout(database_.get(), static_cast<int>(patience.count()));
+void SqliteDatabase::set_busy_timeout(std::chrono::milliseconds busy_timeout) const noexcept {
+  sqlite3_busy_timeout(database_.get(), static_cast<int>(busy_timeout.count()));
 }
 
 void SqliteDatabase::fail(int code) const {

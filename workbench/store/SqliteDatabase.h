@@ -51,8 +51,8 @@ class SqliteStatement {
 /// A connection to one SQLite file. Failures throw `StoreError` about that file, or std::bad_alloc.
 class SqliteDatabase {
  public:
-  /// Opens the file, or makes it; one that cannot be written is opened for reading.
-  SqliteDatabase(const std::filesystem::path& path, std::chrono::milliseconds patience);
+  /// Opens the file, or creates it; one that cannot be written is opened for reading.
+  SqliteDatabase(const std::filesystem::path& path, std::chrono::milliseconds busy_timeout);
 
   SqliteStatement prepare(std::string_view sql) const;
 
@@ -63,7 +63,7 @@ class SqliteDatabase {
   std::int64_t integer(std::string_view sql) const;
 
   /// How long calls wait for another program from now on.
-  void set_busy_timeout(std::chrono::milliseconds patience) const noexcept;
+  void set_busy_timeout(std::chrono::milliseconds busy_timeout) const noexcept;
 
   /// Throws what this result code of the library means.
   [[noreturn]] void fail(int code) const;

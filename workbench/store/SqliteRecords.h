@@ -31,7 +31,7 @@ void rewrite_setting(const SqliteDatabase& database, const StoredSetting& stored
 /// Gives the settings that use the rule its new name.
 void rename_in_settings(const SqliteDatabase& database, const std::wstring& from, const std::wstring& to);
 
-/// Throws `damaged` if the file holds a calendar that nobody could have stored.
+/// Throws `damaged` if the file holds a calendar that no version could have stored.
 std::vector<StoredCalendar> select_calendars(const SqliteDatabase& database);
 
 /// Puts each calendar in the place of the one with its name.

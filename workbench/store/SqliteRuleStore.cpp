@@ -13,23 +13,25 @@ namespace {
 /// While it lives, calls do not wait for other programs.
 class ScopedNoBusyWait {
  public:
-  ScopedNoBusyWait(const SqliteDatabase& database, std::chrono::milliseconds patience)
-      : database_(database), patience_(patience) {
+  ScopedNoBusyWait(const SqliteDatabase& database, std::chrono::milliseconds busy_timeout)
+      : database_(database), busy_timeout_(busy_timeout) {
     database_.set_busy_timeout({});
   }
   ScopedNoBusyWait(const ScopedNoBusyWait&) = delete;
   ScopedNoBusyWait& operator=(const ScopedNoBusyWait&) = delete;
-  ~ScopedNoBusyWait() { database_.set_busy_timeout(patience_); }
+  ~ScopedNoBusyWait() { database_.set_busy_timeout(busy_timeout_); }
 
  private:
   const SqliteDatabase& database_;
-  std::chrono::milliseconds patience_;
+  std::chrono::milliseconds busy_timeout_;
 };
 
 class SqliteRuleStore final : public RuleStore {
  public:
   SqliteRuleStore(const std::filesystem::path& path, const SqliteStoreOptions& options)
-      : patience_(options.patience), database_(open_store_file(path, options)), data_version_(read_data_version()) {}
+      : busy_timeout_(options.busy_timeout),
+        database_(open_store_file(path, options)),
+        data_version_(read_data_version()) {}
 
   std::vector<StoredRule> load_rules() override { return select_rules(database_); }
 
@@ -145,7 +147,7 @@ class SqliteRuleStore final : public RuleStore {
 
   /// SQLite's data_version; nullopt while the file is locked. Never waits.
   std::optional<std::int64_t> read_data_version() {
-    const ScopedNoBusyWait impatience(database_, patience_);
+    const ScopedNoBusyWait no_wait(database_, busy_timeout_);
     try {
       return database_.integer("PRAGMA data_version");
     } catch (const StoreError& error) {
@@ -154,7 +156,7 @@ class SqliteRuleStore final : public RuleStore {
     }
   }
 
-  std::chrono::milliseconds patience_;
+  std::chrono::milliseconds busy_timeout_;
   SqliteDatabase database_;
   std::optional<std::int64_t> data_version_;
 };

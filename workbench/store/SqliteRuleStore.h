@@ -13,12 +13,12 @@ struct SqliteStoreOptions {
   /// a file get what the setting of the same name has.
   StoreContent first_content{};
   /// How long a call waits for another program that holds the file.
-  std::chrono::milliseconds patience{3000};
+  std::chrono::milliseconds busy_timeout{3000};
   /// Whether a file that is missing or empty is created; if not, it fails with `unavailable`.
   bool may_create = true;
 };
 
-/// Opens the store in this file. A file that is missing or empty is made and filled in one transaction, its missing
+/// Opens the store in this file. A file that is missing or empty is created and filled in one transaction, its missing
 /// folders too; a file of an older version is brought to this one. A file that is damaged, foreign or newer fails with
 /// the error of that kind and is not touched. A file that cannot be written opens for reading, and each change then
 /// fails with `read_only`.

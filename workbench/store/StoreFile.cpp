@@ -170,7 +170,7 @@ SqliteDatabase open_store_file(const std::filesystem::path& path, const SqliteSt
   if (!options.may_create && !has_content(path)) refuse(StoreErrorKind::unavailable, path, "there is no such file");
   std::error_code refused;  // SQLite meets the missing folder and says why
   std::filesystem::create_directories(path.parent_path(), refused);
-  SqliteDatabase database(path, options.patience);
+  SqliteDatabase database(path, options.busy_timeout);
   database.execute("PRAGMA synchronous = EXTRA; PRAGMA cell_size_check = ON; PRAGMA trusted_schema = OFF");
   if (!is_new(database)) {
     refuse_unless_ours(read_identity(database), path);

@@ -59,7 +59,7 @@ char32_t take_code_point(std::string_view& bytes) {
 
 }  // namespace
 
-std::string to_stored_text(std::wstring_view text) {
+std::string to_wtf8(std::wstring_view text) {
   std::string bytes;
   bytes.reserve(text.size());
   for (std::size_t i = 0; i < text.size(); ++i) {
@@ -71,7 +71,7 @@ std::string to_stored_text(std::wstring_view text) {
   return bytes;
 }
 
-std::wstring from_stored_text(std::string_view bytes) {
+std::wstring from_wtf8(std::string_view bytes) {
   std::wstring text;
   text.reserve(bytes.size());
   while (!bytes.empty()) append_units(text, take_code_point(bytes));

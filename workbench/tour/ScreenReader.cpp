@@ -8,12 +8,12 @@ namespace tour {
 
 namespace {
 
-constexpr UINT patience_ms = 10'000;
+constexpr UINT timeout_ms = 10'000;
 constexpr size_t longest_text = 1024;
 
 DWORD_PTR ask(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
   DWORD_PTR answer = 0;
-  SendMessageTimeoutW(window, message, wparam, lparam, SMTO_ABORTIFHUNG, patience_ms, &answer);
+  SendMessageTimeoutW(window, message, wparam, lparam, SMTO_ABORTIFHUNG, timeout_ms, &answer);
   return answer;
 }
 

@@ -44,7 +44,7 @@ message_is_gone() { ! shows_text "$rules_dialog" "$1"; }
 # drag_grip DX DY: takes the dialog at its size grip and drags it. Moves that come before the window manager has taken
 # hold are not seen, so the mouse goes on until the dialog follows.
 drag_grip() {
-  local x y width height size deadline=$((SECONDS + patience_s))
+  local x y width height size deadline=$((SECONDS + timeout_s))
   read -r x y width height < <(dialog_place)
   size=$(dialog_size)
   x=$((x + width - 9)) y=$((y + height - 9))

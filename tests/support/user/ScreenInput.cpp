@@ -11,7 +11,7 @@ namespace {
 /// Follows other input through the queue and marks its end. No keyboard has it, and no window gets to see it. Each one
 /// carries a number.
 constexpr WORD marker_key = VK_F24;
-constexpr ULONGLONG patience_ms = 30'000;
+constexpr ULONGLONG timeout_ms = 30'000;
 
 LPARAM last_sent_marker = 0;
 LPARAM last_passed_marker = 0;
@@ -151,7 +151,7 @@ void settle() {
   HHOOK hook = SetWindowsHookExW(WH_GETMESSAGE, watch_for_marker, nullptr, GetCurrentThreadId());
   const LPARAM marker = ++last_sent_marker;
   send_marker(marker);
-  const ULONGLONG end = GetTickCount64() + patience_ms;
+  const ULONGLONG end = GetTickCount64() + timeout_ms;
   // A marker behind the input that closes a window may find no window to go to.
   const auto is_done = [&] { return last_passed_marker >= marker || !IsWindowVisible(target); };
   while (!is_done() && GetTickCount64() < end) handle_one_message();

@@ -117,7 +117,7 @@ TEST_F(ApplicationTest, WindowStaysOpenWhileADialogOfTheModuleIsOpen) {
   EXPECT_EQ(while_open, text(IDS_BUSY));
 }
 
-TEST_F(ApplicationTest, AlarmWaitsForTheDialogThatIsOnItsWay) {
+TEST_F(ApplicationTest, ErrorWaitsForTheDialogThatIsOnItsWay) {
   constexpr int load_by_the_editor = 4;
   start(std::make_shared<FailingRuleStore>(store_, load_by_the_editor, StoreErrorKind::locked));
   application_->load_plugin(real_module());

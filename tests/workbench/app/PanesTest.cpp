@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "ListReader.h"
+#include "OwnedWindow.h"
 #include "RulesPane.h"
 #include "SettingsPane.h"
 
@@ -11,10 +12,8 @@ struct ParentWindow {
   ParentWindow() {
     const INITCOMMONCONTROLSEX controls{sizeof(controls), ICC_LISTVIEW_CLASSES};
     InitCommonControlsEx(&controls);
-    handle = CreateWindowExW(0, WC_STATICW, L"", WS_POPUP, 0, 0, 600, 400, nullptr, nullptr, nullptr, nullptr);
-    SetWindowSubclass(handle, &pass_notifications, 0, reinterpret_cast<DWORD_PTR>(this));
+    SetWindowSubclass(window.get(), &pass_notifications, 0, reinterpret_cast<DWORD_PTR>(this));
   }
-  ~ParentWindow() { DestroyWindow(handle); }
 
   static LRESULT CALLBACK pass_notifications(HWND window, UINT message, WPARAM wparam, LPARAM lparam, UINT_PTR,
                                              DWORD_PTR data) {
@@ -23,7 +22,8 @@ struct ParentWindow {
     return DefSubclassProc(window, message, wparam, lparam);
   }
 
-  HWND handle = nullptr;
+  test_support::OwnedWindow window{
+      CreateWindowExW(0, WC_STATICW, L"", WS_POPUP, 0, 0, 600, 400, nullptr, nullptr, nullptr, nullptr)};
   ListPane* pane = nullptr;
 };
 
@@ -38,7 +38,7 @@ class RulesPaneTest : public testing::Test {
   }
 
   ParentWindow parent_;
-  RulesPane pane_{parent_.handle};
+  RulesPane pane_{parent_.window.get()};
 };
 
 TEST_F(RulesPaneTest, ShowsARuleInItsColumns) {
@@ -115,7 +115,7 @@ class SettingsPaneTest : public testing::Test {
   }
 
   ParentWindow parent_;
-  SettingsPane pane_{parent_.handle};
+  SettingsPane pane_{parent_.window.get()};
 };
 
 TEST_F(SettingsPaneTest, ShowsEachSettingWithItsRule) {

@@ -2,6 +2,7 @@
 
 #include "ChildProcess.h"
 #include "ModulePath.h"
+#include "Owned.h"
 #include "PluginHost.h"
 #include "TemporaryFolder.h"
 
@@ -16,11 +17,10 @@ std::filesystem::path neighbour() { return base::path_beside_program(module_name
 
 /// Calls a function of a module that is in use nowhere else.
 HRESULT call_export(const std::filesystem::path& module, const char* name) {
-  HMODULE library = LoadLibraryW(module.c_str());
-  const auto function = reinterpret_cast<RegistrationFunction>(reinterpret_cast<void*>(GetProcAddress(library, name)));
-  const HRESULT result = function ? function() : E_NOINTERFACE;
-  FreeLibrary(library);
-  return result;
+  const base::LoadedModule library(LoadLibraryW(module.c_str()));
+  const auto function =
+      reinterpret_cast<RegistrationFunction>(reinterpret_cast<void*>(GetProcAddress(library.get(), name)));
+  return function ? function() : E_NOINTERFACE;
 }
 
 std::filesystem::path loaded_module() {

@@ -6,6 +6,7 @@
 
 #include "ModulePath.h"
 #include "Owned.h"
+#include "OwnedWindow.h"
 #include "Texts.h"
 #include "UiLanguage.h"
 #include "resource.h"
@@ -95,32 +96,27 @@ INT_PTR CALLBACK do_nothing(HWND, UINT, WPARAM, LPARAM) { return FALSE; }
 class HiddenDialog {
  public:
   explicit HiddenDialog(UINT id)
-      : handle_(CreateDialogIndirectParamW(base::module_instance(), find_dialog(id), nullptr, &do_nothing, 0)) {}
-  ~HiddenDialog() { DestroyWindow(handle_); }
-  HiddenDialog(const HiddenDialog&) = delete;
-  HiddenDialog& operator=(const HiddenDialog&) = delete;
+      : window_(CreateDialogIndirectParamW(base::module_instance(), find_dialog(id), nullptr, &do_nothing, 0)) {}
 
   std::vector<HWND> controls() const {
     std::vector<HWND> controls;
-    for (HWND child = GetWindow(handle_, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT))
+    for (HWND child = GetWindow(window_.get(), GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT))
       controls.push_back(child);
     return controls;
   }
 
  private:
-  HWND handle_;
+  test_support::OwnedWindow window_;
 };
 
 /// The width that a control's text takes, with the box of a check box.
 LONG needed_width(HWND control) {
   wchar_t text[200] = L"";
   GetWindowTextW(control, text, static_cast<int>(std::size(text)));
-  HDC dc = GetDC(control);
-  HGDIOBJ previous = SelectObject(dc, reinterpret_cast<HFONT>(SendMessageW(control, WM_GETFONT, 0, 0)));
+  const base::MemoryDc dc(CreateCompatibleDC(nullptr));
+  SelectObject(dc.get(), reinterpret_cast<HFONT>(SendMessageW(control, WM_GETFONT, 0, 0)));
   RECT needed{};
-  DrawTextW(dc, text, -1, &needed, DT_CALCRECT | DT_SINGLELINE);
-  SelectObject(dc, previous);
-  ReleaseDC(control, dc);
+  DrawTextW(dc.get(), text, -1, &needed, DT_CALCRECT | DT_SINGLELINE);
   const bool check_box = SendMessageW(control, WM_GETDLGCODE, 0, 0) == DLGC_BUTTON;
   return needed.right + (check_box ? GetSystemMetrics(SM_CXMENUCHECK) : 0);
 }

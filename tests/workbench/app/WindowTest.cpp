@@ -9,7 +9,7 @@ namespace workbench {
 namespace {
 
 constexpr UINT throwing_message = WM_APP + 7;
-constexpr WindowTemplate small_window{L"zdWindowTest", L"", WS_POPUP, nullptr, nullptr, nullptr};
+constexpr WindowParameters small_window{L"zdWindowTest", L"", WS_POPUP, nullptr, nullptr, nullptr};
 
 class SmallWindow final : public Window {
  public:

@@ -50,7 +50,7 @@ StoreSnapshot left_behind(const std::filesystem::path& path) {
     if (std::filesystem::exists(original)) std::filesystem::copy_file(original, copy.native() + part);
   }
   EXPECT_EQ(RawDatabase(copy).text("PRAGMA integrity_check"), "ok");
-  return holdings(*open_sqlite_store(copy));
+  return snapshot_of(*open_sqlite_store(copy));
 }
 
 std::vector<StoredRule> without(std::vector<StoredRule> rules, const std::vector<StoredRule>& others) {
@@ -169,8 +169,8 @@ class KilledHosts : public testing::Test {
     filled_ = true;
     while (next_ != host.next()) make_change(*model_, next_++);
     // The change under way may be stored without being acknowledged.
-    if (host.amid_change() && found != holdings(*model_)) make_change(*model_, next_++);
-    const StoreSnapshot expected = holdings(*model_);
+    if (host.amid_change() && found != snapshot_of(*model_)) make_change(*model_, next_++);
+    const StoreSnapshot expected = snapshot_of(*model_);
     ASSERT_TRUE(found == expected) << "rules that should not be there: "
                                    << testing::PrintToString(without(found.rules, expected.rules))
                                    << "\nrules that are missing: "

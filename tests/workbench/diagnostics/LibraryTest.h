@@ -8,6 +8,7 @@
 #include "ChildProcess.h"
 #include "LogFolder.h"
 #include "ModulePath.h"
+#include "Owned.h"
 #include "RegistrySandbox.h"
 #include "RegistryTree.h"
 #include "Settings.h"
@@ -28,16 +29,14 @@ class LibraryTest : public testing::Test {
     command(L"DO CLEAN");
   }
 
-  ~LibraryTest() override {
-    root.reset();
-    FreeLibrary(library_);
-  }
+  /// Releases the object before its library.
+  ~LibraryTest() override { root.reset(); }
 
-  HMODULE library() const { return library_; }
+  HMODULE library() const { return library_.get(); }
 
   IKV_SnagtrapUtil::ST_InitObjectFunction init_object() const {
     return reinterpret_cast<IKV_SnagtrapUtil::ST_InitObjectFunction>(
-        reinterpret_cast<void*>(GetProcAddress(library_, "ST_InitObject")));
+        reinterpret_cast<void*>(GetProcAddress(library_.get(), "ST_InitObject")));
   }
 
   DebugRootPtr create_root() const {
@@ -91,7 +90,7 @@ class LibraryTest : public testing::Test {
   DebugRootPtr root;
 
  private:
-  HMODULE library_;
+  base::LoadedModule library_;
 };
 
 }  // namespace snagtrap_test

@@ -2,6 +2,7 @@
 
 #include "LibraryTest.h"
 #include "ModulePath.h"
+#include "Owned.h"
 
 namespace snagtrap_test {
 namespace {
@@ -16,13 +17,11 @@ std::wstring class_key() {
 class Registration : public testing::Test {
  protected:
   static HRESULT call(const std::wstring& path, const char* name) {
-    const HMODULE library = LoadLibraryW(path.c_str());
+    const base::LoadedModule library(LoadLibraryW(path.c_str()));
     if (!library) return E_UNEXPECTED;
     const auto function =
-        reinterpret_cast<HRESULT(STDMETHODCALLTYPE*)()>(reinterpret_cast<void*>(GetProcAddress(library, name)));
-    const HRESULT result = function ? function() : E_UNEXPECTED;
-    FreeLibrary(library);
-    return result;
+        reinterpret_cast<HRESULT(STDMETHODCALLTYPE*)()>(reinterpret_cast<void*>(GetProcAddress(library.get(), name)));
+    return function ? function() : E_UNEXPECTED;
   }
 
   static std::string registered_path() {
@@ -47,8 +46,8 @@ TEST_F(Registration, WritesThePathOfTheFile) {
 TEST_F(Registration, UnregisteringRemovesEverything) {
   call(own_path(), "DllRegisterServer");
   EXPECT_EQ(call(own_path(), "DllUnregisterServer"), S_OK);
-  HKEY key = nullptr;
-  EXPECT_EQ(RegOpenKeyExW(HKEY_CLASSES_ROOT, class_key().c_str(), 0, KEY_READ, &key), ERROR_FILE_NOT_FOUND);
+  base::RegistryKey key;
+  EXPECT_EQ(RegOpenKeyExW(HKEY_CLASSES_ROOT, class_key().c_str(), 0, KEY_READ, key.put()), ERROR_FILE_NOT_FOUND);
 }
 
 TEST_F(Registration, UnregisteringTwiceSucceeds) { EXPECT_EQ(call(own_path(), "DllUnregisterServer"), S_OK); }
@@ -58,9 +57,8 @@ TEST_F(Registration, PathOutsideTheCodePageIsWrittenSoThatItLoads) {
   std::filesystem::copy_file(own_path(), copy);
   const HRESULT registered = call(copy, "DllRegisterServer");
   if (registered == S_OK) {
-    const HMODULE library = LoadLibraryA(registered_path().c_str());
+    const base::LoadedModule library(LoadLibraryA(registered_path().c_str()));
     EXPECT_TRUE(library) << registered_path();
-    if (library) FreeLibrary(library);
   } else {
     EXPECT_EQ(registered, HRESULT_FROM_WIN32(ERROR_NO_UNICODE_TRANSLATION)) << "where files have no short names";
     EXPECT_EQ(registered_path(), "");

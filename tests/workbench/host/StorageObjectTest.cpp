@@ -173,7 +173,7 @@ TEST_F(StorageObjectTest, DeleteReturnsTheFlag) {
 
 TEST_F(StorageObjectTest, UnselectedComboIsRefusedAndTheOldRuleStaysWhole) {
   inner_->replace_content(sample_content());
-  const StoreSnapshot before = holdings(*inner_);
+  const StoreSnapshot before = snapshot_of(*inner_);
   for (const RuleColumn& column : rule_columns) {
     Rule rule = sample_rule(L"second");
     rule.*column.value = -1;
@@ -183,7 +183,7 @@ TEST_F(StorageObjectTest, UnselectedComboIsRefusedAndTheOldRuleStaysWhole) {
     EXPECT_EQ(number, 0);
   }
   EXPECT_EQ(heard_, std::vector(2 * rule_columns.size(), StoreErrorKind::invalid_value));
-  EXPECT_EQ(holdings(*inner_), before);
+  EXPECT_EQ(snapshot_of(*inner_), before);
 }
 
 TEST_F(StorageObjectTest, NullNameIsAnEmptyOneAndRefused) {

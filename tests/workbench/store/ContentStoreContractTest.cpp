@@ -11,7 +11,7 @@ INSTANTIATE_TEST_SUITE_P(Stores, ContentStoreContract, every_store(), store_name
 
 TEST_P(ContentStoreContract, ImportChangesRulesByTheirNamesAddsOthersAndLeavesTheRest) {
   store_->replace_content(sample_content());
-  const StoreSnapshot before = holdings(*store_);
+  const StoreSnapshot before = snapshot_of(*store_);
   const Rule second{.name = L"second", .roll_offset = 3};
   std::vector<std::size_t> progress;
   store_->import_records({{sample_rule(L"first"), sample_rule(L"third"), second}},
@@ -29,7 +29,7 @@ TEST_P(ContentStoreContract, ImportChangesRulesByTheirNamesAddsOthersAndLeavesTh
 
 TEST_P(ContentStoreContract, ImportThatIsRefusedOrCancelledChangesNothing) {
   store_->replace_content(sample_content());
-  const StoreSnapshot before = holdings(*store_);
+  const StoreSnapshot before = snapshot_of(*store_);
   const std::vector<Rule> rules{{.name = L"first"}, {.name = L"third"}};
   EXPECT_EQ(refusal_kind([&] { store_->import_records({{rules[0], rules[1], {}}}); }), StoreErrorKind::invalid_value);
   EXPECT_EQ(refusal_kind([&] {
@@ -42,13 +42,13 @@ TEST_P(ContentStoreContract, ImportThatIsRefusedOrCancelledChangesNothing) {
                                         if (done == 1) throw Cancelled();
                                       }),
                Cancelled);
-  EXPECT_EQ(holdings(*store_), before);
+  EXPECT_EQ(snapshot_of(*store_), before);
 }
 
 TEST_P(ContentStoreContract, ReplacedContentTakesNewNumbers) {
   const long old = store_->add_rule(sample_rule(L"old")).number;
   store_->replace_content(sample_content());
-  const StoreSnapshot now = holdings(*store_);
+  const StoreSnapshot now = snapshot_of(*store_);
   ASSERT_EQ(now.rules.size(), 2u);
   EXPECT_EQ(now.rules[0].rule, sample_content().rules[0]);
   EXPECT_EQ(now.rules[1].rule, sample_content().rules[1]);
@@ -59,7 +59,7 @@ TEST_P(ContentStoreContract, ReplacedContentTakesNewNumbers) {
 
 TEST_P(ContentStoreContract, ContentIsReplacedWhollyOrNotAtAll) {
   store_->replace_content(sample_content());
-  const StoreSnapshot before = holdings(*store_);
+  const StoreSnapshot before = snapshot_of(*store_);
   StoreContent twice = sample_content();
   twice.rules.push_back(twice.rules.front());
   EXPECT_EQ(refusal_kind([&] { store_->replace_content(twice); }), StoreErrorKind::duplicate_name);
@@ -70,7 +70,7 @@ TEST_P(ContentStoreContract, ContentIsReplacedWhollyOrNotAtAll) {
   nameless.settings.push_back({});
   EXPECT_EQ(refusal_kind([&] { store_->replace_content(nameless); }), StoreErrorKind::invalid_value);
   EXPECT_EQ(refusal_kind([&] { store_->replace_settings(nameless.settings); }), StoreErrorKind::invalid_value);
-  EXPECT_EQ(holdings(*store_), before);
+  EXPECT_EQ(snapshot_of(*store_), before);
 }
 
 TEST_P(ContentStoreContract, EachChangeIsToldOnceAndARefusalNever) {

@@ -32,8 +32,8 @@ TEST(FailingRuleStore, ExactlyTheNthCallFailsAndChangesNothing) {
     FailingRuleStore store(inner, failing, StoreErrorKind::full);
     EXPECT_EQ(refusal_kind([&] { use_every_call(store); }), StoreErrorKind::full) << failing;
     EXPECT_EQ(store.calls(), failing);
-    const StoreSnapshot before = holdings(*inner);
-    EXPECT_EQ(holdings(store), before);
+    const StoreSnapshot before = snapshot_of(*inner);
+    EXPECT_EQ(snapshot_of(store), before);
   }
   FailingRuleStore unharmed(std::make_shared<MemoryRuleStore>(), 16);
   EXPECT_EQ(refusal_kind([&] { use_every_call(unharmed); }), std::nullopt);

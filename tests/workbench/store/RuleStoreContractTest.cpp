@@ -9,7 +9,7 @@ class RuleStoreContract : public StoreContract {};
 
 INSTANTIATE_TEST_SUITE_P(Stores, RuleStoreContract, every_store(), store_name);
 
-TEST_P(RuleStoreContract, NewStoreIsEmpty) { EXPECT_EQ(holdings(*store_), StoreSnapshot()); }
+TEST_P(RuleStoreContract, NewStoreIsEmpty) { EXPECT_EQ(snapshot_of(*store_), StoreSnapshot()); }
 
 TEST_P(RuleStoreContract, AddedRuleComesBackWithItsNumber) {
   const StoredRule added = store_->add_rule(sample_rule(L"gold"));
@@ -85,14 +85,14 @@ TEST_P(RuleStoreContract, DeletedRuleIsGoneAndItsNumberStaysUnused) {
 TEST_P(RuleStoreContract, DuplicateNameIsRefusedAndNamesItself) {
   store_->add_rule(sample_rule(L"gold"));
   const StoredRule silver = store_->add_rule(sample_rule(L"silver"));
-  const StoreSnapshot before = holdings(*store_);
+  const StoreSnapshot before = snapshot_of(*store_);
   const auto added = refusal([&] { store_->add_rule(sample_rule(L"gold")); });
   const auto updated = refusal([&] { store_->update_rule(silver.number, sample_rule(L"gold")); });
   ASSERT_TRUE(added && updated);
   EXPECT_EQ(added->kind(), StoreErrorKind::duplicate_name);
   EXPECT_EQ(updated->kind(), StoreErrorKind::duplicate_name);
   EXPECT_EQ(added->subject(), L"gold");
-  EXPECT_EQ(holdings(*store_), before);
+  EXPECT_EQ(snapshot_of(*store_), before);
 }
 
 TEST_P(RuleStoreContract, NamesTravelUnchangedAndAreToldApartByTheirCodeUnits) {
@@ -112,7 +112,7 @@ TEST_P(RuleStoreContract, EveryNumberKeepsToItsRange) {
       rule.*column.value = value;
       EXPECT_EQ(store_->update_rule(kept.number, rule).rule.*column.value, value) << column.name;
     }
-    const StoreSnapshot before = holdings(*store_);
+    const StoreSnapshot before = snapshot_of(*store_);
     for (const long value : {column.least - 1, column.greatest + 1, LONG_MIN, LONG_MAX}) {
       Rule rule = sample_rule(L"refused");
       rule.*column.value = value;
@@ -123,7 +123,7 @@ TEST_P(RuleStoreContract, EveryNumberKeepsToItsRange) {
       EXPECT_EQ(updated->kind(), StoreErrorKind::invalid_value);
       EXPECT_EQ(added->subject(), std::wstring(column.name, column.name + strlen(column.name)));
     }
-    EXPECT_EQ(holdings(*store_), before);
+    EXPECT_EQ(snapshot_of(*store_), before);
   }
 }
 
@@ -134,7 +134,7 @@ TEST_P(RuleStoreContract, EmptyAndOverlongNamesAreRefused) {
   EXPECT_EQ(refusal_kind([&] { store_->replace_settings({{L"", L"rule"}}); }), StoreErrorKind::invalid_value);
   EXPECT_EQ(refusal_kind([&] { store_->replace_settings({{overlong, L""}}); }), StoreErrorKind::invalid_value);
   EXPECT_EQ(refusal_kind([&] { store_->replace_settings({{L"setting", overlong}}); }), StoreErrorKind::invalid_value);
-  EXPECT_EQ(holdings(*store_), StoreSnapshot());
+  EXPECT_EQ(snapshot_of(*store_), StoreSnapshot());
 }
 
 TEST_P(RuleStoreContract, SettingsFollowTheNewNameOfTheirRule) {
@@ -152,12 +152,12 @@ TEST_P(RuleStoreContract, SettingsFollowTheNewNameOfTheirRule) {
 
 TEST_P(RuleStoreContract, RuleInUseIsNotDeleted) {
   store_->replace_content(sample_content());
-  const StoreSnapshot before = holdings(*store_);
+  const StoreSnapshot before = snapshot_of(*store_);
   const auto refused = refusal([&] { store_->delete_rule(before.rules.front().number); });
   ASSERT_TRUE(refused);
   EXPECT_EQ(refused->kind(), StoreErrorKind::in_use);
   EXPECT_EQ(refused->subject(), L"first");
-  EXPECT_EQ(holdings(*store_), before);
+  EXPECT_EQ(snapshot_of(*store_), before);
   store_->replace_settings({});
   store_->delete_rule(before.rules.front().number);
   EXPECT_EQ(store_->load_rules().size(), 1u);

@@ -3,7 +3,9 @@
 #include <set>
 #include <thread>
 
+#include "Depth.h"
 #include "FirstContent.h"
+#include "Owned.h"
 #include "SqliteRuleStore.h"
 #include "StoreSamples.h"
 #include "StoreWriter.h"
@@ -40,15 +42,15 @@ TEST_F(SeveralHosts, ChangesOfTwoHostsAtOnceAreAllKept) {
 }
 
 TEST_F(SeveralHosts, NoAcknowledgedChangeOfOneRuleIsLost) {
-  constexpr unsigned each = 150;
+  const auto each = static_cast<unsigned>(test_support::repetitions(150, 60));
   open()->update_rule(1, {.name = L"0"});
-  const HANDLE start = CreateEventW(nullptr, TRUE, FALSE, L"zdExpirationRules.counting");
+  base::KernelHandle start(CreateEventW(nullptr, TRUE, FALSE, L"zdExpirationRules.counting"));
   StoreWriter left(arguments(L"count 1 " + std::to_wstring(each)));
   StoreWriter right(arguments(L"count 1 " + std::to_wstring(each)));
   for (StoreWriter* host : {&left, &right}) EXPECT_EQ(host->next_acknowledged(), 0u) << "it is not ready";
   std::set<unsigned> numbers;
-  EXPECT_TRUE(SetEvent(start));
-  CloseHandle(start);
+  EXPECT_TRUE(SetEvent(start.get()));
+  start.reset();
   unsigned met = 0;
   for (StoreWriter* host : {&left, &right}) {
     for (unsigned i = 0; i < each; ++i) numbers.insert(host->next_acknowledged().value_or(0));
@@ -60,7 +62,7 @@ TEST_F(SeveralHosts, NoAcknowledgedChangeOfOneRuleIsLost) {
 }
 
 TEST_F(SeveralHosts, ChangeWaitsForTheOneUnderWay) {
-  EXPECT_EQ(std::chrono::seconds(3), SqliteStoreOptions().patience);
+  EXPECT_EQ(std::chrono::seconds(3), SqliteStoreOptions().busy_timeout);
   const auto store = open_sqlite_store(path_);
   StoreWriter other(arguments(L"hold 0"));
   ASSERT_TRUE(other.next_acknowledged());

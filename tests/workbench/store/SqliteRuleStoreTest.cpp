@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "Depth.h"
 #include "RawDatabase.h"
 #include "SqliteRuleStore.h"
 #include "StoreSamples.h"
@@ -22,7 +23,7 @@ class SqliteRuleStore : public testing::Test {
 };
 
 TEST_F(SqliteRuleStore, NewFileHoldsTheFirstContent) {
-  const StoreSnapshot now = holdings(*open());
+  const StoreSnapshot now = snapshot_of(*open());
   ASSERT_EQ(now.rules.size(), 2u);
   EXPECT_EQ(now.rules[0], (StoredRule{1, 1, sample_content().rules[0]}));
   EXPECT_EQ(now.rules[1], (StoredRule{2, 1, sample_content().rules[1]}));
@@ -43,7 +44,7 @@ TEST_F(SqliteRuleStore, FirstContentComesOnlyOnce) {
     store->delete_rule(1);
     store->delete_rule(2);
   }
-  EXPECT_EQ(holdings(*open()), (StoreSnapshot{{}, {}, sample_content().calendars}));
+  EXPECT_EQ(snapshot_of(*open()), (StoreSnapshot{{}, {}, sample_content().calendars}));
 }
 
 TEST_F(SqliteRuleStore, MissingFileIsRefusedByACallerThatMayNotCreateIt) {
@@ -77,9 +78,9 @@ TEST_F(SqliteRuleStore, ContentSurvivesReopening) {
     for (const std::wstring& name : awkward_names()) store->add_setting(sample_setting(name, name));
     store->delete_setting(2);
     store->replace_calendars({sample_calendar("交易所")});
-    before = holdings(*store);
+    before = snapshot_of(*store);
   }
-  EXPECT_EQ(holdings(*open()), before);
+  EXPECT_EQ(snapshot_of(*open()), before);
 }
 
 TEST_F(SqliteRuleStore, NumbersAreNotReusedAfterReopening) {
@@ -107,7 +108,7 @@ TEST_F(SqliteRuleStore, OneFileIsAllThatIsLeft) {
 TEST_F(SqliteRuleStore, OtherToolsReadTheNames) {
   open()->add_rule(sample_rule(L"沪深300 \U0001F4C8"));
   RawDatabase raw(path_);
-  EXPECT_EQ(raw.text("SELECT RuleName FROM rules WHERE RuleID = 3"), to_stored_text(L"沪深300 \U0001F4C8"));
+  EXPECT_EQ(raw.text("SELECT RuleName FROM rules WHERE RuleID = 3"), to_wtf8(L"沪深300 \U0001F4C8"));
   EXPECT_EQ(raw.text("SELECT typeof(RuleName) FROM rules WHERE RuleID = 3"), "text");
 }
 
@@ -164,12 +165,13 @@ TEST_F(SqliteRuleStore, ChangeByAnotherProgramIsToldOnce) {
 
 TEST_F(SqliteRuleStore, ContentOfManyRulesAndSettingsComesBackWhole) {
   StoreContent many;
-  for (int i = 0; i < 2000; ++i) many.rules.push_back({.name = L"rule " + std::to_wstring(i), .roll_offset = i % 100});
-  for (int i = 0; i < 10000; ++i)
-    many.settings.push_back({L"setting " + std::to_wstring(i), L"rule " + std::to_wstring(i % 2000)});
+  const int count = test_support::repetitions(2000, 200);
+  for (int i = 0; i < count; ++i) many.rules.push_back({.name = L"rule " + std::to_wstring(i), .roll_offset = i % 100});
+  for (int i = 0; i < 5 * count; ++i)
+    many.settings.push_back({L"setting " + std::to_wstring(i), L"rule " + std::to_wstring(i % count)});
   const auto store = open();
   store->replace_content(many);
-  const StoreSnapshot now = holdings(*store);
+  const StoreSnapshot now = snapshot_of(*store);
   ASSERT_EQ(now.rules.size(), many.rules.size());
   EXPECT_TRUE(std::ranges::equal(now.rules, many.rules, {}, &StoredRule::rule));
   EXPECT_TRUE(settings_of(*store) == many.settings);

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "OldStoreFiles.h"
+#include "Owned.h"
 #include "RawDatabase.h"
 #include "SqliteRuleStore.h"
 #include "StoreSamples.h"
@@ -42,7 +43,7 @@ TEST_F(StoreFile, VersionOneIsBroughtToThePresent) {
   make_by_hand(version_1);
   {
     const auto store = open();
-    EXPECT_EQ(holdings(*store), (StoreSnapshot{{{4, 1, sample_rule(L"first")}}, {}, sample_content().calendars}));
+    EXPECT_EQ(snapshot_of(*store), (StoreSnapshot{{{4, 1, sample_rule(L"first")}}, {}, sample_content().calendars}));
     EXPECT_EQ(store->add_rule(sample_rule(L"next")).number, 10);
     store->replace_settings({{L"copper", L"first"}});
   }
@@ -53,7 +54,7 @@ TEST_F(StoreFile, VersionOneIsBroughtToThePresent) {
 TEST_F(StoreFile, VersionTwoIsBroughtToThePresent) {
   make_by_hand(std::string(version_1) + version_2);
   const auto store = open();
-  EXPECT_EQ(holdings(*store), old_content_brought_along());
+  EXPECT_EQ(snapshot_of(*store), old_content_brought_along());
   EXPECT_EQ(store->update_rule(4, sample_rule(L"first"), 1).revision, 2);
 }
 
@@ -62,7 +63,7 @@ TEST_F(StoreFile, VersionThreeGetsCalendarsAndNumbersAndWhatShipsForShippedSetti
   {
     const auto store = open();
     EXPECT_EQ(
-        holdings(*store),
+        snapshot_of(*store),
         (StoreSnapshot{
             {{4, 5, sample_rule(L"first")}},
             {{1, 1, {L"copper", L"first"}}, {2, 1, {L"mine", L"first"}}, {3, 1, sample_setting(L"zinc", L"renamed")}},
@@ -175,7 +176,7 @@ TEST_F(StoreFile, MissingTableIsRefusedWhenItIsUsed) {
 
 TEST_F(StoreFile, FileHeldByAnotherProgramIsReportedAfterTheWait) {
   const auto store = open();
-  const StoreSnapshot before = holdings(*store);
+  const StoreSnapshot before = snapshot_of(*store);
   RawDatabase other(path_);
   ASSERT_EQ(other.run("BEGIN EXCLUSIVE"), SQLITE_OK);
   EXPECT_EQ(refusal_kind([&] { open(); }), StoreErrorKind::locked);
@@ -183,58 +184,50 @@ TEST_F(StoreFile, FileHeldByAnotherProgramIsReportedAfterTheWait) {
   EXPECT_EQ(refusal_kind([&] { store->load_rules(); }), StoreErrorKind::locked);
   EXPECT_FALSE(store->poll_for_changes());
   ASSERT_EQ(other.run("ROLLBACK"), SQLITE_OK);
-  EXPECT_EQ(holdings(*store), before);
+  EXPECT_EQ(snapshot_of(*store), before);
   EXPECT_EQ(store->add_rule(sample_rule(L"third")).number, 3);
 }
 
 TEST_F(StoreFile, ReaderInAnotherProgramHoldsTheSaveBackWhole) {
   const auto store = open();
-  const StoreSnapshot before = holdings(*store);
+  const StoreSnapshot before = snapshot_of(*store);
   RawDatabase other(path_);
   ASSERT_EQ(other.run("BEGIN; SELECT * FROM rules"), SQLITE_OK);
   EXPECT_EQ(refusal_kind([&] { store->delete_rule(2); }), StoreErrorKind::locked);
-  EXPECT_EQ(holdings(*store), before);
+  EXPECT_EQ(snapshot_of(*store), before);
   ASSERT_EQ(other.run("COMMIT"), SQLITE_OK);
   store->delete_rule(2);
   EXPECT_EQ(store->load_rules().size(), 1u);
 }
 
-/// Another program's handle on a file, which keeps others from opening it for what is not in `share`.
-class HeldFile {
- public:
-  HeldFile(const std::filesystem::path& path, DWORD share)
-      : handle_(CreateFileW(path.c_str(), GENERIC_READ, share, nullptr, OPEN_EXISTING, 0, nullptr)) {}
-  HeldFile(const HeldFile&) = delete;
-  HeldFile& operator=(const HeldFile&) = delete;
-  ~HeldFile() { CloseHandle(handle_); }
-
- private:
-  HANDLE handle_;
-};
+/// Opens a file as another program does that keeps others from opening it for what is not in `share`.
+base::FileHandle open_exclusively(const std::filesystem::path& path, DWORD share) {
+  return base::FileHandle(CreateFileW(path.c_str(), GENERIC_READ, share, nullptr, OPEN_EXISTING, 0, nullptr));
+}
 
 TEST_F(StoreFile, FileThatCannotBeWrittenServesReadersOnly) {
-  const StoreSnapshot before = holdings(*open());
-  const HeldFile held(path_, FILE_SHARE_READ);
+  const StoreSnapshot before = snapshot_of(*open());
+  const base::FileHandle held = open_exclusively(path_, FILE_SHARE_READ);
   const auto store = open();
-  EXPECT_EQ(holdings(*store), before);
+  EXPECT_EQ(snapshot_of(*store), before);
   EXPECT_EQ(refusal_kind([&] { store->add_rule(sample_rule(L"third")); }), StoreErrorKind::read_only);
   EXPECT_EQ(refusal_kind([&] { store->update_rule(1, sample_rule(L"x")); }), StoreErrorKind::read_only);
   EXPECT_EQ(refusal_kind([&] { store->delete_rule(2); }), StoreErrorKind::read_only);
   EXPECT_EQ(refusal_kind([&] { store->replace_settings({}); }), StoreErrorKind::read_only);
   EXPECT_EQ(refusal_kind([&] { store->replace_content({}); }), StoreErrorKind::read_only);
   EXPECT_EQ(refusal([&] { store->delete_rule(2); })->subject(), path_.native());
-  EXPECT_EQ(holdings(*store), before);
+  EXPECT_EQ(snapshot_of(*store), before);
 }
 
 TEST_F(StoreFile, OldVersionThatCannotBeWrittenIsRefused) {
   make_by_hand(version_1);
-  const HeldFile held(path_, FILE_SHARE_READ);
+  const base::FileHandle held = open_exclusively(path_, FILE_SHARE_READ);
   EXPECT_EQ(refusal_kind([&] { open(); }), StoreErrorKind::read_only);
 }
 
 TEST_F(StoreFile, FileThatNobodyElseMayOpenIsReportedAsHeld) {
   open();
-  const HeldFile held(path_, 0);
+  const base::FileHandle held = open_exclusively(path_, 0);
   EXPECT_EQ(refusal_kind([&] { open(); }), StoreErrorKind::locked);
 }
 

@@ -54,7 +54,7 @@ std::vector<std::wstring> awkward_names() {
   };
 }
 
-StoreSnapshot holdings(workbench::RuleStore& store) {
+StoreSnapshot snapshot_of(workbench::RuleStore& store) {
   return {store.load_rules(), store.load_settings(), store.load_calendars()};
 }
 

@@ -31,7 +31,7 @@ struct StoreSnapshot {
   bool operator==(const StoreSnapshot&) const = default;
 };
 
-StoreSnapshot holdings(workbench::RuleStore& store);
+StoreSnapshot snapshot_of(workbench::RuleStore& store);
 
 /// The settings of a store without their numbers and revisions.
 std::vector<workbench::SymbolSourceSetting> settings_of(workbench::RuleStore& store);

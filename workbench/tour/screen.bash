@@ -1,7 +1,7 @@
 # Sourced by the tour: real keyboard and mouse, what the screen shows, pictures, and expectations that fail loudly.
 # Everything here works on any window; TITLE is a window's title and ID a control's identifier.
 
-readonly patience_s=60
+readonly timeout_s=60
 
 say() { echo "== $*"; }
 
@@ -37,17 +37,17 @@ read_screen() { run_program screen-reader.exe "$@"; }
 
 # await WHAT COMMAND...: waits until the command succeeds.
 await() {
-  local what=$1 deadline=$((SECONDS + patience_s))
+  local what=$1 deadline=$((SECONDS + timeout_s))
   shift
   until "$@"; do
-    ((SECONDS < deadline)) || fail "waited $patience_s s in vain for $what"
+    ((SECONDS < deadline)) || fail "waited $timeout_s s in vain for $what"
     sleep 0.1
   done
 }
 
 # expect WHAT COMMAND... = TEXT: waits until the command prints the text.
 expect() {
-  local what=$1 wanted=${*: -1} seen deadline=$((SECONDS + patience_s))
+  local what=$1 wanted=${*: -1} seen deadline=$((SECONDS + timeout_s))
   local command=("${@:2:$#-3}")
   until seen=$("${command[@]}") && [ "$seen" = "$wanted" ]; do
     ((SECONDS < deadline)) || fail "$what is \"$seen\" and should be \"$wanted\""
@@ -124,7 +124,7 @@ click_row() {
 # open_row TITLE ID TEXT WINDOW: double-clicks the row until the window opens: clicks that a busy machine hands on one by
 # one make no double click. A window that is disabled has taken them and is about to open the other.
 open_row() {
-  local deadline=$((SECONDS + patience_s)) moment
+  local deadline=$((SECONDS + timeout_s)) moment
   while ((SECONDS < deadline)); do
     [ "$(window_state "$1")" = disabled ] || click_row "$1" "$2" "$3" 2
     for moment in {1..30}; do

@@ -1,4 +1,4 @@
-#include "MovedGround.h"
+#include "MovedControls.h"
 
 #include <algorithm>
 
@@ -14,15 +14,15 @@ using base::Region;
 
 Region rect_region(const RECT& rect) noexcept { return Region(CreateRectRgnIndirect(&rect)); }
 
-void combine(const Region& ground, const Region& with, int mode) noexcept {
-  CombineRgn(ground.get(), ground.get(), with.get(), mode);
+void combine(const Region& region, const Region& with, int mode) noexcept {
+  CombineRgn(region.get(), region.get(), with.get(), mode);
 }
 
 /// The height of the text in a group box's upper line.
 LONG text_height(HWND group_box) noexcept {
   const platform::ClientDc dc(group_box);
   const auto font = reinterpret_cast<HFONT>(SendMessageW(group_box, WM_GETFONT, 0, 0));
-  const platform::SelectedObject selected(dc.get(), font);
+  const platform::ScopedSelectObject selected(dc.get(), font);
   TEXTMETRICW metrics = {};
   return GetTextMetricsW(dc.get(), &metrics) ? metrics.tmHeight : 0;
 }
@@ -39,7 +39,7 @@ Region group_box_lines(const RECT& rect, LONG height) noexcept {
 
 }  // namespace
 
-void CMovedGround::measure(HWND dialog) {
+void CMovedControls::measure(HWND dialog) {
   controls_.clear();
   for (HWND window : resizable::children_of(dialog)) {
     wchar_t class_name[16] = {};
@@ -52,8 +52,8 @@ void CMovedGround::measure(HWND dialog) {
   }
 }
 
-void CMovedGround::repaint(HWND dialog) noexcept {
-  const Region ground(CreateRectRgn(0, 0, 0, 0));
+void CMovedControls::repaint(HWND dialog) noexcept {
+  const Region outdated(CreateRectRgn(0, 0, 0, 0));
   bool moved = false;
   for (Control& control : controls_) {
     const RECT old_rect = control.rect;
@@ -62,21 +62,22 @@ void CMovedGround::repaint(HWND dialog) noexcept {
     moved = true;
     if (control.is_group_box) {
       const LONG height = text_height(control.window);
-      combine(ground, group_box_lines(old_rect, height), RGN_OR);
-      combine(ground, group_box_lines(control.rect, height), RGN_OR);
+      combine(outdated, group_box_lines(old_rect, height), RGN_OR);
+      combine(outdated, group_box_lines(control.rect, height), RGN_OR);
     } else {
       const Region left_or_entered = rect_region(old_rect);
       combine(left_or_entered, rect_region(control.rect), RGN_XOR);
-      combine(ground, left_or_entered, RGN_OR);
+      combine(outdated, left_or_entered, RGN_OR);
     }
   }
   if (!moved) return;
   for (HWND window = GetWindow(dialog, GW_CHILD); window; window = GetWindow(window, GW_HWNDNEXT)) {
     const bool is_own = std::any_of(controls_.begin(), controls_.end(),
                                     [window](const Control& control) { return control.window == window; });
-    if (!is_own && IsWindowVisible(window)) combine(ground, rect_region(resizable::rect_in(dialog, window)), RGN_DIFF);
+    if (!is_own && IsWindowVisible(window))
+      combine(outdated, rect_region(resizable::rect_in(dialog, window)), RGN_DIFF);
   }
-  InvalidateRgn(dialog, ground.get(), TRUE);
+  InvalidateRgn(dialog, outdated.get(), TRUE);
 }
 
 }  // namespace zd_expiration_rule_plugin::ui_helper
