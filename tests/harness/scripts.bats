@@ -213,6 +213,29 @@ stubs() {
   [ -e "$BATS_TEST_TMPDIR/out of tree/wine/.ready" ]
 }
 
+@test "test builds and runs only what the name needs" {
+  stubs 0
+  program "$tree/tools/summarise-tests" ''
+  mkdir -p "$tree/build/release"
+  printf '%s\n' 'list list list_tests' 'list_scale list list_scale_tests' 'editor src editor_tests' \
+    'gates gates zdExpirationRules generated' >"$tree/build/release/test-names"
+  run -0 ./test list
+  expect '^prepare <quick>$'
+  expect '^cmake <--build> <[^ ]*> <--target> <list_tests> <list_scale_tests>$'
+  expect '^session .*<--tests-regex> <\^\(list\|list_scale\)\(\\\.\|\$\)> <--verbose> <--label-exclude> <\^deep\$>$'
+  run -0 ./test --deep editor
+  expect '^prepare <deep>$'
+  expect '^cmake <--build> <[^ ]*> <--target> <editor_tests>$'
+  [[ $output != *label-exclude* ]]
+  run -0 ./test gates
+  expect '^cmake <--build> <[^ ]*> <--target> <zdExpirationRules> <generated>$'
+  run -0 ./test
+  expect '^cmake <--build> <[^ ]*> <--target> <all>$'
+  run -2 ./test nothing
+  expect '^test: there is no nothing; there are:$'
+  [[ $output != *cmake* ]]
+}
+
 # --- the end of a test run ---
 
 # summarise LINES: the summary of a log with these lines.
