@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <functional>
 
+#include "Depth.h"
 #include "DialogDriver.h"
 #include "FailingNew.h"
 #include "FaultLoop.h"
@@ -113,8 +114,10 @@ TEST_P(ListMemory, ThatFailsAtAnyAllocationOfADeleteLeavesTheDialogUsable) {
   host.settings() = settings;
   open([&](RuleList& list) {
     test_support::fail_each_allocation([&](std::size_t number) {
-      host.rules() = rules;
-      list.dialog().update_expiration_rule_list();
+      if (host.rules() != rules) {
+        host.rules() = rules;
+        list.dialog().update_expiration_rule_list();
+      }
       recorder.reset();
       const Agreement user;
       bool failed = false;
@@ -138,7 +141,10 @@ TEST_P(ListMemory, ThatFailsAtAnyAllocationOfADeleteLeavesTheDialogUsable) {
               testing::Contains(testing::StartsWith("TRACE std::exception - std::bad_alloc; FILE - Dialog.h")));
 }
 
-INSTANTIATE_TEST_SUITE_P(Each, ListMemory, testing::Values(used_id, unused_id),
+/// A quick run leaves the refused delete to the sweeps through the lookup of a rule's users.
+INSTANTIATE_TEST_SUITE_P(Each, ListMemory,
+                         testing::ValuesIn(test_support::deep() ? std::vector{unused_id, used_id}
+                                                                : std::vector{unused_id}),
                          [](const auto& test) { return test.param == used_id ? "Refused" : "Confirmed"; });
 
 }  // namespace
