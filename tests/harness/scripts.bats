@@ -130,7 +130,7 @@ needed_programs=(x86_64-w64-mingw32-windres x86_64-w64-mingw32-widl cmake ninja 
 
 # --- run, on a machine where everything is prepared ---
 
-# stubs STATUS: a copy of the scripts among tools that write what they are called with; only the display :there exists,
+# stubs STATUS: a copy of the scripts among tools that write what they are called with, each at once; only the display :there exists,
 # and a session ends with the status.
 stubs() {
   tree=$BATS_TEST_TMPDIR/tree
@@ -140,7 +140,7 @@ stubs() {
   unset ZD_BUILD
   # shellcheck disable=SC2016 # expanded by the programs
   {
-    local say='printf "%s" "$(basename "$0")"; printf " <%s>" "$@"; echo'
+    local say='printf -v line " <%s>" "$@"; echo "$(basename "$0")$line"'
     program "$tree/tools/prepare" "$say"
     program "$tree/tools/session" "$say; exit $1"
     program "$tree/programs/cmake" "$say"
@@ -227,6 +227,9 @@ stubs() {
   expect '^cmake <--build> <[^ ]*> <--target> <zdExpirationRules> <generated>$'
   run -0 ./test
   expect '^cmake <--build> <[^ ]*> <--target> <all>$'
+  program "$tree/programs/cmake" 'exit 1'
+  run -1 ./test list
+  expect '^test: the build failed$'
   run -2 ./test nothing
   expect '^test: there is no nothing; there are:$'
   [[ $output != *cmake* ]]
