@@ -21,12 +21,12 @@ using ReportLines = std::vector<std::string>;
 /// What a host may answer when it is asked for a field.
 struct FieldKind {
   enum class Kind {
-    wrong_type,  ///< a text where a number belongs, and the reverse
-    nothing,     ///< a value that was never set
-    mute,        ///< an object that knows none of its methods
-    aloof,       ///< an object that answers to no interface when it is asked
-    null,        ///< success and no object
-    missing,     ///< the answer for a field that the table lacks
+    wrong_type,    ///< a text where a number belongs, and the reverse
+    nothing,       ///< a value that was never set
+    mute,          ///< an object that knows none of its methods
+    unresponsive,  ///< an object that has no interface when it is asked
+    null,          ///< success and no object
+    missing,       ///< the answer for a field that the table lacks
   };
   const char* name;
   Kind kind;
@@ -34,8 +34,9 @@ struct FieldKind {
 
 using Kind = FieldKind::Kind;
 
-const FieldKind kinds[] = {{"WrongType", Kind::wrong_type}, {"Nothing", Kind::nothing}, {"Mute", Kind::mute},
-                           {"Aloof", Kind::aloof},          {"Null", Kind::null},       {"Missing", Kind::missing}};
+const FieldKind kinds[] = {
+    {"WrongType", Kind::wrong_type},      {"Nothing", Kind::nothing}, {"Mute", Kind::mute},
+    {"Unresponsive", Kind::unresponsive}, {"Null", Kind::null},       {"Missing", Kind::missing}};
 
 bool is_text(tagKVFIELDID id) { return id == KVFIELD_RULE_NAME || id == KVFIELD_SETTING_NAME; }
 
@@ -56,9 +57,9 @@ class FieldKinds : public HostileDialogs {
 
   Kind kind() const { return kind_; }
   /// Whether the field can be read all the same.
-  bool is_sound() const { return kind() == Kind::aloof; }
+  bool is_sound() const { return kind() == Kind::unresponsive; }
 
-  /// From now on the host answers so when it is asked for this field.
+  /// From now on the host returns this when it is asked for this field.
   void make_odd(tagKVFIELDID id) {
     switch (kind()) {
       case Kind::wrong_type:
@@ -72,7 +73,7 @@ class FieldKinds : public HostileDialogs {
           host.calls().fail_all(call_of(call, id), {E_NOTIMPL});
         }
         break;
-      case Kind::aloof:
+      case Kind::unresponsive:
         host.record_queries(true);
         host.calls().fail_all("kvField::QueryInterface", {E_NOINTERFACE, Fault::Out::null});
         break;
@@ -107,7 +108,7 @@ class FieldKinds : public HostileDialogs {
       case Kind::missing:
         return {report("field != 0", 21, 37), report("00000001", 22, 38)};
       case Kind::nothing:
-      case Kind::aloof:
+      case Kind::unresponsive:
         break;
     }
     return {};
@@ -130,7 +131,7 @@ class FieldKinds : public HostileDialogs {
   const HostRule rule = {5, L"IF", 3, 1, 1, 15, 2, 4, 5, 2, 1};
 
  private:
-  Kind kind_ = Kind::aloof;
+  Kind kind_ = Kind::unresponsive;
 };
 
 /// The rule as the module reads it when the host is odd about this field.

@@ -11,7 +11,7 @@ using test_support::Bytes;
 constexpr std::size_t record_size = sizeof(WINDOWPLACEMENT);
 constexpr std::size_t show_position = 8;
 
-/// Records of a placement as somebody else may have left them, applied to a window.
+/// Records of a placement as another program may have left them, applied to a window.
 class HostilePlacement : public PlacementTest {
  protected:
   /// A record of a window that is shown so.
