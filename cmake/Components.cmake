@@ -1,6 +1,9 @@
 # A component is one folder, nearly always with one target. It sees the headers of the components that it links and of no others: each
 # offers only its own folder, so an include that points the wrong way does not compile.
 
+# No path of the machine reaches what is built, wherever the sources and the build lie.
+set(ZD_FILE_PREFIX_MAPS -ffile-prefix-map=${PROJECT_SOURCE_DIR}=. -ffile-prefix-map=${PROJECT_BINARY_DIR}=./build)
+
 add_library(zd_build_rules INTERFACE)
 target_compile_features(zd_build_rules INTERFACE cxx_std_20)
 target_compile_definitions(zd_build_rules INTERFACE UNICODE _UNICODE STRICT NOMINMAX WIN32_LEAN_AND_MEAN
@@ -18,7 +21,7 @@ target_compile_options(
             -Werror
             -ffunction-sections
             -fdata-sections
-            -ffile-prefix-map=${PROJECT_SOURCE_DIR}=.
+            ${ZD_FILE_PREFIX_MAPS}
             # Lets a compiler cache see which precompiled header a source uses.
             -fpch-preprocess)
 include(CompilerCache)
