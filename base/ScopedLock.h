@@ -18,6 +18,7 @@ class ScopedLock {
 };
 
 using ScopedCriticalSection = ScopedLock<CRITICAL_SECTION, &EnterCriticalSection, &LeaveCriticalSection>;
+using ScopedSharedLock = ScopedLock<SRWLOCK, &AcquireSRWLockShared, &ReleaseSRWLockShared>;
 using ScopedExclusiveLock = ScopedLock<SRWLOCK, &AcquireSRWLockExclusive, &ReleaseSRWLockExclusive>;
 
 }  // namespace base

@@ -33,7 +33,14 @@ class CSubclassedWindow : public CWindow {
 
  private:
   static LRESULT CALLBACK WindowProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
+  static CSubclassedWindow* BoundTo(HWND window) noexcept;
+  void Bind(HWND window) noexcept;
+  HWND Unbind() noexcept;
   LRESULT Handle(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
+
+  static CSubclassedWindow* first_bound_;
+  CSubclassedWindow* next_bound_ = nullptr;
+  WNDPROC original_ = nullptr;
 };
 
 }  // namespace platform

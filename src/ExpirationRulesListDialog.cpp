@@ -188,8 +188,6 @@ void CExpirationRulesListDialog::show_rows(RuleRows& rows, unsigned refill) {
   rows.for_each([&](const wchar_t* name, long rule_id) {
     if (refill == refills_) list_.InsertItem(name, rule_id);
   });
-  // None of the new items is selected.
-  update_buttons();
 }
 
 void CExpirationRulesListDialog::update_buttons() {
@@ -211,7 +209,12 @@ void CExpirationRulesListDialog::edit_rule_at(int index) {
 }
 
 void CExpirationRulesListDialog::select_rule(long rule_id) {
-  if (rule_id == 0 || !is_open()) return;
+  if (!is_open()) return;
+  if (rule_id == 0) {
+    // No selection follows the refill, which would set the buttons.
+    update_buttons();
+    return;
+  }
   const int index = list_.FindItemData(rule_id);
   scroll_item_into_view(index);
   list_.SelectItem(index);

@@ -7,10 +7,11 @@ namespace {
 /// The area that a child covers, in client coordinates of its dialog.
 base::Region child_region(HWND dialog, HWND child) noexcept {
   const RECT rect = rect_in(dialog, child);
-  base::Region region(CreateRectRgn(0, 0, 0, 0));
+  base::Region region(CreateRectRgnIndirect(&rect));
   const int kind = GetWindowRgn(child, region.get());
   const bool has_region = kind == SIMPLEREGION || kind == COMPLEXREGION;
-  if (!has_region || OffsetRgn(region.get(), rect.left, rect.top) == ERROR) region.reset(CreateRectRgnIndirect(&rect));
+  if (has_region && OffsetRgn(region.get(), rect.left, rect.top) != ERROR) return region;
+  SetRectRgn(region.get(), rect.left, rect.top, rect.right, rect.bottom);
   return region;
 }
 

@@ -124,8 +124,10 @@ BOOL restore_placement(HWND dialog, const PlacementKey& place) {
 }
 
 void fit_rect_to_monitor(RECT& rect) noexcept {
-  rect =
-      fitted_rect(rect, work_area(MonitorFromRect(&rect, MONITOR_DEFAULTTONEAREST)), work_area(monitor_under_cursor()));
+  const HMONITOR nearest = MonitorFromRect(&rect, MONITOR_DEFAULTTONEAREST);
+  const HMONITOR under_cursor = monitor_under_cursor();
+  const RECT work = work_area(nearest);
+  rect = fitted_rect(rect, work, under_cursor == nearest ? work : work_area(under_cursor));
 }
 
 }  // namespace resizable

@@ -25,15 +25,6 @@ TEST_F(ListButtons, AddAndCloseStayEnabled) {
   });
 }
 
-TEST_F(ListButtons, AreDisabledByARefillThatSelectsNothing) {
-  store_rules({L"AU", L"IF"});
-  open([](RuleList& list) {
-    list.dialog().update_expiration_rule_list();
-    EXPECT_EQ(-1, list.selected());
-    EXPECT_FALSE(list.can_change());
-  });
-}
-
 TEST_F(ListButtons, StayAsTheyAreWhenARefillFindsNoRules) {
   store_rules({L"AU"});
   open([&](RuleList& list) {
