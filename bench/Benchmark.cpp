@@ -1,10 +1,14 @@
 #include "Benchmark.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace bench {
 
 namespace {
+
+constexpr double widest_interval = 0.04;
+constexpr double normal_95 = 1.96;
 
 double median(std::vector<double> values) {
   const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
@@ -12,32 +16,73 @@ double median(std::vector<double> values) {
   return *middle;
 }
 
-}  // namespace
-
-double Stopwatch::seconds() const noexcept {
-  LARGE_INTEGER frequency;
-  QueryPerformanceFrequency(&frequency);
-  return static_cast<double>(ticks_) / static_cast<double>(frequency.QuadPart);
+/// The median of ratios, with the interval that its order statistics give.
+Ratio ratio_of(const std::vector<double>& subjects, const std::vector<double>& floors) {
+  std::vector<double> ratios(subjects.size());
+  std::transform(subjects.begin(), subjects.end(), floors.begin(), ratios.begin(), std::divides<>());
+  std::sort(ratios.begin(), ratios.end());
+  const auto count = static_cast<double>(ratios.size());
+  const double reach = normal_95 * std::sqrt(count);
+  const auto low = static_cast<std::size_t>(std::max(0.0, std::floor((count - reach) / 2) - 1));
+  const auto high = static_cast<std::size_t>(std::min(count - 1, std::ceil((count + reach) / 2)));
+  return {ratios[ratios.size() / 2], ratios[low], ratios[high]};
 }
 
-Result play(const Benchmark& benchmark, int rounds) {
+}  // namespace
+
+void Stopwatch::start() noexcept {
+  QueryPerformanceCounter(&started_);
+  counts_at_start_ = CallCounter::counts();
+}
+
+void Stopwatch::stop() noexcept {
+  const Counts now = CallCounter::counts();
+  counts_.calls += now.calls - counts_at_start_.calls;
+  counts_.messages += now.messages - counts_at_start_.messages;
+  LARGE_INTEGER stopped;
+  QueryPerformanceCounter(&stopped);
+  ticks_ += stopped.QuadPart - started_.QuadPart;
+}
+
+Reading Stopwatch::reading(int repetitions) const noexcept {
+  LARGE_INTEGER frequency;
+  QueryPerformanceFrequency(&frequency);
+  const double share = 1.0 / repetitions;
+  return {static_cast<double>(ticks_) / static_cast<double>(frequency.QuadPart) * share,
+          static_cast<double>(counts_.calls) * share, static_cast<double>(counts_.messages) * share};
+}
+
+Result play(const Benchmark& benchmark, int most_rounds) {
   const BaselineComparison comparison = benchmark.prepare();
-  comparison.subject();
-  comparison.floor();
-  std::vector<double> subjects;
-  std::vector<double> floors;
-  std::vector<double> ratios;
-  for (int round = 0; round < rounds; ++round) {
-    // Whoever comes second finds warmer caches: they take turns.
-    const bool subject_first = round % 2 == 0;
-    const double first = subject_first ? comparison.subject() : comparison.floor();
-    const double second = subject_first ? comparison.floor() : comparison.subject();
-    subjects.push_back(subject_first ? first : second);
-    floors.push_back(subject_first ? second : first);
-    ratios.push_back(subjects.back() / floors.back());
+  const Measurement* ways[] = {&comparison.subject, &comparison.fair, &comparison.bare};
+  constexpr std::size_t count_of_ways = std::size(ways);
+  for (const Measurement* way : ways) (*way)();
+  std::vector<double> times[count_of_ways];
+  Ratio to_fair = {};
+  int rounds = 0;
+  for (; rounds < most_rounds; ++rounds) {
+    if (rounds >= least_rounds) {
+      to_fair = ratio_of(times[0], times[1]);
+      if (to_fair.high - to_fair.low < widest_interval) break;
+    }
+    // Whoever comes later finds warmer caches: they take turns.
+    for (std::size_t turn = 0; turn < count_of_ways; ++turn) {
+      const std::size_t way = (turn + static_cast<std::size_t>(rounds)) % count_of_ways;
+      times[way].push_back((*ways[way])().seconds);
+    }
   }
-  const auto [smallest, largest] = std::minmax_element(ratios.begin(), ratios.end());
-  return {median(subjects), median(floors), median(ratios), *smallest, *largest};
+  const auto [subject_counts, fair_counts] = count(comparison);
+  return {
+      median(times[0]), median(times[1]), median(times[2]), ratio_of(times[0], times[1]), ratio_of(times[0], times[2]),
+      rounds,           subject_counts,   fair_counts};
+}
+
+std::pair<Reading, Reading> count(const BaselineComparison& comparison) {
+  const CallCounter counter;
+  comparison.subject();
+  comparison.fair();
+  const Reading subject = comparison.subject();
+  return {subject, comparison.fair()};
 }
 
 std::vector<Benchmark>& benchmarks() {

@@ -6,51 +6,76 @@
 #include <string>
 #include <vector>
 
+#include "CallCounter.h"
+
 namespace bench {
 
-/// Counts time while it runs; starts stopped.
+/// What some work took: seconds, and while a `CallCounter` lives, how many calls and messages.
+struct Reading {
+  double seconds = 0;
+  double calls = 0;
+  double messages = 0;
+};
+
+/// Reads time and counts while it runs; starts stopped.
 class Stopwatch {
  public:
-  void start() noexcept { QueryPerformanceCounter(&started_); }
-  void stop() noexcept {
-    LARGE_INTEGER now;
-    QueryPerformanceCounter(&now);
-    ticks_ += now.QuadPart - started_.QuadPart;
-  }
-  double seconds() const noexcept;
+  void start() noexcept;
+  void stop() noexcept;
+  /// The share of one of these repetitions.
+  Reading reading(int repetitions = 1) const noexcept;
 
  private:
   LARGE_INTEGER started_ = {};
   LONGLONG ticks_ = 0;
+  Counts counts_at_start_;
+  Counts counts_;
 };
 
-/// Does one round of work and returns the seconds that count, for one repetition.
-using Measurement = std::function<double()>;
+/// Does one round of work and returns what counts of it, for one repetition.
+using Measurement = std::function<Reading()>;
 
-/// Two ways to the same end: the program's, and the floor, the cheapest that the system allows.
+/// Three ways to the same end. The fair floor does what the program has to do by hand: the same calls of the host, the
+/// same content of the controls, the same grip, and it shows itself at the same time. The bare floor is the least that
+/// gives the same window.
 struct BaselineComparison {
   Measurement subject;
-  Measurement floor;
+  Measurement fair;
+  Measurement bare;
 };
 
 /// One row of the table.
 struct Benchmark {
   std::string name;
-  double goal;                                  ///< how many times the floor the subject may take
+  double fair_goal;                             ///< how many times the fair floor the subject may take
+  double bare_goal;                             ///< how many times the bare floor; 0 for none
+  double call_goal;                             ///< how many times the fair floor's calls it may make
+  double message_goal;                          ///< how many times the fair floor's messages it may send
   std::function<BaselineComparison()> prepare;  ///< called once, before the row's first round
 };
 
-/// What one row has shown: medians over the rounds, in seconds; the ratio is that of subject and floor round by round.
-struct Result {
-  double subject;
-  double floor;
-  double ratio;
-  double smallest_ratio;
-  double largest_ratio;
+/// The ratio of subject and floor, round by round.
+struct Ratio {
+  double median;
+  double low, high;  ///< the 95 % interval of the median
 };
 
-/// Plays the rounds of a row, subject and floor in turn, after one that does not count.
-Result play(const Benchmark& benchmark, int rounds);
+/// What one row has shown: medians over the rounds, and the counts of one further round.
+struct Result {
+  double subject, fair, bare;  ///< in seconds
+  Ratio to_fair, to_bare;
+  int rounds;
+  Reading subject_counts, fair_counts;
+};
+
+/// Plays the rounds of a row, the three in turn, after one that does not count: at least `least_rounds`, and then until
+/// the interval of the ratio to the fair floor is narrower than 0.04, but no more than `most_rounds`.
+Result play(const Benchmark& benchmark, int most_rounds);
+
+/// One round of subject and fair floor with their calls and messages, after one that does not count.
+std::pair<Reading, Reading> count(const BaselineComparison& comparison);
+
+inline constexpr int least_rounds = 25;
 
 /// The rows, in the order in which the linker put them.
 std::vector<Benchmark>& benchmarks();

@@ -27,14 +27,14 @@ DialogOwner::DialogOwner() {
 
 DialogOwner::~DialogOwner() { DestroyWindow(m_hWnd); }
 
-double DialogOwner::time_to_first_paint(const std::function<void()>& open) {
+Reading DialogOwner::time_to_first_paint(const std::function<void()>& open) {
   activate();
   Stopwatch watch;
   running_ = &watch;
   watch.start();
   open();
   if (running_) throw std::runtime_error("no dialog was opened over the benchmark's window");
-  return watch.seconds();
+  return watch.reading();
 }
 
 BOOL DialogOwner::ProcessWindowMessage(HWND, UINT message, WPARAM, LPARAM lParam, LRESULT&, DWORD) {

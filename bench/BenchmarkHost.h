@@ -26,8 +26,8 @@ class DialogOwner : private platform::CSubclassedWindow {
 
   HWND window() const noexcept { return m_hWnd; }
 
-  /// Runs `open`, which opens one modal dialog over the active window, and returns the seconds until that is painted.
-  double time_to_first_paint(const std::function<void()>& open);
+  /// Runs `open`, which opens one modal dialog over the active window, and returns what passes until that is painted.
+  Reading time_to_first_paint(const std::function<void()>& open);
 
  private:
   BOOL ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result,
@@ -47,6 +47,7 @@ class BenchmarkHost {
 
   /// What the menu command does.
   void open_list() { targets_.run(workbench::CommandTargets::first_id); }
+  const RuleHost& rules() const noexcept { return host_; }
   void show_rule(long rule_id) { plugin_.show_rule(rule_id); }
 
  private:

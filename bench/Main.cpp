@@ -9,8 +9,7 @@
 
 namespace {
 
-constexpr int least_rounds = 5;
-constexpr int usual_rounds = 25;
+constexpr int usual_rounds = 400;
 
 /// Subject and floor share one core, so that neither has a faster one than the other.
 void pin_to_one_core() {
@@ -19,27 +18,61 @@ void pin_to_one_core() {
 }
 
 void print_row(const bench::Benchmark& row, const bench::Result& result) {
-  std::printf("| %-44s | %9.3f | %9.3f | %5.2f | %5.2f - %5.2f | %4.2f |\n", row.name.c_str(), result.subject * 1e6,
-              result.floor * 1e6, result.ratio, result.smallest_ratio, result.largest_ratio, row.goal);
+  std::printf("| %-37s | %7.0f | %7.0f | %7.0f | %4.2f (%4.2f-%4.2f) | %4.2f | %4.2f (%4.2f-%4.2f) | %4.2f | %6d |\n",
+              row.name.c_str(), result.subject * 1e6, result.fair * 1e6, result.bare * 1e6, result.to_fair.median,
+              result.to_fair.low, result.to_fair.high, row.fair_goal, result.to_bare.median, result.to_bare.low,
+              result.to_bare.high, row.bare_goal, result.rounds);
+  std::printf("| %-37s | %.0f calls and %.0f messages, by hand %.0f and %.0f\n", "", result.subject_counts.calls,
+              result.subject_counts.messages, result.fair_counts.calls, result.fair_counts.messages);
   std::fflush(stdout);
+}
+
+void print_times(int most_rounds, const char* name) {
+  std::printf("Medians in microseconds, and the 95 %% interval of the ratios; goal 0: none.\n\n");
+  std::printf("| %-37s | %7s | %7s | %7s | %-16s | %4s | %-16s | %4s | %6s |\n", "", "module", "by hand", "bare",
+              "ratio to by hand", "goal", "ratio to bare", "goal", "rounds");
+  for (const bench::Benchmark& row : bench::benchmarks()) {
+    if (row.name.find(name) != std::string::npos) print_row(row, bench::play(row, most_rounds));
+  }
+}
+
+/// Prints how many times the floor's count the subject's is. Returns whether that is within the goal.
+bool print_count(const char* what, double subject, double floor, double goal) {
+  const double ratio = subject / floor;
+  std::printf(" %9.0f %s, %9.0f by hand, ratio %4.2f, goal %4.2f;", subject, what, floor, ratio, goal);
+  return ratio <= goal;
+}
+
+/// Returns whether the module keeps its goals in every row.
+bool print_counts() {
+  bool kept = true;
+  for (const bench::Benchmark& row : bench::benchmarks()) {
+    const auto [subject, fair] = bench::count(row.prepare());
+    std::printf("%-37s", row.name.c_str());
+    const bool calls = print_count("calls", subject.calls, fair.calls, row.call_goal);
+    const bool messages = print_count("messages", subject.messages, fair.messages, row.message_goal);
+    std::puts(calls && messages ? "" : " MISSED");
+    std::fflush(stdout);
+    kept = kept && calls && messages;
+  }
+  return kept;
 }
 
 }  // namespace
 
-/// bench [ROUNDS [NAME]]: prints a table of the rows whose name holds NAME; times in microseconds.
+/// bench [ROUNDS [NAME]]: prints a table of the rows whose name holds NAME, with at most that many rounds.
+/// bench counts: prints calls and messages of every row, and ends with 1 when the module misses a goal.
 int main(int argc, char** argv) {
-  const int wanted = argc > 1 ? std::atoi(argv[1]) : usual_rounds;
-  const int rounds = wanted < least_rounds ? least_rounds : wanted;
-  const char* name = argc > 2 ? argv[2] : "";
   if (FAILED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED))) return EXIT_FAILURE;
   pin_to_one_core();
-  std::printf("Medians of %d rounds, in microseconds.\n\n", rounds);
-  std::printf("| %-44s | %9s | %9s | %5s | %13s | %4s |\n", "", "module", "floor", "ratio", "from - to", "goal");
-  std::printf("|%s|%s|%s|%s|%s|%s|\n", std::string(46, '-').c_str(),
-              "----------:", "----------:", "------:", "---------------", "-----:");
-  for (const bench::Benchmark& row : bench::benchmarks()) {
-    if (row.name.find(name) != std::string::npos) print_row(row, bench::play(row, rounds));
+  const bool counts = argc > 1 && std::strcmp(argv[1], "counts") == 0;
+  bool kept = true;
+  if (counts) {
+    kept = print_counts();
+  } else {
+    const int wanted = argc > 1 ? std::atoi(argv[1]) : usual_rounds;
+    print_times(wanted < bench::least_rounds ? bench::least_rounds : wanted, argc > 2 ? argv[2] : "");
   }
   CoUninitialize();
-  return EXIT_SUCCESS;
+  return kept ? EXIT_SUCCESS : EXIT_FAILURE;
 }

@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "Benchmark.h"
+#include "HandLayout.h"
 #include "ResizableDialog.h"
 #include "resource.h"
 
@@ -15,7 +16,7 @@ constexpr int repetitions = 10;
 
 /// Grows and shrinks a dialog between two sizes, so that every child that can move does.
 template <class Relayout>
-double measure(HWND dialog, const Relayout& relayout) {
+bench::Reading measure(HWND dialog, const Relayout& relayout) {
   RECT opened = {};
   GetWindowRect(dialog, &opened);
   const int width = opened.right - opened.left;
@@ -29,7 +30,7 @@ double measure(HWND dialog, const Relayout& relayout) {
     watch.stop();
   }
   UpdateWindow(dialog);
-  return watch.seconds() / repetitions;
+  return watch.reading(repetitions);
 }
 
 /// The library's way. Sizes are laid out when the benchmark says so, as in the handler of WM_SIZE.
@@ -60,65 +61,18 @@ class LibraryDialog : public CResizableDialogImpl<LibraryDialog> {
 };
 
 /// The way of a dialog that knows its children by name.
-class HandWrittenDialog : public platform::CDialogImpl<HandWrittenDialog> {
+template <bench::HandLayout::Grip grip>
+class HandWrittenDialog : public platform::CDialogImpl<HandWrittenDialog<grip>> {
  public:
   static constexpr int IDD = IDD_EXPIRATION_RULES_LIST;
 
-  BOOL ProcessWindowMessage(HWND, UINT message, WPARAM, LPARAM, LRESULT&, DWORD) override {
+  BOOL ProcessWindowMessage(HWND window, UINT message, WPARAM, LPARAM, LRESULT&, DWORD) override {
     if (message != WM_INITDIALOG) return FALSE;
-    client_ = GetClientRect();
-    for (std::size_t i = 0; i < std::size(ids); ++i) {
-      children_[i] = GetItem(ids[i]);
-      ::GetWindowRect(children_[i], &rects_[i]);
-      MapWindowPoints(nullptr, m_hWnd, reinterpret_cast<POINT*>(&rects_[i]), 2);
-    }
-    grip_ = CreateWindowExW(0, L"SCROLLBAR", nullptr, WS_CHILD | WS_VISIBLE | SBS_SIZEGRIP, 0, 0, grip_width,
-                            grip_height, m_hWnd, nullptr, nullptr, nullptr);
+    layout.measure(window, grip);
     return TRUE;
   }
 
-  void arrange() {
-    const RECT client = GetClientRect();
-    const int right = client.right - client_.right;
-    const int down = client.bottom - client_.bottom;
-    HDWP batch = BeginDeferWindowPos(6);
-    batch = stretched(batch, 0, right, down);
-    batch = stretched(batch, 1, right, down);
-    batch = moved(batch, 2, right, 0);
-    batch = moved(batch, 3, right, 0);
-    batch = moved(batch, 4, right, 0);
-    batch = moved(batch, 5, right, down);
-    EndDeferWindowPos(batch);
-  }
-
-  void place_grip() {
-    const RECT client = GetClientRect();
-    SetWindowPos(grip_, HWND_BOTTOM, client.right - grip_width, client.bottom - grip_height, 0, 0,
-                 SWP_NOSIZE | SWP_NOACTIVATE | SWP_NOOWNERZORDER | SWP_SHOWWINDOW);
-  }
-
- private:
-  static constexpr int ids[] = {IDC_RULES_GROUP, IDC_RULES_LIST,  IDC_ADD_RULE,
-                                IDC_EDIT_RULE,   IDC_DELETE_RULE, IDCANCEL};
-  static constexpr UINT flags = SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOOWNERZORDER;
-
-  HDWP stretched(HDWP batch, std::size_t i, int right, int down) {
-    const RECT& rect = rects_[i];
-    return DeferWindowPos(batch, children_[i], nullptr, 0, 0, rect.right - rect.left + right,
-                          rect.bottom - rect.top + down, flags | SWP_NOMOVE);
-  }
-
-  HDWP moved(HDWP batch, std::size_t i, int right, int down) {
-    const RECT& rect = rects_[i];
-    return DeferWindowPos(batch, children_[i], nullptr, rect.left + right, rect.top + down, 0, 0, flags | SWP_NOSIZE);
-  }
-
-  const int grip_width = GetSystemMetrics(SM_CXVSCROLL);
-  const int grip_height = GetSystemMetrics(SM_CYHSCROLL);
-  RECT client_ = {};
-  HWND children_[std::size(ids)] = {};
-  RECT rects_[std::size(ids)] = {};
-  HWND grip_ = nullptr;
+  bench::HandLayout layout;
 };
 
 template <class Dialog>
@@ -133,26 +87,38 @@ std::shared_ptr<Dialog> opened() {
   return dialog;
 }
 
+template <class Relayout>
+bench::Measurement by_library(const Relayout& relayout) {
+  const auto dialog = opened<LibraryDialog>();
+  return [=] { return measure(dialog->m_hWnd, [&] { relayout(*dialog); }); };
+}
+
+template <bench::HandLayout::Grip grip, class Relayout>
+bench::Measurement by_hand(const Relayout& relayout) {
+  const auto dialog = opened<HandWrittenDialog<grip>>();
+  return [=] { return measure(dialog->m_hWnd, [&] { relayout(dialog->layout); }); };
+}
+
+template <class ByLibrary, class ByHand>
+bench::BaselineComparison comparison(const ByLibrary& library, const ByHand& hand) {
+  return {by_library(library), by_hand<bench::HandLayout::Grip::triangular>(hand),
+          by_hand<bench::HandLayout::Grip::plain>(hand)};
+}
+
 bench::BaselineComparison batch_comparison() {
-  const auto library = opened<LibraryDialog>();
-  const auto by_hand = opened<HandWrittenDialog>();
-  return {[=] { return measure(library->m_hWnd, [&] { library->ArrangeLayout(); }); },
-          [=] { return measure(by_hand->m_hWnd, [&] { by_hand->arrange(); }); }};
+  return comparison([](LibraryDialog& dialog) { dialog.ArrangeLayout(); },
+                    [](const bench::HandLayout& layout) { layout.arrange(); });
 }
 
 bench::BaselineComparison handler_comparison() {
-  const auto library = opened<LibraryDialog>();
-  const auto by_hand = opened<HandWrittenDialog>();
-  return {[=] { return measure(library->m_hWnd, [&] { library->size(); }); },
-          [=] {
-            return measure(by_hand->m_hWnd, [&] {
-              by_hand->place_grip();
-              by_hand->arrange();
-            });
-          }};
+  return comparison([](LibraryDialog& dialog) { dialog.size(); },
+                    [](const bench::HandLayout& layout) {
+                      layout.place_grip();
+                      layout.arrange();
+                    });
 }
 
-const bench::Registration batch({"relayout of the list's six children", 1.05, batch_comparison});
-const bench::Registration handler({"whole size handler, with the grip", 1.05, handler_comparison});
+const bench::Registration batch({"relayout of the list's six children", 1.05, 1.05, 2.4, 1.0, batch_comparison});
+const bench::Registration handler({"whole size handler, with the grip", 1.05, 1.05, 2.9, 1.0, handler_comparison});
 
 }  // namespace
