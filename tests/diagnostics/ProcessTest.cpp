@@ -83,11 +83,11 @@ TEST_F(LibraryMissing, AbortEndsTheProcessAllTheSame) {
 
 class LibrarySearch : public Process {
  protected:
-  static void register_path(const std::wstring& path) {
+  static void register_path(const std::wstring& library) {
     wchar_t guid[39] = {};
     StringFromGUID2(__uuidof(IKV_SnagtrapUtil::SnagtrapLibrary), guid, 39);
     const std::wstring key = std::wstring(L"CLSID\\") + guid + L"\\InprocServer32";
-    test_support::write_registry_text(HKEY_CLASSES_ROOT, key, {}, path);
+    test_support::write_registry_text(HKEY_CLASSES_ROOT, key, {}, library);
   }
 
   std::wstring copy_of(const fs::path& library, const wchar_t* name) const {

@@ -27,12 +27,12 @@ TEST_F(ListMessages, OthersAreNotHandled) {
     for (const int id : {0, IDOK, IDABORT, IDC_RULES_LIST, IDC_RULES_GROUP, 206, 0xFFFF}) {
       EXPECT_FALSE(list.handles_command(id, BN_CLICKED)) << id;
     }
-    for (const int code : {NM_CLICK, NM_RETURN, NM_RCLICK, NM_RDBLCLK, NM_SETFOCUS, NM_KILLFOCUS, LVN_ITEMCHANGING,
-                           LVN_INSERTITEM, LVN_DELETEITEM, LVN_DELETEALLITEMS, LVN_ITEMACTIVATE, LVN_COLUMNCLICK}) {
+    for (const UINT code : {NM_CLICK, NM_RETURN, NM_RCLICK, NM_RDBLCLK, NM_SETFOCUS, NM_KILLFOCUS, LVN_ITEMCHANGING,
+                            LVN_INSERTITEM, LVN_DELETEITEM, LVN_DELETEALLITEMS, LVN_ITEMACTIVATE, LVN_COLUMNCLICK}) {
       EXPECT_FALSE(list.handles_notification(IDC_RULES_LIST, code)) << code;
     }
     for (const UINT_PTR id : {0, IDC_ADD_RULE, IDC_RULES_GROUP}) {
-      for (const int code : {NM_DBLCLK, LVN_KEYDOWN, LVN_ITEMCHANGED}) {
+      for (const UINT code : {NM_DBLCLK, LVN_KEYDOWN, LVN_ITEMCHANGED}) {
         EXPECT_FALSE(list.handles_notification(id, code)) << id << ", " << code;
       }
     }

@@ -114,7 +114,7 @@ TEST_F(Refill, ThatBeganLastWins) {
 
 TEST_F(Refill, ShowsBothOfTwoRulesWithOneName) {
   host.rules() = {{1, L"same"}, {2, L"same"}, {3, L"A"}};
-  EXPECT_THAT(shown(), testing::UnorderedElementsAre(Item(L"A", 3), Item(L"same", 1), Item(L"same", 2)));
+  EXPECT_THAT(shown(), testing::UnorderedElementsAre(Item{L"A", 3}, Item{L"same", 1}, Item{L"same", 2}));
 }
 
 TEST_F(Refill, ShowsARuleWithoutAName) {
@@ -130,7 +130,7 @@ TEST_F(Refill, ShowsNamesAsTheyAre) {
   store_rules(names);
   const Items items = shown();
   for (std::size_t index = 0; index < names.size(); ++index) {
-    EXPECT_THAT(items, testing::Contains(Item(names[index], static_cast<LPARAM>(index) + 1)));
+    EXPECT_THAT(items, testing::Contains(Item{names[index], static_cast<LPARAM>(index) + 1}));
   }
 }
 

@@ -8,8 +8,6 @@ namespace {
 
 using test_support::DialogDriver;
 using test_support::Fault;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 std::string traced(const char* hresult) {
   return std::string("TRACE HRESULT - ") + hresult +

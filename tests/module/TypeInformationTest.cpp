@@ -8,7 +8,7 @@ namespace module_test {
 namespace {
 
 std::wstring taken(BSTR text) {
-  const std::wstring copy(text ? text : L"", SysStringLen(text));
+  std::wstring copy(text ? text : L"", SysStringLen(text));
   SysFreeString(text);
   return copy;
 }

@@ -197,6 +197,7 @@ TEST_F(FieldKinds, OfANewRuleKeepNothingFromBeingMade) {
 
 TEST_F(FieldKinds, OfASettingMakeItNoUserUnlessItsNameIsThere) {
   for_each_kind([&] {
+    // NOLINTNEXTLINE(bugprone-lambda-function-name): the function is not looked at
     const auto location = ZD_LOCATION_IN("ExpirationRulesListDialog.cpp", 139);
     for (const tagKVFIELDID id : {KVFIELD_RULE_NAME, KVFIELD_SETTING_NAME}) {
       SCOPED_TRACE(id);

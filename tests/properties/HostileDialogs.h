@@ -21,7 +21,7 @@ using test_support::RuleList;
 using test_support::send_click;
 
 /// What a control or a message box shows of a text.
-inline std::wstring up_to_null(const std::wstring& text) { return text.c_str(); }
+inline std::wstring up_to_null(const std::wstring& text) { return text.substr(0, text.find(L'\0')); }
 
 /// The two dialogs on a host that stores anything at all.
 class HostileDialogs : public storage_test::StorageTest {

@@ -28,29 +28,9 @@ TEST(Contract, IsWrittenInManyWays) {
 }
 
 TEST(Contract, IsRefusedWhenItsMonthIsNotCertain) {
-  for (const char* text : {"",
-                           "F",
-                           "26",
-                           "F26",
-                           "2613",
-                           "2600",
-                           "IF2613",
-                           "CLA26",
-                           "CLF6",
-                           "SR601",
-                           "CLZ2010",
-                           "clz2601",
-                           "6EF2012",
-                           "20261",
-                           "2026-13",
-                           "2026/01",
-                           "CL F26",
-                           "CL-F26",
-                           "IF202601",
-                           "1F6",
-                           "2026-01 ",
-                           "\xE6\xB2\xAA"
-                           "2601"})
+  for (const char* text : {"",       "F",      "26",       "F26",     "2613",     "2600",  "IF2613",  "CLA26",
+                           "CLF6",   "SR601",  "CLZ2010",  "clz2601", "6EF2012",  "20261", "2026-13", "2026/01",
+                           "CL F26", "CL-F26", "IF202601", "1F6",     "2026-01 ", "沪2601"})
     EXPECT_FALSE(try_parse_contract(text)) << text;
 }
 

@@ -87,7 +87,7 @@ TEST(ScheduleOutput, ICalendarEventsOfDifferentSettingsAreDifferent) {
                                       row_of(third_friday, "2026-12", "r", "two"), on_calendar("a"), on_calendar("b")};
   const std::string text = schedule_icalendar(rows, day("2026-11-22"), Language::chinese);
   std::set<std::string> identifiers;
-  for (std::size_t at = text.find("UID:"); at != text.npos; at = text.find("UID:", at + 1))
+  for (std::size_t at = text.find("UID:"); at != std::string::npos; at = text.find("UID:", at + 1))
     identifiers.insert(text.substr(at, text.find('\r', at) - at));
   EXPECT_EQ(identifiers.size(), 10U);
   EXPECT_NE(text.find("\xE6\x8D\xA2\xE6\x9C\x88"), text.npos) << "the roll in Chinese";
@@ -104,7 +104,7 @@ TEST(YearPage, ShowsEachDayWithItsRuleInItsMonthAndBelow) {
   EXPECT_EQ(page.find("<script"), page.npos);
   EXPECT_EQ(page.find("http"), page.npos);
   std::size_t months = 0;
-  for (std::size_t at = page.find("<section"); at != page.npos; at = page.find("<section", at + 1)) ++months;
+  for (std::size_t at = page.find("<section"); at != std::string::npos; at = page.find("<section", at + 1)) ++months;
   EXPECT_EQ(months, 12U);
 }
 

@@ -54,6 +54,7 @@ int run_tests(test_support::ResultWriter* results) {
 
 /// Runs the tests in a process that this one supervises; with the argument --here, for a debugger, in this process and
 /// on the screen.
+// NOLINTNEXTLINE(bugprone-exception-escape): an exception ends a test program as it should, with a failure
 int main(int argc, char** argv) {
   testing::InitGoogleMock(&argc, argv);
   if (const auto assignment = test_support::take_assignment()) {

@@ -69,7 +69,7 @@ PerUserTypeLibraries::~PerUserTypeLibraries() {
   failure = S_OK;
 }
 
-void PerUserTypeLibraries::fail(HRESULT answer) { failure = answer; }
+void PerUserTypeLibraries::fail(HRESULT result) { failure = result; }
 
 void PerUserTypeLibraries::remove(DWORD last_error) { probe->fail(0, nullptr, last_error); }
 

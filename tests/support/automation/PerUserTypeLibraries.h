@@ -15,7 +15,7 @@ class PerUserTypeLibraries {
   PerUserTypeLibraries& operator=(const PerUserTypeLibraries&) = delete;
 
   /// From now on both functions do nothing and return this.
-  void fail(HRESULT failure);
+  void fail(HRESULT result);
   /// From now on the system has neither function; looking one up leaves this last error.
   void remove(DWORD last_error);
 };

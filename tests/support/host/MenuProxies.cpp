@@ -15,8 +15,8 @@ ComPtr<IDispatch> stand_in_for(IDispatch* target) { return {target ? new StandIn
 template <class Interface>
 class CommandProxy final : public ProxyObject<Interface> {
  public:
-  CommandProxy(std::shared_ptr<HostState> host, const char* name, const char* getter, ComPtr<IUnknown> command)
-      : ProxyObject<Interface>(std::move(host), name, std::move(command)), getter_(getter) {}
+  CommandProxy(std::shared_ptr<HostState> host, const char* name, const char* getter, const ComPtr<IUnknown>& command)
+      : ProxyObject<Interface>(std::move(host), name, command), getter_(getter) {}
 
   HRESULT STDMETHODCALLTYPE get_CommandID(long* id) noexcept override {
     return this->fetch(getter_, &Interface::get_CommandID, id);

@@ -36,7 +36,7 @@ void PresetRuleStore::take_over() {
     const Revision revision = found == earlier.end()            ? 1
                               : is_stored(*found->second, rule) ? found->second->revision
                                                                 : found->second->revision + 1;
-    rules.push_back({rule.id, revision, rule});
+    rules.push_back({rule.id, revision, static_cast<const Rule&>(rule)});
     last_number_ = std::max(last_number_, rule.id);
   }
   rules_ = std::move(rules);

@@ -62,8 +62,8 @@ class ProxyObject : public LivingObject, public First, public Others... {
 
  protected:
   /// `name` is the object's class: queries are recorded under it, as in "kvTable::QueryInterface".
-  ProxyObject(std::shared_ptr<HostState> host, const char* name, base::ComPtr<IUnknown> inner)
-      : host_(std::move(host)), name_(name), query_(name_ + "::QueryInterface"), inner_(std::move(inner)) {
+  ProxyObject(std::shared_ptr<HostState> host, const char* name, const base::ComPtr<IUnknown>& inner)
+      : host_(std::move(host)), name_(name), query_(name_ + "::QueryInterface"), inner_(inner) {
     host_->living.insert(this);
   }
   virtual ~ProxyObject() { host_->living.erase(this); }

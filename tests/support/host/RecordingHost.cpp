@@ -26,8 +26,8 @@ static_assert(first_command_id == workbench::CommandTargets::first_id);
 template <class Proxy>
 class ClassProxy final : public IClassFactory {
  public:
-  ClassProxy(std::shared_ptr<HostState> host, const char* create, ComPtr<IClassFactory> inner)
-      : host_(std::move(host)), create_(create), inner_(std::move(inner)) {}
+  ClassProxy(std::shared_ptr<HostState> host, const char* create, const ComPtr<IClassFactory>& inner)
+      : host_(std::move(host)), create_(create), inner_(inner) {}
 
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) noexcept override {
     const bool known = iid == __uuidof(IUnknown) || iid == __uuidof(IClassFactory);

@@ -7,8 +7,8 @@ namespace test_support {
 
 class FilterProxy final : public workbench::RuleFilterSlots<ProxyObject<IkvRuleFilter>> {
  public:
-  FilterProxy(std::shared_ptr<HostState> host, base::ComPtr<IUnknown> filter)
-      : RuleFilterSlots(std::move(host), "kvRuleFilter", std::move(filter)) {}
+  FilterProxy(std::shared_ptr<HostState> host, const base::ComPtr<IUnknown>& filter)
+      : RuleFilterSlots(std::move(host), "kvRuleFilter", filter) {}
 
   HRESULT STDMETHODCALLTYPE SetRuleID(long rule_id) noexcept override;
 };
@@ -18,8 +18,8 @@ class StorageProxy final
     : public workbench::RuleServiceSlots<
           ProxyObject<IkvStorage, IkvStorageSession, IkvSymbolSourceService, IkvExpirationRuleService>> {
  public:
-  StorageProxy(std::shared_ptr<HostState> host, base::ComPtr<IUnknown> storage)
-      : RuleServiceSlots(std::move(host), "kvStorage", std::move(storage)) {}
+  StorageProxy(std::shared_ptr<HostState> host, const base::ComPtr<IUnknown>& storage)
+      : RuleServiceSlots(std::move(host), "kvStorage", storage) {}
 
   HRESULT STDMETHODCALLTYPE load_symbol_source_settings(IkvRuleFilter* filter,
                                                         IKV_kvudfcom::IkvTable* table) noexcept override;

@@ -13,12 +13,9 @@ using IKV_kvudfcom::IkvTable;
 /// what the host put there.
 class FieldProxy final : public workbench::FieldSlots<ProxyObject<IkvField>> {
  public:
-  FieldProxy(std::shared_ptr<HostState> host, ComPtr<IUnknown> field, ComPtr<IUnknown> table, long id,
+  FieldProxy(std::shared_ptr<HostState> host, const ComPtr<IUnknown>& field, const ComPtr<IUnknown>& table, long id,
              std::shared_ptr<std::set<long>> written)
-      : FieldSlots(std::move(host), "kvField", std::move(field)),
-        table_(std::move(table)),
-        id_(id),
-        written_(std::move(written)) {}
+      : FieldSlots(std::move(host), "kvField", field), table_(table), id_(id), written_(std::move(written)) {}
 
   HRESULT STDMETHODCALLTYPE GetText(BSTR* text) noexcept override {
     return calls().call("IkvField::GetText", {id_}, text, [&] {

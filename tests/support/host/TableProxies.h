@@ -12,8 +12,8 @@ namespace test_support {
 /// A table of the host. It is runnable, as an object of a real host may be, so that running it can fail.
 class TableProxy final : public workbench::TableSlots<ProxyObject<IKV_kvudfcom::IkvTable, IRunnableObject>> {
  public:
-  TableProxy(std::shared_ptr<HostState> host, base::ComPtr<IUnknown> table)
-      : TableSlots(std::move(host), "kvTable", std::move(table)) {}
+  TableProxy(std::shared_ptr<HostState> host, const base::ComPtr<IUnknown>& table)
+      : TableSlots(std::move(host), "kvTable", table) {}
 
   HRESULT STDMETHODCALLTYPE GetRowCount(long* count) noexcept override;
   HRESULT STDMETHODCALLTYPE GetFieldByID(long field_id, IKV_kvudfcom::IkvField** field) noexcept override;

@@ -29,7 +29,7 @@ Out default_out(HRESULT result) { return SUCCEEDED(result) ? Out::made : Out::un
 
 std::wstring recorder_path() { return base::path_beside_program(L"recorder\\SnagtrapUtil3.0_x64.dll"); }
 
-Recorder::Recorder(const std::wstring& path) : library_(LoadLibraryW(path.c_str())), control_(nullptr) {
+Recorder::Recorder(const std::wstring& path) : library_(LoadLibraryW(path.c_str())) {
   if (!library_) throw std::runtime_error("the recorder cannot be loaded");
   const auto control = export_of<RecorderControlFunction>(library_, "recorder_control");
   if (!control) throw std::runtime_error("another diagnostics library is loaded in place of the recorder");

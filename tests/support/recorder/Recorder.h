@@ -52,7 +52,7 @@ class Recorder {
 
  private:
   HMODULE library_;
-  RecorderControl* control_;
+  RecorderControl* control_ = nullptr;
   Hook hook_;
 };
 

@@ -223,7 +223,7 @@ std::vector<RecordedField> snapshot_of(const RecordingObject* object) { return o
 const RecordingObject* find_record(const IDispatch* object) {
   const auto* record = static_cast<const RecordingObject*>(object);
   const std::lock_guard guard(live_records_lock);
-  return live_records.count(record) ? record : nullptr;
+  return live_records.contains(record) ? record : nullptr;
 }
 
 class RecordingRoot final : public workbench::DispatchObject<IKV_SnagtrapUtil::IDebugRoot> {

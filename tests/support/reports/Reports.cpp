@@ -9,7 +9,7 @@ namespace test_support {
 namespace {
 
 std::string message_of(const RecordedCommand& report) {
-  const std::string text = base::to_utf8(field_text(report, L"Description") + field_text(report, L"$Message"));
+  std::string text = base::to_utf8(field_text(report, L"Description") + field_text(report, L"$Message"));
   const RecordedField* hresult = find_field(report, L"HRESULT");
   if (!hresult) return text;
   char code[16] = {};

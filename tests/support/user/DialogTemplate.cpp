@@ -48,7 +48,7 @@ class Reader {
 
  private:
   std::uint16_t peek() const {
-    std::uint16_t value;
+    std::uint16_t value = 0;
     std::memcpy(&value, next_, sizeof value);
     return value;
   }
