@@ -58,13 +58,12 @@ Result play(const Benchmark& benchmark, int most_rounds) {
   constexpr std::size_t count_of_ways = std::size(ways);
   for (const Measurement* way : ways) (*way)();
   std::vector<double> times[count_of_ways];
-  Ratio to_fair = {};
+  const auto is_narrow = [&] {
+    const Ratio ratio = ratio_of(times[0], times[1]);
+    return ratio.high - ratio.low < widest_interval;
+  };
   int rounds = 0;
-  for (; rounds < most_rounds; ++rounds) {
-    if (rounds >= least_rounds) {
-      to_fair = ratio_of(times[0], times[1]);
-      if (to_fair.high - to_fair.low < widest_interval) break;
-    }
+  for (; rounds < most_rounds && (rounds < least_rounds || !is_narrow()); ++rounds) {
     // Whoever comes later finds warmer caches: they take turns.
     for (std::size_t turn = 0; turn < count_of_ways; ++turn) {
       const std::size_t way = (turn + static_cast<std::size_t>(rounds)) % count_of_ways;
