@@ -7,8 +7,8 @@ namespace platform {
 
 namespace {
 
-// Outlives the object when other code has subclassed the window later: this procedure is then still called and must know
-// where to pass messages on.
+// Outlives the object when other code has subclassed the window later: this procedure is then still called and must
+// know where to pass messages on.
 constexpr wchar_t original_property[] = L"zdExpirationRules.WindowProcedure";
 
 WNDPROC current_procedure(HWND window) noexcept {
