@@ -5,6 +5,7 @@
 
 #include <atomic>
 #include <new>
+#include <string>
 #include <tuple>
 #include <utility>
 
@@ -80,6 +81,9 @@ template <class Object, class... Arguments>
 Object* make_object(Arguments&&... arguments) {
   return new Object(std::forward<Arguments>(arguments)...);
 }
+
+/// The text of a string argument; null is an empty one.
+inline std::wstring text_of(BSTR text) { return {text ? text : L"", SysStringLen(text)}; }
 
 /// Runs the body of a COM method. An exception becomes an HRESULT: that of a `_com_error`, E_OUTOFMEMORY or E_FAIL.
 template <class Body>

@@ -20,8 +20,6 @@ std::wstring caption_at(HMENU menu, int position) {
   return caption;
 }
 
-std::wstring text_of(BSTR text) { return text ? std::wstring(text, SysStringLen(text)) : std::wstring(); }
-
 class MenuItem final : public DispatchObject<IkvMenuItem> {
  public:
   explicit MenuItem(long id) noexcept : id_(id) {}

@@ -62,9 +62,6 @@ void fill_table(TableRows& rows, std::vector<StoredSetting>&& settings) {
   }
 }
 
-/// A null string is an empty one.
-std::wstring text_of(BSTR text) { return {text ? text : L"", SysStringLen(text)}; }
-
 }  // namespace
 
 template <class Body>

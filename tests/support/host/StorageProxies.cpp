@@ -5,7 +5,7 @@
 namespace test_support {
 namespace {
 
-std::wstring text_of(BSTR text) { return {text ? text : L"", SysStringLen(text)}; }
+using workbench::text_of;
 
 }  // namespace
 

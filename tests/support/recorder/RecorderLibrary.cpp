@@ -30,7 +30,7 @@ const RecordingObject* find_record(const IDispatch* object);
 std::wstring text_of(const VARIANT& value) {
   switch (value.vt) {
     case VT_BSTR:
-      return {value.bstrVal ? value.bstrVal : L"", SysStringLen(value.bstrVal)};
+      return workbench::text_of(value.bstrVal);
     case VT_BOOL:
       return value.boolVal ? L"true" : L"false";
     case VT_I4:
@@ -196,7 +196,7 @@ class RecordingObject final : public workbench::DispatchObject<IKV_SnagtrapUtil:
   HRESULT STDMETHODCALLTYPE SetField(BSTR name, VARIANT value) noexcept override {
     const HRESULT answer = tape().answer_to(L"SetField").result;
     if (SUCCEEDED(answer)) {
-      fields_.push_back({{name ? name : L"", SysStringLen(name)}, {}});
+      fields_.push_back({workbench::text_of(name), {}});
       VariantCopy(&fields_.back().value, &value);
     }
     SetLastError(clobbered_last_error);
@@ -230,8 +230,8 @@ class RecordingRoot final : public workbench::DispatchObject<IKV_SnagtrapUtil::I
  public:
   HRESULT STDMETHODCALLTYPE Configure(BSTR text, BSTR number, long flag) noexcept override {
     RecordedCommand command{L"Configure", {}, S_OK, 0, nullptr};
-    command.fields.push_back({L"text", VT_BSTR, {text ? text : L"", SysStringLen(text)}, {}, 0});
-    command.fields.push_back({L"number", VT_BSTR, {number ? number : L"", SysStringLen(number)}, {}, 0});
+    command.fields.push_back({L"text", VT_BSTR, workbench::text_of(text), {}, 0});
+    command.fields.push_back({L"number", VT_BSTR, workbench::text_of(number), {}, 0});
     command.fields.push_back({L"flag", VT_I4, std::to_wstring(flag), {}, static_cast<ULONGLONG>(flag)});
     const HRESULT answer = tape().record(std::move(command)).result;
     SetLastError(clobbered_last_error);
@@ -240,7 +240,7 @@ class RecordingRoot final : public workbench::DispatchObject<IKV_SnagtrapUtil::I
 
   HRESULT STDMETHODCALLTYPE Command(BSTR word, IKV_SnagtrapUtil::IDebugObject* record,
                                     IKV_SnagtrapUtil::IDebugObject** created) noexcept override {
-    RecordedCommand command{{word ? word : L"", SysStringLen(word)}, {}, S_OK, 0, record};
+    RecordedCommand command{workbench::text_of(word), {}, S_OK, 0, record};
     if (const RecordingObject* own = find_record(record)) command.fields = own->snapshot();
     const bool makes = command.word == L"CREATE";
     const CommandLog::Answer answer = tape().record(std::move(command));
