@@ -1,13 +1,12 @@
-#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <ql/time/calendars/bespokecalendar.hpp>
-#include <ql/time/date.hpp>
 #include <random>
 #include <string>
 #include <vector>
 
+#include "QuantLibPeer.h"
+#include "RandomRules.h"
 #include "RuleFinder.h"
 #include "ShippedCalendars.h"
 
@@ -18,55 +17,13 @@ namespace {
 
 using namespace workbench::schedule;
 using Clock = std::chrono::steady_clock;
-using std::chrono::days;
+using quantlib_peer::BothDays;
 
 /// Contracts whose dates lie within the calendar whatever the rule: 60 months from here on.
 constexpr Month first_contract{std::chrono::year{2015}, std::chrono::January};
 constexpr int months_of_a_rule = 60;
 
 double seconds_since(Clock::time_point start) { return std::chrono::duration<double>(Clock::now() - start).count(); }
-
-QuantLib::Date to_quantlib(Day day) {
-  // Both count days one by one; 25569 is the day of 1970-01-01.
-  return QuantLib::Date(static_cast<QuantLib::Date::serial_type>(day.time_since_epoch().count() + 25569));
-}
-
-Day from_quantlib(const QuantLib::Date& date) { return Day{days{date.serialNumber() - 25569}}; }
-
-QuantLib::BespokeCalendar quantlib_calendar(const Calendar& calendar) {
-  QuantLib::BespokeCalendar result(calendar.name);
-  result.addWeekend(QuantLib::Saturday);
-  result.addWeekend(QuantLib::Sunday);
-  for (const ClosedDay& closed : calendar.closed) result.addHoliday(to_quantlib(closed.day));
-  return result;
-}
-
-QuantLib::Date specified_date(const RuleNumbers& rule, Month contract) {
-  const Month month = contract + std::chrono::months{(rule.day_mode == 0 ? rule.day_month : rule.weekday_month) - 1};
-  const auto year = static_cast<QuantLib::Year>(static_cast<int>(month.year()));
-  const auto name = static_cast<QuantLib::Month>(static_cast<unsigned>(month.month()));
-  const QuantLib::Date last = QuantLib::Date::endOfMonth(QuantLib::Date(1, name, year));
-  if (rule.day_mode == 0) return QuantLib::Date(std::min<int>(rule.day_of_month, last.dayOfMonth()), name, year);
-  const auto weekday = static_cast<QuantLib::Weekday>(rule.weekday + 1);
-  if (rule.week_ordinal < 5) return QuantLib::Date::nthWeekday(rule.week_ordinal, weekday, name, year);
-  return last - (last.weekday() - weekday + 7) % 7;
-}
-
-struct BothDays {
-  Day expiration{};
-  Day roll{};
-
-  bool operator==(const BothDays&) const = default;
-};
-
-BothDays days_by_quantlib(const RuleNumbers& rule, Month contract, const QuantLib::Calendar& calendar) {
-  const QuantLib::Date expiration = calendar.adjust(
-      specified_date(rule, contract), rule.move_to_next_trading_day == 1 ? QuantLib::Following : QuantLib::Preceding);
-  const QuantLib::Date roll = rule.roll_offset == 0 ? expiration
-                              : rule.day_type == 1  ? expiration - rule.roll_offset
-                                                    : calendar.advance(expiration, -rule.roll_offset, QuantLib::Days);
-  return {from_quantlib(expiration), from_quantlib(roll)};
-}
 
 BothDays days_by_library(const RuleNumbers& rule, Month contract, const TradingDays& calendar) {
   const ContractDates dates = contract_dates(rule, contract, calendar);
@@ -81,15 +38,6 @@ std::vector<BothDays> all_days(const std::vector<RuleNumbers>& rules, const Work
   for (const RuleNumbers& rule : rules)
     for (int i = 0; i < months_of_a_rule; ++i) result.push_back(work(rule, first_contract + std::chrono::months{i}));
   return result;
-}
-
-std::vector<RuleNumbers> random_rules(std::size_t count, unsigned seed) {
-  std::mt19937 random(seed);
-  std::vector<RuleNumbers> rules(count);
-  for (RuleNumbers& rule : rules)
-    for (const RuleField& field : rule_fields)
-      rule.*field.value = std::uniform_int_distribution<std::int32_t>(field.least, field.greatest)(random);
-  return rules;
 }
 
 void print_search(const TradingDays& calendar, int count) {
@@ -111,25 +59,29 @@ void print_search(const TradingDays& calendar, int count) {
 int main(int argc, char** argv) {
   const std::size_t count = argc > 1 ? std::strtoul(argv[1], nullptr, 10) : 10'000;
   const unsigned seed = argc > 2 ? static_cast<unsigned>(std::strtoul(argv[2], nullptr, 10)) : std::random_device{}();
-  const std::vector<RuleNumbers> rules = random_rules(count, seed);
+  std::mt19937 random(seed);
+  const std::vector<RuleNumbers> rules = random_rules(count, random);
   std::printf("%zu rules by %d months, seed %u\n", count, months_of_a_rule, seed);
   std::size_t differences = 0;
   for (const Calendar& calendar : shipped_calendars()) {
     const TradingDays open_days = trading_days(calendar);
-    const QuantLib::BespokeCalendar peer = quantlib_calendar(calendar);
+    std::vector<Day> closed;
+    for (const ClosedDay& day : calendar.closed) closed.push_back(day.day);
+    const QuantLib::BespokeCalendar peer = quantlib_peer::calendar_of(calendar.name, calendar.weekend, closed);
     auto start = Clock::now();
     const auto ours = all_days(
         rules, [&](const RuleNumbers& rule, Month contract) { return days_by_library(rule, contract, open_days); });
     const double our_time = seconds_since(start);
     start = Clock::now();
     const auto theirs = all_days(
-        rules, [&](const RuleNumbers& rule, Month contract) { return days_by_quantlib(rule, contract, peer); });
+        rules, [&](const RuleNumbers& rule, Month contract) { return quantlib_peer::days_of(rule, contract, peer); });
     const double their_time = seconds_since(start);
     std::size_t different = 0;
     for (std::size_t i = 0; i < ours.size(); ++i) different += ours[i] != theirs[i];
     const auto dates = static_cast<double>(ours.size());
-    std::printf("%-18s %12.0f dates/s, QuantLib %10.0f dates/s, ratio %6.1f, %zu differences\n", calendar.name.c_str(),
-                dates / our_time, dates / their_time, their_time / our_time, different);
+    std::printf("%-18s %7.1f ms, %11.0f dates/s; QuantLib %7.0f ms, %9.0f dates/s; ratio %5.1f; %zu differences\n",
+                calendar.name.c_str(), our_time * 1000, dates / our_time, their_time * 1000, dates / their_time,
+                their_time / our_time, different);
     differences += different;
   }
   for (const Calendar& calendar : shipped_calendars()) {
