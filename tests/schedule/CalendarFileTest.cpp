@@ -1,6 +1,4 @@
 #include "CalendarFile.h"
-#include "Depth.h"
-#include "RandomCases.h"
 #include "ScheduleTest.h"
 
 namespace workbench::schedule {
@@ -135,25 +133,6 @@ TEST(CalendarFile, SevenAreShipped) {
   std::string names;
   for (const Calendar& calendar : shipped_calendars()) names += calendar.name + " ";
   EXPECT_EQ(names, "china-futures eurex hong-kong-futures japan-futures korea-futures singapore-futures us-futures ");
-}
-
-TEST(CalendarFile, TruncatedIsRefusedOrAccepted) {
-  for (std::size_t length = 0; length < good.size(); ++length) messages(good.substr(0, length));
-  EXPECT_NE(messages(good.substr(0, good.find("2026-05-01") + 9)), "");
-}
-
-TEST(CalendarFile, DamagedIsRefusedOrAccepted) {
-  test_support::RandomCases random;
-  for (int number = 0; number < test_support::repetitions(100000, 3000); ++number) {
-    std::string text = good;
-    random.damage(text, 3);
-    const CalendarReading reading = read_calendar(text);
-    ASSERT_EQ(reading.calendar.has_value(), reading.mistakes.empty()) << random.trace(number);
-    for (const Mistake& mistake : reading.mistakes) ASSERT_GT(mistake.line, 0U) << random.trace(number);
-    if (reading.calendar) {
-      ASSERT_EQ(read_calendar(write_calendar(*reading.calendar)).calendar, reading.calendar) << random.trace(number);
-    }
-  }
 }
 
 }  // namespace workbench::schedule

@@ -97,6 +97,17 @@ TEST_F(Commands, PageHasWhatHappensInItsYearWhateverTheContract) {
   EXPECT_EQ(early.find("<td>2026-05</td>"), std::string::npos);
 }
 
+TEST_F(Commands, MonthsMayLeadBeyond2199) {
+  const std::vector<std::string> last{"--from", "2199-12", "--months", "2"};
+  EXPECT_EQ(run(schedule_csi + last).data,
+            "rule,setting,contract,specified,expiration,roll,flags\r\n"
+            "CSI 300,,2199-12,2199-12-20,,,beyond-calendar\r\n"
+            "CSI 300,,2200-01,2200-01-17,,,beyond-calendar\r\n");
+  EXPECT_EQ(outcome(schedule_csi + std::vector<std::string>{"--from", "2200-01"}),
+            "2|\"2200-01\" is no value of --from");
+  EXPECT_EQ(run(schedule_csi + std::vector<std::string>{"--from", "2199-12", "--months", "1200"}).exit_code, done);
+}
+
 TEST_F(Commands, CalendarMayBeAFile) {
   files_["my.csv"] = "# name: mine\n# from: 2026-01-01\n# to: 2026-01-31\ndate\n2026-01-16\n";
   const std::vector<std::string> command{"--rules", "rules.csv", "--schedule", "CSI 300", "--calendar", "my.csv"};
@@ -119,8 +130,9 @@ TEST_F(Commands, SettingsOfAStoreGiveTheirRows) {
 }
 
 TEST_F(Commands, RuleWithoutCalendarNeedsOne) {
-  EXPECT_EQ(outcome({"--rules", "rules.csv", "--schedule-all"}),
-            "2|no setting gives the rule \"CSI 300\" a calendar: --calendar is needed");
+  EXPECT_EQ(outcome({"--rules", "rules.csv", "--schedule", "CSI 300"}),
+            "2|no setting gives the rule \"CSI 300\" a calendar: add one that does, or name a calendar with "
+            "--calendar");
 }
 
 TEST_F(Commands, CheckComparesAListWithTheRules) {
@@ -136,8 +148,8 @@ TEST_F(Commands, CheckComparesAListWithTheRules) {
   files_["list.csv"] =
       "rule,contract,date,x\nzinc,2026-01,2026-01-15,\ncopper,x,2026-01-15,\ncopper,2026-01,2026-01-15,\n";
   EXPECT_EQ(outcome(command),
-            "1|list.csv:3: expected a contract like 2026-01, 202601, 2601, IF2601 or CLF26; found \"x\""
-            "|list.csv: the column \"x\" is ignored|list.csv:2: there is no rule \"zinc\"");
+            "1|list.csv: the column \"x\" is ignored|list.csv:2: there is no rule \"zinc\""
+            "|list.csv:3: expected a contract like 2026-01, 202601, 2601, IF2601 or CLF26; found \"x\"");
   files_["list.csv"] = "rule;contract;date\n";
   EXPECT_EQ(run(command).exit_code, unusable_file);
 }
@@ -156,7 +168,72 @@ TEST_F(Commands, CheckComparesWithEachSettingOfTheRule) {
             "r,2026-02,2026-02-24,2026-02-24,0,\r\n");
   EXPECT_NE(output.data.find("r,2026-03,2026-03-23,2026-03-20,-3,"), std::string::npos) << "the nearest one";
   input_.settings.resize(1);
-  EXPECT_EQ(outcome(command), "2|no setting gives the rule \"r\" a calendar: --calendar is needed");
+  files_["list.csv"].resize(files_["list.csv"].find("r,2026-02"));
+  EXPECT_EQ(outcome(command),
+            "2|list.csv:2: no setting gives the rule \"r\" a calendar: add one that does, or name a calendar with "
+            "--calendar");
+}
+
+TEST_F(Commands, CheckLeavesOutASettingWhoseCalendarDoesNotExistAndGoesOn) {
+  input_.rules = {{"r", on_day(15)}, {"s", on_day(16)}};
+  input_.settings = {{"moon", "r", "moon"}, {"CN", "s", "china-futures"}};
+  files_["list.csv"] = "rule,contract,date\nr,2026-01,2026-01-15\ns,2026-01,2026-01-16\nr,2026-02,2026-02-15\n";
+  const std::vector<std::string> command{"--store", "s", "--check", "list.csv"};
+  const std::string left_out =
+      "1|the setting \"moon\" of the rule \"r\" names the calendar \"moon\", which does not exist, and is left out";
+  EXPECT_EQ(outcome(command), left_out);
+  EXPECT_EQ(run(command).data,
+            "rule,contract,listed,found,days,explained_by\r\ns,2026-01,2026-01-16,2026-01-16,0,\r\n");
+  input_.settings.push_back({"CN", "r", "china-futures"});
+  EXPECT_EQ(outcome(command), left_out);
+  EXPECT_NE(run(command).data.find("\r\nr,2026-01,2026-01-15,2026-01-15,0,\r\n"), std::string::npos);
+}
+
+TEST_F(Commands, CheckNamesAContractThatNoSettingDelivers) {
+  input_.rules = {{"r", on_day(15)}};
+  input_.settings = {{"IF", "r", "china-futures", "HMUZ"}, {"IH", "r", "china-futures", "F", true}};
+  files_["list.csv"] = "rule,contract,date\nr,2026-02,2026-02-13\nr,2026-01,2026-01-15\nr,2026-06,2026-06-15\n";
+  const std::vector<std::string> command{"--store", "s", "--check", "list.csv"};
+  EXPECT_EQ(outcome(command), "1|list.csv:2: no setting of the rule \"r\" has 2026-02 among its delivery months");
+  EXPECT_EQ(run(command).data,
+            "rule,contract,listed,found,days,explained_by\r\n"
+            "r,2026-01,2026-01-15,2026-01-15,0,\r\n"
+            "r,2026-06,2026-06-15,2026-06-15,0,\r\n");
+}
+
+TEST_F(Commands, EveryRuleWithoutACalendarIsNamed) {
+  input_.rules = {{"a", on_day(15)}, {"b", on_day(16)}, {"c", on_day(17)}};
+  input_.settings = {{"CN", "b", "china-futures"}};
+  const std::string needed = " a calendar: add one that does, or name a calendar with --calendar";
+  EXPECT_EQ(outcome({"--store", "s", "--schedule-all"}),
+            "2|no setting gives the rule \"a\"" + needed + "|no setting gives the rule \"c\"" + needed);
+  EXPECT_EQ(run({"--store", "s", "--schedule-all"}).data, "");
+}
+
+TEST_F(Commands, ScheduleLeavesOutASettingWhoseCalendarDoesNotExistAndGoesOn) {
+  input_.rules = {{"a", on_day(15)}, {"b", on_day(16)}};
+  input_.settings = {{"moon", "a", "moon"}, {"CN", "b", "china-futures"}};
+  const std::vector<std::string> command{"--store", "s", "--schedule-all", "--months", "1", "--format", "csv"};
+  EXPECT_EQ(outcome(command),
+            "1|the setting \"moon\" of the rule \"a\" names the calendar \"moon\", which does not exist, and is left "
+            "out");
+  EXPECT_EQ(run(command).data,
+            "rule,setting,contract,specified,expiration,roll,flags\r\n"
+            "b,CN,2026-01,2026-01-16,2026-01-16,2026-01-16,\r\n");
+}
+
+TEST_F(Commands, EndingsOfFilesAreTheSameInUpperCase) {
+  files_["my.CSV"] = "# name: mine\n# from: 2026-01-01\n# to: 2026-01-31\ndate\n2026-01-16\n";
+  EXPECT_NE(run({"--rules", "rules.csv", "--schedule", "CSI 300", "--calendar", "my.CSV"}).data.find("2026-01-19"),
+            std::string::npos);
+  input_.rules = {{"r", on_day(15)}};
+  EXPECT_EQ(run({"--store", "s", "--export", "all.JSON"}).file.value().front(), '{');
+  EXPECT_EQ(run({"--store", "s", "--export", "all.Csv"}).file.value().front(), 'R');
+  files_["all.Json"] = "{\"rules\": []}";
+  EXPECT_EQ(outcome({"--store", "s", "--import", "all.Json"}),
+            "0|0 added, 0 changed, 0 left alone, 0 removed, 0 refused|nothing was changed");
+  files_["x.ICS"] = "no events";
+  EXPECT_EQ(run({"--store", "s", "--import-calendar", "x.ICS"}).exit_code, wrong_arguments) << "it needs a name";
 }
 
 TEST_F(Commands, SettingWithoutCalendarLeavesTheOthersTheirRows) {
@@ -166,7 +243,8 @@ TEST_F(Commands, SettingWithoutCalendarLeavesTheOthersTheirRows) {
   EXPECT_EQ(outcome(command), "0|the setting \"none\" of the rule \"r\" names no calendar and is left out");
   EXPECT_NE(run(command).data.find("r,CN,2026-01,2026-01-15"), std::string::npos);
   input_.settings.resize(1);
-  EXPECT_EQ(outcome(command), "2|no setting gives the rule \"r\" a calendar: --calendar is needed");
+  EXPECT_EQ(outcome(command),
+            "2|no setting gives the rule \"r\" a calendar: add one that does, or name a calendar with --calendar");
 }
 
 TEST_F(Commands, FindRuleNamesTheRules) {

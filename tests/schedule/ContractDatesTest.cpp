@@ -227,6 +227,37 @@ TEST(InvalidRule, UnknownModeIsTheOnlyFaultThatIsReportedOfTheDay) {
   EXPECT_EQ(dates_of(rule, "2026-01").invalid_fields, 1U << 2U);
 }
 
+TEST(ContractDates, ContractsAfter2199AreUnknownOrEstimates) {
+  struct Case {
+    RuleNumbers rule;
+    Month contract;
+    const char* specified;
+    const char* expiration;
+    const char* roll;
+    bool clamped;
+  };
+  const auto in = [](int year, unsigned month) { return std::chrono::year{year} / std::chrono::month{month}; };
+  const Case cases[]{
+      {on_day(15, next_month), in(2199, 12), "2200-01-15", "2200-01-15", "2200-01-15", false},
+      {less(on_day(1), 2, in_trading_days), in(2200, 1), "2200-01-01", "2200-01-01", "2199-12-30", false},
+      // 2200 is no leap year.
+      {less(on_day(31), 1, in_calendar_days), in(2200, 2), "2200-02-28", "2200-02-28", "2200-02-27", true},
+      {on_weekday(5, 0, previous_month, true), in(2200, 2), "2200-01-26", "2200-01-27", "2200-01-27", false},
+      {on_day(1, current_month), in(9999, 8), "9999-08-01", "9999-07-30", "9999-07-30", false},
+  };
+  for (const auto& [rule, contract, specified, expiration, roll, clamped] : cases) {
+    const ContractDates unknown = contract_dates(rule, contract, winter());
+    EXPECT_EQ(text_of(unknown.specified), specified);
+    EXPECT_EQ(unknown.expiration, (ContractDay{std::nullopt, Basis::beyond_calendar}));
+    EXPECT_EQ(unknown.roll, (ContractDay{std::nullopt, Basis::beyond_calendar}));
+    EXPECT_EQ(unknown.clamped, clamped);
+    const ContractDates estimates = contract_dates(rule, contract, winter(), {.estimates = true});
+    EXPECT_EQ(text_of(estimates.expiration), expiration);
+    EXPECT_EQ(text_of(estimates.roll), roll);
+    EXPECT_EQ(estimates.roll.basis, Basis::estimate);
+  }
+}
+
 TEST(ToggledDay, IsTakenAsTheOppositeOfTheCalendar) {
   const RuleNumbers rule = less(on_day(2, current_month, true), 1, in_trading_days);
   EXPECT_EQ(expiration(rule, "2026-01"), "2026-01-05");

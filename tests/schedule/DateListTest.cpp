@@ -1,6 +1,4 @@
 #include "DateList.h"
-#include "Depth.h"
-#include "RandomCases.h"
 #include "ScheduleTest.h"
 
 namespace workbench::schedule {
@@ -58,21 +56,6 @@ TEST(DateList, MistakesAreReportedWithTheirLines) {
 
 TEST(DateList, SameContractOfAnotherRuleIsNoRepetition) {
   EXPECT_EQ(messages(read_rule_date_list("rule,contract,date\na,2601,2026-01-16\nb,2601,2026-01-16\n")), "");
-}
-
-TEST(DateList, TruncatedAndDamagedIsRefusedWithALineOrAccepted) {
-  const std::string good = "rule,contract,date\r\nCSI 300,IF2601,2026-01-16\r\n\"a \"\"b\"\"\",CLF26,2025-12-19\r\n";
-  for (std::size_t length = 0; length < good.size(); ++length) {
-    for (const Mistake& mistake : read_rule_date_list(good.substr(0, length)).mistakes) EXPECT_GT(mistake.line, 0U);
-  }
-  test_support::RandomCases random;
-  for (int number = 0; number < test_support::repetitions(100000, 3000); ++number) {
-    std::string text = good;
-    random.damage(text, 3);
-    const DateList list = read_rule_date_list(text);
-    for (const Mistake& mistake : list.mistakes) ASSERT_GT(mistake.line, 0U) << random.trace(number);
-    ASSERT_LE(list.dates.size(), 4U) << random.trace(number);
-  }
 }
 
 }  // namespace workbench::schedule

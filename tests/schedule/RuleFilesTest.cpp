@@ -1,6 +1,4 @@
-#include "Depth.h"
 #include "ImportPlan.h"
-#include "RandomCases.h"
 #include "RuleFiles.h"
 #include "ScheduleTest.h"
 
@@ -171,7 +169,7 @@ TEST(ImportPlan, SaysWhatIsAddedChangedAndLeft) {
   const std::vector<NamedRule> stored{{"same", on_day(1)}, {"other", on_day(2)}, {"not in the file", on_day(3)}};
   const std::vector<NamedRule> imported{
       {"same", on_day(1)}, {"other", on_day(4)}, {"new", on_day(5)}, {"\xE6\xB2\xAA", on_day(6)}};
-  const ImportPlan plan = plan_import(read_rules_csv(write_csv(imported)), stored, some_settings);
+  const ImportPlan plan = plan_import(read_rules_csv(write_csv(imported)), {stored, some_settings});
   EXPECT_EQ(messages(plan.refused), "");
   ASSERT_EQ(plan.rules.size(), 4U);
   EXPECT_EQ(plan.rules[0].action, ImportAction::leave);
@@ -188,7 +186,7 @@ TEST(ImportPlan, SaysWhatIsAddedChangedAndLeft) {
 TEST(ImportPlan, RefusesRepeatedNamesAndValuesThatNoStoreKeeps) {
   const std::string text =
       header + "a,0,0,0,1,1,1,1,1,0\nb,100,0,0,0,1,1,1,1,2\na,0,0,0,2,1,1,1,1,0\nc,x,0,0,1,1,1,1,1,0\n";
-  EXPECT_EQ(messages(plan_import(read_rules_csv(text), {}, {}).refused),
+  EXPECT_EQ(messages(plan_import(read_rules_csv(text), {}).refused),
             "f:3: expected RollOffset from 0 to 99, found 100\n"
             "f:3: expected DayOfMonth from 1 to 31, found 0\n"
             "f:3: expected MoveToNextTradingDay from 0 to 1, found 2\n"
@@ -200,13 +198,28 @@ TEST(ImportPlan, SettingsReplaceTheWholeList) {
   const std::vector<NamedSetting> stored{{"IF", "a"}, {"IF", "b"}, {"CL", "c"}};
   const RuleFile file =
       read_settings_csv("SettingName,RuleName,Calendar,Months,LastTradingDay\nIF,a,,,\nIF,x,,,\nIF,y,,,\n");
-  const ImportPlan plan = plan_import(file, {}, stored);
+  const ImportPlan plan = plan_import(file, {.settings = stored});
   ASSERT_TRUE(plan.settings.has_value());
   ASSERT_EQ(plan.settings->size(), 3U);
   EXPECT_EQ(plan.settings->at(0).action, ImportAction::leave);
   EXPECT_EQ(plan.settings->at(1).action, ImportAction::change);
   EXPECT_EQ(plan.settings->at(2).action, ImportAction::add);
   EXPECT_EQ(plan.removed_settings, (std::vector<NamedSetting>{{"CL", "c"}}));
+}
+
+TEST(ImportPlan, WarnsOfSettingsThatNameWhatDoesNotExist) {
+  const std::string text =
+      "SettingName,RuleName,Calendar,Months,LastTradingDay\na,stored,test,,\nb,none,,,\nc,,moon,,\nd,new,,,\n";
+  RuleFile file = read_settings_csv(text);
+  file.rules = {{7, {"new", on_day(1)}}};
+  const std::vector<NamedRule> stored{{"stored", on_day(1)}};
+  const std::vector<Calendar> calendars{{.name = "test"}};
+  const ImportPlan plan = plan_import(file, {stored, {}, calendars});
+  EXPECT_EQ(messages(plan.warnings),
+            "f:3: the setting \"b\" uses the rule \"none\", which does not exist\n"
+            "f:4: the setting \"c\" names the calendar \"moon\", which does not exist\n");
+  EXPECT_TRUE(plan.refused.empty());
+  EXPECT_EQ(plan.settings->size(), 4U);
 }
 
 TEST(EditedName, IsWhatTheEditorAccepts) {
@@ -216,35 +229,6 @@ TEST(EditedName, IsWhatTheEditorAccepts) {
   for (const std::string& name : {std::string(), std::string("A-B"), std::string("A_B"), std::string("A.B"),
                                   std::string("\xE6\xB2\xAA"), std::string(64, 'x'), std::string(1, '\0')})
     EXPECT_FALSE(is_edited_name(name)) << name;
-}
-
-TEST(RuleFiles, TruncatedFilesAreRefusedWithALineOrAccepted) {
-  const std::string json = write_rules_json(some_rules, some_settings);
-  for (std::size_t length = 0; length + 1 < json.size(); ++length) {
-    const RuleFile file = read_rules_json(json.substr(0, length));
-    ASSERT_FALSE(file.mistakes.empty()) << length;
-    ASSERT_GT(file.mistakes.front().line, 0U) << length;
-  }
-  const std::string csv = write_csv(some_rules);
-  for (std::size_t length = 0; length < csv.size(); ++length) {
-    for (const Mistake& mistake : read_rules_csv(csv.substr(0, length)).mistakes) ASSERT_GT(mistake.line, 0U);
-  }
-}
-
-TEST(RuleFiles, DamagedFilesAreRefusedWithALineOrAccepted) {
-  test_support::RandomCases random;
-  const std::string json = write_rules_json(some_rules, some_settings);
-  const std::string csv = write_csv(some_rules);
-  for (int number = 0; number < test_support::repetitions(50000, 2000); ++number) {
-    const bool is_json = number % 2 == 0;
-    std::string text = is_json ? json : csv;
-    random.damage(text, 3);
-    const RuleFile file = is_json ? read_rules_json(text) : read_rules_csv(text);
-    for (const Mistake& mistake : file.mistakes) ASSERT_GT(mistake.line, 0U) << random.trace(number);
-    if (!file.mistakes.empty() || !file.rules) continue;
-    const std::vector<NamedRule> rules = rules_of(file);
-    ASSERT_EQ(rules_of(read_rules_json(write_rules_json(rules, std::nullopt))), rules) << random.trace(number);
-  }
 }
 
 }  // namespace workbench::schedule

@@ -108,10 +108,37 @@ TEST(YearPage, ShowsEachDayWithItsRuleInItsMonthAndBelow) {
   EXPECT_EQ(months, 12U);
 }
 
+TEST(YearPage, LegendSaysWhatIsStruckOut) {
+  const std::vector<ScheduleRow> rows{row_of(third_friday, "2026-02")};
+  const auto february_of = [](const std::string& page) {
+    const std::size_t begin = page.find("February");
+    return page.substr(begin, page.find("March") - begin);
+  };
+  const std::string holiday = "<td class=\"closed\">17</td>";
+  const std::string saturday = "<td class=\"closed\">28</td>";
+  const std::string one = year_page(rows, std::chrono::year{2026}, &china(), Language::english);
+  EXPECT_NE(one.find("<span class=\"closed\">1</span> closed"), one.npos);
+  EXPECT_NE(february_of(one).find(holiday), one.npos);
+  const std::string several = year_page(rows, std::chrono::year{2026}, nullptr, Language::english);
+  EXPECT_NE(several.find("<span class=\"closed\">1</span> weekend"), several.npos);
+  EXPECT_EQ(february_of(several).find(holiday), several.npos);
+  EXPECT_NE(february_of(several).find(saturday), several.npos);
+}
+
+TEST(YearPage, SettingsWithTheSameDayShareALine) {
+  const std::vector<ScheduleRow> rows{row_of(third_friday, "2026-03", "r", "two"),
+                                      row_of(third_friday, "2026-03", "r", "one"),
+                                      row_of(third_friday, "2026-03", "s")};
+  const std::string page = year_page(rows, std::chrono::year{2026}, &china(), Language::english);
+  EXPECT_NE(page.find("<ul><li>20 \xE2\x97\x8F\xE2\x96\xB2 r (one, two) 2026-03</li>"
+                      "<li>20 \xE2\x97\x8F\xE2\x96\xB2 s 2026-03</li></ul>"),
+            page.npos);
+}
+
 TEST(YearPage, EstimatesAreMarked) {
   const std::vector<ScheduleRow> rows{row_of(third_friday, "2027-01", "r", "", true)};
   const std::string page = year_page(rows, std::chrono::year{2027}, &china(), Language::chinese);
-  EXPECT_NE(page.find("<li>15 \xE2\x97\x8F? r 2027-01</li>"), page.npos);
+  EXPECT_NE(page.find("<li>15 \xE2\x97\x8F\xE2\x96\xB2? r 2027-01</li>"), page.npos);
   EXPECT_NE(page.find("<td class=\"estimate\">2027-01-15?</td>"), page.npos);
 }
 

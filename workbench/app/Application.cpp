@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "ModulePath.h"
+#include "ScopedFlag.h"
 #include "StoreMessages.h"
 #include "Texts.h"
 #include "UserSettings.h"
@@ -13,18 +14,6 @@ namespace workbench {
 namespace {
 
 constexpr int menus_after_those_of_plugins = 1;
-
-/// True while it lives.
-class ScopedFlag {
- public:
-  explicit ScopedFlag(bool& flag) noexcept : flag_(flag) { flag = true; }
-  ~ScopedFlag() { flag_ = false; }
-  ScopedFlag(const ScopedFlag&) = delete;
-  ScopedFlag& operator=(const ScopedFlag&) = delete;
-
- private:
-  bool& flag_;
-};
 
 }  // namespace
 
@@ -70,8 +59,9 @@ HRESULT Application::initialize_plugin() {
 }
 
 void Application::run(long shown_rule) {
-  if (shown_rule != 0) window_.post([this, shown_rule] { open_rule(shown_rule); });
   ShowWindow(window_.handle(), SW_SHOWDEFAULT);
+  offer_calendars();
+  if (shown_rule != 0) window_.post([this, shown_rule] { open_rule(shown_rule); });
   HACCEL own_keys = LoadAcceleratorsW(base::module_instance(), MAKEINTRESOURCEW(IDR_ACCELERATORS));
   MSG message{};
   while (GetMessageW(&message, nullptr, 0, 0) > 0) {

@@ -33,6 +33,9 @@ class Application {
   /// Creates and initialises the plug-in. What fails is shown to the user, who can still look at the rules.
   void load_plugin(const std::filesystem::path& module);
 
+  /// Offers newer calendars; see `ScheduleCommands`.
+  void offer_calendars(const ShippedCalendars& shipped = {}) { schedule_commands_.offer_calendars(shipped); }
+
   /// Runs until the window is closed. A rule other than 0 is opened in the editor first.
   void run(long shown_rule);
 

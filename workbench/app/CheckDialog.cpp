@@ -3,7 +3,6 @@
 #include <utility>
 
 #include "DialogControls.h"
-#include "ProgressDialog.h"
 #include "ScheduleFormat.h"
 #include "ScheduleRecords.h"
 #include "Texts.h"
@@ -94,7 +93,10 @@ void CheckDialog::import() {
   std::wstring path;
   const std::optional<std::string> bytes = ask_for_file(path);
   if (!bytes) return;
-  dates_ = schedule::read_rule_date_list(*bytes);
+  const auto read = run_cancellable(
+      [&](const schedule::Progress& progress) { return schedule::read_rule_date_list(*bytes, progress); });
+  if (!read) return;
+  dates_ = *read;
   imported_ = true;
   check();
 }
@@ -108,10 +110,9 @@ CheckChoice CheckDialog::choice() const {
 }
 
 void CheckDialog::check() {
-  ProgressDialog progress(handle());
-  CheckedList list = check_list(data(), dates_, choice(),
-                                [&](std::size_t done, std::size_t total) { return progress.go_on(done, total); });
-  if (!list.cancelled) show(list);
+  const auto list = run_cancellable(
+      [&](const schedule::Progress& progress) { return check_list(data(), dates_, choice(), progress); });
+  if (list) show(*list);
 }
 
 void CheckDialog::show(const CheckedList& list) {

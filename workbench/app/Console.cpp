@@ -19,46 +19,59 @@ HANDLE standard_handle(DWORD which) {
   return GetStdHandle(which);
 }
 
-bool write_bytes(HANDLE file, std::string_view bytes) {
-  while (!bytes.empty()) {
+constexpr size_t units_of_a_part = 8192;  // a console takes only so much at once
+
+bool write_bytes(HANDLE file, std::string_view bytes, const schedule::Progress& progress) {
+  for (size_t done = 0; done < bytes.size();) {
+    schedule::advance(progress, done, bytes.size());
+    const size_t part = std::min(units_of_a_part, bytes.size() - done);
     DWORD written = 0;
-    if (!WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr) || written == 0)
+    if (!WriteFile(file, bytes.data() + done, static_cast<DWORD>(part), &written, nullptr) || written == 0)
       return false;
-    bytes.remove_prefix(written);
+    done += written;
   }
   return true;
 }
 
-/// A console takes only so much at once.
-bool write_to_console(HANDLE console, std::wstring_view text) {
-  constexpr DWORD most_units = 8192;
-  while (!text.empty()) {
-    const DWORD count = std::min(most_units, static_cast<DWORD>(text.size()));
-    if (!WriteConsoleW(console, text.data(), count, nullptr, nullptr)) return false;
-    text.remove_prefix(count);
+bool write_to_console(HANDLE console, std::wstring_view text, const schedule::Progress& progress) {
+  for (size_t done = 0; done < text.size(); done += units_of_a_part) {
+    schedule::advance(progress, done, text.size());
+    const std::wstring_view part = text.substr(done, units_of_a_part);
+    if (!WriteConsoleW(console, part.data(), static_cast<DWORD>(part.size()), nullptr, nullptr)) return false;
   }
   return true;
+}
+
+bool is_console(HANDLE handle) {
+  DWORD mode = 0;
+  return GetConsoleMode(handle, &mode) != FALSE;
 }
 
 /// `text` is UTF-16 or UTF-8.
 template <class Text>
-bool write(DWORD which, Text text) {
+bool write(DWORD which, Text text, const schedule::Progress& progress) {
   HANDLE handle = standard_handle(which);
   if (!handle || handle == INVALID_HANDLE_VALUE) return false;
-  DWORD mode = 0;
-  const bool is_console = GetConsoleMode(handle, &mode);
   if constexpr (std::is_same_v<Text, std::string_view>)
-    return is_console ? write_to_console(handle, base::from_utf8(text)) : write_bytes(handle, text);
+    return is_console(handle) ? write_to_console(handle, base::from_utf8(text), progress)
+                              : write_bytes(handle, text, progress);
   else
-    return is_console ? write_to_console(handle, text) : write_bytes(handle, base::to_utf8(text));
+    return is_console(handle) ? write_to_console(handle, text, progress)
+                              : write_bytes(handle, base::to_utf8(text), progress);
 }
 
 }  // namespace
 
-bool write_output(std::wstring_view text) { return write(STD_OUTPUT_HANDLE, text); }
+bool write_output(std::wstring_view text) { return write(STD_OUTPUT_HANDLE, text, {}); }
 
-bool write_error(std::wstring_view text) { return write(STD_ERROR_HANDLE, text); }
+bool write_error(std::wstring_view text) { return write(STD_ERROR_HANDLE, text, {}); }
 
-bool write_output_utf8(std::string_view text) { return write(STD_OUTPUT_HANDLE, text); }
+bool write_output_utf8(std::string_view text, const schedule::Progress& progress) {
+  return write(STD_OUTPUT_HANDLE, text, progress);
+}
+
+bool is_output_on_console() { return is_console(standard_handle(STD_OUTPUT_HANDLE)); }
+
+bool is_error_on_console() { return is_console(standard_handle(STD_ERROR_HANDLE)); }
 
 }  // namespace workbench

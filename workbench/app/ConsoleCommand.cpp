@@ -45,16 +45,18 @@ BOOL WINAPI on_console_event(DWORD event) {
   return TRUE;
 }
 
-/// What is thrown out of a change of the store when the user cancels it.
-struct Cancelled {};
-
-/// Shows the progress of what takes longer than a second, once a second.
+/// Shows the progress of what takes longer than a second, once a second, to a person who looks at a console.
 class ProgressDisplay {
  public:
+  /// A part of the command from `first` to `last` hundredths.
+  schedule::Progress part(std::size_t first, std::size_t last) {
+    return schedule::part_of([this](std::size_t done, std::size_t all) { return show(done, all); }, first, last);
+  }
+
   /// Returns whether to go on.
   bool show(std::size_t done, std::size_t all) {
     const auto now = std::chrono::steady_clock::now();
-    if (now - shown_ >= std::chrono::seconds(1) && all > 0) {
+    if (is_visible_ && now - shown_ >= std::chrono::seconds(1) && all > 0) {
       shown_ = now;
       write_error(std::to_wstring(done * 100 / all) + L" %\n");
     }
@@ -62,6 +64,7 @@ class ProgressDisplay {
   }
 
  private:
+  bool is_visible_ = is_error_on_console();
   std::chrono::steady_clock::time_point shown_ = std::chrono::steady_clock::now();
 };
 
@@ -85,17 +88,26 @@ class CommandStore {
   RuleStore& store() { return *store_; }
   bool is_new() const { return is_new_; }
 
-  void change(const schedule::WantedChange& wanted, const std::function<void(std::size_t)>& on_rule) {
-    change(*store_, wanted, on_rule);
-    if (!is_new_) return;
-    const auto file = open_sqlite_store(path_, {.first_content = content_of(*store_)});
-    // Another program may have created the file meanwhile.
-    if (content_of(*file) != content_of(*store_)) change(*file, wanted, on_rule);
+  void change(const schedule::WantedChange& wanted, const schedule::Progress& progress) {
+    change(*store_, wanted, is_new_ ? schedule::part_of(progress, 0, 20) : progress);
+    if (is_new_) create(wanted, schedule::part_of(progress, 20, 100));
   }
 
  private:
-  static void change(RuleStore& store, const schedule::WantedChange& wanted,
-                     const std::function<void(std::size_t)>& on_rule) {
+  void create(const schedule::WantedChange& wanted, const schedule::Progress& progress) {
+    std::error_code unknown;
+    const bool existed = std::filesystem::exists(path_, unknown);
+    try {
+      const auto file = open_sqlite_store(path_, {.first_content = content_of(*store_), .progress = progress});
+      // Another program may have created the file meanwhile.
+      if (content_of(*file) != content_of(*store_)) change(*file, wanted, progress);
+    } catch (const schedule::Cancelled&) {
+      if (!existed && std::filesystem::file_size(path_, unknown) == 0) std::filesystem::remove(path_, unknown);
+      throw;
+    }
+  }
+
+  static void change(RuleStore& store, const schedule::WantedChange& wanted, const schedule::Progress& progress) {
     if (wanted.calendar) return store.replace_calendars({{*wanted.calendar, schedule::shipped_calendars_version}});
     StoreImport records;
     for (const schedule::NamedRule& rule : wanted.rules) records.rules.push_back(from_named(rule));
@@ -103,7 +115,7 @@ class CommandStore {
       records.settings.emplace();
       for (const schedule::NamedSetting& setting : *wanted.settings) records.settings->push_back(from_named(setting));
     }
-    store.import_records(records, on_rule);
+    store.import_records(records, progress);
   }
 
   static StoreContent content_of(RuleStore& store) {
@@ -129,12 +141,13 @@ class ConsoleCommand {
       schedule::CommandOutput output = run_command(arguments_, input());
       // What changes is shown first. If it cannot be, nothing is changed.
       const schedule::ExitCode exit_code = write(output);
-      if (output.change && exit_code != schedule::unusable_file) change_store(*output.change);
+      if (output.change && exit_code != schedule::unusable_file)
+        store_->change(*output.change, progress_.part(command_share, 100));
       return exit_code;
     } catch (const StoreError& error) {
       write_error(store_message(error) + L"\n");
       return schedule::unusable_file;
-    } catch (const Cancelled&) {
+    } catch (const schedule::Cancelled&) {
       tell(MistakeKind::cancelled, {});
       return schedule::not_started;
     }
@@ -157,29 +170,30 @@ class ConsoleCommand {
     }
     input.today = local_today();
     input.language = chosen_language();
-    input.progress = [this](std::size_t done, std::size_t all) { return progress_.show(done, all); };
+    input.progress = progress_.part(0, command_share);
     return input;
-  }
-
-  void change_store(const schedule::WantedChange& change) {
-    store_->change(change, [&](std::size_t done) {
-      if (!progress_.show(done, change.rules.size())) throw Cancelled();
-    });
   }
 
   schedule::ExitCode write(const schedule::CommandOutput& output) {
     for (const std::string& message : output.messages) write_message(message);
-    if (output.file && !try_write_file(base::from_utf8(arguments_.file), *output.file)) {
+    if (output.file &&
+        !try_write_file(base::from_utf8(arguments_.file), *output.file, progress_.part(command_share, 100))) {
       tell(MistakeKind::file_not_written, {arguments_.file});
       return schedule::unusable_file;
     }
-    if (!output.data.empty() && !write_output_utf8(output.data)) {
+    // On a console the output itself is the progress.
+    const schedule::Progress writing = is_output_on_console() ? [](std::size_t, std::size_t) { return !cancelled; }
+                                                              : progress_.part(command_share, 100);
+    if (!output.data.empty() && !write_output_utf8(output.data, writing)) {
+      if (cancelled) throw schedule::Cancelled();
       tell(MistakeKind::output_not_written, {});
       if (output.change) tell(MistakeKind::nothing_imported, {});
       return schedule::unusable_file;
     }
     return output.exit_code;
   }
+
+  static constexpr std::size_t command_share = 60;  ///< in hundredths; the rest is for what it changes or writes
 
   const CommandArguments& arguments_;
   std::optional<CommandStore> store_;

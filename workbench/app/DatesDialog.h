@@ -7,6 +7,7 @@
 #include "Files.h"
 #include "ListPane.h"
 #include "ModalDialog.h"
+#include "ProgressDialog.h"
 #include "RuleFinder.h"
 #include "ScheduleModel.h"
 
@@ -31,6 +32,17 @@ class DatesDialog : public ModalDialog {
 
   /// The bytes of a file that the user chooses; nothing if there is none. `path` then is its path.
   std::optional<std::string> ask_for_file(std::wstring& path);
+
+  /// What `work` returns, which may take long; nothing when the user cancels it.
+  template <class Work>
+  auto run_cancellable(const Work& work) -> std::optional<decltype(work(schedule::Progress()))> {
+    ProgressDialog dialog(handle());
+    try {
+      return work(dialog.progress());
+    } catch (const schedule::Cancelled&) {
+      return std::nullopt;
+    }
+  }
 
   /// Shows what is to be said, one line each.
   void show_messages(const std::vector<std::wstring>& lines);

@@ -13,6 +13,7 @@ namespace workbench {
 namespace {
 
 constexpr DWORD longest_path = 32768;
+constexpr size_t bytes_of_a_part = 1 << 20;
 
 std::optional<std::filesystem::path> ask_for_file(HWND owner, const FileKind& kind, DWORD flags,
                                                   BOOL(WINAPI* ask)(LPOPENFILENAMEW)) {
@@ -32,13 +33,33 @@ std::optional<std::filesystem::path> ask_for_file(HWND owner, const FileKind& ki
   return std::filesystem::path(path.c_str());
 }
 
-bool write_new_file(const std::filesystem::path& path, std::string_view bytes) {
+bool write_new_file(const std::filesystem::path& path, std::string_view bytes, const schedule::Progress& progress) {
   const base::FileHandle file(
       CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
-  DWORD written = 0;
-  return file && WriteFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr) &&
-         written == bytes.size();
+  if (!file) return false;
+  for (size_t done = 0; done < bytes.size();) {
+    schedule::advance(progress, done, bytes.size());
+    const auto part = static_cast<DWORD>(std::min(bytes.size() - done, bytes_of_a_part));
+    DWORD written = 0;
+    if (!WriteFile(file.get(), bytes.data() + done, part, &written, nullptr) || written != part) return false;
+    done += part;
+  }
+  return true;
 }
+
+/// A file that is deleted at the end unless it has become another one.
+class UnfinishedFile {
+ public:
+  explicit UnfinishedFile(const std::filesystem::path& finished) : path_(finished.wstring() + L".part") {}
+  ~UnfinishedFile() { DeleteFileW(path_.c_str()); }
+  UnfinishedFile(const UnfinishedFile&) = delete;
+  UnfinishedFile& operator=(const UnfinishedFile&) = delete;
+
+  const std::filesystem::path& path() const { return path_; }
+
+ private:
+  std::filesystem::path path_;
+};
 
 }  // namespace
 
@@ -55,12 +76,10 @@ std::optional<std::string> try_read_file(const std::filesystem::path& path) {
   }
 }
 
-bool try_write_file(const std::filesystem::path& path, std::string_view bytes) {
-  const std::filesystem::path unfinished = path.wstring() + L".part";
-  bool done = write_new_file(unfinished, bytes);
-  done = done && MoveFileExW(unfinished.c_str(), path.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH);
-  if (!done) DeleteFileW(unfinished.c_str());
-  return done;
+bool try_write_file(const std::filesystem::path& path, std::string_view bytes, const schedule::Progress& progress) {
+  const UnfinishedFile unfinished(path);
+  return write_new_file(unfinished.path(), bytes, progress) &&
+         MoveFileExW(unfinished.path().c_str(), path.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH);
 }
 
 FileDialogs system_file_dialogs() {

@@ -8,13 +8,16 @@
 #include <string>
 #include <string_view>
 
+#include "Progress.h"
+
 namespace workbench {
 
 /// The bytes of a file; nothing if it cannot be read.
 std::optional<std::string> try_read_file(const std::filesystem::path& path);
 
 /// Puts these bytes in the place of the file's content. Returns false, and leaves the file as it was, if that fails.
-bool try_write_file(const std::filesystem::path& path, std::string_view bytes);
+/// It stays as it was as well when `progress` throws `schedule::Cancelled`.
+bool try_write_file(const std::filesystem::path& path, std::string_view bytes, const schedule::Progress& progress = {});
 
 /// Which files a dialog shows: the text of its filter and the ending that a name without one gets.
 struct FileKind {

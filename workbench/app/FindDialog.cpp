@@ -121,12 +121,17 @@ void FindDialog::find() {
   const schedule::Calendar* calendar = chosen_calendar();
   if (!calendar) return show_mistake(text(IDS_CALENDAR_NEEDED), control(IDC_DATES_CALENDAR));
   const PastedDates pasted = date_file_of(to_schedule_text(window_text(control(IDC_FIND_DATES))));
-  const schedule::DateList list = schedule::read_date_list(pasted.file);
-  std::vector<schedule::KnownDate> dates;
-  for (const schedule::ListedDate& listed : list.dates) dates.push_back(listed.known);
-  const bool expiration = chosen_item(control(IDC_DATES_AGAINST)) == 1;
-  const schedule::FoundRules found =
-      find_rules(dates, trading_days(*calendar), expiration ? schedule::Against::expiration : schedule::Against::roll);
+  const schedule::Against against =
+      chosen_item(control(IDC_DATES_AGAINST)) == 1 ? schedule::Against::expiration : schedule::Against::roll;
+  schedule::DateList list;
+  const auto searched = run_cancellable([&](const schedule::Progress& progress) {
+    list = schedule::read_date_list(pasted.file, schedule::part_of(progress, 0, 10));
+    std::vector<schedule::KnownDate> dates;
+    for (const schedule::ListedDate& listed : list.dates) dates.push_back(listed.known);
+    return find_rules(dates, trading_days(*calendar), against, std::nullopt, schedule::part_of(progress, 10, 100));
+  });
+  if (!searched) return;
+  const schedule::FoundRules& found = *searched;
   std::vector<std::wstring> messages;
   if (!pasted.file.empty()) {
     for (const schedule::Mistake& mistake : list.mistakes)

@@ -145,14 +145,10 @@ LRESULT MainWindow::handle_message(UINT message, WPARAM wparam, LPARAM lparam) {
   }
 }
 
-void MainWindow::message_failed() noexcept {
-  try {
-    throw;
-  } catch (const _com_error& error) {
-    if (status_) status_->show_message(text(IDS_INTERNAL_ERROR, {describe(error.Error())}));
-  } catch (...) {
-    if (status_) status_->show_message(text(IDS_INTERNAL_ERROR, {describe(E_UNEXPECTED)}));
-  }
+void MainWindow::message_failed() noexcept try {
+  if (status_) status_->show_message(describe_caught_exception());
+} catch (...) {
+  // Without memory for the message there is none.
 }
 
 LRESULT MainWindow::on_create() {

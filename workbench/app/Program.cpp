@@ -15,7 +15,6 @@
 #include "FirstContent.h"
 #include "LibrarySearch.h"
 #include "RuleText.h"
-#include "ShippedUpdate.h"
 #include "SqliteRuleStore.h"
 #include "StoreMessages.h"
 #include "TextEncoding.h"
@@ -43,29 +42,17 @@ void show(const std::wstring& message) {
     MessageBoxW(nullptr, message.c_str(), text(IDS_TITLE).c_str(), MB_OK | MB_ICONINFORMATION);
 }
 
-void print_rules(RuleStore& store) {
+/// Returns whether all lines could be written.
+bool print_rules(RuleStore& store) {
   std::wstring lines;
   for (const std::wstring& line : rules_as_lines(store.load_rules())) lines += line + L"\n";
-  write_output(lines);
-}
-
-/// A failure here is reported when the panes read the store.
-void offer_calendars(RuleStore& store) try {
-  offer_newer_calendars(store, [](const std::vector<std::string>& names) {
-    std::wstring lines;
-    for (const std::string& name : names) lines += L"\n" + base::from_utf8(name);
-    return MessageBoxW(nullptr, text(IDS_NEWER_CALENDARS, {lines}).c_str(), text(IDS_TITLE).c_str(),
-                       MB_YESNO | MB_ICONQUESTION) == IDYES;
-  });
-} catch (const StoreError& error) {
-  write_error(store_message(error) + L"\n");
+  return write_output(lines);
 }
 
 void run_window(const CommandLine& line, std::shared_ptr<RuleStore> store, const std::wstring& store_path) {
   const INITCOMMONCONTROLSEX controls{sizeof(controls), ICC_LISTVIEW_CLASSES | ICC_BAR_CLASSES | ICC_PROGRESS_CLASS};
   InitCommonControlsEx(&controls);
   make_settings_key();
-  offer_calendars(*store);
   Application application(std::move(store), store_path);
   application.load_plugin(line.module);
   application.run(line.shown_rule);
@@ -74,12 +61,12 @@ void run_window(const CommandLine& line, std::shared_ptr<RuleStore> store, const
 ExitCode run(const CommandLine& line) {
   try {
     const std::filesystem::path path = line.store.empty() ? default_store() : std::filesystem::absolute(line.store);
-    const std::shared_ptr<RuleStore> store = open_sqlite_store(path, {.first_content = first_content()});
-    if (line.action == CommandLine::Action::print_rules) {
-      print_rules(*store);
-    } else {
-      run_window(line, store, path.wstring());
-    }
+    // What only reads must not leave a store behind that nobody asked for.
+    const bool shows_window = line.action == CommandLine::Action::run;
+    const std::shared_ptr<RuleStore> store =
+        open_sqlite_store(path, {.first_content = first_content(), .may_create = shows_window});
+    if (!shows_window) return print_rules(*store) ? schedule::done : schedule::unusable_file;
+    run_window(line, store, path.wstring());
     return schedule::done;
   } catch (const StoreError& error) {
     tell(text(IDS_STORE_NOT_OPENED, {store_message(error)}), line.action);

@@ -10,7 +10,6 @@ namespace workbench {
 
 namespace {
 
-constexpr ULONGLONG delay_ms = 1000;
 constexpr ULONGLONG period_ms = 50;
 constexpr int bar_steps = 1000;
 
@@ -30,7 +29,7 @@ bool ProgressDialog::go_on(std::size_t done, std::size_t total) {
   const double share = total == 0 ? 1 : static_cast<double>(done) / static_cast<double>(total);
   SendDlgItemMessageW(window_, IDC_PROGRESS, PBM_SETPOS, static_cast<WPARAM>(share * bar_steps), 0);
   MSG message{};
-  while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+  while (!cancelled_ && PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
     if (IsDialogMessageW(window_, &message)) continue;
     TranslateMessage(&message);
     DispatchMessageW(&message);

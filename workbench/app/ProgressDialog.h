@@ -4,12 +4,17 @@
 
 #include <cstddef>
 
+#include "Progress.h"
+
 namespace workbench {
 
-/// Shows how far a long work on this thread has come, from one second after its beginning on, and lets the user cancel
-/// it. The owner takes no input as long as it is shown.
+/// Shows how far a long work on this thread has come, once it has taken a second, and lets the user cancel it. The
+/// owner takes no input as long as it is shown.
 class ProgressDialog {
  public:
+  /// How long work takes before it is shown.
+  inline static ULONGLONG delay_ms = 1000;
+
   explicit ProgressDialog(HWND owner) noexcept : owner_(owner) {}
   ~ProgressDialog();
   ProgressDialog(const ProgressDialog&) = delete;
@@ -17,6 +22,11 @@ class ProgressDialog {
 
   /// Called by the work often, with how much of it is done. False: the user cancelled it.
   bool go_on(std::size_t done, std::size_t total);
+
+  /// The same for a work that takes a function. It must not outlive this object.
+  schedule::Progress progress() {
+    return [this](std::size_t done, std::size_t total) { return go_on(done, total); };
+  }
 
  private:
   static INT_PTR CALLBACK procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) noexcept;

@@ -1,11 +1,15 @@
 #include "ScheduleCommands.h"
 
+#include <comdef.h>
+
 #include <algorithm>
 #include <utility>
 
 #include "CheckDialog.h"
 #include "Clipboard.h"
 #include "FindDialog.h"
+#include "ICalendar.h"
+#include "ProgressDialog.h"
 #include "ScheduleConversion.h"
 #include "ScheduleExport.h"
 #include "ScheduleRecords.h"
@@ -17,16 +21,46 @@
 
 namespace workbench {
 
+namespace {
+
+/// As many of the mistakes, each with its line, as a box can show.
+std::wstring mistakes_in_words(const std::vector<schedule::Mistake>& mistakes) {
+  constexpr size_t most_lines = 10;
+  std::wstring words;
+  for (size_t i = 0; i < std::min(most_lines, mistakes.size()); ++i) words += mistake_in_words(mistakes[i]) + L"\n";
+  return mistakes.size() > most_lines ? words + L"..." : words;
+}
+
+}  // namespace
+
 ScheduleCommands::ScheduleCommands(RuleStore& store, MainWindow& window, FileDialogs files,
                                    std::function<void(long)> open_rule)
     : store_(store), window_(window), files_(std::move(files)), open_rule_(std::move(open_rule)) {}
 
 void ScheduleCommands::run(UINT id) {
+  run_guarded([&] { dispatch(id); });
+}
+
+void ScheduleCommands::offer_calendars(const ShippedCalendars& shipped) {
+  run_guarded([&] {
+    const auto wants = [&](const std::vector<schedule::Calendar>& newer) {
+      CalendarDialog dialog(load_named(store_), newer, text(IDS_NEWER_CALENDARS));
+      return dialog.run(window_.handle()) == IDOK;
+    };
+    offer_newer_calendars(store_, wants, shipped);
+  });
+}
+
+void ScheduleCommands::run_guarded(const std::function<void()>& command) {
   try {
-    dispatch(id);
+    command();
   } catch (const StoreError& error) {
     window_.show_message(store_message(error));
     window_.try_show_box(store_failure(error, nullptr), MB_ICONERROR);
+  } catch (const schedule::Cancelled&) {
+    window_.show_message(text(IDS_CANCELLED));
+  } catch (const _com_error&) {
+    window_.show_message(describe_caught_exception());
   }
 }
 
@@ -61,6 +95,9 @@ void ScheduleCommands::dispatch(UINT id) {
     case IDM_FIND_RULE:
       find_rule();
       return;
+    case IDM_IMPORT_CALENDAR:
+      import_calendar();
+      return;
     default:
       return;
   }
@@ -93,22 +130,35 @@ void ScheduleCommands::delete_setting(long number) {
 
 void ScheduleCommands::copy_schedule() {
   if (window_.schedule().schedule().lines.empty()) return;
-  const std::wstring copied = schedule_text(window_.schedule().schedule());
+  std::wstring copied;
+  {
+    ProgressDialog progress(window_.handle());
+    copied = schedule_text(window_.schedule().schedule(), progress.progress());
+  }
   window_.show_message(text(try_copy(window_.handle(), copied) ? IDS_COPIED : IDS_NOT_COPIED));
 }
 
 void ScheduleCommands::export_schedule(UINT id) {
-  const SchedulePane& pane = window_.schedule();
-  if (pane.schedule().lines.empty()) return;
+  if (window_.schedule().schedule().lines.empty()) return;
   const ExportFormat& format = export_format(id);
   const auto path = files_.ask_to_save(window_.handle(), format.kind);
   if (!path) return;
-  const std::string bytes =
-      format.write(format.is_of_a_year ? pane.schedule_of_year() : pane.schedule(), pane.choice(), local_today());
-  const bool written = try_write_file(*path, bytes);
+  const bool written = write_schedule(format, *path);
   const std::wstring message = text(written ? IDS_EXPORTED : IDS_NOT_EXPORTED, {path->wstring()});
   window_.show_message(message);
   if (!written) window_.try_show_box(message, MB_ICONERROR);
+}
+
+bool ScheduleCommands::write_schedule(const ExportFormat& format, const std::filesystem::path& path) {
+  ProgressDialog dialog(window_.handle());
+  const schedule::Progress progress = dialog.progress();
+  const SchedulePane& pane = window_.schedule();
+  // Copies, since the pane may follow a change of the store while the progress is shown.
+  const ScheduleChoice choice = pane.choice();
+  const Schedule schedule =
+      format.is_of_a_year ? pane.schedule_of_year(schedule::part_of(progress, 0, 30)) : pane.schedule();
+  const std::string bytes = format.write(schedule, choice, local_today(), schedule::part_of(progress, 30, 90));
+  return try_write_file(path, bytes, schedule::part_of(progress, 90, 100));
 }
 
 void ScheduleCommands::check_dates() {
@@ -130,6 +180,31 @@ void ScheduleCommands::find_rule() {
   if (dialog.run(window_.handle()) != IDOK) return;
   window_.show_message(text(IDS_RULE_STORED, {stored.rule.name}));
   open_rule_(stored.number);
+}
+
+void ScheduleCommands::import_calendar() {
+  const auto path = files_.ask_to_open(window_.handle(), {IDS_FILTER_CALENDAR, L"csv"});
+  if (!path) return;
+  const std::wstring name = path->filename().wstring();
+  const std::optional<std::string> bytes = try_read_file(*path);
+  if (!bytes) {
+    window_.try_show_box(text(IDS_FILE_NOT_READ, {path->wstring()}), MB_ICONERROR);
+    return;
+  }
+  if (schedule::has_ending(to_schedule_text(name), ".ics") || schedule::is_icalendar(*bytes))
+    return run_import({load_named(store_), *bytes, text(IDS_EVENTS_QUESTION, {name})});
+  const schedule::CalendarReading reading = schedule::read_calendar(*bytes);
+  if (reading.calendar) {
+    return run_import({load_named(store_), std::vector{*reading.calendar}, text(IDS_CALENDAR_QUESTION, {name})});
+  }
+  window_.try_show_box(text(IDS_CALENDAR_NOT_READ, {name, mistakes_in_words(reading.mistakes)}), MB_ICONERROR);
+}
+
+void ScheduleCommands::run_import(CalendarDialog&& dialog) {
+  if (dialog.run(window_.handle()) != IDOK) return;
+  const schedule::Calendar& calendar = dialog.calendars().front();
+  store_.replace_calendars({{calendar, schedule::shipped_calendars_version}});
+  window_.show_message(text(IDS_CALENDAR_IMPORTED, {from_schedule_text(calendar.name)}));
 }
 
 }  // namespace workbench

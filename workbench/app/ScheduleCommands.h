@@ -2,9 +2,12 @@
 
 #include <functional>
 
+#include "CalendarDialog.h"
 #include "Files.h"
 #include "MainWindow.h"
 #include "RuleStore.h"
+#include "ScheduleExport.h"
+#include "ShippedUpdate.h"
 
 namespace workbench {
 
@@ -18,15 +21,23 @@ class ScheduleCommands {
   /// shown to the user.
   void run(UINT id);
 
+  /// Offers the shipped calendars that are newer than those of the store, once for each version, and shows first what
+  /// changes with them.
+  void offer_calendars(const ShippedCalendars& shipped = {});
+
  private:
+  void run_guarded(const std::function<void()>& command);
   void dispatch(UINT id);
   StoredSetting load_setting(long number);
   void edit_setting(long number);
   void delete_setting(long number);
   void copy_schedule();
   void export_schedule(UINT id);
+  bool write_schedule(const ExportFormat& format, const std::filesystem::path& path);
   void check_dates();
   void find_rule();
+  void import_calendar();
+  void run_import(CalendarDialog&& dialog);
 
   RuleStore& store_;
   MainWindow& window_;

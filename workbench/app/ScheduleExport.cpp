@@ -13,18 +13,21 @@ namespace workbench {
 
 namespace {
 
-std::string write_csv(const Schedule& schedule, const ScheduleChoice&, schedule::Day) {
-  return schedule_csv(rows_of(schedule));
+std::string write_csv(const Schedule& schedule, const ScheduleChoice&, schedule::Day,
+                      const schedule::Progress& progress) {
+  return schedule_csv(rows_of(schedule), progress);
 }
 
-std::string write_icalendar(const Schedule& schedule, const ScheduleChoice&, schedule::Day today) {
-  return schedule_icalendar(rows_of(schedule), today, chosen_language());
+std::string write_icalendar(const Schedule& schedule, const ScheduleChoice&, schedule::Day today,
+                            const schedule::Progress& progress) {
+  return schedule_icalendar(rows_of(schedule), today, chosen_language(), progress);
 }
 
-std::string write_page(const Schedule& schedule, const ScheduleChoice& choice, schedule::Day) {
-  if (!schedule.calendar) return year_page(rows_of(schedule), choice.first.year(), nullptr, chosen_language());
-  const schedule::TradingDays days = trading_days(*schedule.calendar);
-  return year_page(rows_of(schedule), choice.first.year(), &days, chosen_language());
+std::string write_page(const Schedule& schedule, const ScheduleChoice& choice, schedule::Day,
+                       const schedule::Progress& progress) {
+  std::optional<schedule::TradingDays> days;
+  if (schedule.calendar) days = trading_days(*schedule.calendar);
+  return year_page(rows_of(schedule), choice.first.year(), days ? &*days : nullptr, chosen_language(), progress);
 }
 
 constexpr std::array<ExportFormat, 3> formats{{
@@ -37,11 +40,12 @@ constexpr std::array<ExportFormat, 3> formats{{
 
 const ExportFormat& export_format(UINT command) { return *std::ranges::find(formats, command, &ExportFormat::command); }
 
-std::wstring schedule_text(const Schedule& schedule) {
-  std::wstring text = from_schedule_text(schedule_table(rows_of(schedule)));
-  // The clipboard's lines end as those of other programs do.
-  for (size_t at = text.find(L'\n'); at != std::wstring::npos; at = text.find(L'\n', at + 2)) {
-    if (at == 0 || text[at - 1] != L'\r') text.insert(at, 1, L'\r');
+std::wstring schedule_text(const Schedule& schedule, const schedule::Progress& progress) {
+  std::wstring text;
+  for (const wchar_t unit : from_schedule_text(schedule_table(rows_of(schedule), progress))) {
+    // The clipboard's lines end as those of other programs do.
+    if (unit == L'\n' && !text.ends_with(L'\r')) text += L'\r';
+    text += unit;
   }
   return text;
 }

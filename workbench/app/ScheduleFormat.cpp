@@ -63,9 +63,17 @@ std::wstring reason_in_words(const Schedule& schedule) {
 }
 
 std::wstring horizon_in_words(const Schedule& schedule, bool estimates) {
-  if (!schedule.unknown_from) return {};
-  return text(estimates ? IDS_ESTIMATES_FROM : IDS_UNKNOWN_FROM,
-              {base::from_utf8(schedule::to_text(*schedule.unknown_from))});
+  std::wstring words;
+  if (schedule.unknown_before) {
+    words = text(estimates ? IDS_ESTIMATES_BEFORE : IDS_UNKNOWN_BEFORE,
+                 {base::from_utf8(schedule::to_text(*schedule.unknown_before))}) +
+            L'\n';
+  }
+  if (schedule.unknown_from) {
+    words += text(estimates ? IDS_ESTIMATES_FROM : IDS_UNKNOWN_FROM,
+                  {base::from_utf8(schedule::to_text(*schedule.unknown_from))});
+  }
+  return words;
 }
 
 YearTexts year_texts(bool comparison) {

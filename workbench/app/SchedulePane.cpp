@@ -7,8 +7,10 @@
 
 #include "DialogControls.h"
 #include "ModulePath.h"
+#include "ProgressDialog.h"
 #include "ScheduleFormat.h"
 #include "ScheduleRecords.h"
+#include "ScopedFlag.h"
 #include "TextEncoding.h"
 #include "Texts.h"
 #include "resource.h"
@@ -55,13 +57,12 @@ SchedulePane::SchedulePane(HWND parent, UINT id, schedule::Day today) {
 }
 
 void SchedulePane::show_data(ScheduleData data) {
-  if (has_data_ && data == data_) return;
-  if (has_data_ && !baseline_) baseline_ = std::move(data_);
-  data_ = std::move(data);
+  if (has_data_ && data == *data_) return;
+  if (has_data_ && !baseline_) baseline_ = data_;
+  data_ = std::make_shared<ScheduleData>(std::move(data));
   has_data_ = true;
+  is_changed_ = true;
   fill_calendars();
-  // A change that touches no date that is shown is nothing to compare with.
-  if (baseline_ && compare_schedules(*baseline_, data_, choice_).lines.empty()) baseline_.reset();
   update();
 }
 
@@ -122,7 +123,7 @@ LRESULT SchedulePane::handle_message(UINT message, WPARAM wparam, LPARAM lparam)
 
 LRESULT SchedulePane::on_create() {
   create_choices();
-  year_.emplace(handle(), IDC_YEAR);
+  year_.emplace(handle(), IDC_YEAR, [this] { message_failed(); });
   list_.emplace(handle());
   update();
   return 0;
@@ -153,7 +154,7 @@ void SchedulePane::fill_calendars() {
   SendMessageW(calendar_, CB_RESETCONTENT, 0, 0);
   add_item(calendar_, text(IDS_CALENDAR_OF_SETTING));
   int selected = 0;
-  for (const schedule::Calendar& calendar : data_.calendars) {
+  for (const schedule::Calendar& calendar : data_->calendars) {
     const int item = add_item(calendar_, from_schedule_text(calendar.name));
     if (calendar.name == choice_.calendar) selected = item;
   }
@@ -186,7 +187,7 @@ LRESULT SchedulePane::on_command(WORD id, WORD code) {
 
 void SchedulePane::read_choices() {
   const int calendar = chosen_item(calendar_);
-  choice_.calendar = calendar > 0 ? data_.calendars.at(static_cast<size_t>(calendar) - 1).name : std::string();
+  choice_.calendar = calendar > 0 ? data_->calendars.at(static_cast<size_t>(calendar) - 1).name : std::string();
   const std::wstring first = window_text(first_);
   // Until a typed month is whole, the one before stays.
   if (const auto month = schedule::try_parse_month(to_schedule_text(first))) choice_.first = *month;
@@ -194,25 +195,66 @@ void SchedulePane::read_choices() {
   update();
 }
 
-Schedule SchedulePane::schedule_of(const ScheduleChoice& choice) const {
-  return baseline_ ? compare_schedules(*baseline_, data_, choice) : make_schedule(data_, choice);
+Schedule SchedulePane::schedule_of(const ScheduleChoice& choice, const schedule::Progress& progress) const {
+  const std::shared_ptr<const ScheduleData> data = data_;
+  const std::shared_ptr<const ScheduleData> baseline = baseline_;
+  return baseline ? compare_schedules(*baseline, *data, choice, progress) : make_schedule(*data, choice, progress);
 }
 
-Schedule SchedulePane::schedule_of_year() const {
+Schedule SchedulePane::schedule_of_year(const schedule::Progress& progress) const {
   ScheduleChoice choice = choice_;
   choice.year = choice.first.year();
-  return schedule_of(choice);
+  return schedule_of(choice, progress);
 }
 
 void SchedulePane::update() {
-  schedule_ = schedule_of(choice_);
-  comparing_ = baseline_.has_value();
-  list_->show(schedule_, comparing_);
-  set_text(list_->heading(), heading());
-  set_text(notice_, notice());
+  is_stale_ = true;
+  if (calculating_) return;
+  const ScopedFlag calculating(calculating_);
+  while (std::exchange(is_stale_, false)) show_schedule();
+}
+
+void SchedulePane::show_schedule() {
+  try {
+    calculate();
+    list_->show(schedule_, comparing_);
+    set_text(list_->heading(), heading());
+    set_text(notice_, notice());
+  } catch (const schedule::Cancelled&) {
+    show_nothing(text(IDS_SCHEDULE_CANCELLED));
+  } catch (...) {
+    show_nothing(describe_caught_exception());
+  }
   ShowWindow(dismiss_, comparing_ ? SW_SHOW : SW_HIDE);
   SendMessageW(estimates_, BM_SETCHECK, choice_.estimates ? BST_CHECKED : BST_UNCHECKED, 0);
   year_->show({.first = choice_.first, .marks = year_marks(schedule_, choice_.first), .texts = year_texts(comparing_)});
+}
+
+void SchedulePane::calculate() {
+  ProgressDialog dialog(GetAncestor(handle(), GA_ROOT));
+  const ScheduleChoice choice = choice_;
+  Schedule calculated = schedule_of(choice, dialog.progress());
+  // A change that touches no date that is shown is nothing to compare with.
+  if (baseline_ && is_changed_ && !is_stale_ && calculated.lines.empty()) {
+    baseline_.reset();
+    calculated = schedule_of(choice, dialog.progress());
+  }
+  if (!is_stale_) is_changed_ = false;
+  schedule_ = std::move(calculated);
+  comparing_ = baseline_ != nullptr;
+}
+
+void SchedulePane::show_nothing(const std::wstring& why) {
+  schedule_ = {};
+  list_->show(schedule_, comparing_);
+  set_text(notice_, why);
+}
+
+/// An exception of the pane or of the year in it is said where its dates would be.
+void SchedulePane::message_failed() noexcept try {
+  if (list_) show_nothing(describe_caught_exception());
+} catch (...) {
+  // Without memory for the message there is none.
 }
 
 std::wstring SchedulePane::heading() const {

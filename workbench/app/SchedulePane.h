@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -19,7 +20,8 @@ class SchedulePane final : public Window {
   /// `today` is the day whose month is the first that is shown.
   SchedulePane(HWND parent, UINT id, schedule::Day today);
 
-  /// Shows the dates of this content. What was shown before is what a comparison compares with.
+  /// Shows the dates of this content. What was shown before is what a comparison compares with. What takes long shows
+  /// its progress, and a call meanwhile takes effect afterwards.
   void show_data(ScheduleData data);
   /// Shows the dates of the rule or the setting with this number; 0: of nothing.
   void select_rule(long number);
@@ -34,9 +36,9 @@ class SchedulePane final : public Window {
   /// What is shown now.
   const Schedule& schedule() const noexcept { return schedule_; }
   /// The same for every contract that rolls or expires in the year of the first month.
-  Schedule schedule_of_year() const;
+  Schedule schedule_of_year(const schedule::Progress& progress) const;
   const ScheduleChoice& choice() const noexcept { return choice_; }
-  const ScheduleData& data() const noexcept { return data_; }
+  const ScheduleData& data() const noexcept { return *data_; }
 
   HWND list() const noexcept { return list_->list(); }
   /// The windows that take the keyboard focus, in the order of the Tab key.
@@ -44,7 +46,7 @@ class SchedulePane final : public Window {
 
  protected:
   LRESULT handle_message(UINT message, WPARAM wparam, LPARAM lparam) override;
-  void message_failed() noexcept override {}
+  void message_failed() noexcept override;
 
  private:
   LRESULT on_create();
@@ -54,14 +56,22 @@ class SchedulePane final : public Window {
   void read_choices();
   void select(long rule, long setting);
   void update();
-  Schedule schedule_of(const ScheduleChoice& choice) const;
+  /// Shows what the choices and the data give, or why that cannot be shown.
+  void show_schedule();
+  void calculate();
+  void show_nothing(const std::wstring& why);
+  Schedule schedule_of(const ScheduleChoice& choice, const schedule::Progress& progress) const;
   std::wstring heading() const;
   std::wstring notice() const;
   void lay_out();
 
-  ScheduleData data_;
+  // What takes long lets other messages through, which may bring new data and choices meanwhile.
+  std::shared_ptr<const ScheduleData> data_ = std::make_shared<ScheduleData>();
+  std::shared_ptr<const ScheduleData> baseline_;  ///< what a comparison compares with, if there is one
   bool has_data_ = false;
-  std::optional<ScheduleData> baseline_;
+  bool is_changed_ = false;  ///< whether the data are new since the last calculation
+  bool is_stale_ = false;    ///< whether the data or the choices are
+  bool calculating_ = false;
   ScheduleChoice choice_;
   Schedule schedule_;
   bool comparing_ = false;

@@ -1,6 +1,9 @@
 #include "Texts.h"
 
+#include <comdef.h>
+
 #include <cwchar>
+#include <new>
 
 #include "Owned.h"
 #include "UiLanguage.h"
@@ -50,6 +53,18 @@ std::wstring describe(HRESULT hresult) {
   wchar_t number[16];
   _snwprintf(number, std::size(number), L"0x%08lX", static_cast<unsigned long>(hresult));
   return text(IDS_ERROR_CODE, {system ? without_line_end(system.get()) : std::wstring(), number});
+}
+
+std::wstring describe_caught_exception() {
+  try {
+    throw;
+  } catch (const _com_error& error) {
+    return text(IDS_INTERNAL_ERROR, {describe(error.Error())});
+  } catch (const std::bad_alloc&) {
+    return text(IDS_INTERNAL_ERROR, {describe(E_OUTOFMEMORY)});
+  } catch (...) {
+    return text(IDS_INTERNAL_ERROR, {describe(E_UNEXPECTED)});
+  }
 }
 
 }  // namespace workbench

@@ -28,7 +28,7 @@ class ScopedPaint {
 
 }  // namespace
 
-YearWindow::YearWindow(HWND parent, UINT id) {
+YearWindow::YearWindow(HWND parent, UINT id, std::function<void()> failed) : failed_(std::move(failed)) {
   create({.class_name = year_class,
           .title = L"",
           .style = WS_CHILD | WS_VISIBLE,

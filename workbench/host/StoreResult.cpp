@@ -17,6 +17,7 @@ HRESULT store_result(StoreErrorKind kind) noexcept {
     case StoreErrorKind::newer:
       return STG_E_OLDDLL;
     case StoreErrorKind::unavailable:
+    case StoreErrorKind::missing:
       return STG_E_UNKNOWN;
     case StoreErrorKind::invalid_value:
       return E_INVALIDARG;

@@ -6,9 +6,17 @@
 
 namespace workbench::schedule {
 
+bool has_ending(std::string_view name, std::string_view ending) {
+  const auto to_lower = [](char unit) {
+    return unit >= 'A' && unit <= 'Z' ? static_cast<char>(unit - 'A' + 'a') : unit;
+  };
+  return name.size() >= ending.size() &&
+         std::ranges::equal(name.substr(name.size() - ending.size()), ending, {}, to_lower);
+}
+
 bool is_file_name(std::string_view name) {
-  return name.find_first_of("/\\") != std::string_view::npos || name.ends_with(".csv") || name.ends_with(".json") ||
-         name.ends_with(".ics");
+  return name.find_first_of("/\\") != std::string_view::npos || has_ending(name, ".csv") || has_ending(name, ".json") ||
+         has_ending(name, ".ics");
 }
 
 bool is_calendar_name(std::string_view name) {

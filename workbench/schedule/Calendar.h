@@ -33,6 +33,9 @@ struct Calendar {
 /// the name of a file.
 bool is_calendar_name(std::string_view name);
 
+/// Whether the name of a file ends like this, in upper or lower case. `ending` is in lower case.
+bool has_ending(std::string_view name, std::string_view ending);
+
 /// Whether this names a file, not a calendar: it holds a separator or ends in .csv, .json or .ics.
 bool is_file_name(std::string_view name);
 

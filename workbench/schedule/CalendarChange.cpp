@@ -1,6 +1,7 @@
 #include "CalendarChange.h"
 
 #include <algorithm>
+#include <map>
 
 #include "DateList.h"
 
@@ -31,14 +32,19 @@ std::vector<ChangedDay> changed_days(const Calendar& before, const Calendar& aft
 }
 
 std::vector<ChangedDates> changed_dates(const Calendar& before, const Calendar& after, std::span<const NamedRule> rules,
-                                        std::span<const NamedSetting> settings) {
+                                        std::span<const NamedSetting> settings, const Progress& progress) {
   const TradingDays old_days = trading_days(before);
   const TradingDays new_days = trading_days(after);
   const auto [first, last] = contracts_around(std::min(before.from, after.from), std::max(before.to, after.to));
   std::vector<ChangedDates> changed;
-  for (const NamedSetting& setting : settings) {
-    const auto rule = std::ranges::find(rules, setting.rule, &NamedRule::name);
-    if (setting.calendar != after.name || rule == rules.end()) continue;
+  std::map<std::string_view, const NamedRule*> rules_by_name;
+  for (const NamedRule& rule : rules) rules_by_name.emplace(rule.name, &rule);
+  for (std::size_t i = 0; i < settings.size(); ++i) {
+    advance(progress, i, settings.size());
+    const NamedSetting& setting = settings[i];
+    const auto found = rules_by_name.find(setting.rule);
+    if (setting.calendar != after.name || found == rules_by_name.end()) continue;
+    const NamedRule* rule = found->second;
     for (Month contract = first; contract <= last; contract += months{1}) {
       if (!is_delivery_month(contract, setting.months)) continue;
       const ContractDates old_dates = contract_dates(rule->numbers, contract, old_days);
@@ -48,6 +54,50 @@ std::vector<ChangedDates> changed_dates(const Calendar& before, const Calendar& 
     }
   }
   return changed;
+}
+
+CalendarPlan plan_calendar(const Calendar& calendar, std::span<const Calendar> stored, std::span<const NamedRule> rules,
+                           std::span<const NamedSetting> settings, const Progress& progress) {
+  CalendarPlan plan;
+  const auto found = std::ranges::find(stored, calendar.name, &Calendar::name);
+  if (found == stored.end()) {
+    plan.notes.push_back({0, MistakeKind::new_calendar, {calendar.name, to_text(calendar.from), to_text(calendar.to)}});
+    Calendar nothing_closed = calendar;
+    nothing_closed.closed.clear();
+    plan.days = changed_days(nothing_closed, calendar);
+  } else if (*found == calendar) {
+    plan.is_same = true;
+    plan.notes.push_back({0, MistakeKind::same_calendar, {calendar.name}});
+    return plan;
+  } else {
+    if (found->from != calendar.from || found->to != calendar.to) {
+      plan.notes.push_back(
+          {0,
+           MistakeKind::calendar_range,
+           {calendar.name, to_text(found->from), to_text(found->to), to_text(calendar.from), to_text(calendar.to)}});
+    }
+    plan.days = changed_days(*found, calendar);
+    plan.dates = changed_dates(*found, calendar, rules, settings, progress);
+  }
+  plan.notes.push_back(
+      {0, MistakeKind::calendar_summary, {std::to_string(plan.days.size()), std::to_string(plan.dates.size())}});
+  return plan;
+}
+
+TextTable table_of(const std::vector<ChangedDay>& days) {
+  TextTable table{{"day", "change", "reason"}};
+  for (const ChangedDay& changed : days)
+    table.push_back({to_text(changed.day), changed.closed ? "closed" : "open", changed.reason});
+  return table;
+}
+
+TextTable table_of(const std::vector<ChangedDates>& dates) {
+  TextTable table{{"rule", "setting", "contract", "expiration_before", "expiration", "roll_before", "roll"}};
+  for (const auto& [before, after] : dates) {
+    table.push_back({after.rule, after.setting, to_text(after.dates.contract), known_text(before.dates.expiration),
+                     known_text(after.dates.expiration), known_text(before.dates.roll), known_text(after.dates.roll)});
+  }
+  return table;
 }
 
 }  // namespace workbench::schedule

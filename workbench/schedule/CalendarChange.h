@@ -7,6 +7,7 @@
 #include "Calendar.h"
 #include "RuleFiles.h"
 #include "ScheduleRow.h"
+#include "TextTable.h"
 
 namespace workbench::schedule {
 
@@ -32,6 +33,24 @@ std::vector<ChangedDay> changed_days(const Calendar& before, const Calendar& aft
 /// The dates that change with it, for the settings that name the calendar and for every contract month to which one of
 /// the calendars has something to say. Dates that become known or unknown are changed too.
 std::vector<ChangedDates> changed_dates(const Calendar& before, const Calendar& after, std::span<const NamedRule> rules,
-                                        std::span<const NamedSetting> settings);
+                                        std::span<const NamedSetting> settings, const Progress& progress = {});
+
+/// What changes when a calendar is imported.
+struct CalendarPlan {
+  std::vector<ChangedDay> days{};
+  std::vector<ChangedDates> dates{};
+  std::vector<Mistake> notes{};  ///< about the calendar as a whole, and none about a line
+  bool is_same = false;          ///< the same calendar is there already
+};
+
+/// Plans the import of a calendar into a store with these calendars, rules and settings.
+CalendarPlan plan_calendar(const Calendar& calendar, std::span<const Calendar> stored, std::span<const NamedRule> rules,
+                           std::span<const NamedSetting> settings, const Progress& progress = {});
+
+/// The columns day, change, reason.
+TextTable table_of(const std::vector<ChangedDay>& days);
+
+/// The columns rule, setting, contract, expiration_before, expiration, roll_before, roll.
+TextTable table_of(const std::vector<ChangedDates>& dates);
 
 }  // namespace workbench::schedule

@@ -80,9 +80,11 @@ class CalendarReader {
   }
 
   void read_key() {
+    const bool is_last = rest_.find('\n') == std::string_view::npos;
     std::string_view line = take_until(rest_, '\n');
     if (line.ends_with('\r')) line.remove_suffix(1);
-    const std::size_t number = line_++;
+    const std::size_t number = line_;
+    if (!is_last) ++line_;
     if (line.empty()) return;
     std::string_view value = line.substr(1);
     const std::string_view key = trimmed(take_until(value, ':'));

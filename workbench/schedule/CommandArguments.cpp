@@ -166,7 +166,7 @@ class ArgumentParser {
     if (!finds && arguments_.store.empty() == (!takes_rules || arguments_.rules_file.empty()))
       return refuse(MistakeKind::missing_option, {takes_rules ? "--store, --rules" : "--store"});
     const bool records = arguments_.action == Action::import_records || arguments_.action == Action::export_records;
-    if (records && !arguments_.file.ends_with(".csv") && !arguments_.file.ends_with(".json"))
+    if (records && !has_ending(arguments_.file, ".csv") && !has_ending(arguments_.file, ".json"))
       return refuse(MistakeKind::bad_value, {std::string(command_->name), arguments_.file});
     if (arguments_.first_day && arguments_.last_day && *arguments_.last_day < *arguments_.first_day)
       return refuse(MistakeKind::bad_value, {"--to", to_text(*arguments_.last_day)});

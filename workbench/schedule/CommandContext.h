@@ -28,10 +28,10 @@ class CommandContext {
     try {
       body();
     } catch (const CommandFailure& failure) {
-      output_.data.clear();
-      output_.file.reset();
-      output_.change.reset();
-      output_.exit_code = failure.exit_code;
+      drop_results(failure.exit_code);
+    } catch (const Cancelled&) {
+      tell(MistakeKind::cancelled, {});
+      drop_results(not_started);
     }
     return std::move(output_);
   }
@@ -55,14 +55,20 @@ class CommandContext {
     return std::move(*bytes);
   }
 
-  /// Says how much is done, and ends the command if it is cancelled.
-  void advance(std::size_t done, std::size_t all) {
-    if (input_.progress && !input_.progress(done, all)) fail(not_started, MistakeKind::cancelled, {});
-  }
+  /// The progress of a part that leads from `first` to `last` hundredths of the command.
+  Progress part(std::size_t first, std::size_t last) const { return part_of(input_.progress, first, last); }
 
   const CommandArguments& arguments_;
   const CommandInput& input_;
   CommandOutput output_;
+
+ private:
+  void drop_results(ExitCode exit_code) {
+    output_.data.clear();
+    output_.file.reset();
+    output_.change.reset();
+    output_.exit_code = exit_code;
+  }
 };
 
 /// The commands about what a store holds: import, export and calendars.

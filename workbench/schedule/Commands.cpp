@@ -27,6 +27,7 @@ class DateCommand : private CommandContext {
     return CommandContext::run([this] {
       if (arguments_.action == Action::find_rule) return find();
       load_rules();
+      index_rules();
       if (arguments_.action == Action::check) return check();
       schedule();
     });
@@ -39,7 +40,7 @@ class DateCommand : private CommandContext {
     if (arguments_.rules_file.empty()) return;
     settings_.clear();
     rules_.clear();
-    const RuleFile file = read_rules_csv(read(arguments_.rules_file));
+    const RuleFile file = read_rules_csv(read(arguments_.rules_file), part(0, 10));
     tell(arguments_.rules_file, file.mistakes);
     if (!file.mistakes.empty()) throw CommandFailure{unusable_file};
     std::map<std::string_view, std::size_t> lines;
@@ -53,9 +54,18 @@ class DateCommand : private CommandContext {
     }
   }
 
+  void index_rules() {
+    for (const NamedRule& rule : rules_) rules_by_name_.emplace(rule.name, &rule);
+    for (const NamedSetting& setting : settings_) settings_by_rule_.emplace(setting.rule, &setting);
+  }
+
   const NamedRule* find_rule(std::string_view name) const {
-    const auto found = std::ranges::find(rules_, name, &NamedRule::name);
-    return found == rules_.end() ? nullptr : &*found;
+    const auto found = rules_by_name_.find(name);
+    return found == rules_by_name_.end() ? nullptr : found->second;
+  }
+
+  bool has_calendar(const std::string& name) const {
+    return std::ranges::find(input_.calendars, name, &Calendar::name) != input_.calendars.end();
   }
 
   /// The open days of the calendar with this name or in this file.
@@ -73,21 +83,39 @@ class DateCommand : private CommandContext {
     return open_days_.emplace(calendar, trading_days(*found)).first->second;
   }
 
-  /// The settings that use the rule and have a calendar: their own, or the one that the command names. A rule without
-  /// setting has a null one.
-  std::vector<const NamedSetting*> users_of(const NamedRule& rule) {
-    std::vector<const NamedSetting*> users;
-    for (const NamedSetting& setting : settings_) {
-      if (setting.rule == rule.name && !calendar_of(&setting).empty()) users.push_back(&setting);
-    }
-    if (!users.empty()) return users;
-    if (arguments_.calendar.empty()) fail(wrong_arguments, MistakeKind::calendar_needed, {rule.name});
-    return {nullptr};
-  }
+  /// What gives a rule its dates: a setting, if one is meant, with the calendar that counts for it.
+  struct User {
+    const NamedSetting* setting;
+    const std::string* calendar;
+  };
 
-  /// The calendar that the command names, else that of the setting.
-  const std::string& calendar_of(const NamedSetting* setting) const {
-    return arguments_.calendar.empty() && setting ? setting->calendar : arguments_.calendar;
+  struct Users {
+    std::vector<User> users{};
+    /// Why there are none: the settings name no calendar, or only some that do not exist.
+    MistakeKind reason = MistakeKind::calendar_needed;
+  };
+
+  /// Those of the rule's settings that have a calendar: the one that the command names, or their own. If the command
+  /// names one, a rule without settings has it too. Settings that are left out are named once.
+  const Users& users_of(const NamedRule& rule) {
+    const auto [known, is_new] = users_.try_emplace(&rule);
+    Users& result = known->second;
+    if (!is_new) return result;
+    const auto [begin, end] = settings_by_rule_.equal_range(rule.name);
+    for (auto user = begin; user != end; ++user) {
+      const NamedSetting& setting = *user->second;
+      if (!arguments_.calendar.empty()) {
+        result.users.push_back({&setting, &arguments_.calendar});
+      } else if (has_calendar(setting.calendar)) {
+        result.users.push_back({&setting, &setting.calendar});
+      } else if (!setting.calendar.empty()) {
+        tell(MistakeKind::setting_of_unknown_calendar, {setting.name, rule.name, setting.calendar});
+        result.reason = MistakeKind::setting_of_unknown_calendar;
+        output_.exit_code = with_differences;
+      }
+    }
+    if (begin == end && !arguments_.calendar.empty()) result.users.push_back({nullptr, &arguments_.calendar});
+    return result;
   }
 
   void schedule() {
@@ -105,107 +133,156 @@ class DateCommand : private CommandContext {
       if (!rule) fail(wrong_arguments, MistakeKind::unknown_rule, {arguments_.rule});
       add_rows(*rule, rows);
     } else {
+      const Progress adding = part(10, 30);
       for (std::size_t i = 0; i < rules_.size(); ++i) {
-        advance(i, rules_.size());
+        advance(adding, i, rules_.size());
         add_rows(rules_[i], rows);
       }
     }
+    if (lacks_calendar_) throw CommandFailure{wrong_arguments};
     write(rows);
   }
 
   void add_rows(const NamedRule& rule, std::vector<ScheduleRow>& rows) {
     // A calendar that the command names gives the rule its rows by itself.
-    const std::vector<const NamedSetting*> users =
-        arguments_.calendar.empty() ? users_of(rule) : std::vector<const NamedSetting*>{nullptr};
-    for (const NamedSetting& setting : settings_) {
-      if (setting.rule == rule.name && calendar_of(&setting).empty())
-        tell(MistakeKind::setting_without_calendar, {setting.name, rule.name});
+    if (!arguments_.calendar.empty()) return add_rows(rule, {nullptr, &arguments_.calendar}, rows);
+    const Users& users = users_of(rule);
+    for (const User& user : users.users) add_rows(rule, user, rows);
+    if (users.users.empty()) {
+      if (users.reason == MistakeKind::calendar_needed) need_calendar(rule, 0);
+      return;
     }
-    for (const NamedSetting* setting : users) {
-      const std::string& name = calendar_of(setting);
-      const TradingDays& calendar = open_days(name);
-      for (Month contract = contracts_.first; contract <= contracts_.last; contract += std::chrono::months{1}) {
-        if (setting && !is_delivery_month(contract, setting->months)) continue;
-        const ContractDates dates =
-            contract_dates(rule.numbers, contract, calendar, {.estimates = arguments_.estimate});
-        if (year_ && !lies_in_year(dates, *year_)) continue;
-        rows.push_back({rule.name, setting ? setting->name : std::string(), dates, name});
-      }
+    const auto [begin, end] = settings_by_rule_.equal_range(rule.name);
+    for (auto user = begin; user != end; ++user) {
+      if (user->second->calendar.empty()) tell(MistakeKind::setting_without_calendar, {user->second->name, rule.name});
     }
   }
 
+  void add_rows(const NamedRule& rule, const User& user, std::vector<ScheduleRow>& rows) {
+    const TradingDays& calendar = open_days(*user.calendar);
+    for (Month contract = contracts_.first; contract <= contracts_.last; contract += std::chrono::months{1}) {
+      if (user.setting && !is_delivery_month(contract, user.setting->months)) continue;
+      const ContractDates dates = contract_dates(rule.numbers, contract, calendar, {.estimates = arguments_.estimate});
+      if (year_ && !lies_in_year(dates, *year_)) continue;
+      rows.push_back({rule.name, user.setting ? user.setting->name : std::string(), dates, *user.calendar});
+    }
+  }
+
+  /// The command ends with wrong arguments when every rule without a calendar is named.
+  void need_calendar(const NamedRule& rule, std::size_t line) {
+    lacks_calendar_ = true;
+    if (line == 0) return tell(MistakeKind::calendar_needed, {rule.name});
+    mistakes_.push_back({line, MistakeKind::calendar_needed, {rule.name}});
+  }
+
   void write(const std::vector<ScheduleRow>& rows) {
+    const Progress writing = part(30, 100);
     switch (arguments_.format) {
       case Format::table:
-        output_.data = schedule_table(rows);
+        output_.data = schedule_table(rows, writing);
         break;
       case Format::csv:
-        output_.data = schedule_csv(rows);
+        output_.data = schedule_csv(rows, writing);
         break;
       case Format::json:
-        output_.data = schedule_json(rows);
+        output_.data = schedule_json(rows, writing);
         break;
       case Format::icalendar:
-        output_.data = schedule_icalendar(rows, today_, input_.language);
+        output_.data = schedule_icalendar(rows, today_, input_.language, writing);
         break;
       case Format::html: {
         const TradingDays* calendar = open_days_.size() == 1 ? &open_days_.begin()->second : nullptr;
-        output_.data = year_page(rows, *year_, calendar, input_.language);
+        output_.data = year_page(rows, *year_, calendar, input_.language, writing);
       }
     }
   }
 
   void check() {
-    const DateList list = read_rule_date_list(read(arguments_.file));
-    begin_list(list);
+    const DateList list = begin_list(read_rule_date_list(read(arguments_.file), part(10, 30)));
     std::vector<CheckRow> rows;
+    const Progress checking = part(30, 80);
     for (std::size_t i = 0; i < list.dates.size(); ++i) {
-      advance(i, list.dates.size());
-      const ListedDate& listed = list.dates[i];
-      const NamedRule* rule = find_rule(listed.rule);
-      if (!rule) {
-        tell(arguments_.file, {{listed.line, MistakeKind::unknown_rule, {listed.rule}}});
-        output_.exit_code = with_differences;
-        continue;
-      }
-      std::optional<DateCheck> nearest;
-      for (const NamedSetting* setting : users_of(*rule)) {
-        const Against day_of_setting = setting && setting->last_day_is_expiration ? Against::expiration : Against::roll;
-        DateCheck check = check_date(rule->numbers, listed.known, open_days(calendar_of(setting)),
-                                     arguments_.against.value_or(day_of_setting));
-        if (!nearest || is_nearer(check, *nearest)) nearest = std::move(check);
-      }
-      rows.push_back({rule->name, *std::move(nearest)});
-      if (!rows.back().check.is_match()) output_.exit_code = with_differences;
+      advance(checking, i, list.dates.size());
+      if (std::optional<CheckRow> row = try_check(list.dates[i])) rows.push_back(*std::move(row));
     }
-    output_.data = check_csv(rows);
+    tell_mistakes();
+    if (lacks_calendar_) throw CommandFailure{wrong_arguments};
+    if (!std::ranges::all_of(rows, [](const CheckRow& row) { return row.check.is_match(); }))
+      output_.exit_code = with_differences;
+    output_.data = check_csv(rows, part(80, 100));
   }
 
-  /// Tells what is wrong with a list of dates. A list without a single date cannot be used.
-  void begin_list(const DateList& list) {
-    tell(arguments_.file, list.mistakes);
-    for (const std::string& column : list.ignored_columns) tell(MistakeKind::ignored_column, {arguments_.file, column});
-    if (list.mistakes.empty()) return;
-    if (list.dates.empty()) throw CommandFailure{unusable_file};
+  /// Compares a listed date with the setting of its rule that comes nearest. Nothing if there is nothing to compare.
+  std::optional<CheckRow> try_check(const ListedDate& listed) {
+    const NamedRule* rule = find_rule(listed.rule);
+    if (!rule) return refuse(listed.line, MistakeKind::unknown_rule, {listed.rule});
+    const Users& users = users_of(*rule);
+    if (users.users.empty()) {
+      if (users.reason == MistakeKind::calendar_needed) need_calendar(*rule, listed.line);
+      return std::nullopt;
+    }
+    std::optional<DateCheck> nearest;
+    for (const auto& [setting, calendar] : users.users) {
+      if (setting && !is_delivery_month(listed.known.contract, setting->months)) continue;
+      const Against day_of_setting = setting && setting->last_day_is_expiration ? Against::expiration : Against::roll;
+      DateCheck check =
+          check_date(rule->numbers, listed.known, open_days(*calendar), arguments_.against.value_or(day_of_setting));
+      if (!nearest || is_nearer(check, *nearest)) nearest = std::move(check);
+    }
+    if (!nearest) {
+      return refuse(listed.line, MistakeKind::no_delivery_month, {rule->name, to_text(listed.known.contract)});
+    }
+    return CheckRow{rule->name, *std::move(nearest)};
+  }
+
+  std::nullopt_t refuse(std::size_t line, MistakeKind kind, std::vector<std::string> parameters) {
+    mistakes_.push_back({line, kind, std::move(parameters)});
     output_.exit_code = with_differences;
+    return std::nullopt;
+  }
+
+  /// Notes what is wrong with a list of dates. A list without a single date cannot be used.
+  DateList begin_list(DateList list) {
+    for (const std::string& column : list.ignored_columns) tell(MistakeKind::ignored_column, {arguments_.file, column});
+    mistakes_ = list.mistakes;
+    if (!list.mistakes.empty() && list.dates.empty()) {
+      tell_mistakes();
+      throw CommandFailure{unusable_file};
+    }
+    if (!list.mistakes.empty()) output_.exit_code = with_differences;
+    return list;
+  }
+
+  /// Tells what was noted about the lines of the list, in their order.
+  void tell_mistakes() {
+    std::ranges::stable_sort(mistakes_, {}, &Mistake::line);
+    tell(arguments_.file, mistakes_);
   }
 
   void find() {
-    const DateList list = read_date_list(read(arguments_.file));
-    begin_list(list);
+    const DateList list = begin_list(read_date_list(read(arguments_.file), part(0, 10)));
     const TradingDays& calendar = open_days(arguments_.calendar);
     std::vector<KnownDate> dates;
     for (const ListedDate& listed : list.dates) {
       dates.push_back(listed.known);
       const std::vector<std::string> day{to_text(listed.known.date)};
       if (!calendar.covers(listed.known.date)) {
-        tell(arguments_.file, {{listed.line, MistakeKind::date_beyond_calendar, day}});
+        mistakes_.push_back({listed.line, MistakeKind::date_beyond_calendar, day});
       } else if (!calendar.is_open(listed.known.date)) {
-        tell(arguments_.file, {{listed.line, MistakeKind::closed_date, day}});
+        mistakes_.push_back({listed.line, MistakeKind::closed_date, day});
       }
     }
-    const FoundRules found = find_rules(dates, calendar, arguments_.against.value_or(Against::roll), arguments_.limit,
-                                        [&](std::size_t checked) { advance(checked, dates.size()); });
+    tell_mistakes();
+    const FoundRules found =
+        find_rules(dates, calendar, arguments_.against.value_or(Against::roll), arguments_.limit, part(10, 90));
+    tell_found(found);
+    const Progress writing = part(90, 100);
+    output_.data = arguments_.format == Format::csv    ? found_csv(found, writing)
+                   : arguments_.format == Format::json ? found_json(found, writing)
+                                                       : found_table(found, writing);
+  }
+
+  void tell_found(const FoundRules& found) {
     const std::string counted = std::to_string(found.counted);
     if (found.agreeing == 0) {
       if (found.counted == 0) {
@@ -218,9 +295,6 @@ class DateCommand : private CommandContext {
       tell(found.agreeing == 1 ? MistakeKind::one_rule_found : MistakeKind::rules_found,
            {counted, std::to_string(found.agreeing)});
     }
-    output_.data = arguments_.format == Format::csv    ? found_csv(found)
-                   : arguments_.format == Format::json ? found_json(found)
-                                                       : found_table(found);
   }
 
   Day today_;
@@ -228,7 +302,12 @@ class DateCommand : private CommandContext {
   std::optional<std::chrono::year> year_;  ///< of which alone the dates are wanted
   std::vector<NamedRule> rules_;
   std::vector<NamedSetting> settings_;
+  std::map<std::string_view, const NamedRule*> rules_by_name_;
+  std::multimap<std::string_view, const NamedSetting*> settings_by_rule_;  ///< for each rule in their order
+  std::map<const NamedRule*, Users> users_;
   std::map<std::string, TradingDays> open_days_;
+  std::vector<Mistake> mistakes_;  ///< in the list of dates
+  bool lacks_calendar_ = false;    ///< whether a rule without a calendar was named
 };
 
 }  // namespace

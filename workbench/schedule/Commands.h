@@ -9,6 +9,7 @@
 
 #include "Calendar.h"
 #include "CommandArguments.h"
+#include "Progress.h"
 #include "RuleFiles.h"
 
 namespace workbench::schedule {
@@ -21,9 +22,6 @@ enum ExitCode {
   unusable_file = 3,  ///< a store or a file that cannot be used
   not_started = 4,    ///< not started, or cancelled
 };
-
-/// Called with how much of a long work is done, of how much; returns whether to go on.
-using Progress = std::function<bool(std::size_t done, std::size_t all)>;
 
 /// What a command works on.
 struct CommandInput {

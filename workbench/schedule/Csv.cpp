@@ -11,8 +11,9 @@ class CsvParser {
   CsvParser(std::string_view text, char separator, std::size_t first_line)
       : text_(text), separator_(separator), line_(first_line) {}
 
-  CsvRecords parse() {
+  CsvRecords parse(const Progress& progress) {
     while (at_ < text_.size()) {
+      advance(progress, at_, text_.size());
       if (is_line_end()) {
         skip_line_end();
       } else {
@@ -91,16 +92,16 @@ bool needs_quotes(const std::string& field) { return field.find_first_of(",\"\r\
 
 }  // namespace
 
-CsvRecords parse_csv(std::string_view text, char separator, std::size_t first_line) {
-  return CsvParser(text, separator, first_line).parse();
+CsvRecords parse_csv(std::string_view text, char separator, std::size_t first_line, const Progress& progress) {
+  return CsvParser(text, separator, first_line).parse(progress);
 }
 
-CsvRecords read_csv(std::string_view bytes) {
+CsvRecords read_csv(std::string_view bytes, const Progress& progress) {
   std::size_t invalid_line = 0;
   const std::optional<std::string> text = try_decode(bytes, invalid_line);
   if (!text) return {{}, {{invalid_line, MistakeKind::not_text}}};
   const std::string_view first_line = std::string_view(*text).substr(0, text->find_first_of("\r\n"));
-  return parse_csv(*text, first_line.find('\t') != std::string_view::npos ? '\t' : ',');
+  return parse_csv(*text, first_line.find('\t') != std::string_view::npos ? '\t' : ',', 1, progress);
 }
 
 void append_csv(std::string& text, const std::vector<std::string>& fields, std::string_view line_end) {

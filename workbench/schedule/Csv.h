@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "Mistakes.h"
+#include "Progress.h"
 
 namespace workbench::schedule {
 
@@ -22,12 +23,13 @@ struct CsvRecords {
 
 /// Reads values that are separated by this character, in the form of RFC 4180: fields may be quoted, and then hold line
 /// breaks and doubled quotation marks. Lines end with CR LF, LF or CR; empty lines do not count. `first_line` is the
-/// number of the text's first line.
-CsvRecords parse_csv(std::string_view text, char separator = ',', std::size_t first_line = 1);
+/// number of the text's first line. `progress` counts bytes.
+CsvRecords parse_csv(std::string_view text, char separator = ',', std::size_t first_line = 1,
+                     const Progress& progress = {});
 
 /// Reads a whole file: UTF-8 with or without byte order mark or UTF-16 with one, separated by tabs if its first line
 /// holds one, otherwise by commas.
-CsvRecords read_csv(std::string_view bytes);
+CsvRecords read_csv(std::string_view bytes, const Progress& progress = {});
 
 /// Appends the fields as one line. A field is quoted if it needs it.
 void append_csv(std::string& text, const std::vector<std::string>& fields, std::string_view line_end = "\r\n");

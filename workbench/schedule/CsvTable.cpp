@@ -24,8 +24,8 @@ std::vector<std::size_t> locate(std::span<const std::string_view> columns, const
 
 }  // namespace
 
-CsvTable read_csv_table(std::string_view bytes, std::span<const std::string_view> columns) {
-  CsvRecords read = read_csv(bytes);
+CsvTable read_csv_table(std::string_view bytes, std::span<const std::string_view> columns, const Progress& progress) {
+  CsvRecords read = read_csv(bytes, progress);
   CsvTable table{{}, std::move(read.mistakes), {}};
   const std::size_t broken = table.mistakes.size();
   if (read.records.empty()) read.records.push_back({1, {}});

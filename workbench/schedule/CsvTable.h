@@ -19,6 +19,7 @@ struct CsvTable {
 /// Reads a file of values; see `read_csv`. Columns may come in any order. If a wanted one is missing or repeated,
 /// that is a mistake and there are no rows; a row with another number of fields than the first line is a mistake and
 /// left out.
-CsvTable read_csv_table(std::string_view bytes, std::span<const std::string_view> columns);
+CsvTable read_csv_table(std::string_view bytes, std::span<const std::string_view> columns,
+                        const Progress& progress = {});
 
 }  // namespace workbench::schedule

@@ -37,9 +37,9 @@ bool is_product(std::string_view text) {
   return letter;
 }
 
-DateList read_list(std::string_view bytes, bool with_rule) {
+DateList read_list(std::string_view bytes, bool with_rule, const Progress& progress) {
   constexpr std::array<std::string_view, 3> columns{"rule", "contract", "date"};
-  const CsvTable table = read_csv_table(bytes, std::span(columns).subspan(with_rule ? 0 : 1));
+  const CsvTable table = read_csv_table(bytes, std::span(columns).subspan(with_rule ? 0 : 1), progress);
   DateList list{{}, table.mistakes, table.ignored_columns};
   std::set<std::pair<std::string, std::string>> seen;
   for (const CsvRecord& row : table.rows) {
@@ -86,8 +86,10 @@ bool is_delivery_month(Month contract, std::string_view letters) {
   return letters.empty() || letters.find(letter) != std::string_view::npos;
 }
 
-DateList read_date_list(std::string_view bytes) { return read_list(bytes, false); }
+DateList read_date_list(std::string_view bytes, const Progress& progress) { return read_list(bytes, false, progress); }
 
-DateList read_rule_date_list(std::string_view bytes) { return read_list(bytes, true); }
+DateList read_rule_date_list(std::string_view bytes, const Progress& progress) {
+  return read_list(bytes, true, progress);
+}
 
 }  // namespace workbench::schedule

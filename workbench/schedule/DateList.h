@@ -33,9 +33,9 @@ struct DateList {
 };
 
 /// Reads a file with the columns contract and date. A contract that comes again is a mistake.
-DateList read_date_list(std::string_view bytes);
+DateList read_date_list(std::string_view bytes, const Progress& progress = {});
 
 /// The same with a column rule before them. A contract that comes again with the same rule is a mistake.
-DateList read_rule_date_list(std::string_view bytes);
+DateList read_rule_date_list(std::string_view bytes, const Progress& progress = {});
 
 }  // namespace workbench::schedule

@@ -14,11 +14,12 @@ std::vector<std::string> texts_of(const std::vector<Month>& months) {
   return texts;
 }
 
-TextTable table_of(const FoundRules& found) {
+TextTable table_of(const FoundRules& found, const Progress& progress) {
   TextTable table{{"rank", "matched", "of"}};
   for (const RuleField& field : rule_fields) table.front().emplace_back(field.name);
   table.front().emplace_back("missed");
   for (const FoundRule& rule : found.rules) {
+    advance(progress, table.size(), found.rules.size());
     std::vector<std::string> row{std::to_string(table.size()), std::to_string(rule.matched),
                                  std::to_string(found.counted)};
     for (const RuleField& field : rule_fields) row.push_back(std::to_string(rule.rule.*field.value));
@@ -55,27 +56,35 @@ std::string json_rule(const FoundRules& found, std::size_t index) {
 
 }  // namespace
 
-std::string check_csv(std::span<const CheckRow> rows) {
+std::string check_csv(std::span<const CheckRow> rows, const Progress& progress) {
   TextTable table{{"rule", "contract", "listed", "found", "days", "explained_by"}};
   for (const CheckRow& row : rows) {
+    advance(progress, table.size(), 2 * rows.size());
     const DateCheck& check = row.check;
     std::vector<std::string> explanations;
     for (const Day day : check.explained_by) explanations.push_back(to_text(day));
     table.push_back({row.rule, to_text(check.listed.contract), to_text(check.listed.date), known_text(check.found),
                      check.days ? std::to_string(*check.days) : std::string(), joined(explanations, ";")});
   }
-  return csv_text(table);
+  return csv_text(table, part_of(progress, 50, 100));
 }
 
-std::string found_csv(const FoundRules& found) { return csv_text(table_of(found)); }
+std::string found_csv(const FoundRules& found, const Progress& progress) {
+  return csv_text(table_of(found, part_of(progress, 0, 50)), part_of(progress, 50, 100));
+}
 
-std::string found_table(const FoundRules& found) { return aligned_text(table_of(found)); }
+std::string found_table(const FoundRules& found, const Progress& progress) {
+  return aligned_text(table_of(found, part_of(progress, 0, 50)), part_of(progress, 50, 100));
+}
 
-std::string found_json(const FoundRules& found) {
+std::string found_json(const FoundRules& found, const Progress& progress) {
   std::string text = "{\"counted\": " + std::to_string(found.counted) +
                      ", \"agreeing\": " + std::to_string(found.agreeing) + ", \"closed\": " + json_dates(found.closed) +
                      ", \"beyond_calendar\": " + json_dates(found.beyond_calendar) + ", \"rules\": [";
-  for (std::size_t i = 0; i < found.rules.size(); ++i) text += (i == 0 ? "\n  " : ",\n  ") + json_rule(found, i);
+  for (std::size_t i = 0; i < found.rules.size(); ++i) {
+    advance(progress, i, found.rules.size());
+    text += (i == 0 ? "\n  " : ",\n  ") + json_rule(found, i);
+  }
   return text + "]}\n";
 }
 

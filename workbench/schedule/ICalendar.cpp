@@ -120,7 +120,7 @@ class ICalendarReader {
     for (; text.starts_with(' ') || text.starts_with('\t'); ++line_) unfolded += take_line(text).substr(1);
     if (unfolded.empty()) return;
     const std::optional<ContentLine> line = try_split(unfolded, number);
-    if (!line || ended_ || (components_.empty() && (line->name != "BEGIN" || line->value != "VCALENDAR")))
+    if (!line || ended_ || (components_.empty() && (line->name != "BEGIN" || upper_case(line->value) != "VCALENDAR")))
       return complain(number, MistakeKind::icalendar_line, {unfolded});
     if (line->name == "BEGIN") {
       begin_component(*line);
@@ -136,6 +136,7 @@ class ICalendarReader {
   void begin_component(const ContentLine& line) {
     components_.push_back(upper_case(line.value));
     if (components_.size() == 2) event_ = {};
+    has_event_ |= components_.size() == 2 && components_.back() == "VEVENT";
   }
 
   void end_component(const ContentLine& line) {
@@ -144,6 +145,7 @@ class ICalendarReader {
     if (components_.size() == 2 && components_.back() == "VEVENT") add_event(line);
     components_.pop_back();
     ended_ = components_.empty();
+    if (ended_ && !has_event_) complain(line.number, MistakeKind::icalendar_no_event);
   }
 
   void read_property(const ContentLine& line) {
@@ -179,6 +181,7 @@ class ICalendarReader {
   std::size_t line_ = 0;
   std::vector<std::string> components_;
   bool ended_ = false;
+  bool has_event_ = false;
   Event event_;
   std::string title_;
   std::map<Day, std::string> closed_;
@@ -189,14 +192,28 @@ class ICalendarReader {
 
 CalendarReading read_icalendar(std::string_view bytes, const CalendarScope& scope) {
   const std::string_view text = without_byte_order_mark(bytes);
-  if (const std::optional<std::size_t> invalid = find_invalid_utf8(text)) {
-    const auto line = std::ranges::count(text.substr(0, *invalid), '\n') + 1;
+  // UTF-16 without a byte order mark is well-formed UTF-8 with zeros.
+  const std::size_t invalid = std::min(find_invalid_utf8(text).value_or(text.size()), text.find('\0'));
+  if (invalid < text.size()) {
+    const auto line = std::ranges::count(text.substr(0, invalid), '\n') + 1;
     return {std::nullopt, {{static_cast<std::size_t>(line), MistakeKind::not_utf8}}};
   }
   return ICalendarReader(scope).read(text);
 }
 
-bool is_icalendar(std::string_view bytes) { return without_byte_order_mark(bytes).starts_with("BEGIN:VCALENDAR"); }
+bool is_icalendar(std::string_view bytes) {
+  constexpr std::string_view first_line = "BEGIN:VCALENDAR";
+  std::string_view text = without_byte_order_mark(bytes);
+  if (text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF")) text.remove_prefix(2);
+  std::string beginning;
+  // The zeros are those of UTF-16, which is recognised to be refused with the right message.
+  for (const char unit : text) {
+    if (unit == '\0' || (beginning.empty() && (unit == '\r' || unit == '\n'))) continue;
+    if (beginning.size() == first_line.size()) break;
+    beginning += unit;
+  }
+  return upper_case(beginning) == first_line;
+}
 
 void append_icalendar_line(std::string& text, std::string_view name, std::string_view value) {
   std::string line = std::string(name) + ':' + std::string(value);

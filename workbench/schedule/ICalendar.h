@@ -17,10 +17,11 @@ struct CalendarScope {
 
 /// A calendar whose closed days are the all-day events of an iCalendar file, on each day from their start to their end.
 /// Days on Saturday and Sunday, outside the scope and of cancelled events are left out; a day of several events is
-/// listed once, with the first reason. Events that repeat or are not all-day are mistakes.
+/// listed once, with the first reason. Events that repeat or are not all-day are mistakes, and so is a file without a
+/// single event.
 CalendarReading read_icalendar(std::string_view bytes, const CalendarScope& scope);
 
-/// Whether this looks like an iCalendar file rather than a calendar file.
+/// Whether this looks like an iCalendar file rather than a calendar file, whatever its encoding.
 bool is_icalendar(std::string_view bytes);
 
 /// Appends one content line of an iCalendar file, folded at 75 bytes, ended with CR LF. `value` must be escaped.

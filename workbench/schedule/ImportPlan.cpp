@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <set>
 
 namespace workbench::schedule {
 
@@ -18,11 +19,13 @@ void refuse_values(const Lined<NamedRule>& lined, std::vector<Mistake>& refused)
   }
 }
 
-void plan_rules(const std::vector<Lined<NamedRule>>& file, std::span<const NamedRule> stored, ImportPlan& plan) {
+void plan_rules(const std::vector<Lined<NamedRule>>& file, std::span<const NamedRule> stored, const Progress& progress,
+                ImportPlan& plan) {
   std::map<std::string_view, const RuleNumbers*> numbers;
   for (const NamedRule& rule : stored) numbers.emplace(rule.name, &rule.numbers);
   std::map<std::string_view, std::size_t> lines;
   for (const Lined<NamedRule>& lined : file) {
+    advance(progress, plan.rules.size(), file.size());
     const NamedRule& rule = lined.item;
     if (const auto [first, is_new] = lines.emplace(rule.name, lined.line); !is_new)
       plan.refused.push_back({lined.line, MistakeKind::repeated_rule, {rule.name, std::to_string(first->second)}});
@@ -38,11 +41,12 @@ void plan_rules(const std::vector<Lined<NamedRule>>& file, std::span<const Named
 
 /// The n-th setting of a name in the file takes the place of the n-th of that name in the store.
 void plan_settings(const std::vector<Lined<NamedSetting>>& file, std::span<const NamedSetting> stored,
-                   ImportPlan& plan) {
+                   const Progress& progress, ImportPlan& plan) {
   std::multimap<std::string_view, const NamedSetting*> rest;
   for (const NamedSetting& setting : stored) rest.emplace(setting.name, &setting);
   plan.settings.emplace();
   for (const Lined<NamedSetting>& lined : file) {
+    advance(progress, plan.settings->size(), file.size());
     ImportAction action = ImportAction::add;
     if (const auto found = rest.lower_bound(lined.item.name); found != rest.end() && found->first == lined.item.name) {
       action = *found->second == lined.item ? ImportAction::leave : ImportAction::change;
@@ -53,6 +57,22 @@ void plan_settings(const std::vector<Lined<NamedSetting>>& file, std::span<const
   for (const auto& [name, setting] : rest) plan.removed_settings.push_back(*setting);
 }
 
+/// The settings of the file may name what the store does not have, but hardly on purpose.
+void warn_of_missing(const RuleFile& file, const ImportTarget& store, ImportPlan& plan) {
+  std::set<std::string_view> rules{""};
+  std::set<std::string_view> calendars{""};
+  for (const NamedRule& rule : store.rules) rules.insert(rule.name);
+  if (file.rules)
+    for (const Lined<NamedRule>& lined : *file.rules) rules.insert(lined.item.name);
+  for (const Calendar& calendar : store.calendars) calendars.insert(calendar.name);
+  for (const auto& [line, setting] : *file.settings) {
+    if (!rules.contains(setting.rule))
+      plan.warnings.push_back({line, MistakeKind::setting_rule_missing, {setting.name, setting.rule}});
+    if (!calendars.contains(setting.calendar))
+      plan.warnings.push_back({line, MistakeKind::setting_calendar_missing, {setting.name, setting.calendar}});
+  }
+}
+
 }  // namespace
 
 std::size_t ImportPlan::count(ImportAction action) const {
@@ -61,11 +81,15 @@ std::size_t ImportPlan::count(ImportAction action) const {
   return static_cast<std::size_t>(count);
 }
 
-ImportPlan plan_import(const RuleFile& file, std::span<const NamedRule> rules, std::span<const NamedSetting> settings) {
+ImportPlan plan_import(const RuleFile& file, const ImportTarget& store, const Progress& progress) {
   ImportPlan plan{.refused = file.mistakes, .ignored_columns = file.ignored_columns};
-  if (file.rules) plan_rules(*file.rules, rules, plan);
-  if (file.settings) plan_settings(*file.settings, settings, plan);
+  if (file.rules) plan_rules(*file.rules, store.rules, part_of(progress, 0, 50), plan);
+  if (file.settings) {
+    plan_settings(*file.settings, store.settings, part_of(progress, 50, 100), plan);
+    warn_of_missing(file, store, plan);
+  }
   std::ranges::stable_sort(plan.refused, {}, &Mistake::line);
+  std::ranges::stable_sort(plan.warnings, {}, &Mistake::line);
   return plan;
 }
 

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "Calendar.h"
 #include "RuleFiles.h"
 
 namespace workbench::schedule {
@@ -31,15 +32,23 @@ struct ImportPlan {
   std::optional<std::vector<PlannedSetting>> settings{};
   std::vector<NamedSetting> removed_settings{};
   std::vector<Mistake> refused{};
-  std::vector<Mistake> warnings{};  ///< names that the editor would refuse
+  /// Names that the editor would refuse, and rules and calendars of settings that will not exist, by line.
+  std::vector<Mistake> warnings{};
   std::vector<std::string> ignored_columns{};
 
   std::size_t count(ImportAction action) const;
 };
 
-/// Plans the import of a file into a store with these rules and settings. A rule with the name of a stored one changes
-/// it; stored rules that the file does not name are left alone; a name that comes twice in the file is refused, and so
-/// is a value that a store may not keep.
-ImportPlan plan_import(const RuleFile& file, std::span<const NamedRule> rules, std::span<const NamedSetting> settings);
+/// What a store holds before an import.
+struct ImportTarget {
+  std::span<const NamedRule> rules{};
+  std::span<const NamedSetting> settings{};
+  std::span<const Calendar> calendars{};
+};
+
+/// Plans the import of a file into a store. A rule with the name of a stored one changes it; stored rules that the file
+/// does not name are left alone; a name that comes twice in the file is refused, and so is a value that a store may not
+/// keep.
+ImportPlan plan_import(const RuleFile& file, const ImportTarget& store, const Progress& progress = {});
 
 }  // namespace workbench::schedule

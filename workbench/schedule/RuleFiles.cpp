@@ -18,11 +18,12 @@ std::vector<std::string> names_of(const std::array<std::string_view, count>& col
 
 template <class Item, std::size_t count>
 std::optional<std::string> write_csv(std::span<const Item> items, const std::array<std::string_view, count>& columns,
-                                     std::string& refused) {
+                                     std::string& refused, const Progress& progress) {
   std::string text;
   append_csv(text, names_of(columns));
-  for (const Item& item : items) {
-    const std::vector<std::string> fields = record_of(item);
+  for (std::size_t i = 0; i < items.size(); ++i) {
+    advance(progress, i, items.size());
+    const std::vector<std::string> fields = record_of(items[i]);
     const auto invalid =
         std::ranges::find_if(fields, [](const std::string& field) { return find_invalid_utf8(field).has_value(); });
     if (invalid != fields.end()) {
@@ -48,17 +49,19 @@ std::string json_object(const std::array<std::string_view, count>& columns, cons
 
 template <class Item, std::size_t count>
 std::string json_array(std::string_view name, std::span<const Item> items,
-                       const std::array<std::string_view, count>& columns, bool numbers) {
+                       const std::array<std::string_view, count>& columns, bool numbers, const Progress& progress) {
   std::string text = "\n  " + json_string(name) + ": [";
-  for (std::size_t i = 0; i < items.size(); ++i)
+  for (std::size_t i = 0; i < items.size(); ++i) {
+    advance(progress, i, items.size());
     text += (i == 0 ? "\n    " : ",\n    ") + json_object(columns, record_of(items[i]), numbers);
+  }
   return text + "\n  ]";
 }
 
 }  // namespace
 
-RuleFile read_rules_csv(std::string_view bytes) {
-  CsvTable table = read_csv_table(bytes, rule_columns);
+RuleFile read_rules_csv(std::string_view bytes, const Progress& progress) {
+  CsvTable table = read_csv_table(bytes, rule_columns, progress);
   RuleFile file{std::vector<Lined<NamedRule>>{}, std::nullopt, std::move(table.mistakes),
                 std::move(table.ignored_columns)};
   for (const CsvRecord& row : table.rows) {
@@ -69,8 +72,8 @@ RuleFile read_rules_csv(std::string_view bytes) {
   return file;
 }
 
-RuleFile read_settings_csv(std::string_view bytes) {
-  CsvTable table = read_csv_table(bytes, setting_columns);
+RuleFile read_settings_csv(std::string_view bytes, const Progress& progress) {
+  CsvTable table = read_csv_table(bytes, setting_columns, progress);
   RuleFile file{std::nullopt, std::vector<Lined<NamedSetting>>{}, std::move(table.mistakes),
                 std::move(table.ignored_columns)};
   for (const CsvRecord& row : table.rows) {
@@ -81,20 +84,22 @@ RuleFile read_settings_csv(std::string_view bytes) {
   return file;
 }
 
-std::optional<std::string> write_rules_csv(std::span<const NamedRule> rules, std::string& refused) {
-  return write_csv(rules, rule_columns, refused);
+std::optional<std::string> write_rules_csv(std::span<const NamedRule> rules, std::string& refused,
+                                           const Progress& progress) {
+  return write_csv(rules, rule_columns, refused, progress);
 }
 
-std::optional<std::string> write_settings_csv(std::span<const NamedSetting> settings, std::string& refused) {
-  return write_csv(settings, setting_columns, refused);
+std::optional<std::string> write_settings_csv(std::span<const NamedSetting> settings, std::string& refused,
+                                              const Progress& progress) {
+  return write_csv(settings, setting_columns, refused, progress);
 }
 
 std::string write_rules_json(std::optional<std::span<const NamedRule>> rules,
-                             std::optional<std::span<const NamedSetting>> settings) {
+                             std::optional<std::span<const NamedSetting>> settings, const Progress& progress) {
   std::string text = "{";
-  if (rules) text += json_array("rules", *rules, rule_columns, true);
+  if (rules) text += json_array("rules", *rules, rule_columns, true, part_of(progress, 0, 50));
   if (rules && settings) text += ',';
-  if (settings) text += json_array("settings", *settings, setting_columns, false);
+  if (settings) text += json_array("settings", *settings, setting_columns, false, part_of(progress, 50, 100));
   return text + "\n}\n";
 }
 

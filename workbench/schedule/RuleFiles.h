@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "Mistakes.h"
+#include "Progress.h"
 #include "RuleNumbers.h"
 
 namespace workbench::schedule {
@@ -51,23 +52,25 @@ struct RuleFile {
 };
 
 /// Reads rules from CSV: RuleName and the names of `rule_fields`, in any order. Numbers may have any value.
-RuleFile read_rules_csv(std::string_view bytes);
+RuleFile read_rules_csv(std::string_view bytes, const Progress& progress = {});
 
 /// Reads settings from CSV: SettingName, RuleName, Calendar, Months and LastTradingDay (roll or expiration), in any
 /// order.
-RuleFile read_settings_csv(std::string_view bytes);
+RuleFile read_settings_csv(std::string_view bytes, const Progress& progress = {});
 
 /// Reads a JSON object with the arrays rules and settings, or one of them, whose objects have the names of the columns.
 /// A lone surrogate is written \uD800.
-RuleFile read_rules_json(std::string_view bytes);
+RuleFile read_rules_json(std::string_view bytes, const Progress& progress = {});
 
 /// The rules as CSV, or nothing if a name holds what UTF-8 cannot; `refused` then is the name.
-std::optional<std::string> write_rules_csv(std::span<const NamedRule> rules, std::string& refused);
-std::optional<std::string> write_settings_csv(std::span<const NamedSetting> settings, std::string& refused);
+std::optional<std::string> write_rules_csv(std::span<const NamedRule> rules, std::string& refused,
+                                           const Progress& progress = {});
+std::optional<std::string> write_settings_csv(std::span<const NamedSetting> settings, std::string& refused,
+                                              const Progress& progress = {});
 
 /// The records as JSON, which holds every name. The file does not speak of a kind that is absent.
 std::string write_rules_json(std::optional<std::span<const NamedRule>> rules,
-                             std::optional<std::span<const NamedSetting>> settings);
+                             std::optional<std::span<const NamedSetting>> settings, const Progress& progress = {});
 
 /// The length of a name in UTF-16 code units.
 std::size_t utf16_length(std::string_view name);

@@ -126,13 +126,14 @@ RuleNumbers rule_at(std::size_t position) {
 }
 
 FoundRules find_rules(std::span<const KnownDate> dates, const TradingDays& calendar, Against against,
-                      std::optional<std::size_t> limit, const std::function<void(std::size_t done)>& on_date) {
+                      std::optional<std::size_t> limit, const Progress& progress) {
   FoundRules found;
   std::vector<KnownDate> counted;
   MatchCounts matches(calendar, against);
-  std::size_t done = 0;
-  for (const KnownDate& known : dates) {
-    if (on_date) on_date(done++);
+  const Progress counting = part_of(progress, 0, 90);
+  for (std::size_t i = 0; i < dates.size(); ++i) {
+    advance(counting, i, dates.size());
+    const KnownDate& known = dates[i];
     if (!calendar.covers(known.date)) {
       found.beyond_calendar.push_back(known);
       continue;
@@ -151,7 +152,9 @@ FoundRules find_rules(std::span<const KnownDate> dates, const TradingDays& calen
   found.agreeing = positions.size();
   if (positions.empty()) positions = best_positions(matches.counts());
   if (limit && *limit < positions.size()) positions.resize(*limit);
+  const Progress listing = part_of(progress, 90, 100);
   for (const std::size_t at : positions) {
+    advance(listing, found.rules.size(), positions.size());
     FoundRule rule{rule_at(at), matches.counts()[at]};
     for (const KnownDate& known : counted) {
       if (chosen(contract_dates(rule.rule, known.contract, calendar), against).date != known.date)

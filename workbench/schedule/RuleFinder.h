@@ -1,11 +1,11 @@
 #pragma once
 
-#include <functional>
 #include <optional>
 #include <span>
 #include <vector>
 
 #include "ContractDates.h"
+#include "Progress.h"
 
 namespace workbench::schedule {
 
@@ -47,11 +47,9 @@ inline constexpr std::size_t rule_count = 78'804;
 
 /// Finds the rules that give all these dates. Their order: offset 0 first; trading before calendar days; the smaller
 /// offset; the weekday form before the day form; current, next, previous month; Monday to Friday before the weekend;
-/// then the fields ascending. At most `limit` rules are returned. `on_date` is called before each date with how many
-/// dates are done; what it throws ends the search.
+/// then the fields ascending. At most `limit` rules are returned.
 FoundRules find_rules(std::span<const KnownDate> dates, const TradingDays& calendar, Against against,
-                      std::optional<std::size_t> limit = std::nullopt,
-                      const std::function<void(std::size_t done)>& on_date = {});
+                      std::optional<std::size_t> limit = std::nullopt, const Progress& progress = {});
 
 /// The rule at this position, from 0 to `rule_count` - 1, in that order of all rules.
 RuleNumbers rule_at(std::size_t position);

@@ -99,7 +99,8 @@ class RuleJsonReader {
   using number_unsigned_t = nlohmann::json::number_unsigned_t;
   using number_float_t = nlohmann::json::number_float_t;
 
-  explicit RuleJsonReader(const std::size_t& line) : line_(line) {}
+  RuleJsonReader(const std::size_t& line, std::size_t lines, const Progress& progress)
+      : line_(line), lines_(lines), progress_(progress) {}
 
   RuleFile finish() {
     std::ranges::stable_sort(file_.mistakes, {}, &Mistake::line);
@@ -207,6 +208,7 @@ class RuleJsonReader {
   }
 
   void add_record() {
+    advance(progress_, line_, lines_);
     CsvRecord record{record_line_, {}};
     bool complete = true;
     for (std::size_t i = 0; i < fields_.size(); ++i) {
@@ -226,6 +228,8 @@ class RuleJsonReader {
   }
 
   const std::size_t& line_;
+  std::size_t lines_;
+  const Progress& progress_;
   RuleFile file_;
   int depth_ = 0;
   bool in_rules_ = false;
@@ -236,13 +240,14 @@ class RuleJsonReader {
 
 }  // namespace
 
-RuleFile read_rules_json(std::string_view bytes) {
+RuleFile read_rules_json(std::string_view bytes, const Progress& progress) {
   std::size_t line = 1;
   const std::optional<std::string> text = try_decode(bytes, line);
   if (!text) return {.mistakes = {{line, MistakeKind::not_text}}};
   const std::string prepared = marked(*text);
   line = 1;
-  RuleJsonReader reader(line);
+  const auto lines = static_cast<std::size_t>(std::ranges::count(prepared, '\n')) + 1;
+  RuleJsonReader reader(line, lines, progress);
   nlohmann::json::sax_parse(LineIterator(prepared.data(), &line),
                             LineIterator(prepared.data() + prepared.size(), &line), &reader);
   return reader.finish();

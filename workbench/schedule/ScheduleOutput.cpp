@@ -10,9 +10,10 @@ namespace workbench::schedule {
 
 namespace {
 
-TextTable table_of(std::span<const ScheduleRow> rows) {
+TextTable table_of(std::span<const ScheduleRow> rows, const Progress& progress) {
   TextTable table{{"rule", "setting", "contract", "specified", "expiration", "roll", "flags"}};
   for (const ScheduleRow& row : rows) {
+    advance(progress, table.size(), rows.size());
     table.push_back({row.rule, row.setting, to_text(row.dates.contract), known_text(row.dates.specified),
                      known_text(row.dates.expiration), known_text(row.dates.roll), joined(flag_names(row.dates), ";")});
   }
@@ -39,11 +40,13 @@ class ICalendarWriter {
  public:
   ICalendarWriter(Day today, Language language) : today_(today), language_(language) {}
 
-  std::string write(std::span<const ScheduleRow> rows) {
+  std::string write(std::span<const ScheduleRow> rows, const Progress& progress) {
     line("BEGIN", "VCALENDAR");
     line("VERSION", "2.0");
     line("PRODID", "-//zdExpirationRules//workbench//EN");
-    for (const ScheduleRow& row : rows) {
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+      advance(progress, i, rows.size());
+      const ScheduleRow& row = rows[i];
       event(row, row.dates.expiration, "expiration", word("expiration", "到期"));
       event(row, row.dates.roll, "roll", word("roll", "换月"));
     }
@@ -87,13 +90,19 @@ class ICalendarWriter {
 
 }  // namespace
 
-std::string schedule_csv(std::span<const ScheduleRow> rows) { return csv_text(table_of(rows)); }
+std::string schedule_csv(std::span<const ScheduleRow> rows, const Progress& progress) {
+  return csv_text(table_of(rows, part_of(progress, 0, 50)), part_of(progress, 50, 100));
+}
 
-std::string schedule_table(std::span<const ScheduleRow> rows) { return aligned_text(table_of(rows)); }
+std::string schedule_table(std::span<const ScheduleRow> rows, const Progress& progress) {
+  return aligned_text(table_of(rows, part_of(progress, 0, 40)), part_of(progress, 40, 100));
+}
 
-std::string schedule_json(std::span<const ScheduleRow> rows) {
+std::string schedule_json(std::span<const ScheduleRow> rows, const Progress& progress) {
   std::string text = "[";
-  for (const ScheduleRow& row : rows) {
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    advance(progress, i, rows.size());
+    const ScheduleRow& row = rows[i];
     text += text.size() > 1 ? ",\n" : "\n";
     text += R"(  {"rule": )" + json_string(row.rule) + R"(, "setting": )" + json_string(row.setting) +
             R"(, "contract": )" + json_string(to_text(row.dates.contract)) + R"(, "specified": )" +
@@ -106,8 +115,9 @@ std::string schedule_json(std::span<const ScheduleRow> rows) {
   return text + "\n]\n";
 }
 
-std::string schedule_icalendar(std::span<const ScheduleRow> rows, Day today, Language language) {
-  return ICalendarWriter(today, language).write(rows);
+std::string schedule_icalendar(std::span<const ScheduleRow> rows, Day today, Language language,
+                               const Progress& progress) {
+  return ICalendarWriter(today, language).write(rows, progress);
 }
 
 }  // namespace workbench::schedule

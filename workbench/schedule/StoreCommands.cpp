@@ -47,7 +47,7 @@ class StoreCommand : private CommandContext {
   }
 
  private:
-  bool is_json() const { return arguments_.file.ends_with(".json"); }
+  bool is_json() const { return has_ending(arguments_.file, ".json"); }
 
   /// Whether the command is about this kind of records: in CSV about rules unless it says otherwise, in JSON about all.
   bool is_wanted(RecordKind kind) const {
@@ -56,8 +56,10 @@ class StoreCommand : private CommandContext {
 
   RuleFile read_records() {
     const std::string bytes = read(arguments_.file);
-    if (!is_json()) return is_wanted(RecordKind::rules) ? read_rules_csv(bytes) : read_settings_csv(bytes);
-    RuleFile file = read_rules_json(bytes);
+    const Progress reading = part(0, 40);
+    if (!is_json())
+      return is_wanted(RecordKind::rules) ? read_rules_csv(bytes, reading) : read_settings_csv(bytes, reading);
+    RuleFile file = read_rules_json(bytes, reading);
     if (!is_wanted(RecordKind::rules)) file.rules.reset();
     if (!is_wanted(RecordKind::settings)) file.settings.reset();
     return file;
@@ -66,7 +68,7 @@ class StoreCommand : private CommandContext {
   void import_records() {
     const RuleFile file = read_records();
     const bool has_records = (file.rules && !file.rules->empty()) || (file.settings && !file.settings->empty());
-    const ImportPlan plan = plan_import(file, input_.rules, input_.settings);
+    const ImportPlan plan = plan_import(file, {input_.rules, input_.settings, input_.calendars}, part(40, 70));
     for (const std::string& column : plan.ignored_columns) tell(MistakeKind::ignored_column, {arguments_.file, column});
     tell(arguments_.file, plan.refused);
     tell(arguments_.file, plan.warnings);
@@ -114,7 +116,7 @@ class StoreCommand : private CommandContext {
     TextTable table{{"line", "what", "name", "action"}};
     for (auto& [line, row] : rows) table.push_back(std::move(row));
     for (const NamedSetting& setting : plan.removed_settings) table.push_back({"", "setting", setting.name, "remove"});
-    output_.data = csv_text(table);
+    output_.data = csv_text(table, part(70, 100));
     tell(MistakeKind::import_summary,
          {std::to_string(counts[ImportAction::add]), std::to_string(counts[ImportAction::change]),
           std::to_string(counts[ImportAction::leave]), std::to_string(plan.removed_settings.size()),
@@ -127,12 +129,12 @@ class StoreCommand : private CommandContext {
       std::optional<std::span<const NamedSetting>> settings;
       if (is_wanted(RecordKind::rules)) rules = input_.rules;
       if (is_wanted(RecordKind::settings)) settings = input_.settings;
-      output_.file = write_rules_json(rules, settings);
+      output_.file = write_rules_json(rules, settings, input_.progress);
       return;
     }
     std::string refused;
-    output_.file = is_wanted(RecordKind::rules) ? write_rules_csv(input_.rules, refused)
-                                                : write_settings_csv(input_.settings, refused);
+    output_.file = is_wanted(RecordKind::rules) ? write_rules_csv(input_.rules, refused, input_.progress)
+                                                : write_settings_csv(input_.settings, refused, input_.progress);
     if (!output_.file) fail(with_differences, MistakeKind::not_csv, {refused});
   }
 
@@ -149,7 +151,7 @@ class StoreCommand : private CommandContext {
     const std::string bytes = read(arguments_.file);
     const bool is_complete = arguments_.first_day && arguments_.last_day && !arguments_.calendar_name.empty();
     const bool says_something = arguments_.first_day || arguments_.last_day || !arguments_.calendar_name.empty();
-    const bool events = is_icalendar(bytes);
+    const bool events = has_ending(arguments_.file, ".ics") || is_icalendar(bytes);
     constexpr const char* options = "--name, --from, --to";
     if (events && !is_complete) fail(wrong_arguments, MistakeKind::icalendar_needs, {arguments_.file, options});
     if (!events && says_something) fail(wrong_arguments, MistakeKind::calendar_says_itself, {arguments_.file, options});
@@ -163,40 +165,16 @@ class StoreCommand : private CommandContext {
 
   void import_calendar() {
     const Calendar calendar = read_wanted_calendar();
-    const auto stored = std::ranges::find(input_.calendars, calendar.name, &Calendar::name);
-    if (stored == input_.calendars.end()) {
-      tell(MistakeKind::new_calendar, {calendar.name, to_text(calendar.from), to_text(calendar.to)});
-      Calendar nothing_closed = calendar;
-      nothing_closed.closed.clear();
-      describe_change(changed_days(nothing_closed, calendar), {});
-    } else {
-      if (*stored == calendar) {
-        if (input_.store_is_new && !arguments_.dry_run) output_.change.emplace();
-        return tell(MistakeKind::same_calendar, {calendar.name});
-      }
-      if (stored->from != calendar.from || stored->to != calendar.to) {
-        tell(MistakeKind::calendar_range,
-             {calendar.name, to_text(stored->from), to_text(stored->to), to_text(calendar.from), to_text(calendar.to)});
-      }
-      describe_change(changed_days(*stored, calendar), changed_dates(*stored, calendar, input_.rules, input_.settings));
+    const CalendarPlan plan = plan_calendar(calendar, input_.calendars, input_.rules, input_.settings, part(0, 60));
+    for (const Mistake& note : plan.notes) tell(note.kind, note.parameters);
+    if (plan.is_same) {
+      if (input_.store_is_new && !arguments_.dry_run) output_.change.emplace();
+      return;
     }
+    // The days that change, and with an empty line between them the dates of rules that change with them.
+    output_.data = csv_text(table_of(plan.days)) + "\r\n" + csv_text(table_of(plan.dates), part(60, 100));
     if (arguments_.dry_run) return tell(MistakeKind::nothing_imported, {});
     output_.change = WantedChange{.calendar = calendar};
-  }
-
-  /// Two tables with an empty line between them: the days that change, and the dates of rules that change with them.
-  void describe_change(const std::vector<ChangedDay>& days, const std::vector<ChangedDates>& dates) {
-    TextTable day_table{{"day", "change", "reason"}};
-    for (const ChangedDay& changed : days)
-      day_table.push_back({to_text(changed.day), changed.closed ? "closed" : "open", changed.reason});
-    TextTable date_table{{"rule", "setting", "contract", "expiration_before", "expiration", "roll_before", "roll"}};
-    for (const auto& [before, after] : dates) {
-      date_table.push_back({after.rule, after.setting, to_text(after.dates.contract),
-                            known_text(before.dates.expiration), known_text(after.dates.expiration),
-                            known_text(before.dates.roll), known_text(after.dates.roll)});
-    }
-    output_.data = csv_text(day_table) + "\r\n" + csv_text(date_table);
-    tell(MistakeKind::calendar_summary, {std::to_string(days.size()), std::to_string(dates.size())});
   }
 };
 

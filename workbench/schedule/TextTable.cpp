@@ -79,30 +79,33 @@ std::string well_formed(std::string_view text) {
   return result;
 }
 
-std::string csv_text(const TextTable& table) {
+std::string csv_text(const TextTable& table, const Progress& progress) {
   std::string text;
-  for (const std::vector<std::string>& row : table) {
-    std::vector<std::string> fields = row;
+  for (std::size_t row = 0; row < table.size(); ++row) {
+    advance(progress, row, table.size());
+    std::vector<std::string> fields = table[row];
     for (std::string& field : fields) field = well_formed(field);
     append_csv(text, fields);
   }
   return text;
 }
 
-std::string aligned_text(const TextTable& table) {
+std::string aligned_text(const TextTable& table, const Progress& progress) {
   std::vector<std::size_t> widths;
-  TextTable lines = table;
-  for (std::vector<std::string>& row : lines) {
+  std::size_t done = 0;
+  for (const std::vector<std::string>& row : table) {
+    advance(progress, done++, 2 * table.size());
     widths.resize(std::max(widths.size(), row.size()));
-    for (std::size_t i = 0; i < row.size(); ++i) {
-      row[i] = cell_text(row[i]);
-      widths[i] = std::max(widths[i], display_width(row[i]));
-    }
+    for (std::size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], display_width(cell_text(row[i])));
   }
   std::string text;
-  for (const std::vector<std::string>& row : lines) {
+  for (const std::vector<std::string>& row : table) {
+    advance(progress, done++, 2 * table.size());
     std::string line;
-    for (std::size_t i = 0; i < row.size(); ++i) line.append(row[i]).append(widths[i] - display_width(row[i]) + 2, ' ');
+    for (std::size_t i = 0; i < row.size(); ++i) {
+      const std::string cell = cell_text(row[i]);
+      line.append(cell).append(widths[i] - display_width(cell) + 2, ' ');
+    }
     line.erase(line.find_last_not_of(' ') + 1);
     text.append(line).append("\n");
   }

@@ -5,6 +5,8 @@
 #include <string_view>
 #include <vector>
 
+#include "Progress.h"
+
 namespace workbench::schedule {
 
 /// A table of texts whose first row names the columns. Texts are UTF-8 that may also hold the three bytes of a lone
@@ -12,10 +14,10 @@ namespace workbench::schedule {
 using TextTable = std::vector<std::vector<std::string>>;
 
 /// The table as CSV; see `append_csv`.
-std::string csv_text(const TextTable& table);
+std::string csv_text(const TextTable& table, const Progress& progress = {});
 
 /// The table in columns of equal width for a screen with letters of equal width; Chinese letters take two columns.
-std::string aligned_text(const TextTable& table);
+std::string aligned_text(const TextTable& table, const Progress& progress = {});
 
 /// The text in UTF-8, with U+FFFD for each byte sequence that is not.
 std::string well_formed(std::string_view text);

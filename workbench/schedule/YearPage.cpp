@@ -1,7 +1,9 @@
 #include "YearPage.h"
 
+#include <algorithm>
 #include <array>
 #include <map>
+#include <set>
 
 #include "TextTable.h"
 
@@ -20,6 +22,7 @@ struct Words {
   const char* expiration;
   const char* roll;
   const char* closed;
+  const char* weekend;
   const char* estimate;
 };
 
@@ -32,6 +35,7 @@ constexpr Words english{"en",
                         "expiration",
                         "roll",
                         "closed",
+                        "weekend",
                         "estimate"};
 
 constexpr Words chinese{
@@ -43,6 +47,7 @@ constexpr Words chinese{
     "到期",
     "换月",
     "休市",
+    "周末",
     "估计"};
 
 // The marks differ in shape too, for printers without colours.
@@ -54,7 +59,7 @@ constexpr const char* style =
     "@page{size:A4 landscape;margin:8mm}"
     "body{font:9pt/1.2 sans-serif;margin:1em;color:#111;background:#fff}"
     "h1{font-size:14pt;margin:0 0 .3em}p{margin:.3em 0}"
-    ".year{display:grid;grid-template-columns:repeat(4,1fr);gap:.6em}"
+    ".year{display:grid;grid-template-columns:repeat(4,minmax(0,1fr));gap:.6em}"
     ".month{border:1px solid #999;padding:.3em;break-inside:avoid}"
     ".month h2{font-size:10pt;margin:0;text-align:center}"
     ".month table{width:100%;border-collapse:collapse;table-layout:fixed;text-align:center}"
@@ -65,21 +70,51 @@ constexpr const char* style =
     ".list{border-collapse:collapse;margin-top:1em;font-size:8pt;width:100%}"
     ".list td,.list th{border-bottom:1px solid #bbb;padding:0 .5em 0 0;text-align:left}"
     ".estimate{font-style:italic}"
-    "@media print{body{margin:0}.list{break-before:page}}";
+    "@media print{body{margin:0}.list{margin:0}"
+    ".lists{break-before:page;display:grid;gap:0 4mm;align-items:start}"
+    // What does not fit into a narrow line is cut; the other page or the screen has it.
+    ".lists2,.lists3,.lists4{white-space:nowrap}"
+    ".lists3 .list,.lists4 .list{table-layout:fixed}"
+    ".list td,.list th,.month li{overflow:hidden;text-overflow:ellipsis}.month li{white-space:nowrap}"
+    ".lists2{grid-template-columns:repeat(2,minmax(0,1fr))}"
+    ".lists3{grid-template-columns:repeat(3,minmax(0,1fr))}.lists3 .list{font-size:5.6pt;line-height:1.1}"
+    ".lists4{grid-template-columns:repeat(4,minmax(0,1fr))}.lists4 .list{font-size:4.2pt;line-height:1.1}"
+    ".list th:nth-child(3){width:10%}.list th:nth-child(n+4):nth-child(-n+6){width:14%}.list th:nth-child(7){width:13%}"
+    ".events2 ul{columns:2;column-gap:1mm;font-size:5.4pt;line-height:1.1}"
+    ".events3 ul{columns:3;column-gap:1mm;font-size:4.2pt;line-height:1.1}"
+    ".events4 ul{columns:4;column-gap:1mm;font-size:3.4pt;line-height:1.1}}";
 
+/// How many columns a page needs for so many lines, of which these numbers fit in 1, 2 and 3 columns.
+std::size_t columns_for(std::size_t lines, const std::array<std::size_t, 3>& most_lines) {
+  return 1 + static_cast<std::size_t>(std::ranges::lower_bound(most_lines, lines) - most_lines.begin());
+}
+
+constexpr std::array<std::size_t, 3> most_rows{50, 110, 210};
+constexpr std::array<std::size_t, 3> most_events{8, 22, 45};
+
+/// What happens on a day: a contract of a rule expires, or rolls, or both.
 struct Event {
-  const ScheduleRow* row;
-  bool is_roll;
-  bool is_estimate;
+  Day day{};
+  std::string rule{};
+  std::string contract{};
+  bool is_expiration = false;
+  bool is_roll = false;
+  bool is_estimate = false;
+
+  auto operator<=>(const Event&) const = default;
 };
 
 class YearPage {
  public:
-  YearPage(std::span<const ScheduleRow> rows, std::chrono::year year, const TradingDays* calendar, const Words& words)
-      : rows_(rows), year_(year), calendar_(calendar), words_(words) {
-    for (const ScheduleRow& row : rows) {
-      add_event(row, row.dates.expiration, false);
-      add_event(row, row.dates.roll, true);
+  YearPage(std::span<const ScheduleRow> rows, std::chrono::year year, const TradingDays* calendar, const Words& words,
+           const Progress& progress)
+      : rows_(rows), year_(year), calendar_(calendar), words_(words), progress_(progress) {
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+      advance(progress_, i, 2 * rows.size());
+      const ContractDates& dates = rows[i].dates;
+      const bool is_one_event = dates.roll == dates.expiration;
+      add_event(rows[i], dates.expiration, true, is_one_event);
+      if (!is_one_event) add_event(rows[i], dates.roll, false, true);
     }
   }
 
@@ -89,18 +124,39 @@ class YearPage {
             "\">\n<head>\n<meta charset=\"utf-8\">\n<title>" + title + "</title>\n<style>" + style +
             "</style>\n</head>\n<body>\n<h1>" + title + "</h1>\n";
     text_ += std::string("<p>") + expiration_mark + ' ' + words_.expiration + " &nbsp; " + roll_mark + ' ' +
-             words_.roll + " &nbsp; <span class=\"closed\">1</span> " + words_.closed + " &nbsp; " + estimate_mark +
-             ' ' + words_.estimate + "</p>\n<div class=\"year\">\n";
+             words_.roll + " &nbsp; <span class=\"closed\">1</span> " + (calendar_ ? words_.closed : words_.weekend) +
+             " &nbsp; " + estimate_mark + ' ' + words_.estimate + "</p>\n<div class=\"year events" +
+             std::to_string(columns_for(most_events_of_a_month(), most_events)) + "\">\n";
     for (unsigned month = 1; month <= 12; ++month) write_month(year_ / std::chrono::month{month});
     text_ += "</div>\n";
-    write_table();
+    write_tables();
     text_ += "</body>\n</html>\n";
     return std::move(text_);
   }
 
  private:
-  void add_event(const ScheduleRow& row, const ContractDay& day, bool is_roll) {
-    if (day.date) events_.emplace(*day.date, Event{&row, is_roll, day.basis == Basis::estimate});
+  void add_event(const ScheduleRow& row, const ContractDay& day, bool is_expiration, bool is_roll) {
+    if (!day.date) return;
+    events_[{*day.date, row.rule, to_text(row.dates.contract), is_expiration, is_roll, day.basis == Basis::estimate}]
+        .insert(row.setting);
+  }
+
+  /// Calls `use` with each event from `first` to `last`.
+  template <class Use>
+  void for_each_event(Day first, Day last, const Use& use) const {
+    const auto end = events_.lower_bound({.day = last + days{1}});
+    for (auto event = events_.lower_bound({.day = first}); event != end; ++event) use(event->first, event->second);
+  }
+
+  std::size_t most_events_of_a_month() const {
+    std::size_t most = 0;
+    for (unsigned month = 1; month <= 12; ++month) {
+      const Month of_year = year_ / std::chrono::month{month};
+      std::size_t count = 0;
+      for_each_event(Day{of_year / 1}, Day{of_year / std::chrono::last}, [&](const auto&, const auto&) { ++count; });
+      most = std::max(most, count);
+    }
+    return most;
   }
 
   bool is_closed(Day day) const {
@@ -136,8 +192,10 @@ class YearPage {
   void write_day(Day day) {
     bool expiration = false;
     bool roll = false;
-    const auto [begin, end] = events_.equal_range(day);
-    for (auto event = begin; event != end; ++event) (event->second.is_roll ? roll : expiration) = true;
+    for_each_event(day, day, [&](const Event& event, const auto&) {
+      expiration |= event.is_expiration;
+      roll |= event.is_roll;
+    });
     std::string classes;
     if (is_closed(day)) classes += " closed";
     if (expiration) classes += " expiration";
@@ -148,53 +206,65 @@ class YearPage {
   }
 
   void write_events(Day first, Day last) {
-    const auto begin = events_.lower_bound(first);
-    const auto end = events_.upper_bound(last);
-    if (begin == end) return;
-    text_ += "<ul>";
-    for (auto event = begin; event != end; ++event) {
-      const auto& [day, what] = *event;
-      text_ += "<li>" + std::to_string(static_cast<unsigned>(std::chrono::year_month_day{day}.day())) + ' ' +
-               (what.is_roll ? roll_mark : expiration_mark) + (what.is_estimate ? estimate_mark : "") + ' ' +
-               html_text(subject(*what.row)) + ' ' + to_text(what.row->dates.contract) + "</li>";
-    }
-    text_ += "</ul>";
+    std::string lines;
+    for_each_event(first, last, [&](const Event& event, const std::set<std::string>& settings) {
+      lines += "<li>" + std::to_string(static_cast<unsigned>(std::chrono::year_month_day{event.day}.day())) + ' ' +
+               (event.is_expiration ? expiration_mark : "") + (event.is_roll ? roll_mark : "") +
+               (event.is_estimate ? estimate_mark : "") + ' ' + html_text(event.rule + in_brackets(settings)) + ' ' +
+               event.contract + "</li>";
+    });
+    if (!lines.empty()) text_ += "<ul>" + lines + "</ul>";
   }
 
-  static std::string subject(const ScheduleRow& row) {
-    return row.setting.empty() ? row.rule : row.rule + " (" + row.setting + ')';
+  static std::string in_brackets(const std::set<std::string>& settings) {
+    std::string names;
+    for (const std::string& name : settings) names += (names.empty() ? "" : ", ") + name;
+    return names.empty() ? names : " (" + names + ')';
   }
 
-  void write_table() {
-    text_ += "<table class=\"list\"><thead><tr>";
-    for (const char* column : words_.columns) text_ += std::string("<th>") + column + "</th>";
-    text_ += "</tr></thead><tbody>\n";
-    for (const ScheduleRow& row : rows_) {
-      text_ += "<tr><td>" + html_text(row.rule) + "</td><td>" + html_text(row.setting) + "</td><td>" +
-               to_text(row.dates.contract) + "</td>";
-      for (const ContractDay& day : {row.dates.specified, row.dates.expiration, row.dates.roll}) {
-        const bool estimate = day.basis == Basis::estimate;
-        text_ += (estimate ? "<td class=\"estimate\">" : "<td>") + known_text(day) + (estimate ? estimate_mark : "") +
-                 "</td>";
+  /// The rows in as many tables side by side as the printed page needs.
+  void write_tables() {
+    const std::size_t columns = columns_for(rows_.size(), most_rows);
+    const std::size_t rows_of_a_table = std::max<std::size_t>((rows_.size() + columns - 1) / columns, 1);
+    text_ += "<div class=\"lists lists" + std::to_string(columns) + "\">\n";
+    for (std::size_t first = 0; first == 0 || first < rows_.size(); first += rows_of_a_table) {
+      text_ += "<table class=\"list\"><thead><tr>";
+      for (const char* column : words_.columns) text_ += std::string("<th>") + column + "</th>";
+      text_ += "</tr></thead><tbody>\n";
+      for (std::size_t i = first; i < std::min(first + rows_of_a_table, rows_.size()); ++i) {
+        advance(progress_, rows_.size() + i, 2 * rows_.size());
+        write_row(rows_[i]);
       }
-      text_ += "<td>" + joined(flag_names(row.dates), "; ") + "</td></tr>\n";
+      text_ += "</tbody></table>\n";
     }
-    text_ += "</tbody></table>\n";
+    text_ += "</div>\n";
+  }
+
+  void write_row(const ScheduleRow& row) {
+    text_ += "<tr><td>" + html_text(row.rule) + "</td><td>" + html_text(row.setting) + "</td><td>" +
+             to_text(row.dates.contract) + "</td>";
+    for (const ContractDay& day : {row.dates.specified, row.dates.expiration, row.dates.roll}) {
+      const bool estimate = day.basis == Basis::estimate;
+      text_ +=
+          (estimate ? "<td class=\"estimate\">" : "<td>") + known_text(day) + (estimate ? estimate_mark : "") + "</td>";
+    }
+    text_ += "<td>" + joined(flag_names(row.dates), "; ") + "</td></tr>\n";
   }
 
   std::span<const ScheduleRow> rows_;
   std::chrono::year year_;
   const TradingDays* calendar_;
   const Words& words_;
-  std::multimap<Day, Event> events_;
+  const Progress& progress_;
+  std::map<Event, std::set<std::string>> events_;  ///< with the settings
   std::string text_;
 };
 
 }  // namespace
 
 std::string year_page(std::span<const ScheduleRow> rows, std::chrono::year year, const TradingDays* calendar,
-                      Language language) {
-  return YearPage(rows, year, calendar, language == Language::chinese ? chinese : english).write();
+                      Language language, const Progress& progress) {
+  return YearPage(rows, year, calendar, language == Language::chinese ? chinese : english, progress).write();
 }
 
 }  // namespace workbench::schedule

@@ -21,10 +21,11 @@ class ListCheck {
 
   void add(const ListedDate& listed) {
     const auto rule = rules_.find(listed.rule);
-    if (rule == rules_.end()) return refuse(listed, MistakeKind::unknown_rule, listed.rule);
+    if (rule == rules_.end()) return refuse(listed, MistakeKind::unknown_rule, {listed.rule});
     std::optional<schedule::DateCheck> nearest;
     const schedule::Calendar* calendar = nullptr;
     std::string missing;
+    bool delivers = true;
     const auto compare = [&](const std::string& name, Against of_setting) {
       if (name.empty()) return;
       const OpenDays* days = open_days(name);
@@ -42,11 +43,17 @@ class ListCheck {
     if (begin == end) compare(choice_.calendar, Against::roll);
     for (auto user = begin; user != end; ++user) {
       const NamedSetting& setting = *user->second;
+      if (!schedule::is_delivery_month(listed.known.contract, setting.months)) {
+        delivers = false;
+        continue;
+      }
       compare(choice_.calendar.empty() ? setting.calendar : choice_.calendar,
               setting.last_day_is_expiration ? Against::expiration : Against::roll);
     }
-    if (!nearest && missing.empty()) return refuse(listed, MistakeKind::calendar_needed, listed.rule);
-    if (!nearest) return refuse(listed, MistakeKind::unknown_calendar, missing);
+    if (!nearest && !missing.empty()) return refuse(listed, MistakeKind::unknown_calendar, {missing});
+    if (!nearest && !delivers)
+      return refuse(listed, MistakeKind::no_delivery_month, {listed.rule, schedule::to_text(listed.known.contract)});
+    if (!nearest) return refuse(listed, MistakeKind::calendar_missing, {listed.rule});
     CheckedDate checked{listed.rule, *std::move(nearest)};
     for (const schedule::Day day : checked.check.explained_by) checked.explained_by.push_back(explain(*calendar, day));
     RuleMatches& matches = list_.rules[listed.rule];
@@ -68,8 +75,8 @@ class ListCheck {
     schedule::TradingDays index;
   };
 
-  void refuse(const ListedDate& listed, MistakeKind kind, const std::string& subject) {
-    list_.mistakes.push_back({listed.line, kind, {subject}});
+  void refuse(const ListedDate& listed, MistakeKind kind, std::vector<std::string> subjects) {
+    list_.mistakes.push_back({listed.line, kind, std::move(subjects)});
   }
 
   const OpenDays* open_days(const std::string& name) {
@@ -97,10 +104,10 @@ class ListCheck {
 }  // namespace
 
 CheckedList check_list(const ScheduleData& data, const schedule::DateList& list, const CheckChoice& choice,
-                       const Progress& progress) {
+                       const schedule::Progress& progress) {
   ListCheck check(data, choice);
   for (std::size_t at = 0; at < list.dates.size(); ++at) {
-    if (!progress(at, list.dates.size())) return {.cancelled = true};
+    schedule::advance(progress, at, list.dates.size());
     check.add(list.dates[at]);
   }
   return check.finish(list.mistakes);

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -11,9 +10,6 @@
 #include "ScheduleModel.h"
 
 namespace workbench {
-
-/// Called from time to time with how much of the work is done; false cancels it.
-using Progress = std::function<bool(std::size_t done, std::size_t total)>;
 
 /// How a list of contracts and last trading days is compared.
 struct CheckChoice {
@@ -46,12 +42,12 @@ struct CheckedList {
   std::vector<CheckedDate> dates{};  ///< rule by rule, within a rule in the order of the list
   std::map<std::string, RuleMatches> rules{};
   std::vector<schedule::Mistake> mistakes{};  ///< lines that could not be compared, by line
-  bool cancelled = false;                     ///< nothing else is set then
 };
 
 /// Compares each listed day with what the rule gives for each setting that uses it, on its calendar. The setting that
-/// comes nearest to the listed day counts, the first of several.
+/// comes nearest to the listed day counts, the first of several; those that do not deliver in the contract's month do
+/// not count.
 CheckedList check_list(const ScheduleData& data, const schedule::DateList& list, const CheckChoice& choice,
-                       const Progress& progress);
+                       const schedule::Progress& progress = {});
 
 }  // namespace workbench

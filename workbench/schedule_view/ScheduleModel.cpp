@@ -32,8 +32,8 @@ const Item* find_number(const std::vector<Numbered<Item>>& items, long number) {
 /// Adds the lines of one subject after another to a schedule.
 class ScheduleBuilder {
  public:
-  ScheduleBuilder(const ScheduleData& data, const ScheduleChoice& choice)
-      : data_(data), choice_(choice), contracts_(contracts_of(choice)) {
+  ScheduleBuilder(const ScheduleData& data, const ScheduleChoice& choice, const schedule::Progress& progress)
+      : data_(data), choice_(choice), progress_(progress), contracts_(contracts_of(choice)) {
     for (const auto& rule : data.rules) rules_.emplace(rule.item.name, &rule.item);
     for (const auto& setting : data.settings) users_.emplace(setting.item.rule, &setting.item);
   }
@@ -51,7 +51,12 @@ class ScheduleBuilder {
   /// Adds each setting that uses the rule, or the rule itself if none does.
   void add_rule(const NamedRule& rule) {
     const auto [begin, end] = users_.equal_range(rule.name);
-    for (auto user = begin; user != end; ++user) add({&rule, user->second});
+    const auto count = static_cast<std::size_t>(std::distance(begin, end));
+    std::size_t done = 0;
+    for (auto user = begin; user != end; ++user) {
+      schedule::advance(progress_, done++, count);
+      add({&rule, user->second});
+    }
     if (begin == end) add({&rule, nullptr});
   }
 
@@ -65,7 +70,10 @@ class ScheduleBuilder {
 
   Schedule finish() {
     if (!built_.lines.empty()) built_.reason = NoDatesReason::none;
-    for (const ScheduleLine& line : built_.lines) note_calendar(line.calendar);
+    for (const ScheduleLine& line : built_.lines) {
+      note_calendar(line.calendar);
+      note_beginning(line);
+    }
     return std::move(built_);
   }
 
@@ -116,6 +124,19 @@ class ScheduleBuilder {
     if (!built_.unknown_from || unknown < *built_.unknown_from) built_.unknown_from = unknown;
   }
 
+  /// Notes whether the line needs days before its calendar. A day that it does not have lies beyond the nearer end.
+  void note_beginning(const ScheduleLine& line) {
+    const ContractDates& dates = line.row.dates;
+    if (!dates.has(Basis::beyond_calendar) && !dates.has(Basis::estimate)) return;
+    const TradingDays& days = *open_days(line.calendar);
+    schedule::Day first = *dates.specified.date;
+    for (const schedule::ContractDay& day : {dates.expiration, dates.roll})
+      first = std::min(first, day.date.value_or(first));
+    const bool is_whole = dates.expiration.date && dates.roll.date;
+    const bool before = first < days.from() || (!is_whole && first - days.from() < days.to() - first);
+    if (before && (!built_.unknown_before || *built_.unknown_before < days.from())) built_.unknown_before = days.from();
+  }
+
   static bool delivers(const Subject& subject, Month contract) {
     return !subject.setting || schedule::is_delivery_month(contract, subject.setting->months);
   }
@@ -145,6 +166,7 @@ class ScheduleBuilder {
 
   const ScheduleData& data_;
   const ScheduleChoice& choice_;
+  const schedule::Progress& progress_;
   schedule::ContractRange contracts_;
   std::map<std::string_view, const NamedRule*> rules_;
   std::multimap<std::string_view, const NamedSetting*> users_;  // by rule, in their order
@@ -156,7 +178,7 @@ class ScheduleBuilder {
 class Comparison {
  public:
   Comparison(const ScheduleData& before, const ScheduleData& now, const ScheduleChoice& choice)
-      : old_(before, choice), builder_(now, choice) {}
+      : old_(before, choice, unreported_), builder_(now, choice, unreported_) {}
 
   bool is_used(const NamedRule& rule) const { return builder_.is_used(rule); }
 
@@ -187,14 +209,16 @@ class Comparison {
     return differs;
   }
 
+  /// How far the lines of one item have come is of no interest.
+  schedule::Progress unreported_;
   ScheduleBuilder old_;
   ScheduleBuilder builder_;
 };
 
 }  // namespace
 
-Schedule make_schedule(const ScheduleData& data, const ScheduleChoice& choice) {
-  ScheduleBuilder builder(data, choice);
+Schedule make_schedule(const ScheduleData& data, const ScheduleChoice& choice, const schedule::Progress& progress) {
+  ScheduleBuilder builder(data, choice, progress);
   if (const NamedSetting* setting = find_number(data.settings, choice.setting)) {
     builder.add_setting(*setting);
   } else if (const NamedRule* rule = find_number(data.rules, choice.rule)) {
@@ -205,11 +229,17 @@ Schedule make_schedule(const ScheduleData& data, const ScheduleChoice& choice) {
   return builder.finish();
 }
 
-Schedule compare_schedules(const ScheduleData& before, const ScheduleData& now, const ScheduleChoice& choice) {
+Schedule compare_schedules(const ScheduleData& before, const ScheduleData& now, const ScheduleChoice& choice,
+                           const schedule::Progress& progress) {
   Comparison comparison(before, now, choice);
-  for (const auto& setting : now.settings)
+  const std::size_t all = now.settings.size() + now.rules.size();
+  std::size_t done = 0;
+  for (const auto& setting : now.settings) {
+    schedule::advance(progress, done++, all);
     comparison.add(setting.item, find_number(before.settings, setting.number), &ScheduleBuilder::add_setting);
+  }
   for (const auto& rule : now.rules) {
+    schedule::advance(progress, done++, all);
     if (!comparison.is_used(rule.item))
       comparison.add(rule.item, find_number(before.rules, rule.number), &ScheduleBuilder::add_rule);
   }

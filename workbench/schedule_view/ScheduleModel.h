@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "Calendar.h"
+#include "Progress.h"
 #include "RuleFiles.h"
 #include "ScheduleRow.h"
 
@@ -71,15 +72,18 @@ struct Schedule {
   std::optional<schedule::Calendar> calendar{};
   /// The first day that the shortest calendar of the lines does not know any more.
   std::optional<schedule::Day> unknown_from{};
+  /// The first day that a calendar knows, if dates of its lines rest on days before it; the latest of several.
+  std::optional<schedule::Day> unknown_before{};
 };
 
 /// The contracts of what the user chose, setting by setting.
-Schedule make_schedule(const ScheduleData& data, const ScheduleChoice& choice);
+Schedule make_schedule(const ScheduleData& data, const ScheduleChoice& choice, const schedule::Progress& progress = {});
 
 /// The contracts of every setting whose dates within the chosen months differ between `before` and `now`, and of every
 /// rule without settings if the choice names a calendar. What is selected plays no part. A setting that is in one of
 /// the two alone is left out, since there is nothing to put beside it.
-Schedule compare_schedules(const ScheduleData& before, const ScheduleData& now, const ScheduleChoice& choice);
+Schedule compare_schedules(const ScheduleData& before, const ScheduleData& now, const ScheduleChoice& choice,
+                           const schedule::Progress& progress = {});
 
 /// The lines as the writers of files take them.
 std::vector<schedule::ScheduleRow> rows_of(const Schedule& schedule);

@@ -51,9 +51,8 @@ void FailingRuleStore::replace_calendars(const std::vector<StoredCalendar>& cale
   next().replace_calendars(calendars);
 }
 
-void FailingRuleStore::import_records(const StoreImport& records,
-                                      const std::function<void(std::size_t done)>& on_rule) {
-  next().import_records(records, on_rule);
+void FailingRuleStore::import_records(const StoreImport& records, const schedule::Progress& progress) {
+  next().import_records(records, progress);
 }
 
 void FailingRuleStore::replace_content(const StoreContent& content) { next().replace_content(content); }

@@ -9,9 +9,11 @@ namespace workbench {
 namespace {
 
 /// The settings with the numbers that follow `last_number`, which becomes the last of them.
-std::vector<StoredSetting> numbered(const std::vector<SymbolSourceSetting>& settings, long& last_number) {
+std::vector<StoredSetting> numbered(const std::vector<SymbolSourceSetting>& settings, long& last_number,
+                                    const schedule::Progress& progress = {}) {
   std::vector<StoredSetting> stored;
   for (const SymbolSourceSetting& setting : settings) {
+    schedule::advance(progress, stored.size(), settings.size());
     refuse_invalid(setting);
     stored.push_back({++last_number, 1, setting});
   }
@@ -133,14 +135,15 @@ void MemoryRuleStore::replace_calendars(const std::vector<StoredCalendar>& calen
   notify_subscribers();
 }
 
-void MemoryRuleStore::import_records(const StoreImport& records, const std::function<void(std::size_t done)>& on_rule) {
+void MemoryRuleStore::import_records(const StoreImport& records, const schedule::Progress& progress) {
   std::vector<StoredRule> rules = rules_;
   std::map<std::wstring, std::size_t> positions;
   for (std::size_t i = 0; i < rules.size(); ++i) positions.emplace(rules[i].rule.name, i);
   long number = last_number_;
-  std::size_t done = 0;
-  for (const Rule& rule : records.rules) {
-    if (on_rule) on_rule(done++);
+  const schedule::Progress storing_rules = schedule::part_of(progress, 0, 50);
+  for (std::size_t i = 0; i < records.rules.size(); ++i) {
+    schedule::advance(storing_rules, i, records.rules.size());
+    const Rule& rule = records.rules[i];
     refuse_invalid(rule);
     const auto [found, is_new] = positions.emplace(rule.name, rules.size());
     if (is_new) {
@@ -151,7 +154,7 @@ void MemoryRuleStore::import_records(const StoreImport& records, const std::func
   }
   if (records.settings) {
     long setting_number = last_setting_number_;
-    settings_ = numbered(*records.settings, setting_number);
+    settings_ = numbered(*records.settings, setting_number, schedule::part_of(progress, 50, 100));
     last_setting_number_ = setting_number;
   }
   rules_ = std::move(rules);

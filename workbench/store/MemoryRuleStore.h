@@ -20,7 +20,7 @@ class MemoryRuleStore : public RuleStore {
   void replace_settings(const std::vector<SymbolSourceSetting>& settings) override;
   std::vector<StoredCalendar> load_calendars() override { return calendars_; }
   void replace_calendars(const std::vector<StoredCalendar>& calendars) override;
-  void import_records(const StoreImport& records, const std::function<void(std::size_t done)>& on_rule) override;
+  void import_records(const StoreImport& records, const schedule::Progress& progress) override;
   void replace_content(const StoreContent& content) override;
   bool poll_for_changes() override { return false; }
 

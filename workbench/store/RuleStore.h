@@ -5,6 +5,7 @@
 #include <optional>
 #include <vector>
 
+#include "Progress.h"
 #include "RuleRecord.h"
 #include "StoreError.h"
 
@@ -65,10 +66,9 @@ class RuleStore {
   /// `invalid_value`.
   virtual void replace_calendars(const std::vector<StoredCalendar>& calendars) = 0;
 
-  /// Stores these rules under their names and these settings; other rules stay. `on_rule` is called before each rule
-  /// with how many are done; what it throws cancels the whole change. Fails with `invalid_value`.
-  virtual void import_records(const StoreImport& records,
-                              const std::function<void(std::size_t done)>& on_rule = {}) = 0;
+  /// Stores these rules under their names and these settings; other rules stay. Throws `schedule::Cancelled`, with
+  /// nothing changed, when `progress` does. Fails with `invalid_value`.
+  virtual void import_records(const StoreImport& records, const schedule::Progress& progress = {}) = 0;
 
   /// Puts this content in the place of everything that there is.
   virtual void replace_content(const StoreContent& content) = 0;

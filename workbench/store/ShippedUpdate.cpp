@@ -18,15 +18,15 @@ std::vector<schedule::Calendar> newer_calendars(const std::vector<StoredCalendar
   return newer;
 }
 
-void offer_newer_calendars(RuleStore& store, const std::function<bool(const std::vector<std::string>& names)>& wants,
+void offer_newer_calendars(RuleStore& store,
+                           const std::function<bool(const std::vector<schedule::Calendar>& newer)>& wants,
                            const ShippedCalendars& shipped) {
   std::vector<StoredCalendar> calendars = store.load_calendars();
   const std::vector<schedule::Calendar> newer = newer_calendars(calendars, shipped);
   if (newer.empty()) return;
-  std::vector<std::string> names;
-  names.reserve(newer.size());
-  for (const schedule::Calendar& calendar : newer) names.push_back(calendar.name);
-  const bool wanted = wants(names);
+  const bool wanted = wants(newer);
+  // They may have changed while the user was asked.
+  calendars = store.load_calendars();
   for (StoredCalendar& calendar : calendars)
     calendar.shipped_version = std::max(calendar.shipped_version, shipped.version);
   if (wanted)

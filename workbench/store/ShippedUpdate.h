@@ -18,9 +18,10 @@ struct ShippedCalendars {
 std::vector<schedule::Calendar> newer_calendars(const std::vector<StoredCalendar>& stored,
                                                 const ShippedCalendars& shipped = {});
 
-/// Offers the newer calendars to the user, once for each version: `wants` is given their names and returns whether they
-/// are to replace those in the store.
-void offer_newer_calendars(RuleStore& store, const std::function<bool(const std::vector<std::string>& names)>& wants,
+/// Offers the newer calendars to the user, once for each version: `wants` is given them and returns whether they are to
+/// replace those in the store.
+void offer_newer_calendars(RuleStore& store,
+                           const std::function<bool(const std::vector<schedule::Calendar>& newer)>& wants,
                            const ShippedCalendars& shipped = {});
 
 }  // namespace workbench

@@ -213,12 +213,11 @@ void replace_calendars(const SqliteDatabase& database, const std::vector<StoredC
   }
 }
 
-void import_rules(const SqliteDatabase& database, const std::vector<Rule>& rules,
-                  const std::function<void(std::size_t done)>& on_rule) {
+void import_rules(const SqliteDatabase& database, const std::vector<Rule>& rules, const schedule::Progress& progress) {
   SqliteStatement same_name = database.prepare("SELECT RuleID FROM rules WHERE RuleName = ?");
-  std::size_t done = 0;
-  for (const Rule& rule : rules) {
-    if (on_rule) on_rule(done++);
+  for (std::size_t i = 0; i < rules.size(); ++i) {
+    schedule::advance(progress, i, rules.size());
+    const Rule& rule = rules[i];
     std::optional<StoredRule> stored;
     if (same_name.bind(1, rule.name).step()) stored = select_rule(database, static_cast<long>(same_name.integer(0)));
     same_name.run();
@@ -230,17 +229,25 @@ void import_rules(const SqliteDatabase& database, const std::vector<Rule>& rules
   }
 }
 
-void replace_settings(const SqliteDatabase& database, const std::vector<SymbolSourceSetting>& settings) {
+void replace_settings(const SqliteDatabase& database, const std::vector<SymbolSourceSetting>& settings,
+                      const schedule::Progress& progress) {
   database.execute("DELETE FROM symbol_source_settings");
   SqliteStatement insert = prepare_insert_setting(database);
-  for (const SymbolSourceSetting& setting : settings) insert_setting_by(insert, setting);
+  for (std::size_t i = 0; i < settings.size(); ++i) {
+    schedule::advance(progress, i, settings.size());
+    insert_setting_by(insert, settings[i]);
+  }
 }
 
-void replace_content(const SqliteDatabase& database, const StoreContent& content) {
+void replace_content(const SqliteDatabase& database, const StoreContent& content, const schedule::Progress& progress) {
   database.execute("DELETE FROM rules; DELETE FROM closed_days; DELETE FROM calendars");
   SqliteStatement insert = prepare_insert_rule(database);
-  for (const Rule& rule : content.rules) insert_rule_by(insert, database, rule);
-  replace_settings(database, content.settings);
+  const schedule::Progress storing_rules = schedule::part_of(progress, 0, 50);
+  for (std::size_t i = 0; i < content.rules.size(); ++i) {
+    schedule::advance(storing_rules, i, content.rules.size());
+    insert_rule_by(insert, database, content.rules[i]);
+  }
+  replace_settings(database, content.settings, schedule::part_of(progress, 50, 100));
   replace_calendars(database, content.calendars);
 }
 

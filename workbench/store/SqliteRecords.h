@@ -1,9 +1,9 @@
 #pragma once
 
-#include <functional>
 #include <optional>
 #include <vector>
 
+#include "Progress.h"
 #include "RuleRecord.h"
 #include "SqliteDatabase.h"
 
@@ -38,11 +38,12 @@ std::vector<StoredCalendar> select_calendars(const SqliteDatabase& database);
 void replace_calendars(const SqliteDatabase& database, const std::vector<StoredCalendar>& calendars);
 
 /// Stores rules under their names; see `RuleStore::import_records`.
-void import_rules(const SqliteDatabase& database, const std::vector<Rule>& rules,
-                  const std::function<void(std::size_t done)>& on_rule);
+void import_rules(const SqliteDatabase& database, const std::vector<Rule>& rules, const schedule::Progress& progress);
 
-void replace_settings(const SqliteDatabase& database, const std::vector<SymbolSourceSetting>& settings);
-void replace_content(const SqliteDatabase& database, const StoreContent& content);
+void replace_settings(const SqliteDatabase& database, const std::vector<SymbolSourceSetting>& settings,
+                      const schedule::Progress& progress = {});
+void replace_content(const SqliteDatabase& database, const StoreContent& content,
+                     const schedule::Progress& progress = {});
 
 /// Gives a file that had no calendars yet those of this content, and its settings what those of the same name have.
 void complete_content(const SqliteDatabase& database, const StoreContent& content);

@@ -103,10 +103,11 @@ class SqliteRuleStore final : public RuleStore {
     change([&] { workbench::replace_calendars(database_, calendars); });
   }
 
-  void import_records(const StoreImport& records, const std::function<void(std::size_t done)>& on_rule) override {
+  void import_records(const StoreImport& records, const schedule::Progress& progress) override {
     change([&] {
-      import_rules(database_, records.rules, on_rule);
-      if (records.settings) workbench::replace_settings(database_, *records.settings);
+      import_rules(database_, records.rules, schedule::part_of(progress, 0, 50));
+      if (records.settings)
+        workbench::replace_settings(database_, *records.settings, schedule::part_of(progress, 50, 100));
     });
   }
 

@@ -14,8 +14,11 @@ struct SqliteStoreOptions {
   StoreContent first_content{};
   /// How long a call waits for another program that holds the file.
   std::chrono::milliseconds busy_timeout{3000};
-  /// Whether a file that is missing or empty is created; if not, it fails with `unavailable`.
+  /// Whether a file that is missing or empty is created; if not, it fails with `missing`.
   bool may_create = true;
+  /// Called with how much of `first_content` a new file has. Cancels the creation with `schedule::Cancelled`; the file
+  /// is empty then.
+  schedule::Progress progress{};
 };
 
 /// Opens the store in this file. A file that is missing or empty is created and filled in one transaction, its missing

@@ -21,6 +21,7 @@ enum class StoreErrorKind {
   in_use,             ///< a symbol source setting uses the rule
   setting_not_found,  ///< no symbol source setting has this number
   setting_changed,    ///< the setting was changed since it was read
+  missing,            ///< there is no such file, and none may be created
 };
 
 /// A refusal of a store. Whatever was asked for did not happen, and the old content stays whole.

@@ -147,7 +147,7 @@ void refuse_damaged(const SqliteDatabase& database, const std::filesystem::path&
     refuse(StoreErrorKind::damaged, path, "the file is cut short");
 }
 
-void migrate(const SqliteDatabase& database, const std::filesystem::path& path, const StoreContent& first_content) {
+void migrate(const SqliteDatabase& database, const std::filesystem::path& path, const SqliteStoreOptions& options) {
   SqliteTransaction transaction(database);
   // Another program may have been here first.
   const bool fresh = is_new(database);
@@ -157,9 +157,9 @@ void migrate(const SqliteDatabase& database, const std::filesystem::path& path, 
   database.execute(("PRAGMA application_id = " + std::to_string(store_application)).c_str());
   database.execute(("PRAGMA user_version = " + std::to_string(present_version)).c_str());
   if (fresh)
-    replace_content(database, first_content);
+    replace_content(database, options.first_content, options.progress);
   else if (old_version < version_of_calendars)
-    complete_content(database, first_content);
+    complete_content(database, options.first_content);
   transaction.commit();
 }
 
@@ -167,7 +167,7 @@ void migrate(const SqliteDatabase& database, const std::filesystem::path& path, 
 
 SqliteDatabase open_store_file(const std::filesystem::path& path, const SqliteStoreOptions& options) {
   refuse_foreign_file(path);
-  if (!options.may_create && !has_content(path)) refuse(StoreErrorKind::unavailable, path, "there is no such file");
+  if (!options.may_create && !has_content(path)) refuse(StoreErrorKind::missing, path, "there is no such file");
   std::error_code refused;  // SQLite meets the missing folder and says why
   std::filesystem::create_directories(path.parent_path(), refused);
   SqliteDatabase database(path, options.busy_timeout);
@@ -176,7 +176,7 @@ SqliteDatabase open_store_file(const std::filesystem::path& path, const SqliteSt
     refuse_unless_ours(read_identity(database), path);
     refuse_damaged(database, path);
   }
-  if (read_identity(database).version < present_version) migrate(database, path, options.first_content);
+  if (read_identity(database).version < present_version) migrate(database, path, options);
   return database;
 }
 

@@ -62,6 +62,26 @@ TEST_F(ScheduleTest, EstimatesAreShownOnDemandAndLookDifferent) {
   EXPECT_NE(notice().find(L"估计"), std::wstring::npos);
 }
 
+TEST_F(ScheduleTest, MonthsBeforeTheCalendarNameItsFirstDay) {
+  start_at_2026();
+  choose_first_month(L"2024-06");
+  EXPECT_NE(notice().find(L"2025-01-01"), std::wstring::npos);
+  press(IDM_ESTIMATES);
+  EXPECT_NE(notice().find(L"2025-01-01"), std::wstring::npos);
+  EXPECT_NE(notice().find(L"估计"), std::wstring::npos);
+}
+
+TEST_F(ScheduleTest, UnexpectedFailureIsSaidInThePane) {
+  start_at_2026();
+  // A calendar that the data do not have.
+  SendMessageW(part(IDC_CALENDAR), CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(L"gone"));
+  choose(IDC_CALENDAR, 2);
+  EXPECT_NE(notice().find(L"内部错误"), std::wstring::npos);
+  EXPECT_EQ(ListView_GetItemCount(list()), 0);
+  choose(IDC_CALENDAR, 0);
+  EXPECT_EQ(ListView_GetItemCount(list()), 12) << "the next choice is shown again";
+}
+
 TEST_F(ScheduleTest, ChangedRuleShowsOldBesideNewForEverySettingUntilDismissed) {
   start_at_2026();
   change_offset(2);
@@ -189,6 +209,17 @@ TEST_F(ScheduleExportTest, WrittenFileTakesThePlaceOfTheOldOne) {
   EXPECT_EQ(try_read_file(path), "new");
   EXPECT_FALSE(std::filesystem::exists(path.wstring() + L".part"));
   EXPECT_EQ(try_read_file(folder_.path() / L"missing"), std::nullopt);
+}
+
+TEST_F(ScheduleExportTest, CancelledFileStaysAsItWas) {
+  const std::filesystem::path path = folder_.path() / L"x";
+  ASSERT_TRUE(try_write_file(path, "old"));
+  const std::string large(5 << 20, 'x');
+  int left = 4;
+  EXPECT_THROW(try_write_file(path, large, [&](size_t, size_t) { return --left > 0; }), schedule::Cancelled);
+  EXPECT_EQ(left, 0) << "after some of it was written";
+  EXPECT_EQ(try_read_file(path), "old");
+  EXPECT_FALSE(std::filesystem::exists(path.wstring() + L".part"));
 }
 
 TEST_F(ScheduleTest, CopyPutsTheTableOnTheClipboard) {

@@ -209,5 +209,41 @@ TEST(ScheduleModel, RowsAreThoseOfTheLines) {
   EXPECT_EQ(rows_of(schedule).back().dates, schedule.lines.back().row.dates);
 }
 
+TEST(ScheduleModel, MonthsBeforeTheCalendarNameItsFirstDay) {
+  ScheduleChoice choice = choice_of_setting(1);
+  EXPECT_FALSE(make_schedule(sample_data(), choice).unknown_before);
+  const schedule::Calendar& calendar = sample_data().calendars.front();
+  const std::chrono::year_month_day from{calendar.from};
+  choice.first = from.year() / from.month() - std::chrono::months{2};
+  choice.months = 2;
+  EXPECT_EQ(make_schedule(sample_data(), choice).unknown_before, calendar.from);
+  choice.estimates = true;
+  EXPECT_EQ(make_schedule(sample_data(), choice).unknown_before, calendar.from);
+  const std::chrono::year_month_day to{calendar.to};
+  choice.first = to.year() / to.month() + std::chrono::months{1};
+  EXPECT_FALSE(make_schedule(sample_data(), choice).unknown_before) << "after it";
+  choice.estimates = false;
+  EXPECT_FALSE(make_schedule(sample_data(), choice).unknown_before) << "after it";
+}
+
+TEST(ScheduleModel, SaysHowFarItHasComeAndCanBeCancelled) {
+  ScheduleData now = sample_data();
+  now.rules.front().item.numbers.roll_offset = 3;
+  std::size_t calls = 0;
+  const auto count = [&](std::size_t done, std::size_t all) {
+    EXPECT_LT(done, all);
+    return ++calls > 0;
+  };
+  const ScheduleChoice choice{.rule = 1, .first = contract(2026, 1)};
+  compare_schedules(sample_data(), now, choice, count);
+  EXPECT_EQ(calls, now.rules.size() + now.settings.size());
+  calls = 0;
+  make_schedule(now, choice, count);
+  EXPECT_GT(calls, 0u);
+  const auto cancel = [](std::size_t, std::size_t) { return false; };
+  EXPECT_THROW(compare_schedules(sample_data(), now, choice, cancel), schedule::Cancelled);
+  EXPECT_THROW(make_schedule(now, choice, cancel), schedule::Cancelled);
+}
+
 }  // namespace
 }  // namespace workbench

@@ -13,15 +13,12 @@ TEST_P(ContentStoreContract, ImportChangesRulesByTheirNamesAddsOthersAndLeavesTh
   store_->replace_content(sample_content());
   const StoreSnapshot before = snapshot_of(*store_);
   const Rule second{.name = L"second", .roll_offset = 3};
-  std::vector<std::size_t> progress;
-  store_->import_records({{sample_rule(L"first"), sample_rule(L"third"), second}},
-                         [&](std::size_t done) { progress.push_back(done); });
+  store_->import_records({{sample_rule(L"first"), sample_rule(L"third"), second}});
   EXPECT_EQ(store_->load_rules(),
             (std::vector<StoredRule>{before.rules[0],
                                      {before.rules[1].number, before.rules[1].revision + 1, second},
                                      {before.rules[1].number + 1, 1, sample_rule(L"third")}}));
   EXPECT_EQ(store_->load_settings(), before.settings);
-  EXPECT_EQ(progress, (std::vector<std::size_t>{0, 1, 2}));
   store_->import_records({{}, std::vector{sample_setting(L"lead", L"third")}});
   EXPECT_EQ(settings_of(*store_), std::vector{sample_setting(L"lead", L"third")});
   EXPECT_GT(store_->load_settings()[0].number, before.settings.back().number);
@@ -36,13 +33,25 @@ TEST_P(ContentStoreContract, ImportThatIsRefusedOrCancelledChangesNothing) {
               store_->import_records({rules, std::vector<SymbolSourceSetting>(1)});
             }),
             StoreErrorKind::invalid_value);
-  struct Cancelled {};
-  EXPECT_THROW(store_->import_records({rules},
-                                      [](std::size_t done) {
-                                        if (done == 1) throw Cancelled();
-                                      }),
-               Cancelled);
+  // Two rules and two settings.
+  const StoreImport records{rules, std::vector(2, sample_setting(L"lead", L"third"))};
+  for (int last = 1; last <= 4; ++last) {
+    int left = last;
+    EXPECT_THROW(store_->import_records(records, [&](std::size_t, std::size_t) { return --left > 0; }),
+                 schedule::Cancelled)
+        << last;
+  }
   EXPECT_EQ(snapshot_of(*store_), before);
+}
+
+TEST_P(ContentStoreContract, ImportSaysHowFarItHasCome) {
+  const StoreImport records{{{.name = L"first"}, {.name = L"third"}}, std::vector(2, sample_setting(L"lead", L""))};
+  std::vector<double> shares;
+  store_->import_records(records, [&](std::size_t done, std::size_t all) {
+    shares.push_back(static_cast<double>(done) / static_cast<double>(all));
+    return true;
+  });
+  EXPECT_EQ(shares, (std::vector{0.0, 0.25, 0.5, 0.75}));
 }
 
 TEST_P(ContentStoreContract, ReplacedContentTakesNewNumbers) {

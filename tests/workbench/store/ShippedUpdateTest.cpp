@@ -24,8 +24,8 @@ class ShippedUpdate : public testing::Test {
     Names all;
     offer_newer_calendars(
         store_,
-        [&](const Names& names) {
-          all.insert(all.end(), names.begin(), names.end());
+        [&](const std::vector<schedule::Calendar>& newer) {
+          for (const schedule::Calendar& calendar : newer) all.push_back(calendar.name);
           return answer;
         },
         shipped_);

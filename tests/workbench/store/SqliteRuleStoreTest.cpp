@@ -47,14 +47,22 @@ TEST_F(SqliteRuleStore, FirstContentComesOnlyOnce) {
   EXPECT_EQ(snapshot_of(*open()), (StoreSnapshot{{}, {}, sample_content().calendars}));
 }
 
+TEST_F(SqliteRuleStore, CancelledCreationLeavesAnEmptyFileThatCanBeFilledLater) {
+  int left = 3;
+  const auto cancel = [&](std::size_t, std::size_t) { return --left > 0; };
+  EXPECT_THROW(open_sqlite_store(path_, {.first_content = sample_content(), .progress = cancel}), schedule::Cancelled);
+  EXPECT_EQ(read_bytes(path_), "");
+  EXPECT_EQ(open()->load_rules().size(), 2u);
+}
+
 TEST_F(SqliteRuleStore, MissingFileIsRefusedByACallerThatMayNotCreateIt) {
   const auto open_existing = [&] { return open_sqlite_store(path_, {.may_create = false}); };
   path_ = folder_.path() / L"missing" / L"rules.db";
-  EXPECT_EQ(refusal_kind(open_existing), StoreErrorKind::unavailable);
+  EXPECT_EQ(refusal_kind(open_existing), StoreErrorKind::missing);
   EXPECT_FALSE(std::filesystem::exists(path_.parent_path()));
   path_ = folder_.path() / L"rules.db";
   write_bytes(path_, "");
-  EXPECT_EQ(refusal_kind(open_existing), StoreErrorKind::unavailable);
+  EXPECT_EQ(refusal_kind(open_existing), StoreErrorKind::missing);
   EXPECT_EQ(read_bytes(path_), "");
   open();
   EXPECT_EQ(open_existing()->load_rules().size(), 2u);

@@ -1,0 +1,113 @@
+// A user who presses Ctrl+C at a console, in which the console program shows how far it has come.
+#include <windows.h>
+#include <gtest/gtest.h>
+
+#include "ModulePath.h"
+#include "Owned.h"
+#include "SqliteRuleStore.h"
+#include "TemporaryFolder.h"
+
+namespace workbench {
+namespace {
+
+using test_support::read_bytes;
+using test_support::write_bytes;
+
+constexpr DWORD limit_ms = 120'000;
+
+BOOL WINAPI ignore_event(DWORD) { return TRUE; }
+
+/// The console of another process, which is this process's too as long as this object lives.
+class ScopedConsole {
+ public:
+  explicit ScopedConsole(DWORD process) {
+    FreeConsole();
+    const ULONGLONG end = GetTickCount64() + limit_ms;
+    while (!AttachConsole(process) && GetTickCount64() < end) Sleep(10);
+    SetConsoleCtrlHandler(&ignore_event, TRUE);
+  }
+  ~ScopedConsole() {
+    SetConsoleCtrlHandler(&ignore_event, FALSE);
+    FreeConsole();
+    AttachConsole(ATTACH_PARENT_PROCESS);
+  }
+  ScopedConsole(const ScopedConsole&) = delete;
+  ScopedConsole& operator=(const ScopedConsole&) = delete;
+
+  /// What a user sees.
+  static std::wstring screen() {
+    const base::FileHandle output(CreateFileW(L"CONOUT$", GENERIC_READ | GENERIC_WRITE,
+                                              FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0, nullptr));
+    CONSOLE_SCREEN_BUFFER_INFO info{};
+    if (!output || !GetConsoleScreenBufferInfo(output.get(), &info)) return {};
+    std::wstring text(static_cast<size_t>(info.dwSize.X) * static_cast<size_t>(info.dwCursorPosition.Y + 1), L' ');
+    DWORD read = 0;
+    ReadConsoleOutputCharacterW(output.get(), text.data(), static_cast<DWORD>(text.size()), {0, 0}, &read);
+    text.resize(read);
+    return text;
+  }
+};
+
+class ConsoleTest : public testing::Test {
+ protected:
+  ConsoleTest() {
+    std::string rules =
+        "RuleName,RollOffset,DayType,DayMode,DayOfMonth,DayMonth,WeekOrdinal,Weekday,WeekdayMonth,"
+        "MoveToNextTradingDay\r\n";
+    constexpr int count = 300'000;
+    for (int i = 0; i < count; ++i) rules += "rule " + std::to_string(i) + ",0,0,0,15,1,1,1,1,1\r\n";
+    write_bytes(folder_.path() / L"rules.csv", rules);
+  }
+
+  /// Starts the program in a console of its own and presses Ctrl+C when it shows how far it has come. Returns its exit
+  /// code.
+  DWORD cancelled(const std::wstring& arguments) {
+    std::wstring line = L'"' + base::path_beside_program(L"workbench-console.exe") + L"\" " + arguments;
+    STARTUPINFOW startup{};
+    startup.cb = sizeof(startup);
+    PROCESS_INFORMATION started{};
+    if (!CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, CREATE_NO_WINDOW, nullptr,
+                        folder_.path().c_str(), &startup, &started))
+      return GetLastError();
+    const base::KernelHandle process(started.hProcess);
+    const base::KernelHandle thread(started.hThread);
+    const ScopedConsole console(started.dwProcessId);
+    const ULONGLONG end = GetTickCount64() + limit_ms;
+    std::wstring seen;
+    while (seen.find(L" %") == std::wstring::npos && GetTickCount64() < end &&
+           WaitForSingleObject(process.get(), 50) == WAIT_TIMEOUT)
+      seen = ScopedConsole::screen();
+    EXPECT_NE(seen.find(L" %"), std::wstring::npos) << "it shows how far it has come";
+    EXPECT_TRUE(GenerateConsoleCtrlEvent(CTRL_C_EVENT, 0));
+    EXPECT_EQ(WaitForSingleObject(process.get(), limit_ms), WAIT_OBJECT_0) << "it does not end";
+    DWORD code = 0;
+    GetExitCodeProcess(process.get(), &code);
+    if (code == STILL_ACTIVE) TerminateProcess(process.get(), 1);
+    return code;
+  }
+
+  test_support::TemporaryFolder folder_;
+};
+
+constexpr DWORD cancelled_code = 4;
+
+TEST_F(ConsoleTest, CancelledImportLeavesTheStoreAsItWas) {
+  const std::filesystem::path store = folder_.path() / L"rules.db";
+  open_sqlite_store(store)->add_rule({.name = L"rule 7"});
+  const std::string before = read_bytes(store);
+  EXPECT_EQ(cancelled(L"--store rules.db --import rules.csv"), cancelled_code);
+  EXPECT_EQ(read_bytes(store), before);
+  EXPECT_FALSE(std::filesystem::exists(folder_.path() / L"rules.db-journal"));
+}
+
+TEST_F(ConsoleTest, CancelledImportCreatesNoStore) {
+  EXPECT_EQ(cancelled(L"--store new.db --import rules.csv"), cancelled_code);
+  EXPECT_FALSE(std::filesystem::exists(folder_.path() / L"new.db"));
+}
+
+TEST_F(ConsoleTest, LongListOfDatesIsCancelled) {
+  EXPECT_EQ(cancelled(L"--rules rules.csv --schedule-all --calendar china-futures"), cancelled_code);
+}
+
+}  // namespace
+}  // namespace workbench

@@ -1,0 +1,17 @@
+#pragma once
+
+namespace workbench {
+
+/// Sets a flag as long as it lives.
+class ScopedFlag {
+ public:
+  explicit ScopedFlag(bool& flag) noexcept : flag_(flag) { flag = true; }
+  ~ScopedFlag() { flag_ = false; }
+  ScopedFlag(const ScopedFlag&) = delete;
+  ScopedFlag& operator=(const ScopedFlag&) = delete;
+
+ private:
+  bool& flag_;
+};
+
+}  // namespace workbench
