@@ -32,7 +32,7 @@ std::vector<std::string> utf8(std::span<const std::wstring> arguments) {
 
 void write_message(const std::string& message) { write_error(base::from_utf8(message) + L"\n"); }
 
-void tell(MistakeKind kind, std::vector<std::string> parameters) {
+void report_error(MistakeKind kind, std::vector<std::string> parameters) {
   write_message(describe({0, kind, std::move(parameters)}, chosen_language()));
 }
 
@@ -148,7 +148,7 @@ class ConsoleCommand {
       write_error(store_message(error) + L"\n");
       return schedule::unusable_file;
     } catch (const schedule::Cancelled&) {
-      tell(MistakeKind::cancelled, {});
+      report_error(MistakeKind::cancelled, {});
       return schedule::not_started;
     }
   }
@@ -159,7 +159,7 @@ class ConsoleCommand {
     input.read_file = [](const std::string& path) { return try_read_file(base::from_utf8(path)); };
     if (store_) {
       for (const schedule::Calendar& calendar : newer_calendars(store_->store().load_calendars()))
-        tell(MistakeKind::older_calendar, {calendar.name});
+        report_error(MistakeKind::older_calendar, {calendar.name});
       NamedRecords records = load_named(store_->store());
       input.rules = std::move(records.rules);
       input.settings = std::move(records.settings);
@@ -178,7 +178,7 @@ class ConsoleCommand {
     for (const std::string& message : output.messages) write_message(message);
     if (output.file &&
         !try_write_file(base::from_utf8(arguments_.file), *output.file, progress_.part(command_share, 100))) {
-      tell(MistakeKind::file_not_written, {arguments_.file});
+      report_error(MistakeKind::file_not_written, {arguments_.file});
       return schedule::unusable_file;
     }
     // On a console the output itself is the progress.
@@ -186,8 +186,8 @@ class ConsoleCommand {
                                                               : progress_.part(command_share, 100);
     if (!output.data.empty() && !write_output_utf8(output.data, writing)) {
       if (cancelled) throw schedule::Cancelled();
-      tell(MistakeKind::output_not_written, {});
-      if (output.change) tell(MistakeKind::nothing_imported, {});
+      report_error(MistakeKind::output_not_written, {});
+      if (output.change) report_error(MistakeKind::nothing_imported, {});
       return schedule::unusable_file;
     }
     return output.exit_code;

@@ -30,7 +30,7 @@ namespace {
 using schedule::ExitCode;
 
 /// Reports why the program ends: in a box when it was about to open its window, else where it was started from.
-void tell(const std::wstring& message, CommandLine::Action action) {
+void report_error(const std::wstring& message, CommandLine::Action action) {
   const bool written = write_error(message + L"\n");
   if (action == CommandLine::Action::run || !written)
     MessageBoxW(nullptr, message.c_str(), text(IDS_TITLE).c_str(), MB_OK | MB_ICONERROR);
@@ -69,10 +69,10 @@ ExitCode run(const CommandLine& line) {
     run_window(line, store, path.wstring());
     return schedule::done;
   } catch (const StoreError& error) {
-    tell(text(IDS_STORE_NOT_OPENED, {store_message(error)}), line.action);
+    report_error(text(IDS_STORE_NOT_OPENED, {store_message(error)}), line.action);
     return schedule::unusable_file;
   } catch (const _com_error& error) {
-    tell(text(IDS_NOT_STARTED, {describe(error.Error())}), line.action);
+    report_error(text(IDS_NOT_STARTED, {describe(error.Error())}), line.action);
     return schedule::not_started;
   }
 }
@@ -94,7 +94,7 @@ ExitCode run_arguments(const std::vector<std::wstring>& arguments) {
         return run(line);
     }
   } catch (const CommandLineError& error) {
-    tell(text(error.message, {error.argument}), CommandLine::Action::help);
+    report_error(text(error.message, {error.argument}), CommandLine::Action::help);
     return schedule::wrong_arguments;
   }
 }

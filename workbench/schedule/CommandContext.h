@@ -30,22 +30,22 @@ class CommandContext {
     } catch (const CommandFailure& failure) {
       drop_results(failure.exit_code);
     } catch (const Cancelled&) {
-      tell(MistakeKind::cancelled, {});
+      report(MistakeKind::cancelled, {});
       drop_results(not_started);
     }
     return std::move(output_);
   }
 
-  void tell(MistakeKind kind, std::vector<std::string> parameters) {
+  void report(MistakeKind kind, std::vector<std::string> parameters) {
     output_.messages.push_back(describe({0, kind, std::move(parameters)}, input_.language));
   }
 
-  void tell(const std::string& file, const std::vector<Mistake>& mistakes) {
+  void report(const std::string& file, const std::vector<Mistake>& mistakes) {
     for (const Mistake& mistake : mistakes) output_.messages.push_back(describe(file, mistake, input_.language));
   }
 
   [[noreturn]] void fail(ExitCode exit_code, MistakeKind kind, std::vector<std::string> parameters) {
-    tell(kind, std::move(parameters));
+    report(kind, std::move(parameters));
     throw CommandFailure{exit_code};
   }
 

@@ -41,13 +41,13 @@ class DateCommand : private CommandContext {
     settings_.clear();
     rules_.clear();
     const RuleFile file = read_rules_csv(read(arguments_.rules_file), part(0, 10));
-    tell(arguments_.rules_file, file.mistakes);
+    report(arguments_.rules_file, file.mistakes);
     if (!file.mistakes.empty()) throw CommandFailure{unusable_file};
     std::map<std::string_view, std::size_t> lines;
     for (const Lined<NamedRule>& lined : *file.rules) {
       if (const auto [first, is_new] = lines.emplace(lined.item.name, lined.line); !is_new) {
-        tell(arguments_.rules_file,
-             {{lined.line, MistakeKind::repeated_rule, {lined.item.name, std::to_string(first->second)}}});
+        report(arguments_.rules_file,
+               {{lined.line, MistakeKind::repeated_rule, {lined.item.name, std::to_string(first->second)}}});
         throw CommandFailure{unusable_file};
       }
       rules_.push_back(lined.item);
@@ -74,7 +74,7 @@ class DateCommand : private CommandContext {
     if (known != open_days_.end()) return known->second;
     if (is_file_name(calendar)) {
       const CalendarReading reading = read_calendar(read(calendar));
-      tell(calendar, reading.mistakes);
+      report(calendar, reading.mistakes);
       if (!reading.calendar) throw CommandFailure{unusable_file};
       return open_days_.emplace(calendar, trading_days(*reading.calendar)).first->second;
     }
@@ -109,7 +109,7 @@ class DateCommand : private CommandContext {
       } else if (has_calendar(setting.calendar)) {
         result.users.push_back({&setting, &setting.calendar});
       } else if (!setting.calendar.empty()) {
-        tell(MistakeKind::setting_of_unknown_calendar, {setting.name, rule.name, setting.calendar});
+        report(MistakeKind::setting_of_unknown_calendar, {setting.name, rule.name, setting.calendar});
         result.reason = MistakeKind::setting_of_unknown_calendar;
         output_.exit_code = with_differences;
       }
@@ -154,7 +154,8 @@ class DateCommand : private CommandContext {
     }
     const auto [begin, end] = settings_by_rule_.equal_range(rule.name);
     for (auto user = begin; user != end; ++user) {
-      if (user->second->calendar.empty()) tell(MistakeKind::setting_without_calendar, {user->second->name, rule.name});
+      if (user->second->calendar.empty())
+        report(MistakeKind::setting_without_calendar, {user->second->name, rule.name});
     }
   }
 
@@ -171,7 +172,7 @@ class DateCommand : private CommandContext {
   /// The command ends with wrong arguments when every rule without a calendar is named.
   void need_calendar(const NamedRule& rule, std::size_t line) {
     lacks_calendar_ = true;
-    if (line == 0) return tell(MistakeKind::calendar_needed, {rule.name});
+    if (line == 0) return report(MistakeKind::calendar_needed, {rule.name});
     mistakes_.push_back({line, MistakeKind::calendar_needed, {rule.name}});
   }
 
@@ -243,7 +244,8 @@ class DateCommand : private CommandContext {
 
   /// Notes what is wrong with a list of dates. A list without a single date cannot be used.
   DateList begin_list(DateList list) {
-    for (const std::string& column : list.ignored_columns) tell(MistakeKind::ignored_column, {arguments_.file, column});
+    for (const std::string& column : list.ignored_columns)
+      report(MistakeKind::ignored_column, {arguments_.file, column});
     mistakes_ = list.mistakes;
     if (!list.mistakes.empty() && list.dates.empty()) {
       tell_mistakes();
@@ -256,7 +258,7 @@ class DateCommand : private CommandContext {
   /// Tells what was noted about the lines of the list, in their order.
   void tell_mistakes() {
     std::ranges::stable_sort(mistakes_, {}, &Mistake::line);
-    tell(arguments_.file, mistakes_);
+    report(arguments_.file, mistakes_);
   }
 
   void find() {
@@ -286,14 +288,14 @@ class DateCommand : private CommandContext {
     const std::string counted = std::to_string(found.counted);
     if (found.agreeing == 0) {
       if (found.counted == 0) {
-        tell(MistakeKind::no_date_counts, {});
+        report(MistakeKind::no_date_counts, {});
       } else {
-        tell(MistakeKind::no_rule_found, {counted});
+        report(MistakeKind::no_rule_found, {counted});
       }
       output_.exit_code = with_differences;
     } else {
-      tell(found.agreeing == 1 ? MistakeKind::one_rule_found : MistakeKind::rules_found,
-           {counted, std::to_string(found.agreeing)});
+      report(found.agreeing == 1 ? MistakeKind::one_rule_found : MistakeKind::rules_found,
+             {counted, std::to_string(found.agreeing)});
     }
   }
 

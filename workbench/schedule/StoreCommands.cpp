@@ -69,14 +69,15 @@ class StoreCommand : private CommandContext {
     const RuleFile file = read_records();
     const bool has_records = (file.rules && !file.rules->empty()) || (file.settings && !file.settings->empty());
     const ImportPlan plan = plan_import(file, {input_.rules, input_.settings, input_.calendars}, part(40, 70));
-    for (const std::string& column : plan.ignored_columns) tell(MistakeKind::ignored_column, {arguments_.file, column});
-    tell(arguments_.file, plan.refused);
-    tell(arguments_.file, plan.warnings);
+    for (const std::string& column : plan.ignored_columns)
+      report(MistakeKind::ignored_column, {arguments_.file, column});
+    report(arguments_.file, plan.refused);
+    report(arguments_.file, plan.warnings);
     if (!plan.refused.empty() && !has_records) throw CommandFailure{unusable_file};
     describe_plan(plan);
     if (!plan.refused.empty()) output_.exit_code = with_differences;
     if (!plan.refused.empty() || arguments_.dry_run || (!changes_anything(plan) && !input_.store_is_new))
-      return tell(MistakeKind::nothing_imported, {});
+      return report(MistakeKind::nothing_imported, {});
     output_.change = wanted(plan);
   }
 
@@ -117,10 +118,10 @@ class StoreCommand : private CommandContext {
     for (auto& [line, row] : rows) table.push_back(std::move(row));
     for (const NamedSetting& setting : plan.removed_settings) table.push_back({"", "setting", setting.name, "remove"});
     output_.data = csv_text(table, part(70, 100));
-    tell(MistakeKind::import_summary,
-         {std::to_string(counts[ImportAction::add]), std::to_string(counts[ImportAction::change]),
-          std::to_string(counts[ImportAction::leave]), std::to_string(plan.removed_settings.size()),
-          std::to_string(refused.size())});
+    report(MistakeKind::import_summary,
+           {std::to_string(counts[ImportAction::add]), std::to_string(counts[ImportAction::change]),
+            std::to_string(counts[ImportAction::leave]), std::to_string(plan.removed_settings.size()),
+            std::to_string(refused.size())});
   }
 
   void export_records() {
@@ -158,7 +159,7 @@ class StoreCommand : private CommandContext {
     CalendarReading reading =
         events ? read_icalendar(bytes, {arguments_.calendar_name, *arguments_.first_day, *arguments_.last_day})
                : read_calendar(bytes);
-    tell(arguments_.file, reading.mistakes);
+    report(arguments_.file, reading.mistakes);
     if (!reading.calendar) throw CommandFailure{unusable_file};
     return *std::move(reading.calendar);
   }
@@ -166,14 +167,14 @@ class StoreCommand : private CommandContext {
   void import_calendar() {
     const Calendar calendar = read_wanted_calendar();
     const CalendarPlan plan = plan_calendar(calendar, input_.calendars, input_.rules, input_.settings, part(0, 60));
-    for (const Mistake& note : plan.notes) tell(note.kind, note.parameters);
+    for (const Mistake& note : plan.notes) report(note.kind, note.parameters);
     if (plan.is_same) {
       if (input_.store_is_new && !arguments_.dry_run) output_.change.emplace();
       return;
     }
     // The days that change, and with an empty line between them the dates of rules that change with them.
     output_.data = csv_text(table_of(plan.days)) + "\r\n" + csv_text(table_of(plan.dates), part(60, 100));
-    if (arguments_.dry_run) return tell(MistakeKind::nothing_imported, {});
+    if (arguments_.dry_run) return report(MistakeKind::nothing_imported, {});
     output_.change = WantedChange{.calendar = calendar};
   }
 };

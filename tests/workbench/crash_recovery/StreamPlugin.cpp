@@ -26,7 +26,7 @@ namespace {
 }
 
 /// Writes a line to the test. The line has left the process when this returns.
-void tell(const std::string& line) noexcept {
+void write_output(const std::string& line) noexcept {
   DWORD written = 0;
   const BOOL told =
       WriteFile(GetStdHandle(STD_OUTPUT_HANDLE), line.data(), static_cast<DWORD>(line.size()), &written, nullptr);
@@ -73,9 +73,9 @@ class StreamPlugin final : public DispatchObject<IkvPlugin> {
 
   void make_next_change() {
     const RuleChange change = choose_change(rules_->load(), next_);
-    tell(std::to_string(next_) + "?\n");
+    write_output(std::to_string(next_) + "?\n");
     rules_->make(change);
-    tell(std::to_string(next_) + "\n");
+    write_output(std::to_string(next_) + "\n");
     ++next_;
   }
 
