@@ -174,6 +174,12 @@ class ConsoleCommand {
     return input;
   }
 
+  /// On a console the output itself is the progress.
+  schedule::Progress output_progress() {
+    if (is_output_on_console()) return [](std::size_t, std::size_t) { return !cancelled; };
+    return progress_.part(command_share, 100);
+  }
+
   schedule::ExitCode write(const schedule::CommandOutput& output) {
     for (const std::string& message : output.messages) write_message(message);
     if (output.file &&
@@ -181,10 +187,7 @@ class ConsoleCommand {
       report_error(MistakeKind::file_not_written, {arguments_.file});
       return schedule::unusable_file;
     }
-    // On a console the output itself is the progress.
-    const schedule::Progress writing = is_output_on_console() ? [](std::size_t, std::size_t) { return !cancelled; }
-                                                              : progress_.part(command_share, 100);
-    if (!output.data.empty() && !write_output_utf8(output.data, writing)) {
+    if (!output.data.empty() && !write_output_utf8(output.data, output_progress())) {
       if (cancelled) throw schedule::Cancelled();
       report_error(MistakeKind::output_not_written, {});
       if (output.change) report_error(MistakeKind::nothing_imported, {});

@@ -4,6 +4,7 @@
 #include <array>
 #include <map>
 #include <set>
+#include <tuple>
 
 #include "TextTable.h"
 
@@ -101,7 +102,12 @@ struct Event {
   bool is_roll = false;
   bool is_estimate = false;
 
-  auto operator<=>(const Event&) const = default;
+  bool operator<(const Event& other) const {
+    const auto order = [](const Event& event) {
+      return std::tie(event.day, event.rule, event.contract, event.is_expiration, event.is_roll, event.is_estimate);
+    };
+    return order(*this) < order(other);
+  }
 };
 
 class YearPage {
