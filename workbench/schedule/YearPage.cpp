@@ -80,7 +80,9 @@ constexpr const char* style =
     ".lists2{grid-template-columns:repeat(2,minmax(0,1fr))}"
     ".lists3{grid-template-columns:repeat(3,minmax(0,1fr))}.lists3 .list{font-size:5.6pt;line-height:1.1}"
     ".lists4{grid-template-columns:repeat(4,minmax(0,1fr))}.lists4 .list{font-size:4.2pt;line-height:1.1}"
-    ".list th:nth-child(3){width:10%}.list th:nth-child(n+4):nth-child(-n+6){width:14%}.list th:nth-child(7){width:13%}"
+    ".lists3 th:nth-child(3),.lists4 th:nth-child(3){width:12%}.lists3 th:nth-child(7),.lists4 "
+    "th:nth-child(7){width:10%}"
+    ".lists3 th:nth-child(n+4):nth-child(-n+6),.lists4 th:nth-child(n+4):nth-child(-n+6){width:14.5%}"
     ".events2 ul{columns:2;column-gap:1mm;font-size:5.4pt;line-height:1.1}"
     ".events3 ul{columns:3;column-gap:1mm;font-size:4.2pt;line-height:1.1}"
     ".events4 ul{columns:4;column-gap:1mm;font-size:3.4pt;line-height:1.1}}";
@@ -90,8 +92,8 @@ std::size_t columns_for(std::size_t lines, const std::array<std::size_t, 3>& mos
   return 1 + static_cast<std::size_t>(std::ranges::lower_bound(most_lines, lines) - most_lines.begin());
 }
 
-constexpr std::array<std::size_t, 3> most_rows{50, 110, 210};
-constexpr std::array<std::size_t, 3> most_events{8, 22, 45};
+constexpr std::array<std::size_t, 3> most_rows{50, 100, 210};
+constexpr std::array<std::size_t, 3> most_events{7, 20, 39};
 
 /// What happens on a day: a contract of a rule expires, or rolls, or both.
 struct Event {
