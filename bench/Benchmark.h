@@ -62,9 +62,9 @@ struct Ratio {
 
 /// What one row has shown: medians over the rounds, and the counts of one further round.
 struct Result {
-  double subject, fair, bare;  ///< in seconds
-  Ratio to_fair, to_bare;
-  int rounds;
+  double subject = 0, fair = 0, bare = 0;  ///< in seconds
+  Ratio to_fair{}, to_bare{};
+  int rounds = 0;
   Reading subject_counts, fair_counts;
 };
 
