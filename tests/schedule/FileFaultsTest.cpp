@@ -134,7 +134,9 @@ TEST_P(FileFaults, WholeFileIsAccepted) {
 TEST_P(FileFaults, TruncatedFileIsRefusedWithALine) {
   const auto& [name, good, read, has_end, separator] = GetParam();
   const bool is_utf16 = good.starts_with("\xFF\xFE") || good.starts_with("\xFE\xFF");
-  const std::size_t line_end = (good.find('\r') == std::string::npos ? 1U : 2U) * (is_utf16 ? 2U : 1U);
+  const std::size_t bytes_of_a_unit = is_utf16 ? 2 : 1;
+  const std::size_t units_of_a_line_end = good.find('\r') == std::string::npos ? 1 : 2;
+  const std::size_t line_end = bytes_of_a_unit * units_of_a_line_end;
   const auto fields = std::count(good.begin(), good.end(), separator) / std::count(good.begin(), good.end(), '\n');
   for (std::size_t length = 0; length < good.size(); ++length) {
     const std::string cut = good.substr(0, length);
