@@ -31,6 +31,16 @@ HRESULT store_result(StoreErrorKind kind) noexcept {
       return STG_E_NOTCURRENT;
     case StoreErrorKind::in_use:
       return STG_E_INUSE;
+    case StoreErrorKind::no_driver:
+      return HRESULT_FROM_WIN32(ERROR_MOD_NOT_FOUND);
+    case StoreErrorKind::unreachable:
+      return HRESULT_FROM_WIN32(ERROR_HOST_UNREACHABLE);
+    case StoreErrorKind::login_refused:
+      return HRESULT_FROM_WIN32(ERROR_LOGON_FAILURE);
+    case StoreErrorKind::connection_lost:
+      return HRESULT_FROM_WIN32(ERROR_CONNECTION_ABORTED);
+    case StoreErrorKind::overloaded:
+      return HRESULT_FROM_WIN32(ERROR_CONNECTION_COUNT_LIMIT);
   }
   return E_UNEXPECTED;
 }

@@ -33,6 +33,7 @@ OdbcApi load_system_odbc() {
   look_up(library, "SQLFetch", api.fetch);
   look_up(library, "SQLGetData", api.get_data);
   look_up(library, "SQLFreeStmt", api.free_statement);
+  look_up(library, "SQLGetConnectAttrW", api.get_connection_attribute);
   return api;
 }
 

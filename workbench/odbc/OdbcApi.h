@@ -26,6 +26,7 @@ struct OdbcApi {
   decltype(&SQLFetch) fetch = nullptr;
   decltype(&SQLGetData) get_data = nullptr;
   decltype(&SQLFreeStmt) free_statement = nullptr;
+  decltype(&SQLGetConnectAttrW) get_connection_attribute = nullptr;
 };
 
 /// The text as ODBC takes it: as one that might be changed, although it is not.

@@ -67,6 +67,13 @@ void OdbcConnection::execute(const std::wstring& sql) const {
   if (code != SQL_NO_DATA) statement.check(code, "SQLExecDirect");
 }
 
+bool OdbcConnection::is_lost() const noexcept {
+  SQLUINTEGER lost = SQL_CD_FALSE;
+  const SQLRETURN code = connection_.api().get_connection_attribute(connection_.get(), SQL_ATTR_CONNECTION_DEAD, &lost,
+                                                                    SQL_IS_UINTEGER, nullptr);
+  return SQL_SUCCEEDED(code) && lost == SQL_CD_TRUE;
+}
+
 SQLRETURN OdbcConnection::set_automatic_commit(bool on) const noexcept {
   return connection_.api().set_connection_attribute(
       connection_.get(), SQL_ATTR_AUTOCOMMIT, number(on ? SQL_AUTOCOMMIT_ON : SQL_AUTOCOMMIT_OFF), SQL_IS_UINTEGER);

@@ -25,6 +25,9 @@ class OdbcConnection {
   /// Runs statements that take no parameters, and drops their rows.
   void execute(const std::wstring& sql) const;
 
+  /// Whether the driver knows that the connection has ended. Some errors that come of it do not say so.
+  bool is_lost() const noexcept;
+
   /// False once a transaction could not be ended: whoever goes on needs another connection.
   bool is_usable() const noexcept { return usable_; }
 

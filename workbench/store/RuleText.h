@@ -7,8 +7,7 @@
 
 namespace workbench {
 
-/// The rules as lines of tab-separated values under a line of field names. A backslash, and what would break a line or
-/// cannot be written as UTF-8 (control characters, lone surrogates), stands as \\ or \uXXXX.
+/// The rules as lines of tab-separated values under a line of field names, with texts in their escaped form.
 std::vector<std::wstring> rules_as_lines(const std::vector<StoredRule>& rules);
 
 /// The settings in the same form.

@@ -7,13 +7,15 @@ namespace workbench {
 
 /// Why a store refused. Each kind has a message of its own in the host's string table.
 enum class StoreErrorKind {
-  read_only,          ///< the file or its folder cannot be written
-  locked,             ///< another program held the file for longer than the store waits
-  full,               ///< no room on the disk
-  damaged,            ///< the file's content is inconsistent; it was left as it is
-  foreign,            ///< the file is something else; it was left as it is
-  newer,              ///< a newer version of this program wrote the file; it was left as it is
-  unavailable,        ///< the file cannot be opened, read or written for another reason
+  // Of the file, or of the server:
+  read_only,    ///< the file or its folder cannot be written, or the user may not change the store
+  locked,       ///< another program held the store for longer than this one waits
+  full,         ///< no room on the disk
+  damaged,      ///< the content is inconsistent; it was left as it is
+  foreign,      ///< the file, or the tables of the store's names, are something else; they were left as they are
+  newer,        ///< a newer version of this program created the store; it was left as it is
+  unavailable,  ///< the store cannot be opened, read or written for another reason
+  // Of the records:
   invalid_value,      ///< a value outside its range
   duplicate_name,     ///< another rule has this name
   not_found,          ///< no rule has this number
@@ -21,7 +23,14 @@ enum class StoreErrorKind {
   in_use,             ///< a symbol source setting uses the rule
   setting_not_found,  ///< no symbol source setting has this number
   setting_changed,    ///< the setting was changed since it was read
-  missing,            ///< there is no such file, and none may be created
+  // Of the store again:
+  missing,  ///< there is no such store, and none may be created
+  // Of the server only:
+  no_driver,        ///< the driver through which the server is reached is not installed
+  unreachable,      ///< the server cannot be reached, or it refused the connection
+  login_refused,    ///< the server refused the user or the password
+  connection_lost,  ///< the connection to the server ended, or the server did not answer in time
+  overloaded,       ///< the server has no connection or no memory left
 };
 
 /// A refusal of a store. Whatever was asked for did not happen, and the old content stays whole.
@@ -33,8 +42,8 @@ class StoreError : public std::runtime_error {
 
   StoreErrorKind kind() const noexcept { return kind_; }
 
-  /// What the refusal is about: the path for a failure of the file, the field for an invalid value, else the
-  /// name or the number of the rule or setting.
+  /// What the refusal is about: the path for a failure of the file, the description for one of the server, the field
+  /// for an invalid value, else the name or the number of the rule or setting.
   const std::wstring& subject() const noexcept { return subject_; }
 
  private:

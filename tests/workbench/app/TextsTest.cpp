@@ -26,7 +26,7 @@ TEST(Texts, HresultIsDescribedWithItsNumber) {
 
 TEST(StoreMessages, EveryKindOfRefusalHasAMessageOfItsOwnThatNamesItsSubject) {
   std::set<std::wstring> messages;
-  constexpr int kinds = static_cast<int>(StoreErrorKind::missing) + 1;
+  constexpr int kinds = static_cast<int>(StoreErrorKind::overloaded) + 1;
   for (int kind = 0; kind < kinds; ++kind) {
     const std::wstring message = store_message({static_cast<StoreErrorKind>(kind), L"SUBJECT", "detail"});
     EXPECT_NE(message.find(L"SUBJECT"), std::wstring::npos) << kind;

@@ -17,8 +17,8 @@ class FaultyOdbc {
   const workbench::odbc::OdbcApi& api() const { return api_; }
 
   /// The call that comes `call`-th from now, counted from 1, fails with this SQLSTATE and does not reach the other
-  /// table; an empty state means a failure without a diagnostic. Calls that release or ask for a diagnostic are not
-  /// counted.
+  /// table; an empty state means a failure without a diagnostic. Calls that release, or that ask about a failure, are
+  /// not counted.
   void fail_call(int call, const std::string& state);
 
   /// How many calls have come since `fail_call`, or in all.

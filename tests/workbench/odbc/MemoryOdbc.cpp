@@ -55,6 +55,12 @@ SQLRETURN SQL_API set_connection(SQLHDBC, SQLINTEGER attribute, SQLPOINTER value
   return SQL_SUCCESS;
 }
 
+SQLRETURN SQL_API get_connection(SQLHDBC, SQLINTEGER, SQLPOINTER value, SQLINTEGER, SQLINTEGER*) {
+  const SQLUINTEGER lost = present->is_lost ? SQL_CD_TRUE : SQL_CD_FALSE;
+  std::memcpy(value, &lost, sizeof lost);
+  return SQL_SUCCESS;
+}
+
 SQLRETURN SQL_API connect(SQLHDBC, SQLHWND, SQLWCHAR* string, SQLSMALLINT length, SQLWCHAR*, SQLSMALLINT, SQLSMALLINT*,
                           SQLUSMALLINT) {
   present->connected.push_back(wide(string, length));
@@ -152,9 +158,10 @@ SQLRETURN SQL_API free_statement(SQLHSTMT, SQLUSMALLINT) {
 }  // namespace
 
 MemoryOdbc::MemoryOdbc()
-    : api_{&allocate,        &release,       &diagnostic, &set_environment, &set_connection,   &connect,    &disconnect,
-           &end_transaction, &prepare,       &bind,       &execute,         &execute_directly, &count_rows, &fetch,
-           &get_data,        &free_statement} {
+    : api_{&allocate,       &release,          &diagnostic,      &set_environment, &set_connection,
+           &connect,        &disconnect,       &end_transaction, &prepare,         &bind,
+           &execute,        &execute_directly, &count_rows,      &fetch,           &get_data,
+           &free_statement, &get_connection} {
   present = this;
 }
 

@@ -24,6 +24,7 @@ class MemoryOdbc {
   std::vector<Row> rows;                      ///< of every statement that is executed
   std::vector<std::wstring> missing_drivers;  ///< a connection through one of them is refused, with `no_driver`
   std::string no_driver = "IM002";            ///< how this manager of drivers says that it has no such driver
+  bool is_lost = false;                       ///< whether the connection has ended
   bool has_diagnostics = true;                ///< whether a refusal says why
   std::vector<std::wstring> connected;        ///< the connection strings that were tried
   std::vector<std::wstring> log;              ///< statements, parameters and ends of transactions, in their order

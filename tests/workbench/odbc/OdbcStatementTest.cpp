@@ -140,6 +140,13 @@ TEST_F(Odbc, ConnectionWhoseTransactionDoesNotEndIsNoLongerUsable) {
   }
 }
 
+TEST_F(Odbc, DriverIsAskedWhetherTheConnectionEnded) {
+  const OdbcConnection connection = connect();
+  EXPECT_FALSE(connection.is_lost());
+  driver_.is_lost = true;
+  EXPECT_TRUE(connection.is_lost());
+}
+
 TEST_F(Odbc, ChangeThatWasAcknowledgedHasHappenedWhateverFollows) {
   OdbcConnection connection = connect();
   odbc_.fail_call(3, "08S01");

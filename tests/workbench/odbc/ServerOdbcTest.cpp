@@ -1,9 +1,13 @@
 #include <gmock/gmock.h>
 #include <winsock2.h>
 
+#include <cstdlib>
+#include <filesystem>
+
 #include "FaultyOdbc.h"
 #include "OdbcConnection.h"
 #include "OdbcError.h"
+#include "TemporaryFolder.h"
 #include "TestServer.h"
 
 using namespace workbench::odbc;
@@ -110,6 +114,56 @@ TEST_F(ServerOdbc, ServerWithoutEncryptionIsRefusedWhereItIsRequired) {
   EXPECT_EQ(refused(), "08001");
 }
 
+/// Switches the server's encryption on while it lives.
+class ScopedEncryption {
+ public:
+  explicit ScopedEncryption(const OdbcConnection& administrator) : administrator_(administrator) { set(L"on"); }
+  ~ScopedEncryption() { set(L"off"); }
+  ScopedEncryption(const ScopedEncryption&) = delete;
+  ScopedEncryption& operator=(const ScopedEncryption&) = delete;
+
+ private:
+  void set(const std::wstring& state) const {
+    administrator_.execute(L"alter system set ssl = " + state);
+    administrator_.execute(L"select pg_reload_conf()");
+    const auto present = [&] {
+      OdbcStatement show = administrator_.prepare(L"select current_setting('ssl')");
+      show.execute();
+      return show.fetch() ? show.text(0) : L"";
+    };
+    for (int left = 100; left > 0 && present() != state; --left) Sleep(20);
+    EXPECT_EQ(present(), state);
+  }
+
+  const OdbcConnection& administrator_;
+};
+
+/// Lets the driver trust this authority of the run.
+void trust(const std::string& authority) {
+  const std::filesystem::path folder = std::string("Z:") + std::getenv("ZD_TEST_AUTHORITIES");
+  const std::filesystem::path home = std::string("Z:") + std::getenv("ZD_TEST_HOME");
+  test_support::write_bytes(home / ".postgresql" / "root.crt", test_support::read_bytes(folder / (authority + ".crt")));
+}
+
+TEST_F(ServerOdbc, ServerProvesWhoItIsByACertificateOfATrustedAuthorityAndItsName) {
+  const OdbcConnection administrator = connect();
+  const ScopedEncryption encryption(administrator);
+  options_.set(L"SSLmode", L"verify-full");
+  options_.set(L"Server", L"localhost");
+  trust("own");
+  {
+    const OdbcConnection connection = connect();
+    OdbcStatement encrypted = connection.prepare(L"select 1 from pg_stat_ssl where pid = pg_backend_pid() and ssl");
+    encrypted.execute();
+    EXPECT_TRUE(encrypted.fetch());
+  }
+  trust("other");
+  EXPECT_EQ(refused(), "08001") << "the certificate is of another authority";
+  trust("own");
+  options_.set(L"Server", L"127.0.0.1");
+  EXPECT_EQ(refused(), "08001") << "the certificate is of a server of another name";
+}
+
 TEST_F(ServerOdbc, DriverThatDoesNotExistIsRefused) {
   options_.set(L"Driver", L"no such driver");
   EXPECT_THAT(refused(), testing::AnyOf("IM002", "IM003", "01000"));
@@ -117,6 +171,7 @@ TEST_F(ServerOdbc, DriverThatDoesNotExistIsRefused) {
 
 TEST_F(ServerOdbc, LostConnectionIsReported) {
   const OdbcConnection connection = connect();
+  EXPECT_FALSE(connection.is_lost());
   try {
     connection.execute(L"select pg_terminate_backend(pg_backend_pid())");
     ADD_FAILURE() << "the connection ended itself";
@@ -124,6 +179,7 @@ TEST_F(ServerOdbc, LostConnectionIsReported) {
     EXPECT_EQ(error.state(), "57P01");
   }
   EXPECT_THROW(connection.execute(L"select 1"), OdbcError);
+  EXPECT_TRUE(connection.is_lost());
 }
 
 /// A port that accepts connections and says nothing.

@@ -67,10 +67,11 @@ std::vector<workbench::SymbolSourceSetting> settings_of(workbench::RuleStore& st
 namespace workbench {
 
 void PrintTo(StoreErrorKind kind, std::ostream* stream) {
-  constexpr const char* names[] = {"read_only",         "locked",         "full",        "damaged",
-                                   "foreign",           "newer",          "unavailable", "invalid_value",
-                                   "duplicate_name",    "not_found",      "changed",     "in_use",
-                                   "setting_not_found", "setting_changed"};
+  constexpr const char* names[] = {
+      "read_only",         "locked",          "full",           "damaged",   "foreign",     "newer",
+      "unavailable",       "invalid_value",   "duplicate_name", "not_found", "changed",     "in_use",
+      "setting_not_found", "setting_changed", "missing",        "no_driver", "unreachable", "login_refused",
+      "connection_lost",   "overloaded"};
   *stream << names[static_cast<int>(kind)];
 }
 

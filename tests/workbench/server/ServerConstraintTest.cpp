@@ -1,0 +1,119 @@
+#include "OdbcError.h"
+#include "ServerTest.h"
+
+using namespace workbench;
+
+namespace {
+
+/// What the tables refuse of other programs.
+class ServerConstraint : public ServerTest {
+ protected:
+  void SetUp() override {
+    ServerTest::SetUp();
+    if (IsSkipped()) return;
+    store_ = schema_->open({.first_content = sample_content()});
+    other_.emplace(odbc::system_odbc(), schema_->options(), postgres().driver, std::chrono::seconds(10));
+  }
+
+  /// The state with which the server refuses that the first rule gets this name, as it stands in the table.
+  std::string refused_name(const std::wstring& stored) const {
+    try {
+      other_->prepare(L"UPDATE rules SET RuleName = ? WHERE RuleID = 1").bind(1, stored).execute();
+      return {};
+    } catch (const odbc::OdbcError& error) {
+      return error.state();
+    }
+  }
+
+  std::shared_ptr<RuleStore> store_;
+  std::optional<odbc::OdbcConnection> other_;
+};
+
+TEST_F(ServerConstraint, ValuesOutsideTheirRangesAreRefused) {
+  for (const RuleColumn& column : rule_columns) {
+    const std::string name = column.name;
+    const std::wstring set = L"UPDATE rules SET " + std::wstring(name.begin(), name.end()) + L" = ";
+    EXPECT_EQ(schema_->refused(set + std::to_wstring(column.least - 1)), "23514") << name;
+    EXPECT_EQ(schema_->refused(set + std::to_wstring(column.greatest + 1)), "23514") << name;
+    EXPECT_EQ(schema_->refused(set + std::to_wstring(column.least)), "") << name;
+    EXPECT_EQ(schema_->refused(set + std::to_wstring(column.greatest)), "") << name;
+  }
+  const std::wstring setting = L"UPDATE symbol_source_settings SET ";
+  EXPECT_EQ(schema_->refused(setting + L"Months = 'HF'"), "23514");
+  EXPECT_EQ(schema_->refused(setting + L"Months = 'A'"), "23514");
+  EXPECT_EQ(schema_->refused(setting + L"Months = 'FGHJKMNQUVXZ'"), "");
+  EXPECT_EQ(schema_->refused(setting + L"LastTradingDay = 2"), "23514");
+  EXPECT_EQ(schema_->refused(setting + L"SettingName = ''"), "23514");
+  EXPECT_EQ(schema_->refused(setting + L"RuleName = ''"), "");
+  EXPECT_EQ(schema_->refused(setting + L"RuleName = repeat('x', 256)"), "23514");
+  EXPECT_EQ(schema_->refused(L"UPDATE calendars SET Weekend = 127"), "23514");
+  EXPECT_EQ(schema_->refused(L"UPDATE calendars SET LastDay = FirstDay - 1"), "23514");
+  EXPECT_EQ(schema_->refused(L"INSERT INTO closed_days VALUES ('none', '2026-01-01', '')"), "23503");
+  EXPECT_EQ(schema_->refused(L"INSERT INTO closed_days VALUES ('exchange', '2026-01-01', '')"), "23505");
+  EXPECT_EQ(schema_->refused(L"UPDATE rules SET RuleID = 0 WHERE RuleID = 1"), "428C9");
+}
+
+TEST_F(ServerConstraint, LengthsAreCountedInCodeUnits) {
+  std::wstring pairs;
+  for (int i = 0; i < 127; ++i) pairs += L"\xD83D\xDCC8";
+  std::wstring escaped;
+  for (int i = 0; i < 255; ++i) escaped += L"\\uD800";
+  EXPECT_EQ(refused_name(L""), "23514");
+  EXPECT_EQ(refused_name(std::wstring(255, L'\xFFFD')), "");
+  EXPECT_EQ(refused_name(std::wstring(256, L'x')), "23514");
+  EXPECT_EQ(refused_name(pairs + L"x"), "");
+  EXPECT_EQ(refused_name(pairs + L"xx"), "23514");
+  EXPECT_EQ(refused_name(escaped), "");
+  EXPECT_EQ(refused_name(escaped + L"x"), "23514");
+  EXPECT_EQ(refused_name(std::wstring(510, L'\\')), "");
+  EXPECT_EQ(refused_name(std::wstring(512, L'\\')), "23514");
+}
+
+TEST_F(ServerConstraint, NamesStandInTheirEscapedForm) {
+  for (const wchar_t* wrong : {L"\\", L"a\\", L"\\u000", L"\\u0041", L"\\u000a", L"\\n", L"a\tb", L"\x7F",
+                               L"\\uD83D\\uDCC8", L"\\\\\\uD83D\\uDCC8", L"\\u005C"})
+    EXPECT_EQ(refused_name(wrong), "23514") << testing::PrintToString(wrong);
+  for (const wchar_t* right : {L"\\\\", L"\\u0000", L"\\u001F", L"\\u007F", L"\\uDCC8\\uD83D", L"\\uD83Dx",
+                               L"\\\\uD83D\\uDCC8", L"\xD83D\xDCC8\\uDCC8", L"\x80\xFFFF"})
+    EXPECT_EQ(refused_name(right), "") << testing::PrintToString(right);
+}
+
+TEST_F(ServerConstraint, NamesAreUniqueCodeUnitByCodeUnit) {
+  store_->add_rule({.name = L"caf\u00E9"});
+  EXPECT_EQ(refused_name(L"cafe\u0301"), "");
+  EXPECT_EQ(refused_name(L"Caf\u00E9"), "");
+  EXPECT_EQ(refused_name(L"caf\u00E9"), "23505");
+}
+
+TEST_F(ServerConstraint, UsedRuleIsNotDeletedAndSettingsFollowANewName) {
+  EXPECT_EQ(schema_->refused(L"DELETE FROM rules WHERE RuleID = 1"), "23503");
+  EXPECT_EQ(schema_->refused(L"DELETE FROM rules WHERE RuleID = 2"), "");
+  const std::vector<StoredSetting> before = store_->load_settings();
+  schema_->run(L"UPDATE rules SET RuleName = 'renamed' WHERE RuleID = 1");
+  const std::vector<StoredSetting> after = store_->load_settings();
+  EXPECT_EQ(after[0], (StoredSetting{before[0].number, 2, {L"copper", L"renamed"}}));
+  EXPECT_EQ(after[1], before[1]);
+}
+
+TEST_F(ServerConstraint, ChangeByAnotherProgramIsNotOverwritten) {
+  const StoredRule read = store_->load_rules().front();
+  const StoredSetting setting = store_->load_settings().front();
+  schema_->run(L"UPDATE rules SET RollOffset = 3 WHERE RuleID = 1");
+  schema_->run(L"UPDATE symbol_source_settings SET LastTradingDay = 1");
+  EXPECT_EQ(refusal_kind([&] { store_->update_rule(read.number, read.rule, read.revision); }), StoreErrorKind::changed);
+  EXPECT_EQ(refusal_kind([&] { store_->delete_setting(setting.number, setting.revision); }),
+            StoreErrorKind::setting_changed);
+  EXPECT_EQ(store_->load_rules().front().rule.roll_offset, 3);
+}
+
+TEST_F(ServerConstraint, WhatNoClientCouldHaveStoredIsDamage) {
+  schema_->run(L"UPDATE calendars SET FirstDay = '0001-01-01'");
+  EXPECT_EQ(refusal_kind([&] { store_->load_calendars(); }), StoreErrorKind::damaged);
+  schema_->run(L"ALTER TABLE rules DROP CONSTRAINT rules_rulename_check");
+  schema_->run(L"UPDATE rules SET RuleName = '\\' WHERE RuleID = 2");
+  EXPECT_EQ(refusal_kind([&] { store_->load_rules(); }), StoreErrorKind::damaged);
+  schema_->run(L"DROP TABLE symbol_source_settings");
+  EXPECT_EQ(refusal_kind([&] { store_->load_settings(); }), StoreErrorKind::damaged);
+}
+
+}  // namespace

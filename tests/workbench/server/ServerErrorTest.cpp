@@ -1,0 +1,68 @@
+#include <gmock/gmock.h>
+
+#include "FaultyOdbc.h"
+#include "MemoryOdbc.h"
+#include "ServerError.h"
+#include "ServerRuleStore.h"
+#include "StoreSamples.h"
+
+using namespace workbench;
+using Kind = StoreErrorKind;
+
+namespace {
+
+TEST(ServerError, EachStateHasItsKind) {
+  const std::pair<const char*, Kind> kinds[] = {
+      {"", Kind::unavailable},          {"01000", Kind::no_driver},       {"08001", Kind::unreachable},
+      {"08006", Kind::connection_lost}, {"08007", Kind::connection_lost}, {"08S01", Kind::connection_lost},
+      {"22021", Kind::invalid_value},   {"23505", Kind::duplicate_name},  {"23503", Kind::in_use},
+      {"23514", Kind::invalid_value},   {"25006", Kind::read_only},       {"28P01", Kind::login_refused},
+      {"28000", Kind::login_refused},   {"40001", Kind::locked},          {"40P01", Kind::locked},
+      {"42501", Kind::read_only},       {"42P01", Kind::damaged},         {"53100", Kind::full},
+      {"53300", Kind::overloaded},      {"53200", Kind::overloaded},      {"55P03", Kind::locked},
+      {"57014", Kind::locked},          {"57P01", Kind::connection_lost}, {"57P03", Kind::connection_lost},
+      {"HY000", Kind::unavailable},     {"HYT00", Kind::connection_lost}, {"IM002", Kind::no_driver},
+      {"XX001", Kind::damaged},         {"XX000", Kind::unavailable},     {"2", Kind::unavailable},
+  };
+  for (const auto& [state, kind] : kinds) EXPECT_EQ(server_error_kind(state), kind) << state;
+}
+
+class OpenServerStore : public testing::Test {
+ protected:
+  std::optional<StoreError> refused() const {
+    return refusal(
+        [&] { open_server_store(odbc::ConnectionString(L"Server=db;Uid=desk;Pwd=secret"), {.api = &odbc_.api()}); });
+  }
+
+  test_support::MemoryOdbc driver_;
+  test_support::FaultyOdbc odbc_{driver_.api()};
+};
+
+TEST_F(OpenServerStore, MissingOdbcIsAnUnavailableStore) {
+  odbc_.fail_call(1, "");
+  const auto error = refused();
+  ASSERT_TRUE(error);
+  EXPECT_EQ(error->kind(), Kind::unavailable);
+  EXPECT_EQ(error->subject(), L"desk@db");
+  EXPECT_EQ(odbc_.live_handles(), 0);
+}
+
+TEST_F(OpenServerStore, MissingDriverIsNamedAsSuchAndThePasswordIsInNoMessage) {
+  driver_.missing_drivers = {L"PostgreSQL Unicode", L"PostgreSQL Unicode(x64)"};
+  const auto error = refused();
+  ASSERT_TRUE(error);
+  EXPECT_EQ(error->kind(), Kind::no_driver);
+  EXPECT_THAT(error->what(), testing::Not(testing::HasSubstr("secret")));
+  ASSERT_EQ(driver_.connected.size(), 2u);
+  EXPECT_EQ(driver_.connected[1],
+            L"Driver=PostgreSQL Unicode(x64);Server=db;Uid=desk;Pwd=secret;Debug=0;CommLog=0;LFConversion=0;"
+            L"SSLmode=verify-full;");
+}
+
+TEST_F(OpenServerStore, OptionThatTheServerDoesNotHaveIsRefusedBeforeAnythingIsConnected) {
+  EXPECT_THROW(open_server_store(odbc::ConnectionString(L"Server=db;pqopt=sslmode"), {.api = &odbc_.api()}),
+               odbc::ConnectionStringError);
+  EXPECT_TRUE(driver_.connected.empty());
+}
+
+}  // namespace

@@ -1,0 +1,134 @@
+#include <functional>
+
+#include "Depth.h"
+#include "FaultyOdbc.h"
+#include "ServerError.h"
+#include "ServerTest.h"
+
+using namespace workbench;
+
+namespace {
+
+const std::string states[] = {"08001", "08006", "08007", "08S01", "22021", "23505", "25006",
+                              "28P01", "40001", "40P01", "42501", "53100", "53300", "55P03",
+                              "57014", "57P01", "57P03", "HY000", "HYT00", "XX001", ""};
+
+/// What a store holds, without the numbers that each change of the whole content gives anew.
+StoreContent content_of(RuleStore& store) {
+  StoreContent content{{}, settings_of(store), store.load_calendars()};
+  for (const StoredRule& stored : store.load_rules()) content.rules.push_back(stored.rule);
+  return content;
+}
+
+class ServerFault : public ServerTest {
+ protected:
+  void SetUp() override {
+    ServerTest::SetUp();
+    if (IsSkipped()) return;
+    control_ = schema_->open({.first_content = sample_content()});
+    odbc_.emplace(odbc::system_odbc());
+  }
+
+  /// The numbers of the first rule and of the first setting.
+  long rule() const { return control_->load_rules().front().number; }
+  long setting() const { return control_->load_settings().front().number; }
+
+  /// Runs a change while its k-th call of ODBC fails, for every k, with this state.
+  void fail_each_call(const std::function<void(RuleStore&)>& change, const std::string& state) {
+    const auto store = open_server_store(schema_->options(), {.api = &odbc_->api()});
+    bool failed = true;
+    for (int k = 1; failed && !HasFailure(); ++k) {
+      SCOPED_TRACE("call " + std::to_string(k) + " state " + state);
+      control_->replace_content(sample_content());
+      store->load_rules();  // the store is connected again after the last round
+      const int handles = odbc_->live_handles();
+      odbc_->fail_call(k, state);
+      const auto error = refusal([&] { change(*store); });
+      failed = odbc_->calls() >= k;
+      odbc_->fail_call(0, "");
+      if (error) {
+        EXPECT_EQ(error->kind(), server_error_kind(state)) << error->what();
+      }
+      EXPECT_EQ(content_of(*control_) == sample_content(), error.has_value());
+      EXPECT_NO_THROW(store->load_rules());
+      EXPECT_EQ(odbc_->live_handles(), handles);
+    }
+  }
+
+  std::optional<test_support::FaultyOdbc> odbc_;
+  std::shared_ptr<RuleStore> control_;
+};
+
+TEST_F(ServerFault, EachFailedCallOfAChangeLeavesTheStoreAsItWas) {
+  const std::function<void(RuleStore&)> changes[] = {
+      [](RuleStore& store) { store.add_rule(sample_rule(L"new")); },
+      [this](RuleStore& store) { store.update_rule(rule(), sample_rule(L"renamed")); },
+      [this](RuleStore& store) { store.delete_rule(rule() + 1); },
+      [](RuleStore& store) {
+        store.add_setting({L"new", L""});
+      },
+      [this](RuleStore& store) {
+        store.update_setting(setting(), {L"renamed", L""});
+      },
+      [this](RuleStore& store) { store.delete_setting(setting()); },
+      [](RuleStore& store) {
+        store.import_records({{sample_rule(L"new"), {.name = L"first"}}, std::vector{sample_setting(L"x", L"")}});
+      },
+      [](RuleStore& store) { store.replace_calendars({sample_calendar("new")}); },
+      [](RuleStore& store) {
+        store.replace_content({{sample_rule(L"new")}, {{L"x", L"new"}}});
+      },
+  };
+  std::size_t next_state = 0;
+  for (const auto& change : changes) {
+    const int rounds = test_support::repetitions(static_cast<int>(std::size(states)), 3);
+    for (int i = 0; i < rounds && !HasFailure(); ++i) fail_each_call(change, states[next_state++ % std::size(states)]);
+  }
+}
+
+TEST_F(ServerFault, EachFailedCallOfALoadIsReported) {
+  const auto store = open_server_store(schema_->options(), {.api = &odbc_->api()});
+  const StoreSnapshot before = snapshot_of(*store);
+  for (const std::string& state : states) {
+    bool failed = true;
+    for (int k = 1; failed && !HasFailure(); ++k) {
+      SCOPED_TRACE("call " + std::to_string(k) + " state " + state);
+      store->load_rules();
+      odbc_->fail_call(k, state);
+      const auto error = refusal([&] {
+        EXPECT_EQ(snapshot_of(*store), before);
+        EXPECT_FALSE(store->poll_for_changes());
+      });
+      failed = odbc_->calls() >= k;
+      odbc_->fail_call(0, "");
+      EXPECT_EQ(error.has_value(), failed);
+      if (error) {
+        EXPECT_EQ(error->kind(), server_error_kind(state)) << error->what();
+      }
+    }
+  }
+}
+
+TEST_F(ServerFault, EachFailedCallOfTheCreationLeavesNothingBehind) {
+  bool failed = true;
+  for (int k = 1; failed && !HasFailure(); ++k) {
+    SCOPED_TRACE(k);
+    schema_->run(L"DROP SCHEMA " + schema_->name() + L" CASCADE");
+    schema_->run(L"CREATE SCHEMA " + schema_->name() + L" AUTHORIZATION " + schema_->name());
+    odbc_->fail_call(k, "08S01");
+    const auto error = refusal(
+        [&] { open_server_store(schema_->options(), {.first_content = sample_content(), .api = &odbc_->api()}); });
+    failed = odbc_->calls() >= k;
+    odbc_->fail_call(0, "");
+    EXPECT_EQ(odbc_->live_handles(), 0);
+    const std::wstring tables =
+        schema_->text(L"SELECT count(*) FROM pg_tables WHERE schemaname = '" + schema_->name() + L"'");
+    // What follows the creation may fail too.
+    if (!error || tables != L"0") {
+      EXPECT_EQ(tables, L"5");
+      EXPECT_EQ(content_of(*schema_->open()), sample_content());
+    }
+  }
+}
+
+}  // namespace

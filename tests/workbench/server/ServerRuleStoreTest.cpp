@@ -1,0 +1,136 @@
+#include "FaultyOdbc.h"
+#include "ServerTest.h"
+
+using namespace workbench;
+using Kind = StoreErrorKind;
+
+namespace {
+
+class ServerRuleStore : public ServerTest {
+ protected:
+  static std::vector<Rule> many_rules(int count) {
+    std::vector<Rule> rules;
+    for (int i = 0; i < count; ++i) rules.push_back(sample_rule(L"rule " + std::to_wstring(i)));
+    return rules;
+  }
+
+  /// Ends every connection of the store's user, as an administrator may.
+  void cut_connections() const {
+    schema_->text(L"SELECT bool_and(pg_terminate_backend(pid, 5000)) FROM pg_stat_activity WHERE usename = '" +
+                  schema_->name() + L"'");
+  }
+};
+
+TEST_F(ServerRuleStore, ChangesOfAnotherWorkbenchAreSeenOnce) {
+  const auto mine = schema_->open({.first_content = sample_content()});
+  const auto theirs = schema_->open();
+  int told = 0;
+  const StoreSubscription subscription = mine->subscribe([&] { ++told; });
+  EXPECT_FALSE(mine->poll_for_changes());
+  theirs->add_rule(sample_rule(L"third"));
+  EXPECT_TRUE(mine->poll_for_changes());
+  EXPECT_FALSE(mine->poll_for_changes());
+  EXPECT_EQ(told, 1);
+  theirs->replace_calendars({sample_calendar("other")});
+  EXPECT_TRUE(mine->poll_for_changes());
+  EXPECT_EQ(theirs->load_rules(), mine->load_rules());
+  EXPECT_FALSE(theirs->poll_for_changes()) << "its own changes are no news";
+}
+
+TEST_F(ServerRuleStore, ChangeOfAnotherWorkbenchIsSeenThoughAnOwnOneFollowed) {
+  const auto mine = schema_->open();
+  const auto theirs = schema_->open();
+  theirs->add_rule(sample_rule(L"theirs"));
+  mine->add_rule(sample_rule(L"mine"));
+  EXPECT_TRUE(mine->poll_for_changes());
+  EXPECT_FALSE(mine->poll_for_changes());
+}
+
+TEST_F(ServerRuleStore, ChangeByAnotherProgramIsSeen) {
+  const auto store = schema_->open({.first_content = sample_content()});
+  for (const wchar_t* sql : {L"UPDATE rules SET RollOffset = 1", L"DELETE FROM symbol_source_settings",
+                             L"UPDATE calendars SET Title = 'x'", L"TRUNCATE closed_days"}) {
+    schema_->run(sql);
+    EXPECT_TRUE(store->poll_for_changes()) << testing::PrintToString(sql);
+    EXPECT_FALSE(store->poll_for_changes());
+  }
+}
+
+TEST_F(ServerRuleStore, RefusedChangeIsNotTold) {
+  const auto mine = schema_->open({.first_content = sample_content()});
+  const auto theirs = schema_->open();
+  EXPECT_EQ(refusal_kind([&] { theirs->add_rule(sample_rule(L"first")); }), Kind::duplicate_name);
+  EXPECT_EQ(refusal_kind([&] { theirs->delete_rule(1); }), Kind::in_use);
+  EXPECT_FALSE(mine->poll_for_changes());
+}
+
+TEST_F(ServerRuleStore, WorkbenchThatIsHeldUpForTooLongIsRefused) {
+  const auto store = schema_->open({.first_content = sample_content()});
+  schema_->run(L"BEGIN; SELECT * FROM rule_store FOR UPDATE");
+  const ULONGLONG start = GetTickCount64();
+  EXPECT_EQ(refusal_kind([&] { store->add_rule(sample_rule(L"new")); }), Kind::locked);
+  EXPECT_GE(GetTickCount64() - start, 2'500u);
+  EXPECT_EQ(store->load_rules().size(), 2u) << "reading waits for nobody";
+  schema_->run(L"ROLLBACK");
+  store->add_rule(sample_rule(L"new"));
+  EXPECT_EQ(store->load_rules().size(), 3u);
+}
+
+TEST_F(ServerRuleStore, WorkGoesOnAfterALostConnection) {
+  const auto store = schema_->open({.first_content = sample_content()});
+  cut_connections();
+  EXPECT_EQ(refusal_kind([&] { store->load_rules(); }), Kind::connection_lost);
+  EXPECT_EQ(store->load_rules().size(), 2u);
+  cut_connections();
+  EXPECT_EQ(refusal_kind([&] { store->add_rule(sample_rule(L"new")); }), Kind::connection_lost);
+  EXPECT_EQ(store->load_rules().size(), 2u);
+  const auto cut_meanwhile = [&](std::size_t, std::size_t) {
+    cut_connections();
+    return true;
+  };
+  EXPECT_EQ(refusal_kind([&] { store->import_records({many_rules(2)}, cut_meanwhile); }), Kind::connection_lost);
+  EXPECT_EQ(store->load_rules().size(), 2u);
+  store->add_rule(sample_rule(L"new"));
+  EXPECT_EQ(store->load_rules().size(), 3u);
+}
+
+TEST_F(ServerRuleStore, ServerThatRefusesTheUserSaysSoWithoutThePassword) {
+  odbc::ConnectionString options = schema_->options();
+  options.set(L"Pwd", L"marker");
+  const auto error = refusal([&] { open_server_store(options); });
+  ASSERT_TRUE(error);
+  EXPECT_EQ(error->kind(), Kind::unreachable);
+  EXPECT_THAT(error->what(), testing::Not(testing::HasSubstr("marker")));
+  EXPECT_EQ(error->subject(), describe_server_store(options));
+  EXPECT_EQ(error->subject().find(L"marker"), std::wstring::npos);
+}
+
+TEST_F(ServerRuleStore, ImportIsOneRoundTripPerBatch) {
+  test_support::FaultyOdbc odbc(odbc::system_odbc());
+  const auto store = schema_->open({.api = &odbc.api()});
+  const auto calls_of_import = [&](int count) {
+    odbc.fail_call(0, "");
+    store->import_records({many_rules(count)});
+    return odbc.calls();
+  };
+  const int one = calls_of_import(1);
+  EXPECT_EQ(calls_of_import(500), one);
+  EXPECT_LE(calls_of_import(5000), one + 9 * 4);
+  EXPECT_EQ(store->load_rules().size(), 5000u);
+}
+
+TEST_F(ServerRuleStore, RulesOfOneNameInAnImportFollowEachOther) {
+  const auto store = schema_->open();
+  store->import_records({{sample_rule(L"twice"), {.name = L"other"}, {.name = L"twice"}, sample_rule(L"last")}});
+  EXPECT_EQ(
+      store->load_rules(),
+      (std::vector<StoredRule>{{1, 2, {.name = L"twice"}}, {2, 1, {.name = L"other"}}, {3, 1, sample_rule(L"last")}}));
+}
+
+TEST_F(ServerRuleStore, NamesStandInTheTablesAsTheyArePrinted) {
+  const auto store = schema_->open();
+  store->add_rule(sample_rule(std::wstring(L"a\0\t\\\xD800", 5)));
+  EXPECT_EQ(schema_->text(L"SELECT RuleName FROM rules"), L"a\\u0000\\u0009\\\\\\uD800");
+}
+
+}  // namespace

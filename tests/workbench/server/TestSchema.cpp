@@ -1,0 +1,46 @@
+#include "TestSchema.h"
+
+#include "OdbcError.h"
+#include "TestServer.h"
+
+using workbench::odbc::ConnectionString;
+
+namespace {
+
+/// A name that no other program of this run takes.
+std::wstring next_name() {
+  static int count = 0;
+  return L"desk_" + std::to_wstring(GetCurrentProcessId()) + L"_" + std::to_wstring(++count);
+}
+
+}  // namespace
+
+TestSchema::TestSchema()
+    : name_(next_name()),
+      administrator_(workbench::odbc::system_odbc(), ConnectionString(test_support::test_server().value()),
+                     workbench::postgres().driver, std::chrono::seconds(10)) {
+  run(L"CREATE ROLE " + name_ + L" LOGIN PASSWORD 'password'; CREATE SCHEMA " + name_ + L" AUTHORIZATION " + name_ +
+      L"; SET search_path = " + name_);
+}
+
+ConnectionString TestSchema::options_as(const std::wstring& user) {
+  ConnectionString options(test_support::test_server().value());
+  options.set(L"Uid", user);
+  options.set(L"Pwd", L"password");
+  return options;
+}
+
+std::string TestSchema::refused(const std::wstring& sql) const {
+  try {
+    run(sql);
+    return {};
+  } catch (const workbench::odbc::OdbcError& error) {
+    return error.state();
+  }
+}
+
+std::wstring TestSchema::text(const std::wstring& sql) const {
+  workbench::odbc::OdbcStatement row = administrator_.prepare(sql);
+  row.execute();
+  return row.fetch() ? row.try_text(0).value_or(L"") : L"";
+}

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <span>
+#include <string>
+
+#include "RuleRecord.h"
+
+namespace workbench {
+
+// Batches of records, as a statement takes them in one parameter; see `ServerDialect`.
+
+std::wstring rules_as_json(std::span<const Rule> rules);
+std::wstring settings_as_json(std::span<const SymbolSourceSetting> settings);
+std::wstring calendars_as_json(std::span<const StoredCalendar> calendars);
+
+/// The closed days of these calendars.
+std::wstring closed_days_as_json(std::span<const StoredCalendar> calendars);
+
+}  // namespace workbench

@@ -1,0 +1,259 @@
+#include "ServerDialect.h"
+
+namespace workbench {
+
+namespace {
+
+/// Version 4, which is the version of the file with the same tables.
+constexpr wchar_t create_tables[] =
+    LR"sql(
+  CREATE TABLE {schema}.rule_store (
+    OnlyRow boolean PRIMARY KEY DEFAULT true CHECK (OnlyRow),
+    Application integer NOT NULL,
+    Version integer NOT NULL,
+    Changes bigint NOT NULL DEFAULT 0
+  );
+
+  CREATE FUNCTION {schema}.is_escaped_text(stored text) RETURNS boolean LANGUAGE sql IMMUTABLE STRICT
+    SET search_path = pg_catalog, pg_temp AS $$
+      SELECT stored ~ ('^(?:[^\\\u0001-\u001F\u007F]|\\\\|\\u00(?:[01][0-9A-F]|7F)|\\uD[C-F][0-9A-F][0-9A-F]'
+                       || '|\\uD[89AB][0-9A-F][0-9A-F](?!\\uD[C-F]))*$')
+    $$;
+  CREATE FUNCTION {schema}.count_code_units(stored text) RETURNS integer LANGUAGE sql IMMUTABLE STRICT
+    SET search_path = pg_catalog, pg_temp AS $$
+      SELECT length(regexp_replace(regexp_replace(stored, '\\(?:\\|u[0-9A-F][0-9A-F][0-9A-F][0-9A-F])', 'x', 'g'),
+                                   '[\U00010000-\U0010FFFF]', 'xx', 'g'))
+    $$;
+
+  CREATE TABLE {schema}.rules (
+    RuleID integer GENERATED ALWAYS AS IDENTITY PRIMARY KEY CHECK (RuleID >= 1),
+    RuleName text COLLATE "C" NOT NULL UNIQUE
+      CHECK ({schema}.is_escaped_text(RuleName) AND {schema}.count_code_units(RuleName) BETWEEN 1 AND 255),
+    RollOffset integer NOT NULL CHECK (RollOffset BETWEEN 0 AND 99),
+    DayType integer NOT NULL CHECK (DayType BETWEEN 0 AND 1),
+    DayMode integer NOT NULL CHECK (DayMode BETWEEN 0 AND 1),
+    DayOfMonth integer NOT NULL CHECK (DayOfMonth BETWEEN 1 AND 31),
+    DayMonth integer NOT NULL CHECK (DayMonth BETWEEN 0 AND 2),
+    WeekOrdinal integer NOT NULL CHECK (WeekOrdinal BETWEEN 1 AND 5),
+    Weekday integer NOT NULL CHECK (Weekday BETWEEN 0 AND 6),
+    WeekdayMonth integer NOT NULL CHECK (WeekdayMonth BETWEEN 0 AND 2),
+    MoveToNextTradingDay integer NOT NULL CHECK (MoveToNextTradingDay BETWEEN 0 AND 1),
+    Revision bigint NOT NULL DEFAULT 1 CHECK (Revision >= 1)
+  );
+  CREATE TABLE {schema}.symbol_source_settings (
+    SettingID integer GENERATED ALWAYS AS IDENTITY PRIMARY KEY CHECK (SettingID >= 1),
+    SettingName text COLLATE "C" NOT NULL
+      CHECK ({schema}.is_escaped_text(SettingName) AND {schema}.count_code_units(SettingName) BETWEEN 1 AND 255),
+    RuleName text COLLATE "C" NOT NULL
+      CHECK ({schema}.is_escaped_text(RuleName) AND {schema}.count_code_units(RuleName) <= 255),
+    CalendarName text COLLATE "C" NOT NULL DEFAULT '' CHECK (octet_length(CalendarName) <= 255),
+    Months text COLLATE "C" NOT NULL DEFAULT '' CHECK (Months ~ '^F?G?H?J?K?M?N?Q?U?V?X?Z?$'),
+    LastTradingDay integer NOT NULL DEFAULT 0 CHECK (LastTradingDay BETWEEN 0 AND 1),
+    Revision bigint NOT NULL DEFAULT 1 CHECK (Revision >= 1)
+  );
+  CREATE INDEX symbol_source_settings_by_rule ON {schema}.symbol_source_settings (RuleName);
+  CREATE TABLE {schema}.calendars (
+    CalendarName text COLLATE "C" PRIMARY KEY CHECK (octet_length(CalendarName) BETWEEN 1 AND 255),
+    Title text NOT NULL CHECK ({schema}.is_escaped_text(Title)),
+    Covers text NOT NULL CHECK ({schema}.is_escaped_text(Covers)),
+    Source text NOT NULL CHECK ({schema}.is_escaped_text(Source)),
+    FirstDay date NOT NULL,
+    LastDay date NOT NULL,
+    Weekend integer NOT NULL CHECK (Weekend BETWEEN 0 AND 126),
+    ShippedVersion integer NOT NULL CHECK (ShippedVersion >= 0),
+    CHECK (FirstDay <= LastDay)
+  );
+  CREATE TABLE {schema}.closed_days (
+    CalendarName text COLLATE "C" NOT NULL REFERENCES {schema}.calendars ON DELETE CASCADE,
+    Day date NOT NULL,
+    Reason text NOT NULL CHECK ({schema}.is_escaped_text(Reason)),
+    PRIMARY KEY (CalendarName, Day)
+  );
+
+  CREATE FUNCTION {schema}.count_revision() RETURNS trigger LANGUAGE plpgsql SET search_path = {schema}, pg_temp AS $$
+    BEGIN
+      NEW.Revision := OLD.Revision + 1;
+      RETURN NEW;
+    END $$;
+  CREATE FUNCTION {schema}.rename_in_settings() RETURNS trigger LANGUAGE plpgsql
+    SET search_path = {schema}, pg_temp AS $$
+    BEGIN
+      UPDATE symbol_source_settings SET RuleName = NEW.RuleName WHERE RuleName = OLD.RuleName;
+      RETURN NULL;
+    END $$;
+  CREATE FUNCTION {schema}.refuse_used_rule() RETURNS trigger LANGUAGE plpgsql
+    SET search_path = {schema}, pg_temp AS $$
+    BEGIN
+      IF EXISTS (SELECT FROM symbol_source_settings WHERE RuleName = OLD.RuleName) THEN
+        RAISE EXCEPTION 'a symbol source setting uses the rule' USING ERRCODE = 'foreign_key_violation';
+      END IF;
+      RETURN OLD;
+    END $$;
+  CREATE FUNCTION {schema}.count_change() RETURNS trigger LANGUAGE plpgsql SET search_path = {schema}, pg_temp AS $$
+    BEGIN
+      UPDATE rule_store SET Changes = Changes + 1;
+      RETURN NULL;
+    END $$;
+  CREATE FUNCTION {schema}.refuse_other_version() RETURNS trigger LANGUAGE plpgsql
+    SET search_path = {schema}, pg_temp AS $$
+    BEGIN
+      IF NOT pg_has_role(current_user, (SELECT relowner FROM pg_class WHERE oid = TG_RELID), 'MEMBER') THEN
+        RAISE EXCEPTION 'only the owner of the store gives it a version' USING ERRCODE = 'insufficient_privilege';
+      END IF;
+      RETURN NULL;
+    END $$;
+
+  CREATE TRIGGER count_revision BEFORE UPDATE ON {schema}.rules
+    FOR EACH ROW EXECUTE FUNCTION {schema}.count_revision();
+  CREATE TRIGGER count_revision BEFORE UPDATE ON {schema}.symbol_source_settings
+    FOR EACH ROW EXECUTE FUNCTION {schema}.count_revision();
+  CREATE TRIGGER rename_in_settings AFTER UPDATE ON {schema}.rules
+    FOR EACH ROW WHEN (OLD.RuleName <> NEW.RuleName) EXECUTE FUNCTION {schema}.rename_in_settings();
+  CREATE TRIGGER refuse_used_rule BEFORE DELETE ON {schema}.rules
+    FOR EACH ROW EXECUTE FUNCTION {schema}.refuse_used_rule();
+  CREATE TRIGGER refuse_other_version BEFORE INSERT OR DELETE OR TRUNCATE OR UPDATE OF OnlyRow, Application, Version
+    ON {schema}.rule_store FOR EACH STATEMENT EXECUTE FUNCTION {schema}.refuse_other_version();
+  CREATE TRIGGER count_change AFTER INSERT OR UPDATE OR DELETE OR TRUNCATE ON {schema}.rules
+    FOR EACH STATEMENT EXECUTE FUNCTION {schema}.count_change();
+  CREATE TRIGGER count_change AFTER INSERT OR UPDATE OR DELETE OR TRUNCATE ON {schema}.symbol_source_settings
+    FOR EACH STATEMENT EXECUTE FUNCTION {schema}.count_change();
+  CREATE TRIGGER count_change AFTER INSERT OR UPDATE OR DELETE OR TRUNCATE ON {schema}.calendars
+    FOR EACH STATEMENT EXECUTE FUNCTION {schema}.count_change();
+  CREATE TRIGGER count_change AFTER INSERT OR UPDATE OR DELETE OR TRUNCATE ON {schema}.closed_days
+    FOR EACH STATEMENT EXECUTE FUNCTION {schema}.count_change();
+)sql";
+
+// The columns, and a batch as a table of them.
+const std::wstring rule_numbers =
+    L"RollOffset, DayType, DayMode, DayOfMonth, DayMonth, WeekOrdinal, Weekday, WeekdayMonth, MoveToNextTradingDay";
+const std::wstring given_rules =
+    L"(SELECT * FROM json_to_recordset(CAST(? AS json)) AS record(position integer, RuleName text, RollOffset integer, "
+    L"DayType integer, DayMode integer, DayOfMonth integer, DayMonth integer, WeekOrdinal integer, Weekday integer, "
+    L"WeekdayMonth integer, MoveToNextTradingDay integer))";
+const std::wstring given_settings =
+    L"(SELECT * FROM json_to_recordset(CAST(? AS json)) AS record(position integer, SettingName text, RuleName text, "
+    L"CalendarName text, Months text, LastTradingDay integer))";
+const std::wstring given_calendars =
+    L"(SELECT * FROM json_to_recordset(CAST(? AS json)) AS record(CalendarName text, Title text, Covers text, "
+    L"Source text, FirstDay date, LastDay date, Weekend integer, ShippedVersion integer))";
+const std::wstring given_days =
+    L"(SELECT * FROM json_to_recordset(CAST(? AS json)) AS record(CalendarName text, Day date, Reason text))";
+
+const std::wstring settings_columns = L"SettingName, RuleName, CalendarName, Months, LastTradingDay";
+const std::wstring calendar_columns =
+    L"CalendarName, Title, Covers, Source, FirstDay, LastDay, Weekend, ShippedVersion";
+
+void set_session_statements(ServerDialect& sql) {
+  sql.begin_session =
+      L"SET SESSION CHARACTERISTICS AS TRANSACTION ISOLATION LEVEL READ COMMITTED; SET synchronous_commit = on; "
+      L"SET lock_timeout = '3s'; SET statement_timeout = '60s'; SET idle_in_transaction_session_timeout = '30s'; "
+      L"SET DateStyle = 'ISO'; SET standard_conforming_strings = on";
+  sql.read_schema =
+      L"SELECT quote_ident(current_schema()), CASE current_setting('server_encoding') WHEN 'UTF8' THEN 1 ELSE 0 END";
+  sql.lock_creation = L"SELECT pg_advisory_xact_lock(2053391698, hashtext(current_schema()))";
+  sql.become_owner =
+      L"SELECT set_config('role', pg_get_userbyid(nspowner), true) FROM pg_namespace WHERE nspname = current_schema()";
+  sql.count_tables =
+      L"SELECT count(*), count(*) FILTER (WHERE relname = 'rule_store' AND (SELECT count(*) FROM pg_attribute WHERE "
+      L"attrelid = pg_class.oid AND attname IN ('application', 'version', 'changes')) = 3) FROM pg_class JOIN "
+      L"pg_namespace ON "
+      L"relnamespace = pg_namespace.oid WHERE nspname = current_schema() AND relname IN "
+      L"('rule_store', 'rules', 'symbol_source_settings', 'calendars', 'closed_days')";
+  sql.read_version = L"SELECT Application, Version FROM {schema}.rule_store";
+  sql.write_version =
+      L"INSERT INTO {schema}.rule_store (Application, Version) VALUES (?, ?) "
+      L"ON CONFLICT (OnlyRow) DO UPDATE SET Application = EXCLUDED.Application, Version = EXCLUDED.Version";
+  sql.first_version = 4;
+  sql.migrations = {create_tables};
+
+  sql.lock_store = L"SELECT Changes FROM {schema}.rule_store FOR UPDATE";
+  sql.read_changes = L"SELECT Changes FROM {schema}.rule_store";
+}
+
+void set_rule_statements(ServerDialect& sql) {
+  const std::wstring select_rules = L"SELECT RuleID, Revision, RuleName, " + rule_numbers + L" FROM {schema}.rules ";
+  sql.select_rules = select_rules + L"ORDER BY RuleID";
+  sql.select_rule = select_rules + L"WHERE RuleID = ?";
+  sql.insert_rule = L"INSERT INTO {schema}.rules (RuleName, " + rule_numbers +
+                    L") VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?) RETURNING RuleID";
+  sql.update_rule = L"UPDATE {schema}.rules SET (RuleName, " + rule_numbers +
+                    L") = (?, ?, ?, ?, ?, ?, ?, ?, ?, ?) WHERE RuleID = ? AND Revision = ?";
+  sql.delete_rule = L"DELETE FROM {schema}.rules WHERE RuleID = ? AND Revision = ?";
+  sql.insert_rules = L"INSERT INTO {schema}.rules (RuleName, " + rule_numbers + L") SELECT RuleName, " + rule_numbers +
+                     L" FROM " + given_rules + L" AS given ORDER BY position";
+  const std::wstring other_numbers =
+      L"ROW(rules.RollOffset, rules.DayType, rules.DayMode, rules.DayOfMonth, "
+      L"rules.DayMonth, rules.WeekOrdinal, rules.Weekday, rules.WeekdayMonth, "
+      L"rules.MoveToNextTradingDay) IS DISTINCT FROM ROW(given.RollOffset, "
+      L"given.DayType, given.DayMode, given.DayOfMonth, given.DayMonth, "
+      L"given.WeekOrdinal, given.Weekday, given.WeekdayMonth, "
+      L"given.MoveToNextTradingDay)";
+  sql.import_rules = L"WITH given AS MATERIALIZED " + given_rules + L", changed AS (UPDATE {schema}.rules SET (" +
+                     rule_numbers +
+                     L") = (given.RollOffset, given.DayType, given.DayMode, given.DayOfMonth, given.DayMonth, "
+                     L"given.WeekOrdinal, given.Weekday, given.WeekdayMonth, given.MoveToNextTradingDay) FROM given "
+                     L"WHERE rules.RuleName = given.RuleName AND " +
+                     other_numbers + L") INSERT INTO {schema}.rules (RuleName, " + rule_numbers +
+                     L") SELECT RuleName, " + rule_numbers +
+                     L" FROM given WHERE NOT EXISTS (SELECT FROM {schema}.rules AS present WHERE present.RuleName = "
+                     L"given.RuleName) ORDER BY position";
+}
+
+void set_setting_statements(ServerDialect& sql) {
+  const std::wstring select_settings =
+      L"SELECT SettingID, Revision, " + settings_columns + L" FROM {schema}.symbol_source_settings ";
+  sql.select_settings = select_settings + L"ORDER BY SettingID";
+  sql.select_setting = select_settings + L"WHERE SettingID = ?";
+  sql.insert_setting = L"INSERT INTO {schema}.symbol_source_settings (" + settings_columns +
+                       L") VALUES (?, ?, ?, ?, ?) RETURNING SettingID";
+  sql.update_setting = L"UPDATE {schema}.symbol_source_settings SET (" + settings_columns +
+                       L") = (?, ?, ?, ?, ?) WHERE SettingID = ? AND Revision = ?";
+  sql.delete_setting = L"DELETE FROM {schema}.symbol_source_settings WHERE SettingID = ? AND Revision = ?";
+  sql.delete_settings = L"DELETE FROM {schema}.symbol_source_settings";
+  sql.insert_settings = L"INSERT INTO {schema}.symbol_source_settings (" + settings_columns + L") SELECT " +
+                        settings_columns + L" FROM " + given_settings + L" AS given ORDER BY position";
+}
+
+void set_calendar_statements(ServerDialect& sql) {
+  sql.select_calendars = L"SELECT " + calendar_columns +
+                         L", Day, Reason FROM {schema}.calendars LEFT JOIN {schema}.closed_days USING (CalendarName) "
+                         L"ORDER BY CalendarName, Day";
+  sql.replace_calendars =
+      L"INSERT INTO {schema}.calendars (" + calendar_columns + L") SELECT " + calendar_columns + L" FROM " +
+      given_calendars +
+      L" AS given ON CONFLICT (CalendarName) DO UPDATE SET Title = EXCLUDED.Title, Covers = EXCLUDED.Covers, "
+      L"Source = EXCLUDED.Source, FirstDay = EXCLUDED.FirstDay, LastDay = EXCLUDED.LastDay, "
+      L"Weekend = EXCLUDED.Weekend, ShippedVersion = EXCLUDED.ShippedVersion";
+  sql.delete_closed_days = L"DELETE FROM {schema}.closed_days WHERE CalendarName IN (SELECT CalendarName FROM " +
+                           given_calendars + L" AS given)";
+  sql.insert_closed_days =
+      L"INSERT INTO {schema}.closed_days (CalendarName, Day, Reason) SELECT CalendarName, Day, "
+      L"Reason FROM " +
+      given_days + L" AS given";
+  sql.delete_content =
+      L"DELETE FROM {schema}.symbol_source_settings; DELETE FROM {schema}.rules; "
+      L"DELETE FROM {schema}.calendars";
+}
+
+ServerDialect create_postgres() {
+  ServerDialect sql;
+  // The driver's logs would hold the password.
+  sql.driver = {{L"PostgreSQL Unicode", L"PostgreSQL Unicode(x64)"},
+                {{L"Debug", L"0"}, {L"CommLog", L"0"}, {L"LFConversion", L"0"}},
+                {},
+                {L"SSLmode", L"verify-full"}};
+  set_session_statements(sql);
+  set_rule_statements(sql);
+  set_setting_statements(sql);
+  set_calendar_statements(sql);
+  return sql;
+}
+
+}  // namespace
+
+const ServerDialect& postgres() {
+  static const ServerDialect dialect = create_postgres();
+  return dialect;
+}
+
+}  // namespace workbench

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "DriverProfile.h"
+
+namespace workbench {
+
+/// Everything that depends on the kind of server. In a statement, {schema} stands for the schema of the store.
+/// Parameters are in the order of the members' comments; a batch is a JSON array of records, whose keys are the
+/// columns' names in small letters and `position`, which gives their order.
+struct ServerDialect {
+  odbc::DriverProfile driver;
+
+  std::wstring begin_session;  ///< makes a commit durable and limits how long a session waits and keeps a lock
+  std::wstring read_schema;    ///< gives the schema as it stands in a statement, or null, and whether texts are UTF-8
+  std::wstring lock_creation;  ///< until the transaction ends, no other session creates or migrates this store
+  std::wstring become_owner;   ///< until the transaction ends, new tables belong to the owner of the schema
+  std::wstring count_tables;   ///< how many of the store's tables there are, and of `rule_store` with a version
+  std::wstring read_version;   ///< gives the application and the version
+  std::wstring write_version;  ///< application, version
+  int first_version = 0;       ///< the version to which the first of the migrations leads
+  std::vector<std::wstring> migrations;  ///< each leads to the next version. A step never changes once it was shipped
+
+  std::wstring lock_store;    ///< until the transaction ends, no other workbench changes the store; gives the counter
+  std::wstring read_changes;  ///< the counter of changes
+
+  std::wstring select_rules;
+  std::wstring select_rule;   ///< number
+  std::wstring insert_rule;   ///< name and numbers; gives the rule's number
+  std::wstring update_rule;   ///< name and numbers, number, revision
+  std::wstring delete_rule;   ///< number, revision
+  std::wstring import_rules;  ///< a batch without two rules of one name; each changes the rule of its name or is added
+  std::wstring insert_rules;  ///< a batch
+
+  std::wstring select_settings;
+  std::wstring select_setting;   ///< number
+  std::wstring insert_setting;   ///< the setting's values; gives its number
+  std::wstring update_setting;   ///< the setting's values, number, revision
+  std::wstring delete_setting;   ///< number, revision
+  std::wstring delete_settings;  ///< all of them
+  std::wstring insert_settings;  ///< a batch
+
+  std::wstring select_calendars;
+  std::wstring replace_calendars;   ///< a batch of calendars without their days
+  std::wstring delete_closed_days;  ///< a batch of calendars: their days
+  std::wstring insert_closed_days;  ///< a batch of days
+  std::wstring delete_content;      ///< all rules, settings and calendars
+};
+
+/// PostgreSQL 13 or later.
+const ServerDialect& postgres();
+
+}  // namespace workbench

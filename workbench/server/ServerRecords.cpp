@@ -1,0 +1,193 @@
+#include "ServerRecords.h"
+
+#include <set>
+#include <span>
+
+#include "EscapedText.h"
+#include "JsonRecords.h"
+#include "ServerError.h"
+#include "ServerText.h"
+
+namespace workbench {
+
+namespace {
+
+/// How many records go in one statement: enough for the time on the way not to count, and few enough for a cancelled
+/// import to end soon.
+constexpr std::size_t batch_size = 500;
+
+StoredRule read_rule(ServerSession& session, odbc::OdbcStatement& row) {
+  StoredRule stored;
+  stored.number = static_cast<long>(row.integer(0));
+  stored.revision = row.integer(1);
+  stored.rule.name = read_text(session, row, 2);
+  int index = 3;
+  for (const RuleColumn& column : rule_columns) stored.rule.*column.value = static_cast<long>(row.integer(index++));
+  return stored;
+}
+
+/// Binds the name and the numbers to the parameters from 1 on.
+odbc::OdbcStatement& bind_rule(odbc::OdbcStatement& statement, const Rule& rule) {
+  statement.bind(1, to_escaped_text(rule.name));
+  int parameter = 2;
+  for (const RuleColumn& column : rule_columns) statement.bind(parameter++, rule.*column.value);
+  return statement;
+}
+
+constexpr int parameter_after_rule = 2 + static_cast<int>(rule_columns.size());
+
+StoredSetting read_setting(ServerSession& session, odbc::OdbcStatement& row) {
+  StoredSetting stored;
+  stored.number = static_cast<long>(row.integer(0));
+  stored.revision = row.integer(1);
+  stored.setting.name = read_text(session, row, 2);
+  stored.setting.rule_name = read_text(session, row, 3);
+  stored.setting.calendar = read_text(session, row, 4);
+  stored.setting.months = read_text(session, row, 5);
+  stored.setting.last_day_is_expiration = row.integer(6) == 1;
+  return stored;
+}
+
+/// Binds the setting to the parameters 1 to 5.
+odbc::OdbcStatement& bind_setting(odbc::OdbcStatement& statement, const SymbolSourceSetting& setting) {
+  return statement.bind(1, to_escaped_text(setting.name))
+      .bind(2, to_escaped_text(setting.rule_name))
+      .bind(3, to_escaped_text(setting.calendar))
+      .bind(4, to_escaped_text(setting.months))
+      .bind(5, setting.last_day_is_expiration ? 1 : 0);
+}
+
+/// Runs `body`, which names this rule, and says which name another rule has.
+template <class Body>
+auto refuse_duplicate(const std::wstring& name, const Body& body) {
+  try {
+    return body();
+  } catch (const odbc::OdbcError& error) {
+    if (server_error_kind(error.state()) == StoreErrorKind::duplicate_name) throw duplicate_rule_name(name);
+    throw;
+  }
+}
+
+long read_number(odbc::OdbcStatement& statement) {
+  statement.execute();
+  statement.fetch();
+  return static_cast<long>(statement.integer(0));
+}
+
+template <class Record, class Convert>
+void insert_in_batches(ServerSession& session, const std::wstring& sql, const std::vector<Record>& records,
+                       const Convert& as_json, const schedule::Progress& progress = {}) {
+  odbc::OdbcStatement insert = session.prepare(sql);
+  std::size_t done = 0;
+  while (done < records.size()) {
+    const std::size_t end = std::min(done + batch_size, records.size());
+    const auto batch = std::span(records).subspan(done, end - done);
+    for (; done < end; ++done) schedule::advance(progress, done, records.size());
+    insert.bind(1, as_json(batch)).execute();
+  }
+}
+
+void insert_settings(ServerSession& session, const std::vector<SymbolSourceSetting>& settings,
+                     const schedule::Progress& progress = {}) {
+  insert_in_batches(session, session.sql().insert_settings, settings, &settings_as_json, progress);
+}
+
+}  // namespace
+
+std::vector<StoredRule> select_rules(ServerSession& session) {
+  std::vector<StoredRule> rules;
+  odbc::OdbcStatement rows = session.prepare(session.sql().select_rules);
+  rows.execute();
+  while (rows.fetch()) rules.push_back(read_rule(session, rows));
+  return rules;
+}
+
+std::optional<StoredRule> select_rule(ServerSession& session, long number) {
+  odbc::OdbcStatement row = session.prepare(session.sql().select_rule);
+  row.bind(1, number).execute();
+  if (!row.fetch()) return std::nullopt;
+  return read_rule(session, row);
+}
+
+long insert_rule(ServerSession& session, const Rule& rule) {
+  odbc::OdbcStatement insert = session.prepare(session.sql().insert_rule);
+  return refuse_duplicate(rule.name, [&] { return read_number(bind_rule(insert, rule)); });
+}
+
+bool update_rule(ServerSession& session, const StoredRule& old, const Rule& rule) {
+  odbc::OdbcStatement update = session.prepare(session.sql().update_rule);
+  bind_rule(update, rule).bind(parameter_after_rule, old.number).bind(parameter_after_rule + 1, old.revision);
+  return refuse_duplicate(rule.name, [&] { return update.execute() == 1; });
+}
+
+bool delete_rule(ServerSession& session, const StoredRule& stored) {
+  odbc::OdbcStatement remove = session.prepare(session.sql().delete_rule);
+  remove.bind(1, stored.number).bind(2, stored.revision);
+  try {
+    return remove.execute() == 1;
+  } catch (const odbc::OdbcError& error) {
+    if (server_error_kind(error.state()) == StoreErrorKind::in_use) throw rule_in_use(stored.rule.name);
+    throw;
+  }
+}
+
+std::vector<StoredSetting> select_settings(ServerSession& session) {
+  std::vector<StoredSetting> settings;
+  odbc::OdbcStatement rows = session.prepare(session.sql().select_settings);
+  rows.execute();
+  while (rows.fetch()) settings.push_back(read_setting(session, rows));
+  return settings;
+}
+
+std::optional<StoredSetting> select_setting(ServerSession& session, long number) {
+  odbc::OdbcStatement row = session.prepare(session.sql().select_setting);
+  row.bind(1, number).execute();
+  if (!row.fetch()) return std::nullopt;
+  return read_setting(session, row);
+}
+
+long insert_setting(ServerSession& session, const SymbolSourceSetting& setting) {
+  odbc::OdbcStatement insert = session.prepare(session.sql().insert_setting);
+  return read_number(bind_setting(insert, setting));
+}
+
+bool update_setting(ServerSession& session, long number, Revision revision, const SymbolSourceSetting& setting) {
+  odbc::OdbcStatement update = session.prepare(session.sql().update_setting);
+  return bind_setting(update, setting).bind(6, number).bind(7, revision).execute() == 1;
+}
+
+bool delete_setting(ServerSession& session, long number, Revision revision) {
+  return session.prepare(session.sql().delete_setting).bind(1, number).bind(2, revision).execute() == 1;
+}
+
+void import_rules(ServerSession& session, const std::vector<Rule>& rules, const schedule::Progress& progress) {
+  odbc::OdbcStatement import = session.prepare(session.sql().import_rules);
+  std::set<std::wstring> names;
+  std::size_t first = 0;
+  const auto send = [&](std::size_t end) {
+    if (first < end) import.bind(1, rules_as_json(std::span(rules).subspan(first, end - first))).execute();
+    first = end;
+    names.clear();
+  };
+  for (std::size_t i = 0; i < rules.size(); ++i) {
+    schedule::advance(progress, i, rules.size());
+    // A batch sees the store as it was before it, so the second rule of a name waits for the next.
+    if (names.size() == batch_size || names.contains(rules[i].name)) send(i);
+    names.insert(rules[i].name);
+  }
+  send(rules.size());
+}
+
+void replace_settings(ServerSession& session, const std::vector<SymbolSourceSetting>& settings,
+                      const schedule::Progress& progress) {
+  session.execute(session.sql().delete_settings);
+  insert_settings(session, settings, progress);
+}
+
+void insert_content(ServerSession& session, const StoreContent& content) {
+  insert_in_batches(session, session.sql().insert_rules, content.rules, &rules_as_json);
+  insert_settings(session, content.settings);
+  replace_calendars(session, content.calendars);
+}
+
+}  // namespace workbench
