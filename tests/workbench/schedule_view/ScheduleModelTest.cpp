@@ -212,7 +212,7 @@ TEST(ScheduleModel, RowsAreThoseOfTheLines) {
 TEST(ScheduleModel, MonthsBeforeTheCalendarNameItsFirstDay) {
   ScheduleChoice choice = choice_of_setting(1);
   EXPECT_FALSE(make_schedule(sample_data(), choice).unknown_before);
-  const schedule::Calendar& calendar = sample_data().calendars.front();
+  const schedule::Calendar calendar = sample_data().calendars.front();
   const std::chrono::year_month_day from{calendar.from};
   choice.first = from.year() / from.month() - std::chrono::months{2};
   choice.months = 2;
