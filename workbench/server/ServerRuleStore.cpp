@@ -3,6 +3,7 @@
 #include <optional>
 #include <set>
 
+#include "ExpectedRevision.h"
 #include "ServerRecords.h"
 #include "ServerSchema.h"
 #include "ServerSession.h"
@@ -170,17 +171,11 @@ class ServerRuleStore final : public RuleStore {
   }
 
   StoredRule require_rule(long number, std::optional<Revision> expected) {
-    std::optional<StoredRule> rule = select_rule(session_, number);
-    if (!rule) throw rule_not_found(number);
-    if (expected && *expected != rule->revision) throw rule_changed(rule->rule.name);
-    return *std::move(rule);
+    return workbench::require_rule(select_rule(session_, number), number, expected);
   }
 
   StoredSetting require_setting(long number, std::optional<Revision> expected) {
-    std::optional<StoredSetting> stored = select_setting(session_, number);
-    if (!stored) throw setting_not_found(number);
-    if (expected && *expected != stored->revision) throw setting_changed(stored->setting.name);
-    return *std::move(stored);
+    return workbench::require_setting(select_setting(session_, number), number, expected);
   }
 
   ServerSession session_;

@@ -2,6 +2,7 @@
 
 #include <optional>
 
+#include "ExpectedRevision.h"
 #include "SqliteDatabase.h"
 #include "SqliteRecords.h"
 #include "StoreFile.h"
@@ -133,17 +134,11 @@ class SqliteRuleStore final : public RuleStore {
   }
 
   StoredRule require_rule(long number, std::optional<Revision> expected) {
-    std::optional<StoredRule> rule = try_load_rule(number);
-    if (!rule) throw rule_not_found(number);
-    if (expected && *expected != rule->revision) throw rule_changed(rule->rule.name);
-    return *std::move(rule);
+    return workbench::require_rule(try_load_rule(number), number, expected);
   }
 
   StoredSetting require_setting(long number, std::optional<Revision> expected) {
-    std::optional<StoredSetting> stored = select_setting(database_, number);
-    if (!stored) throw setting_not_found(number);
-    if (expected && *expected != stored->revision) throw setting_changed(stored->setting.name);
-    return *std::move(stored);
+    return workbench::require_setting(select_setting(database_, number), number, expected);
   }
 
   /// SQLite's data_version; nullopt while the file is locked. Never waits.
