@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "ModulePath.h"
+#include "RecentStores.h"
 #include "ScopedFlag.h"
 #include "StoreMessages.h"
 #include "Texts.h"
@@ -17,24 +18,49 @@ constexpr int menus_after_those_of_plugins = 1;
 
 }  // namespace
 
-Application::Application(std::shared_ptr<RuleStore> store, std::wstring store_path, FileDialogs file_dialogs)
-    : store_(std::move(store)),
-      store_path_(std::move(store_path)),
-      window_(events()),
-      schedule_commands_(*store_, window_, std::move(file_dialogs), [this](long number) { open_rule(number); }),
-      menu_(std::make_shared<MainMenu>(GetMenu(window_.handle()), menus_after_those_of_plugins, targets_,
-                                       [this] { DrawMenuBar(window_.handle()); })),
-      hot_keys_(std::make_shared<HotKeys>(targets_)),
-      classes_(store_, store_listeners()) {
-  window_.show_store(store_path_);
-  window_.show_message(text(IDS_READY));
-  subscribe_to_store();
-  refresh_panes();
+Application::Application(OpenedStore store, FileDialogs file_dialogs)
+    : window_(events()),
+      file_dialogs_(std::move(file_dialogs)),
+      chooser_(window_, file_dialogs_, [this](OpenedStore opened) { change_store(std::move(opened)); }) {
+  connect(std::move(store));
 }
 
 Application::~Application() { unload_plugin(); }
 
+void Application::connect(OpenedStore opened) {
+  subscription_.reset();
+  classes_.reset();
+  store_ = std::move(opened.store);
+  store_description_ = std::move(opened.description);
+  schedule_commands_.emplace(*store_, window_, file_dialogs_, [this](long number) { open_rule(number); });
+  menu_ = std::make_shared<MainMenu>(GetMenu(window_.handle()), menus_after_those_of_plugins, targets_,
+                                     [this] { DrawMenuBar(window_.handle()); });
+  hot_keys_ = std::make_shared<HotKeys>(targets_);
+  classes_.emplace(store_, store_listeners());
+  window_.show_store(store_description_);
+  window_.show_message(text(IDS_READY));
+  subscribe_to_store();
+  refresh_panes();
+  if (!opened.name.empty()) remember_store(opened.name);
+}
+
+void Application::change_store(OpenedStore opened) {
+  const bool has_plugin = plugin_.has_value();
+  unload_plugin();
+  window_.show_nothing();
+  window_.reset_menu();
+  connect(std::move(opened));
+  if (has_plugin) load_plugin(std::filesystem::path(module_));
+  offer_calendars();
+}
+
+void Application::run_if_idle(const std::function<void()>& command) {
+  if (calling_plugin_ || !IsWindowEnabled(window_.handle())) return window_.show_message(text(IDS_BUSY));
+  command();
+}
+
 void Application::load_plugin(const std::filesystem::path& module) {
+  module_ = module;
   try {
     plugin_.emplace(module);
   } catch (const _com_error& error) {
@@ -73,21 +99,25 @@ void Application::run(long shown_rule) {
 }
 
 MainWindowEvents Application::events() {
-  return {.open_rule = [this](long number) { open_rule(number); },
-          .run_command = [this](long id) { run_command(id); },
-          .run_schedule_command = [this](UINT id) { schedule_commands_.run(id); },
-          .refresh =
-              [this] {
-                if (refresh_panes()) window_.show_message(text(IDS_REFRESHED));
-              },
-          .on_timer =
-              [this] {
-                look_for_changes();
-                show_alarms();
-              },
-          .hint = [this](HMENU submenu) { return menu_->hint(submenu); },
-          .about = [this] { show_about(); },
-          .may_close = [this] { return may_close(); }};
+  return {
+      .open_rule = [this](long number) { open_rule(number); },
+      .run_command = [this](long id) { run_command(id); },
+      .run_schedule_command = [this](UINT id) { schedule_commands_->run(id); },
+      .refresh =
+          [this] {
+            if (refresh_panes()) window_.show_message(text(IDS_REFRESHED));
+          },
+      .on_timer =
+          [this] {
+            look_for_changes();
+            show_alarms();
+          },
+      .hint = [this](HMENU submenu) { return menu_->hint(submenu); },
+      .about = [this] { show_about(); },
+      .may_close = [this] { return may_close(); },
+      .open_store = [this] { run_if_idle([this] { chooser_.choose(); }); },
+      .open_recent_store = [this](std::size_t index) { run_if_idle([this, index] { chooser_.open_recent(index); }); },
+      .recent_stores = &StoreChooser::recent};
 }
 
 /// A change may happen in the middle of a call of the plug-in, so the panes follow when the message loop runs next,
@@ -144,7 +174,7 @@ void Application::run_command(long id) {
 }
 
 void Application::show_about() {
-  window_.try_show_box(text(IDS_ABOUT, {program_version(), store_path_}), MB_ICONINFORMATION);
+  window_.try_show_box(text(IDS_ABOUT, {program_version(), store_description_}), MB_ICONINFORMATION);
 }
 
 /// A window that closes under an open dialog of the plug-in would take its owner away.

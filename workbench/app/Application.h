@@ -14,6 +14,7 @@
 #include "PluginHost.h"
 #include "RuleStore.h"
 #include "ScheduleCommands.h"
+#include "StoreChooser.h"
 
 namespace workbench {
 
@@ -21,9 +22,7 @@ namespace workbench {
 /// single-threaded apartment.
 class Application {
  public:
-  /// `store` is the open store in the file `store_path`, which is shown to the user.
-  Application(std::shared_ptr<RuleStore> store, std::wstring store_path,
-              FileDialogs file_dialogs = system_file_dialogs());
+  explicit Application(OpenedStore store, FileDialogs file_dialogs = system_file_dialogs());
   Application(const Application&) = delete;
   Application& operator=(const Application&) = delete;
   ~Application();
@@ -34,13 +33,19 @@ class Application {
   void load_plugin(const std::filesystem::path& module);
 
   /// Offers newer calendars; see `ScheduleCommands`.
-  void offer_calendars(const ShippedCalendars& shipped = {}) { schedule_commands_.offer_calendars(shipped); }
+  void offer_calendars(const ShippedCalendars& shipped = {}) { schedule_commands_->offer_calendars(shipped); }
 
   /// Runs until the window is closed. A rule other than 0 is opened in the editor first.
   void run(long shown_rule);
 
  private:
   MainWindowEvents events();
+  /// Joins the store to the window. The plug-in is not loaded.
+  void connect(OpenedStore opened);
+  /// The same with a plug-in that is created again, so that nothing of the present store is left anywhere.
+  void change_store(OpenedStore opened);
+  /// Runs a command that may change the store, unless a dialog is open.
+  void run_if_idle(const std::function<void()>& command);
   void subscribe_to_store();
   /// Returns whether the store could be read; if not, the panes stay unchanged and the status bar says why.
   bool refresh_panes();
@@ -61,15 +66,19 @@ class Application {
   void show_error(const std::wstring& message);
   void show_alarms();
 
-  std::shared_ptr<RuleStore> store_;
-  std::wstring store_path_;
-  StoreSubscription subscription_;
   CommandTargets targets_;
   MainWindow window_;
-  ScheduleCommands schedule_commands_;
+  FileDialogs file_dialogs_;
+  StoreChooser chooser_;
+  // Of the present store:
+  std::shared_ptr<RuleStore> store_;
+  std::wstring store_description_;
+  StoreSubscription subscription_;
+  std::optional<ScheduleCommands> schedule_commands_;
   std::shared_ptr<MainMenu> menu_;
   std::shared_ptr<HotKeys> hot_keys_;
-  HostClasses classes_;
+  std::optional<HostClasses> classes_;
+  std::filesystem::path module_;
   std::optional<PluginHost> plugin_;
   bool calling_plugin_ = false;
   bool refresh_posted_ = false;

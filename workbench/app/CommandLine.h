@@ -17,7 +17,7 @@ struct CommandLine {
   enum class Action { run, print_rules, version, help };
 
   Action action = Action::run;
-  std::filesystem::path store{};   ///< empty: the default place
+  std::wstring store{};            ///< as the user names it; empty: the default place
   std::filesystem::path module{};  ///< empty: the registered module, else the one beside the program
   long shown_rule = 0;             ///< the rule that is opened in the editor after the start; 0: none
 

@@ -6,6 +6,7 @@
 #include <string>
 #include <type_traits>
 
+#include "Owned.h"
 #include "TextEncoding.h"
 
 namespace workbench {
@@ -60,6 +61,50 @@ bool write(DWORD which, Text text, const schedule::Progress& progress) {
                               : write_bytes(handle, base::to_utf8(text), progress);
 }
 
+base::FileHandle open_console(const wchar_t* name) {
+  return base::FileHandle(CreateFileW(name, GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                      OPEN_EXISTING, 0, nullptr));
+}
+
+bool is_console_program() {
+  const auto* image = reinterpret_cast<const BYTE*>(GetModuleHandleW(nullptr));
+  const auto* header = reinterpret_cast<const IMAGE_DOS_HEADER*>(image);
+  const auto* headers = reinterpret_cast<const IMAGE_NT_HEADERS*>(image + header->e_lfanew);
+  return headers->OptionalHeader.Subsystem == IMAGE_SUBSYSTEM_WINDOWS_CUI;
+}
+
+/// While it lives, a console hands on each key as it is typed, Ctrl+C too, and shows none.
+class ScopedKeyInput {
+ public:
+  explicit ScopedKeyInput(HANDLE input) : input_(input) {
+    GetConsoleMode(input_, &mode_);
+    SetConsoleMode(input_, mode_ & ~DWORD{ENABLE_LINE_INPUT | ENABLE_ECHO_INPUT | ENABLE_PROCESSED_INPUT});
+  }
+  ScopedKeyInput(const ScopedKeyInput&) = delete;
+  ScopedKeyInput& operator=(const ScopedKeyInput&) = delete;
+  ~ScopedKeyInput() { SetConsoleMode(input_, mode_); }
+
+ private:
+  HANDLE input_;
+  DWORD mode_ = 0;
+};
+
+std::optional<std::wstring> read_keys(HANDLE input) {
+  constexpr wchar_t control_c = 0x03;
+  constexpr wchar_t rubout = 0x7F;
+  std::wstring line;
+  wchar_t key = 0;
+  DWORD read = 0;
+  while (ReadConsoleW(input, &key, 1, &read, nullptr) && read == 1 && key != control_c) {
+    if (key == L'\r' || key == L'\n') return line;
+    if (key != L'\b' && key != rubout)
+      line += key;
+    else if (!line.empty())
+      line.pop_back();
+  }
+  return std::nullopt;
+}
+
 }  // namespace
 
 bool write_output(std::wstring_view text) { return write(STD_OUTPUT_HANDLE, text, {}); }
@@ -73,5 +118,17 @@ bool write_output_utf8(std::string_view text, const schedule::Progress& progress
 bool is_output_on_console() { return is_console(standard_handle(STD_OUTPUT_HANDLE)); }
 
 bool is_error_on_console() { return is_console(standard_handle(STD_ERROR_HANDLE)); }
+
+bool can_read_secret() { return is_console_program() && open_console(L"CONIN$") && open_console(L"CONOUT$"); }
+
+std::optional<std::wstring> read_secret(const std::wstring& prompt) {
+  const base::FileHandle input = open_console(L"CONIN$");
+  const base::FileHandle output = open_console(L"CONOUT$");
+  const ScopedKeyInput keys(input.get());
+  write_to_console(output.get(), prompt, {});
+  std::optional<std::wstring> line = read_keys(input.get());
+  write_to_console(output.get(), L"\n", {});
+  return line;
+}
 
 }  // namespace workbench

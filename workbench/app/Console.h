@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+#include <string>
 #include <string_view>
 
 #include "Progress.h"
@@ -18,5 +20,13 @@ bool write_output_utf8(std::string_view text, const schedule::Progress& progress
 /// Whether a person sees the standard output, or the standard error output, in a console.
 bool is_output_on_console();
 bool is_error_on_console();
+
+/// Whether `read_secret` can ask somebody. A program with a window cannot, even where it writes to a console: the shell
+/// that started it does not wait for it and would take what is typed.
+bool can_read_secret();
+
+/// Shows this text in the console, whatever the standard handles are, and reads a line that is not shown. Returns
+/// nothing when the user presses Ctrl+C.
+std::optional<std::wstring> read_secret(const std::wstring& prompt);
 
 }  // namespace workbench

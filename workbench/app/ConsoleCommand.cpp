@@ -9,10 +9,11 @@
 #include "Files.h"
 #include "FirstContent.h"
 #include "MemoryRuleStore.h"
+#include "PasswordPrompt.h"
 #include "ScheduleConversion.h"
 #include "ScheduleRecords.h"
 #include "ShippedUpdate.h"
-#include "SqliteRuleStore.h"
+#include "StoreLocation.h"
 #include "StoreMessages.h"
 #include "TextEncoding.h"
 #include "UiLanguage.h"
@@ -69,19 +70,18 @@ class ProgressDisplay {
 };
 
 /// The store of a command. One that is still to be created is in memory until the command changes it, so that a command
-/// that fails leaves no file, and the file begins with the change.
+/// that fails leaves nothing behind, and the store begins with the change.
 class CommandStore {
  public:
-  explicit CommandStore(const CommandArguments& arguments)
-      : path_(std::filesystem::absolute(base::from_utf8(arguments.store))) {
-    std::error_code unknown;
-    const auto size = std::filesystem::file_size(path_, unknown);
-    if (arguments.creates_store() && !std::filesystem::is_directory(path_, unknown) && (unknown || size == 0)) {
+  explicit CommandStore(const CommandArguments& arguments) : location_(find_store(base::from_utf8(arguments.store))) {
+    try {
+      store_ =
+          location_->open({.first_content = first_content(), .may_create = false, .ask_password = &ask_at_console});
+    } catch (const StoreError& error) {
+      if (error.kind() != StoreErrorKind::missing || !arguments.creates_store()) throw;
       is_new_ = true;
       store_ = std::make_unique<MemoryRuleStore>();
       store_->replace_content(first_content());
-    } else {
-      store_ = open_sqlite_store(path_, {.first_content = first_content(), .may_create = false});
     }
   }
 
@@ -95,16 +95,10 @@ class CommandStore {
 
  private:
   void create(const schedule::WantedChange& wanted, const schedule::Progress& progress) {
-    std::error_code unknown;
-    const bool existed = std::filesystem::exists(path_, unknown);
-    try {
-      const auto file = open_sqlite_store(path_, {.first_content = content_of(*store_), .progress = progress});
-      // Another program may have created the file meanwhile.
-      if (content_of(*file) != content_of(*store_)) change(*file, wanted, progress);
-    } catch (const schedule::Cancelled&) {
-      if (!existed && std::filesystem::file_size(path_, unknown) == 0) std::filesystem::remove(path_, unknown);
-      throw;
-    }
+    const auto created =
+        location_->open({.first_content = content_of(*store_), .ask_password = &ask_at_console, .progress = progress});
+    // Another program may have created the store meanwhile.
+    if (content_of(*created) != content_of(*store_)) change(*created, wanted, progress);
   }
 
   static void change(RuleStore& store, const schedule::WantedChange& wanted, const schedule::Progress& progress) {
@@ -125,7 +119,7 @@ class CommandStore {
     return content;
   }
 
-  std::filesystem::path path_;
+  std::unique_ptr<StoreLocation> location_;
   std::unique_ptr<RuleStore> store_;
   bool is_new_ = false;
 };
@@ -146,6 +140,9 @@ class ConsoleCommand {
       return exit_code;
     } catch (const StoreError& error) {
       write_error(store_message(error) + L"\n");
+      return schedule::unusable_file;
+    } catch (const StoreLocationError& error) {
+      write_error(error.message + L"\n");
       return schedule::unusable_file;
     } catch (const schedule::Cancelled&) {
       report_error(MistakeKind::cancelled, {});

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "CommandTargets.h"
+#include "Hresult.h"
 #include "ModulePath.h"
 #include "ScheduleConversion.h"
 #include "Texts.h"
@@ -67,6 +68,25 @@ void MainWindow::show(std::vector<StoredRule> rules, std::vector<StoredSetting> 
   showing_ = false;
   schedule_->show_data(std::move(data));
   show_selected();
+}
+
+void MainWindow::show_nothing() {
+  status_->show_rule_count(0);
+  showing_ = true;
+  settings_->show({}, {});
+  rules_->show({});
+  showing_ = false;
+  schedule_->forget_data();
+}
+
+void MainWindow::reset_menu() {
+  base::Menu menu(load_menu(IDR_MAIN_MENU));
+  base::Menu old(GetMenu(handle()));
+  if (!menu || !SetMenu(handle(), menu.get())) {
+    old.detach();
+    base::throw_last_failure();
+  }
+  menu.detach();
 }
 
 void MainWindow::post(std::function<void()> task) {
@@ -184,7 +204,12 @@ LRESULT MainWindow::on_command(WORD id) {
     case IDM_ABOUT:
       events_.about();
       return 0;
+    case IDM_OPEN_STORE:
+      events_.open_store();
+      return 0;
     default:
+      if (id >= IDM_FIRST_RECENT_STORE && id <= IDM_LAST_RECENT_STORE)
+        events_.open_recent_store(static_cast<std::size_t>(id - IDM_FIRST_RECENT_STORE));
       if (id >= IDM_FIRST_SCHEDULE_COMMAND && id <= IDM_LAST_SCHEDULE_COMMAND) events_.run_schedule_command(id);
       if (id >= CommandTargets::first_id && id <= CommandTargets::last_id) events_.run_command(id);
       return 0;
@@ -362,6 +387,8 @@ void MainWindow::show_selected() {
 }
 
 void MainWindow::update_menu(HMENU menu) {
+  if (const UINT first = GetMenuItemID(menu, 0); first >= IDM_NO_RECENT_STORE && first <= IDM_LAST_RECENT_STORE)
+    return fill_recent_stores(menu);
   const auto enable = [&](UINT id, bool enabled) { EnableMenuItem(menu, id, enabled ? MF_ENABLED : MF_GRAYED); };
   enable(IDM_EDIT_SETTING, focused_setting() != 0);
   enable(IDM_DELETE_SETTING, focused_setting() != 0);
@@ -369,6 +396,18 @@ void MainWindow::update_menu(HMENU menu) {
     enable(id, !schedule_->schedule().lines.empty());
   enable(IDM_DISMISS, schedule_->compares());
   CheckMenuItem(menu, IDM_ESTIMATES, schedule_->shows_estimates() ? MF_CHECKED : MF_UNCHECKED);
+}
+
+void MainWindow::fill_recent_stores(HMENU menu) const {
+  while (DeleteMenu(menu, 0, MF_BYPOSITION)) continue;
+  UINT id = IDM_FIRST_RECENT_STORE;
+  for (const std::wstring& store : events_.recent_stores()) {
+    std::wstring caption = L"&" + std::to_wstring(id - IDM_FIRST_RECENT_STORE + 1) + L" ";
+    for (const wchar_t unit : store) caption.append(unit == L'&' ? 2 : 1, unit);
+    AppendMenuW(menu, MF_STRING, id++, caption.c_str());
+  }
+  if (id == IDM_FIRST_RECENT_STORE)
+    AppendMenuW(menu, MF_STRING | MF_GRAYED, IDM_NO_RECENT_STORE, text(IDS_NO_RECENT_STORE).c_str());
 }
 
 SIZE MainWindow::client_size() const {

@@ -28,6 +28,9 @@ struct MainWindowEvents {
   std::function<std::wstring(HMENU submenu)> hint;  ///< for the status bar
   std::function<void()> about;
   std::function<bool()> may_close;  ///< prepares the end; false keeps the window open
+  std::function<void()> open_store;
+  std::function<void(std::size_t index)> open_recent_store;
+  std::function<std::vector<std::wstring>()> recent_stores;  ///< what the menu shows for each
 };
 
 /// The frame: menu, pane of rules, splitter, pane of symbol source settings, status bar.
@@ -37,6 +40,10 @@ class MainWindow final : public Window {
 
   void show(std::vector<StoredRule> rules, std::vector<StoredSetting> settings,
             const std::vector<StoredCalendar>& calendars);
+  /// Shows nothing of a store. What is shown next is not compared with what was shown before.
+  void show_nothing();
+  /// Puts the program's own menu in the place of the one that plug-ins have changed.
+  void reset_menu();
   void show_message(const std::wstring& message) { status_->show_message(message); }
   void show_store(const std::wstring& path) { status_->show_store(path); }
 
@@ -80,6 +87,7 @@ class MainWindow final : public Window {
   void follow_selection(UINT_PTR list, UINT code);
   void show_selected();
   void update_menu(HMENU menu);
+  void fill_recent_stores(HMENU menu) const;
   std::vector<HWND> focus_order() const;
   static void focus_next(std::vector<HWND> order, bool backwards);
   SIZE client_size() const;

@@ -14,8 +14,10 @@
 #include "ConsoleCommand.h"
 #include "FirstContent.h"
 #include "LibrarySearch.h"
+#include "PasswordDialog.h"
+#include "PasswordPrompt.h"
 #include "RuleText.h"
-#include "SqliteRuleStore.h"
+#include "StoreLocation.h"
 #include "StoreMessages.h"
 #include "TextEncoding.h"
 #include "Texts.h"
@@ -49,28 +51,37 @@ bool print_rules(RuleStore& store) {
   return write_output(lines);
 }
 
-void run_window(const CommandLine& line, std::shared_ptr<RuleStore> store, const std::wstring& store_path) {
+void run_window(const CommandLine& line, OpenedStore store) {
   const INITCOMMONCONTROLSEX controls{sizeof(controls), ICC_LISTVIEW_CLASSES | ICC_BAR_CLASSES | ICC_PROGRESS_CLASS};
   InitCommonControlsEx(&controls);
   make_settings_key();
-  Application application(std::move(store), store_path);
+  Application application(std::move(store));
   application.load_plugin(line.module);
   application.run(line.shown_rule);
 }
 
 ExitCode run(const CommandLine& line) {
   try {
-    const std::filesystem::path path = line.store.empty() ? default_store() : std::filesystem::absolute(line.store);
+    const std::unique_ptr<StoreLocation> location =
+        find_store(line.store.empty() ? default_store().wstring() : line.store);
     // What only reads must not leave a store behind that nobody asked for.
     const bool shows_window = line.action == CommandLine::Action::run;
-    const std::shared_ptr<RuleStore> store =
-        open_sqlite_store(path, {.first_content = first_content(), .may_create = shows_window});
-    if (!shows_window) return print_rules(*store) ? schedule::done : schedule::unusable_file;
-    run_window(line, store, path.wstring());
+    const auto ask_in_box = [](const PasswordRequest& request) { return ask_in_dialog(nullptr, request); };
+    OpenedStore opened =
+        open_store(*location, {.first_content = first_content(),
+                               .may_create = shows_window,
+                               .ask_password = shows_window ? AskPassword(ask_in_box) : &ask_at_console});
+    if (!shows_window) return print_rules(*opened.store) ? schedule::done : schedule::unusable_file;
+    run_window(line, std::move(opened));
     return schedule::done;
   } catch (const StoreError& error) {
     report_error(text(IDS_STORE_NOT_OPENED, {store_message(error)}), line.action);
     return schedule::unusable_file;
+  } catch (const StoreLocationError& error) {
+    report_error(text(IDS_STORE_NOT_OPENED, {error.message}), line.action);
+    return schedule::unusable_file;
+  } catch (const schedule::Cancelled&) {
+    return schedule::not_started;
   } catch (const _com_error& error) {
     report_error(text(IDS_NOT_STARTED, {describe(error.Error())}), line.action);
     return schedule::not_started;

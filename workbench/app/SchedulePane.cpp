@@ -66,6 +66,15 @@ void SchedulePane::show_data(ScheduleData data) {
   update();
 }
 
+void SchedulePane::forget_data() {
+  baseline_.reset();
+  data_ = std::make_shared<ScheduleData>();
+  has_data_ = false;
+  choice_.rule = choice_.setting = 0;
+  fill_calendars();
+  update();
+}
+
 void SchedulePane::select_rule(long number) { select(number, 0); }
 
 void SchedulePane::select_setting(long number) { select(0, number); }

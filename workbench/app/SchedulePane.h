@@ -23,6 +23,8 @@ class SchedulePane final : public Window {
   /// Shows the dates of this content. What was shown before is what a comparison compares with. What takes long shows
   /// its progress, and a call meanwhile takes effect afterwards.
   void show_data(ScheduleData data);
+  /// Shows nothing. The next data are compared with nothing.
+  void forget_data();
   /// Shows the dates of the rule or the setting with this number; 0: of nothing.
   void select_rule(long number);
   void select_setting(long number);

@@ -17,6 +17,9 @@ struct DriverProfile {
   std::vector<Option> fixed_options;   ///< these hold whatever the string says
   std::vector<std::wstring> keywords;  ///< further ones that a string may hold
   Option encryption;  ///< a keyword and its strongest value, which includes that the server proves who it is
+  /// What stands in the text of a refusal, in any language, when the server wants a password and was given none.
+  /// Empty: the state says so.
+  std::string missing_password{};
 };
 
 /// Refuses keywords that the kind of server does not have: such an option could undo what the fixed ones and the

@@ -241,7 +241,8 @@ ServerDialect create_postgres() {
   sql.driver = {{L"PostgreSQL Unicode", L"PostgreSQL Unicode(x64)"},
                 {{L"Debug", L"0"}, {L"CommLog", L"0"}, {L"LFConversion", L"0"}},
                 {},
-                {L"SSLmode", L"verify-full"}};
+                {L"SSLmode", L"verify-full"},
+                "fe_sendauth:"};
   set_session_statements(sql);
   set_rule_statements(sql);
   set_setting_statements(sql);

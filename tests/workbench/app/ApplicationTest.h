@@ -46,7 +46,7 @@ class ApplicationTest : public testing::Test {
     store_->replace_settings({{L"IF.CFFEX", L"CSI 300"}});
   }
 
-  void start(std::shared_ptr<RuleStore> store) { application_.emplace(std::move(store), L"C:\\rules.db"); }
+  void start(std::shared_ptr<RuleStore> store) { application_.emplace(OpenedStore{std::move(store), L"C:\\rules.db"}); }
   void start() { start(store_); }
 
   HWND window() const { return application_->window(); }

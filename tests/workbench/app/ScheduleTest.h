@@ -30,7 +30,7 @@ class ScheduleTest : public ApplicationTest {
   }
 
   void start_at_2026() {
-    application_.emplace(store_, L"C:\\rules.db", files());
+    application_.emplace(OpenedStore{store_, L"C:\\rules.db"}, files());
     ShowWindow(window(), SW_SHOW);
     SetFocus(settings());
     choose_first_month(L"2026-01");
