@@ -170,7 +170,7 @@ stubs() {
   expect '^run: these arguments need a display'
   local argument
   for argument in --help --version --print-rules --schedule-all --find-rule --import --export --calendars --import-calendar \
-    --schedule --check; do
+    --copy-to --schedule --check; do
     DISPLAY='' run -0 ./run --store a $argument
     expect "^session <--virtual> .*workbench.exe> <--store> <a> <$argument>$"
   done

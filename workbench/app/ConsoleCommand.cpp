@@ -16,6 +16,7 @@
 #include "StoreLocation.h"
 #include "StoreMessages.h"
 #include "TextEncoding.h"
+#include "TextTable.h"
 #include "UiLanguage.h"
 
 namespace workbench {
@@ -131,6 +132,7 @@ class ConsoleCommand {
 
   schedule::ExitCode run() {
     try {
+      if (arguments_.action == CommandArguments::Action::copy_store) return copy_store();
       if (!arguments_.store.empty()) store_.emplace(arguments_);
       schedule::CommandOutput output = run_command(arguments_, input());
       // What changes is shown first. If it cannot be, nothing is changed.
@@ -151,6 +153,37 @@ class ConsoleCommand {
   }
 
  private:
+  schedule::ExitCode copy_store() {
+    const StoreCopy copy =
+        find_store(base::from_utf8(arguments_.store))
+            ->open({.first_content = first_content(), .may_create = false, .ask_password = &ask_at_console})
+            ->copy();
+    const std::unique_ptr<StoreLocation> target = find_store(base::from_utf8(arguments_.file));
+    refuse_present(*target, copy);
+    const schedule::TextTable counts{{"what", "count"},
+                                     {"rule", std::to_string(copy.rules.size())},
+                                     {"setting", std::to_string(copy.settings.size())},
+                                     {"calendar", std::to_string(copy.calendars.size())}};
+    schedule::CommandOutput output{.data = schedule::csv_text(counts)};
+    if (arguments_.dry_run)
+      output.messages.push_back(describe({0, MistakeKind::nothing_imported, {}}, chosen_language()));
+    else
+      output.change.emplace();
+    const schedule::ExitCode exit_code = write(output);
+    if (exit_code == schedule::done && !arguments_.dry_run)
+      target->open({.copied = &copy, .ask_password = &ask_at_console, .progress = progress_.part(0, 100)});
+    return exit_code;
+  }
+
+  /// Opens a store that must not be there, which asks for its password and finds what keeps it from being opened.
+  static void refuse_present(StoreLocation& target, const StoreCopy& copy) {
+    try {
+      target.open({.copied = &copy, .may_create = false, .ask_password = &ask_at_console});
+    } catch (const StoreError& error) {
+      if (error.kind() != StoreErrorKind::missing) throw;
+    }
+  }
+
   schedule::CommandInput input() {
     schedule::CommandInput input;
     input.read_file = [](const std::string& path) { return try_read_file(base::from_utf8(path)); };

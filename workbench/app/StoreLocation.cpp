@@ -31,9 +31,10 @@ class FileLocation final : public StoreLocation {
     std::error_code unknown;
     const bool existed = std::filesystem::exists(path_, unknown);
     try {
-      return open_sqlite_store(
-          path_,
-          {.first_content = opening.first_content, .may_create = opening.may_create, .progress = opening.progress});
+      return open_sqlite_store(path_, {.first_content = opening.first_content,
+                                       .may_create = opening.may_create,
+                                       .progress = opening.progress,
+                                       .copied = opening.copied});
     } catch (const schedule::Cancelled&) {
       if (!existed && std::filesystem::file_size(path_, unknown) == 0) std::filesystem::remove(path_, unknown);
       throw;
@@ -129,8 +130,10 @@ class ServerLocation final : public StoreLocation {
     PasswordSearch passwords(options_, opening.ask_password);
     for (;;) {
       try {
-        std::unique_ptr<RuleStore> store = open_server_store(
-            options_, {.first_content = opening.first_content, .may_create = opening.may_create, .api = opening.odbc});
+        std::unique_ptr<RuleStore> store = open_server_store(options_, {.first_content = opening.first_content,
+                                                                        .may_create = opening.may_create,
+                                                                        .api = opening.odbc,
+                                                                        .copied = opening.copied});
         passwords.accept();
         return store;
       } catch (const StoreError& error) {

@@ -36,8 +36,10 @@ using AskPassword = std::function<std::optional<EnteredPassword>(const PasswordR
 /// How a store is opened.
 struct StoreOpening {
   StoreContent first_content{};  ///< of a store that is created
-  bool may_create = true;        ///< whether one is created; if not, opening fails with `missing`
-  AskPassword ask_password{};    ///< none: a server that wants a password is refused
+  /// What a store is created from instead. Then one that is there already fails with `exists`.
+  const StoreCopy* copied = nullptr;
+  bool may_create = true;      ///< whether one is created; if not, opening fails with `missing`
+  AskPassword ask_password{};  ///< none: a server that wants a password is refused
   /// Called while a new store is filled. Cancels the creation with `schedule::Cancelled`, and nothing is left of it.
   schedule::Progress progress{};
   const odbc::OdbcApi* odbc = nullptr;  ///< the functions of ODBC; null: the system's

@@ -22,6 +22,7 @@ HRESULT store_result(StoreErrorKind kind) noexcept {
     case StoreErrorKind::invalid_value:
       return E_INVALIDARG;
     case StoreErrorKind::duplicate_name:
+    case StoreErrorKind::exists:
       return STG_E_FILEALREADYEXISTS;
     case StoreErrorKind::not_found:
     case StoreErrorKind::setting_not_found:

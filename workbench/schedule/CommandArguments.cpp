@@ -36,7 +36,7 @@ struct CommandName {
 
 constexpr std::string_view schedule_options = "--store --rules --calendar --from --months --estimate --format --today";
 
-constexpr std::array<CommandName, 8> commands{
+constexpr std::array<CommandName, 9> commands{
     {{"--schedule", Action::schedule, true, schedule_options},
      {"--schedule-all", Action::schedule_all, false, schedule_options},
      {"--check", Action::check, true, "--store --rules --calendar --against"},
@@ -44,7 +44,8 @@ constexpr std::array<CommandName, 8> commands{
      {"--import", Action::import_records, true, "--store --what --dry-run"},
      {"--export", Action::export_records, true, "--store --what"},
      {"--calendars", Action::list_calendars, false, "--store"},
-     {"--import-calendar", Action::import_calendar, true, "--store --name --from --to --dry-run"}}};
+     {"--import-calendar", Action::import_calendar, true, "--store --name --from --to --dry-run"},
+     {"--copy-to", Action::copy_store, true, "--store --dry-run"}}};
 
 const CommandName* find_command(std::string_view name) {
   const auto found = std::ranges::find(commands, name, &CommandName::name);

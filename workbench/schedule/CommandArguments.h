@@ -21,6 +21,7 @@ struct CommandArguments {
     export_records,
     list_calendars,
     import_calendar,
+    copy_store,  ///< of the caller alone, who has the stores
   };
   enum class Format { table, csv, json, icalendar, html };
 
@@ -28,7 +29,7 @@ struct CommandArguments {
   std::string store{};       ///< the store, or
   std::string rules_file{};  ///< the file of rules
   std::string rule{};        ///< the rule whose dates are wanted
-  std::string file{};        ///< the list of dates, or what is imported or exported
+  std::string file{};        ///< the list of dates, what is imported or exported, or the store that a copy becomes
   std::string calendar{};    ///< a name or a file
   std::optional<Month> from{};
   int months = 12;

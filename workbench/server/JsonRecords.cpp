@@ -35,25 +35,43 @@ std::wstring batch(std::span<const Record> records, const Convert& convert) {
   return base::from_utf8(array.dump());
 }
 
+Json as_json(const Rule& rule) {
+  Json object{{"rulename", stored(rule.name)}};
+  for (const RuleColumn& column : rule_columns) object[key(column.name)] = rule.*column.value;
+  return object;
+}
+
+Json as_json(const SymbolSourceSetting& setting) {
+  return {{"settingname", stored(setting.name)},
+          {"rulename", stored(setting.rule_name)},
+          {"calendarname", stored(setting.calendar)},
+          {"months", stored(setting.months)},
+          {"lasttradingday", setting.last_day_is_expiration ? 1 : 0}};
+}
+
+Json as_json(const StoredRule& record) {
+  Json object = as_json(record.rule);
+  object.update({{"ruleid", record.number}, {"revision", record.revision}});
+  return object;
+}
+
+Json as_json(const StoredSetting& record) {
+  Json object = as_json(record.setting);
+  object.update({{"settingid", record.number}, {"revision", record.revision}});
+  return object;
+}
+
+template <class Record>
+std::wstring batch(std::span<const Record> records) {
+  return batch(records, [](const Record& record) { return as_json(record); });
+}
+
 }  // namespace
 
-std::wstring rules_as_json(std::span<const Rule> rules) {
-  return batch(rules, [](const Rule& rule) {
-    Json object{{"rulename", stored(rule.name)}};
-    for (const RuleColumn& column : rule_columns) object[key(column.name)] = rule.*column.value;
-    return object;
-  });
-}
-
-std::wstring settings_as_json(std::span<const SymbolSourceSetting> settings) {
-  return batch(settings, [](const SymbolSourceSetting& setting) {
-    return Json{{"settingname", stored(setting.name)},
-                {"rulename", stored(setting.rule_name)},
-                {"calendarname", stored(setting.calendar)},
-                {"months", stored(setting.months)},
-                {"lasttradingday", setting.last_day_is_expiration ? 1 : 0}};
-  });
-}
+std::wstring rules_as_json(std::span<const Rule> rules) { return batch(rules); }
+std::wstring settings_as_json(std::span<const SymbolSourceSetting> settings) { return batch(settings); }
+std::wstring stored_rules_as_json(std::span<const StoredRule> rules) { return batch(rules); }
+std::wstring stored_settings_as_json(std::span<const StoredSetting> settings) { return batch(settings); }
 
 std::wstring calendars_as_json(std::span<const StoredCalendar> calendars) {
   return batch(calendars, [](const StoredCalendar& calendar) {

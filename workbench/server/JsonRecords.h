@@ -11,6 +11,11 @@ namespace workbench {
 
 std::wstring rules_as_json(std::span<const Rule> rules);
 std::wstring settings_as_json(std::span<const SymbolSourceSetting> settings);
+
+/// The same with the numbers and revisions.
+std::wstring stored_rules_as_json(std::span<const StoredRule> rules);
+std::wstring stored_settings_as_json(std::span<const StoredSetting> settings);
+
 std::wstring calendars_as_json(std::span<const StoredCalendar> calendars);
 
 /// The closed days of these calendars.

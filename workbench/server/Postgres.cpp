@@ -235,6 +235,36 @@ void set_calendar_statements(ServerDialect& sql) {
       L"DELETE FROM {schema}.calendars";
 }
 
+void set_copy_statements(ServerDialect& sql) {
+  const auto sequence = [](const wchar_t* table, const wchar_t* column) {
+    return std::wstring(L"CAST(pg_get_serial_sequence(quote_ident(current_schema()) || '.") + table + L"', '" + column +
+           L"') AS regclass)";
+  };
+  const std::wstring rules = sequence(L"rules", L"ruleid");
+  const std::wstring settings = sequence(L"symbol_source_settings", L"settingid");
+  sql.begin_snapshot = L"SET TRANSACTION ISOLATION LEVEL REPEATABLE READ, READ ONLY";
+  sql.select_last_numbers = L"SELECT coalesce(pg_sequence_last_value(" + rules +
+                            L"), 0), coalesce(pg_sequence_last_value(" + settings + L"), 0)";
+  // A sequence cannot be set to 0: then its first number comes next.
+  const auto set = [](const std::wstring& name, const wchar_t* given) {
+    return L"setval(" + name + L", greatest(" + given + L", 1), " + given + L" > 0)";
+  };
+  sql.set_last_numbers = L"SELECT " + set(rules, L"rule") + L", " + set(settings, L"setting") +
+                         L" FROM (SELECT CAST(? AS bigint), CAST(? AS bigint)) AS given(rule, setting)";
+  const auto with_numbers = [](const std::wstring& batch, const wchar_t* number) {
+    constexpr std::wstring_view before = L"record(";
+    return std::wstring(batch).insert(batch.find(before) + before.size(),
+                                      number + std::wstring(L" integer, Revision bigint, "));
+  };
+  const auto copy = [](const wchar_t* table, const std::wstring& columns, const std::wstring& batch) {
+    return std::wstring(L"INSERT INTO {schema}.") + table + L" (" + columns + L") OVERRIDING SYSTEM VALUE SELECT " +
+           columns + L" FROM " + batch + L" AS given ORDER BY position";
+  };
+  sql.copy_rules = copy(L"rules", L"RuleID, Revision, RuleName, " + rule_numbers, with_numbers(given_rules, L"RuleID"));
+  sql.copy_settings = copy(L"symbol_source_settings", L"SettingID, Revision, " + settings_columns,
+                           with_numbers(given_settings, L"SettingID"));
+}
+
 ServerDialect create_postgres() {
   ServerDialect sql;
   // The driver's logs would hold the password.
@@ -247,6 +277,7 @@ ServerDialect create_postgres() {
   set_rule_statements(sql);
   set_setting_statements(sql);
   set_calendar_statements(sql);
+  set_copy_statements(sql);
   return sql;
 }
 

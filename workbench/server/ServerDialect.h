@@ -42,6 +42,12 @@ struct ServerDialect {
   std::wstring delete_settings;  ///< all of them
   std::wstring insert_settings;  ///< a batch
 
+  std::wstring begin_snapshot;       ///< from now to the end of the transaction every statement sees one moment
+  std::wstring select_last_numbers;  ///< the last numbers of a rule and of a setting; 0 where none was given
+  std::wstring copy_rules;           ///< a batch with the numbers and revisions
+  std::wstring copy_settings;        ///< the same
+  std::wstring set_last_numbers;     ///< of a rule, of a setting
+
   std::wstring select_calendars;
   std::wstring replace_calendars;   ///< a batch of calendars without their days
   std::wstring delete_closed_days;  ///< a batch of calendars: their days

@@ -184,6 +184,14 @@ void replace_settings(ServerSession& session, const std::vector<SymbolSourceSett
   insert_settings(session, settings, progress);
 }
 
+void insert_stored(ServerSession& session, const std::vector<StoredRule>& rules) {
+  insert_in_batches(session, session.sql().copy_rules, rules, &stored_rules_as_json);
+}
+
+void insert_stored(ServerSession& session, const std::vector<StoredSetting>& settings) {
+  insert_in_batches(session, session.sql().copy_settings, settings, &stored_settings_as_json);
+}
+
 void insert_content(ServerSession& session, const StoreContent& content) {
   insert_in_batches(session, session.sql().insert_rules, content.rules, &rules_as_json);
   insert_settings(session, content.settings);

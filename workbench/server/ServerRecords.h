@@ -42,6 +42,10 @@ void import_rules(ServerSession& session, const std::vector<Rule>& rules, const 
 void replace_settings(ServerSession& session, const std::vector<SymbolSourceSetting>& settings,
                       const schedule::Progress& progress = {});
 
+/// Adds these records with their numbers and revisions.
+void insert_stored(ServerSession& session, const std::vector<StoredRule>& rules);
+void insert_stored(ServerSession& session, const std::vector<StoredSetting>& settings);
+
 /// Adds this content to an empty store.
 void insert_content(ServerSession& session, const StoreContent& content);
 

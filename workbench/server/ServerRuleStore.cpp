@@ -4,6 +4,7 @@
 #include <set>
 
 #include "ExpectedRevision.h"
+#include "ServerCopy.h"
 #include "ServerRecords.h"
 #include "ServerSchema.h"
 #include "ServerSession.h"
@@ -38,7 +39,7 @@ class ServerRuleStore final : public RuleStore {
       : session_(api_of(settings, odbc::describe(options, settings.dialect.driver)), options, settings.dialect) {
     refuse_invalid_content(settings.first_content);
     session_.call([&] {
-      prepare_schema(session_, settings.first_content, settings.may_create);
+      prepare_schema(session_, settings);
       known_changes_ = read_counter(session_.sql().read_changes);
     });
   }
@@ -135,6 +136,14 @@ class ServerRuleStore final : public RuleStore {
     change([&] {
       session_.execute(session_.sql().delete_content);
       insert_content(session_, content);
+    });
+  }
+
+  StoreCopy copy() override {
+    return session_.call([&] {
+      const odbc::OdbcTransaction moment(session_.connection());
+      session_.execute(session_.sql().begin_snapshot);
+      return select_copy(session_);
     });
   }
 

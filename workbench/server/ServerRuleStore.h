@@ -17,6 +17,8 @@ struct ServerStoreOptions {
   const ServerDialect& dialect = postgres();
   /// The functions of ODBC; null: the system's.
   const odbc::OdbcApi* api = nullptr;
+  /// What a new store is filled with instead of `first_content`. Then a schema that holds a store fails with `exists`.
+  const StoreCopy* copied = nullptr;
 };
 
 /// Opens the store in the current schema of this connection. Where the schema has none, its tables are created and

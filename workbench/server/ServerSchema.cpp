@@ -1,5 +1,6 @@
 #include "ServerSchema.h"
 
+#include "ServerCopy.h"
 #include "ServerRecords.h"
 
 namespace workbench {
@@ -33,29 +34,39 @@ std::int64_t read_version(ServerSession& session) {
 
 void select(ServerSession& session, const std::wstring& sql) { session.prepare(sql).execute(); }
 
-void migrate(ServerSession& session, const StoreContent& first_content) {
+/// A copy goes where there is no store.
+void refuse_copy(const ServerSession& session, const ServerStoreOptions& options) {
+  if (options.copied) session.fail(StoreErrorKind::exists, "the schema holds a store");
+}
+
+void migrate(ServerSession& session, const ServerStoreOptions& options) {
   const ServerDialect& sql = session.sql();
   odbc::OdbcTransaction transaction(session.connection());
   select(session, sql.lock_creation);
   // Another workbench may have been here first.
   const std::int64_t old_version = read_version(session);
+  if (old_version != 0) refuse_copy(session, options);
   if (old_version == present_version(sql)) return;
   select(session, sql.become_owner);
   const std::int64_t first_step = old_version == 0 ? 0 : old_version - sql.first_version + 1;
   for (auto step = static_cast<std::size_t>(first_step); step < sql.migrations.size(); ++step)
     session.execute(sql.migrations[step]);
   session.prepare(sql.write_version).bind(1, store_application).bind(2, present_version(sql)).execute();
-  if (old_version == 0) insert_content(session, first_content);
+  if (old_version == 0 && options.copied)
+    insert_copy(session, *options.copied);
+  else if (old_version == 0)
+    insert_content(session, options.first_content);
   transaction.commit();
 }
 
 }  // namespace
 
-void prepare_schema(ServerSession& session, const StoreContent& first_content, bool may_create) {
+void prepare_schema(ServerSession& session, const ServerStoreOptions& options) {
   const std::int64_t version = read_version(session);
+  if (version != 0) refuse_copy(session, options);
   if (version == present_version(session.sql())) return;
-  if (version == 0 && !may_create) session.fail(StoreErrorKind::missing, "there is no store in the schema");
-  migrate(session, first_content);
+  if (version == 0 && !options.may_create) session.fail(StoreErrorKind::missing, "there is no store in the schema");
+  migrate(session, options);
 }
 
 }  // namespace workbench

@@ -57,6 +57,8 @@ void FailingRuleStore::import_records(const StoreImport& records, const schedule
 
 void FailingRuleStore::replace_content(const StoreContent& content) { next().replace_content(content); }
 
+StoreCopy FailingRuleStore::copy() { return next().copy(); }
+
 bool FailingRuleStore::poll_for_changes() { return next().poll_for_changes(); }
 
 }  // namespace workbench

@@ -29,6 +29,7 @@ class FailingRuleStore final : public RuleStore {
   void replace_calendars(const std::vector<StoredCalendar>& calendars) override;
   void import_records(const StoreImport& records, const schedule::Progress& progress) override;
   void replace_content(const StoreContent& content) override;
+  StoreCopy copy() override;
   bool poll_for_changes() override;
 
  private:

@@ -22,6 +22,7 @@ class MemoryRuleStore : public RuleStore {
   void replace_calendars(const std::vector<StoredCalendar>& calendars) override;
   void import_records(const StoreImport& records, const schedule::Progress& progress) override;
   void replace_content(const StoreContent& content) override;
+  StoreCopy copy() override { return {rules_, settings_, calendars_, last_number_, last_setting_number_}; }
   bool poll_for_changes() override { return false; }
 
  protected:

@@ -81,6 +81,17 @@ struct StoreContent {
   bool operator==(const StoreContent&) const = default;
 };
 
+/// Everything that a store holds, with its numbers and revisions: what a copy of the store is made from.
+struct StoreCopy {
+  std::vector<StoredRule> rules;
+  std::vector<StoredSetting> settings;
+  std::vector<StoredCalendar> calendars;
+  long last_rule_number = 0;     ///< the last that was given to a rule, which may be deleted by now
+  long last_setting_number = 0;  ///< the same of a setting
+
+  bool operator==(const StoreCopy&) const = default;
+};
+
 /// Records that come from a file.
 struct StoreImport {
   std::vector<Rule> rules;                                     ///< each changes the rule of its name, or is added

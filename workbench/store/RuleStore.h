@@ -73,6 +73,9 @@ class RuleStore {
   /// Puts this content in the place of everything that there is.
   virtual void replace_content(const StoreContent& content) = 0;
 
+  /// Everything that the store holds at one moment.
+  virtual StoreCopy copy() = 0;
+
   /// Looks whether another program changed the content since the last look, and if so notifies the subscribers. Returns
   /// whether it did.
   virtual bool poll_for_changes() = 0;

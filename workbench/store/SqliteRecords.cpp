@@ -126,6 +126,17 @@ StoredRule insert_rule(const SqliteDatabase& database, const Rule& rule) {
   return insert_rule_by(insert, database, rule);
 }
 
+void insert_stored(const SqliteDatabase& database, const StoredRule& stored) {
+  refuse_invalid(stored.rule);
+  refuse_duplicate(database, stored.rule.name, stored.number);
+  SqliteStatement insert = database.prepare("INSERT INTO rules (RuleName, " + for_each_column("%") +
+                                            ", Revision, RuleID) VALUES (?, " + for_each_column("?") + ", ?, ?)");
+  bind_rule(insert, stored.rule)
+      .bind(parameter_after_rule, stored.revision)
+      .bind(parameter_after_rule + 1, stored.number)
+      .run();
+}
+
 void rewrite_rule(const SqliteDatabase& database, const StoredRule& stored) {
   refuse_invalid(stored.rule);
   SqliteStatement update = database.prepare("UPDATE rules SET RuleName = ?, " + for_each_column("% = ?") +
@@ -152,6 +163,14 @@ std::optional<StoredSetting> select_setting(const SqliteDatabase& database, long
 StoredSetting insert_setting(const SqliteDatabase& database, const SymbolSourceSetting& setting) {
   SqliteStatement insert = prepare_insert_setting(database);
   return insert_setting_by(insert, setting);
+}
+
+void insert_stored(const SqliteDatabase& database, const StoredSetting& stored) {
+  refuse_invalid(stored.setting);
+  SqliteStatement insert = database.prepare(
+      "INSERT INTO symbol_source_settings (SettingName, RuleName, CalendarName, Months, LastTradingDay, Revision, "
+      "SettingID) VALUES (?, ?, ?, ?, ?, ?, ?)");
+  bind_setting(insert, stored.setting).bind(6, stored.revision).bind(7, stored.number).run();
 }
 
 void rewrite_setting(const SqliteDatabase& database, const StoredSetting& stored) {

@@ -20,12 +20,19 @@ void refuse_duplicate(const SqliteDatabase& database, const std::wstring& name, 
 
 StoredRule insert_rule(const SqliteDatabase& database, const Rule& rule);
 
+/// Adds a rule with its number and revision.
+void insert_stored(const SqliteDatabase& database, const StoredRule& stored);
+
 /// Rewrites the rule with this number, its revision too.
 void rewrite_rule(const SqliteDatabase& database, const StoredRule& stored);
 
 std::vector<StoredSetting> select_settings(const SqliteDatabase& database);
 std::optional<StoredSetting> select_setting(const SqliteDatabase& database, long number);
 StoredSetting insert_setting(const SqliteDatabase& database, const SymbolSourceSetting& setting);
+
+/// Adds a setting with its number and revision.
+void insert_stored(const SqliteDatabase& database, const StoredSetting& stored);
+
 void rewrite_setting(const SqliteDatabase& database, const StoredSetting& stored);
 
 /// Gives the settings that use the rule its new name.

@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "ExpectedRevision.h"
+#include "SqliteCopy.h"
 #include "SqliteDatabase.h"
 #include "SqliteRecords.h"
 #include "StoreFile.h"
@@ -115,6 +116,8 @@ class SqliteRuleStore final : public RuleStore {
   void replace_content(const StoreContent& content) override {
     change([&] { workbench::replace_content(database_, content); });
   }
+
+  StoreCopy copy() override { return select_copy(database_); }
 
   bool poll_for_changes() override {
     const auto found = read_data_version();

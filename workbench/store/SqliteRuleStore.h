@@ -16,9 +16,11 @@ struct SqliteStoreOptions {
   std::chrono::milliseconds busy_timeout{3000};
   /// Whether a file that is missing or empty is created; if not, it fails with `missing`.
   bool may_create = true;
-  /// Called with how much of `first_content` a new file has. Cancels the creation with `schedule::Cancelled`; the file
+  /// Called with how much of its content a new file has. Cancels the creation with `schedule::Cancelled`; the file
   /// is empty then.
   schedule::Progress progress{};
+  /// What a new file is filled with instead of `first_content`. Then a file that holds a store fails with `exists`.
+  const StoreCopy* copied = nullptr;
 };
 
 /// Opens the store in this file. A file that is missing or empty is created and filled in one transaction, its missing

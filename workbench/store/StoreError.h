@@ -31,6 +31,8 @@ enum class StoreErrorKind {
   login_refused,    ///< the server refused the user or the password
   connection_lost,  ///< the connection to the server ended, or the server did not answer in time
   overloaded,       ///< the server has no connection or no memory left
+  // Of the target of a copy:
+  exists,  ///< there is a store already, which may hold something; it was left as it is
 };
 
 /// A refusal of a store. Whatever was asked for did not happen, and the old content stays whole.

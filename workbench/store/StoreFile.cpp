@@ -4,6 +4,7 @@
 #include <array>
 #include <fstream>
 
+#include "SqliteCopy.h"
 #include "SqliteRecords.h"
 #include "StoreError.h"
 
@@ -152,11 +153,14 @@ void migrate(const SqliteDatabase& database, const std::filesystem::path& path, 
   // Another program may have been here first.
   const bool fresh = is_new(database);
   if (!fresh) refuse_unless_ours(read_identity(database), path);
+  if (!fresh && options.copied) refuse(StoreErrorKind::exists, path, "another program created a store meanwhile");
   const std::uint32_t old_version = read_identity(database).version;
   for (std::uint32_t version = old_version; version < present_version; ++version) database.execute(migrations[version]);
   database.execute(("PRAGMA application_id = " + std::to_string(store_application)).c_str());
   database.execute(("PRAGMA user_version = " + std::to_string(present_version)).c_str());
-  if (fresh)
+  if (fresh && options.copied)
+    insert_copy(database, *options.copied, options.progress);
+  else if (fresh)
     replace_content(database, options.first_content, options.progress);
   else if (old_version < version_of_calendars)
     complete_content(database, options.first_content);
@@ -175,6 +179,7 @@ SqliteDatabase open_store_file(const std::filesystem::path& path, const SqliteSt
   if (!is_new(database)) {
     refuse_unless_ours(read_identity(database), path);
     refuse_damaged(database, path);
+    if (options.copied) refuse(StoreErrorKind::exists, path, "there is a store");
   }
   if (read_identity(database).version < present_version) migrate(database, path, options);
   return database;

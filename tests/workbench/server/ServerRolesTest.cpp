@@ -84,6 +84,8 @@ TEST_F(ServerRoles, ReaderReadsAndEachChangeIsRefused) {
   EXPECT_EQ(refusal_kind([&] { store->import_records({{rule}}); }), Kind::read_only);
   EXPECT_EQ(refusal_kind([&] { store->replace_content({}); }), Kind::read_only);
   EXPECT_EQ(snapshot_of(*store), before);
+  EXPECT_EQ(store->copy(), owners->copy());
+  EXPECT_EQ(open_as(L"editor")->copy(), owners->copy());
   owners->add_rule(rule);
   EXPECT_TRUE(store->poll_for_changes());
   EXPECT_EQ(store->load_rules().size(), 3u);

@@ -82,6 +82,16 @@ TEST_P(ContentStoreContract, ContentIsReplacedWhollyOrNotAtAll) {
   EXPECT_EQ(snapshot_of(*store_), before);
 }
 
+TEST_P(ContentStoreContract, CopyHoldsEverythingWithItsNumbers) {
+  EXPECT_EQ(store_->copy(), StoreCopy());
+  store_->replace_content(sample_content());
+  store_->update_rule(1, sample_rule(L"renamed"));
+  store_->delete_rule(store_->add_rule(sample_rule(L"third")).number);
+  store_->delete_setting(store_->add_setting(sample_setting(L"last", L"")).number);
+  const StoreSnapshot now = snapshot_of(*store_);
+  EXPECT_EQ(store_->copy(), (StoreCopy{now.rules, now.settings, now.calendars, 3, 4}));
+}
+
 TEST_P(ContentStoreContract, EachChangeIsToldOnceAndARefusalNever) {
   int told = 0;
   const StoreSubscription subscription = store_->subscribe([&] { ++told; });

@@ -68,6 +68,67 @@ TEST_F(SqliteRuleStore, MissingFileIsRefusedByACallerThatMayNotCreateIt) {
   EXPECT_EQ(open_existing()->load_rules().size(), 2u);
 }
 
+/// A copy with gaps in its numbers, whose last ones belong to nobody any more.
+StoreCopy sample_copy() {
+  return {{{3, 7, sample_rule(L"first")}, {8, 1, sample_rule(awkward_names().back())}},
+          {{2, 5, sample_setting(L"lead", L"first")}, {9, 1, sample_setting(L"lead", L"gone")}},
+          {sample_calendar("exchange")},
+          11,
+          12};
+}
+
+TEST_F(SqliteRuleStore, CopyKeepsNumbersRevisionsAndWhatComesNext) {
+  const StoreCopy copy = sample_copy();
+  {
+    const auto store = open_sqlite_store(path_, {.copied = &copy});
+    EXPECT_EQ(store->copy(), copy);
+  }
+  const auto store = open();
+  EXPECT_EQ(store->copy(), copy);
+  EXPECT_EQ(store->add_rule(sample_rule(L"next")).number, 12);
+  EXPECT_EQ(store->add_setting(sample_setting(L"next", L"")).number, 13);
+}
+
+TEST_F(SqliteRuleStore, CopyThatGaveNoNumberYetBeginsWithTheFirst) {
+  const StoreCopy nothing;
+  const auto store = open_sqlite_store(path_, {.copied = &nothing});
+  EXPECT_EQ(store->copy(), nothing);
+  EXPECT_EQ(store->add_rule(sample_rule(L"first")).number, 1);
+}
+
+TEST_F(SqliteRuleStore, CopyReplacesNoStore) {
+  open();
+  const std::string before = read_bytes(path_);
+  const StoreCopy copy = sample_copy();
+  EXPECT_EQ(refusal_kind([&] { open_sqlite_store(path_, {.copied = &copy}); }), StoreErrorKind::exists);
+  EXPECT_EQ(read_bytes(path_), before);
+  const std::filesystem::path empty = folder_.path() / L"empty.db";
+  const StoreCopy nothing;
+  open_sqlite_store(empty, {.copied = &nothing});
+  EXPECT_EQ(refusal_kind([&] { open_sqlite_store(empty, {.copied = &copy}); }), StoreErrorKind::exists);
+}
+
+TEST_F(SqliteRuleStore, RefusedOrCancelledCopyLeavesAnEmptyFile) {
+  StoreCopy copy = sample_copy();
+  for (int last = 1; last <= 4; ++last) {
+    int left = last;
+    const auto cancel = [&](std::size_t, std::size_t) { return --left > 0; };
+    EXPECT_THROW(open_sqlite_store(path_, {.progress = cancel, .copied = &copy}), schedule::Cancelled) << last;
+    EXPECT_EQ(read_bytes(path_), "");
+  }
+  copy.rules[1].rule.name = copy.rules[0].rule.name;
+  EXPECT_EQ(refusal_kind([&] { open_sqlite_store(path_, {.copied = &copy}); }), StoreErrorKind::duplicate_name);
+  EXPECT_EQ(read_bytes(path_), "");
+}
+
+TEST_F(SqliteRuleStore, FileThatCannotBeWrittenIsCopied) {
+  open();
+  SetFileAttributesW(path_.c_str(), FILE_ATTRIBUTE_READONLY);
+  const auto store = open();
+  EXPECT_EQ(store->copy().rules.size(), 2u);
+  SetFileAttributesW(path_.c_str(), FILE_ATTRIBUTE_NORMAL);
+}
+
 TEST_F(SqliteRuleStore, NoFileIsLeftWhenTheFirstContentIsInvalid) {
   StoreContent nameless = sample_content();
   nameless.rules.emplace_back();

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "RuleRecord.h"
+#include "ServerSession.h"
+
+namespace workbench {
+
+/// Everything that the store holds. Called within a transaction that sees one moment.
+StoreCopy select_copy(ServerSession& session);
+
+/// Puts everything that another store held into a new one, within a transaction.
+void insert_copy(ServerSession& session, const StoreCopy& copy);
+
+}  // namespace workbench
