@@ -29,7 +29,7 @@ long number(const IkvTablePtr& table, long id) {
 _bstr_t text(const IkvTablePtr& table, long id) {
   BSTR value = nullptr;
   field(table, id)->GetText(&value);
-  return _bstr_t(value, false);
+  return {value, false};
 }
 
 }  // namespace

@@ -29,7 +29,7 @@ class Owned {
 };
 
 std::wstring take(BSTR text) {
-  const std::wstring taken(text ? text : L"", SysStringLen(text));
+  std::wstring taken(text ? text : L"", SysStringLen(text));
   SysFreeString(text);
   return taken;
 }

@@ -10,8 +10,6 @@ namespace {
 using test_support::RaisedException;
 using testing::ElementsAre;
 
-constexpr long rule_id = 5;
-
 /// A rule that is in use, and an exception that is raised where the host's objects are created.
 class LookupException : public LookupTest, public testing::WithParamInterface<RaisedException> {
  protected:

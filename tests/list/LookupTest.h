@@ -22,6 +22,9 @@ using zd_expiration_rule_plugin::CExpirationRulesListDialog;
 using Texts = std::vector<std::string>;
 using Names = std::vector<std::wstring>;
 
+/// The number of the rule that the tests look up.
+constexpr long rule_id = 5;
+
 /// A host, and a dialog object that is not open: what it asks of the host.
 class LookupTest : public testing::Test {
  protected:
@@ -30,8 +33,8 @@ class LookupTest : public testing::Test {
     EXPECT_THAT(host.living(), testing::IsEmpty());
   }
 
-  std::string name_of(long rule_id) {
-    const _bstr_t name = dialog.expiration_rule_name(rule_id);
+  std::string name_of(long rule) {
+    const _bstr_t name = dialog.expiration_rule_name(rule);
     return base::to_utf8({static_cast<const wchar_t*>(name), name.length()});
   }
 

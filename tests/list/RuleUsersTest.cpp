@@ -8,8 +8,6 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr long rule_id = 5;
-
 /// Rule 5 is named "IF".
 class RuleUsers : public LookupTest {
  protected:

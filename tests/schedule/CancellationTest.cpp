@@ -8,7 +8,7 @@ namespace workbench::schedule {
 
 namespace {
 
-const std::string rules_csv =
+const std::string cancelled_rules_csv =
     "RuleName,RollOffset,DayType,DayMode,DayOfMonth,DayMonth,WeekOrdinal,Weekday,WeekdayMonth,MoveToNextTradingDay\n"
     "CSI 300,0,0,1,1,1,3,5,1,1\n"
     "copper,0,0,0,16,1,1,1,1,1\n";
@@ -39,7 +39,7 @@ class Cancellation : public testing::TestWithParam<Command> {
   }
 
   std::map<std::string, std::string> files_{
-      {"rules.csv", rules_csv},
+      {"rules.csv", cancelled_rules_csv},
       {"settings.csv", "SettingName,RuleName,Calendar,Months,LastTradingDay\nIF,copper,test,,\nnew,copper,,,\n"},
       {"all.json", R"({"settings": [{"SettingName": "s", "RuleName": "", "Calendar": "", "Months": "",)"
                    R"( "LastTradingDay": ""}]})"},

@@ -180,7 +180,7 @@ TEST_F(Commands, CheckLeavesOutASettingWhoseCalendarDoesNotExistAndGoesOn) {
   files_["list.csv"] = "rule,contract,date\nr,2026-01,2026-01-15\ns,2026-01,2026-01-16\nr,2026-02,2026-02-15\n";
   const std::vector<std::string> command{"--store", "s", "--check", "list.csv"};
   const std::string left_out =
-      "1|the setting \"moon\" of the rule \"r\" names the calendar \"moon\", which does not exist, and is left out";
+      R"(1|the setting "moon" of the rule "r" names the calendar "moon", which does not exist, and is left out)";
   EXPECT_EQ(outcome(command), left_out);
   EXPECT_EQ(run(command).data,
             "rule,contract,listed,found,days,explained_by\r\ns,2026-01,2026-01-16,2026-01-16,0,\r\n");

@@ -230,11 +230,11 @@ TEST(InvalidRule, UnknownModeIsTheOnlyFaultThatIsReportedOfTheDay) {
 TEST(ContractDates, ContractsAfter2199AreUnknownOrEstimates) {
   struct Case {
     RuleNumbers rule;
-    Month contract;
-    const char* specified;
-    const char* expiration;
-    const char* roll;
-    bool clamped;
+    Month contract = {};
+    const char* specified = nullptr;
+    const char* expiration = nullptr;
+    const char* roll = nullptr;
+    bool clamped = false;
   };
   const auto in = [](int year, unsigned month) { return std::chrono::year{year} / std::chrono::month{month}; };
   const Case cases[]{

@@ -17,7 +17,7 @@ class CancellationTest : public ScheduleTest {
   ~CancellationTest() override { ProgressDialog::delay_ms = usual_delay_; }
 
   /// Runs `work`. Returns how often the user cancelled.
-  int cancel_while(const std::function<void()>& work) {
+  int cancel_while(const std::function<void()>& work) const {
     int cancelled = 0;
     const DialogDriver user(DialogDriver::When::created, [&](HWND dialog, int) {
       if (!GetDlgItem(dialog, IDC_PROGRESS)) return;

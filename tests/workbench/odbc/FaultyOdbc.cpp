@@ -9,7 +9,7 @@ namespace test_support {
 
 namespace {
 
-FaultyOdbc* present = nullptr;
+FaultyOdbc* faulty = nullptr;
 
 }  // namespace
 
@@ -18,33 +18,33 @@ struct FaultyCalls {
   /// A function that fails when it is chosen and otherwise calls that of the other table.
   template <auto member, class... Arguments>
   static SQLRETURN SQL_API call(Arguments... arguments) {
-    return present->is_chosen() ? SQLRETURN{SQL_ERROR} : (present->next_.*member)(arguments...);
+    return faulty->is_chosen() ? SQLRETURN{SQL_ERROR} : (faulty->next_.*member)(arguments...);
   }
 
   template <auto member, class... Arguments>
   static void intercept(SQLRETURN (SQL_API* workbench::odbc::OdbcApi::*)(Arguments...)) {
-    present->api_.*member = &call<member, Arguments...>;
+    faulty->api_.*member = &call<member, Arguments...>;
   }
 
   static SQLRETURN SQL_API allocate_handle(SQLSMALLINT type, SQLHANDLE parent, SQLHANDLE* handle) {
-    if (present->is_chosen()) return SQL_ERROR;
-    const SQLRETURN code = present->next_.allocate_handle(type, parent, handle);
-    if (SQL_SUCCEEDED(code)) ++present->live_handles_;
+    if (faulty->is_chosen()) return SQL_ERROR;
+    const SQLRETURN code = faulty->next_.allocate_handle(type, parent, handle);
+    if (SQL_SUCCEEDED(code)) ++faulty->live_handles_;
     return code;
   }
 
   static SQLRETURN SQL_API free_handle(SQLSMALLINT type, SQLHANDLE handle) {
-    const SQLRETURN code = present->next_.free_handle(type, handle);
-    if (SQL_SUCCEEDED(code)) --present->live_handles_;
+    const SQLRETURN code = faulty->next_.free_handle(type, handle);
+    if (SQL_SUCCEEDED(code)) --faulty->live_handles_;
     return code;
   }
 
   static SQLRETURN SQL_API get_diagnostic(SQLSMALLINT type, SQLHANDLE handle, SQLSMALLINT record, SQLWCHAR* state,
                                           SQLINTEGER* native, SQLWCHAR* text, SQLSMALLINT size, SQLSMALLINT* length) {
-    if (!present->failed_last_)
-      return present->next_.get_diagnostic(type, handle, record, state, native, text, size, length);
-    if (record != 1 || present->state_.empty()) return SQL_NO_DATA;
-    std::ranges::copy(present->state_, state);
+    if (!faulty->failed_last_)
+      return faulty->next_.get_diagnostic(type, handle, record, state, native, text, size, length);
+    if (record != 1 || faulty->state_.empty()) return SQL_NO_DATA;
+    std::ranges::copy(faulty->state_, state);
     state[5] = text[0] = 0;
     *native = 0;
     *length = 0;
@@ -53,8 +53,8 @@ struct FaultyCalls {
 };
 
 FaultyOdbc::FaultyOdbc(const workbench::odbc::OdbcApi& next) : next_(next), api_(next) {
-  if (present) throw std::logic_error("there is a faulty ODBC already");
-  present = this;
+  if (faulty) throw std::logic_error("there is a faulty ODBC already");
+  faulty = this;
   using workbench::odbc::OdbcApi;
   api_.allocate_handle = &FaultyCalls::allocate_handle;
   api_.free_handle = &FaultyCalls::free_handle;
@@ -73,7 +73,7 @@ FaultyOdbc::FaultyOdbc(const workbench::odbc::OdbcApi& next) : next_(next), api_
   FaultyCalls::intercept<&OdbcApi::free_statement>(&OdbcApi::free_statement);
 }
 
-FaultyOdbc::~FaultyOdbc() { present = nullptr; }
+FaultyOdbc::~FaultyOdbc() { faulty = nullptr; }
 
 void FaultyOdbc::fail_call(int call, const std::string& state) {
   calls_ = 0;

@@ -11,7 +11,7 @@ namespace test_support {
 
 namespace {
 
-MemoryOdbc* present = nullptr;
+MemoryOdbc* in_memory = nullptr;
 
 /// What the driver keeps of its only statement.
 struct Statement {
@@ -28,7 +28,7 @@ std::wstring wide(const SQLWCHAR* text, int length) {
 }
 
 SQLRETURN SQL_API allocate(SQLSMALLINT, SQLHANDLE, SQLHANDLE* handle) {
-  *handle = present;
+  *handle = in_memory;
   statement = {};
   return SQL_SUCCESS;
 }
@@ -37,8 +37,8 @@ SQLRETURN SQL_API release(SQLSMALLINT, SQLHANDLE) { return SQL_SUCCESS; }
 
 SQLRETURN SQL_API diagnostic(SQLSMALLINT, SQLHANDLE, SQLSMALLINT record, SQLWCHAR* state, SQLINTEGER* native,
                              SQLWCHAR* text, SQLSMALLINT size, SQLSMALLINT* length) {
-  if (record > 2 || !present->has_diagnostics) return SQL_NO_DATA;
-  std::ranges::copy(base::from_utf8(record == 1 ? present->no_driver : "01S00"), state);
+  if (record > 2 || !in_memory->has_diagnostics) return SQL_NO_DATA;
+  std::ranges::copy(base::from_utf8(record == 1 ? in_memory->no_driver : "01S00"), state);
   state[5] = 0;
   *native = 100 + record;
   // Cut, and not ended, as some drivers leave a text that is too long.
@@ -51,37 +51,37 @@ SQLRETURN SQL_API set_environment(SQLHENV, SQLINTEGER, SQLPOINTER, SQLINTEGER) {
 
 SQLRETURN SQL_API set_connection(SQLHDBC, SQLINTEGER attribute, SQLPOINTER value, SQLINTEGER) {
   if (attribute == SQL_ATTR_AUTOCOMMIT)
-    present->log.push_back(reinterpret_cast<SQLULEN>(value) == SQL_AUTOCOMMIT_ON ? L"automatic" : L"begin");
+    in_memory->log.push_back(reinterpret_cast<SQLULEN>(value) == SQL_AUTOCOMMIT_ON ? L"automatic" : L"begin");
   return SQL_SUCCESS;
 }
 
 SQLRETURN SQL_API get_connection(SQLHDBC, SQLINTEGER, SQLPOINTER value, SQLINTEGER, SQLINTEGER*) {
-  const SQLUINTEGER lost = present->is_lost ? SQL_CD_TRUE : SQL_CD_FALSE;
+  const SQLUINTEGER lost = in_memory->is_lost ? SQL_CD_TRUE : SQL_CD_FALSE;
   std::memcpy(value, &lost, sizeof lost);
   return SQL_SUCCESS;
 }
 
 SQLRETURN SQL_API connect(SQLHDBC, SQLHWND, SQLWCHAR* string, SQLSMALLINT length, SQLWCHAR*, SQLSMALLINT, SQLSMALLINT*,
                           SQLUSMALLINT) {
-  present->connected.push_back(wide(string, length));
-  const bool missing = std::ranges::any_of(present->missing_drivers, [&](const std::wstring& name) {
-    return present->connected.back().starts_with(L"Driver=" + name + L";");
+  in_memory->connected.push_back(wide(string, length));
+  const bool missing = std::ranges::any_of(in_memory->missing_drivers, [&](const std::wstring& name) {
+    return in_memory->connected.back().starts_with(L"Driver=" + name + L";");
   });
   return missing ? SQL_ERROR : SQL_SUCCESS;
 }
 
 SQLRETURN SQL_API disconnect(SQLHDBC) {
-  present->log.emplace_back(L"disconnect");
+  in_memory->log.emplace_back(L"disconnect");
   return SQL_SUCCESS;
 }
 
 SQLRETURN SQL_API end_transaction(SQLSMALLINT, SQLHANDLE, SQLSMALLINT how) {
-  present->log.emplace_back(how == SQL_COMMIT ? L"commit" : L"rollback");
+  in_memory->log.emplace_back(how == SQL_COMMIT ? L"commit" : L"rollback");
   return SQL_SUCCESS;
 }
 
 SQLRETURN SQL_API prepare(SQLHSTMT, SQLWCHAR* sql, SQLINTEGER length) {
-  present->log.push_back(wide(sql, length));
+  in_memory->log.push_back(wide(sql, length));
   return SQL_SUCCESS;
 }
 
@@ -105,8 +105,8 @@ std::wstring read_parameter(std::size_t index) {
 }
 
 SQLRETURN SQL_API execute(SQLHSTMT) {
-  for (std::size_t i = 0; i < statement.parameters.size(); ++i) present->log.push_back(read_parameter(i));
-  statement.rows.assign(present->rows.begin(), present->rows.end());
+  for (std::size_t i = 0; i < statement.parameters.size(); ++i) in_memory->log.push_back(read_parameter(i));
+  statement.rows.assign(in_memory->rows.begin(), in_memory->rows.end());
   return SQL_SUCCESS;
 }
 
@@ -115,7 +115,7 @@ SQLRETURN SQL_API execute_directly(SQLHSTMT handle, SQLWCHAR* sql, SQLINTEGER le
 }
 
 SQLRETURN SQL_API count_rows(SQLHSTMT, SQLLEN* count) {
-  *count = static_cast<SQLLEN>(present->rows.size());
+  *count = static_cast<SQLLEN>(in_memory->rows.size());
   return SQL_SUCCESS;
 }
 
@@ -151,7 +151,7 @@ SQLRETURN SQL_API get_data(SQLHSTMT, SQLUSMALLINT column, SQLSMALLINT type, SQLP
 }
 
 SQLRETURN SQL_API free_statement(SQLHSTMT, SQLUSMALLINT) {
-  present->log.emplace_back(L"close");
+  in_memory->log.emplace_back(L"close");
   return SQL_SUCCESS;
 }
 
@@ -162,9 +162,9 @@ MemoryOdbc::MemoryOdbc()
            &connect,        &disconnect,       &end_transaction, &prepare,         &bind,
            &execute,        &execute_directly, &count_rows,      &fetch,           &get_data,
            &free_statement, &get_connection} {
-  present = this;
+  in_memory = this;
 }
 
-MemoryOdbc::~MemoryOdbc() { present = nullptr; }
+MemoryOdbc::~MemoryOdbc() { in_memory = nullptr; }
 
 }  // namespace test_support

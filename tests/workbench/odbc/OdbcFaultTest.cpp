@@ -9,11 +9,11 @@ using namespace workbench::odbc;
 
 namespace {
 
-const DriverProfile profile{{L"Driver"}, {}, {}, {L"SSLmode", L"full"}};
+const DriverProfile one_driver{{L"Driver"}, {}, {}, {L"SSLmode", L"full"}};
 
 /// Visits every function that this layer calls.
 void use_everything(const OdbcApi& api) {
-  OdbcConnection connection(api, ConnectionString(L"Server=localhost"), profile, {});
+  OdbcConnection connection(api, ConnectionString(L"Server=localhost"), one_driver, {});
   connection.execute(L"set");
   OdbcTransaction transaction(connection);
   OdbcStatement statement = connection.prepare(L"select ?");

@@ -10,11 +10,11 @@ using testing::ElementsAre;
 
 namespace {
 
-const DriverProfile profile{{L"First", L"Second"}, {}, {}, {L"SSLmode", L"full"}};
+const DriverProfile two_drivers{{L"First", L"Second"}, {}, {}, {L"SSLmode", L"full"}};
 
 class Odbc : public testing::Test {
  protected:
-  OdbcConnection connect() { return {odbc_.api(), ConnectionString(L"Server=localhost"), profile, {}}; }
+  OdbcConnection connect() { return {odbc_.api(), ConnectionString(L"Server=localhost"), two_drivers, {}}; }
 
   test_support::MemoryOdbc driver_;
   test_support::FaultyOdbc odbc_{driver_.api()};
