@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <atomic>
 #include <string>
 #include <type_traits>
 
@@ -73,34 +74,61 @@ bool is_console_program() {
   return headers->OptionalHeader.Subsystem == IMAGE_SUBSYSTEM_WINDOWS_CUI;
 }
 
-/// While it lives, a console hands on each key as it is typed, Ctrl+C too, and shows none.
-class ScopedKeyInput {
+/// Set by Ctrl+C, on a thread of the system.
+std::atomic<bool> interrupted = false;
+
+BOOL WINAPI on_interrupt(DWORD event) {
+  if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT) return FALSE;
+  interrupted = true;
+  return TRUE;
+}
+
+/// While it lives, a console shows no key that is typed, and Ctrl+C ends no program, which would leave it so.
+class ScopedSilentInput {
  public:
-  explicit ScopedKeyInput(HANDLE input) : input_(input) {
+  explicit ScopedSilentInput(HANDLE input) : input_(input) {
+    interrupted = false;
+    SetConsoleCtrlHandler(&on_interrupt, TRUE);
     GetConsoleMode(input_, &mode_);
-    SetConsoleMode(input_, mode_ & ~DWORD{ENABLE_LINE_INPUT | ENABLE_ECHO_INPUT | ENABLE_PROCESSED_INPUT});
+    SetConsoleMode(input_, mode_ & ~DWORD{ENABLE_LINE_INPUT | ENABLE_ECHO_INPUT});
   }
-  ScopedKeyInput(const ScopedKeyInput&) = delete;
-  ScopedKeyInput& operator=(const ScopedKeyInput&) = delete;
-  ~ScopedKeyInput() { SetConsoleMode(input_, mode_); }
+  ScopedSilentInput(const ScopedSilentInput&) = delete;
+  ScopedSilentInput& operator=(const ScopedSilentInput&) = delete;
+  ~ScopedSilentInput() {
+    SetConsoleMode(input_, mode_);
+    SetConsoleCtrlHandler(&on_interrupt, FALSE);
+  }
 
  private:
   HANDLE input_;
   DWORD mode_ = 0;
 };
 
-std::optional<std::wstring> read_keys(HANDLE input) {
-  constexpr wchar_t control_c = 0x03;
+/// The character of a key that is pressed; null for anything else. One that is typed by its number with the Alt key
+/// comes when that is released.
+wchar_t typed_character(const INPUT_RECORD& record) {
+  if (record.EventType != KEY_EVENT) return L'\0';
+  const KEY_EVENT_RECORD& key = record.Event.KeyEvent;
+  return key.bKeyDown || key.wVirtualKeyCode == VK_MENU ? key.uChar.UnicodeChar : L'\0';
+}
+
+std::optional<std::wstring> read_line(HANDLE input) {
+  constexpr DWORD period_ms = 100;
   constexpr wchar_t rubout = 0x7F;
   std::wstring line;
-  wchar_t key = 0;
-  DWORD read = 0;
-  while (ReadConsoleW(input, &key, 1, &read, nullptr) && read == 1 && key != control_c) {
-    if (key == L'\r' || key == L'\n') return line;
-    if (key != L'\b' && key != rubout)
-      line += key;
-    else if (!line.empty())
-      line.pop_back();
+  while (!interrupted) {
+    const DWORD waited = WaitForSingleObject(input, period_ms);
+    if (waited == WAIT_TIMEOUT) continue;
+    INPUT_RECORD record{};
+    DWORD read = 0;
+    if (waited != WAIT_OBJECT_0 || !ReadConsoleInputW(input, &record, 1, &read) || read == 0) return std::nullopt;
+    const wchar_t character = typed_character(record);
+    if (character == L'\r') return line;
+    if (character == L'\b' || character == rubout) {
+      if (!line.empty()) line.pop_back();
+    } else if (character != L'\0') {
+      line += character;
+    }
   }
   return std::nullopt;
 }
@@ -124,9 +152,9 @@ bool can_read_secret() { return is_console_program() && open_console(L"CONIN$") 
 std::optional<std::wstring> read_secret(const std::wstring& prompt) {
   const base::FileHandle input = open_console(L"CONIN$");
   const base::FileHandle output = open_console(L"CONOUT$");
-  const ScopedKeyInput keys(input.get());
+  const ScopedSilentInput silent(input.get());
   write_to_console(output.get(), prompt, {});
-  std::optional<std::wstring> line = read_keys(input.get());
+  std::optional<std::wstring> line = read_line(input.get());
   write_to_console(output.get(), L"\n", {});
   return line;
 }

@@ -243,6 +243,8 @@ schedule::ExitCode run_console_command(std::span<const std::wstring> arguments) 
   schedule::Mistake mistake;
   const std::optional<CommandArguments> parsed = schedule::parse_command_arguments(utf8(arguments), mistake);
   if (!parsed) {
+    for (std::string& argument : mistake.parameters)
+      argument = base::to_utf8(printable_argument(base::from_utf8(argument)));
     write_message(describe(mistake, chosen_language()));
     return schedule::wrong_arguments;
   }

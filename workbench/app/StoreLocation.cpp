@@ -169,6 +169,10 @@ OpenedStore open_store(StoreLocation& location, const StoreOpening& opening) {
   return {location.open(opening), location.description(), location.text()};
 }
 
+std::wstring printable_argument(const std::wstring& argument) {
+  return names_server(argument) ? std::wstring(server_prefix) + L"..." : argument;
+}
+
 std::wstring server_name(const ServerFields& fields) {
   ConnectionString options;
   options.set(L"Server", fields.server);

@@ -82,6 +82,10 @@ OpenedStore open_store(StoreLocation& location, const StoreOpening& opening);
 /// that tells them apart. Throws `StoreLocationError` for what is no connection string.
 std::unique_ptr<StoreLocation> find_store(std::wstring_view name);
 
+/// An argument of the command line as a message may show it: a connection string, which may hold a password, is left
+/// out.
+std::wstring printable_argument(const std::wstring& argument);
+
 /// What says where the store of a server is. The port and the user may be empty.
 struct ServerFields {
   std::wstring server;

@@ -56,6 +56,12 @@ TEST(StoreLocation, ServerIsNamedWithoutThePassword) {
   EXPECT_EQ(find_store(L"odbc:DSN=desk")->description(), L"DSN=desk");
 }
 
+TEST(StoreLocation, ArgumentsAreShownWithoutConnectionStrings) {
+  EXPECT_EQ(printable_argument(L"--stor"), L"--stor");
+  EXPECT_EQ(printable_argument(L""), L"");
+  EXPECT_EQ(printable_argument(L"Odbc:Server=db;Pwd=p4ssw0rd"), L"odbc:...");
+}
+
 TEST(StoreLocation, RefusedConnectionStringIsExplainedWithoutItsValues) {
   choose_language(Language::english);
   for (const auto& [text, reason] :
