@@ -87,6 +87,14 @@ TEST(CalendarFile, EachMistakeIsReportedWithItsLineAndWhatWasExpected) {
   EXPECT_EQ(messages(with("more\"\"\"", "more")), "f.csv:8: expected a quotation mark that ends the field\n");
 }
 
+TEST(CalendarFile, Utf16IsRefusedWithTheRightMessage) {
+  for (const bool marked : {false, true}) {
+    std::string text = marked ? "\xFF\xFE" : "";
+    for (const char unit : good) text.append(1, unit).append(1, '\0');
+    EXPECT_EQ(messages(text), "f.csv:1: expected UTF-8: save as UTF-8\n") << marked;
+  }
+}
+
 TEST(CalendarFile, MissingKeysAreNamed) {
   for (const std::string key : {"name", "from", "to"}) {
     const std::size_t begin = good.find("# " + key + ":");

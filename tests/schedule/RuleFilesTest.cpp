@@ -176,7 +176,8 @@ TEST(ImportPlan, SaysWhatIsAddedChangedAndLeft) {
   EXPECT_EQ(plan.rules[1].action, ImportAction::change);
   EXPECT_EQ(plan.rules[2].action, ImportAction::add);
   EXPECT_EQ(plan.rules[2].line, 4U);
-  EXPECT_EQ(plan.count(ImportAction::add), 2U);
+  EXPECT_EQ(plan.rules[3].action, ImportAction::add);
+  EXPECT_TRUE(plan.changes_anything);
   EXPECT_FALSE(plan.settings.has_value()) << "a file of rules leaves the settings alone";
   EXPECT_EQ(messages(plan.warnings),
             "f:5: the editor would refuse the name \"\xE6\xB2\xAA\": it accepts 1 to 63 letters, digits, spaces and "

@@ -132,6 +132,18 @@ TEST_F(StoreCommands, SettingsReplaceTheWholeList) {
   EXPECT_TRUE(output.change->rules.empty());
 }
 
+TEST_F(StoreCommands, AnotherOrderOfTheSettingsIsAnotherList) {
+  input_.settings.resize(2);
+  files_["settings.csv"] =
+      "SettingName,RuleName,Calendar,Months,LastTradingDay\r\nCU,copper,test,,roll\r\nIF,CSI 300,test,HMUZ,roll\r\n";
+  const CommandOutput output = run({"--import", "settings.csv", "--what", "settings"});
+  EXPECT_EQ(output.data, "line,what,name,action\r\n2,setting,CU,leave\r\n3,setting,IF,leave\r\n");
+  ASSERT_TRUE(output.change && output.change->settings);
+  EXPECT_EQ(*output.change->settings, (std::vector<NamedSetting>{input_.settings[1], input_.settings[0]}));
+  std::swap(input_.settings[0], input_.settings[1]);
+  EXPECT_FALSE(run({"--import", "settings.csv", "--what", "settings"}).change);
+}
+
 TEST_F(StoreCommands, ExportIsReadBackUnchanged) {
   for (const std::vector<std::string>& what :
        {std::vector<std::string>{}, {"--what", "rules"}, {"--what", "settings"}}) {
@@ -212,6 +224,15 @@ TEST_F(StoreCommands, LongerCalendarMakesDatesKnown) {
   EXPECT_EQ(messages(output),
             "the calendar test knew the days from 2026-01-01 to 2026-03-31, and now those from 2026-01-01 to "
             "2026-04-30|0 days and 1 dates of rules change");
+}
+
+TEST_F(StoreCommands, NewCalendarGivesDatesToTheSettingsThatNameItAlready) {
+  input_.settings.push_back({"waits", "copper", "new", "FG"});
+  files_["c.csv"] = "# name: new\n# from: 2026-01-01\n# to: 2026-01-31\ndate\n";
+  EXPECT_EQ(run({"--import-calendar", "c.csv"}).data,
+            "day,change,reason\r\n\r\n"
+            "rule,setting,contract,expiration_before,expiration,roll_before,roll\r\n"
+            "copper,waits,2026-01,,2026-01-15,,2026-01-15\r\n");
 }
 
 TEST_F(StoreCommands, SameCalendarIsLeftAlone) {

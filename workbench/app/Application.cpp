@@ -32,7 +32,9 @@ void Application::connect(OpenedStore opened) {
   classes_.reset();
   store_ = std::move(opened.store);
   store_description_ = std::move(opened.description);
-  schedule_commands_.emplace(*store_, window_, file_dialogs_, [this](long number) { open_rule(number); });
+  schedule_commands_.reset();
+  shown_store_.emplace(store_, [this] { return GetLastActivePopup(window_.handle()); });
+  schedule_commands_.emplace(*shown_store_, window_, file_dialogs_, [this](long number) { open_rule(number); });
   menu_ = std::make_shared<MainMenu>(GetMenu(window_.handle()), menus_after_those_of_plugins, targets_,
                                      [this] { DrawMenuBar(window_.handle()); });
   hot_keys_ = std::make_shared<HotKeys>(targets_);
@@ -134,12 +136,14 @@ void Application::subscribe_to_store() {
 
 bool Application::refresh_panes() {
   try {
-    window_.show(store_->load_rules(), store_->load_settings(), store_->load_calendars());
+    window_.show(shown_store_->load_rules(), shown_store_->load_settings(), shown_store_->load_calendars());
     return true;
   } catch (const StoreError& error) {
     window_.show_message(text(IDS_STORE_NOT_READ, {store_message(error)}));
-    return false;
+  } catch (const schedule::Cancelled&) {
+    window_.show_message(text(IDS_CANCELLED));
   }
+  return false;
 }
 
 void Application::look_for_changes() {

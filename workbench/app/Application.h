@@ -12,6 +12,7 @@
 #include "MainMenu.h"
 #include "MainWindow.h"
 #include "PluginHost.h"
+#include "ProgressRuleStore.h"
 #include "RuleStore.h"
 #include "ScheduleCommands.h"
 #include "StoreChooser.h"
@@ -74,6 +75,7 @@ class Application {
   std::shared_ptr<RuleStore> store_;
   std::wstring store_description_;
   StoreSubscription subscription_;
+  std::optional<ProgressRuleStore> shown_store_;  ///< for all but the plug-in, in whose calls nothing may be shown
   std::optional<ScheduleCommands> schedule_commands_;
   std::shared_ptr<MainMenu> menu_;
   std::shared_ptr<HotKeys> hot_keys_;

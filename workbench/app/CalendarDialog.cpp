@@ -1,5 +1,6 @@
 #include "CalendarDialog.h"
 
+#include <ranges>
 #include <utility>
 
 #include "ICalendar.h"
@@ -63,32 +64,32 @@ void CalendarDialog::on_command(WORD id, WORD code) {
 }
 
 void CalendarDialog::preview() {
-  std::string shown = events_ ? read_events() : std::string();
+  std::string shown;
   bool changes = false;
-  if (shown.empty()) {
+  try {
     ProgressDialog progress(handle());
-    try {
-      shown = describe_changes(changes, progress.progress());
-    } catch (const schedule::Cancelled&) {
-      close(IDCANCEL);
-      return;
-    }
+    if (events_) shown = read_events(schedule::part_of(progress.progress(), 0, 50));
+    if (shown.empty()) shown = describe_changes(changes, schedule::part_of(progress.progress(), 50, 100));
+  } catch (const schedule::Cancelled&) {
+    close(IDCANCEL);
+    return;
   }
   EnableWindow(control(IDOK), changes);
   SetDlgItemTextW(handle(), IDC_CALENDAR_CHANGES, with_line_ends(from_schedule_text(shown)).c_str());
 }
 
-std::string CalendarDialog::read_events() {
+std::string CalendarDialog::read_events(const schedule::Progress& progress) {
   const auto entered = [this](int id) { return to_schedule_text(window_text(control(id))); };
   const std::string name = entered(IDC_CALENDAR_NAME);
   const std::optional<schedule::Day> from = schedule::try_parse_day(entered(IDC_CALENDAR_FROM));
   const std::optional<schedule::Day> to = schedule::try_parse_day(entered(IDC_CALENDAR_TO));
   calendars_.clear();
   if (name.empty() || !from || !to) return to_schedule_text(text(IDS_CALENDAR_SCOPE_NEEDED));
-  schedule::CalendarReading reading = schedule::read_icalendar(*events_, {name, *from, *to});
+  schedule::CalendarReading reading = schedule::read_icalendar(*events_, {name, *from, *to}, progress);
   if (reading.calendar) calendars_.push_back(*std::move(reading.calendar));
   std::string mistakes;
-  for (const schedule::Mistake& mistake : reading.mistakes)
+  constexpr std::size_t most_mistakes = 1000;
+  for (const schedule::Mistake& mistake : reading.mistakes | std::views::take(most_mistakes))
     mistakes += std::to_string(mistake.line) + ": " + describe(mistake, chosen_language()) + '\n';
   return mistakes;
 }
@@ -101,6 +102,7 @@ std::string CalendarDialog::describe_changes(bool& changes, const schedule::Prog
     const schedule::CalendarPlan plan =
         plan_calendar(calendars_[i], stored_.calendars, stored_.rules, stored_.settings, planning);
     changes |= !plan.is_same;
+    if (calendars_.size() > 1) shown += calendars_[i].name + '\n';
     for (const schedule::Mistake& note : plan.notes) shown += describe(note, chosen_language()) + '\n';
     if (!plan.days.empty()) shown += '\n' + schedule::aligned_text(table_of(plan.days));
     if (!plan.dates.empty()) shown += '\n' + schedule::aligned_text(table_of(plan.dates));

@@ -30,7 +30,7 @@ class CalendarDialog final : public ModalDialog {
  private:
   void preview();
   /// Reads the events with what the user entered. Returns what is wrong; nothing if there is a calendar.
-  std::string read_events();
+  std::string read_events(const schedule::Progress& progress);
   /// What changes, and whether anything does.
   std::string describe_changes(bool& changes, const schedule::Progress& progress) const;
 

@@ -133,9 +133,20 @@ std::optional<std::wstring> read_line(HANDLE input) {
   return std::nullopt;
 }
 
+/// Set by Ctrl+C, on a thread of the system.
+std::atomic<bool> cancelled = false;
+
+BOOL WINAPI on_console_event(DWORD event) {
+  if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT) return FALSE;
+  cancelled = true;
+  return TRUE;
+}
+
 }  // namespace
 
-bool write_output(std::wstring_view text) { return write(STD_OUTPUT_HANDLE, text, {}); }
+bool write_output(std::wstring_view text, const schedule::Progress& progress) {
+  return write(STD_OUTPUT_HANDLE, text, progress);
+}
 
 bool write_error(std::wstring_view text) { return write(STD_ERROR_HANDLE, text, {}); }
 
@@ -157,6 +168,39 @@ std::optional<std::wstring> read_secret(const std::wstring& prompt) {
   std::optional<std::wstring> line = read_line(input.get());
   write_to_console(output.get(), L"\n", {});
   return line;
+}
+
+ConsoleProgress::ConsoleProgress() { SetConsoleCtrlHandler(&on_console_event, TRUE); }
+
+ConsoleProgress::~ConsoleProgress() { SetConsoleCtrlHandler(&on_console_event, FALSE); }
+
+schedule::Progress ConsoleProgress::part(std::size_t first, std::size_t last) {
+  return schedule::part_of(
+      [this](std::size_t done, std::size_t all) {
+        return show(all == 0 ? 0 : static_cast<double>(done) / static_cast<double>(all));
+      },
+      first, last);
+}
+
+schedule::Progress ConsoleProgress::output_part(std::size_t first, std::size_t last) {
+  if (!is_output_on_console()) return part(first, last);
+  return [](std::size_t, std::size_t) { return !is_cancelled(); };
+}
+
+schedule::Progress ConsoleProgress::same() {
+  return [this](std::size_t, std::size_t) { return show(share_); };
+}
+
+bool ConsoleProgress::is_cancelled() noexcept { return cancelled; }
+
+bool ConsoleProgress::show(double share) {
+  share_ = std::max(share_, share);
+  const auto now = std::chrono::steady_clock::now();
+  if (is_visible_ && now - shown_ >= std::chrono::seconds(1)) {
+    shown_ = now;
+    write_error(std::to_wstring(static_cast<int>(share_ * 100)) + L" %\n");
+  }
+  return !cancelled;
 }
 
 }  // namespace workbench

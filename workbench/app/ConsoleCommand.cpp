@@ -1,10 +1,5 @@
 #include "ConsoleCommand.h"
 
-#include <windows.h>
-
-#include <atomic>
-#include <chrono>
-
 #include "Console.h"
 #include "Files.h"
 #include "FirstContent.h"
@@ -38,46 +33,17 @@ void report_error(MistakeKind kind, std::vector<std::string> parameters) {
   write_message(describe({0, kind, std::move(parameters)}, chosen_language()));
 }
 
-/// Set by Ctrl+C, on a thread of the system.
-std::atomic<bool> cancelled = false;
-
-BOOL WINAPI on_console_event(DWORD event) {
-  if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT) return FALSE;
-  cancelled = true;
-  return TRUE;
-}
-
-/// Shows the progress of what takes longer than a second, once a second, to a person who looks at a console.
-class ProgressDisplay {
- public:
-  /// A part of the command from `first` to `last` hundredths.
-  schedule::Progress part(std::size_t first, std::size_t last) {
-    return schedule::part_of([this](std::size_t done, std::size_t all) { return show(done, all); }, first, last);
-  }
-
-  /// Returns whether to go on.
-  bool show(std::size_t done, std::size_t all) {
-    const auto now = std::chrono::steady_clock::now();
-    if (is_visible_ && now - shown_ >= std::chrono::seconds(1) && all > 0) {
-      shown_ = now;
-      write_error(std::to_wstring(done * 100 / all) + L" %\n");
-    }
-    return !cancelled;
-  }
-
- private:
-  bool is_visible_ = is_error_on_console();
-  std::chrono::steady_clock::time_point shown_ = std::chrono::steady_clock::now();
-};
-
 /// The store of a command. One that is still to be created is in memory until the command changes it, so that a command
 /// that fails leaves nothing behind, and the store begins with the change.
 class CommandStore {
  public:
-  explicit CommandStore(const CommandArguments& arguments) : location_(find_store(base::from_utf8(arguments.store))) {
+  CommandStore(const CommandArguments& arguments, const schedule::Progress& progress)
+      : location_(find_store(base::from_utf8(arguments.store))) {
     try {
-      store_ =
-          location_->open({.first_content = first_content(), .may_create = false, .ask_password = &ask_at_console});
+      store_ = location_->open({.first_content = first_content(),
+                                .may_create = false,
+                                .ask_password = &ask_at_console,
+                                .progress = progress});
     } catch (const StoreError& error) {
       if (error.kind() != StoreErrorKind::missing || !arguments.creates_store()) throw;
       is_new_ = true;
@@ -133,12 +99,15 @@ class ConsoleCommand {
   schedule::ExitCode run() {
     try {
       if (arguments_.action == CommandArguments::Action::copy_store) return copy_store();
-      if (!arguments_.store.empty()) store_.emplace(arguments_);
+      if (!arguments_.store.empty()) {
+        store_.emplace(arguments_, progress_.part(0, 10));
+        store_->store().set_progress(progress_.same());
+      }
       schedule::CommandOutput output = run_command(arguments_, input());
       // What changes is shown first. If it cannot be, nothing is changed.
       const schedule::ExitCode exit_code = write(output);
       if (output.change && exit_code != schedule::unusable_file)
-        store_->change(*output.change, progress_.part(command_share, 100));
+        store_->change(*output.change, progress_.part(end_of_command, 100));
       return exit_code;
     } catch (const StoreError& error) {
       write_error(store_message(error) + L"\n");
@@ -154,10 +123,13 @@ class ConsoleCommand {
 
  private:
   schedule::ExitCode copy_store() {
-    const StoreCopy copy =
-        find_store(base::from_utf8(arguments_.store))
-            ->open({.first_content = first_content(), .may_create = false, .ask_password = &ask_at_console})
-            ->copy();
+    const std::unique_ptr<RuleStore> source = find_store(base::from_utf8(arguments_.store))
+                                                  ->open({.first_content = first_content(),
+                                                          .may_create = false,
+                                                          .ask_password = &ask_at_console,
+                                                          .progress = progress_.part(0, begin_of_command)});
+    source->set_progress(progress_.same());
+    const StoreCopy copy = source->copy();
     const std::unique_ptr<StoreLocation> target = find_store(base::from_utf8(arguments_.file));
     refuse_present(*target, copy);
     const schedule::TextTable counts{{"what", "count"},
@@ -171,7 +143,8 @@ class ConsoleCommand {
       output.change.emplace();
     const schedule::ExitCode exit_code = write(output);
     if (exit_code == schedule::done && !arguments_.dry_run)
-      target->open({.copied = &copy, .ask_password = &ask_at_console, .progress = progress_.part(0, 100)});
+      target->open(
+          {.copied = &copy, .ask_password = &ask_at_console, .progress = progress_.part(begin_of_command, 100)});
     return exit_code;
   }
 
@@ -186,7 +159,9 @@ class ConsoleCommand {
 
   schedule::CommandInput input() {
     schedule::CommandInput input;
-    input.read_file = [](const std::string& path) { return try_read_file(base::from_utf8(path)); };
+    input.read_file = [this](const std::string& path) {
+      return try_read_file(base::from_utf8(path), progress_.part(10, begin_of_command));
+    };
     if (store_) {
       for (const schedule::Calendar& calendar : newer_calendars(store_->store().load_calendars()))
         report_error(MistakeKind::older_calendar, {calendar.name});
@@ -200,25 +175,23 @@ class ConsoleCommand {
     }
     input.today = local_today();
     input.language = chosen_language();
-    input.progress = progress_.part(0, command_share);
+    input.progress = progress_.part(begin_of_command, end_of_command);
     return input;
   }
 
-  /// On a console the output itself is the progress.
-  schedule::Progress output_progress() {
-    if (is_output_on_console()) return [](std::size_t, std::size_t) { return !cancelled; };
-    return progress_.part(command_share, 100);
-  }
-
   schedule::ExitCode write(const schedule::CommandOutput& output) {
-    for (const std::string& message : output.messages) write_message(message);
+    // Lines of messages are their own progress.
+    for (const std::string& message : output.messages) {
+      if (ConsoleProgress::is_cancelled()) throw schedule::Cancelled();
+      write_message(message);
+    }
     if (output.file &&
-        !try_write_file(base::from_utf8(arguments_.file), *output.file, progress_.part(command_share, 100))) {
+        !try_write_file(base::from_utf8(arguments_.file), *output.file, progress_.part(end_of_command, 100))) {
       report_error(MistakeKind::file_not_written, {arguments_.file});
       return schedule::unusable_file;
     }
-    if (!output.data.empty() && !write_output_utf8(output.data, output_progress())) {
-      if (cancelled) throw schedule::Cancelled();
+    if (!output.data.empty() && !write_output_utf8(output.data, progress_.output_part(end_of_command, 100))) {
+      if (ConsoleProgress::is_cancelled()) throw schedule::Cancelled();
       report_error(MistakeKind::output_not_written, {});
       if (output.change) report_error(MistakeKind::nothing_imported, {});
       return schedule::unusable_file;
@@ -226,11 +199,13 @@ class ConsoleCommand {
     return output.exit_code;
   }
 
-  static constexpr std::size_t command_share = 60;  ///< in hundredths; the rest is for what it changes or writes
+  // In hundredths. The store is opened and files are read before, and what changes is written afterwards.
+  static constexpr std::size_t begin_of_command = 20;
+  static constexpr std::size_t end_of_command = 60;
 
   const CommandArguments& arguments_;
-  std::optional<CommandStore> store_;
-  ProgressDisplay progress_;
+  ConsoleProgress progress_;
+  std::optional<CommandStore> store_;  // calls the progress
 };
 
 }  // namespace
@@ -248,7 +223,6 @@ schedule::ExitCode run_console_command(std::span<const std::wstring> arguments) 
     write_message(describe(mistake, chosen_language()));
     return schedule::wrong_arguments;
   }
-  SetConsoleCtrlHandler(&on_console_event, TRUE);
   return ConsoleCommand(*parsed).run();
 }
 

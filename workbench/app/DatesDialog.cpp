@@ -1,5 +1,7 @@
 #include "DatesDialog.h"
 
+#include <algorithm>
+
 #include "DialogControls.h"
 #include "ScheduleRecords.h"
 #include "Texts.h"
@@ -41,14 +43,17 @@ std::optional<std::string> DatesDialog::ask_for_file(std::wstring& path) {
   const auto chosen = files_.ask_to_open(handle(), {IDS_FILTER_DATES, L"csv"});
   if (!chosen) return std::nullopt;
   path = chosen->wstring();
-  std::optional<std::string> bytes = try_read_file(*chosen);
-  if (!bytes) show_mistake(text(IDS_FILE_NOT_READ, {path}), control(IDC_DATES_IMPORT));
-  return bytes;
+  auto bytes = run_cancellable([&](const schedule::Progress& progress) { return try_read_file(*chosen, progress); });
+  if (!bytes) return std::nullopt;
+  if (!*bytes) show_mistake(text(IDS_FILE_NOT_READ, {path}), control(IDC_DATES_IMPORT));
+  return *std::move(bytes);
 }
 
 void DatesDialog::show_messages(const std::vector<std::wstring>& lines) {
+  constexpr size_t most_lines = 1000;
   std::wstring shown;
-  for (const std::wstring& line : lines) shown += line + L"\r\n";
+  for (size_t i = 0; i < std::min(most_lines, lines.size()); ++i) shown += lines[i] + L"\r\n";
+  if (lines.size() > most_lines) shown += L"...";
   SetWindowTextW(control(IDC_DATES_MESSAGES), shown.c_str());
 }
 

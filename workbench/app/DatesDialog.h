@@ -44,7 +44,7 @@ class DatesDialog : public ModalDialog {
     }
   }
 
-  /// Shows what is to be said, one line each.
+  /// Shows what is to be said, one line each, as many as one reads.
   void show_messages(const std::vector<std::wstring>& lines);
 
  private:

@@ -63,13 +63,17 @@ class UnfinishedFile {
 
 }  // namespace
 
-std::optional<std::string> try_read_file(const std::filesystem::path& path) {
+std::optional<std::string> try_read_file(const std::filesystem::path& path, const schedule::Progress& progress) {
   const base::FileHandle file(CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
                                           OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
   if (!file) return std::nullopt;
+  LARGE_INTEGER size{};
+  GetFileSizeEx(file.get(), &size);
   std::string bytes;
   char part[65536];
   for (DWORD read = 0;;) {
+    // A file may grow meanwhile, and what is no file has no size.
+    schedule::advance(progress, bytes.size(), std::max(bytes.size(), static_cast<size_t>(size.QuadPart)));
     if (!ReadFile(file.get(), part, sizeof(part), &read, nullptr)) return std::nullopt;
     if (read == 0) return bytes;
     bytes.append(part, read);

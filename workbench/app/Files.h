@@ -12,8 +12,8 @@
 
 namespace workbench {
 
-/// The bytes of a file; nothing if it cannot be read.
-std::optional<std::string> try_read_file(const std::filesystem::path& path);
+/// The bytes of a file; nothing if it cannot be read. `progress` may cancel it with `schedule::Cancelled`.
+std::optional<std::string> try_read_file(const std::filesystem::path& path, const schedule::Progress& progress = {});
 
 /// Puts these bytes in the place of the file's content. Returns false, and leaves the file as it was, if that fails.
 /// It stays as it was as well when `progress` throws `schedule::Cancelled`.

@@ -21,6 +21,9 @@ constexpr ListColumn found_rule_columns[] = {
     {IDS_COLUMN_CLOSED, 110}, {IDS_COLUMN_OFFSET, 130}, {IDS_COLUMN_MISSED, 220},
 };
 
+/// In characters. A line for every month that there can be takes a tenth of it, and a control shows no more at once.
+constexpr std::size_t longest_list = 500'000;
+
 Rule rule_of(const schedule::FoundRule& found) { return from_named(schedule::NamedRule{{}, found.rule}); }
 
 /// The dates as lines, with the message about them before.
@@ -86,6 +89,7 @@ FindDialog::FindDialog(const ScheduleData& data, const FileDialogs& files, Store
 void FindDialog::on_init() {
   fill_choices(IDS_CHOOSE_CALENDAR, {IDS_COLUMN_ROLL, IDS_COLUMN_EXPIRATION});
   SendMessageW(control(IDC_FIND_NAME), EM_LIMITTEXT, longest_name, 0);
+  SendMessageW(control(IDC_FIND_DATES), EM_LIMITTEXT, longest_list, 0);
   rules_.emplace(handle());
   place(*rules_);
   EnableWindow(control(IDC_FIND_STORE), FALSE);
@@ -105,6 +109,7 @@ void FindDialog::import() {
   std::wstring path;
   const std::optional<std::string> bytes = ask_for_file(path);
   if (!bytes) return;
+  if (bytes->size() > longest_list) return show_mistake(text(IDS_DATES_TOO_LONG, {path}), control(IDC_DATES_IMPORT));
   std::size_t invalid_line = 0;
   const std::optional<std::string> decoded = schedule::try_decode(*bytes, invalid_line);
   if (!decoded) return show_mistake(text(IDS_FILE_NOT_TEXT, {path}), control(IDC_DATES_IMPORT));

@@ -16,6 +16,7 @@
 #include "LibrarySearch.h"
 #include "PasswordDialog.h"
 #include "PasswordPrompt.h"
+#include "ProgressDialog.h"
 #include "RuleText.h"
 #include "StoreLocation.h"
 #include "StoreMessages.h"
@@ -44,16 +45,30 @@ void show(const std::wstring& message) {
     MessageBoxW(nullptr, message.c_str(), text(IDS_TITLE).c_str(), MB_OK | MB_ICONINFORMATION);
 }
 
-/// Returns whether all lines could be written.
-bool print_rules(RuleStore& store) {
+/// Returns whether all lines could be written. What only reads leaves no store behind that nobody asked for.
+bool print_rules(StoreLocation& location) {
+  ConsoleProgress progress;
+  const auto store = location.open({.first_content = first_content(),
+                                    .may_create = false,
+                                    .ask_password = &ask_at_console,
+                                    .progress = progress.part(0, 50)});
+  store->set_progress(progress.same());
   std::wstring lines;
-  for (const std::wstring& line : rules_as_lines(store.load_rules())) lines += line + L"\n";
-  return write_output(lines);
+  for (const std::wstring& line : rules_as_lines(store->load_rules())) lines += line + L"\n";
+  return write_output(lines, progress.output_part(50, 100));
 }
 
-void run_window(const CommandLine& line, OpenedStore store) {
+OpenedStore open_in_window(StoreLocation& location) {
+  ProgressDialog dialog(nullptr, ProgressDialog::Messages::own);
+  return open_store(location, {.first_content = first_content(),
+                               .ask_password = [](const auto& request) { return ask_in_dialog(nullptr, request); },
+                               .progress = dialog.progress()});
+}
+
+void run_window(const CommandLine& line, StoreLocation& location) {
   const INITCOMMONCONTROLSEX controls{sizeof(controls), ICC_LISTVIEW_CLASSES | ICC_BAR_CLASSES | ICC_PROGRESS_CLASS};
   InitCommonControlsEx(&controls);
+  OpenedStore store = open_in_window(location);
   make_settings_key();
   Application application(std::move(store));
   application.load_plugin(line.module);
@@ -64,15 +79,9 @@ ExitCode run(const CommandLine& line) {
   try {
     const std::unique_ptr<StoreLocation> location =
         find_store(line.store.empty() ? default_store().wstring() : line.store);
-    // What only reads must not leave a store behind that nobody asked for.
-    const bool shows_window = line.action == CommandLine::Action::run;
-    const auto ask_in_box = [](const PasswordRequest& request) { return ask_in_dialog(nullptr, request); };
-    OpenedStore opened =
-        open_store(*location, {.first_content = first_content(),
-                               .may_create = shows_window,
-                               .ask_password = shows_window ? AskPassword(ask_in_box) : &ask_at_console});
-    if (!shows_window) return print_rules(*opened.store) ? schedule::done : schedule::unusable_file;
-    run_window(line, std::move(opened));
+    if (line.action != CommandLine::Action::run)
+      return print_rules(*location) ? schedule::done : schedule::unusable_file;
+    run_window(line, *location);
     return schedule::done;
   } catch (const StoreError& error) {
     report_error(text(IDS_STORE_NOT_OPENED, {store_message(error)}), line.action);

@@ -17,7 +17,7 @@ constexpr int bar_steps = 1000;
 
 ProgressDialog::~ProgressDialog() {
   if (!window_) return;
-  EnableWindow(owner_, TRUE);  // first, or the focus would go to another program
+  if (owner_was_enabled_) EnableWindow(owner_, TRUE);  // first, or the focus would go to another program
   DestroyWindow(window_);
 }
 
@@ -26,15 +26,20 @@ bool ProgressDialog::go_on(std::size_t done, std::size_t total) {
   if (now - began_ < delay_ms || now - shown_ < period_ms) return true;
   shown_ = now;
   if (!window_) show();
+  if (!window_) return true;
   const double share = total == 0 ? 1 : static_cast<double>(done) / static_cast<double>(total);
   SendDlgItemMessageW(window_, IDC_PROGRESS, PBM_SETPOS, static_cast<WPARAM>(share * bar_steps), 0);
+  dispatch_messages();
+  return !cancelled_;
+}
+
+void ProgressDialog::dispatch_messages() {
   MSG message{};
-  while (!cancelled_ && PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+  while (!cancelled_ && PeekMessageW(&message, messages_ == Messages::own ? window_ : nullptr, 0, 0, PM_REMOVE)) {
     if (IsDialogMessageW(window_, &message)) continue;
     TranslateMessage(&message);
     DispatchMessageW(&message);
   }
-  return !cancelled_;
 }
 
 void ProgressDialog::show() {
@@ -42,7 +47,7 @@ void ProgressDialog::show() {
                                        reinterpret_cast<LPARAM>(this));
   if (!window_) return;
   SendDlgItemMessageW(window_, IDC_PROGRESS, PBM_SETRANGE32, 0, bar_steps);
-  EnableWindow(owner_, FALSE);
+  owner_was_enabled_ = owner_ && !EnableWindow(owner_, FALSE);
   ShowWindow(window_, SW_SHOW);
 }
 

@@ -9,13 +9,18 @@
 namespace workbench {
 
 /// Shows how far a long work on this thread has come, once it has taken a second, and lets the user cancel it. The
-/// owner takes no input as long as it is shown.
+/// owner, if there is one, takes no input as long as it is shown.
 class ProgressDialog {
  public:
   /// How long work takes before it is shown.
   inline static ULONGLONG delay_ms = 1000;
 
-  explicit ProgressDialog(HWND owner) noexcept : owner_(owner) {}
+  /// Which messages are dispatched while the work goes on: those of the dialog alone, for work in whose middle nothing
+  /// else may happen.
+  enum class Messages { all, own };
+
+  explicit ProgressDialog(HWND owner, Messages messages = Messages::all) noexcept
+      : owner_(owner), messages_(messages) {}
   ~ProgressDialog();
   ProgressDialog(const ProgressDialog&) = delete;
   ProgressDialog& operator=(const ProgressDialog&) = delete;
@@ -31,9 +36,12 @@ class ProgressDialog {
  private:
   static INT_PTR CALLBACK procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) noexcept;
   void show();
+  void dispatch_messages();
 
   HWND owner_;
+  Messages messages_;
   HWND window_ = nullptr;
+  bool owner_was_enabled_ = false;
   ULONGLONG began_ = GetTickCount64();
   ULONGLONG shown_ = 0;  ///< when the bar was moved last
   bool cancelled_ = false;

@@ -175,6 +175,8 @@ void ScheduleCommands::find_rule() {
       return std::wstring();
     } catch (const StoreError& error) {
       return store_failure(error, nullptr);
+    } catch (const schedule::Cancelled&) {
+      return text(IDS_CANCELLED);
     }
   });
   if (dialog.run(window_.handle()) != IDOK) return;
@@ -186,18 +188,24 @@ void ScheduleCommands::import_calendar() {
   const auto path = files_.ask_to_open(window_.handle(), {IDS_FILTER_CALENDAR, L"csv"});
   if (!path) return;
   const std::wstring name = path->filename().wstring();
-  const std::optional<std::string> bytes = try_read_file(*path);
+  std::optional<std::string> bytes;
+  std::optional<schedule::CalendarReading> reading;
+  {
+    ProgressDialog dialog(window_.handle());
+    bytes = try_read_file(*path, schedule::part_of(dialog.progress(), 0, 50));
+    const bool events =
+        schedule::has_ending(to_schedule_text(name), ".ics") || (bytes && schedule::is_icalendar(*bytes));
+    if (bytes && !events) reading = schedule::read_calendar(*bytes, schedule::part_of(dialog.progress(), 50, 100));
+  }
   if (!bytes) {
     window_.try_show_box(text(IDS_FILE_NOT_READ, {path->wstring()}), MB_ICONERROR);
     return;
   }
-  if (schedule::has_ending(to_schedule_text(name), ".ics") || schedule::is_icalendar(*bytes))
-    return run_import({load_named(store_), *bytes, text(IDS_EVENTS_QUESTION, {name})});
-  const schedule::CalendarReading reading = schedule::read_calendar(*bytes);
-  if (reading.calendar) {
-    return run_import({load_named(store_), std::vector{*reading.calendar}, text(IDS_CALENDAR_QUESTION, {name})});
+  if (!reading) return run_import({load_named(store_), *bytes, text(IDS_EVENTS_QUESTION, {name})});
+  if (reading->calendar) {
+    return run_import({load_named(store_), std::vector{*reading->calendar}, text(IDS_CALENDAR_QUESTION, {name})});
   }
-  window_.try_show_box(text(IDS_CALENDAR_NOT_READ, {name, mistakes_in_words(reading.mistakes)}), MB_ICONERROR);
+  window_.try_show_box(text(IDS_CALENDAR_NOT_READ, {name, mistakes_in_words(reading->mistakes)}), MB_ICONERROR);
 }
 
 void ScheduleCommands::run_import(CalendarDialog&& dialog) {

@@ -8,7 +8,7 @@
 
 namespace workbench {
 
-std::wstring SettingEditor::save(const SymbolSourceSetting& entered) {
+std::wstring SettingEditor::save(const SymbolSourceSetting& entered) try {
   try {
     store(entered);
     return {};
@@ -17,6 +17,8 @@ std::wstring SettingEditor::save(const SymbolSourceSetting& entered) {
         error.kind() == StoreErrorKind::setting_changed || error.kind() == StoreErrorKind::setting_not_found;
     return conflict ? adopt_conflict() : store_failure(error, nullptr);
   }
+} catch (const schedule::Cancelled&) {
+  return text(IDS_CANCELLED);
 }
 
 void SettingEditor::store(const SymbolSourceSetting& entered) {

@@ -5,6 +5,7 @@
 #include "FirstContent.h"
 #include "OpenStoreDialog.h"
 #include "PasswordDialog.h"
+#include "ProgressDialog.h"
 #include "RecentStores.h"
 #include "StoreMessages.h"
 #include "Texts.h"
@@ -64,14 +65,19 @@ OpenedStore StoreChooser::open(const std::wstring& name) {
   opening.ask_password = [&](const PasswordRequest& request) {
     return ask_in_dialog(GetLastActivePopup(window_.handle()), request);
   };
-  try {
+  const auto open_with_progress = [&] {
+    ProgressDialog dialog(GetLastActivePopup(window_.handle()), ProgressDialog::Messages::own);
+    opening.progress = dialog.progress();
     return open_store(*location, opening);
+  };
+  try {
+    return open_with_progress();
   } catch (const StoreError& error) {
     if (error.kind() != StoreErrorKind::missing) throw;
     if (!window_.ask(text(IDS_CREATE_STORE, {error.subject()}))) throw schedule::Cancelled();
   }
   opening.may_create = true;
-  return open_store(*location, opening);
+  return open_with_progress();
 }
 
 }  // namespace workbench

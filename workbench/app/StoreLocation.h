@@ -40,7 +40,8 @@ struct StoreOpening {
   const StoreCopy* copied = nullptr;
   bool may_create = true;      ///< whether one is created; if not, opening fails with `missing`
   AskPassword ask_password{};  ///< none: a server that wants a password is refused
-  /// Called while a new store is filled. Cancels the creation with `schedule::Cancelled`, and nothing is left of it.
+  /// Called while the store is opened, migrated or filled. Cancels that with `schedule::Cancelled`: the store is as it
+  /// was, and nothing is left of a new one. A server ignores it.
   schedule::Progress progress{};
   const odbc::OdbcApi* odbc = nullptr;  ///< the functions of ODBC; null: the system's
 };

@@ -69,14 +69,14 @@ void YearWindow::paint() {
   RECT client{};
   GetClientRect(handle(), &client);
   if (!paint.dc() || IsRectEmpty(&client)) return;
-  const base::MemoryDc memory(CreateCompatibleDC(paint.dc()));
+  // The bitmap outlives the context that it is selected into, as it must.
   const base::Bitmap bitmap(CreateCompatibleBitmap(paint.dc(), client.right, client.bottom));
+  const base::MemoryDc memory(CreateCompatibleDC(paint.dc()));
   if (!memory || !bitmap) return;
-  HGDIOBJ previous = SelectObject(memory.get(), bitmap.get());
+  SelectObject(memory.get(), bitmap.get());
   const SIZE area{client.right, client.bottom};
   paint_year(memory.get(), lay_out_year(area, dpi_), picture_, area);
   BitBlt(paint.dc(), 0, 0, client.right, client.bottom, memory.get(), 0, 0, SRCCOPY);
-  SelectObject(memory.get(), previous);
 }
 
 }  // namespace workbench

@@ -264,6 +264,7 @@
 #define IDS_NAME_NOT_EDITED 1325
 #define IDS_FILE_NOT_TEXT 1326
 #define IDS_RULE_STORED 1327
+#define IDS_DATES_TOO_LONG 1328
 
 /* opening a store; the reasons in the order of ConnectionStringError::Reason */
 #define IDS_CONNECTION_STRING_REFUSED 1340

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <optional>
 
 #include "DateList.h"
 
@@ -31,11 +32,15 @@ std::vector<ChangedDay> changed_days(const Calendar& before, const Calendar& aft
   return changed;
 }
 
-std::vector<ChangedDates> changed_dates(const Calendar& before, const Calendar& after, std::span<const NamedRule> rules,
+namespace {
+
+/// The dates that change when a calendar takes the place of another; null: of none, so that nothing was known.
+std::vector<ChangedDates> changed_dates(const Calendar* before, const Calendar& after, std::span<const NamedRule> rules,
                                         std::span<const NamedSetting> settings, const Progress& progress) {
-  const TradingDays old_days = trading_days(before);
+  const std::optional<TradingDays> old_days = before ? std::optional(trading_days(*before)) : std::nullopt;
   const TradingDays new_days = trading_days(after);
-  const auto [first, last] = contracts_around(std::min(before.from, after.from), std::max(before.to, after.to));
+  const Calendar& other = before ? *before : after;
+  const auto [first, last] = contracts_around(std::min(other.from, after.from), std::max(other.to, after.to));
   std::vector<ChangedDates> changed;
   std::map<std::string_view, const NamedRule*> rules_by_name;
   for (const NamedRule& rule : rules) rules_by_name.emplace(rule.name, &rule);
@@ -47,14 +52,18 @@ std::vector<ChangedDates> changed_dates(const Calendar& before, const Calendar& 
     const NamedRule* rule = found->second;
     for (Month contract = first; contract <= last; contract += months{1}) {
       if (!is_delivery_month(contract, setting.months)) continue;
-      const ContractDates old_dates = contract_dates(rule->numbers, contract, old_days);
       const ContractDates new_dates = contract_dates(rule->numbers, contract, new_days);
-      if (old_dates == new_dates) continue;
-      changed.push_back({{rule->name, setting.name, old_dates}, {rule->name, setting.name, new_dates}});
+      ContractDates old_dates{.contract = contract};
+      if (old_days) old_dates = contract_dates(rule->numbers, contract, *old_days);
+      const bool changes =
+          old_days ? old_dates != new_dates : new_dates.expiration.date.has_value() || new_dates.roll.date.has_value();
+      if (changes) changed.push_back({{rule->name, setting.name, old_dates}, {rule->name, setting.name, new_dates}});
     }
   }
   return changed;
 }
+
+}  // namespace
 
 CalendarPlan plan_calendar(const Calendar& calendar, std::span<const Calendar> stored, std::span<const NamedRule> rules,
                            std::span<const NamedSetting> settings, const Progress& progress) {
@@ -65,6 +74,7 @@ CalendarPlan plan_calendar(const Calendar& calendar, std::span<const Calendar> s
     Calendar nothing_closed = calendar;
     nothing_closed.closed.clear();
     plan.days = changed_days(nothing_closed, calendar);
+    plan.dates = changed_dates(nullptr, calendar, rules, settings, progress);
   } else if (*found == calendar) {
     plan.is_same = true;
     plan.notes.push_back({0, MistakeKind::same_calendar, {calendar.name}});
@@ -77,7 +87,7 @@ CalendarPlan plan_calendar(const Calendar& calendar, std::span<const Calendar> s
            {calendar.name, to_text(found->from), to_text(found->to), to_text(calendar.from), to_text(calendar.to)}});
     }
     plan.days = changed_days(*found, calendar);
-    plan.dates = changed_dates(*found, calendar, rules, settings, progress);
+    plan.dates = changed_dates(&*found, calendar, rules, settings, progress);
   }
   plan.notes.push_back(
       {0, MistakeKind::calendar_summary, {std::to_string(plan.days.size()), std::to_string(plan.dates.size())}});

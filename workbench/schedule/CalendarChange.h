@@ -30,14 +30,11 @@ struct ChangedDates {
 /// as open.
 std::vector<ChangedDay> changed_days(const Calendar& before, const Calendar& after);
 
-/// The dates that change with it, for the settings that name the calendar and for every contract month to which one of
-/// the calendars has something to say. Dates that become known or unknown are changed too.
-std::vector<ChangedDates> changed_dates(const Calendar& before, const Calendar& after, std::span<const NamedRule> rules,
-                                        std::span<const NamedSetting> settings, const Progress& progress = {});
-
 /// What changes when a calendar is imported.
 struct CalendarPlan {
   std::vector<ChangedDay> days{};
+  /// For the settings that name the calendar, and for every contract month to which it has something to say, or had.
+  /// Dates that become known or unknown are changed too.
   std::vector<ChangedDates> dates{};
   std::vector<Mistake> notes{};  ///< about the calendar as a whole, and none about a line
   bool is_same = false;          ///< the same calendar is there already

@@ -58,7 +58,7 @@ std::string one_line(std::string text) {
 
 class CalendarReader {
  public:
-  explicit CalendarReader(std::string_view text) : rest_(text) {}
+  CalendarReader(std::string_view text, const Progress& progress) : rest_(text), progress_(progress) {}
 
   CalendarReading read() {
     while (rest_.starts_with('#') || rest_.starts_with('\r') || rest_.starts_with('\n')) read_key();
@@ -140,7 +140,7 @@ class CalendarReader {
   }
 
   void read_days() {
-    CsvRecords table = parse_csv(rest_, ',', line_);
+    CsvRecords table = parse_csv(rest_, ',', line_, progress_);
     std::ranges::move(table.mistakes, std::back_inserter(mistakes_));
     if (table.records.empty()) return complain(line_, MistakeKind::calendar_columns, {""});
     const CsvRecord& columns = table.records.front();
@@ -173,6 +173,7 @@ class CalendarReader {
   }
 
   std::string_view rest_;
+  const Progress& progress_;
   std::size_t line_ = 1;
   std::map<std::string_view, Value> values_;
   bool has_range_ = false;
@@ -183,13 +184,11 @@ class CalendarReader {
 
 }  // namespace
 
-CalendarReading read_calendar(std::string_view bytes) {
+CalendarReading read_calendar(std::string_view bytes, const Progress& progress) {
   const std::string_view text = without_byte_order_mark(bytes);
-  if (const std::optional<std::size_t> invalid = find_invalid_utf8(text)) {
-    const auto line = std::ranges::count(text.substr(0, *invalid), '\n') + 1;
-    return {std::nullopt, {{static_cast<std::size_t>(line), MistakeKind::not_utf8}}};
-  }
-  return CalendarReader(text).read();
+  if (const std::optional<std::size_t> line = find_line_without_utf8(text))
+    return {std::nullopt, {{*line, MistakeKind::not_utf8}}};
+  return CalendarReader(text, progress).read();
 }
 
 std::string write_calendar(const Calendar& calendar) {

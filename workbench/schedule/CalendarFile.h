@@ -7,6 +7,7 @@
 
 #include "Calendar.h"
 #include "Mistakes.h"
+#include "Progress.h"
 
 namespace workbench::schedule {
 
@@ -17,7 +18,7 @@ struct CalendarReading {
 };
 
 /// Reads a calendar file: lines "# key: value", then a line of column names, then one closed day a line. UTF-8.
-CalendarReading read_calendar(std::string_view bytes);
+CalendarReading read_calendar(std::string_view bytes, const Progress& progress = {});
 
 /// The calendar as such a file. Line breaks within its texts become spaces.
 std::string write_calendar(const Calendar& calendar);

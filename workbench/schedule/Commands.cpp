@@ -73,7 +73,7 @@ class DateCommand : private CommandContext {
     const auto known = open_days_.find(calendar);
     if (known != open_days_.end()) return known->second;
     if (is_file_name(calendar)) {
-      const CalendarReading reading = read_calendar(read(calendar));
+      const CalendarReading reading = read_calendar(read(calendar), part(10, 10));
       report(calendar, reading.mistakes);
       if (!reading.calendar) throw CommandFailure{unusable_file};
       return open_days_.emplace(calendar, trading_days(*reading.calendar)).first->second;
@@ -199,6 +199,7 @@ class DateCommand : private CommandContext {
   }
 
   void check() {
+    if (is_file_name(arguments_.calendar)) open_days(arguments_.calendar);
     const DateList list = begin_list(read_rule_date_list(read(arguments_.file), part(10, 30)));
     std::vector<CheckRow> rows;
     const Progress checking = part(30, 80);

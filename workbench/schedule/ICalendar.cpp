@@ -81,11 +81,15 @@ class ICalendarReader {
  public:
   explicit ICalendarReader(const CalendarScope& scope) : scope_(scope) {}
 
-  CalendarReading read(std::string_view text) {
+  CalendarReading read(std::string_view text, const Progress& progress) {
+    const std::size_t size = text.size();
     if (!is_calendar_name(scope_.name)) complain(1, MistakeKind::calendar_name, {scope_.name});
     if (scope_.to < scope_.from)
       complain(1, MistakeKind::day_order_of_range, {to_text(scope_.from), to_text(scope_.to)});
-    while (!text.empty()) read_line(text);
+    while (!text.empty()) {
+      advance(progress, size - text.size(), size);
+      read_line(text);
+    }
     if (!components_.empty() || !ended_)
       complain(std::max<std::size_t>(line_, 1), MistakeKind::icalendar_end,
                {components_.empty() ? "VCALENDAR" : components_.back()});
@@ -190,15 +194,11 @@ class ICalendarReader {
 
 }  // namespace
 
-CalendarReading read_icalendar(std::string_view bytes, const CalendarScope& scope) {
+CalendarReading read_icalendar(std::string_view bytes, const CalendarScope& scope, const Progress& progress) {
   const std::string_view text = without_byte_order_mark(bytes);
-  // UTF-16 without a byte order mark is well-formed UTF-8 with zeros.
-  const std::size_t invalid = std::min(find_invalid_utf8(text).value_or(text.size()), text.find('\0'));
-  if (invalid < text.size()) {
-    const auto line = std::ranges::count(text.substr(0, invalid), '\n') + 1;
-    return {std::nullopt, {{static_cast<std::size_t>(line), MistakeKind::not_utf8}}};
-  }
-  return ICalendarReader(scope).read(text);
+  if (const std::optional<std::size_t> line = find_line_without_utf8(text))
+    return {std::nullopt, {{*line, MistakeKind::not_utf8}}};
+  return ICalendarReader(scope).read(text, progress);
 }
 
 bool is_icalendar(std::string_view bytes) {

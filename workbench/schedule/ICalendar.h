@@ -19,7 +19,7 @@ struct CalendarScope {
 /// Days on Saturday and Sunday, outside the scope and of cancelled events are left out; a day of several events is
 /// listed once, with the first reason. Events that repeat or are not all-day are mistakes, and so is a file without a
 /// single event.
-CalendarReading read_icalendar(std::string_view bytes, const CalendarScope& scope);
+CalendarReading read_icalendar(std::string_view bytes, const CalendarScope& scope, const Progress& progress = {});
 
 /// Whether this looks like an iCalendar file rather than a calendar file, whatever its encoding.
 bool is_icalendar(std::string_view bytes);

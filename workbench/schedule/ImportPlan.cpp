@@ -75,12 +75,6 @@ void warn_of_missing(const RuleFile& file, const ImportTarget& store, ImportPlan
 
 }  // namespace
 
-std::size_t ImportPlan::count(ImportAction action) const {
-  auto count = std::ranges::count(rules, action, &PlannedRule::action);
-  if (settings) count += std::ranges::count(*settings, action, &PlannedSetting::action);
-  return static_cast<std::size_t>(count);
-}
-
 ImportPlan plan_import(const RuleFile& file, const ImportTarget& store, const Progress& progress) {
   ImportPlan plan{.refused = file.mistakes, .ignored_columns = file.ignored_columns};
   if (file.rules) plan_rules(*file.rules, store.rules, part_of(progress, 0, 50), plan);
@@ -88,6 +82,9 @@ ImportPlan plan_import(const RuleFile& file, const ImportTarget& store, const Pr
     plan_settings(*file.settings, store.settings, part_of(progress, 50, 100), plan);
     warn_of_missing(file, store, plan);
   }
+  plan.changes_anything =
+      std::ranges::any_of(plan.rules, [](const auto& planned) { return planned.action != ImportAction::leave; }) ||
+      (plan.settings && !std::ranges::equal(*plan.settings, store.settings, {}, &PlannedSetting::setting));
   std::ranges::stable_sort(plan.refused, {}, &Mistake::line);
   std::ranges::stable_sort(plan.warnings, {}, &Mistake::line);
   return plan;

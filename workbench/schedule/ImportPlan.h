@@ -35,8 +35,7 @@ struct ImportPlan {
   /// Names that the editor would refuse, and rules and calendars of settings that will not exist, by line.
   std::vector<Mistake> warnings{};
   std::vector<std::string> ignored_columns{};
-
-  std::size_t count(ImportAction action) const;
+  bool changes_anything = false;  ///< another order of the settings is a change too
 };
 
 /// What a store holds before an import.

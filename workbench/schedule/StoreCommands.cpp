@@ -76,13 +76,9 @@ class StoreCommand : private CommandContext {
     if (!plan.refused.empty() && !has_records) throw CommandFailure{unusable_file};
     describe_plan(plan);
     if (!plan.refused.empty()) output_.exit_code = with_differences;
-    if (!plan.refused.empty() || arguments_.dry_run || (!changes_anything(plan) && !input_.store_is_new))
+    if (!plan.refused.empty() || arguments_.dry_run || (!plan.changes_anything && !input_.store_is_new))
       return report(MistakeKind::nothing_imported, {});
     output_.change = wanted(plan);
-  }
-
-  static bool changes_anything(const ImportPlan& plan) {
-    return plan.count(ImportAction::add) + plan.count(ImportAction::change) + plan.removed_settings.size() > 0;
   }
 
   static WantedChange wanted(const ImportPlan& plan) {
@@ -156,17 +152,18 @@ class StoreCommand : private CommandContext {
     constexpr const char* options = "--name, --from, --to";
     if (events && !is_complete) fail(wrong_arguments, MistakeKind::icalendar_needs, {arguments_.file, options});
     if (!events && says_something) fail(wrong_arguments, MistakeKind::calendar_says_itself, {arguments_.file, options});
-    CalendarReading reading =
-        events ? read_icalendar(bytes, {arguments_.calendar_name, *arguments_.first_day, *arguments_.last_day})
-               : read_calendar(bytes);
-    report(arguments_.file, reading.mistakes);
-    if (!reading.calendar) throw CommandFailure{unusable_file};
-    return *std::move(reading.calendar);
+    const Progress reading = part(0, 30);
+    CalendarReading calendar =
+        events ? read_icalendar(bytes, {arguments_.calendar_name, *arguments_.first_day, *arguments_.last_day}, reading)
+               : read_calendar(bytes, reading);
+    report(arguments_.file, calendar.mistakes);
+    if (!calendar.calendar) throw CommandFailure{unusable_file};
+    return *std::move(calendar.calendar);
   }
 
   void import_calendar() {
     const Calendar calendar = read_wanted_calendar();
-    const CalendarPlan plan = plan_calendar(calendar, input_.calendars, input_.rules, input_.settings, part(0, 60));
+    const CalendarPlan plan = plan_calendar(calendar, input_.calendars, input_.rules, input_.settings, part(30, 60));
     for (const Mistake& note : plan.notes) report(note.kind, note.parameters);
     if (plan.is_same) {
       if (input_.store_is_new && !arguments_.dry_run) output_.change.emplace();

@@ -71,6 +71,12 @@ std::optional<std::size_t> find_invalid_utf8(std::string_view text) {
   return std::nullopt;
 }
 
+std::optional<std::size_t> find_line_without_utf8(std::string_view text) {
+  const std::size_t invalid = std::min(find_invalid_utf8(text).value_or(text.size()), text.find('\0'));
+  if (invalid >= text.size()) return std::nullopt;
+  return static_cast<std::size_t>(std::ranges::count(text.substr(0, invalid), '\n') + 1);
+}
+
 void append_utf8(std::string& text, char32_t character) {
   const auto append = [&](char32_t byte) { text += static_cast<char>(byte); };
   const auto continuation = [&](unsigned shift) { append(0x80U | (character >> shift & 0x3FU)); };

@@ -13,6 +13,10 @@ std::size_t utf8_sequence_length(std::string_view text);
 /// Where the first byte lies that does not belong to well-formed UTF-8.
 std::optional<std::size_t> find_invalid_utf8(std::string_view text);
 
+/// The line, from 1, on which the text is not UTF-8: the first one with a byte that does not belong to it, or with a
+/// zero, as UTF-16 has them.
+std::optional<std::size_t> find_line_without_utf8(std::string_view text);
+
 /// The character in UTF-8. A surrogate gets the three bytes of its number, which is not well-formed.
 void append_utf8(std::string& text, char32_t character);
 

@@ -30,6 +30,7 @@ class FailingRuleStore final : public RuleStore {
   void import_records(const StoreImport& records, const schedule::Progress& progress) override;
   void replace_content(const StoreContent& content) override;
   StoreCopy copy() override;
+  void set_progress(const schedule::Progress& progress) override { store_->set_progress(progress); }
   bool poll_for_changes() override;
 
  private:

@@ -76,6 +76,11 @@ class RuleStore {
   /// Everything that the store holds at one moment.
   virtual StoreCopy copy() = 0;
 
+  /// From now on `progress` is called again and again while a call takes long, and cancels it: the call then throws
+  /// `schedule::Cancelled`, and nothing has changed. It must not use the store; an empty one ends that. A store may
+  /// ignore it.
+  virtual void set_progress(const schedule::Progress& /*progress*/) {}
+
   /// Looks whether another program changed the content since the last look, and if so notifies the subscribers. Returns
   /// whether it did.
   virtual bool poll_for_changes() = 0;

@@ -7,6 +7,8 @@
 #include <string>
 #include <string_view>
 
+#include "Progress.h"
+
 struct sqlite3;
 struct sqlite3_stmt;
 
@@ -53,6 +55,8 @@ class SqliteDatabase {
  public:
   /// Opens the file, or creates it; one that cannot be written is opened for reading.
   SqliteDatabase(const std::filesystem::path& path, std::chrono::milliseconds busy_timeout);
+  SqliteDatabase(SqliteDatabase&&) noexcept;
+  ~SqliteDatabase();
 
   SqliteStatement prepare(std::string_view sql) const;
 
@@ -65,6 +69,11 @@ class SqliteDatabase {
   /// How long calls wait for another program from now on.
   void set_busy_timeout(std::chrono::milliseconds busy_timeout) const noexcept;
 
+  /// From now on `progress` is called again and again while a call waits for another program, with how much of the time
+  /// has passed, or works, with an estimate of how much is done. The call throws `schedule::Cancelled` when `progress`
+  /// returns false. It must not use the database; an empty one ends that.
+  void set_progress(schedule::Progress progress) const;
+
   /// Throws what this result code of the library means.
   [[noreturn]] void fail(int code) const;
 
@@ -72,11 +81,14 @@ class SqliteDatabase {
   [[noreturn]] void fail_damaged(const std::string& detail) const;
 
  private:
+  class CallWatch;
+
   struct Close {
     void operator()(sqlite3* database) const noexcept;
   };
 
   std::filesystem::path path_;
+  std::unique_ptr<CallWatch> watch_;  // outlives the connection, which calls it
   std::unique_ptr<sqlite3, Close> database_;
 };
 

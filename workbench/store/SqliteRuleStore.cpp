@@ -119,6 +119,8 @@ class SqliteRuleStore final : public RuleStore {
 
   StoreCopy copy() override { return select_copy(database_); }
 
+  void set_progress(const schedule::Progress& progress) override { database_.set_progress(progress); }
+
   bool poll_for_changes() override {
     const auto found = read_data_version();
     if (!found || found == data_version_) return false;

@@ -16,8 +16,8 @@ struct SqliteStoreOptions {
   std::chrono::milliseconds busy_timeout{3000};
   /// Whether a file that is missing or empty is created; if not, it fails with `missing`.
   bool may_create = true;
-  /// Called with how much of its content a new file has. Cancels the creation with `schedule::Cancelled`; the file
-  /// is empty then.
+  /// Called with how much of the opening is done. Cancels it with `schedule::Cancelled`: a file then is as it was, and
+  /// a new one empty.
   schedule::Progress progress{};
   /// What a new file is filled with instead of `first_content`. Then a file that holds a store fails with `exists`.
   const StoreCopy* copied = nullptr;

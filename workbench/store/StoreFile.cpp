@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <fstream>
+#include <vector>
 
 #include "SqliteCopy.h"
 #include "SqliteRecords.h"
@@ -148,6 +149,19 @@ void refuse_damaged(const SqliteDatabase& database, const std::filesystem::path&
     refuse(StoreErrorKind::damaged, path, "the file is cut short");
 }
 
+/// Reads the whole file once. What a slow disk takes is waited for here, part by part, and not in the integrity check,
+/// which reads the same in one go and cannot be cancelled meanwhile.
+void read_ahead(const std::filesystem::path& path, const schedule::Progress& progress) {
+  std::error_code missing;
+  const std::uintmax_t size = std::filesystem::file_size(path, missing);
+  if (!progress || missing) return;
+  std::ifstream file(path, std::ios::binary);
+  std::vector<char> part(1 << 16);
+  for (std::uintmax_t done = 0; done < size && file.read(part.data(), static_cast<std::streamsize>(part.size()));
+       done += part.size())
+    schedule::advance(progress, done, size);
+}
+
 void migrate(const SqliteDatabase& database, const std::filesystem::path& path, const SqliteStoreOptions& options) {
   SqliteTransaction transaction(database);
   // Another program may have been here first.
@@ -158,10 +172,11 @@ void migrate(const SqliteDatabase& database, const std::filesystem::path& path, 
   for (std::uint32_t version = old_version; version < present_version; ++version) database.execute(migrations[version]);
   database.execute(("PRAGMA application_id = " + std::to_string(store_application)).c_str());
   database.execute(("PRAGMA user_version = " + std::to_string(present_version)).c_str());
+  const schedule::Progress filling = schedule::part_of(options.progress, 80, 100);
   if (fresh && options.copied)
-    insert_copy(database, *options.copied, options.progress);
+    insert_copy(database, *options.copied, filling);
   else if (fresh)
-    replace_content(database, options.first_content, options.progress);
+    replace_content(database, options.first_content, filling);
   else if (old_version < version_of_calendars)
     complete_content(database, options.first_content);
   transaction.commit();
@@ -174,14 +189,18 @@ SqliteDatabase open_store_file(const std::filesystem::path& path, const SqliteSt
   if (!options.may_create && !has_content(path)) refuse(StoreErrorKind::missing, path, "there is no such file");
   std::error_code refused;  // SQLite meets the missing folder and says why
   std::filesystem::create_directories(path.parent_path(), refused);
+  read_ahead(path, schedule::part_of(options.progress, 0, 40));
   SqliteDatabase database(path, options.busy_timeout);
+  database.set_progress(schedule::part_of(options.progress, 40, 60));
   database.execute("PRAGMA synchronous = EXTRA; PRAGMA cell_size_check = ON; PRAGMA trusted_schema = OFF");
   if (!is_new(database)) {
     refuse_unless_ours(read_identity(database), path);
     refuse_damaged(database, path);
     if (options.copied) refuse(StoreErrorKind::exists, path, "there is a store");
   }
+  database.set_progress(schedule::part_of(options.progress, 60, 80));
   if (read_identity(database).version < present_version) migrate(database, path, options);
+  database.set_progress({});
   return database;
 }
 

@@ -1,3 +1,4 @@
+#include "ScheduleRecords.h"
 #include "ScheduleTest.h"
 #include "TemporaryFolder.h"
 #include "Texts.h"
@@ -106,6 +107,7 @@ TEST_F(CalendarDialogTest, OfferOfNewerCalendarsShowsWhatChanges) {
                               EXPECT_NE(changes(dialog).find(L"2026-03-20  closed  new"), std::wstring::npos);
                               EXPECT_NE(changes(dialog).find(L"IF       2026-03   2026-03-20         2026-03-23"),
                                         std::wstring::npos);
+                              EXPECT_TRUE(changes(dialog).starts_with(L"sample\r\n")) << "whose days they are";
                               EXPECT_NE(changes(dialog).find(L"added"), std::wstring::npos);
                               EXPECT_EQ(stored("sample").closed.size(), 1u) << "nothing is changed yet";
                               click(dialog, IDOK);
@@ -124,6 +126,23 @@ TEST_F(CalendarDialogTest, DeclinedOfferChangesNothingAndDoesNotComeAgain) {
   EXPECT_EQ(stored("sample"), before);
   EXPECT_EQ(stored("added"), schedule::Calendar());
   application_->offer_calendars(shipped);  // shows no dialog
+}
+
+TEST_F(CalendarDialogTest, OlderCalendarIsOfferedWhenTheStoreOpens) {
+  schedule::Calendar older = schedule::shipped_calendars().front();
+  older.closed.pop_back();
+  store_->replace_calendars({{older, schedule::shipped_calendars_version - 1}});
+  start_at_2026();
+  std::wstring offered;
+  const test_support::DialogDriver user([&](HWND dialog) {
+    offered = changes(dialog);
+    click(dialog, IDOK);
+    PostMessageW(window(), WM_CLOSE, 0, 0);
+  });
+  application_->run(0);
+  EXPECT_EQ(user.dialogs(), 1);
+  EXPECT_NE(offered.find(from_schedule_text(older.name)), std::wstring::npos) << offered.c_str();
+  EXPECT_EQ(stored(older.name), schedule::shipped_calendars().front());
 }
 
 }  // namespace

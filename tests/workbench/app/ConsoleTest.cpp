@@ -2,6 +2,9 @@
 #include <windows.h>
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <thread>
+
 #include "ModulePath.h"
 #include "Owned.h"
 #include "SqliteRuleStore.h"
@@ -59,9 +62,9 @@ class ConsoleTest : public testing::Test {
     write_bytes(folder_.path() / L"rules.csv", rules);
   }
 
-  /// Starts the program in a console of its own and presses Ctrl+C when it shows how far it has come. Returns its exit
-  /// code.
-  DWORD cancelled(const std::wstring& arguments) {
+  /// Starts the program in a console of its own and presses Ctrl+C when it shows how far it has come, by `sign`.
+  /// Returns its exit code.
+  DWORD cancelled(const std::wstring& arguments, const std::wstring& sign = L" %") {
     std::wstring line = L'"' + base::path_beside_program(L"workbench-console.exe") + L"\" " + arguments;
     STARTUPINFOW startup{};
     startup.cb = sizeof(startup);
@@ -74,10 +77,10 @@ class ConsoleTest : public testing::Test {
     const ScopedConsole console(started.dwProcessId);
     const ULONGLONG end = GetTickCount64() + limit_ms;
     std::wstring seen;
-    while (seen.find(L" %") == std::wstring::npos && GetTickCount64() < end &&
+    while (seen.find(sign) == std::wstring::npos && GetTickCount64() < end &&
            WaitForSingleObject(process.get(), 50) == WAIT_TIMEOUT)
       seen = ScopedConsole::screen();
-    EXPECT_NE(seen.find(L" %"), std::wstring::npos) << "it shows how far it has come";
+    EXPECT_NE(seen.find(sign), std::wstring::npos) << "it shows how far it has come";
     EXPECT_TRUE(GenerateConsoleCtrlEvent(CTRL_C_EVENT, 0));
     EXPECT_EQ(WaitForSingleObject(process.get(), limit_ms), WAIT_OBJECT_0) << "it does not end";
     DWORD code = 0;
@@ -103,6 +106,49 @@ TEST_F(ConsoleTest, CancelledImportLeavesTheStoreAsItWas) {
 TEST_F(ConsoleTest, CancelledImportCreatesNoStore) {
   EXPECT_EQ(cancelled(L"--store new.db --import rules.csv"), cancelled_code);
   EXPECT_FALSE(std::filesystem::exists(folder_.path() / L"new.db"));
+}
+
+/// A file that comes as slowly as from a bad disk, and never ends.
+class SlowFile {
+ public:
+  ~SlowFile() {
+    ended_ = true;
+    writer_.join();
+  }
+
+  const wchar_t* name() const { return L"\\\\.\\pipe\\zd-slow.csv"; }
+
+ private:
+  void write() {
+    constexpr char part[] = "a rule without numbers\r\n";
+    while (!ended_) {
+      DWORD written = 0;
+      if (!WriteFile(pipe_.get(), part, sizeof(part) - 1, &written, nullptr)) Sleep(10);  // nobody reads it yet
+      Sleep(10);
+    }
+  }
+
+  base::FileHandle pipe_{
+      CreateNamedPipeW(name(), PIPE_ACCESS_OUTBOUND, PIPE_TYPE_BYTE | PIPE_NOWAIT, 1, 65536, 65536, 0, nullptr)};
+  std::atomic<bool> ended_ = false;
+  std::thread writer_{[this] { write(); }};
+};
+
+TEST_F(ConsoleTest, SlowFileIsCancelledWhileItIsRead) {
+  const std::filesystem::path store = folder_.path() / L"rules.db";
+  open_sqlite_store(store)->add_rule({.name = L"rule 7"});
+  const std::string before = read_bytes(store);
+  const SlowFile file;
+  EXPECT_EQ(cancelled(std::wstring(L"--store rules.db --import ") + file.name()), cancelled_code);
+  EXPECT_EQ(read_bytes(store), before);
+}
+
+TEST_F(ConsoleTest, ManyMessagesAreCancelled) {
+  std::string junk = "# name: a\n# from: 2026-01-01\n# to: 2026-12-31\ndate\n";
+  for (int line = 0; line < 400'000; ++line) junk += "no day\n";
+  write_bytes(folder_.path() / L"junk.csv", junk);
+  open_sqlite_store(folder_.path() / L"rules.db")->add_rule({.name = L"rule 7"});
+  EXPECT_EQ(cancelled(L"--store rules.db --import-calendar junk.csv", L"no day"), cancelled_code);
 }
 
 TEST_F(ConsoleTest, LongListOfDatesIsCancelled) {

@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "ProgressDialog.h"
 #include "ScheduleTest.h"
 #include "TemporaryFolder.h"
@@ -153,6 +155,30 @@ TEST_F(DatesDialogsTest, FindingNeedsACalendarAndStoringAName) {
     EXPECT_NE(refused(L"CSI 300").find(L"CSI 300"), std::wstring::npos) << "another rule has the name";
   });
   EXPECT_EQ(store_->load_rules().size(), 2u);
+}
+
+TEST_F(DatesDialogsTest, FileThatIsNoListOfDatesIsNotShown) {
+  start_at_2026();
+  in_dialog(IDM_FIND_RULE, [&](HWND dialog) {
+    HWND dates = GetDlgItem(dialog, IDC_FIND_DATES);
+    EXPECT_GE(SendMessageW(dates, EM_GETLIMITTEXT, 0, 0), 300 * 12 * 30) << "a line for every month can be pasted";
+    const std::wstring said =
+        test_support::with_message_box([&] { import_file(dialog, std::string(600'000, 'x')); }).text;
+    EXPECT_NE(said.find(L"list.csv"), std::wstring::npos);
+    EXPECT_EQ(window_text(dates), L"");
+  });
+}
+
+TEST_F(DatesDialogsTest, OnlyAsManyMessagesAreShownAsOneReads) {
+  start_at_2026();
+  std::string list = "rule,contract,date\n";
+  for (int line = 0; line < 3000; ++line) list += "gone,x,y\n";
+  in_dialog(IDM_CHECK_DATES, [&](HWND dialog) {
+    import_file(dialog, list);
+    const std::wstring shown = messages(dialog);
+    EXPECT_EQ(std::ranges::count(shown, L'\n'), 1000);
+    EXPECT_TRUE(shown.ends_with(L"..."));
+  });
 }
 
 TEST_F(DatesDialogsTest, ImportedDatesAreSearchedAtOnce) {

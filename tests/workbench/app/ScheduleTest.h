@@ -11,17 +11,19 @@ inline constexpr int schedule_flags_column = 5;
 /// The program over a store with a rule, two settings that use it and a calendar; the schedule begins with 2026.
 class ScheduleTest : public ApplicationTest {
  protected:
-  ScheduleTest() {
+  ScheduleTest() { store_->replace_content(content()); }
+
+  static StoreContent content() {
     using namespace std::chrono;
-    store_->replace_content(
-        {.rules = {{.name = L"CSI 300", .day_mode = 1, .week_ordinal = 3, .weekday = 5, .move_to_next_trading_day = 1},
-                   {.name = L"unused", .day_of_month = 15}},
-         .settings = {{.name = L"IF", .rule_name = L"CSI 300", .calendar = L"sample"},
-                      {.name = L"IH", .rule_name = L"CSI 300", .calendar = L"sample", .months = L"HMUZ"}},
-         .calendars = {{.calendar = {.name = "sample",
-                                     .from = sys_days{2025y / 1 / 1},
-                                     .to = sys_days{2026y / 12 / 31},
-                                     .closed = {{sys_days{2026y / 2 / 20}, "春节"}}}}}});
+    return {
+        .rules = {{.name = L"CSI 300", .day_mode = 1, .week_ordinal = 3, .weekday = 5, .move_to_next_trading_day = 1},
+                  {.name = L"unused", .day_of_month = 15}},
+        .settings = {{.name = L"IF", .rule_name = L"CSI 300", .calendar = L"sample"},
+                     {.name = L"IH", .rule_name = L"CSI 300", .calendar = L"sample", .months = L"HMUZ"}},
+        .calendars = {{.calendar = {.name = "sample",
+                                    .from = sys_days{2025y / 1 / 1},
+                                    .to = sys_days{2026y / 12 / 31},
+                                    .closed = {{sys_days{2026y / 2 / 20}, "春节"}}}}}};
   }
 
   FileDialogs files() {

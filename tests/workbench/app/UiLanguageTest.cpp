@@ -130,7 +130,7 @@ bool shows_text(HWND control) {
 TEST(UiLanguage, DialogsHoldTheSameControlsAndTheirTextsFit) {
   const INITCOMMONCONTROLSEX classes{sizeof(classes), ICC_PROGRESS_CLASS};
   InitCommonControlsEx(&classes);
-  for (const UINT id : {IDD_SETTING, IDD_CHECK, IDD_FIND, IDD_PROGRESS}) {
+  for (const UINT id : {IDD_SETTING, IDD_CHECK, IDD_FIND, IDD_PROGRESS, IDD_CALENDAR}) {
     std::vector<int> ids[2];
     for (const Language language : {Language::english, Language::chinese}) {
       choose_language(language);

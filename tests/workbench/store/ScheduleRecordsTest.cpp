@@ -31,6 +31,10 @@ TEST(ScheduleRecords, NumbersKeepTheirFields) {
   EXPECT_EQ(numbers, (schedule::RuleNumbers{99, 1, 1, 31, 2, 5, 6, 2, 1}));
 }
 
+TEST(ScheduleRecords, NewRuleHasTheSameNumbersInBothForms) {
+  EXPECT_EQ(to_rule_numbers(Rule()), schedule::RuleNumbers());
+}
+
 TEST(ScheduleRecords, NamesAreUtf8WhereThereIsSuchAForm) {
   EXPECT_EQ(to_schedule_text(std::wstring(L"铜\0x", 3)), std::string("铜\0x", 5));
   EXPECT_EQ(to_schedule_text(L"\xD800"), "\xED\xA0\x80");

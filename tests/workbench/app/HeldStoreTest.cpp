@@ -1,0 +1,169 @@
+// A call of the store that takes long shows its progress in the window and can be cancelled, and nothing else happens
+// meanwhile.
+#include "ProgressDialog.h"
+#include "ScheduleTest.h"
+#include "TemporaryFolder.h"
+#include "Texts.h"
+
+namespace workbench {
+namespace {
+
+using test_support::click;
+using test_support::DialogDriver;
+
+BOOL CALLBACK find_progress(HWND window, LPARAM found) noexcept {
+  if (GetDlgItem(window, IDC_PROGRESS)) *reinterpret_cast<HWND*>(found) = window;
+  return TRUE;
+}
+
+/// The dialog that shows the progress; null if there is none.
+HWND shown_progress() {
+  HWND shown = nullptr;
+  EnumThreadWindows(GetCurrentThreadId(), &find_progress, reinterpret_cast<LPARAM>(&shown));
+  return shown;
+}
+
+/// A store that is held by another program until the user cancels the progress that is shown for it.
+class HeldStore final : public MemoryRuleStore {
+ public:
+  bool is_held = false;
+  int cancelled = 0;
+
+  void set_progress(const schedule::Progress& progress) override { progress_ = progress; }
+  std::vector<StoredRule> load_rules() override {
+    wait();
+    return MemoryRuleStore::load_rules();
+  }
+  StoredSetting update_setting(long number, const SymbolSourceSetting& setting,
+                               std::optional<Revision> expected) override {
+    wait();
+    return MemoryRuleStore::update_setting(number, setting, expected);
+  }
+  void replace_calendars(const std::vector<StoredCalendar>& calendars) override {
+    wait();
+    MemoryRuleStore::replace_calendars(calendars);
+  }
+
+ private:
+  void wait() {
+    if (!is_held) return;
+    EXPECT_FALSE(waiting_) << "nothing else happens meanwhile";
+    waiting_ = true;
+    const ULONGLONG end = GetTickCount64() + 20'000;
+    try {
+      while (GetTickCount64() < end) {
+        schedule::advance(progress_, 1, 4);
+        if (HWND shown = shown_progress()) PostMessageW(shown, WM_COMMAND, IDCANCEL, 0);
+        Sleep(60);
+      }
+    } catch (const schedule::Cancelled&) {
+      ++cancelled;
+      waiting_ = false;
+      throw;
+    }
+    ADD_FAILURE() << "no progress was shown";
+  }
+
+  schedule::Progress progress_;
+  bool waiting_ = false;
+};
+
+class HeldStoreTest : public ScheduleTest {
+ protected:
+  HeldStoreTest() {
+    held_->replace_content(content());
+    store_ = held_;
+    chosen_file_ = folder_.path() / L"file.csv";
+  }
+  ~HeldStoreTest() override { ProgressDialog::delay_ms = usual_delay_; }
+
+  /// Runs `work` while the store is held. Returns how often the user cancelled.
+  int cancel_while_held(const std::function<void()>& work) {
+    held_->cancelled = 0;
+    held_->is_held = true;
+    ProgressDialog::delay_ms = 0;
+    work();
+    ProgressDialog::delay_ms = usual_delay_;
+    held_->is_held = false;
+    return held_->cancelled;
+  }
+
+  const ULONGLONG usual_delay_ = ProgressDialog::delay_ms;
+  test_support::TemporaryFolder folder_;
+  std::shared_ptr<HeldStore> held_ = std::make_shared<HeldStore>();
+};
+
+TEST_F(HeldStoreTest, RefreshKeepsThePanes) {
+  start_at_2026();
+  // What is in the queue waits: the store is in the middle of a call.
+  PostMessageW(window(), WM_COMMAND, IDM_REFRESH, 0);
+  EXPECT_EQ(cancel_while_held([&] { press(IDM_REFRESH); }), 1);
+  EXPECT_EQ(message(), text(IDS_CANCELLED));
+  EXPECT_EQ(ListView_GetItemCount(rules()), 2);
+  EXPECT_TRUE(IsWindowEnabled(window()));
+  pump_messages();
+  EXPECT_EQ(message(), text(IDS_REFRESHED));
+}
+
+TEST_F(HeldStoreTest, CancelledSaveOfASettingKeepsWhatWasEntered) {
+  start_at_2026();
+  std::wstring said;
+  const DialogDriver user(DialogDriver::When::shown, [&](HWND dialog, int visit) {
+    if (!GetDlgItem(dialog, IDC_SETTING_NAME)) {
+      said = test_support::read_message_box(dialog).text;
+      test_support::close_message_box(dialog);
+    } else if (visit == 1) {
+      SetDlgItemTextW(dialog, IDC_SETTING_NAME, L"changed");
+      EXPECT_EQ(cancel_while_held([&] { click(dialog, IDOK); }), 1);
+    } else {
+      EXPECT_EQ(window_text(GetDlgItem(dialog, IDC_SETTING_NAME)), L"changed");
+      EXPECT_FALSE(IsWindowEnabled(window())) << "the dialog is still open";
+      click(dialog, IDCANCEL);
+    }
+  });
+  press(IDM_EDIT_SETTING);
+  EXPECT_EQ(said, text(IDS_CANCELLED));
+  EXPECT_EQ(store_->load_settings().front().setting.name, L"IF");
+}
+
+TEST_F(HeldStoreTest, CancelledImportOfACalendarChangesNothing) {
+  start_at_2026();
+  ASSERT_TRUE(try_write_file(*chosen_file_, "# name: sample\n# from: 2025-01-01\n# to: 2026-12-31\ndate\n"));
+  test_support::with_dialog([&] { press(IDM_IMPORT_CALENDAR); },
+                            [&](HWND dialog) {
+                              ProgressDialog::delay_ms = 0;
+                              held_->is_held = true;
+                              click(dialog, IDOK);
+                            });
+  ProgressDialog::delay_ms = usual_delay_;
+  EXPECT_EQ(held_->cancelled, 1);
+  EXPECT_EQ(message(), text(IDS_CANCELLED));
+  EXPECT_EQ(store_->load_calendars().front().calendar.closed.size(), 1u);
+}
+
+TEST_F(HeldStoreTest, ProgressWithoutOwnerIsShownAndCancelled) {
+  ProgressDialog::delay_ms = 0;
+  ProgressDialog progress(nullptr, ProgressDialog::Messages::own);
+  EXPECT_TRUE(progress.go_on(0, 1));
+  HWND shown = shown_progress();
+  ASSERT_TRUE(shown);
+  EXPECT_TRUE(IsWindowVisible(shown));
+  PostMessageW(shown, WM_COMMAND, IDCANCEL, 0);
+  Sleep(60);
+  EXPECT_FALSE(progress.go_on(0, 1));
+}
+
+TEST_F(HeldStoreTest, OwnerThatTookNoInputBeforeTakesNoneAfterwards) {
+  start_at_2026();
+  ProgressDialog::delay_ms = 0;
+  EnableWindow(window(), FALSE);
+  {
+    ProgressDialog progress(window());
+    progress.go_on(0, 1);
+    EXPECT_NE(GetLastActivePopup(window()), window());
+  }
+  EXPECT_FALSE(IsWindowEnabled(window())) << "a dialog of the plug-in may be open";
+}
+
+}  // namespace
+}  // namespace workbench
