@@ -45,7 +45,8 @@ class Cancellation : public testing::TestWithParam<Command> {
                    R"( "LastTradingDay": ""}]})"},
       {"list.csv", "rule,contract,date\nCSI 300,2026-01,2026-01-16\ncopper,2026-01,2026-01-16\n"},
       {"dates.csv", "contract,date\n2026-01,2026-01-16\n2026-02,2026-02-20\n"},
-      {"calendar.csv", "# name: test\n# from: 2026-01-01\n# to: 2026-03-31\ndate\n2026-01-16\n"}};
+      {"calendar.csv", "# name: test\n# from: 2026-01-01\n# to: 2026-03-31\ndate\n2026-01-16\n"},
+      {"events.ics", "BEGIN:VCALENDAR\nBEGIN:VEVENT\nDTSTART;VALUE=DATE:20260116\nEND:VEVENT\nEND:VCALENDAR\n"}};
   CommandInput input_;
 };
 
@@ -62,6 +63,9 @@ std::vector<Command> commands() {
           {"schedule_events", all("ics")},
           {"schedule_page", all("html")},
           {"check", {"--store", "s", "--check", "list.csv"}},
+          {"check_with_a_file", {"--rules", "rules.csv", "--check", "list.csv", "--calendar", "calendar.csv"}},
+          {"schedule_with_a_file", {"--rules", "rules.csv", "--schedule-all", "--calendar", "calendar.csv"}},
+          {"find_with_a_file", {"--find-rule", "dates.csv", "--calendar", "calendar.csv"}},
           {"find_table", find("table")},
           {"find_csv", find("csv")},
           {"find_json", find("json")},
@@ -71,7 +75,10 @@ std::vector<Command> commands() {
           {"export_rules", {"--store", "s", "--export", "out.csv"}},
           {"export_settings", {"--store", "s", "--export", "out.csv", "--what", "settings"}},
           {"export_json", {"--store", "s", "--export", "out.json"}},
-          {"import_calendar", {"--store", "s", "--import-calendar", "calendar.csv"}}};
+          {"import_calendar", {"--store", "s", "--import-calendar", "calendar.csv"}},
+          {"import_events",
+           {"--store", "s", "--import-calendar", "events.ics", "--name", "test", "--from", "2026-01-01", "--to",
+            "2026-03-31"}}};
 }
 
 }  // namespace

@@ -117,6 +117,44 @@ TEST_F(Commands, CalendarMayBeAFile) {
   EXPECT_EQ(run(command).data, "");
 }
 
+TEST_F(Commands, NameWithASeparatorIsAFile) {
+  for (const char* file : {"calendars/mine", "calendars\\mine"}) {
+    files_[file] = "# name: mine\n# from: 2026-01-01\n# to: 2026-01-31\ndate\n2026-01-16\n";
+    const std::vector<std::string> command{"--rules", "rules.csv", "--schedule", "CSI 300", "--calendar", file};
+    EXPECT_NE(run(command).data.find("2026-01-19"), std::string::npos) << file;
+  }
+}
+
+TEST_F(Commands, TableOfTwelveMonthsFromThisOneIsTheDefault) {
+  const std::string table = run({"--rules", "rules.csv", "--schedule", "CSI 300", "--calendar", "china-futures"}).data;
+  EXPECT_EQ(std::ranges::count(table, '\n'), 13);
+  EXPECT_EQ(table.substr(0, table.find("CSI 300           2026-03")),
+            "rule     setting  contract  specified   expiration  roll        flags\n"
+            "CSI 300           2026-01   2026-01-16  2026-01-16  2026-01-16\n"
+            "CSI 300           2026-02   2026-02-20  2026-02-24  2026-02-24  moved\n");
+}
+
+TEST_F(Commands, RollDayIsMeantUnlessTheCommandSaysOtherwise) {
+  files_["rules.csv"] = rules_csv + "early,3,0,0,15,1,1,1,1,1\n";
+  files_["list.csv"] = "rule,contract,date\nearly,2026-01,2026-01-15\n";
+  const std::vector<std::string> check{"--rules", "rules.csv", "--check", "list.csv", "--calendar", "china-futures"};
+  const auto found = [&](const std::vector<std::string>& command) {
+    const std::string data = run(command).data;
+    return data.substr(data.find("early"));
+  };
+  EXPECT_TRUE(found(check).starts_with("early,2026-01,2026-01-15,2026-01-12,-3,"));
+  EXPECT_EQ(found(check + std::vector<std::string>{"--against", "roll"}), found(check));
+  EXPECT_EQ(found(check + std::vector<std::string>{"--against", "expiration"}),
+            "early,2026-01,2026-01-15,2026-01-15,0,\r\n");
+
+  files_["dates.csv"] = "contract,date\n2026-01,2026-01-12\n2026-02,2026-02-11\n2026-03,2026-03-11\n";
+  const std::vector<std::string> find{"--find-rule", "dates.csv", "--calendar", "china-futures", "--format", "csv"};
+  EXPECT_NE(run(find).data.find(",3,0,0,15,1,1,1,1,1,\r\n"), std::string::npos);
+  EXPECT_EQ(run(find + std::vector<std::string>{"--against", "roll"}).data, run(find).data);
+  EXPECT_EQ(run(find + std::vector<std::string>{"--against", "expiration"}).data.find(",3,0,0,15,1,1,1,1,1,\r\n"),
+            std::string::npos);
+}
+
 TEST_F(Commands, SettingsOfAStoreGiveTheirRows) {
   input_.rules = {{"CSI 300", on_weekday(3, 5, current_month, true)}};
   input_.settings = {{"IF", "CSI 300", "china-futures", "HMUZ", true}, {"other", "x"}, {"US", "CSI 300", "us-futures"}};

@@ -96,5 +96,43 @@ TEST_F(CancellationTest, CheckShowsNothing) {
                             });
 }
 
+TEST_F(CancellationTest, FileOfDatesIsNotRead) {
+  start_at_2026();
+  ASSERT_TRUE(try_write_file(*chosen_file_, "contract,date\n2026-01,2026-01-16\n"));
+  test_support::with_dialog([&] { press(IDM_FIND_RULE); },
+                            [&](HWND dialog) {
+                              EXPECT_EQ(cancel_while([&] { click(dialog, IDC_DATES_IMPORT); }), 1);
+                              EXPECT_EQ(window_text(GetDlgItem(dialog, IDC_FIND_DATES)), L"");
+                              click(dialog, IDCANCEL);
+                            });
+}
+
+TEST_F(CancellationTest, CalendarFileIsNotImported) {
+  start_at_2026();
+  for (const wchar_t* name : {L"days.csv", L"days.ics"}) {
+    chosen_file_ = folder_.path() / name;
+    ASSERT_TRUE(try_write_file(*chosen_file_, "# name: sample\n# from: 2025-01-01\n# to: 2026-12-31\ndate\n"));
+    EXPECT_EQ(cancel_while([&] { press(IDM_IMPORT_CALENDAR); }), 1);
+    EXPECT_EQ(message(), text(IDS_CANCELLED));
+  }
+  EXPECT_EQ(store_->load_calendars().front().calendar.closed.size(), 1u);
+}
+
+TEST_F(CancellationTest, FileIsReadPartByPart) {
+  const std::string large(1 << 20, 'x');
+  ASSERT_TRUE(try_write_file(*chosen_file_, large));
+  size_t parts = 0;
+  EXPECT_EQ(try_read_file(*chosen_file_,
+                          [&](size_t done, size_t all) {
+                            EXPECT_EQ(all, large.size());
+                            EXPECT_LE(done, all);
+                            ++parts;
+                            return true;
+                          }),
+            large);
+  EXPECT_GT(parts, 10u);
+  EXPECT_THROW(try_read_file(*chosen_file_, [&](size_t, size_t) { return --parts > 5; }), schedule::Cancelled);
+}
+
 }  // namespace
 }  // namespace workbench
