@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "CommandObject.h"
 #include "DispatchObject.h"
 
 namespace workbench {
@@ -23,20 +24,6 @@ bool same_key(const ACCEL& left, const ACCEL& right) {
   return left.key == right.key && (left.fVirt | silent) == (right.fVirt | silent);
 }
 
-class HotKey final : public DispatchObject<IkvHotKey> {
- public:
-  explicit HotKey(long id) noexcept : id_(id) {}
-
-  HRESULT STDMETHODCALLTYPE get_CommandID(long* id) noexcept override {
-    if (!id) return E_POINTER;
-    *id = id_;
-    return S_OK;
-  }
-
- private:
-  long id_;
-};
-
 class HotKeyCollection final : public DispatchObject<IkvHotKeyCollection> {
  public:
   explicit HotKeyCollection(std::weak_ptr<HotKeys> keys) noexcept : keys_(std::move(keys)) {}
@@ -48,7 +35,7 @@ class HotKeyCollection final : public DispatchObject<IkvHotKeyCollection> {
     return com_method([&] {
       const auto keys = keys_.lock();
       if (!keys) return RPC_E_DISCONNECTED;
-      *hot_key = make_object<HotKey>(keys->add(flags, key, target));
+      *hot_key = make_object<CommandObject<IkvHotKey>>(keys->add(flags, key, target));
       return S_OK;
     });
   }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "CommandObject.h"
 #include "DispatchObject.h"
 #include "Hresult.h"
 #include "Owned.h"
@@ -20,20 +21,6 @@ std::wstring caption_at(HMENU menu, int position) {
   return caption;
 }
 
-class MenuItem final : public DispatchObject<IkvMenuItem> {
- public:
-  explicit MenuItem(long id) noexcept : id_(id) {}
-
-  HRESULT STDMETHODCALLTYPE get_CommandID(long* id) noexcept override {
-    if (!id) return E_POINTER;
-    *id = id_;
-    return S_OK;
-  }
-
- private:
-  long id_;
-};
-
 class SubMenu final : public DispatchObject<IkvSubMenu> {
  public:
   SubMenu(std::weak_ptr<MainMenu> menu, HMENU submenu) noexcept : menu_(std::move(menu)), submenu_(submenu) {}
@@ -49,7 +36,7 @@ class SubMenu final : public DispatchObject<IkvSubMenu> {
     return com_method([&] {
       const auto menu = menu_.lock();
       if (!menu) return RPC_E_DISCONNECTED;
-      *item = make_object<MenuItem>(menu->add_command(submenu_, text_of(caption), target));
+      *item = make_object<CommandObject<IkvMenuItem>>(menu->add_command(submenu_, text_of(caption), target));
       return S_OK;
     });
   }
