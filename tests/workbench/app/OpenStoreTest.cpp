@@ -87,8 +87,26 @@ TEST_F(OpenStoreTest, PanesAndStatusBarFollow) {
   EXPECT_EQ(cell_text(settings(), 0, 0), L"CU");
   EXPECT_EQ(status(1), text(IDS_RULE_COUNT, {L"2"}));
   EXPECT_EQ(status(2), text(IDS_STORE_PART, {path_.wstring()}));
-  HWND pane = GetDlgItem(window(), IDC_SCHEDULE_PANE);
-  EXPECT_FALSE(GetWindowLongW(GetDlgItem(pane, IDC_DISMISS), GWL_STYLE) & WS_VISIBLE) << "two stores are not compared";
+}
+
+TEST_F(OpenStoreTest, TwoStoresAreNotCompared) {
+  const std::vector<SymbolSourceSetting> settings{{.name = L"S", .rule_name = L"r", .calendar = L"china-futures"}};
+  const auto is_comparing = [&] {
+    HWND pane = GetDlgItem(window(), IDC_SCHEDULE_PANE);
+    return (GetWindowLongW(GetDlgItem(pane, IDC_DISMISS), GWL_STYLE) & WS_VISIBLE) != 0;
+  };
+  const std::filesystem::path first = folder_.path() / L"first.db";
+  create(first, {{.name = L"r", .day_of_month = 10}}, settings);
+  open(first.wstring());
+  open_sqlite_store(first)->update_rule(1, {.name = L"r", .day_of_month = 15});
+  SendMessageW(window(), WM_TIMER, 1, 0);
+  pump_messages();
+  EXPECT_TRUE(is_comparing()) << "the dates of one store are compared";
+  press(IDM_DISMISS);
+  const std::filesystem::path other = folder_.path() / L"other.db";
+  create(other, {{.name = L"r", .day_of_month = 20}}, settings);
+  open(other.wstring());
+  EXPECT_FALSE(is_comparing());
 }
 
 TEST_F(OpenStoreTest, PaneFollowsChangesOfTheNewStoreOnly) {
