@@ -45,6 +45,13 @@ class FileLocation final : public StoreLocation {
   std::filesystem::path path_;
 };
 
+/// The name under which Windows keeps a password: it holds for a server and a user, however the connection is
+/// encrypted.
+std::wstring credential_target(ConnectionString options) {
+  options.take(postgres().driver.encryption.first);
+  return L"zdExpirationRules:" + describe_server_store(options);
+}
+
 /// The passwords for one server, which are tried one after another: none, which leaves the password to the driver, then
 /// the one that Windows keeps, then those that the user enters.
 class PasswordSearch {
@@ -96,15 +103,9 @@ class PasswordSearch {
     return true;
   }
 
-  /// A password holds for a server and a user, however the connection is encrypted.
-  static std::wstring target_of(ConnectionString options) {
-    options.take(postgres().driver.encryption.first);
-    return L"zdExpirationRules:" + describe_server_store(options);
-  }
-
   ConnectionString& options_;
   const AskPassword& ask_;
-  std::wstring target_ = target_of(options_);
+  std::wstring target_ = credential_target(options_);
   bool is_given_ = options_.find(L"Pwd").has_value();
   bool has_tried_ = false;
   bool is_kept_ = false;  ///< whether Windows keeps one

@@ -251,10 +251,10 @@ void set_copy_statements(ServerDialect& sql) {
   };
   sql.set_last_numbers = L"SELECT " + set(rules, L"rule") + L", " + set(settings, L"setting") +
                          L" FROM (SELECT CAST(? AS bigint), CAST(? AS bigint)) AS given(rule, setting)";
-  const auto with_numbers = [](const std::wstring& batch, const wchar_t* number) {
+  const auto with_numbers = [](std::wstring batch, const wchar_t* number) {
     constexpr std::wstring_view before = L"record(";
-    return std::wstring(batch).insert(batch.find(before) + before.size(),
-                                      number + std::wstring(L" integer, Revision bigint, "));
+    batch.insert(batch.find(before) + before.size(), number + std::wstring(L" integer, Revision bigint, "));
+    return batch;
   };
   const auto copy = [](const wchar_t* table, const std::wstring& columns, const std::wstring& batch) {
     return std::wstring(L"INSERT INTO {schema}.") + table + L" (" + columns + L") OVERRIDING SYSTEM VALUE SELECT " +
