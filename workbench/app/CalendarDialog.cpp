@@ -1,6 +1,7 @@
 #include "CalendarDialog.h"
 
-#include <ranges>
+#include <algorithm>
+#include <span>
 #include <utility>
 
 #include "ICalendar.h"
@@ -89,7 +90,8 @@ std::string CalendarDialog::read_events(const schedule::Progress& progress) {
   if (reading.calendar) calendars_.push_back(*std::move(reading.calendar));
   std::string mistakes;
   constexpr std::size_t most_mistakes = 1000;
-  for (const schedule::Mistake& mistake : reading.mistakes | std::views::take(most_mistakes))
+  for (const schedule::Mistake& mistake :
+       std::span(reading.mistakes).first(std::min(most_mistakes, reading.mistakes.size())))
     mistakes += std::to_string(mistake.line) + ": " + describe(mistake, chosen_language()) + '\n';
   return mistakes;
 }
