@@ -139,7 +139,9 @@ TEST_F(CalendarDialogTest, OlderCalendarIsOfferedWhenTheStoreOpens) {
     click(dialog, IDOK);
     PostMessageW(window(), WM_CLOSE, 0, 0);
   });
+  const UINT_PTR limit = SetTimer(nullptr, 0, 20'000, [](HWND, UINT, UINT_PTR, DWORD) noexcept { PostQuitMessage(0); });
   application_->run(0);
+  KillTimer(nullptr, limit);
   EXPECT_EQ(user.dialogs(), 1);
   EXPECT_NE(offered.find(from_schedule_text(older.name)), std::wstring::npos) << offered.c_str();
   EXPECT_EQ(stored(older.name), schedule::shipped_calendars().front());
