@@ -3,6 +3,8 @@
 #include <windows.h>
 #include <commctrl.h>
 
+#include <algorithm>
+
 namespace resizable {
 
 namespace {
@@ -93,17 +95,13 @@ bool needs_refresh(const LayoutInfo& info, const RECT& old_rect, const RECT& new
 }
 
 void LayoutList::put(const LayoutInfo& info) {
-  if (records_.empty()) records_.reserve(list_block_size);
+  // Once the child has a position, nothing fails.
+  if (records_.size() == records_.capacity()) records_.reserve(std::max(list_block_size, 2 * records_.size()));
   const auto [entry, is_new] = positions_.try_emplace(info.hWnd, records_.size());
-  if (!is_new) {
-    records_[entry->second] = info;
-    return;
-  }
-  try {
+  if (is_new) {
     records_.push_back(info);
-  } catch (...) {
-    positions_.erase(entry);
-    throw;
+  } else {
+    records_[entry->second] = info;
   }
 }
 

@@ -67,6 +67,22 @@ TEST_F(ListButtons, DefaultOneIsDrawnWhereEnterGoesAfterAnAddAnEditAndADelete) {
   });
 }
 
+TEST_F(ListButtons, FocusThatADeleteTookComesBackOrGoesToTheList) {
+  store_rules({L"AU", L"IF"});
+  open([&](RuleList& list) {
+    // Of the two rules the second delete leaves none, and nothing enables the button again.
+    for (const int expected : {IDC_DELETE_RULE, IDC_RULES_LIST}) {
+      tab_to(list, IDC_DELETE_RULE);
+      host.calls().inside("IkvExpirationRuleService::delete_rule", [&] {
+        list.select(-1);
+        EXPECT_EQ(nullptr, GetFocus());
+      });
+      list.delete_selected();
+      EXPECT_EQ(list.item(expected), GetFocus());
+    }
+  });
+}
+
 TEST_F(ListButtons, FocusIsNotTakenFromAnotherActiveWindow) {
   store_rules({L"AU", L"IF"});
   open([&](RuleList& list) {
