@@ -77,7 +77,7 @@ CheckDialog::CheckDialog(const ScheduleData& data, const FileDialogs& files) : D
 void CheckDialog::on_init() {
   fill_choices(IDS_CALENDAR_OF_SETTING, {IDS_DAY_OF_SETTING, IDS_COLUMN_ROLL, IDS_COLUMN_EXPIRATION});
   results_.emplace(handle());
-  place(*results_);
+  place(*results_, IDC_DATES_AREA);
 }
 
 void CheckDialog::on_command(WORD id, WORD code) {

@@ -24,21 +24,6 @@ const schedule::Calendar* DatesDialog::chosen_calendar() const {
   return item > 0 ? &data_.calendars.at(static_cast<size_t>(item) - 1) : nullptr;
 }
 
-void DatesDialog::place(ListPane& pane) {
-  HWND area_control = control(IDC_DATES_AREA);
-  RECT area{};
-  GetWindowRect(area_control, &area);
-  MapWindowPoints(nullptr, handle(), reinterpret_cast<POINT*>(&area), 2);
-  ShowWindow(area_control, SW_HIDE);
-  const int dpi = static_cast<int>(GetDpiForWindow(handle()));
-  pane.use_font(reinterpret_cast<HFONT>(SendMessageW(handle(), WM_GETFONT, 0, 0)), dpi);
-  const int heading = MulDiv(20, dpi, USER_DEFAULT_SCREEN_DPI);
-  const int width = static_cast<int>(area.right - area.left);
-  SetWindowPos(pane.heading(), area_control, area.left, area.top, width, heading, SWP_NOACTIVATE);
-  SetWindowPos(pane.list(), area_control, area.left, area.top + heading, width,
-               static_cast<int>(area.bottom - area.top) - heading, SWP_NOACTIVATE);
-}
-
 std::optional<std::string> DatesDialog::ask_for_file(std::wstring& path) {
   const auto chosen = files_.ask_to_open(handle(), {IDS_FILTER_DATES, L"csv"});
   if (!chosen) return std::nullopt;

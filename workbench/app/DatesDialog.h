@@ -27,9 +27,6 @@ class DatesDialog : public ModalDialog {
   /// The calendar that is chosen; null for the first item.
   const schedule::Calendar* chosen_calendar() const;
 
-  /// Puts the list where the template has its area.
-  void place(ListPane& pane);
-
   /// The bytes of a file that the user chooses; nothing if there is none. `path` then is its path.
   std::optional<std::string> ask_for_file(std::wstring& path);
 

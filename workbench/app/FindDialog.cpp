@@ -91,7 +91,7 @@ void FindDialog::on_init() {
   SendMessageW(control(IDC_FIND_NAME), EM_LIMITTEXT, longest_name, 0);
   SendMessageW(control(IDC_FIND_DATES), EM_LIMITTEXT, longest_list, 0);
   rules_.emplace(handle());
-  place(*rules_);
+  place(*rules_, IDC_DATES_AREA);
   EnableWindow(control(IDC_FIND_STORE), FALSE);
 }
 

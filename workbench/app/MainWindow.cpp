@@ -18,7 +18,6 @@ namespace workbench {
 
 namespace {
 
-constexpr wchar_t main_window_class[] = L"zdExpirationRulesWorkbench";
 constexpr UINT run_posted_message = WM_APP;
 constexpr UINT_PTR clock_timer = 1;
 constexpr UINT clock_period_ms = 1000;
@@ -382,7 +381,7 @@ void MainWindow::show_selected() {
   if (setting_is_subject_) {
     schedule_->select_setting(focused_setting());
   } else {
-    schedule_->select_rule(rules_->number_at(rules_->focused_row()));
+    schedule_->select_rule(focused_rule());
   }
 }
 
@@ -394,6 +393,7 @@ void MainWindow::update_menu(HMENU menu) {
   enable(IDM_DELETE_SETTING, focused_setting() != 0);
   for (const UINT id : {IDM_COPY_SCHEDULE, IDM_EXPORT_CSV, IDM_EXPORT_ICALENDAR, IDM_EXPORT_HTML})
     enable(id, !schedule_->schedule().lines.empty());
+  enable(IDM_CHANGES, focused_rule() != 0);
   enable(IDM_DISMISS, schedule_->compares());
   CheckMenuItem(menu, IDM_ESTIMATES, schedule_->shows_estimates() ? MF_CHECKED : MF_UNCHECKED);
 }

@@ -18,11 +18,14 @@
 
 namespace workbench {
 
+/// The window class of the frame.
+inline constexpr wchar_t main_window_class[] = L"zdExpirationRulesWorkbench";
+
 /// What the frame window asks of the program.
 struct MainWindowEvents {
   std::function<void(long number)> open_rule;
   std::function<void(long id)> run_command;           ///< a command that a plug-in added
-  std::function<void(UINT id)> run_schedule_command;  ///< a command about settings and dates
+  std::function<void(UINT id)> run_schedule_command;  ///< one about settings, dates or changes
   std::function<void()> refresh;
   std::function<void()> on_timer;                   ///< every second or so, from whatever message loop runs
   std::function<std::wstring(HMENU submenu)> hint;  ///< for the status bar
@@ -51,6 +54,8 @@ class MainWindow final : public Window {
   SchedulePane& schedule() noexcept { return *schedule_; }
   /// The number of the setting that has the focus in its pane; 0 when there is none.
   long focused_setting() const { return settings_->number_at(settings_->focused_row()); }
+  /// The same for a rule.
+  long focused_rule() const { return rules_->number_at(rules_->focused_row()); }
   void focus_settings() { SetFocus(settings_->list()); }
 
   /// Runs a task later, from the message loop that is running then; a modal one too.

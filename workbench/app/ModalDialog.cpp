@@ -23,6 +23,21 @@ void ModalDialog::show_mistake(const std::wstring& message, HWND control) {
   SendMessageW(handle_, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(control), TRUE);
 }
 
+void ModalDialog::place(ListPane& pane, int area_id) const {
+  HWND area_control = control(area_id);
+  RECT area{};
+  GetWindowRect(area_control, &area);
+  MapWindowPoints(nullptr, handle(), reinterpret_cast<POINT*>(&area), 2);
+  ShowWindow(area_control, SW_HIDE);
+  const int dpi = static_cast<int>(GetDpiForWindow(handle()));
+  pane.use_font(reinterpret_cast<HFONT>(SendMessageW(handle(), WM_GETFONT, 0, 0)), dpi);
+  const int heading = MulDiv(20, dpi, USER_DEFAULT_SCREEN_DPI);
+  const int width = static_cast<int>(area.right - area.left);
+  SetWindowPos(pane.heading(), area_control, area.left, area.top, width, heading, SWP_NOACTIVATE);
+  SetWindowPos(pane.list(), area_control, area.left, area.top + heading, width,
+               static_cast<int>(area.bottom - area.top) - heading, SWP_NOACTIVATE);
+}
+
 INT_PTR CALLBACK ModalDialog::procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) noexcept {
   if (message == WM_INITDIALOG) {
     reinterpret_cast<ModalDialog*>(lparam)->handle_ = window;

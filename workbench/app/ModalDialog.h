@@ -6,6 +6,7 @@
 #include <string>
 
 #include "DialogControls.h"
+#include "ListPane.h"
 
 namespace workbench {
 
@@ -27,6 +28,9 @@ class ModalDialog {
   HWND handle() const noexcept { return handle_; }
   HWND control(int id) const noexcept { return GetDlgItem(handle_, id); }
   void close(INT_PTR result) noexcept { EndDialog(handle_, result); }
+
+  /// Puts the list where the template has the control `area_id`, which is hidden.
+  void place(ListPane& pane, int area_id) const;
 
   /// Shows a message over the dialog, then puts the focus on a control.
   void show_mistake(const std::wstring& message, HWND control);

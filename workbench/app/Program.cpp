@@ -62,7 +62,8 @@ OpenedStore open_in_window(StoreLocation& location) {
   ProgressDialog dialog(nullptr, ProgressDialog::Messages::own);
   return open_store(location, {.first_content = first_content(),
                                .ask_password = [](const auto& request) { return ask_in_dialog(nullptr, request); },
-                               .progress = dialog.progress()});
+                               .progress = dialog.progress(),
+                               .in_window = true});
 }
 
 void run_window(const CommandLine& line, StoreLocation& location) {

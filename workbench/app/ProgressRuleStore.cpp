@@ -56,6 +56,10 @@ void ProgressRuleStore::delete_rule(long number, std::optional<Revision> expecte
   with_progress([&] { store_->delete_rule(number, expected); });
 }
 
+std::vector<RuleChange> ProgressRuleStore::load_changes(long number) {
+  return with_progress([&] { return store_->load_changes(number); });
+}
+
 std::vector<StoredSetting> ProgressRuleStore::load_settings() {
   return with_progress([&] { return store_->load_settings(); });
 }

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "ChangesDialog.h"
 #include "CheckDialog.h"
 #include "Clipboard.h"
 #include "FindDialog.h"
@@ -97,6 +98,9 @@ void ScheduleCommands::dispatch(UINT id) {
       return;
     case IDM_IMPORT_CALENDAR:
       import_calendar();
+      return;
+    case IDM_CHANGES:
+      if (const long number = window_.focused_rule()) show_changes(number);
       return;
     default:
       return;
@@ -206,6 +210,12 @@ void ScheduleCommands::import_calendar() {
     return run_import({load_named(store_), std::vector{*reading->calendar}, text(IDS_CALENDAR_QUESTION, {name})});
   }
   window_.try_show_box(text(IDS_CALENDAR_NOT_READ, {name, mistakes_in_words(reading->mistakes)}), MB_ICONERROR);
+}
+
+void ScheduleCommands::show_changes(long number) {
+  const std::optional<StoredRule> stored = store_.try_load_rule(number);
+  if (!stored) throw rule_not_found(number);
+  ChangesDialog(stored->rule.name, store_.load_changes(number)).run(window_.handle());
 }
 
 void ScheduleCommands::run_import(CalendarDialog&& dialog) {

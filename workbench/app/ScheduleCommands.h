@@ -11,7 +11,8 @@
 
 namespace workbench {
 
-/// The commands about settings and dates: their dialogs, and what becomes of the schedule that is shown.
+/// The commands about settings, dates and the changes of rules: their dialogs, and what becomes of the schedule that is
+/// shown.
 class ScheduleCommands {
  public:
   /// `open_rule` opens a rule of the store in the editor.
@@ -37,6 +38,7 @@ class ScheduleCommands {
   void check_dates();
   void find_rule();
   void import_calendar();
+  void show_changes(long number);
   void run_import(CalendarDialog&& dialog);
 
   RuleStore& store_;

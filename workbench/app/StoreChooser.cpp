@@ -61,7 +61,7 @@ std::optional<OpenedStore> StoreChooser::try_open(const std::wstring& name) {
 
 OpenedStore StoreChooser::open(const std::wstring& name) {
   const std::unique_ptr<StoreLocation> location = find_store(name);
-  StoreOpening opening{.first_content = first_content(), .may_create = false};
+  StoreOpening opening{.first_content = first_content(), .may_create = false, .in_window = true};
   opening.ask_password = [&](const PasswordRequest& request) {
     return ask_in_dialog(GetLastActivePopup(window_.handle()), request);
   };

@@ -10,6 +10,7 @@
 #include "SqliteRuleStore.h"
 #include "StoreMessages.h"
 #include "Texts.h"
+#include "WaitBox.h"
 #include "resource.h"
 
 namespace workbench {
@@ -19,6 +20,8 @@ namespace {
 using odbc::ConnectionString;
 
 constexpr std::wstring_view server_prefix = L"odbc:";
+/// With the second between two ticks of the window's clock this makes a change seen within two seconds.
+constexpr std::chrono::milliseconds poll_interval{500};
 
 class FileLocation final : public StoreLocation {
  public:
@@ -128,13 +131,18 @@ class ServerLocation final : public StoreLocation {
   }
 
   std::unique_ptr<RuleStore> open(const StoreOpening& opening) override {
+    ServerStoreOptions settings{.first_content = opening.first_content,
+                                .may_create = opening.may_create,
+                                .api = opening.odbc,
+                                .copied = opening.copied};
+    if (opening.in_window) {
+      settings.poll_interval = poll_interval;
+      settings.create_wait = [store = description()] { return std::make_unique<WaitBox>(store); };
+    }
     PasswordSearch passwords(options_, opening.ask_password);
     for (;;) {
       try {
-        std::unique_ptr<RuleStore> store = open_server_store(options_, {.first_content = opening.first_content,
-                                                                        .may_create = opening.may_create,
-                                                                        .api = opening.odbc,
-                                                                        .copied = opening.copied});
+        std::unique_ptr<RuleStore> store = open_server_store(options_, settings);
         passwords.accept();
         return store;
       } catch (const StoreError& error) {

@@ -43,6 +43,9 @@ struct StoreOpening {
   /// Called while the store is opened, migrated or filled. Cancels that with `schedule::Cancelled`: the store is as it
   /// was, and nothing is left of a new one. A server ignores it.
   schedule::Progress progress{};
+  /// Whether a window shows the store: a server is then asked for changes of others without waiting, and a box says
+  /// when a call has to wait for it.
+  bool in_window = false;
   const odbc::OdbcApi* odbc = nullptr;  ///< the functions of ODBC; null: the system's
 };
 

@@ -12,8 +12,9 @@ std::wstring store_message(const StoreError& error) {
 
 std::wstring store_failure(const StoreError& error, const Rule* unsaved) {
   const std::wstring reason = store_message(error);
-  if (!unsaved) return text(IDS_STORE_CALL_FAILED, {reason});
-  return text(IDS_RULE_NOT_SAVED,
+  const bool uncertain = error.kind() == StoreErrorKind::uncertain;
+  if (!unsaved) return uncertain ? reason : text(IDS_STORE_CALL_FAILED, {reason});
+  return text(uncertain ? IDS_RULE_UNCERTAIN : IDS_RULE_NOT_SAVED,
               {reason, unsaved->name, format_offset(*unsaved), day_in_words(*unsaved), move_in_words(*unsaved)});
 }
 

@@ -39,7 +39,7 @@
 #define IDM_FIRST_RECENT_STORE 341
 #define IDM_LAST_RECENT_STORE 348
 
-/* commands about settings and dates */
+/* commands about settings, dates and the changes of rules */
 #define IDM_FIRST_SCHEDULE_COMMAND 320
 #define IDM_ADD_SETTING 320
 #define IDM_EDIT_SETTING 321
@@ -53,7 +53,8 @@
 #define IDM_CHECK_DATES 329
 #define IDM_FIND_RULE 330
 #define IDM_IMPORT_CALENDAR 331
-#define IDM_LAST_SCHEDULE_COMMAND 331
+#define IDM_CHANGES 332
+#define IDM_LAST_SCHEDULE_COMMAND 332
 
 /* dialogs and their controls */
 #define IDD_SETTING 120
@@ -63,6 +64,8 @@
 #define IDD_CALENDAR 124
 #define IDD_PASSWORD 125
 #define IDD_OPEN_STORE 126
+#define IDD_CHANGES 128
+#define IDD_WAIT 129
 #define IDC_SETTING_NAME 401
 #define IDC_SETTING_RULE 402
 #define IDC_SETTING_CALENDAR 403
@@ -98,6 +101,8 @@
 #define IDC_STORE_PORT 486
 #define IDC_STORE_DATABASE 487
 #define IDC_STORE_USER 488
+#define IDC_CHANGES_LIST 491
+#define IDC_WAIT_MESSAGE 492
 
 /* the window */
 #define IDS_TITLE 1000
@@ -159,6 +164,8 @@
 #define IDS_STORE_CALL_FAILED 1122
 #define IDS_RULE_NOT_SAVED 1123
 #define IDS_RULE_RESTORED 1124
+#define IDS_RULE_UNCERTAIN 1126
+#define IDS_WAITING 1127
 #define IDS_NEWER_CALENDARS 1139
 
 /* the schedule; weekdays and reasons follow one another */
@@ -208,7 +215,7 @@
 #define IDS_ESTIMATES_BEFORE 1253
 #define IDS_SCHEDULE_CANCELLED 1254
 
-/* commands about settings and dates */
+/* commands about settings, dates and the changes of rules */
 #define IDS_COPIED 1260
 #define IDS_EXPORTED 1261
 #define IDS_NOT_EXPORTED 1262
@@ -302,6 +309,19 @@
 #define IDS_STORE_CONNECTION_LOST 1418
 #define IDS_STORE_OVERLOADED 1419
 #define IDS_STORE_EXISTS 1420
+#define IDS_STORE_UNCERTAIN 1421
+
+/* the changes of a rule */
+#define IDS_CHANGES_OF_RULE 1330
+#define IDS_NO_CHANGES 1331
+#define IDS_COLUMN_CHANGE_TIME 1332
+#define IDS_COLUMN_CHANGE_USER 1333
+#define IDS_COLUMN_CHANGE_KIND 1334
+#define IDS_COLUMN_CHANGE_OLD 1335
+#define IDS_COLUMN_CHANGE_NEW 1336
+#define IDS_RULE_ADDED 1337
+#define IDS_RULE_CHANGED 1338
+#define IDS_RULE_DELETED 1339
 
 /* the command line */
 #define IDS_USAGE 1140

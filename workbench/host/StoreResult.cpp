@@ -42,6 +42,8 @@ HRESULT store_result(StoreErrorKind kind) noexcept {
       return HRESULT_FROM_WIN32(ERROR_CONNECTION_ABORTED);
     case StoreErrorKind::overloaded:
       return HRESULT_FROM_WIN32(ERROR_CONNECTION_COUNT_LIMIT);
+    case StoreErrorKind::uncertain:
+      return XACT_E_INDOUBT;
   }
   return E_UNEXPECTED;
 }

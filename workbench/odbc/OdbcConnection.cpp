@@ -84,7 +84,9 @@ SQLRETURN OdbcConnection::end_transaction(SQLSMALLINT how) const noexcept {
 }
 
 OdbcTransaction::OdbcTransaction(OdbcConnection& connection) : connection_(connection) {
-  connection_.connection_.check(connection_.set_automatic_commit(false), "SQLSetConnectAttr");
+  const SQLRETURN code = connection_.set_automatic_commit(false);
+  if (!SQL_SUCCEEDED(code)) connection_.usable_ = false;
+  connection_.connection_.check(code, "SQLSetConnectAttr");
 }
 
 OdbcTransaction::~OdbcTransaction() {

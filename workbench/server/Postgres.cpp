@@ -123,6 +123,98 @@ constexpr wchar_t create_tables[] =
     FOR EACH STATEMENT EXECUTE FUNCTION {schema}.count_change();
 )sql";
 
+/// Version 5. The record of a change belongs to the change that its workbench named; other programs get one of their
+/// own for each transaction.
+constexpr wchar_t create_changes[] =
+    LR"sql(
+  CREATE TABLE {schema}.changes (
+    ChangeID uuid PRIMARY KEY,
+    UserName text NOT NULL DEFAULT session_user,
+    ChangedAt timestamptz NOT NULL DEFAULT now(),
+    Happened boolean NOT NULL DEFAULT true
+  );
+  CREATE TABLE {schema}.changed_rows (
+    RowNumber bigint GENERATED ALWAYS AS IDENTITY PRIMARY KEY,
+    ChangeID uuid NOT NULL REFERENCES {schema}.changes,
+    TableName text NOT NULL,
+    RowKey text NOT NULL,
+    OldRow jsonb,
+    NewRow jsonb,
+    CHECK (OldRow IS NOT NULL OR NewRow IS NOT NULL)
+  );
+  CREATE INDEX changed_rows_by_record ON {schema}.changed_rows (TableName, RowKey);
+
+  CREATE FUNCTION {schema}.sign_change() RETURNS trigger LANGUAGE plpgsql SET search_path = {schema}, pg_temp AS $$
+    BEGIN
+      IF NOT pg_has_role(current_user, (SELECT relowner FROM pg_class WHERE oid = TG_RELID), 'MEMBER') THEN
+        NEW.UserName := session_user;
+        NEW.ChangedAt := now();
+      END IF;
+      RETURN NEW;
+    END $$;
+  CREATE FUNCTION {schema}.refuse_other_history() RETURNS trigger LANGUAGE plpgsql
+    SET search_path = {schema}, pg_temp AS $$
+    BEGIN
+      IF NOT pg_has_role(current_user, (SELECT relowner FROM pg_class WHERE oid = TG_RELID), 'MEMBER') THEN
+        RAISE EXCEPTION 'only the owner of the store rewrites its changes' USING ERRCODE = 'insufficient_privilege';
+      END IF;
+      RETURN NULL;
+    END $$;
+  CREATE FUNCTION {schema}.present_change() RETURNS uuid LANGUAGE plpgsql SET search_path = {schema}, pg_temp AS $$
+    DECLARE
+      change uuid := NULLIF(current_setting('rule_store.change', true), '');
+    BEGIN
+      IF change IS NULL THEN
+        change := gen_random_uuid();
+        INSERT INTO changes (ChangeID) VALUES (change);
+        PERFORM set_config('rule_store.change', change::text, true);
+      END IF;
+      RETURN change;
+    END $$;
+  CREATE FUNCTION {schema}.record_change() RETURNS trigger LANGUAGE plpgsql SET search_path = {schema}, pg_temp AS $$
+    DECLARE
+      old_row jsonb := to_jsonb(OLD);
+      new_row jsonb := to_jsonb(NEW);
+    BEGIN
+      INSERT INTO changed_rows (ChangeID, TableName, RowKey, OldRow, NewRow)
+        VALUES (present_change(), TG_TABLE_NAME, COALESCE(new_row, old_row) ->> TG_ARGV[0], old_row, new_row);
+      RETURN NULL;
+    END $$;
+  CREATE FUNCTION {schema}.record_closed_days() RETURNS trigger LANGUAGE plpgsql
+    SET search_path = {schema}, pg_temp AS $$
+    BEGIN
+      INSERT INTO changed_rows (ChangeID, TableName, RowKey, OldRow, NewRow)
+        SELECT present_change(), TG_TABLE_NAME, CalendarName, CASE TG_ARGV[0] WHEN 'old' THEN Days END,
+               CASE TG_ARGV[0] WHEN 'new' THEN Days END
+        FROM (SELECT CalendarName, jsonb_agg(jsonb_build_object('day', Day, 'reason', Reason) ORDER BY Day) AS Days
+              FROM given GROUP BY CalendarName) AS calendar;
+      RETURN NULL;
+    END $$;
+
+  CREATE TRIGGER sign_change BEFORE INSERT ON {schema}.changes
+    FOR EACH ROW EXECUTE FUNCTION {schema}.sign_change();
+  CREATE TRIGGER refuse_other_history BEFORE UPDATE OR DELETE OR TRUNCATE ON {schema}.changes
+    FOR EACH STATEMENT EXECUTE FUNCTION {schema}.refuse_other_history();
+  CREATE TRIGGER refuse_other_history BEFORE UPDATE OR DELETE OR TRUNCATE ON {schema}.changed_rows
+    FOR EACH STATEMENT EXECUTE FUNCTION {schema}.refuse_other_history();
+  CREATE TRIGGER refuse_other_record BEFORE INSERT ON {schema}.changed_rows
+    FOR EACH STATEMENT WHEN (pg_trigger_depth() = 0) EXECUTE FUNCTION {schema}.refuse_other_history();
+  CREATE TRIGGER record_change AFTER INSERT OR UPDATE OR DELETE ON {schema}.rules
+    FOR EACH ROW EXECUTE FUNCTION {schema}.record_change('ruleid');
+  CREATE TRIGGER record_change AFTER INSERT OR UPDATE OR DELETE ON {schema}.symbol_source_settings
+    FOR EACH ROW EXECUTE FUNCTION {schema}.record_change('settingid');
+  CREATE TRIGGER record_change AFTER INSERT OR UPDATE OR DELETE ON {schema}.calendars
+    FOR EACH ROW EXECUTE FUNCTION {schema}.record_change('calendarname');
+  CREATE TRIGGER record_new_days AFTER INSERT ON {schema}.closed_days REFERENCING NEW TABLE AS given
+    FOR EACH STATEMENT EXECUTE FUNCTION {schema}.record_closed_days('new');
+  CREATE TRIGGER record_old_days AFTER DELETE ON {schema}.closed_days REFERENCING OLD TABLE AS given
+    FOR EACH STATEMENT EXECUTE FUNCTION {schema}.record_closed_days('old');
+  CREATE TRIGGER record_days_before AFTER UPDATE ON {schema}.closed_days REFERENCING OLD TABLE AS given
+    FOR EACH STATEMENT EXECUTE FUNCTION {schema}.record_closed_days('old');
+  CREATE TRIGGER record_days_now AFTER UPDATE ON {schema}.closed_days REFERENCING NEW TABLE AS given
+    FOR EACH STATEMENT EXECUTE FUNCTION {schema}.record_closed_days('new');
+)sql";
+
 // The columns, and a batch as a table of them.
 const std::wstring rule_numbers =
     L"RollOffset, DayType, DayMode, DayOfMonth, DayMonth, WeekOrdinal, Weekday, WeekdayMonth, MoveToNextTradingDay";
@@ -158,16 +250,26 @@ void set_session_statements(ServerDialect& sql) {
       L"attrelid = pg_class.oid AND attname IN ('application', 'version', 'changes')) = 3) FROM pg_class JOIN "
       L"pg_namespace ON "
       L"relnamespace = pg_namespace.oid WHERE nspname = current_schema() AND relname IN "
-      L"('rule_store', 'rules', 'symbol_source_settings', 'calendars', 'closed_days')";
+      L"('rule_store', 'rules', 'symbol_source_settings', 'calendars', 'closed_days', 'changes', 'changed_rows')";
   sql.read_version = L"SELECT Application, Version FROM {schema}.rule_store";
   sql.write_version =
       L"INSERT INTO {schema}.rule_store (Application, Version) VALUES (?, ?) "
       L"ON CONFLICT (OnlyRow) DO UPDATE SET Application = EXCLUDED.Application, Version = EXCLUDED.Version";
   sql.first_version = 4;
-  sql.migrations = {create_tables};
+  sql.migrations = {create_tables, create_changes};
 
   sql.lock_store = L"SELECT Changes FROM {schema}.rule_store FOR UPDATE";
-  sql.read_changes = L"SELECT Changes FROM {schema}.rule_store";
+  sql.read_counter = L"SELECT Changes FROM {schema}.rule_store";
+  sql.insert_change =
+      L"INSERT INTO {schema}.changes (ChangeID) VALUES (CAST(set_config('rule_store.change', ?, true) AS uuid))";
+  sql.insert_void_change =
+      L"INSERT INTO {schema}.changes (ChangeID, Happened) VALUES (CAST(? AS uuid), false) ON CONFLICT DO NOTHING";
+  sql.select_happened =
+      L"SELECT CASE WHEN Happened THEN 1 ELSE 0 END FROM {schema}.changes WHERE ChangeID = CAST(? AS uuid)";
+  sql.select_changes =
+      L"SELECT UserName, to_char(ChangedAt AT TIME ZONE 'UTC', 'YYYY-MM-DD\"T\"HH24:MI:SS.MS\"Z\"'), "
+      L"CAST(OldRow AS text), CAST(NewRow AS text) FROM {schema}.changed_rows JOIN {schema}.changes USING (ChangeID) "
+      L"WHERE TableName = 'rules' AND RowKey = ? ORDER BY RowNumber";
 }
 
 void set_rule_statements(ServerDialect& sql) {

@@ -1,198 +1,232 @@
 #include "ServerRuleStore.h"
 
-#include <optional>
-#include <set>
+#include <exception>
+#include <utility>
 
-#include "ExpectedRevision.h"
-#include "ServerCopy.h"
-#include "ServerRecords.h"
-#include "ServerSchema.h"
-#include "ServerSession.h"
+#include "StoreThread.h"
 
 namespace workbench {
 
 namespace {
 
-template <class Records>
-void refuse_invalid_records(const Records& records) {
-  for (const auto& record : records) refuse_invalid(record);
-}
-
-void refuse_invalid_content(const StoreContent& content) {
-  refuse_invalid_records(content.rules);
-  refuse_invalid_records(content.settings);
-  refuse_invalid_records(content.calendars);
-  std::set<std::wstring> names;
-  for (const Rule& rule : content.rules)
-    if (!names.insert(rule.name).second) throw duplicate_rule_name(rule.name);
-}
-
-const odbc::OdbcApi& api_of(const ServerStoreOptions& settings, const std::wstring& store) try {
-  return settings.api ? *settings.api : odbc::system_odbc();
-} catch (const odbc::OdbcError& error) {
-  throw StoreError(StoreErrorKind::unavailable, store, error.what());
-}
-
+/// A store whose calls wait for a thread of its own.
 class ServerRuleStore final : public RuleStore {
  public:
-  ServerRuleStore(const odbc::ConnectionString& options, const ServerStoreOptions& settings)
-      : session_(api_of(settings, odbc::describe(options, settings.dialect.driver)), options, settings.dialect) {
-    refuse_invalid_content(settings.first_content);
-    session_.call([&] {
-      prepare_schema(session_, settings);
-      known_changes_ = read_counter(session_.sql().read_changes);
-    });
+  ServerRuleStore(odbc::ConnectionString options, const ServerStoreOptions& settings)
+      : options_(std::move(options)),
+        description_(odbc::describe(options_, settings.dialect.driver)),
+        settings_(settings),
+        thread_(std::make_unique<StoreThread>(options_, settings_)) {
+    read([](DirectServerStore&) { return true; });
+    // Another thread finds the store that this one has created.
+    settings_.may_create = false;
+    settings_.first_content = {};
+    settings_.copied = nullptr;
   }
 
   std::vector<StoredRule> load_rules() override {
-    return session_.call([&] { return select_rules(session_); });
+    return read([](DirectServerStore& store) { return store.load_rules(); });
   }
 
   std::optional<StoredRule> try_load_rule(long number) override {
-    return session_.call([&] { return select_rule(session_, number); });
+    return read([number](DirectServerStore& store) { return store.try_load_rule(number); });
   }
 
   StoredRule add_rule(const Rule& rule) override {
-    refuse_invalid(rule);
-    StoredRule added{0, 1, rule};
-    change([&] { added.number = insert_rule(session_, rule); });
-    return added;
+    const ChangedRecord added = change([rule](DirectServerStore& store) { return record_of(store.add_rule(rule)); });
+    return {added.number, added.revision, rule};
   }
 
   StoredRule update_rule(long number, const Rule& rule, std::optional<Revision> expected) override {
-    refuse_invalid(rule);
-    StoredRule updated{number, 0, rule};
-    change([&] {
-      const StoredRule old = require_rule(number, expected);
-      if (!workbench::update_rule(session_, old, rule)) throw rule_changed(old.rule.name);
-      updated.revision = old.revision + 1;
-    });
-    return updated;
+    const ChangedRecord updated =
+        change([=](DirectServerStore& store) { return record_of(store.update_rule(number, rule, expected)); });
+    return {updated.number, updated.revision, rule};
   }
 
   void delete_rule(long number, std::optional<Revision> expected) override {
-    change([&] {
-      const StoredRule old = require_rule(number, expected);
-      if (!workbench::delete_rule(session_, old)) throw rule_changed(old.rule.name);
-    });
+    change([=](DirectServerStore& store) { store.delete_rule(number, expected); });
+  }
+
+  std::vector<RuleChange> load_changes(long number) override {
+    return read([number](DirectServerStore& store) { return store.load_changes(number); });
   }
 
   std::vector<StoredSetting> load_settings() override {
-    return session_.call([&] { return select_settings(session_); });
+    return read([](DirectServerStore& store) { return store.load_settings(); });
   }
 
   StoredSetting add_setting(const SymbolSourceSetting& setting) override {
-    refuse_invalid(setting);
-    StoredSetting added{0, 1, setting};
-    change([&] { added.number = insert_setting(session_, setting); });
-    return added;
+    const ChangedRecord added =
+        change([setting](DirectServerStore& store) { return record_of(store.add_setting(setting)); });
+    return {added.number, added.revision, setting};
   }
 
   StoredSetting update_setting(long number, const SymbolSourceSetting& setting,
                                std::optional<Revision> expected) override {
-    refuse_invalid(setting);
-    StoredSetting updated{number, 0, setting};
-    change([&] {
-      const StoredSetting old = require_setting(number, expected);
-      if (!workbench::update_setting(session_, number, old.revision, setting)) throw setting_changed(old.setting.name);
-      updated.revision = old.revision + 1;
-    });
-    return updated;
+    const ChangedRecord updated =
+        change([=](DirectServerStore& store) { return record_of(store.update_setting(number, setting, expected)); });
+    return {updated.number, updated.revision, setting};
   }
 
   void delete_setting(long number, std::optional<Revision> expected) override {
-    change([&] {
-      const StoredSetting old = require_setting(number, expected);
-      if (!workbench::delete_setting(session_, number, old.revision)) throw setting_changed(old.setting.name);
-    });
+    change([=](DirectServerStore& store) { store.delete_setting(number, expected); });
   }
 
   void replace_settings(const std::vector<SymbolSourceSetting>& settings) override {
-    refuse_invalid_records(settings);
-    change([&] { workbench::replace_settings(session_, settings); });
+    change([settings](DirectServerStore& store) { store.replace_settings(settings); });
   }
 
   std::vector<StoredCalendar> load_calendars() override {
-    return session_.call([&] { return select_calendars(session_); });
+    return read([](DirectServerStore& store) { return store.load_calendars(); });
   }
 
   void replace_calendars(const std::vector<StoredCalendar>& calendars) override {
-    refuse_invalid_records(calendars);
-    change([&] { workbench::replace_calendars(session_, calendars); });
+    change([calendars](DirectServerStore& store) { store.replace_calendars(calendars); });
   }
 
   void import_records(const StoreImport& records, const schedule::Progress& progress) override {
-    refuse_invalid_records(records.rules);
-    if (records.settings) refuse_invalid_records(*records.settings);
-    change([&] {
-      import_rules(session_, records.rules, schedule::part_of(progress, 0, 50));
-      if (records.settings)
-        workbench::replace_settings(session_, *records.settings, schedule::part_of(progress, 50, 100));
-    });
+    change([records](DirectServerStore& store,
+                     const schedule::Progress& reports) { store.import_records(records, reports); },
+           progress);
   }
 
   void replace_content(const StoreContent& content) override {
-    refuse_invalid_content(content);
-    change([&] {
-      session_.execute(session_.sql().delete_content);
-      insert_content(session_, content);
-    });
+    change([content](DirectServerStore& store) { store.replace_content(content); });
   }
 
   StoreCopy copy() override {
-    return session_.call([&] {
-      const odbc::OdbcTransaction moment(session_.connection());
-      session_.execute(session_.sql().begin_snapshot);
-      return select_copy(session_);
-    });
+    return read([](DirectServerStore& store) { return store.copy(); });
   }
 
   bool poll_for_changes() override {
-    const std::int64_t found = session_.call([&] { return read_counter(session_.sql().read_changes); });
-    if (found == known_changes_ && !missed_change_) return false;
-    known_changes_ = found;
-    missed_change_ = false;
+    if (!take_news()) return false;
     notify_subscribers();
     return true;
   }
 
  private:
-  template <class Body>
-  void change(const Body& body) {
-    session_.call([&] {
-      odbc::OdbcTransaction transaction(session_.connection());
-      // What others changed since the last look is told by the next look, because the counter then holds this change
-      // too.
-      if (read_counter(session_.sql().lock_store) != known_changes_) missed_change_ = true;
-      body();
-      const std::int64_t changes = read_counter(session_.sql().read_changes);
-      transaction.commit();
-      known_changes_ = changes;
-    });
+  static ChangedRecord record_of(const StoredRule& stored) { return {stored.number, stored.revision}; }
+  static ChangedRecord record_of(const StoredSetting& stored) { return {stored.number, stored.revision}; }
+
+  [[noreturn]] void fail(StoreErrorKind kind, const std::string& detail) const {
+    throw StoreError(kind, description_, detail);
+  }
+
+  /// Whether others have changed the store since the last look.
+  bool take_news() {
+    std::optional<bool> news = false;
+    if (settings_.poll_interval.count() == 0) {
+      news = read([](DirectServerStore& store) { return store.poll_for_changes(); });
+    } else if (busy_) {
+      return false;
+    } else {
+      if (!thread_) start_thread();
+      news = thread_->take_news();
+    }
+    if (!news) {
+      abandon_thread();
+      fail(StoreErrorKind::connection_lost, "the server did not answer in time");
+    }
+    // What happened between two threads is known to neither.
+    return std::exchange(is_new_thread_, false) || *news;
+  }
+
+  template <class Call>
+  std::invoke_result_t<Call, DirectServerStore&> read(Call call) {
+    const auto result = std::make_shared<std::optional<std::invoke_result_t<Call, DirectServerStore&>>>();
+    if (run([call, result](DirectServerStore& store) { *result = call(store); }) != StoreThread::End::done) {
+      abandon_thread();
+      fail(StoreErrorKind::connection_lost, "the server did not answer in time");
+    }
+    return *std::move(*result);
+  }
+
+  /// Runs a change and returns what it made of the record, if it is about one.
+  template <class Call>
+  ChangedRecord change(Call call, const schedule::Progress& progress = {}) {
+    const auto changed = std::make_shared<ChangedRecord>();
+    if (!thread_) start_thread();
+    const std::optional<Commit> earlier = thread_->last_commit();
+    const schedule::Progress reports = progress ? thread_->report_progress() : schedule::Progress();
+    const StoreThread::End end = run(
+        [=](DirectServerStore& store) {
+          if constexpr (std::is_invocable_v<Call, DirectServerStore&, const schedule::Progress&>)
+            call(store, reports);
+          else if constexpr (std::is_void_v<std::invoke_result_t<Call, DirectServerStore&>>)
+            call(store);
+          else
+            *changed = call(store);
+        },
+        progress);
+    const ChangedRecord record = end == StoreThread::End::done ? *changed : settle(end, earlier);
+    unsettled_.clear();
     notify_subscribers();
+    return record;
   }
 
-  std::int64_t read_counter(const std::wstring& sql) {
-    odbc::OdbcStatement row = session_.prepare(sql);
-    row.execute();
-    if (!row.fetch()) session_.fail(StoreErrorKind::damaged, "the store has no version");
-    return row.integer(0);
+  /// Gives up a change that did not end; `earlier` is the last commit before it. Returns what the change made of its
+  /// record if it happened nevertheless.
+  ChangedRecord settle(StoreThread::End end, const std::optional<Commit>& earlier) {
+    const std::optional<Commit> commit = abandon_thread();
+    const bool may_have_happened = commit && (!earlier || earlier->change != commit->change);
+    if (!may_have_happened) fail(StoreErrorKind::connection_lost, "the server did not answer in time");
+    if (commit->happened) return commit->record;
+    if (end == StoreThread::End::cancelled) fail(StoreErrorKind::uncertain, "the user gave up");
+    bool happened = false;
+    try {
+      happened = read([](DirectServerStore& store) { return store.settle(); });
+    } catch (const std::exception& error) {
+      fail(StoreErrorKind::uncertain, error.what());
+    }
+    if (!happened) fail(StoreErrorKind::connection_lost, "the change did not happen");
+    return commit->record;
   }
 
-  StoredRule require_rule(long number, std::optional<Revision> expected) {
-    return workbench::require_rule(select_rule(session_, number), number, expected);
+  StoreThread::End run(StoreThread::Task task, const schedule::Progress& progress = {}) {
+    if (busy_) fail(StoreErrorKind::locked, "another call of this store is under way");
+    if (!thread_) start_thread();
+    const ScopedBusy busy(busy_);
+    return thread_->run(std::move(task), progress);
   }
 
-  StoredSetting require_setting(long number, std::optional<Revision> expected) {
-    return workbench::require_setting(select_setting(session_, number), number, expected);
+  void start_thread() {
+    thread_ = std::make_unique<StoreThread>(options_, settings_, unsettled_);
+    is_new_thread_ = true;
   }
 
-  ServerSession session_;
-  std::int64_t known_changes_ = 0;
-  bool missed_change_ = false;
+  std::optional<Commit> abandon_thread() {
+    std::optional<Commit> commit = thread_->abandon();
+    thread_.reset();
+    if (commit && !commit->happened) unsettled_ = commit->change;
+    return commit;
+  }
+
+  class ScopedBusy {
+   public:
+    explicit ScopedBusy(bool& busy) noexcept : busy_(&busy) { *busy_ = true; }
+    ~ScopedBusy() { *busy_ = false; }
+    ScopedBusy(const ScopedBusy&) = delete;
+    ScopedBusy& operator=(const ScopedBusy&) = delete;
+
+   private:
+    bool* busy_;
+  };
+
+  odbc::ConnectionString options_;
+  std::wstring description_;
+  ServerStoreOptions settings_;
+  std::unique_ptr<StoreThread> thread_;  // null after it was abandoned
+  std::wstring unsettled_;               // the id of a change of which it may not be known whether it happened
+  bool is_new_thread_ = false;
+  bool busy_ = false;
 };
 
 }  // namespace
+
+bool ServerWait::wait(HANDLE event, std::chrono::milliseconds at_most) {
+  WaitForSingleObject(event, static_cast<DWORD>(at_most.count()));
+  return true;
+}
 
 std::unique_ptr<RuleStore> open_server_store(const odbc::ConnectionString& options,
                                              const ServerStoreOptions& settings) {

@@ -33,6 +33,9 @@ class ServerSession {
     }
   }
 
+  /// Ends the connection; the next call opens another.
+  void drop_connection() noexcept { connection_.reset(); }
+
   // Within a call:
 
   odbc::OdbcConnection& connection() { return *connection_; }

@@ -28,6 +28,8 @@ void FailingRuleStore::delete_rule(long number, std::optional<Revision> expected
   next().delete_rule(number, expected);
 }
 
+std::vector<RuleChange> FailingRuleStore::load_changes(long number) { return next().load_changes(number); }
+
 std::vector<StoredSetting> FailingRuleStore::load_settings() { return next().load_settings(); }
 
 StoredSetting FailingRuleStore::add_setting(const SymbolSourceSetting& setting) { return next().add_setting(setting); }

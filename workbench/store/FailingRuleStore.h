@@ -19,6 +19,7 @@ class FailingRuleStore final : public RuleStore {
   StoredRule add_rule(const Rule& rule) override;
   StoredRule update_rule(long number, const Rule& rule, std::optional<Revision> expected) override;
   void delete_rule(long number, std::optional<Revision> expected) override;
+  std::vector<RuleChange> load_changes(long number) override;
   std::vector<StoredSetting> load_settings() override;
   StoredSetting add_setting(const SymbolSourceSetting& setting) override;
   StoredSetting update_setting(long number, const SymbolSourceSetting& setting,

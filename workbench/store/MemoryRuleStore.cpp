@@ -54,11 +54,43 @@ std::optional<StoredRule> MemoryRuleStore::try_load_rule(long number) {
   return found == rules_.end() ? std::nullopt : std::optional(*found);
 }
 
+std::vector<RuleChange> MemoryRuleStore::load_changes(long number) {
+  std::vector<RuleChange> changes;
+  for (const RecordedChange& recorded : changes_)
+    if (recorded.number == number) changes.push_back(recorded.change);
+  return changes;
+}
+
+/// Both lists are by ascending number.
+MemoryRuleStore::RecordedChanges MemoryRuleStore::changes_between(const std::vector<StoredRule>& old_rules,
+                                                                  const std::vector<StoredRule>& new_rules) {
+  const std::wstring user = process_user();
+  const std::wstring time = present_time();
+  RecordedChanges changes;
+  const auto record = [&](long number, std::optional<Rule> before, std::optional<Rule> after) {
+    changes.push_back({number, {user, time, std::move(before), std::move(after)}});
+  };
+  auto next = new_rules.begin();
+  for (const StoredRule& old : old_rules) {
+    for (; next != new_rules.end() && next->number < old.number; ++next) record(next->number, {}, next->rule);
+    if (next == new_rules.end() || next->number != old.number) {
+      record(old.number, old.rule, {});
+    } else {
+      if (next->revision != old.revision) record(old.number, old.rule, next->rule);
+      ++next;
+    }
+  }
+  for (; next != new_rules.end(); ++next) record(next->number, {}, next->rule);
+  return changes;
+}
+
 StoredRule MemoryRuleStore::add_rule(const Rule& rule) {
   refuse_invalid(rule);
   refuse_duplicate(rule, 0);
   StoredRule added{last_number_ + 1, 1, rule};
+  RecordedChanges changes = changes_between({}, {added});
   rules_.push_back(added);
+  keep(std::move(changes));
   ++last_number_;
   notify_subscribers();
   return added;
@@ -76,6 +108,7 @@ StoredRule MemoryRuleStore::update_rule(long number, const Rule& rule, std::opti
     ++stored.revision;
   }
   StoredRule kept = updated;
+  keep(changes_between({*found}, {updated}));
   std::swap(*found, kept);
   settings_.swap(settings);
   notify_subscribers();
@@ -86,6 +119,7 @@ void MemoryRuleStore::delete_rule(long number, std::optional<Revision> expected)
   const auto found = find_unchanged(number, expected);
   const auto rule_name = [](const StoredSetting& stored) -> const std::wstring& { return stored.setting.rule_name; };
   if (std::ranges::find(settings_, found->rule.name, rule_name) != settings_.end()) throw rule_in_use(found->rule.name);
+  keep(changes_between({*found}, {}));
   rules_.erase(found);
   notify_subscribers();
 }
@@ -152,12 +186,14 @@ void MemoryRuleStore::import_records(const StoreImport& records, const schedule:
       stored = {stored.number, stored.revision + 1, rule};
     }
   }
+  RecordedChanges changes = changes_between(rules_, rules);
   if (records.settings) {
     long setting_number = last_setting_number_;
     settings_ = numbered(*records.settings, setting_number, schedule::part_of(progress, 50, 100));
     last_setting_number_ = setting_number;
   }
   rules_ = std::move(rules);
+  keep(std::move(changes));
   last_number_ = number;
   notify_subscribers();
 }
@@ -173,10 +209,12 @@ void MemoryRuleStore::replace_content(const StoreContent& content) {
   }
   long setting_number = last_setting_number_;
   std::vector<StoredSetting> settings = numbered(content.settings, setting_number);
+  RecordedChanges changes = changes_between(rules_, rules);
   calendars_ = merged({}, content.calendars);
   settings_ = std::move(settings);
   last_setting_number_ = setting_number;
   rules_ = std::move(rules);
+  keep(std::move(changes));
   last_number_ = number;
   notify_subscribers();
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <list>
+
 #include "RuleStore.h"
 
 namespace workbench {
@@ -12,6 +14,7 @@ class MemoryRuleStore : public RuleStore {
   StoredRule add_rule(const Rule& rule) override;
   StoredRule update_rule(long number, const Rule& rule, std::optional<Revision> expected) override;
   void delete_rule(long number, std::optional<Revision> expected) override;
+  std::vector<RuleChange> load_changes(long number) override;
   std::vector<StoredSetting> load_settings() override { return settings_; }
   StoredSetting add_setting(const SymbolSourceSetting& setting) override;
   StoredSetting update_setting(long number, const SymbolSourceSetting& setting,
@@ -37,7 +40,18 @@ class MemoryRuleStore : public RuleStore {
   std::vector<StoredSetting>::iterator find_unchanged_setting(long number, std::optional<Revision> expected);
   void refuse_duplicate(const Rule& rule, long number) const;
 
+  struct RecordedChange {
+    long number = 0;
+    RuleChange change;
+  };
+  using RecordedChanges = std::list<RecordedChange>;
+
+  static RecordedChanges changes_between(const std::vector<StoredRule>& old_rules,
+                                         const std::vector<StoredRule>& new_rules);
+  void keep(RecordedChanges&& changes) noexcept { changes_.splice(changes_.end(), changes); }
+
   std::vector<StoredCalendar> calendars_;  // by name
+  RecordedChanges changes_;                // a list takes what has happened without needing memory
 };
 
 }  // namespace workbench

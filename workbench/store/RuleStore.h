@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "Progress.h"
+#include "RuleChange.h"
 #include "RuleRecord.h"
 #include "StoreError.h"
 
@@ -14,8 +15,9 @@ namespace workbench {
 /// Keeps a subscription alive; dropping it ends the subscription.
 using StoreSubscription = std::shared_ptr<const void>;
 
-/// Keeps expiration rules, symbol source settings and trading calendars. Every change is one transaction: it happens
-/// wholly and lasts, or it throws `StoreError` and nothing has changed. A store belongs to one thread.
+/// Keeps expiration rules, symbol source settings and trading calendars, and who changed them when. Every change is one
+/// transaction: it happens wholly, is recorded and lasts, or it throws `StoreError` and nothing has changed. A store
+/// belongs to one thread.
 class RuleStore {
  public:
   RuleStore() = default;
@@ -40,6 +42,10 @@ class RuleStore {
   /// Deletes a rule; with `expected` only that revision of it, as above. Fails with `not_found`, `changed`, or with
   /// `in_use` while a setting names it.
   virtual void delete_rule(long number, std::optional<Revision> expected = std::nullopt) = 0;
+
+  /// What changes did to the rule with this number, the oldest first, since the store records changes. A rule that was
+  /// deleted still has its changes.
+  virtual std::vector<RuleChange> load_changes(long number) = 0;
 
   /// Every symbol source setting, by ascending number, which is the order in which they were given.
   virtual std::vector<StoredSetting> load_settings() = 0;

@@ -1,5 +1,9 @@
 #include "SqliteRecords.h"
 
+#include <map>
+#include <utility>
+
+#include "SqliteChanges.h"
 #include "StoreError.h"
 
 namespace workbench {
@@ -57,6 +61,12 @@ StoredSetting read_setting(const SqliteStatement& row) {
           {row.text(2), row.text(3), row.text(4), row.text(5), row.integer(6) == 1}};
 }
 
+std::vector<StoredSetting> read_settings(SqliteStatement&& rows) {
+  std::vector<StoredSetting> settings;
+  while (rows.step()) settings.push_back(read_setting(rows));
+  return settings;
+}
+
 /// Binds the setting to the parameters 1 to 5.
 SqliteStatement& bind_setting(SqliteStatement& statement, const SymbolSourceSetting& setting) {
   return statement.bind(1, setting.name)
@@ -66,11 +76,13 @@ SqliteStatement& bind_setting(SqliteStatement& statement, const SymbolSourceSett
       .bind(5, setting.last_day_is_expiration ? 1 : 0);
 }
 
-StoredSetting insert_setting_by(SqliteStatement& insert, const SymbolSourceSetting& setting) {
+StoredSetting insert_setting_by(SqliteStatement& insert, const SqliteDatabase& database,
+                                const SymbolSourceSetting& setting) {
   refuse_invalid(setting);
   bind_setting(insert, setting).step();
   StoredSetting stored{static_cast<long>(insert.integer(0)), 1, setting};
   insert.run();
+  record_change<StoredSetting>(database, {}, stored);
   return stored;
 }
 
@@ -86,6 +98,7 @@ StoredRule insert_rule_by(SqliteStatement& insert, const SqliteDatabase& databas
   bind_rule(insert, rule).step();
   StoredRule stored{static_cast<long>(insert.integer(0)), 1, rule};
   insert.run();
+  record_change<StoredRule>(database, {}, stored);
   return stored;
 }
 
@@ -135,23 +148,27 @@ void insert_stored(const SqliteDatabase& database, const StoredRule& stored) {
       .bind(parameter_after_rule, stored.revision)
       .bind(parameter_after_rule + 1, stored.number)
       .run();
+  record_change<StoredRule>(database, {}, stored);
 }
 
-void rewrite_rule(const SqliteDatabase& database, const StoredRule& stored) {
-  refuse_invalid(stored.rule);
+void rewrite_rule(const SqliteDatabase& database, const StoredRule& old, const StoredRule& updated) {
+  refuse_invalid(updated.rule);
   SqliteStatement update = database.prepare("UPDATE rules SET RuleName = ?, " + for_each_column("% = ?") +
                                             ", Revision = ? WHERE RuleID = ?");
-  bind_rule(update, stored.rule)
-      .bind(parameter_after_rule, stored.revision)
-      .bind(parameter_after_rule + 1, stored.number)
+  bind_rule(update, updated.rule)
+      .bind(parameter_after_rule, updated.revision)
+      .bind(parameter_after_rule + 1, updated.number)
       .run();
+  record_change<StoredRule>(database, old, updated);
+}
+
+void delete_rule(const SqliteDatabase& database, const StoredRule& stored) {
+  database.prepare("DELETE FROM rules WHERE RuleID = ?").bind(1, stored.number).run();
+  record_change<StoredRule>(database, stored, {});
 }
 
 std::vector<StoredSetting> select_settings(const SqliteDatabase& database) {
-  std::vector<StoredSetting> settings;
-  SqliteStatement rows = database.prepare(settings_query("ORDER BY SettingID"));
-  while (rows.step()) settings.push_back(read_setting(rows));
-  return settings;
+  return read_settings(database.prepare(settings_query("ORDER BY SettingID")));
 }
 
 std::optional<StoredSetting> select_setting(const SqliteDatabase& database, long number) {
@@ -162,7 +179,7 @@ std::optional<StoredSetting> select_setting(const SqliteDatabase& database, long
 
 StoredSetting insert_setting(const SqliteDatabase& database, const SymbolSourceSetting& setting) {
   SqliteStatement insert = prepare_insert_setting(database);
-  return insert_setting_by(insert, setting);
+  return insert_setting_by(insert, database, setting);
 }
 
 void insert_stored(const SqliteDatabase& database, const StoredSetting& stored) {
@@ -171,21 +188,32 @@ void insert_stored(const SqliteDatabase& database, const StoredSetting& stored) 
       "INSERT INTO symbol_source_settings (SettingName, RuleName, CalendarName, Months, LastTradingDay, Revision, "
       "SettingID) VALUES (?, ?, ?, ?, ?, ?, ?)");
   bind_setting(insert, stored.setting).bind(6, stored.revision).bind(7, stored.number).run();
+  record_change<StoredSetting>(database, {}, stored);
 }
 
-void rewrite_setting(const SqliteDatabase& database, const StoredSetting& stored) {
-  refuse_invalid(stored.setting);
+void rewrite_setting(const SqliteDatabase& database, const StoredSetting& old, const StoredSetting& updated) {
+  refuse_invalid(updated.setting);
   SqliteStatement update = database.prepare(
       "UPDATE symbol_source_settings SET SettingName = ?, RuleName = ?, CalendarName = ?, Months = ?, "
       "LastTradingDay = ?, Revision = ? WHERE SettingID = ?");
-  bind_setting(update, stored.setting).bind(6, stored.revision).bind(7, stored.number).run();
+  bind_setting(update, updated.setting).bind(6, updated.revision).bind(7, updated.number).run();
+  record_change<StoredSetting>(database, old, updated);
+}
+
+void delete_setting(const SqliteDatabase& database, const StoredSetting& stored) {
+  database.prepare("DELETE FROM symbol_source_settings WHERE SettingID = ?").bind(1, stored.number).run();
+  record_change<StoredSetting>(database, stored, {});
 }
 
 void rename_in_settings(const SqliteDatabase& database, const std::wstring& from, const std::wstring& to) {
-  database.prepare("UPDATE symbol_source_settings SET RuleName = ?, Revision = Revision + 1 WHERE RuleName = ?")
-      .bind(1, to)
-      .bind(2, from)
-      .run();
+  SqliteStatement rows = database.prepare(settings_query("WHERE RuleName = ? ORDER BY SettingID"));
+  rows.bind(1, from);
+  for (const StoredSetting& old : read_settings(std::move(rows))) {
+    StoredSetting renamed = old;
+    renamed.setting.rule_name = to;
+    ++renamed.revision;
+    rewrite_setting(database, old, renamed);
+  }
 }
 
 std::vector<StoredCalendar> select_calendars(const SqliteDatabase& database) {
@@ -213,9 +241,14 @@ void replace_calendars(const SqliteDatabase& database, const std::vector<StoredC
       "INSERT OR REPLACE INTO calendars (CalendarName, Title, Covers, Source, FirstDay, LastDay, Weekend, "
       "ShippedVersion) VALUES (?, ?, ?, ?, ?, ?, ?, ?)");
   SqliteStatement insert_day = database.prepare("INSERT INTO closed_days (CalendarName, Day, Reason) VALUES (?, ?, ?)");
+  std::map<std::string, StoredCalendar> present;
+  for (StoredCalendar& stored : select_calendars(database)) present[stored.calendar.name] = std::move(stored);
   for (const StoredCalendar& stored : calendars) {
     refuse_invalid(stored);
     const schedule::Calendar& calendar = stored.calendar;
+    const auto old = present.find(calendar.name);
+    record_change(database, old == present.end() ? std::nullopt : std::optional(old->second), std::optional(stored));
+    present[calendar.name] = stored;
     remove.bind_utf8(1, calendar.name).run();
     insert.bind_utf8(1, calendar.name)
         .bind_utf8(2, calendar.title)
@@ -243,23 +276,25 @@ void import_rules(const SqliteDatabase& database, const std::vector<Rule>& rules
     if (!stored) {
       insert_rule(database, rule);
     } else if (stored->rule != rule) {
-      rewrite_rule(database, {stored->number, stored->revision + 1, rule});
+      rewrite_rule(database, *stored, {stored->number, stored->revision + 1, rule});
     }
   }
 }
 
 void replace_settings(const SqliteDatabase& database, const std::vector<SymbolSourceSetting>& settings,
                       const schedule::Progress& progress) {
-  database.execute("DELETE FROM symbol_source_settings");
+  for (const StoredSetting& old : select_settings(database)) delete_setting(database, old);
   SqliteStatement insert = prepare_insert_setting(database);
   for (std::size_t i = 0; i < settings.size(); ++i) {
     schedule::advance(progress, i, settings.size());
-    insert_setting_by(insert, settings[i]);
+    insert_setting_by(insert, database, settings[i]);
   }
 }
 
 void replace_content(const SqliteDatabase& database, const StoreContent& content, const schedule::Progress& progress) {
-  database.execute("DELETE FROM rules; DELETE FROM closed_days; DELETE FROM calendars");
+  for (const StoredRule& old : select_rules(database)) delete_rule(database, old);
+  for (const StoredCalendar& old : select_calendars(database)) record_change<StoredCalendar>(database, old, {});
+  database.execute("DELETE FROM closed_days; DELETE FROM calendars");
   SqliteStatement insert = prepare_insert_rule(database);
   const schedule::Progress storing_rules = schedule::part_of(progress, 0, 50);
   for (std::size_t i = 0; i < content.rules.size(); ++i) {
@@ -272,16 +307,13 @@ void replace_content(const SqliteDatabase& database, const StoreContent& content
 
 void complete_content(const SqliteDatabase& database, const StoreContent& content) {
   replace_calendars(database, content.calendars);
-  SqliteStatement update = database.prepare(
-      "UPDATE symbol_source_settings SET CalendarName = ?, Months = ?, LastTradingDay = ? WHERE SettingName = ?");
-  for (const SymbolSourceSetting& setting : content.settings) {
-    refuse_invalid(setting);
-    update.bind(1, setting.calendar)
-        .bind(2, setting.months)
-        .bind(3, setting.last_day_is_expiration ? 1 : 0)
-        .bind(4, setting.name)
-        .run();
-  }
+  for (const SymbolSourceSetting& shipped : content.settings)
+    for (const StoredSetting& old : select_settings(database)) {
+      if (old.setting.name != shipped.name) continue;
+      SymbolSourceSetting completed = shipped;
+      completed.rule_name = old.setting.rule_name;
+      rewrite_setting(database, old, {old.number, old.revision, completed});
+    }
 }
 
 }  // namespace workbench

@@ -9,8 +9,8 @@
 
 namespace workbench {
 
-// The records of a store file as SQL statements. What changes the file refuses invalid records and is called within a
-// transaction.
+// The records of a store file as SQL statements. What changes the file refuses invalid records, records the change and
+// is called within a transaction, after `begin_change`.
 
 std::vector<StoredRule> select_rules(const SqliteDatabase& database);
 std::optional<StoredRule> select_rule(const SqliteDatabase& database, long number);
@@ -23,8 +23,10 @@ StoredRule insert_rule(const SqliteDatabase& database, const Rule& rule);
 /// Adds a rule with its number and revision.
 void insert_stored(const SqliteDatabase& database, const StoredRule& stored);
 
-/// Rewrites the rule with this number, its revision too.
-void rewrite_rule(const SqliteDatabase& database, const StoredRule& stored);
+/// Puts `updated` in the place of the rule with its number, its revision too.
+void rewrite_rule(const SqliteDatabase& database, const StoredRule& old, const StoredRule& updated);
+
+void delete_rule(const SqliteDatabase& database, const StoredRule& stored);
 
 std::vector<StoredSetting> select_settings(const SqliteDatabase& database);
 std::optional<StoredSetting> select_setting(const SqliteDatabase& database, long number);
@@ -33,7 +35,8 @@ StoredSetting insert_setting(const SqliteDatabase& database, const SymbolSourceS
 /// Adds a setting with its number and revision.
 void insert_stored(const SqliteDatabase& database, const StoredSetting& stored);
 
-void rewrite_setting(const SqliteDatabase& database, const StoredSetting& stored);
+void rewrite_setting(const SqliteDatabase& database, const StoredSetting& old, const StoredSetting& updated);
+void delete_setting(const SqliteDatabase& database, const StoredSetting& stored);
 
 /// Gives the settings that use the rule its new name.
 void rename_in_settings(const SqliteDatabase& database, const std::wstring& from, const std::wstring& to);

@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "ExpectedRevision.h"
+#include "SqliteChanges.h"
 #include "SqliteCopy.h"
 #include "SqliteDatabase.h"
 #include "SqliteRecords.h"
@@ -53,7 +54,7 @@ class SqliteRuleStore final : public RuleStore {
       const StoredRule old = require_rule(number, expected);
       refuse_duplicate(database_, rule.name, number);
       updated.revision = old.revision + 1;
-      rewrite_rule(database_, updated);
+      rewrite_rule(database_, old, updated);
       if (old.rule.name != rule.name) rename_in_settings(database_, old.rule.name, rule.name);
     });
     return updated;
@@ -64,9 +65,11 @@ class SqliteRuleStore final : public RuleStore {
       const StoredRule old = require_rule(number, expected);
       SqliteStatement user = database_.prepare("SELECT 1 FROM symbol_source_settings WHERE RuleName = ?");
       if (user.bind(1, old.rule.name).step()) throw rule_in_use(old.rule.name);
-      database_.prepare("DELETE FROM rules WHERE RuleID = ?").bind(1, number).run();
+      workbench::delete_rule(database_, old);
     });
   }
+
+  std::vector<RuleChange> load_changes(long number) override { return select_changes(database_, number); }
 
   std::vector<StoredSetting> load_settings() override { return select_settings(database_); }
 
@@ -82,17 +85,15 @@ class SqliteRuleStore final : public RuleStore {
     refuse_invalid(setting);
     StoredSetting updated{number, 0, setting};
     change([&] {
-      updated.revision = require_setting(number, expected).revision + 1;
-      rewrite_setting(database_, updated);
+      const StoredSetting old = require_setting(number, expected);
+      updated.revision = old.revision + 1;
+      rewrite_setting(database_, old, updated);
     });
     return updated;
   }
 
   void delete_setting(long number, std::optional<Revision> expected) override {
-    change([&] {
-      require_setting(number, expected);
-      database_.prepare("DELETE FROM symbol_source_settings WHERE SettingID = ?").bind(1, number).run();
-    });
+    change([&] { workbench::delete_setting(database_, require_setting(number, expected)); });
   }
 
   void replace_settings(const std::vector<SymbolSourceSetting>& settings) override {
@@ -133,6 +134,7 @@ class SqliteRuleStore final : public RuleStore {
   template <class Body>
   void change(const Body& body) {
     SqliteTransaction transaction(database_);
+    begin_change(database_);
     body();
     transaction.commit();
     notify_subscribers();

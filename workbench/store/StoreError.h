@@ -33,9 +33,12 @@ enum class StoreErrorKind {
   overloaded,       ///< the server has no connection or no memory left
   // Of the target of a copy:
   exists,  ///< there is a store already, which may hold something; it was left as it is
+  // Of the server again:
+  uncertain,  ///< the connection was lost while a change was saved, and it may have happened or not
 };
 
-/// A refusal of a store. Whatever was asked for did not happen, and the old content stays whole.
+/// A refusal of a store. Whatever was asked for did not happen, and the old content stays whole; only of an `uncertain`
+/// change it is not known whether it happened.
 class StoreError : public std::runtime_error {
  public:
   /// `detail` is a technical text for logs, in UTF-8.

@@ -5,6 +5,7 @@
 #include <fstream>
 #include <vector>
 
+#include "SqliteChanges.h"
 #include "SqliteCopy.h"
 #include "SqliteRecords.h"
 #include "StoreError.h"
@@ -84,6 +85,25 @@ constexpr std::array migrations{
         Reason TEXT NOT NULL,
         PRIMARY KEY (CalendarName, Day)
       ) STRICT, WITHOUT ROWID;
+    )sql",
+    R"sql(
+      CREATE TABLE changes (
+        ChangeNumber INTEGER PRIMARY KEY AUTOINCREMENT,
+        ChangeID TEXT NOT NULL UNIQUE DEFAULT (lower(hex(randomblob(16)))) CHECK (length(ChangeID) = 32),
+        UserName TEXT NOT NULL,
+        ChangedAt TEXT NOT NULL DEFAULT (strftime('%Y-%m-%dT%H:%M:%fZ', 'now'))
+          CHECK (ChangedAt GLOB '[12][0-9][0-9][0-9]-[01][0-9]-[0-3][0-9]T[0-2][0-9]:[0-5][0-9]:[0-6][0-9].[0-9]*Z')
+      ) STRICT;
+      CREATE TABLE changed_rows (
+        RowNumber INTEGER PRIMARY KEY,
+        ChangeNumber INTEGER NOT NULL,
+        TableName TEXT NOT NULL CHECK (TableName IN ('rules', 'symbol_source_settings', 'calendars')),
+        RowKey TEXT NOT NULL,
+        OldRow TEXT,
+        NewRow TEXT,
+        CHECK (OldRow IS NOT NULL OR NewRow IS NOT NULL)
+      ) STRICT;
+      CREATE INDEX changed_rows_by_record ON changed_rows (TableName, RowKey);
     )sql",
 };
 /// Files of earlier versions have no calendars.
@@ -172,6 +192,7 @@ void migrate(const SqliteDatabase& database, const std::filesystem::path& path, 
   for (std::uint32_t version = old_version; version < present_version; ++version) database.execute(migrations[version]);
   database.execute(("PRAGMA application_id = " + std::to_string(store_application)).c_str());
   database.execute(("PRAGMA user_version = " + std::to_string(present_version)).c_str());
+  begin_change(database);
   const schedule::Progress filling = schedule::part_of(options.progress, 80, 100);
   if (fresh && options.copied)
     insert_copy(database, *options.copied, filling);

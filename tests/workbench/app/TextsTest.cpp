@@ -26,13 +26,26 @@ TEST(Texts, HresultIsDescribedWithItsNumber) {
 
 TEST(StoreMessages, EveryKindOfRefusalHasAMessageOfItsOwnThatNamesItsSubject) {
   std::set<std::wstring> messages;
-  constexpr int kinds = static_cast<int>(StoreErrorKind::overloaded) + 1;
+  constexpr int kinds = static_cast<int>(StoreErrorKind::uncertain) + 1;
   for (int kind = 0; kind < kinds; ++kind) {
     const std::wstring message = store_message({static_cast<StoreErrorKind>(kind), L"SUBJECT", "detail"});
     EXPECT_NE(message.find(L"SUBJECT"), std::wstring::npos) << kind;
     messages.insert(message);
   }
   EXPECT_EQ(messages.size(), static_cast<size_t>(kinds));
+}
+
+TEST(StoreMessages, UncertainChangeIsNotCalledUnsaved) {
+  const StoreError uncertain(StoreErrorKind::uncertain, L"SUBJECT", "detail");
+  const StoreError lost(StoreErrorKind::connection_lost, L"SUBJECT", "detail");
+  const Rule rule{.name = L"NAME"};
+  for (const Rule* unsaved : {static_cast<const Rule*>(nullptr), &rule}) {
+    EXPECT_NE(store_failure(lost, unsaved).find(L"保持不变"), std::wstring::npos);
+    EXPECT_EQ(store_failure(uncertain, unsaved).find(L"保持不变"), std::wstring::npos);
+    EXPECT_EQ(store_failure(uncertain, unsaved).find(L"没有保存。"), std::wstring::npos);
+    EXPECT_NE(store_failure(uncertain, unsaved).find(store_message(uncertain)), std::wstring::npos);
+  }
+  EXPECT_NE(store_failure(uncertain, &rule).find(L"NAME"), std::wstring::npos);
 }
 
 }  // namespace

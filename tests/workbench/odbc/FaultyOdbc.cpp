@@ -10,15 +10,26 @@ namespace test_support {
 namespace {
 
 FaultyOdbc* faulty = nullptr;
+thread_local bool failed_last = false;  // whether the last call of the thread was chosen to fail
 
 }  // namespace
+
+template <class Call>
+SQLRETURN FaultyOdbc::fail(const Call& call) const {
+  const bool reaches = fault_.reaches && calls_ == failing_call_;
+  const bool is_silent = fault_.is_silent;
+  const SQLRETURN code = reaches ? call() : SQLRETURN{SQL_ERROR};
+  if (is_silent) WaitForSingleObject(silence_ended_.get(), INFINITE);
+  return is_silent ? code : SQLRETURN{SQL_ERROR};
+}
 
 /// What stands in the table. A function of ODBC has no parameter for an object.
 struct FaultyCalls {
   /// A function that fails when it is chosen and otherwise calls that of the other table.
   template <auto member, class... Arguments>
   static SQLRETURN SQL_API call(Arguments... arguments) {
-    return faulty->is_chosen() ? SQLRETURN{SQL_ERROR} : (faulty->next_.*member)(arguments...);
+    const auto next = [&] { return (faulty->next_.*member)(arguments...); };
+    return faulty->is_chosen() ? faulty->fail(next) : next();
   }
 
   template <auto member, class... Arguments>
@@ -27,7 +38,7 @@ struct FaultyCalls {
   }
 
   static SQLRETURN SQL_API allocate_handle(SQLSMALLINT type, SQLHANDLE parent, SQLHANDLE* handle) {
-    if (faulty->is_chosen()) return SQL_ERROR;
+    if (faulty->is_chosen()) return faulty->fail([] { return SQLRETURN{SQL_ERROR}; });
     const SQLRETURN code = faulty->next_.allocate_handle(type, parent, handle);
     if (SQL_SUCCEEDED(code)) ++faulty->live_handles_;
     return code;
@@ -41,8 +52,7 @@ struct FaultyCalls {
 
   static SQLRETURN SQL_API get_diagnostic(SQLSMALLINT type, SQLHANDLE handle, SQLSMALLINT record, SQLWCHAR* state,
                                           SQLINTEGER* native, SQLWCHAR* text, SQLSMALLINT size, SQLSMALLINT* length) {
-    if (!faulty->failed_last_)
-      return faulty->next_.get_diagnostic(type, handle, record, state, native, text, size, length);
+    if (!failed_last) return faulty->next_.get_diagnostic(type, handle, record, state, native, text, size, length);
     if (record != 1 || faulty->state_.empty()) return SQL_NO_DATA;
     std::ranges::copy(faulty->state_, state);
     state[5] = text[0] = 0;
@@ -75,16 +85,24 @@ FaultyOdbc::FaultyOdbc(const workbench::odbc::OdbcApi& next) : next_(next), api_
 
 FaultyOdbc::~FaultyOdbc() { faulty = nullptr; }
 
-void FaultyOdbc::fail_call(int call, const std::string& state) {
+void FaultyOdbc::fail_call(int call, const std::string& state, Fault fault) {
   calls_ = 0;
   failing_call_ = call;
   state_ = base::from_utf8(state);
-  failed_last_ = false;
+  fault_ = fault;
+  failed_last = false;
+  ResetEvent(silence_ended_.get());
+}
+
+void FaultyOdbc::end_silence() {
+  failing_call_ = 0;
+  SetEvent(silence_ended_.get());
 }
 
 bool FaultyOdbc::is_chosen() {
-  failed_last_ = ++calls_ == failing_call_;
-  return failed_last_;
+  const int call = ++calls_;
+  failed_last = failing_call_ > 0 && (fault_.is_lasting ? call >= failing_call_ : call == failing_call_);
+  return failed_last;
 }
 
 }  // namespace test_support

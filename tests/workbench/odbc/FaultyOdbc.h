@@ -1,8 +1,10 @@
 #pragma once
 
+#include <atomic>
 #include <string>
 
 #include "OdbcApi.h"
+#include "Owned.h"
 
 namespace test_support {
 
@@ -16,10 +18,20 @@ class FaultyOdbc {
 
   const workbench::odbc::OdbcApi& api() const { return api_; }
 
-  /// The call that comes `call`-th from now, counted from 1, fails with this SQLSTATE and does not reach the other
-  /// table; an empty state means a failure without a diagnostic. Calls that release, or that ask about a failure, are
-  /// not counted.
-  void fail_call(int call, const std::string& state);
+  /// How a call fails.
+  struct Fault {
+    bool reaches = false;     ///< the other table gets the call; what it returns is lost, or comes late if it is silent
+    bool is_silent = false;   ///< the call does not return before `end_silence`
+    bool is_lasting = false;  ///< all later calls fail too, without reaching the other table
+  };
+
+  /// The call that comes `call`-th from now, counted from 1, fails in this way with this SQLSTATE; an empty state means
+  /// a failure without a diagnostic. Calls that release, or that ask about a failure, are not counted.
+  void fail_call(int call, const std::string& state, Fault fault);
+  void fail_call(int call, const std::string& state) { fail_call(call, state, {}); }
+
+  /// Lets the calls return that are silent, and those to come.
+  void end_silence();
 
   /// How many calls have come since `fail_call`, or in all.
   int calls() const { return calls_; }
@@ -31,14 +43,17 @@ class FaultyOdbc {
   friend struct FaultyCalls;
 
   bool is_chosen();
+  template <class Call>
+  SQLRETURN fail(const Call& call) const;
 
   workbench::odbc::OdbcApi next_;
   workbench::odbc::OdbcApi api_;
-  int calls_ = 0;
+  std::atomic<int> calls_ = 0;
   int failing_call_ = 0;
+  Fault fault_;
+  base::KernelHandle silence_ended_{CreateEventW(nullptr, TRUE, FALSE, nullptr)};
   std::wstring state_;
-  bool failed_last_ = false;
-  int live_handles_ = 0;
+  std::atomic<int> live_handles_ = 0;
 };
 
 }  // namespace test_support

@@ -13,32 +13,41 @@ namespace {
 
 MemoryOdbc* in_memory = nullptr;
 
-/// What the driver keeps of its only statement.
+/// What the driver keeps of a statement.
 struct Statement {
+  std::wstring sql;
+  std::string refused_state;  // with which the server refused it
   std::vector<std::pair<const void*, const SQLLEN*>> parameters;
   std::vector<SQLSMALLINT> types;
   std::deque<MemoryOdbc::Row> rows;
+  std::size_t row_count = 0;
   MemoryOdbc::Row row;
   std::size_t done = 0;  // code units of the column that is being read
   int column = 0;
-} statement;
+};
+Statement& statement_of(SQLHSTMT handle) { return *static_cast<Statement*>(handle); }
 
 std::wstring wide(const SQLWCHAR* text, int length) {
   return {reinterpret_cast<const wchar_t*>(text), static_cast<std::size_t>(length)};
 }
 
-SQLRETURN SQL_API allocate(SQLSMALLINT, SQLHANDLE, SQLHANDLE* handle) {
-  *handle = in_memory;
-  statement = {};
+SQLRETURN SQL_API allocate(SQLSMALLINT type, SQLHANDLE, SQLHANDLE* handle) {
+  *handle = type == SQL_HANDLE_STMT ? static_cast<SQLHANDLE>(new Statement) : in_memory;
   return SQL_SUCCESS;
 }
 
-SQLRETURN SQL_API release(SQLSMALLINT, SQLHANDLE) { return SQL_SUCCESS; }
+SQLRETURN SQL_API release(SQLSMALLINT type, SQLHANDLE handle) {
+  if (type == SQL_HANDLE_STMT) delete static_cast<Statement*>(handle);
+  return SQL_SUCCESS;
+}
 
-SQLRETURN SQL_API diagnostic(SQLSMALLINT, SQLHANDLE, SQLSMALLINT record, SQLWCHAR* state, SQLINTEGER* native,
-                             SQLWCHAR* text, SQLSMALLINT size, SQLSMALLINT* length) {
+SQLRETURN SQL_API diagnostic(SQLSMALLINT type, SQLHANDLE handle, SQLSMALLINT record, SQLWCHAR* state,
+                             SQLINTEGER* native, SQLWCHAR* text, SQLSMALLINT size, SQLSMALLINT* length) {
   if (record > 2 || !in_memory->has_diagnostics) return SQL_NO_DATA;
-  std::ranges::copy(base::from_utf8(record == 1 ? in_memory->no_driver : "01S00"), state);
+  std::string first = in_memory->no_driver;
+  if (type == SQL_HANDLE_STMT && !statement_of(handle).refused_state.empty())
+    first = statement_of(handle).refused_state;
+  std::ranges::copy(base::from_utf8(record == 1 ? first : "01S00"), state);
   state[5] = 0;
   *native = 100 + record;
   // Cut, and not ended, as some drivers leave a text that is too long.
@@ -51,7 +60,7 @@ SQLRETURN SQL_API set_environment(SQLHENV, SQLINTEGER, SQLPOINTER, SQLINTEGER) {
 
 SQLRETURN SQL_API set_connection(SQLHDBC, SQLINTEGER attribute, SQLPOINTER value, SQLINTEGER) {
   if (attribute == SQL_ATTR_AUTOCOMMIT)
-    in_memory->log.push_back(reinterpret_cast<SQLULEN>(value) == SQL_AUTOCOMMIT_ON ? L"automatic" : L"begin");
+    in_memory->add_to_log(reinterpret_cast<SQLULEN>(value) == SQL_AUTOCOMMIT_ON ? L"automatic" : L"begin");
   return SQL_SUCCESS;
 }
 
@@ -71,22 +80,26 @@ SQLRETURN SQL_API connect(SQLHDBC, SQLHWND, SQLWCHAR* string, SQLSMALLINT length
 }
 
 SQLRETURN SQL_API disconnect(SQLHDBC) {
-  in_memory->log.emplace_back(L"disconnect");
+  in_memory->add_to_log(L"disconnect");
+  if (in_memory->on_end_of_transaction) in_memory->on_end_of_transaction(false);
   return SQL_SUCCESS;
 }
 
 SQLRETURN SQL_API end_transaction(SQLSMALLINT, SQLHANDLE, SQLSMALLINT how) {
-  in_memory->log.emplace_back(how == SQL_COMMIT ? L"commit" : L"rollback");
+  in_memory->add_to_log(how == SQL_COMMIT ? L"commit" : L"rollback");
+  if (in_memory->on_end_of_transaction) in_memory->on_end_of_transaction(how == SQL_COMMIT);
   return SQL_SUCCESS;
 }
 
-SQLRETURN SQL_API prepare(SQLHSTMT, SQLWCHAR* sql, SQLINTEGER length) {
-  in_memory->log.push_back(wide(sql, length));
+SQLRETURN SQL_API prepare(SQLHSTMT handle, SQLWCHAR* sql, SQLINTEGER length) {
+  statement_of(handle).sql = wide(sql, length);
+  in_memory->add_to_log(statement_of(handle).sql);
   return SQL_SUCCESS;
 }
 
-SQLRETURN SQL_API bind(SQLHSTMT, SQLUSMALLINT number, SQLSMALLINT, SQLSMALLINT type, SQLSMALLINT, SQLULEN, SQLSMALLINT,
-                       SQLPOINTER value, SQLLEN, SQLLEN* size) {
+SQLRETURN SQL_API bind(SQLHSTMT handle, SQLUSMALLINT number, SQLSMALLINT, SQLSMALLINT type, SQLSMALLINT, SQLULEN,
+                       SQLSMALLINT, SQLPOINTER value, SQLLEN, SQLLEN* size) {
+  Statement& statement = statement_of(handle);
   statement.parameters.resize(std::max<std::size_t>(statement.parameters.size(), number));
   statement.types.resize(statement.parameters.size());
   statement.parameters[number - 1u] = {value, size};
@@ -94,7 +107,7 @@ SQLRETURN SQL_API bind(SQLHSTMT, SQLUSMALLINT number, SQLSMALLINT, SQLSMALLINT t
   return SQL_SUCCESS;
 }
 
-std::wstring read_parameter(std::size_t index) {
+std::wstring read_parameter(const Statement& statement, std::size_t index) {
   const auto& [value, size] = statement.parameters[index];
   if (*size == SQL_NULL_DATA) return L"null";
   if (statement.types[index] == SQL_C_WCHAR)
@@ -104,22 +117,35 @@ std::wstring read_parameter(std::size_t index) {
   return std::to_wstring(integer);
 }
 
-SQLRETURN SQL_API execute(SQLHSTMT) {
-  for (std::size_t i = 0; i < statement.parameters.size(); ++i) in_memory->log.push_back(read_parameter(i));
-  statement.rows.assign(in_memory->rows.begin(), in_memory->rows.end());
-  return SQL_SUCCESS;
+SQLRETURN SQL_API execute(SQLHSTMT handle) {
+  Statement& statement = statement_of(handle);
+  std::vector<std::wstring> parameters;
+  for (std::size_t i = 0; i < statement.parameters.size(); ++i) parameters.push_back(read_parameter(statement, i));
+  for (const std::wstring& parameter : parameters) in_memory->add_to_log(parameter);
+  try {
+    const std::vector<MemoryOdbc::Row> rows =
+        in_memory->on_execute ? in_memory->on_execute(statement.sql, parameters) : in_memory->rows;
+    statement.rows.assign(rows.begin(), rows.end());
+    statement.row_count = rows.size();
+    return SQL_SUCCESS;
+  } catch (const MemoryRefusal& refusal) {
+    statement.refused_state = refusal.state;
+    return SQL_ERROR;
+  }
 }
 
 SQLRETURN SQL_API execute_directly(SQLHSTMT handle, SQLWCHAR* sql, SQLINTEGER length) {
-  return prepare(handle, sql, length);
+  prepare(handle, sql, length);
+  return in_memory->on_execute ? execute(handle) : SQLRETURN{SQL_SUCCESS};
 }
 
-SQLRETURN SQL_API count_rows(SQLHSTMT, SQLLEN* count) {
-  *count = static_cast<SQLLEN>(in_memory->rows.size());
+SQLRETURN SQL_API count_rows(SQLHSTMT handle, SQLLEN* count) {
+  *count = static_cast<SQLLEN>(statement_of(handle).row_count);
   return SQL_SUCCESS;
 }
 
-SQLRETURN SQL_API fetch(SQLHSTMT) {
+SQLRETURN SQL_API fetch(SQLHSTMT handle) {
+  Statement& statement = statement_of(handle);
   if (statement.rows.empty()) return SQL_NO_DATA;
   statement.row = statement.rows.front();
   statement.rows.pop_front();
@@ -127,8 +153,9 @@ SQLRETURN SQL_API fetch(SQLHSTMT) {
   return SQL_SUCCESS;
 }
 
-SQLRETURN SQL_API get_data(SQLHSTMT, SQLUSMALLINT column, SQLSMALLINT type, SQLPOINTER buffer, SQLLEN room,
+SQLRETURN SQL_API get_data(SQLHSTMT handle, SQLUSMALLINT column, SQLSMALLINT type, SQLPOINTER buffer, SQLLEN room,
                            SQLLEN* size) {
+  Statement& statement = statement_of(handle);
   if (std::exchange(statement.column, column) != column) statement.done = 0;
   const std::optional<std::wstring>& value = statement.row[column - 1u];
   if (!value) {
@@ -151,7 +178,7 @@ SQLRETURN SQL_API get_data(SQLHSTMT, SQLUSMALLINT column, SQLSMALLINT type, SQLP
 }
 
 SQLRETURN SQL_API free_statement(SQLHSTMT, SQLUSMALLINT) {
-  in_memory->log.emplace_back(L"close");
+  in_memory->add_to_log(L"close");
   return SQL_SUCCESS;
 }
 
@@ -166,5 +193,10 @@ MemoryOdbc::MemoryOdbc()
 }
 
 MemoryOdbc::~MemoryOdbc() { in_memory = nullptr; }
+
+void MemoryOdbc::add_to_log(std::wstring entry) {
+  const std::scoped_lock lock(log_mutex_);
+  log.push_back(std::move(entry));
+}
 
 }  // namespace test_support

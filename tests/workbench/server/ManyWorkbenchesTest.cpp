@@ -1,9 +1,12 @@
+#include <array>
 #include <map>
+#include <memory>
 #include <thread>
 
 #include "Depth.h"
 #include "RandomCases.h"
 #include "ServerTest.h"
+#include "StoreWriter.h"
 
 using namespace workbench;
 
@@ -33,10 +36,15 @@ Acknowledged raise_offsets(RuleStore& store, unsigned seed, int changes) {
   return acknowledged;
 }
 
-TEST_F(ManyWorkbenches, ResultIsWhatTheyWereAcknowledged) {
+/// Five rules without an offset.
+StoreContent five_rules() {
   StoreContent content;
   for (int i = 1; i <= 5; ++i) content.rules.push_back({.name = L"rule " + std::to_wstring(i)});
-  const auto store = schema_->open({.first_content = content});
+  return content;
+}
+
+TEST_F(ManyWorkbenches, ResultIsWhatTheyWereAcknowledged) {
+  const auto store = schema_->open({.first_content = five_rules()});
   test_support::RandomCases random;
   constexpr int workbenches = 20;
   const int changes = test_support::repetitions(200, 20);
@@ -59,6 +67,59 @@ TEST_F(ManyWorkbenches, ResultIsWhatTheyWereAcknowledged) {
     EXPECT_EQ(stored.rule.roll_offset, sum[stored.number] % 100);
   }
   EXPECT_TRUE(store->poll_for_changes());
+}
+
+/// A workbench in a process of its own, and what it has said.
+struct Process {
+  explicit Process(const std::wstring& arguments) : writer(arguments, L"desk_writer.exe") {}
+
+  /// Reads what the workbench says to its end.
+  void listen() {
+    while (const auto progress = writer.next_progress()) {
+      begun = progress->acknowledged ? 0 : static_cast<long>(progress->number);
+      if (progress->acknowledged) ++acknowledged[static_cast<long>(progress->number)];
+    }
+  }
+
+  StoreWriter writer;
+  Acknowledged acknowledged;
+  long begun = 0;  ///< the rule of a change that is not acknowledged
+  bool killed = false;
+  std::jthread listener{[this] { listen(); }};
+};
+
+TEST_F(ManyWorkbenches, NothingAcknowledgedIsLostWhileOneIsKilledEverySecond) {
+  const auto store = schema_->open({.first_content = five_rules()});
+  test_support::RandomCases random;
+  const int changes = test_support::repetitions(200, 20);
+  std::vector<std::unique_ptr<Process>> processes;
+  for (int i = 0; i < 20; ++i)
+    processes.push_back(std::make_unique<Process>(schema_->name() + L' ' + std::to_wstring(random.bits() % 1'000'000) +
+                                                  L' ' + std::to_wstring(changes)));
+  int killed = 0;
+  for (const auto& process : processes) {
+    if (killed == 10 || process->writer.ends_within(0)) continue;
+    process->writer.kill();
+    process->killed = true;
+    ++killed;
+    Sleep(1000);
+  }
+  Acknowledged sum;
+  Acknowledged unknown;
+  for (const auto& process : processes) {
+    EXPECT_EQ(process->writer.exit_code(), process->killed ? StoreWriter::killed : 0u);
+    process->listener.join();
+    for (const auto& [number, count] : process->acknowledged) sum[number] += count;
+    if (process->begun != 0) ++unknown[process->begun];
+  }
+  EXPECT_GE(killed, 1);
+  for (const StoredRule& stored : store->load_rules()) {
+    const auto number = stored.number;
+    EXPECT_GE(stored.revision, 1 + sum[number]) << "an acknowledged change of rule " << number << " is lost";
+    EXPECT_LE(stored.revision, 1 + sum[number] + unknown[number]);
+    EXPECT_EQ(stored.rule.roll_offset, (stored.revision - 1) % 100) << "a change overwrote another";
+    EXPECT_EQ(store->load_changes(number).size(), static_cast<std::size_t>(stored.revision));
+  }
 }
 
 }  // namespace

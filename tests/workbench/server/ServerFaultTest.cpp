@@ -125,7 +125,7 @@ TEST_F(ServerFault, EachFailedCallOfTheCreationLeavesNothingBehind) {
         schema_->text(L"SELECT count(*) FROM pg_tables WHERE schemaname = '" + schema_->name() + L"'");
     // What follows the creation may fail too.
     if (!error || tables != L"0") {
-      EXPECT_EQ(tables, L"5");
+      EXPECT_EQ(tables, L"7");
       EXPECT_EQ(content_of(*schema_->open()), sample_content());
     }
   }

@@ -58,9 +58,12 @@ TEST_F(ServerRoles, EditorChangesEverythingButTheTables) {
   store->replace_content(sample_content());
   EXPECT_EQ(settings_of(*store), sample_content().settings);
   const odbc::OdbcConnection editor = connect(TestSchema::options_as(user(L"editor")));
-  for (const wchar_t* sql : {L"UPDATE rule_store SET Version = 3", L"DELETE FROM rule_store", L"TRUNCATE rules",
-                             L"INSERT INTO rule_store (Application, Version) VALUES (1, 1)", L"DROP TABLE rules",
-                             L"CREATE TABLE more (x integer)"}) {
+  for (const wchar_t* sql :
+       {L"UPDATE rule_store SET Version = 3", L"DELETE FROM rule_store", L"TRUNCATE rules",
+        L"INSERT INTO rule_store (Application, Version) VALUES (1, 1)", L"DROP TABLE rules",
+        L"CREATE TABLE more (x integer)", L"UPDATE changes SET UserName = 'x'", L"DELETE FROM changed_rows",
+        L"TRUNCATE changes CASCADE",
+        L"INSERT INTO changed_rows (ChangeID, TableName, RowKey) VALUES (gen_random_uuid(), '', '')"}) {
     try {
       editor.execute(sql);
       ADD_FAILURE() << testing::PrintToString(sql);
@@ -68,6 +71,19 @@ TEST_F(ServerRoles, EditorChangesEverythingButTheTables) {
       EXPECT_EQ(error.state(), "42501") << error.what();
     }
   }
+}
+
+TEST_F(ServerRoles, EditorChangesUnderTheirOwnNameOnly) {
+  open_as(L"owner");
+  const odbc::OdbcConnection editor = connect(TestSchema::options_as(user(L"editor")));
+  editor.execute(
+      L"BEGIN; INSERT INTO changes (ChangeID, UserName, ChangedAt) VALUES (CAST(set_config('rule_store.change', "
+      L"'00000000000000000000000000000001', true) AS uuid), 'somebody else', '2001-01-01'); "
+      L"UPDATE rules SET RollOffset = 7 WHERE RuleID = 1; COMMIT");
+  const RuleChange change = open_as(L"reader")->load_changes(1).back();
+  EXPECT_EQ(change.user, user(L"editor"));
+  EXPECT_EQ(change.time.substr(0, 10), present_time().substr(0, 10));
+  EXPECT_EQ(change.new_rule->roll_offset, 7);
 }
 
 TEST_F(ServerRoles, ReaderReadsAndEachChangeIsRefused) {

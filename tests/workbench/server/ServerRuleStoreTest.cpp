@@ -56,6 +56,22 @@ TEST_F(ServerRuleStore, ChangeByAnotherProgramIsSeen) {
   }
 }
 
+TEST_F(ServerRuleStore, ChangesByOtherProgramsAreRecordedOnceForEachTransaction) {
+  const auto store = schema_->open({.first_content = sample_content()});
+  const std::wstring count = L"SELECT count(*) FROM changes";
+  const int before = std::stoi(schema_->text(count));
+  schema_->run(
+      L"BEGIN; UPDATE rules SET RollOffset = 1; UPDATE calendars SET Title = 'x'; DELETE FROM closed_days; COMMIT");
+  EXPECT_EQ(std::stoi(schema_->text(count)), before + 1);
+  EXPECT_EQ(store->load_changes(2).back().old_rule->roll_offset, 99);
+  EXPECT_EQ(store->load_changes(2).back().new_rule->roll_offset, 1);
+  EXPECT_EQ(schema_->text(L"SELECT jsonb_array_length(OldRow) FROM changed_rows WHERE TableName = 'closed_days' AND "
+                          L"NewRow IS NULL"),
+            L"2");
+  store->add_rule(sample_rule(L"next"));
+  EXPECT_EQ(std::stoi(schema_->text(count)), before + 2);
+}
+
 TEST_F(ServerRuleStore, RefusedChangeIsNotTold) {
   const auto mine = schema_->open({.first_content = sample_content()});
   const auto theirs = schema_->open();

@@ -13,7 +13,7 @@ class ServerSchema : public ServerTest {
   /// The tables of the schema with their columns.
   std::wstring tables() const {
     return schema_->text(
-        L"SELECT string_agg(table_name || '.' || column_name, ' ' ORDER BY 1) FROM "
+        L"SELECT string_agg(table_name || '.' || column_name, ' ' ORDER BY table_name, column_name) FROM "
         L"information_schema.columns WHERE table_schema = current_schema()");
   }
 
@@ -79,6 +79,23 @@ TEST_F(ServerSchema, VersionOfAnotherProgramIsForeign) {
   schema_->run(L"DROP TABLE rule_store; CREATE TABLE rule_store (x integer)");
   schema_->run(L"GRANT SELECT ON rule_store TO PUBLIC");
   EXPECT_EQ(refused(), Kind::foreign);
+}
+
+TEST_F(ServerSchema, OlderVersionIsBroughtToThePresentOnce) {
+  schema_->open({.first_content = sample_content()});
+  const std::wstring present = tables();
+  schema_->run(
+      L"DROP TABLE changed_rows, changes CASCADE; DROP FUNCTION sign_change, refuse_other_history, present_change, "
+      L"record_change, record_closed_days CASCADE; UPDATE rule_store SET Version = 4");
+  std::vector<std::jthread> workbenches;
+  for (int i = 0; i < 4; ++i)
+    workbenches.emplace_back([&] { EXPECT_EQ(refusal_kind([&] { schema_->open(); }), std::nullopt); });
+  workbenches.clear();
+  EXPECT_EQ(tables(), present);
+  const auto store = schema_->open();
+  EXPECT_TRUE(store->load_changes(1).empty());
+  store->update_rule(1, sample_rule(L"renamed"));
+  EXPECT_EQ(store->load_changes(1).size(), 1u);
 }
 
 TEST_F(ServerSchema, NewerVersionIsRefusedAndLeftAsItIs) {

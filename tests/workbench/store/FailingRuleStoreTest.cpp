@@ -14,6 +14,7 @@ void use_every_call(RuleStore& store) {
   store.update_rule(number, sample_rule(L"fourth"));
   store.try_load_rule(number);
   store.load_rules();
+  store.load_changes(number);
   store.load_settings();
   store.delete_rule(number);
   const long setting = store.add_setting(sample_setting(L"new", L"")).number;
@@ -27,7 +28,7 @@ void use_every_call(RuleStore& store) {
 }
 
 TEST(FailingRuleStore, ExactlyTheNthCallFailsAndChangesNothing) {
-  for (int failing = 1; failing <= 15; ++failing) {
+  for (int failing = 1; failing <= 16; ++failing) {
     auto inner = std::make_shared<MemoryRuleStore>();
     FailingRuleStore store(inner, failing, StoreErrorKind::full);
     EXPECT_EQ(refusal_kind([&] { use_every_call(store); }), StoreErrorKind::full) << failing;
@@ -35,9 +36,9 @@ TEST(FailingRuleStore, ExactlyTheNthCallFailsAndChangesNothing) {
     const StoreSnapshot before = snapshot_of(*inner);
     EXPECT_EQ(snapshot_of(store), before);
   }
-  FailingRuleStore unharmed(std::make_shared<MemoryRuleStore>(), 16);
+  FailingRuleStore unharmed(std::make_shared<MemoryRuleStore>(), 17);
   EXPECT_EQ(refusal_kind([&] { use_every_call(unharmed); }), std::nullopt);
-  EXPECT_EQ(unharmed.calls(), 15);
+  EXPECT_EQ(unharmed.calls(), 16);
 }
 
 TEST(FailingRuleStore, ChangesOfTheInnerStoreAreTold) {

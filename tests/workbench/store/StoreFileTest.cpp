@@ -48,7 +48,7 @@ TEST_F(StoreFile, VersionOneIsBroughtToThePresent) {
     store->replace_settings({{L"copper", L"first"}});
   }
   EXPECT_EQ(open()->load_settings().size(), 1u);
-  EXPECT_EQ(RawDatabase(path_).text("PRAGMA user_version"), "4");
+  EXPECT_EQ(RawDatabase(path_).text("PRAGMA user_version"), "5");
 }
 
 TEST_F(StoreFile, VersionTwoIsBroughtToThePresent) {
@@ -74,6 +74,41 @@ TEST_F(StoreFile, VersionThreeGetsCalendarsAndNumbersAndWhatShipsForShippedSetti
   EXPECT_EQ(open()->load_settings()[1], (StoredSetting{2, 2, sample_setting(L"mine", L"first")}));
 }
 
+TEST_F(StoreFile, VersionFourKeepsWhatItHasAndRecordsChangesFromNowOn) {
+  make_by_hand(std::string(version_1) + version_2 + version_3 + version_4);
+  const auto store = open();
+  EXPECT_EQ(store->load_rules(), std::vector({StoredRule{4, 5, sample_rule(L"first")}}));
+  EXPECT_EQ(settings_of(*store),
+            (std::vector<SymbolSourceSetting>{{L"copper", L"first"}, {L"mine", L"first"}, {L"zinc", L"renamed"}}));
+  ASSERT_EQ(store->load_calendars().size(), 1u);
+  EXPECT_EQ(store->load_calendars()[0].calendar.title, "title");
+  EXPECT_TRUE(store->load_changes(4).empty());
+  store->update_rule(4, sample_rule(L"renamed"));
+  ASSERT_EQ(store->load_changes(4).size(), 1u);
+  EXPECT_EQ(store->load_changes(4)[0].old_rule, sample_rule(L"first"));
+}
+
+TEST_F(StoreFile, EveryKindOfRecordIsRecordedWithWhatItWas) {
+  const auto store = open();
+  store->update_rule(1, sample_rule(L"renamed"));
+  store->delete_setting(store->load_settings().back().number);
+  StoredCalendar calendar = sample_calendar("exchange");
+  calendar.calendar.closed.clear();
+  store->replace_calendars({calendar});
+  RawDatabase file(path_);
+  EXPECT_EQ(file.text("SELECT count(DISTINCT ChangeNumber) FROM changed_rows"), "4");
+  const auto rows = [&](const std::string& condition) {
+    return file.text("SELECT count(*) FROM changed_rows WHERE ChangeNumber > 1 AND " + condition);
+  };
+  EXPECT_EQ(rows("TableName = 'rules' AND OldRow ->> 'rulename' = 'first' AND NewRow ->> 'rulename' = 'renamed'"), "1");
+  EXPECT_EQ(rows("TableName = 'symbol_source_settings' AND NewRow ->> 'rulename' = 'renamed'"), "2");
+  EXPECT_EQ(rows("TableName = 'symbol_source_settings' AND RowKey = '3' AND NewRow IS NULL"), "1");
+  EXPECT_EQ(rows("TableName = 'calendars' AND json_array_length(OldRow, '$.closeddays') = 2 AND "
+                 "json_array_length(NewRow, '$.closeddays') = 0"),
+            "1");
+  EXPECT_EQ(file.text("SELECT count(*) FROM changes WHERE UserName = ''"), "0");
+}
+
 TEST_F(StoreFile, CalendarWithADayThatIsNoneIsRefusedWhenItIsRead) {
   for (const char* change : {"UPDATE closed_days SET Day = '2026-02-30' WHERE Day = '2026-05-04'",
                              "UPDATE closed_days SET Day = '2026-05-08' WHERE Day = '2026-02-30'",
@@ -96,13 +131,13 @@ TEST_F(StoreFile, MigratedFileHasTheTablesOfANewOne) {
 
 TEST_F(StoreFile, NewerVersionIsRefused) {
   open();
-  make_by_hand("PRAGMA user_version = 5");
+  make_by_hand("PRAGMA user_version = 6");
   expect_refused_untouched(StoreErrorKind::newer);
 }
 
 TEST_F(StoreFile, NewerVersionWithALogBesideItIsLeftToItsProgram) {
   open();
-  make_by_hand("PRAGMA user_version = 5");
+  make_by_hand("PRAGMA user_version = 6");
   RawDatabase newer(path_);
   ASSERT_EQ(newer.run("PRAGMA journal_mode = WAL; CREATE TABLE more (a)"), SQLITE_OK);
   const std::string log = read_bytes(path_.native() + L"-wal");

@@ -82,7 +82,7 @@ TEST_F(StoreProgress, MigrationOfALargeFileIsCancelled) {
   make_by_hand(std::string(version_1) + version_2 + version_3 + many_settings);
   expect_opening_is_cancelled_with_nothing_changed(15);
   EXPECT_GT(open()->load_settings().size(), 3900u);
-  EXPECT_EQ(RawDatabase(path_).text("PRAGMA user_version"), "4");
+  EXPECT_EQ(RawDatabase(path_).text("PRAGMA user_version"), "5");
 }
 
 TEST_F(StoreProgress, OpenStoreReportsNoMoreToWhoOpenedIt) {

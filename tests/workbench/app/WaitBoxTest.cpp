@@ -1,0 +1,117 @@
+#include <thread>
+
+#include "ApplicationTest.h"
+#include "WaitBox.h"
+#include "resource.h"
+
+namespace workbench {
+namespace {
+
+using std::chrono::milliseconds;
+
+/// The program while the server of its store is silent.
+class WaitBoxTest : public ApplicationTest {
+ protected:
+  WaitBoxTest() {
+    WaitBox::delay_ms = 50;
+    start();
+    ShowWindow(window(), SW_SHOW);
+    pump_messages();
+  }
+  ~WaitBoxTest() override { WaitBox::delay_ms = 1000; }
+
+  /// The box of another thread of this process, once it is shown; null if it does not come.
+  static HWND find_box() {
+    for (int left = 500; left > 0; --left, Sleep(10)) {
+      HWND box = nullptr;
+      while ((box = FindWindowExW(nullptr, box, WC_DIALOG, nullptr))) {
+        DWORD process = 0;
+        GetWindowThreadProcessId(box, &process);
+        if (process == GetCurrentProcessId() && GetDlgItem(box, IDC_WAIT_MESSAGE)) return box;
+      }
+    }
+    return nullptr;
+  }
+
+  static std::wstring text_of(HWND control) {
+    wchar_t value[300] = L"";
+    SendMessageW(control, WM_GETTEXT, std::size(value), reinterpret_cast<LPARAM>(value));
+    return value;
+  }
+
+  /// Counts the messages that reach a window.
+  struct Counted {
+    int paints = 0;
+    int others = 0;
+  };
+  static LRESULT CALLBACK count(HWND window, UINT message, WPARAM wparam, LPARAM lparam, UINT_PTR, DWORD_PTR data) {
+    auto& counted = *reinterpret_cast<Counted*>(data);
+    if (message == WM_PAINT) ++counted.paints;
+    if (message == WM_COMMAND || message == WM_TIMER || message == WM_KEYDOWN || message == WM_LBUTTONDOWN)
+      ++counted.others;
+    return DefSubclassProc(window, message, wparam, lparam);
+  }
+
+  base::KernelHandle answered_{CreateEventW(nullptr, TRUE, FALSE, nullptr)};
+};
+
+TEST_F(WaitBoxTest, AnswerThatComesSoonShowsNoBox) {
+  SetEvent(answered_.get());
+  WaitBox box(L"desk");
+  EXPECT_TRUE(box.wait(answered_.get(), milliseconds(5000)));
+}
+
+TEST_F(WaitBoxTest, WaitEndsAfterItsTime) {
+  WaitBox box(L"desk");
+  const ULONGLONG start = GetTickCount64();
+  EXPECT_TRUE(box.wait(answered_.get(), milliseconds(200)));
+  EXPECT_GE(GetTickCount64() - start, 190u);
+}
+
+TEST_F(WaitBoxTest, UserReadsWhatIsWaitedForAndGivesUp) {
+  std::wstring said;
+  std::jthread user([&] {
+    HWND box = find_box();
+    said = text_of(GetDlgItem(box, IDC_WAIT_MESSAGE));
+    PostMessageW(box, WM_COMMAND, IDCANCEL, 0);
+  });
+  {
+    WaitBox box(L"user@desk");
+    EXPECT_FALSE(box.wait(answered_.get(), milliseconds(20'000)));
+    EXPECT_FALSE(box.wait(answered_.get(), milliseconds(20'000))) << "the user has given up for good";
+  }
+  user.join();
+  EXPECT_NE(said.find(L"user@desk"), std::wstring::npos);
+  EXPECT_EQ(FindWindowExW(nullptr, nullptr, WC_DIALOG, said.c_str()), nullptr);
+}
+
+TEST_F(WaitBoxTest, FramePaintsItselfAndNothingElseReachesIt) {
+  Counted counted;
+  SetWindowSubclass(window(), &count, 0, reinterpret_cast<DWORD_PTR>(&counted));
+  std::jthread user([&] {
+    find_box();
+    PostMessageW(window(), WM_COMMAND, IDM_REFRESH, 0);
+    PostMessageW(window(), WM_KEYDOWN, VK_F5, 0);
+    PostMessageW(rules(), WM_LBUTTONDOWN, 0, MAKELPARAM(5, 30));
+    const ULONGLONG sent = GetTickCount64();
+    SendMessageTimeoutW(window(), WM_COMMAND, IDM_REFRESH, 0, SMTO_NORMAL, 200, nullptr);
+    EXPECT_GE(GetTickCount64() - sent, 150u);
+    RedrawWindow(window(), nullptr, nullptr, RDW_INVALIDATE | RDW_ALLCHILDREN);
+    Sleep(300);
+    SetEvent(answered_.get());
+  });
+  {
+    InvalidateRect(window(), nullptr, TRUE);
+    WaitBox box(L"desk");
+    EXPECT_TRUE(box.wait(answered_.get(), milliseconds(20'000)));
+  }
+  EXPECT_GE(counted.paints, 1);
+  EXPECT_EQ(counted.others, 0);
+  user.join();
+  pump_messages();
+  EXPECT_GE(counted.others, 2) << "what was posted is seen afterwards";
+  RemoveWindowSubclass(window(), &count, 0);
+}
+
+}  // namespace
+}  // namespace workbench

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+#include <thread>
+
+#include "Owned.h"
+#include "ServerRuleStore.h"
+
+namespace workbench {
+
+/// Waits for a server while a plug-in may be in the middle of a call. The frame window paints itself, and after a
+/// second a box says what is waited for and lets the user give up. No message reaches a window of the waiting thread
+/// but the paint messages of the frame and its children; the box belongs to a thread of its own.
+class WaitBox final : public ServerWait {
+ public:
+  /// How long a call takes before the box is shown.
+  inline static ULONGLONG delay_ms = 1000;
+
+  /// `store` is the description of the store. The frame is the main window of this thread, if there is one yet.
+  explicit WaitBox(const std::wstring& store);
+  ~WaitBox() override;
+
+  bool wait(HANDLE event, std::chrono::milliseconds at_most) override;
+
+ private:
+  static INT_PTR CALLBACK procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) noexcept;
+  void show();
+  void run_box() noexcept;
+  void fill(HWND window) noexcept;
+
+  HWND frame_;
+  std::wstring message_;
+  ULONGLONG began_ = GetTickCount64();
+  base::KernelHandle cancelled_{CreateEventW(nullptr, TRUE, FALSE, nullptr)};
+  base::KernelHandle closing_{CreateEventW(nullptr, TRUE, FALSE, nullptr)};
+  std::thread box_;
+};
+
+}  // namespace workbench
