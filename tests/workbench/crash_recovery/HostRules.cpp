@@ -42,13 +42,13 @@ std::vector<StoredRule> HostRules::load() const {
   return rules;
 }
 
-void HostRules::make(const RuleChange& change) {
+void HostRules::make(const StreamChange& change) {
   switch (change.kind) {
-    case RuleChange::Kind::add:
+    case StreamChange::Kind::add:
       return add(change.rule);
-    case RuleChange::Kind::update:
+    case StreamChange::Kind::update:
       return update(change.old.number, change.rule);
-    case RuleChange::Kind::remove:
+    case StreamChange::Kind::remove:
       return remove(change.old.number);
   }
 }

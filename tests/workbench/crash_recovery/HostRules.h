@@ -16,7 +16,7 @@ class HostRules {
   std::vector<workbench::StoredRule> load() const;
 
   /// Makes a change as its user would; a rule that a setting uses is not removed.
-  void make(const RuleChange& change);
+  void make(const StreamChange& change);
 
  private:
   void add(const workbench::Rule& rule);

@@ -24,15 +24,15 @@ namespace {
 
 /// The change of a host with this number, applied to a store with the same content.
 void make_change(RuleStore& store, unsigned number) try {
-  const RuleChange change = choose_change(store.load_rules(), number);
+  const StreamChange change = choose_change(store.load_rules(), number);
   switch (change.kind) {
-    case RuleChange::Kind::add:
+    case StreamChange::Kind::add:
       store.add_rule(change.rule);
       return;
-    case RuleChange::Kind::update:
+    case StreamChange::Kind::update:
       store.update_rule(change.old.number, change.rule);
       return;
-    case RuleChange::Kind::remove:
+    case StreamChange::Kind::remove:
       store.delete_rule(change.old.number);
   }
 } catch (const StoreError& error) {

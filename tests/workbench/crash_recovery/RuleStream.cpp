@@ -24,12 +24,12 @@ const StoredRule& choose_rule(const std::vector<StoredRule>& rules, std::mt19937
 
 }  // namespace
 
-RuleChange choose_change(const std::vector<StoredRule>& rules, unsigned number) {
+StreamChange choose_change(const std::vector<StoredRule>& rules, unsigned number) {
   std::mt19937 random(number);
-  if (rules.empty() || random() % 5 < 2) return {.kind = RuleChange::Kind::add, .rule = make_rule(random, number)};
+  if (rules.empty() || random() % 5 < 2) return {.kind = StreamChange::Kind::add, .rule = make_rule(random, number)};
   const StoredRule& old = choose_rule(rules, random);
-  if (random() % 3 == 0) return {.kind = RuleChange::Kind::remove, .old = old};
-  RuleChange update{RuleChange::Kind::update, old, make_rule(random, number)};
+  if (random() % 3 == 0) return {.kind = StreamChange::Kind::remove, .old = old};
+  StreamChange update{StreamChange::Kind::update, old, make_rule(random, number)};
   if (random() % 2) update.rule.name = old.rule.name;
   return update;
 }

@@ -5,7 +5,7 @@
 #include "RuleRecord.h"
 
 /// One change of a store's rules.
-struct RuleChange {
+struct StreamChange {
   enum class Kind { add, update, remove };
 
   Kind kind = Kind::add;
@@ -16,7 +16,7 @@ struct RuleChange {
 /// The `number`-th of an endless stream of changes. It follows from the number and from the numbers and names of the
 /// rules that there are, so two stores with the same rules stay the same. Rules that are in use may be removed too,
 /// which a store refuses.
-RuleChange choose_change(const std::vector<workbench::StoredRule>& rules, unsigned number);
+StreamChange choose_change(const std::vector<workbench::StoredRule>& rules, unsigned number);
 
 /// The environment variable with the number of the first change of `rule_stream.dll`.
 inline constexpr wchar_t first_change_variable[] = L"ZD_FIRST_CHANGE";

@@ -72,7 +72,7 @@ class StreamPlugin final : public DispatchObject<IkvPlugin> {
   }
 
   void make_next_change() {
-    const RuleChange change = choose_change(rules_->load(), next_);
+    const StreamChange change = choose_change(rules_->load(), next_);
     write_output(std::to_string(next_) + "?\n");
     rules_->make(change);
     write_output(std::to_string(next_) + "\n");
