@@ -3,11 +3,13 @@
 #include <utility>
 
 #include "ModulePath.h"
+#include "ProgressDialog.h"
 #include "RecentStores.h"
 #include "ScopedFlag.h"
 #include "StoreMessages.h"
 #include "Texts.h"
 #include "UserSettings.h"
+#include "WaitBox.h"
 #include "resource.h"
 
 namespace workbench {
@@ -33,17 +35,29 @@ void Application::connect(OpenedStore opened) {
   store_ = std::move(opened.store);
   store_description_ = std::move(opened.description);
   schedule_commands_.reset();
-  shown_store_.emplace(store_, [this] { return GetLastActivePopup(window_.handle()); });
+  shown_store_.emplace(store_, [this] { return progress_of_command(); });
+  plugin_store_ = std::make_shared<ProgressRuleStore>(store_, [this] { return progress_of_plugin_call(); });
   schedule_commands_.emplace(*shown_store_, window_, file_dialogs_, [this](long number) { open_rule(number); });
   menu_ = std::make_shared<MainMenu>(GetMenu(window_.handle()), menus_after_those_of_plugins, targets_,
                                      [this] { DrawMenuBar(window_.handle()); });
   hot_keys_ = std::make_shared<HotKeys>(targets_);
-  classes_.emplace(store_, store_listeners());
+  classes_.emplace(plugin_store_, store_listeners());
   window_.show_store(store_description_);
   window_.show_message(text(IDS_READY));
   subscribe_to_store();
   refresh_panes();
   if (!opened.name.empty()) remember_store(opened.name);
+}
+
+schedule::Progress Application::progress_of_command() {
+  const auto dialog =
+      std::make_shared<ProgressDialog>(GetLastActivePopup(window_.handle()), ProgressDialog::Messages::own);
+  return [dialog](std::size_t done, std::size_t total) { return dialog->go_on(done, total); };
+}
+
+schedule::Progress Application::progress_of_plugin_call() {
+  const auto box = std::make_shared<WaitBox>(text(IDS_WAITING_FOR_FILE, {store_description_}));
+  return [box](std::size_t, std::size_t) { return box->go_on(); };
 }
 
 void Application::change_store(OpenedStore opened) {
@@ -82,7 +96,7 @@ HRESULT Application::initialize_plugin() {
   return plugin_->initialize(
       {.main_menu = base::ComPtr<IDispatch>(menu_->create_dispatch(), false),
        .hot_keys = base::ComPtr<IDispatch>(hot_keys_->create_dispatch(), false),
-       .storage = base::ComPtr<IDispatch>(create_storage_object(store_, store_listeners()), false),
+       .storage = base::ComPtr<IDispatch>(create_storage_object(plugin_store_, store_listeners()), false),
        .registry_path = settings_path()});
 }
 

@@ -43,6 +43,8 @@ class Application {
   MainWindowEvents events();
   /// Joins the store to the window. The plug-in is not loaded.
   void connect(OpenedStore opened);
+  schedule::Progress progress_of_command();
+  schedule::Progress progress_of_plugin_call();
   /// The same with a plug-in that is created again, so that nothing of the present store is left anywhere.
   void change_store(OpenedStore opened);
   /// Runs a command that may change the store, unless a dialog is open.
@@ -75,7 +77,8 @@ class Application {
   std::shared_ptr<RuleStore> store_;
   std::wstring store_description_;
   StoreSubscription subscription_;
-  std::optional<ProgressRuleStore> shown_store_;  ///< for all but the plug-in, in whose calls nothing may be shown
+  std::optional<ProgressRuleStore> shown_store_;     ///< the same for the window's own commands
+  std::shared_ptr<ProgressRuleStore> plugin_store_;  ///< the same for the plug-in, in whose calls no message may arrive
   std::optional<ScheduleCommands> schedule_commands_;
   std::shared_ptr<MainMenu> menu_;
   std::shared_ptr<HotKeys> hot_keys_;

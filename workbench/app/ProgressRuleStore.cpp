@@ -2,8 +2,6 @@
 
 #include <utility>
 
-#include "ProgressDialog.h"
-
 namespace workbench {
 
 namespace {
@@ -11,8 +9,8 @@ namespace {
 /// Shows the progress of a store's calls as long as it lives.
 class ScopedStoreProgress {
  public:
-  ScopedStoreProgress(RuleStore& store, HWND owner) : store_(store), dialog_(owner, ProgressDialog::Messages::own) {
-    store_.set_progress(dialog_.progress());
+  ScopedStoreProgress(RuleStore& store, const schedule::Progress& progress) : store_(store) {
+    store_.set_progress(progress);
   }
   ~ScopedStoreProgress() { store_.set_progress({}); }
   ScopedStoreProgress(const ScopedStoreProgress&) = delete;
@@ -20,19 +18,18 @@ class ScopedStoreProgress {
 
  private:
   RuleStore& store_;
-  ProgressDialog dialog_;
 };
 
 }  // namespace
 
-ProgressRuleStore::ProgressRuleStore(std::shared_ptr<RuleStore> store, std::function<HWND()> owner)
+ProgressRuleStore::ProgressRuleStore(std::shared_ptr<RuleStore> store, CreateProgress create_progress)
     : store_(std::move(store)),
-      owner_(std::move(owner)),
+      create_progress_(std::move(create_progress)),
       changes_(store_->subscribe([this] { notify_subscribers(); })) {}
 
 template <class Call>
 auto ProgressRuleStore::with_progress(const Call& call) {
-  const ScopedStoreProgress progress(*store_, owner_());
+  const ScopedStoreProgress progress(*store_, create_progress_());
   return call();
 }
 

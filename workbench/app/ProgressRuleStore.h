@@ -1,18 +1,20 @@
 #pragma once
 
-#include <windows.h>
+#include <functional>
+#include <memory>
 
 #include "RuleStore.h"
 
 namespace workbench {
 
-/// The store as the window's own commands use it: a call that takes longer than a second, because another program holds
-/// the store or because it is large, shows its progress, and the user can cancel it, with nothing changed. Nothing else
-/// of this thread happens meanwhile.
+/// A store of which each call shows its progress, so that the user can cancel one that takes long because another
+/// program holds the store or because it is large. It then throws `schedule::Cancelled`, and nothing has changed.
 class ProgressRuleStore final : public RuleStore {
  public:
-  /// `owner` returns the window over which the progress is shown.
-  ProgressRuleStore(std::shared_ptr<RuleStore> store, std::function<HWND()> owner);
+  /// Creates what shows the progress of one call. It belongs to the function and is destroyed with it.
+  using CreateProgress = std::function<schedule::Progress()>;
+
+  ProgressRuleStore(std::shared_ptr<RuleStore> store, CreateProgress create_progress);
 
   std::vector<StoredRule> load_rules() override;
   std::optional<StoredRule> try_load_rule(long number) override;
@@ -39,7 +41,7 @@ class ProgressRuleStore final : public RuleStore {
   auto with_progress(const Call& call);
 
   std::shared_ptr<RuleStore> store_;
-  std::function<HWND()> owner_;
+  CreateProgress create_progress_;
   StoreSubscription changes_;
 };
 

@@ -137,7 +137,9 @@ class ServerLocation final : public StoreLocation {
                                 .copied = opening.copied};
     if (opening.in_window) {
       settings.poll_interval = poll_interval;
-      settings.create_wait = [store = description()] { return std::make_unique<WaitBox>(store); };
+      settings.create_wait = [store = description()] {
+        return std::make_unique<WaitBox>(workbench::text(IDS_WAITING, {store}));
+      };
     }
     PasswordSearch passwords(options_, opening.ask_password);
     for (;;) {

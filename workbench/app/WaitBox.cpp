@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <array>
 #include <string_view>
+#include <utility>
 
 #include "MainWindow.h"
 #include "ModulePath.h"
-#include "Texts.h"
 #include "UiLanguage.h"
 #include "resource.h"
 
@@ -32,8 +32,7 @@ HWND main_window_of_this_thread() noexcept {
 
 }  // namespace
 
-WaitBox::WaitBox(const std::wstring& store)
-    : frame_(main_window_of_this_thread()), message_(text(IDS_WAITING, {store})) {}
+WaitBox::WaitBox(std::wstring message) : frame_(main_window_of_this_thread()), message_(std::move(message)) {}
 
 WaitBox::~WaitBox() {
   if (!box_.joinable()) return;
@@ -45,15 +44,25 @@ bool WaitBox::wait(HANDLE event, std::chrono::milliseconds at_most) {
   const std::array<HANDLE, 2> handles{event, cancelled_.get()};
   const ULONGLONG end = GetTickCount64() + static_cast<ULONGLONG>(at_most.count());
   for (ULONGLONG now = GetTickCount64(); now < end; now = GetTickCount64()) {
-    if (!box_.joinable() && now - began_ >= delay_ms) show();
     const auto slice = static_cast<DWORD>(std::min(end - now, paint_period_ms));
     const DWORD result = WaitForMultipleObjects(static_cast<DWORD>(handles.size()), handles.data(), FALSE, slice);
     if (result == WAIT_OBJECT_0) return true;
     if (result == WAIT_OBJECT_0 + 1) return false;
     if (result == WAIT_FAILED) return true;
-    if (frame_) RedrawWindow(frame_, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+    update();
   }
   return true;
+}
+
+bool WaitBox::go_on() {
+  if (GetTickCount64() - updated_ >= paint_period_ms) update();
+  return WaitForSingleObject(cancelled_.get(), 0) != WAIT_OBJECT_0;
+}
+
+void WaitBox::update() {
+  updated_ = GetTickCount64();
+  if (!box_.joinable() && updated_ - began_ >= delay_ms) show();
+  if (frame_) RedrawWindow(frame_, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
 }
 
 void WaitBox::show() {

@@ -10,7 +10,7 @@
 
 namespace workbench {
 
-/// Waits for a server while a plug-in may be in the middle of a call. The frame window paints itself, and after a
+/// Waits for a store while a plug-in may be in the middle of a call. The frame window paints itself, and after a
 /// second a box says what is waited for and lets the user give up. No message reaches a window of the waiting thread
 /// but the paint messages of the frame and its children; the box belongs to a thread of its own.
 class WaitBox final : public ServerWait {
@@ -18,14 +18,18 @@ class WaitBox final : public ServerWait {
   /// How long a call takes before the box is shown.
   inline static ULONGLONG delay_ms = 1000;
 
-  /// `store` is the description of the store. The frame is the main window of this thread, if there is one yet.
-  explicit WaitBox(const std::wstring& store);
+  /// `message` says what is waited for. The frame is the main window of this thread, if there is one yet.
+  explicit WaitBox(std::wstring message);
   ~WaitBox() override;
 
   bool wait(HANDLE event, std::chrono::milliseconds at_most) override;
 
+  /// Called often by work on this thread. False: the user gave up.
+  bool go_on();
+
  private:
   static INT_PTR CALLBACK procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) noexcept;
+  void update();
   void show();
   void run_box() noexcept;
   void fill(HWND window) noexcept;
@@ -33,6 +37,7 @@ class WaitBox final : public ServerWait {
   HWND frame_;
   std::wstring message_;
   ULONGLONG began_ = GetTickCount64();
+  ULONGLONG updated_ = 0;
   base::KernelHandle cancelled_{CreateEventW(nullptr, TRUE, FALSE, nullptr)};
   base::KernelHandle closing_{CreateEventW(nullptr, TRUE, FALSE, nullptr)};
   std::thread box_;

@@ -166,6 +166,7 @@
 #define IDS_RULE_RESTORED 1124
 #define IDS_RULE_UNCERTAIN 1126
 #define IDS_WAITING 1127
+#define IDS_WAITING_FOR_FILE 1128
 #define IDS_NEWER_CALENDARS 1139
 
 /* the schedule; weekdays and reasons follow one another */
@@ -310,6 +311,7 @@
 #define IDS_STORE_OVERLOADED 1419
 #define IDS_STORE_EXISTS 1420
 #define IDS_STORE_UNCERTAIN 1421
+#define IDS_STORE_CANCELLED 1422
 
 /* the changes of a rule */
 #define IDS_CHANGES_OF_RULE 1330

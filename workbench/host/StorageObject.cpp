@@ -66,12 +66,17 @@ void fill_table(TableRows& rows, std::vector<StoredSetting>&& settings) {
 
 template <class Body>
 HRESULT StorageObject::store_method(const std::optional<Rule>& unsaved, Body&& body) noexcept {
+  const auto fail = [&](const StoreError& error) {
+    if (listeners_.failed) listeners_.failed(error, unsaved ? &*unsaved : nullptr);
+    return store_result(error.kind());
+  };
   return com_method([&] {
     try {
       return body();
     } catch (const StoreError& error) {
-      if (listeners_.failed) listeners_.failed(error, unsaved ? &*unsaved : nullptr);
-      return store_result(error.kind());
+      return fail(error);
+    } catch (const schedule::Cancelled&) {
+      return fail({StoreErrorKind::cancelled, L"", "the user gave up waiting"});
     }
   });
 }

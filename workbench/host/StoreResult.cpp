@@ -44,6 +44,8 @@ HRESULT store_result(StoreErrorKind kind) noexcept {
       return HRESULT_FROM_WIN32(ERROR_CONNECTION_COUNT_LIMIT);
     case StoreErrorKind::uncertain:
       return XACT_E_INDOUBT;
+    case StoreErrorKind::cancelled:
+      return E_ABORT;
   }
   return E_UNEXPECTED;
 }

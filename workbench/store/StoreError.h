@@ -35,6 +35,8 @@ enum class StoreErrorKind {
   exists,  ///< there is a store already, which may hold something; it was left as it is
   // Of the server again:
   uncertain,  ///< the connection was lost while a change was saved, and it may have happened or not
+  // Of every store:
+  cancelled,  ///< the user gave up waiting for a call of a plug-in
 };
 
 /// A refusal of a store. Whatever was asked for did not happen, and the old content stays whole; only of an `uncertain`

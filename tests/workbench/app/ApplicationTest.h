@@ -34,6 +34,17 @@ inline std::wstring text_of_next_box() {
   return text;
 }
 
+/// The box of another thread of this process that says what is waited for; null while it is not shown.
+inline HWND shown_wait_box() {
+  HWND box = nullptr;
+  while ((box = FindWindowExW(nullptr, box, WC_DIALOG, nullptr))) {
+    DWORD process = 0;
+    GetWindowThreadProcessId(box, &process);
+    if (process == GetCurrentProcessId() && GetDlgItem(box, IDC_WAIT_MESSAGE)) return box;
+  }
+  return nullptr;
+}
+
 inline std::filesystem::path real_module() { return base::path_beside_program(L"zdExpirationRules.dll"); }
 
 inline bool module_is_loaded() { return GetModuleHandleW(L"zdExpirationRules.dll") != nullptr; }

@@ -4,6 +4,7 @@
 #include "ScheduleTest.h"
 #include "TemporaryFolder.h"
 #include "Texts.h"
+#include "WaitBox.h"
 
 namespace workbench {
 namespace {
@@ -34,6 +35,10 @@ class HeldStore final : public MemoryRuleStore {
     wait();
     return MemoryRuleStore::load_rules();
   }
+  StoredRule update_rule(long number, const Rule& rule, std::optional<Revision> expected) override {
+    wait();
+    return MemoryRuleStore::update_rule(number, rule, expected);
+  }
   StoredSetting update_setting(long number, const SymbolSourceSetting& setting,
                                std::optional<Revision> expected) override {
     wait();
@@ -53,7 +58,8 @@ class HeldStore final : public MemoryRuleStore {
     try {
       while (GetTickCount64() < end) {
         schedule::advance(progress_, 1, 4);
-        if (HWND shown = shown_progress()) PostMessageW(shown, WM_COMMAND, IDCANCEL, 0);
+        HWND box = shown_wait_box();
+        if (HWND shown = box ? box : shown_progress()) PostMessageW(shown, WM_COMMAND, IDCANCEL, 0);
         Sleep(60);
       }
     } catch (const schedule::Cancelled&) {
@@ -75,15 +81,15 @@ class HeldStoreTest : public ScheduleTest {
     store_ = held_;
     chosen_file_ = folder_.path() / L"file.csv";
   }
-  ~HeldStoreTest() override { ProgressDialog::delay_ms = usual_delay_; }
+  ~HeldStoreTest() override { ProgressDialog::delay_ms = WaitBox::delay_ms = usual_delay_; }
 
   /// Runs `work` while the store is held. Returns how often the user cancelled.
   int cancel_while_held(const std::function<void()>& work) {
     held_->cancelled = 0;
     held_->is_held = true;
-    ProgressDialog::delay_ms = 0;
+    ProgressDialog::delay_ms = WaitBox::delay_ms = 0;
     work();
-    ProgressDialog::delay_ms = usual_delay_;
+    ProgressDialog::delay_ms = WaitBox::delay_ms = usual_delay_;
     held_->is_held = false;
     return held_->cancelled;
   }
@@ -139,6 +145,21 @@ TEST_F(HeldStoreTest, CancelledImportOfACalendarChangesNothing) {
   EXPECT_EQ(held_->cancelled, 1);
   EXPECT_EQ(message(), text(IDS_CANCELLED));
   EXPECT_EQ(store_->load_calendars().front().calendar.closed.size(), 1u);
+}
+
+TEST_F(HeldStoreTest, UserGivesUpACallOfThePluginAndReadsWhatWasNotSaved) {
+  start_at_2026();
+  base::ComPtr<IkvExpirationRuleService> service;
+  service.CreateInstance(__uuidof(kvStorage), nullptr, CLSCTX_INPROC_SERVER);
+  HRESULT result = S_OK;
+  EXPECT_EQ(
+      cancel_while_held([&] { result = service->update_rule(1, _bstr_t(L"entered"), 0, 0, 0, 1, 1, 1, 1, 1, 0); }), 1);
+  EXPECT_EQ(result, E_ABORT);
+  EXPECT_FALSE(shown_wait_box());
+  const std::wstring said = text_of_next_box();
+  EXPECT_NE(said.find(text(IDS_STORE_CANCELLED)), std::wstring::npos);
+  EXPECT_NE(said.find(L"entered"), std::wstring::npos);
+  EXPECT_EQ(store_->load_rules().front().rule.name, L"CSI 300");
 }
 
 TEST_F(HeldStoreTest, ProgressWithoutOwnerIsShownAndCancelled) {

@@ -20,15 +20,10 @@ class WaitBoxTest : public ApplicationTest {
   }
   ~WaitBoxTest() override { WaitBox::delay_ms = 1000; }
 
-  /// The box of another thread of this process, once it is shown; null if it does not come.
+  /// The box, once it is shown; null if it does not come.
   static HWND find_box() {
     for (int left = 500; left > 0; --left, Sleep(10)) {
-      HWND box = nullptr;
-      while ((box = FindWindowExW(nullptr, box, WC_DIALOG, nullptr))) {
-        DWORD process = 0;
-        GetWindowThreadProcessId(box, &process);
-        if (process == GetCurrentProcessId() && GetDlgItem(box, IDC_WAIT_MESSAGE)) return box;
-      }
+      if (HWND box = shown_wait_box()) return box;
     }
     return nullptr;
   }
@@ -83,6 +78,15 @@ TEST_F(WaitBoxTest, UserReadsWhatIsWaitedForAndGivesUp) {
   user.join();
   EXPECT_NE(said.find(L"user@desk"), std::wstring::npos);
   EXPECT_EQ(FindWindowExW(nullptr, nullptr, WC_DIALOG, said.c_str()), nullptr);
+}
+
+TEST_F(WaitBoxTest, WorkOfThisThreadIsGivenUpToo) {
+  std::jthread user([] { PostMessageW(find_box(), WM_COMMAND, IDCANCEL, 0); });
+  WaitBox box(L"rules.db");
+  EXPECT_TRUE(box.go_on());
+  const ULONGLONG end = GetTickCount64() + 20'000;
+  while (box.go_on() && GetTickCount64() < end) Sleep(1);
+  EXPECT_FALSE(box.go_on());
 }
 
 TEST_F(WaitBoxTest, FramePaintsItselfAndNothingElseReachesIt) {

@@ -71,7 +71,7 @@ void PrintTo(StoreErrorKind kind, std::ostream* stream) {
       "read_only",         "locked",          "full",           "damaged",   "foreign",     "newer",
       "unavailable",       "invalid_value",   "duplicate_name", "not_found", "changed",     "in_use",
       "setting_not_found", "setting_changed", "missing",        "no_driver", "unreachable", "login_refused",
-      "connection_lost",   "overloaded",      "exists",         "uncertain"};
+      "connection_lost",   "overloaded",      "exists",         "uncertain", "cancelled"};
   *stream << names[static_cast<int>(kind)];
 }
 
