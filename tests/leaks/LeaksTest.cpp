@@ -96,6 +96,7 @@ TEST_F(LeaksTest, ManyRefillsLeaveNothing) {
     ASSERT_EQ(1u, host_.rules().size());
     ASSERT_EQ(handles, session.handles_left());
     host_.calls().forget();
+    host_.forget_changes();
   };
   const DialogScript user({[&](HWND list) {
                             refill(list, session.handles_left());

@@ -31,6 +31,8 @@ class RecordingHost {
   /// What the store holds; a change counts from the next call on.
   std::vector<HostRule>& rules() noexcept { return state_->store->content().rules; }
   std::vector<HostSetting>& settings() noexcept { return state_->store->content().settings; }
+  /// Frees what the host keeps of changes.
+  void forget_changes() noexcept { state_->store->forget_changes(); }
   /// Every rule that a client asked to store, in order, whatever came of it; number 0 for a new one.
   std::vector<HostRule>& saves() noexcept { return state_->saves; }
   /// What these fields hold in every row until a client writes them, whatever the host put there. A value of another

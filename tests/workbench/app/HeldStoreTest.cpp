@@ -1,5 +1,7 @@
 // A call of the store that takes long shows its progress in the window and can be cancelled, and nothing else happens
 // meanwhile.
+#include "ComPtr.h"
+#include "HostStorage.h"
 #include "ProgressDialog.h"
 #include "ScheduleTest.h"
 #include "TemporaryFolder.h"

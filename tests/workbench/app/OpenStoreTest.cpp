@@ -4,6 +4,7 @@
 #include "FirstContent.h"
 #include "PasswordDialog.h"
 #include "RecentStores.h"
+#include "ScratchRoot.h"
 #include "SqliteRuleStore.h"
 #include "TemporaryFolder.h"
 #include "Texts.h"
@@ -19,21 +20,15 @@ using test_support::DialogDriver;
 class OpenStoreTest : public ApplicationTest {
  protected:
   OpenStoreTest() {
-    forget_recent_stores();
     create(path_, {{.name = L"SHFE copper"}, {.name = L"SHFE zinc"}}, {{.name = L"CU", .rule_name = L"SHFE copper"}});
     start();
     ShowWindow(window(), SW_SHOW);
   }
-  ~OpenStoreTest() override { forget_recent_stores(); }
 
   /// Creates a store with the shipped calendars, so that none are offered when it is opened.
   static void create(const std::filesystem::path& path, const std::vector<Rule>& rules,
                      const std::vector<SymbolSourceSetting>& settings) {
     open_sqlite_store(path, {.first_content = {rules, settings, first_content().calendars}});
-  }
-
-  static void forget_recent_stores() {
-    RegDeleteKeyValueW(HKEY_CURRENT_USER, settings_path().c_str(), L"RecentStores");
   }
 
   /// File > Open store..., and this file in its dialog, which is cancelled when it stays open. Message boxes are read
@@ -74,6 +69,7 @@ class OpenStoreTest : public ApplicationTest {
     return items;
   }
 
+  test_support::ScratchRoot user_{HKEY_CURRENT_USER};
   test_support::TemporaryFolder folder_;
   std::filesystem::path path_ = folder_.path() / L"rules.db";
   std::vector<std::wstring> boxes_;
