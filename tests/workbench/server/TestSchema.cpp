@@ -1,5 +1,7 @@
 #include "TestSchema.h"
 
+#include <chrono>
+
 #include "OdbcError.h"
 #include "TestServer.h"
 
@@ -7,10 +9,12 @@ using workbench::odbc::ConnectionString;
 
 namespace {
 
-/// A name that no other program of this run takes.
+/// A name that no other program on this server takes, not even an earlier one whose process number this one got.
 std::wstring next_name() {
   static int count = 0;
-  return L"desk_" + std::to_wstring(GetCurrentProcessId()) + L"_" + std::to_wstring(++count);
+  static const long long start = std::chrono::system_clock::now().time_since_epoch().count();
+  return L"desk_" + std::to_wstring(GetCurrentProcessId()) + L"_" + std::to_wstring(start) + L"_" +
+         std::to_wstring(++count);
 }
 
 }  // namespace
