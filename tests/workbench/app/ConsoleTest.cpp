@@ -9,6 +9,7 @@
 #include "Owned.h"
 #include "SqliteRuleStore.h"
 #include "TemporaryFolder.h"
+#include "WithinSeconds.h"
 
 namespace workbench {
 namespace {
@@ -16,7 +17,8 @@ namespace {
 using test_support::read_bytes;
 using test_support::write_bytes;
 
-constexpr DWORD limit_ms = 120'000;
+constexpr int limit_seconds = 120;
+constexpr DWORD limit_ms = limit_seconds * 1000;
 
 BOOL WINAPI ignore_event(DWORD) { return TRUE; }
 
@@ -25,8 +27,7 @@ class ScopedConsole {
  public:
   explicit ScopedConsole(DWORD process) {
     FreeConsole();
-    const ULONGLONG end = GetTickCount64() + limit_ms;
-    while (!AttachConsole(process) && GetTickCount64() < end) Sleep(10);
+    EXPECT_TRUE(test_support::within_seconds(limit_seconds, [&] { return AttachConsole(process) != FALSE; }));
     SetConsoleCtrlHandler(&ignore_event, TRUE);
   }
   ~ScopedConsole() {

@@ -10,6 +10,7 @@
 #include "ModulePath.h"
 #include "Owned.h"
 #include "ReportLog.h"
+#include "WithinSeconds.h"
 
 namespace snagtrap_test {
 namespace {
@@ -138,7 +139,7 @@ TEST_F(Log, TailWithoutAFileIsEmpty) { EXPECT_EQ(log().tail(100), ""); }
 
 TEST_F(Log, WaitsNoLongerThanASecondForAnotherProcess) {
   test_support::ChildProcess holder(base::path_beside_program(L"snagtrap_child.exe"), {L"hold the log", folder.path()});
-  while (!std::filesystem::exists(folder.path() / L"held")) Sleep(10);
+  ASSERT_TRUE(test_support::within_seconds(60, [&] { return std::filesystem::exists(folder.path() / L"held"); }));
   EXPECT_EQ(log().append("late, but not lost", false), S_OK);
   EXPECT_EQ(folder.content(), "late, but not lost\n");
   EXPECT_EQ(log().start_new_file(), HRESULT_FROM_WIN32(ERROR_TIMEOUT));

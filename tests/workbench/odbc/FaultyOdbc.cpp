@@ -85,8 +85,9 @@ FaultyOdbc::FaultyOdbc(const workbench::odbc::OdbcApi& next) : next_(next), api_
 
 FaultyOdbc::~FaultyOdbc() { faulty = nullptr; }
 
-void FaultyOdbc::fail_call(int call, const std::string& state, Fault fault) {
+void FaultyOdbc::fail_call(std::size_t call, const std::string& state, Fault fault) {
   calls_ = 0;
+  has_failed_ = false;
   failing_call_ = call;
   state_ = base::from_utf8(state);
   fault_ = fault;
@@ -95,13 +96,20 @@ void FaultyOdbc::fail_call(int call, const std::string& state, Fault fault) {
 }
 
 void FaultyOdbc::end_silence() {
-  failing_call_ = 0;
+  clear_faults();
   SetEvent(silence_ended_.get());
 }
 
+std::optional<std::string> FaultyOdbc::failed_call() const {
+  if (!has_failed_) return std::nullopt;
+  return "a call of ODBC with the state '" + base::to_utf8(state_) +
+         (fault_.reaches ? "' that reaches the server" : "'");
+}
+
 bool FaultyOdbc::is_chosen() {
-  const int call = ++calls_;
+  const std::size_t call = ++calls_;
   failed_last = failing_call_ > 0 && (fault_.is_lasting ? call >= failing_call_ : call == failing_call_);
+  if (failed_last) has_failed_ = true;
   return failed_last;
 }
 

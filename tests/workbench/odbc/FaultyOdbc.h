@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <optional>
 #include <string>
 
 #include "OdbcApi.h"
@@ -27,14 +28,20 @@ class FaultyOdbc {
 
   /// The call that comes `call`-th from now, counted from 1, fails in this way with this SQLSTATE; an empty state means
   /// a failure without a diagnostic. Calls that release, or that ask about a failure, are not counted.
-  void fail_call(int call, const std::string& state, Fault fault);
-  void fail_call(int call, const std::string& state) { fail_call(call, state, {}); }
+  void fail_call(std::size_t call, const std::string& state, Fault fault);
+  void fail_call(std::size_t call, const std::string& state) { fail_call(call, state, {}); }
+
+  /// From now on nothing fails.
+  void clear_faults() { failing_call_ = 0; }
 
   /// Lets the calls return that are silent, and those to come.
   void end_silence();
 
+  /// The call that has failed since `fail_call`, in words; nothing when no call has.
+  std::optional<std::string> failed_call() const;
+
   /// How many calls have come since `fail_call`, or in all.
-  int calls() const { return calls_; }
+  std::size_t calls() const { return calls_; }
 
   /// How many handles are allocated and not released.
   int live_handles() const { return live_handles_; }
@@ -48,8 +55,9 @@ class FaultyOdbc {
 
   workbench::odbc::OdbcApi next_;
   workbench::odbc::OdbcApi api_;
-  std::atomic<int> calls_ = 0;
-  int failing_call_ = 0;
+  std::atomic<std::size_t> calls_ = 0;
+  std::size_t failing_call_ = 0;
+  std::atomic<bool> has_failed_ = false;
   Fault fault_;
   base::KernelHandle silence_ended_{CreateEventW(nullptr, TRUE, FALSE, nullptr)};
   std::wstring state_;

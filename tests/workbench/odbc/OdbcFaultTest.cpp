@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "FaultLoop.h"
 #include "FaultyOdbc.h"
 #include "MemoryOdbc.h"
 #include "OdbcConnection.h"
@@ -30,21 +31,28 @@ TEST(OdbcFault, EachCallThatFailsIsReportedAndEveryHandleIsReleased) {
   driver.rows = {{L"1", L"1"}, {L"2", L"2"}};
   test_support::FaultyOdbc odbc(driver.api());
   use_everything(odbc.api());
-  const int calls = odbc.calls();
+  const std::size_t calls = odbc.calls();
   EXPECT_EQ(odbc.live_handles(), 0);
   for (const std::string state : {"08S01", "40001", ""}) {
-    // The last call returns to automatic commits after the change was acknowledged, which is no failure of the change.
-    for (int call = 1; call < calls; ++call) {
-      odbc.fail_call(call, state);
+    const std::size_t failed = test_support::fail_each_call([&](std::size_t number) {
+      odbc.fail_call(number, state);
+      std::optional<std::string> reported;
       try {
         use_everything(odbc.api());
-        ADD_FAILURE() << "call " << call << " failed and nobody noticed";
       } catch (const OdbcError& error) {
-        // No diagnostics belong to an environment that was not allocated.
-        EXPECT_EQ(error.state(), call == 1 ? "" : state) << "call " << call;
+        reported = error.state();
       }
-      EXPECT_EQ(odbc.live_handles(), 0) << "after call " << call;
-    }
+      // The last call returns to automatic commits after the change was acknowledged, which is no failure of the
+      // change.
+      EXPECT_EQ(reported.has_value(), number < calls);
+      // No diagnostics belong to an environment that was not allocated.
+      if (reported) {
+        EXPECT_EQ(*reported, number == 1 ? "" : state);
+      }
+      EXPECT_EQ(odbc.live_handles(), 0);
+      return odbc.failed_call();
+    });
+    EXPECT_EQ(failed, calls);
   }
 }
 

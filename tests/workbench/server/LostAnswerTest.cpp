@@ -1,5 +1,6 @@
 #include <functional>
 
+#include "FaultLoop.h"
 #include "FaultyOdbc.h"
 #include "MemoryServer.h"
 #include "ServerError.h"
@@ -31,25 +32,23 @@ class LostAnswer : public testing::Test {
         [](RuleStore& store) { store.delete_rule(1); },
     };
     for (const auto& change : changes) {
-      bool failed = true;
-      for (int k = 1; failed && !HasFailure(); ++k) {
-        SCOPED_TRACE("call " + std::to_string(k) + " state " + state);
+      test_support::fail_each_call([&](std::size_t number) {
         server_.emplace();
         odbc_.emplace(server_->api());
         const auto store = open_server_store(odbc::ConnectionString(L"Server=desk"), {.api = &odbc_->api()});
         store->add_rule(sample_rule(L"first"));
         const std::vector<std::wstring> before = server_->names();
-        odbc_->fail_call(k, state, fault);
+        odbc_->fail_call(number, state, fault);
         const auto error = refusal([&] { change(*store); });
-        failed = odbc_->calls() >= k;
-        odbc_->fail_call(0, "");
+        odbc_->clear_faults();
         check({error, server_->names() != before});
         if (error && error->kind() == Kind::uncertain) ++uncertain;
         std::vector<std::wstring> after = server_->names();
         store->add_rule(sample_rule(L"later"));
         after.emplace_back(L"later");
         EXPECT_EQ(server_->names(), after) << "nothing happens twice or late";
-      }
+        return odbc_->failed_call();
+      });
     }
     return uncertain;
   }

@@ -1,6 +1,7 @@
 #include <functional>
 
 #include "Depth.h"
+#include "FaultLoop.h"
 #include "FaultyOdbc.h"
 #include "ServerError.h"
 #include "ServerTest.h"
@@ -36,23 +37,21 @@ class ServerFault : public ServerTest {
   /// Runs a change while its k-th call of ODBC fails, for every k, with this state.
   void fail_each_call(const std::function<void(RuleStore&)>& change, const std::string& state) {
     const auto store = open_server_store(schema_->options(), {.api = &odbc_->api()});
-    bool failed = true;
-    for (int k = 1; failed && !HasFailure(); ++k) {
-      SCOPED_TRACE("call " + std::to_string(k) + " state " + state);
+    test_support::fail_each_call([&](std::size_t number) {
       control_->replace_content(sample_content());
       store->load_rules();  // the store is connected again after the last round
       const int handles = odbc_->live_handles();
-      odbc_->fail_call(k, state);
+      odbc_->fail_call(number, state);
       const auto error = refusal([&] { change(*store); });
-      failed = odbc_->calls() >= k;
-      odbc_->fail_call(0, "");
+      odbc_->clear_faults();
       if (error) {
         EXPECT_EQ(error->kind(), server_error_kind(state)) << error->what();
       }
       EXPECT_EQ(content_of(*control_) == sample_content(), error.has_value());
       EXPECT_NO_THROW(store->load_rules());
       EXPECT_EQ(odbc_->live_handles(), handles);
-    }
+      return odbc_->failed_call();
+    });
   }
 
   std::optional<test_support::FaultyOdbc> odbc_;
@@ -90,36 +89,31 @@ TEST_F(ServerFault, EachFailedCallOfALoadIsReported) {
   const auto store = open_server_store(schema_->options(), {.api = &odbc_->api()});
   const StoreSnapshot before = snapshot_of(*store);
   for (const std::string& state : states) {
-    bool failed = true;
-    for (int k = 1; failed && !HasFailure(); ++k) {
-      SCOPED_TRACE("call " + std::to_string(k) + " state " + state);
+    test_support::fail_each_call([&](std::size_t number) {
       store->load_rules();
-      odbc_->fail_call(k, state);
+      odbc_->fail_call(number, state);
       const auto error = refusal([&] {
         EXPECT_EQ(snapshot_of(*store), before);
         EXPECT_FALSE(store->poll_for_changes());
       });
-      failed = odbc_->calls() >= k;
-      odbc_->fail_call(0, "");
-      EXPECT_EQ(error.has_value(), failed);
+      odbc_->clear_faults();
+      EXPECT_EQ(error.has_value(), odbc_->failed_call().has_value());
       if (error) {
         EXPECT_EQ(error->kind(), server_error_kind(state)) << error->what();
       }
-    }
+      return odbc_->failed_call();
+    });
   }
 }
 
 TEST_F(ServerFault, EachFailedCallOfTheCreationLeavesNothingBehind) {
-  bool failed = true;
-  for (int k = 1; failed && !HasFailure(); ++k) {
-    SCOPED_TRACE(k);
+  test_support::fail_each_call([&](std::size_t number) {
     schema_->run(L"DROP SCHEMA " + schema_->name() + L" CASCADE");
     schema_->run(L"CREATE SCHEMA " + schema_->name() + L" AUTHORIZATION " + schema_->name());
-    odbc_->fail_call(k, "08S01");
+    odbc_->fail_call(number, "08S01");
     const auto error = refusal(
         [&] { open_server_store(schema_->options(), {.first_content = sample_content(), .api = &odbc_->api()}); });
-    failed = odbc_->calls() >= k;
-    odbc_->fail_call(0, "");
+    odbc_->clear_faults();
     EXPECT_EQ(odbc_->live_handles(), 0);
     const std::wstring tables =
         schema_->text(L"SELECT count(*) FROM pg_tables WHERE schemaname = '" + schema_->name() + L"'");
@@ -128,7 +122,8 @@ TEST_F(ServerFault, EachFailedCallOfTheCreationLeavesNothingBehind) {
       EXPECT_EQ(tables, L"7");
       EXPECT_EQ(content_of(*schema_->open()), sample_content());
     }
-  }
+    return odbc_->failed_call();
+  });
 }
 
 }  // namespace

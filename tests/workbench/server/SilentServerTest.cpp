@@ -1,24 +1,21 @@
 #include <functional>
 
 #include "Depth.h"
+#include "FaultLoop.h"
 #include "FaultyOdbc.h"
 #include "MemoryServer.h"
 #include "ServerRuleStore.h"
 #include "StoreSamples.h"
 #include "StoreThread.h"
+#include "WithinSeconds.h"
 
 using namespace workbench;
 using std::chrono::milliseconds;
+using test_support::within_seconds;
 using Fault = test_support::FaultyOdbc::Fault;
 using Kind = StoreErrorKind;
 
 namespace {
-
-bool within_seconds(int seconds, const std::function<bool()>& holds) {
-  for (int left = seconds * 100; left > 0; --left, Sleep(10))
-    if (holds()) return true;
-  return false;
-}
 
 /// A store on a server in memory that does not answer.
 class SilentServer : public testing::Test {
@@ -43,16 +40,13 @@ class SilentServer : public testing::Test {
   /// uncertain.
   int fail_each_call(Fault fault, const Change& change) {
     int uncertain = 0;
-    bool failed = true;
-    for (int k = 1; failed && !HasFailure(); ++k) {
-      SCOPED_TRACE("call " + std::to_string(k) + (fault.reaches ? " reaches the server" : ""));
+    test_support::fail_each_call([&](std::size_t number) {
       server_.clear();
       const auto store = open();
       store->add_rule(sample_rule(L"first"));
-      odbc_.fail_call(k, "08S01", fault);
+      odbc_.fail_call(number, "08S01", fault);
       ChangedRecord record;
       const auto error = refusal([&] { record = change(*store); });
-      failed = odbc_.calls() >= k;
       end_silence();
       uncertain += error && error->kind() == Kind::uncertain;
       check(error, record, fault);
@@ -60,7 +54,8 @@ class SilentServer : public testing::Test {
       store->add_rule(sample_rule(L"later"));
       after.emplace_back(L"later");
       EXPECT_EQ(server_.names(), after);
-    }
+      return odbc_.failed_call();
+    });
     return uncertain;
   }
 
@@ -202,7 +197,7 @@ TEST_F(SilentServer, UserWhoGivesUpIsToldWhatIsKnown) {
                                return waits;
                              });
                            }});
-  const auto give_up = [&](int call, Fault fault, const std::function<void()>& work) {
+  const auto give_up = [&](std::size_t call, Fault fault, const std::function<void()>& work) {
     odbc_.fail_call(call, "08S01", fault);
     waits = false;
     const auto kind = refusal_kind(work);
@@ -218,7 +213,7 @@ TEST_F(SilentServer, UserWhoGivesUpIsToldWhatIsKnown) {
   store->load_rules();
   odbc_.fail_call(0, "");
   add();
-  const int commit = odbc_.calls() - 1;
+  const std::size_t commit = odbc_.calls() - 1;
   EXPECT_EQ(give_up(commit, {.reaches = true, .is_silent = true}, add), Kind::uncertain);
 }
 
