@@ -34,11 +34,11 @@ HINSTANCE CCommonRes::instance() const noexcept {
 std::wstring GetString(const unsigned int id) {
   // The holder may report when it is destroyed: the client must be created before it, to be destroyed after it.
   SnagtrapUtil::prepare_reports();
-  // Texts are asked for on the host's UI thread only.
+  // Only the host's UI thread reads texts.
   static CCommonRes shared;
   static bool loading_begun = false;
-  // A module that is missing is reported, which may let messages through, and with them the host's next call: it must
-  // find a holder that exists already.
+  // The report of a missing module may dispatch messages, and the host may call again then: that call must find a
+  // holder.
   if (!std::exchange(loading_begun, true)) shared = CCommonRes(shared_module_name);
   HINSTANCE module = shared.instance();
   // Without the shared module an id must not be looked up in this module, which an empty handle would mean.

@@ -25,8 +25,8 @@ class CCommonRes {
 };
 
 /// A string of the shared resource module "zdCommonRes.DLL", which is loaded at the first call and kept until this
-/// module unloads. A missing module or string is reported as an assertion and reads as empty; a call from inside such a
-/// report is served too. UI thread only. Throws `std::bad_alloc`.
+/// module unloads. A missing module or string is reported as an assertion and reads as empty. May be called again while
+/// such a report is shown. UI thread only. Throws `std::bad_alloc`.
 std::wstring GetString(const unsigned int id);
 
 }  // namespace zd_common_res

@@ -4,10 +4,10 @@
 
 #include "SourceLocation.h"
 
-/// How the rest of the module reports. Each function creates a reporter on the stack and acts on its answer: 1 breaks
-/// into the debugger, E_ABORT shuts the client down and ends the process with exit code -1, anything else goes on. The
-/// thread's last-error value stays as it was. A fixed location carries its own text and fits only the function of its
-/// kind.
+/// How the rest of the module reports. Each function creates a reporter on the stack and acts on the user's answer that
+/// it returns: 1 breaks into the debugger, E_ABORT shuts the client down and ends the process with exit code -1, with
+/// anything else the function returns. The thread's last-error value stays as it was. A fixed location carries its own
+/// text and fits only the function of its kind.
 namespace SnagtrapUtil {
 
 /// The answer to "PROCESS" by which the user asks for the debugger.

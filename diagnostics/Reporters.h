@@ -24,9 +24,9 @@ struct TraceDetails {
 };
 
 /// The reporters are created on the stack at the location of the report. Each initialises the client at its first
-/// report, drops the report when there is no library, and leaves the thread's last-error value as it was. Answers are
-/// those of the library: 1 to debug, E_ABORT to end the process, anything else to go on; E_FAIL when the report was
-/// dropped. Constructors may throw what `snagtrap_client` throws; reports do not throw.
+/// report, drops the report when there is no library, and leaves the thread's last-error value as it was. They return
+/// what the library returns: 1 to debug, E_ABORT to end the process, anything else to continue; E_FAIL when the report
+/// was dropped. Constructors may throw what `snagtrap_client` throws; reports do not throw.
 class TracerClass {
  public:
   explicit TracerClass(const SourceLocation& location, int group = 0);
@@ -109,7 +109,7 @@ class CatchAndCall : public ShowError {
   base::ScopedLastError last_error_;
 };
 
-/// Sends a record of kind "ERROR" for a structured exception. Answers as the reporters do.
+/// Sends a record of kind "ERROR" for a structured exception. Returns what a reporter returns.
 HRESULT report_structured_exception(EXCEPTION_POINTERS* pointers);
 
 }  // namespace SnagtrapUtil

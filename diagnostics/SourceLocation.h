@@ -26,7 +26,8 @@ constexpr FixedLocation<fixed_reports[row].kind> fixed_location(const char* func
 
 }  // namespace SnagtrapUtil
 
-/// The current function as the location of the row of `fixed_reports` with this file and line.
+/// The current function as the location of the row of `fixed_reports` with this file and line. The line is fixed
+/// because support staff search for it; it need not be the line where the macro stands.
 #define ZD_LOCATION_IN(file, line) \
   (::SnagtrapUtil::fixed_location<::SnagtrapUtil::fixed_report_row(file, line)>(__func__, __PRETTY_FUNCTION__))
 

@@ -24,7 +24,7 @@ class ComObject final : public T {
   ComObject(const ComObject&) = delete;
   ComObject& operator=(const ComObject&) = delete;
 
-  /// The object's own unknown, which the creator and an outer object hold.
+  /// The object's own IUnknown, which the creator and an outer object hold.
   IUnknown* inner() noexcept { return &inner_; }
 
   STDMETHODIMP QueryInterface(REFIID iid, void** object) noexcept override {
@@ -75,11 +75,11 @@ HRESULT create_com_object(IUnknown* outer, REFIID iid, void** object) noexcept {
   if (!object) return E_POINTER;
   *object = nullptr;
   if (outer && iid != IID_IUnknown) return CLASS_E_NOAGGREGATION;
-  auto* made = new (std::nothrow) ComObject<T>(outer);
-  if (!made) return E_OUTOFMEMORY;
-  HRESULT hr = made->FinalConstruct();
-  if (SUCCEEDED(hr)) hr = made->inner()->QueryInterface(iid, object);
-  made->inner()->Release();
+  auto* created = new (std::nothrow) ComObject<T>(outer);
+  if (!created) return E_OUTOFMEMORY;
+  HRESULT hr = created->FinalConstruct();
+  if (SUCCEEDED(hr)) hr = created->inner()->QueryInterface(iid, object);
+  created->inner()->Release();
   return hr;
 }
 

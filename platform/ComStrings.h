@@ -5,7 +5,8 @@
 
 namespace platform {
 
-/// Takes over a string that a call returned. Frees it when no memory is left for the holder, and throws `_com_error`.
+/// Takes over a string that a call returned. If there is no memory for the holder, frees the string and throws
+/// `_com_error`.
 inline _bstr_t take_string(BSTR text) {
   _bstr_t holder;
   try {

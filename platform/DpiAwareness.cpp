@@ -4,7 +4,7 @@ namespace platform {
 
 namespace {
 
-/// Systems before Windows 10 1607 lack these functions, so they are looked up.
+/// Systems before Windows 10 1607 do not have these functions, so they are looked up.
 template <class Function>
 Function find_user_function(const char* name) noexcept {
   HMODULE library = GetModuleHandleW(L"user32.dll");

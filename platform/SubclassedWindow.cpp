@@ -88,7 +88,7 @@ LRESULT CALLBACK CSubclassedWindow::WindowProcedure(HWND window, UINT message, W
 }
 
 LRESULT CSubclassedWindow::Handle(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
-  // The handler may end the object.
+  // The handler may destroy the object.
   const WNDPROC original = original_;
   try {
     LRESULT result = 0;

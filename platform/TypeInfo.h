@@ -9,8 +9,9 @@
 
 namespace platform {
 
-/// Clears the thread's error information at its begin and its end. Methods that set none of their own hold one: the
-/// automation library shows what it finds after a failing method, be it of a host object that was called on the way.
+/// Clears the thread's error information at its begin and its end. A method that sets none of its own holds one,
+/// because after a failing method the automation library reports whatever error information it finds, even that of a
+/// host object that the method called.
 class ScopedNoErrorInfo {
  public:
   ScopedNoErrorInfo() noexcept { SetErrorInfo(0, nullptr); }
@@ -19,9 +20,9 @@ class ScopedNoErrorInfo {
   ScopedNoErrorInfo& operator=(const ScopedNoErrorInfo&) = delete;
 };
 
-/// The description of one interface or class from the module's type library: the registered one, else, when none is
-/// registered or a stale one lacks the type, the one in the module's own resources. Loaded when it is created; a
-/// failure to load is returned by every call.
+/// The description of one interface or class from the module's type library: from the registered library or, when none
+/// is registered or the registered one does not have the type, from the module's own resources. Loaded when it is
+/// created; a failure to load is returned by every call.
 class TypeInfo {
  public:
   TypeInfo(const GUID& library, const GUID& type) noexcept;

@@ -6,8 +6,8 @@ namespace platform {
 
 namespace {
 
-void expect_window(HWND window, const SnagtrapUtil::SourceLocation& place) noexcept {
-  SnagtrapUtil::expect(IsWindow(window) != FALSE, L"::IsWindow(m_hWnd)", place);
+void expect_window(HWND window, const SnagtrapUtil::SourceLocation& location) noexcept {
+  SnagtrapUtil::expect(IsWindow(window) != FALSE, L"::IsWindow(m_hWnd)", location);
 }
 
 }  // namespace

@@ -13,8 +13,8 @@ namespace zd_expiration_rule_plugin {
 
 namespace {
 
-/// Runs the steps of a registration in the system's locale and returns the first failure. Nothing is reported: whoever
-/// registers the module may have no user to ask, and the HRESULT says what failed.
+/// Runs the steps of a registration in the system's locale and returns the first failure. Reports nothing: an installer
+/// may run without a user, and the HRESULT says what failed.
 template <class Steps>
 HRESULT registration(const Steps& steps) noexcept {
   const platform::ScopedSystemLocale locale;

@@ -175,8 +175,8 @@ void CEditExpirationRuleDialog::fill_day_mode() {
   if (mode != DAYMODE_DAY_OF_MONTH && mode != DAYMODE_WEEKDAY) make_modes_reachable();
 }
 
-// The system takes a clear radio button out of the tab order, and it clicks one that gets the focus: with both clear
-// the keyboard could not reach them, or would choose in passing.
+// The system takes a clear radio button out of the tab order and clicks one that gets the focus: with both clear, the
+// keyboard could not reach them, or would choose one by reaching it.
 void CEditExpirationRuleDialog::make_modes_reachable() {
   for (const int id : {IDC_DAY_OF_MONTH_MODE, IDC_WEEKDAY_MODE}) control(id).Send(BM_SETDONTCLICK, TRUE);
   HWND first = GetItem(IDC_DAY_OF_MONTH_MODE);
@@ -306,10 +306,10 @@ void CEditExpirationRuleDialog::flush_data_to_database() {
 void CEditExpirationRuleDialog::save_rule() {
   const long read_id = rule_id();
   if (!can_go_on()) return;
-  // A host that returned the number a moment ago and fails to now must not get the rule a second time.
+  // If the host returned the number a moment ago and fails to now, the rule must not be stored a second time.
   const long stored_id = read_id != 0 ? read_id : checked_id_;
   const ExpirationRule rule = collect_rule();
-  // Controls that were destroyed while they were read would give a torn rule.
+  // If the controls were destroyed while they were read, the rule is incomplete.
   if (!can_go_on()) return;
   progress_ = Progress::storing;
   if (stored_id != 0) {

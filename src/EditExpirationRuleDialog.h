@@ -29,7 +29,8 @@ class CEditExpirationRuleDialog final : public platform::CDialogImpl<CEditExpira
   long rule_id() const;
 
  private:
-  /// How far the dialog is. A call of the host or a message box may let a second OK or a Cancel through.
+  /// How far the dialog is. A call of the host or a message box may dispatch messages, and with them a second OK or a
+  /// Cancel.
   enum class Progress {
     editing,
     checking,  ///< a further OK is ignored
@@ -59,7 +60,7 @@ class CEditExpirationRuleDialog final : public platform::CDialogImpl<CEditExpira
   void OnCancel();
   /// Ends the dialog unless it is ending already.
   void end(INT_PTR result);
-  /// Whether the dialog is still there for its user; asked after every call that lets messages through.
+  /// Whether the dialog still exists and is not ending; checked after every call that may dispatch messages.
   bool can_go_on() const noexcept;
 
   void fill_name();

@@ -26,13 +26,13 @@ void move_focus(HWND dialog, HWND control) noexcept {
   SendMessageW(dialog, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(control), TRUE);
 }
 
-/// Gives the focus back when a refill took it: a button that is disabled while it has the focus, if only for a moment,
-/// leaves the whole dialog without a keyboard. The list takes it when the button stays disabled.
+/// Restores the keyboard focus after a refill. Disabling the focused button, even for a moment, takes the focus away
+/// from the whole dialog. If the button stays disabled, the list gets the focus.
 class ScopedFocus {
  public:
   ScopedFocus(HWND dialog, HWND list) noexcept : dialog_(dialog), list_(list), focus_(::GetFocus()) {}
   ~ScopedFocus() {
-    // Another window that is active keeps its focus, or has a reason for having none.
+    // While another window is active, the focus is not this dialog's to set.
     if (!focus_ || ::GetFocus() || GetActiveWindow() != dialog_) return;
     move_focus(dialog_, IsWindowEnabled(focus_) ? focus_ : list_);
   }
@@ -273,7 +273,7 @@ void CExpirationRulesListDialog::show_rule_in_use(const std::vector<std::wstring
 
 int CExpirationRulesListDialog::show_message(const std::wstring& text, UINT flags) {
   const std::wstring caption = resourse_2_string_impl(IDS_CAPTION);
-  // A destroyed dialog has no user to ask, and an answer that comes after its end does not count.
+  // A destroyed dialog shows no question, and a result that arrives after its destruction is ignored.
   const int answer = is_open() ? MessageBoxW(m_hWnd, text.c_str(), caption.c_str(), flags) : 0;
   return is_open() ? answer : 0;
 }

@@ -9,8 +9,8 @@
 
 namespace zd_expiration_rule_plugin {
 
-/// Rules on their way from the storage into the list. All their texts share two buffers: with thousands of rules, an
-/// allocation for each text would cost as much as reading it.
+/// The rules that a refill reads from the storage and puts into the list. All their texts share two buffers: with
+/// thousands of rules, an allocation for each text would cost as much as reading it.
 class RuleRows {
  public:
   /// Throws `std::bad_alloc`, and then holds what it held before.

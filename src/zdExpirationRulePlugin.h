@@ -7,9 +7,9 @@
 
 namespace zd_expiration_rule_plugin {
 
-/// The module's one COM object, which receives every call of the host. It keeps what `Initialize` gave
-/// it until its last release. All calls arrive on the host's UI thread; nothing guards against a call that comes in
-/// while one of its dialogs is open.
+/// The module's one COM object, which receives every call of the host. It keeps what `Initialize` gave it until its
+/// last release. All calls arrive on the host's UI thread; calls that arrive while one of its dialogs is open are
+/// served too.
 class CzdExpirationRulePlugin : public platform::DualInterface<IkvPlugin, LIBID_zdExpirationRules>,
                                 public platform::DualInterface<IzdExpirationRulesPlugin, LIBID_zdExpirationRules>,
                                 public platform::ProvideClassInfo<::CzdExpirationRulePlugin, LIBID_zdExpirationRules> {

@@ -14,7 +14,7 @@ enum DayType : long { DAYTYPE_TRADING_DAYS = 0, DAYTYPE_CALENDAR_DAYS = 1 };
 /// How the day is given from which the roll offset counts back.
 enum DayMode : long { DAYMODE_DAY_OF_MONTH = 0, DAYMODE_WEEKDAY = 1 };
 
-/// The month of the day, seen from the contract month.
+/// The month of the day, relative to the contract month.
 enum RuleMonth : long { MONTH_PREVIOUS = 0, MONTH_CURRENT = 1, MONTH_NEXT = 2 };
 
 /// The value of `WeekOrdinal` for the last occurrence of the weekday in the month; 1 to 4 are the first to the fourth.

@@ -30,7 +30,8 @@ void ask_properties(LayoutInfo& info) noexcept {
   info.resize_flags = {TRUE, TRUE, FALSE, FALSE};
   info.message_support = ask(info, RQ_PROPERTIES, &info.resize_flags);
   if (info.message_support) return;
-  // A child without message support never answers: what its class says is cached, and its refresh is fixed.
+  // A child without message support handles no questions: the properties of its class are cached, and its refresh is
+  // fixed.
   info.resize_flags = {FALSE, TRUE, can_be_clipped(info), FALSE};
 }
 

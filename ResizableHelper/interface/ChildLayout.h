@@ -29,7 +29,7 @@ RECT client_rect(HWND window) noexcept;
 /// The rectangle of `child` in client coordinates of `dialog`.
 RECT rect_in(HWND dialog, HWND child) noexcept;
 
-/// The children of a dialog as they are now, from the top to the bottom. Throws `std::bad_alloc`.
+/// The children of a dialog as they are now, from the top of the z-order to its bottom. Throws `std::bad_alloc`.
 std::vector<HWND> children_of(HWND dialog);
 
 /// The layout of a child as it stands now; asks the child for its properties. NOANCHOR at the bottom right stands for
@@ -38,18 +38,18 @@ LayoutInfo measured_child(HWND dialog, HWND child, CSize anchor_top_left, CSize 
 
 /// Whether the dialog need not erase the child's area: what the child returns, else what its window class says.
 bool can_be_clipped(const LayoutInfo& info) noexcept;
-/// The same, from the cached answer where the child gave one for good.
+/// The same, from the cached property unless the child wants to be asked at each use.
 bool likes_clipping(const LayoutInfo& info) noexcept;
 
 /// Whether nothing of the child's picture can be kept: what the child returns, else false.
 bool must_repaint(const LayoutInfo& info, const RECT& old_rect, const RECT& new_rect) noexcept;
-/// The same, from the cached answer where the child gave one for good.
+/// The same, from the cached property unless the child wants to be asked at each use.
 bool needs_refresh(const LayoutInfo& info, const RECT& old_rect, const RECT& new_rect) noexcept;
 
 /// The records of a dialog's children in the order in which they came, one per window.
 class LayoutList {
  public:
-  /// Appends a record, or replaces the one of the same window in its place. Throws `std::bad_alloc`.
+  /// Appends a record, or replaces that of the same window without changing the order. Throws `std::bad_alloc`.
   void put(const LayoutInfo& info);
   void clear() noexcept;
   std::size_t size() const noexcept { return records_.size(); }

@@ -30,7 +30,7 @@ inline constexpr CSize NOANCHOR(-1, -1);
 /// defined for every input: anchors wrap around at 32 bits, placements stop at the ends of the range.
 namespace resizable {
 
-/// One corner of a child: the anchor it hangs on and its distance from there.
+/// One corner of a child: its anchor and its distance from the anchor.
 struct Corner {
   CSize anchor;
   CSize margin;
@@ -82,8 +82,8 @@ void apply_limits(const TrackingLimits& limits, MINMAXINFO& info) noexcept;
 /// be restored so, although the user cannot drag it there.
 bool is_opening_height(LONG height, LONG min_height, LONG caption) noexcept;
 
-/// Tells the window manager which part of the client area stays valid: where the new window and the old client area
-/// overlap, old and new picture are the same.
+/// Reports to the window manager which part of the client area stays valid: where the new window and the old client
+/// area overlap, old and new picture are the same.
 void keep_valid_part(NCCALCSIZE_PARAMS& params, const RECT& old_client) noexcept;
 
 /// Whether a window of that style drops its region when its frame is calculated: one with a caption that is not

@@ -61,7 +61,7 @@ class CResizableGrip {
     *pStatus |= dwMask;
   }
 
-  /// Takes that back.
+  /// Decrements the show count and clears `dwMask` if it is set in `*pStatus`.
   void HideSizeGrip(DWORD* pStatus, DWORD dwMask) noexcept {
     if (!SnagtrapUtil::expect(pStatus != nullptr, L"pStatus != 0", ZD_LOCATION)) return;
     if (!(*pStatus & dwMask)) return;

@@ -44,7 +44,7 @@ class CResizableLayout {
     return FALSE;
   }
 
-  /// Brings every child to its place for the current client size, in one batch. Throws `std::bad_alloc`.
+  /// Moves every child to its rectangle for the current client size, in one batch. Throws `std::bad_alloc`.
   void ArrangeLayout() {
     const std::size_t count = anchored_.size() + callbacks_.size();
     if (count == 0) return;

@@ -18,7 +18,7 @@ struct ChildResizeFlags {
 };
 
 struct RepaintQuery {
-  BOOL repaint;  ///< the answer, preset TRUE
+  BOOL repaint;  ///< the result, preset TRUE
   RECT old_rect;
   RECT new_rect;  ///< both in the dialog's client coordinates
 };

@@ -49,7 +49,7 @@ CSize smallest_size(HWND dialog) noexcept {
 
 BOOL apply_stored(HWND dialog, WINDOWPLACEMENT placement) noexcept {
   raise_bottom(placement.rcNormalPosition, caption_height());
-  // What is too small grows later, and must not grow off the monitor.
+  // The system enlarges a rectangle below the minimum size after it was placed, possibly beyond the monitor's edge.
   placement.rcNormalPosition = held_rect(placement.rcNormalPosition, smallest_size(dialog), caption_height());
   fit_rect_to_monitor(placement.rcNormalPosition);
   return SetWindowPlacement(dialog, &placement);
@@ -71,7 +71,7 @@ std::optional<WINDOWPLACEMENT> system_placement(HWND dialog) noexcept {
 
 }  // namespace
 
-PlacementKey placement_place(HKEY root, const wchar_t* path, const wchar_t* subkey, const wchar_t* value_name) {
+PlacementKey placement_key(HKEY root, const wchar_t* path, const wchar_t* subkey, const wchar_t* value_name) {
   const auto text = [](const wchar_t* given) { return given ? given : L""; };
   return {text(path), text(subkey), text(value_name), root};
 }
@@ -84,41 +84,41 @@ std::optional<WINDOWPLACEMENT> present_placement(HWND dialog, bool rect_only) no
   return placement;
 }
 
-std::optional<WINDOWPLACEMENT> read_placement(const PlacementKey& place) {
-  base::RegistryKey key;
-  if (RegOpenKeyExW(place.root, place.key_name().c_str(), 0, KEY_READ, key.put()) != ERROR_SUCCESS) return std::nullopt;
+std::optional<WINDOWPLACEMENT> read_placement(const PlacementKey& key) {
+  base::RegistryKey opened;
+  if (RegOpenKeyExW(key.root, key.key_name().c_str(), 0, KEY_READ, opened.put()) != ERROR_SUCCESS) return std::nullopt;
   WINDOWPLACEMENT placement = {};
   DWORD type = REG_NONE;
   DWORD size = sizeof placement;
   const LSTATUS status =
-      RegQueryValueExW(key.get(), place.value_name.c_str(), nullptr, &type, reinterpret_cast<BYTE*>(&placement), &size);
+      RegQueryValueExW(opened.get(), key.value_name.c_str(), nullptr, &type, reinterpret_cast<BYTE*>(&placement), &size);
   if (status != ERROR_SUCCESS || type != REG_BINARY || size != sizeof placement) return std::nullopt;
-  // What the value says about its own length is not to be trusted.
+  // The length field in the stored value is not trusted.
   placement.length = sizeof placement;
   return placement;
 }
 
-bool store_placement(HWND dialog, const PlacementKey& place, bool rect_only, WINDOWPLACEMENT* given) noexcept {
+bool store_placement(HWND dialog, const PlacementKey& key, bool rect_only, WINDOWPLACEMENT* given) noexcept {
   try {
-    const base::RegistryKey key = writable_key(place.root, place.key_name().c_str());
-    if (!key) return false;
+    const base::RegistryKey opened = writable_key(key.root, key.key_name().c_str());
+    if (!opened) return false;
     std::optional<WINDOWPLACEMENT> own;
     if (!given) own = present_placement(dialog, rect_only);
     if (!given && !own) return false;
     WINDOWPLACEMENT& placement = given ? *given : *own;
     lower_bottom(placement.rcNormalPosition, caption_height());
-    return RegSetValueExW(key.get(), place.value_name.c_str(), 0, REG_BINARY, reinterpret_cast<const BYTE*>(&placement),
+    return RegSetValueExW(opened.get(), key.value_name.c_str(), 0, REG_BINARY, reinterpret_cast<const BYTE*>(&placement),
                           sizeof placement) == ERROR_SUCCESS;
   } catch (const std::bad_alloc&) {
     return false;
   }
 }
 
-BOOL restore_placement(HWND dialog, const PlacementKey& place) {
-  if (const auto stored = read_placement(place)) return apply_stored(dialog, *stored);
+BOOL restore_placement(HWND dialog, const PlacementKey& key) {
+  if (const auto stored = read_placement(key)) return apply_stored(dialog, *stored);
   auto present = system_placement(dialog);
   if (!present) return FALSE;
-  store_placement(dialog, place, false, &*present);
+  store_placement(dialog, key, false, &*present);
   apply_first(dialog, present->rcNormalPosition);
   return FALSE;
 }

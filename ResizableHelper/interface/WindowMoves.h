@@ -16,8 +16,8 @@ class WindowMoves {
   /// nothing. Throws `std::bad_alloc`.
   void add(HWND window, const RECT& rect, UINT flags);
 
-  /// Moves all windows. The system drops a whole batch for one window that cannot be moved; then each is moved on its
-  /// own, so that the others still come to their places.
+  /// Moves all windows. The system drops a whole batch when one window cannot be moved; then each window is moved on
+  /// its own, so that the others still move.
   void apply() const noexcept;
 
  private:

@@ -49,7 +49,7 @@ void release(void* memory) noexcept {
 // NOLINTBEGIN(bugprone-reserved-identifier)
 namespace __cxxabiv1 {
 
-/// Returns the place of a thrown object of this size, behind the header.
+/// Returns the address of a thrown object of this size, which follows the header.
 extern "C" void* __cxa_allocate_exception(std::size_t size) noexcept {
   return static_cast<char*>(allocate(header_size + size)) + header_size;
 }

@@ -70,9 +70,9 @@ class Factory final : public IClassFactory {
     *object = nullptr;
     if (outer) return CLASS_E_NOAGGREGATION;
     return com_method([&] {
-      IUnknown* made = make_();
-      const HRESULT result = made->QueryInterface(iid, object);
-      made->Release();
+      IUnknown* created = make_();
+      const HRESULT result = created->QueryInterface(iid, object);
+      created->Release();
       return result;
     });
   }

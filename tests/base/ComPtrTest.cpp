@@ -18,13 +18,13 @@ class Odd final : public ISample {
       *object = this;
       AddRef();
     }
-    return answer;
+    return hresult;
   }
   STDMETHODIMP_(ULONG) AddRef() noexcept override { return ++references; }
   STDMETHODIMP_(ULONG) Release() noexcept override { return --references; }
   int STDMETHODCALLTYPE Number() noexcept override { return 1; }
 
-  HRESULT answer = S_OK;
+  HRESULT hresult = S_OK;
   bool answers_object = true;
   IID asked = {};
   ULONG references = 1;
@@ -43,7 +43,7 @@ TEST(ComPtr, QueryHoldsOneReference) {
 
 TEST(ComPtr, MissingInterfaceIsNullToTryQueryAndAnErrorToQuery) {
   Odd object;
-  object.answer = E_NOINTERFACE;
+  object.hresult = E_NOINTERFACE;
   object.answers_object = false;
   EXPECT_FALSE(try_query<ISample>(&object));
   EXPECT_EQ(thrown_by([&] { query<ISample>(&object); }), E_POINTER);
@@ -57,7 +57,7 @@ TEST(ComPtr, NullSourceCountsAsMissingInterface) {
 TEST(ComPtr, OtherFailuresOfAQueryAreThrownAsTheyStand) {
   for (const HRESULT failure : {E_FAIL, E_OUTOFMEMORY, E_POINTER, static_cast<HRESULT>(0x80041234)}) {
     Odd object;
-    object.answer = failure;
+    object.hresult = failure;
     object.answers_object = false;
     EXPECT_EQ(thrown_by([&] { try_query<ISample>(&object); }), failure);
     EXPECT_EQ(thrown_by([&] { query<ISample>(&object); }), failure);
@@ -67,7 +67,7 @@ TEST(ComPtr, OtherFailuresOfAQueryAreThrownAsTheyStand) {
 TEST(ComPtr, SuccessWithoutAnObjectIsNull) {
   for (const HRESULT success : {S_OK, S_FALSE}) {
     Odd object;
-    object.answer = success;
+    object.hresult = success;
     object.answers_object = false;
     EXPECT_FALSE(try_query<ISample>(&object));
     EXPECT_EQ(thrown_by([&] { query<ISample>(&object); }), E_POINTER);
@@ -76,7 +76,7 @@ TEST(ComPtr, SuccessWithoutAnObjectIsNull) {
 
 TEST(ComPtr, PositiveResultWithAnObjectIsSuccess) {
   Odd object;
-  object.answer = S_FALSE;
+  object.hresult = S_FALSE;
   { EXPECT_TRUE(query<ISample>(&object)); }
   EXPECT_EQ(object.references, 1u);
 }
@@ -84,12 +84,12 @@ TEST(ComPtr, PositiveResultWithAnObjectIsSuccess) {
 TEST(ComPtr, ReceiveKeepsWhatTheCallGave) {
   Odd object;
   ComPtr<ISample> target;
-  const HRESULT answer = fetch_into(target, [&](ISample** out) {
+  const HRESULT hresult = fetch_into(target, [&](ISample** out) {
     object.AddRef();
     *out = &object;
     return S_FALSE;
   });
-  EXPECT_EQ(answer, S_FALSE);
+  EXPECT_EQ(hresult, S_FALSE);
   EXPECT_EQ(static_cast<ISample*>(target), &object);
   EXPECT_EQ(object.references, 2u);
 }
@@ -106,10 +106,10 @@ TEST(ComPtr, ReceiveReleasesTheOldObjectBeforeTheCall) {
 }
 
 TEST(ComPtr, UntouchedOutParameterGivesNull) {
-  for (const HRESULT answer : {S_OK, S_FALSE, E_FAIL}) {
+  for (const HRESULT hresult : {S_OK, S_FALSE, E_FAIL}) {
     Odd object;
     ComPtr<ISample> target(&object);
-    EXPECT_EQ(fetch_into(target, [&](ISample**) { return answer; }), answer);
+    EXPECT_EQ(fetch_into(target, [&](ISample**) { return hresult; }), hresult);
     EXPECT_FALSE(target);
   }
 }
@@ -165,8 +165,8 @@ class OddFactory final : public IClassFactory {
 TEST(ComPtr, CreateInstanceHoldsOneReference) {
   OddFactory factory;
   {
-    const ComPtr<ISample> made = create_instance<ISample>(__uuidof(IOther));
-    EXPECT_EQ(static_cast<ISample*>(made), &factory.object);
+    const ComPtr<ISample> created = create_instance<ISample>(__uuidof(IOther));
+    EXPECT_EQ(static_cast<ISample*>(created), &factory.object);
   }
   EXPECT_EQ(factory.object.references, 1u);
 }
@@ -175,7 +175,7 @@ TEST(ComPtr, CreateInstanceThrowsTheFailureAsItStands) {
   EXPECT_EQ(thrown_by([] { create_instance<ISample>(__uuidof(ISample)); }), REGDB_E_CLASSNOTREG);
   OddFactory factory;
   factory.object.answers_object = false;
-  factory.object.answer = E_ACCESSDENIED;
+  factory.object.hresult = E_ACCESSDENIED;
   EXPECT_EQ(thrown_by([] { create_instance<ISample>(__uuidof(IOther)); }), E_ACCESSDENIED);
 }
 

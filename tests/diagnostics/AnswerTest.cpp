@@ -36,53 +36,53 @@ class Answer : public RecorderTest {
 
 TEST_F(Answer, OfTheLibraryIsTheAnswerOfTheReporter) {
   for (const HRESULT answer : {S_OK, S_FALSE, static_cast<HRESULT>(2), E_ABORT, E_FAIL, E_OUTOFMEMORY}) {
-    recorder.answer(L"PROCESS", answer);
-    EXPECT_EQ(TracerClass(place).trace(L"x"), answer);
-    EXPECT_EQ(TracerClass(place).report(L"x"), answer);
-    EXPECT_EQ(AsserterClass(place).assert_failed(L"x"), answer);
-    EXPECT_EQ(ShowError(place).show(L"x"), answer);
+    recorder.set_result(L"PROCESS", answer);
+    EXPECT_EQ(TracerClass(location).trace(L"x"), answer);
+    EXPECT_EQ(TracerClass(location).report(L"x"), answer);
+    EXPECT_EQ(AsserterClass(location).assert_failed(L"x"), answer);
+    EXPECT_EQ(ShowError(location).show(L"x"), answer);
     EXPECT_EQ(report_structured_exception(nullptr), answer);
   }
   EXPECT_EQ(breaks.count(), 0) << "reporters only answer";
 }
 
 TEST_F(Answer, OfTheFilterCountsForNothing) {
-  recorder.answer(L"FILTER", E_ABORT);
-  recorder.answer(L"PROCESS", 3);
-  EXPECT_EQ(AsserterClass(place).assert_failed(L"x"), 3);
+  recorder.set_result(L"FILTER", E_ABORT);
+  recorder.set_result(L"PROCESS", 3);
+  EXPECT_EQ(AsserterClass(location).assert_failed(L"x"), 3);
 }
 
 TEST_F(Answer, OneBreaksIntoTheDebuggerAndThenGoesOn) {
-  recorder.answer(L"PROCESS", 1);
-  EXPECT_FALSE(expect(false, L"x", place));
+  recorder.set_result(L"PROCESS", 1);
+  EXPECT_FALSE(expect(false, L"x", location));
   EXPECT_EQ(breaks.count(), 1);
-  report_hresult(E_FAIL, place);
+  report_hresult(E_FAIL, location);
   EXPECT_EQ(breaks.count(), 2);
   try {
     throw 1;
   } catch (...) {
-    catch_and_call(place);
+    catch_and_call(location);
   }
   EXPECT_EQ(breaks.count(), 3);
 }
 
 TEST_F(Answer, OfAnyOtherKindGoesOn) {
   for (const HRESULT answer : {S_OK, static_cast<HRESULT>(2), E_FAIL, E_ACCESSDENIED, RPC_E_DISCONNECTED}) {
-    recorder.answer(L"PROCESS", answer);
-    EXPECT_FALSE(expect(false, L"x", place));
+    recorder.set_result(L"PROCESS", answer);
+    EXPECT_FALSE(expect(false, L"x", location));
   }
   EXPECT_EQ(breaks.count(), 0);
 }
 
 TEST_F(Answer, OfAFailedCreateIsNotTheUsers) {
   for (const HRESULT failure : {E_ABORT, E_OUTOFMEMORY}) {
-    recorder.answer(L"CREATE", failure);
-    EXPECT_FALSE(expect(false, L"x", place)) << "E_ABORT would end the process";
-    AsserterClass asserter(place);
+    recorder.set_result(L"CREATE", failure);
+    EXPECT_FALSE(expect(false, L"x", location)) << "E_ABORT would end the process";
+    AsserterClass asserter(location);
     EXPECT_EQ(asserter.assert_failed(L"x"), E_FAIL);
     EXPECT_EQ(asserter.status(), failure);
     EXPECT_EQ(asserter.trace(L"x"), E_FAIL);
-    ShowError shown(place);
+    ShowError shown(location);
     EXPECT_EQ(shown.show(L"x"), E_FAIL);
     EXPECT_EQ(shown.status(), failure);
     EXPECT_EQ(report_structured_exception(nullptr), E_FAIL);
@@ -92,19 +92,19 @@ TEST_F(Answer, OfAFailedCreateIsNotTheUsers) {
 class Expectation : public RecorderTest {};
 
 TEST_F(Expectation, ThatHoldsReportsNothing) {
-  EXPECT_TRUE(expect(true, L"x", place));
+  EXPECT_TRUE(expect(true, L"x", location));
   EXPECT_TRUE(recorder.commands().empty());
 }
 
 TEST_F(Expectation, ThatFailsCarriesItsExpression) {
-  EXPECT_FALSE(expect(false, L"::IsWindow(m_hWnd)", place));
+  EXPECT_FALSE(expect(false, L"::IsWindow(m_hWnd)", location));
   EXPECT_EQ(test_support::field_text(processed(), L"Description"), L"::IsWindow(m_hWnd)");
 }
 
 class FailingCall : public RecorderTest {};
 
 TEST_F(FailingCall, IsAnAssertionWithoutTextAndThrownOn) {
-  EXPECT_EQ(test_support::thrown_by([] { require_success(E_ACCESSDENIED, place); }), E_ACCESSDENIED);
+  EXPECT_EQ(test_support::thrown_by([] { require_success(E_ACCESSDENIED, location); }), E_ACCESSDENIED);
   const auto record = processed();
   EXPECT_EQ(test_support::field_text(record, L"$Type"), L"ASSERT");
   EXPECT_FALSE(test_support::find_field(record, L"Description"));
@@ -112,8 +112,8 @@ TEST_F(FailingCall, IsAnAssertionWithoutTextAndThrownOn) {
 }
 
 TEST_F(FailingCall, IsNoneWhenItsResultIsPositive) {
-  require_success(S_OK, place);
-  require_success(S_FALSE, place);
+  require_success(S_OK, location);
+  require_success(S_FALSE, location);
   EXPECT_TRUE(recorder.commands().empty());
 }
 

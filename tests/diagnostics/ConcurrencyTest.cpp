@@ -49,7 +49,7 @@ TEST_F(GlobalEvent, HoldsEveryAccessBackUntilItIsSet) {
 
 TEST_F(GlobalEvent, ThatIsSetBlocksNoThread) {
   SetEvent(event);
-  EXPECT_FALSE(expect(false, L"x", place));
+  EXPECT_FALSE(expect(false, L"x", location));
   EXPECT_EQ(recorder.commands(L"PROCESS").size(), 1u);
 }
 
@@ -82,7 +82,7 @@ TEST_F(Commands, OfSeveralThreadsReachTheLibraryOneAtATime) {
   std::vector<std::thread> threads;
   for (int i = 0; i < thread_count; ++i) {
     threads.emplace_back([] {
-      for (int k = 0; k < reports; ++k) expect(false, L"x", place);
+      for (int k = 0; k < reports; ++k) expect(false, L"x", location);
     });
   }
   for (std::thread& thread : threads) thread.join();
@@ -95,9 +95,9 @@ TEST_F(Commands, ReportWhileTheLibraryHandlesOneIsHandledInside) {
   recorder.on_command([&](const RecordedCommand& command) {
     if (command.word != L"PROCESS" || nested) return;
     nested = true;
-    expect(false, L"inner", place);
+    expect(false, L"inner", location);
   });
-  expect(false, L"outer", place);
+  expect(false, L"outer", location);
   const auto records = recorder.commands(L"PROCESS");
   ASSERT_EQ(records.size(), 2u);
   EXPECT_EQ(test_support::field_text(records[0], L"Description"), L"outer");

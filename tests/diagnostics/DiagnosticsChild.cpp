@@ -26,7 +26,7 @@ namespace {
 using namespace SnagtrapUtil;
 using test_support::Recorder;
 
-constexpr SourceLocation place{"Child.cpp", 1, "role", "int role()"};
+constexpr SourceLocation location{"Child.cpp", 1, "role", "int role()"};
 constexpr wchar_t library_name[] = L"SnagtrapUtil3.0_x64.dll";
 
 std::wstring argument(int index) { return index < __argc ? __wargv[index] : L""; }
@@ -36,11 +36,11 @@ void say(const char* name, const std::wstring& value) { std::printf("%s=%ls\n", 
 void say(const char* name, HRESULT value) { std::printf("%s=%08lx\n", name, static_cast<unsigned long>(value)); }
 
 void say_all_reports() {
-  say("assertion", AsserterClass(place).assert_failed(L"x"));
-  say("error", ShowError(place).show(L"x"));
-  say("trace", TracerClass(place).trace(L"x"));
+  say("assertion", AsserterClass(location).assert_failed(L"x"));
+  say("error", ShowError(location).show(L"x"));
+  say("trace", TracerClass(location).trace(L"x"));
   say("structured exception", report_structured_exception(nullptr));
-  say("went on", expect(false, L"x", place) ? L"no" : L"yes");
+  say("went on", expect(false, L"x", location) ? L"no" : L"yes");
 }
 
 void describe_box(HWND box) {
@@ -66,12 +66,12 @@ int report_without_library() {
 /// Reports again, from the thread that shows the box and from others, while the box is up.
 int report_during_the_box() {
   test_support::DialogDriver driver([](HWND box) {
-    say("same thread", AsserterClass(place).assert_failed(L"x"));
-    std::thread other([] { say("other thread", AsserterClass(place).assert_failed(L"x")); });
+    say("same thread", AsserterClass(location).assert_failed(L"x"));
+    std::thread other([] { say("other thread", AsserterClass(location).assert_failed(L"x")); });
     other.join();
     PostMessageW(box, WM_CLOSE, 0, 0);
   });
-  say("first", AsserterClass(place).assert_failed(L"x"));
+  say("first", AsserterClass(location).assert_failed(L"x"));
   say("boxes", std::to_wstring(driver.dialogs()));
   return 0;
 }
@@ -98,19 +98,19 @@ class JournalingRecorder : public Recorder {
 
 int abort_at_an_assertion() {
   JournalingRecorder recorder;
-  recorder.answer(L"PROCESS", E_ABORT);
-  expect(false, L"x", place);
+  recorder.set_result(L"PROCESS", E_ABORT);
+  expect(false, L"x", location);
   say("reached", L"the line behind the assertion");
   return 0;
 }
 
 int abort_at_an_exception() {
   JournalingRecorder recorder;
-  recorder.answer(L"PROCESS", E_ABORT);
+  recorder.set_result(L"PROCESS", E_ABORT);
   try {
     throw 1;
   } catch (...) {
-    catch_and_call(place);
+    catch_and_call(location);
   }
   say("reached", L"the line behind the report");
   return 0;
@@ -135,14 +135,14 @@ int terminate_by_command() {
 
 int end_orderly() {
   JournalingRecorder recorder;
-  expect(false, L"x", place);
+  expect(false, L"x", location);
   return 0;
 }
 
 int first_report() {
   Recorder recorder(argument(2));
   SetLastError(4321);
-  expect(false, L"x", place);
+  expect(false, L"x", location);
   say("last error", static_cast<HRESULT>(GetLastError()));
   say("carried", test_support::field_text(recorder.processed(L"ASSERT").at(0), L"Last Error Code"));
   return 0;
@@ -161,11 +161,11 @@ int report_without_client() {
   {
     SectionProbe section;
     section.fail(0, FALSE);
-    expect(false, L"lost", place);
-    report_hresult(E_FAIL, place);
+    expect(false, L"lost", location);
+    report_hresult(E_FAIL, location);
     say("commands", std::to_wstring(recorder.commands().size()));
   }
-  expect(false, L"kept", place);
+  expect(false, L"kept", location);
   say("reports", std::to_wstring(recorder.commands(L"PROCESS").size()));
   return 0;
 }
@@ -179,7 +179,7 @@ int first_reports_of_many_threads() {
   for (std::size_t i = 0; i < thread_count; ++i) {
     threads.emplace_back([&] {
       WaitForSingleObject(start, INFINITE);
-      expect(false, L"x", place);
+      expect(false, L"x", location);
     });
   }
   SetEvent(start);

@@ -26,7 +26,7 @@ auto in_flight(Thrown thrown, Report report) {
   }
 }
 
-HRESULT translate() { return report_exception_in_flight(place); }
+HRESULT translate() { return report_exception_in_flight(location); }
 
 class ExceptionTranslator : public RecorderTest {
  protected:
@@ -68,13 +68,13 @@ TEST_F(ExceptionTranslator, ReportsThroughTheTracer) {
 }
 
 TEST_F(ExceptionTranslator, ReturnsTheHresultAlsoWhenTheReportIsDropped) {
-  recorder.answer(L"CREATE", E_FAIL);
+  recorder.set_result(L"CREATE", E_FAIL);
   EXPECT_EQ(in_flight(_com_error(E_ACCESSDENIED), translate), E_ACCESSDENIED);
 }
 
 class CatchAll : public RecorderTest {
  protected:
-  HRESULT report(const wchar_t* message = L"") { return CatchAndCall(place).report_in_flight(message); }
+  HRESULT report(const wchar_t* message = L"") { return CatchAndCall(location).report_in_flight(message); }
 };
 
 TEST_F(CatchAll, StandardExceptionIsDescribedByItsText) {
@@ -123,7 +123,7 @@ TEST_F(CatchAll, ThrownRecordIsReleasedWhenTheReportIsDropped) {
   const long before = recorder.live_objects();
   IDebugObject* thrown = nullptr;
   ASSERT_EQ(snagtrap_client().command(L"CREATE", nullptr, &thrown), S_OK);
-  recorder.answer(L"CREATE", E_FAIL);
+  recorder.set_result(L"CREATE", E_FAIL);
   in_flight(thrown, [this] { return report(); });
   EXPECT_EQ(recorder.live_objects(), before);
 }
@@ -134,13 +134,13 @@ TEST_F(CatchAll, ThrownNullRecordIsReportedWithoutInnerRecord) {
 }
 
 TEST_F(CatchAll, ReturnsTheLibrarysResult) {
-  recorder.answer(L"PROCESS", 7);
+  recorder.set_result(L"PROCESS", 7);
   EXPECT_EQ(in_flight(42, [this] { return report(); }), 7);
 }
 
 TEST_F(CatchAll, HasAnEmptyMessageThroughoutTheProgram) {
   in_flight(42, [] {
-    catch_and_call(place);
+    catch_and_call(location);
     return 0;
   });
   const RecordedCommand record = processed();

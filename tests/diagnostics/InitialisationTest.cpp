@@ -96,7 +96,7 @@ TEST_F(Initialisation, KeepsNothingButTheRoot) {
 
 struct Failure {
   const wchar_t* word;
-  HRESULT answer;
+  HRESULT hresult;
   Out out;
 };
 
@@ -104,7 +104,7 @@ class FailingInitialisation : public Initialisation, public testing::WithParamIn
 
 TEST_P(FailingInitialisation, LetsTheLibraryGoAndIsNotRepeated) {
   const Failure& failure = GetParam();
-  recorder.answer(failure.word, failure.answer, failure.out);
+  recorder.set_result(failure.word, failure.hresult, failure.out);
   SnagtrapClient client;
   EXPECT_FALSE(client.ensure_initialised());
   EXPECT_FALSE(client.initialised());
@@ -123,13 +123,13 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(Failure{L"ST_InitObject", E_FAIL, Out::untouched},
                     Failure{L"ST_InitObject", E_OUTOFMEMORY, Out::null}, Failure{L"ST_InitObject", S_OK, Out::null},
                     Failure{L"ST_InitObject", S_OK, Out::untouched}, Failure{L"CREATE", E_FAIL, Out::untouched},
-                    Failure{L"CREATE", E_FAIL, Out::made}, Failure{L"CREATE", S_OK, Out::null},
+                    Failure{L"CREATE", E_FAIL, Out::created}, Failure{L"CREATE", S_OK, Out::null},
                     Failure{L"INIT", E_FAIL, Out::untouched}, Failure{L"Configure", E_FAIL, Out::untouched}));
 
 TEST_F(Initialisation, GoesOnWhenTheLibrarysResultIsPositive) {
   for (const wchar_t* word : {L"ST_InitObject", L"CREATE", L"INIT", L"Configure"}) {
     recorder.reset();
-    recorder.answer(word, S_FALSE);
+    recorder.set_result(word, S_FALSE);
     SnagtrapClient client;
     EXPECT_TRUE(client.ensure_initialised());
   }
@@ -165,7 +165,7 @@ TEST_F(ClientCommand, OfEveryNameSendsItsWordAndReturnsTheLibrarysResult) {
   };
   for (const auto& [word, send] : commands) {
     recorder.reset();
-    recorder.answer(word, 5);
+    recorder.set_result(word, 5);
     EXPECT_EQ((client.*send)(), 5);
     EXPECT_THAT(recorder.words(), ElementsAre(word));
   }

@@ -42,7 +42,7 @@ TYPED_TEST_SUITE(EveryLevel, Levels);
 TYPED_TEST(EveryLevel, PutsTheLastErrorBackWhenItIsDestroyed) {
   SetLastError(callers_error);
   {
-    TypeParam reporter(place);
+    TypeParam reporter(location);
     EXPECT_EQ(GetLastError(), callers_error) << "making a reporter must not show";
     reporter.report(L"%d", 1);
     SetLastError(1);
@@ -51,11 +51,11 @@ TYPED_TEST(EveryLevel, PutsTheLastErrorBackWhenItIsDestroyed) {
 }
 
 TEST_F(LastError, SurvivesEveryWayToReport) {
-  EXPECT_EQ(after([] { expect(false, L"x", place); }), callers_error);
-  EXPECT_EQ(after([] { report_hresult(E_FAIL, place); }), callers_error);
-  EXPECT_EQ(after([] { TracerClass(place).trace(L"x"); }), callers_error);
-  EXPECT_EQ(after([] { AsserterClass(place).assert_failed(L"x"); }), callers_error);
-  EXPECT_EQ(after([] { ShowError(place).show(L"x"); }), callers_error);
+  EXPECT_EQ(after([] { expect(false, L"x", location); }), callers_error);
+  EXPECT_EQ(after([] { report_hresult(E_FAIL, location); }), callers_error);
+  EXPECT_EQ(after([] { TracerClass(location).trace(L"x"); }), callers_error);
+  EXPECT_EQ(after([] { AsserterClass(location).assert_failed(L"x"); }), callers_error);
+  EXPECT_EQ(after([] { ShowError(location).show(L"x"); }), callers_error);
   EXPECT_EQ(after([] { report_structured_exception(nullptr); }), callers_error);
   EXPECT_EQ(after([] { snagtrap_client(); }), callers_error);
 }
@@ -68,17 +68,17 @@ TEST_F(LastError, SurvivesTheReportOfAnException) {
       [] { throw 1; },
   };
   for (const auto& raise : exceptions) {
-    throwing([] { report_exception_in_flight(place); }, raise);
+    throwing([] { report_exception_in_flight(location); }, raise);
     EXPECT_EQ(GetLastError(), callers_error);
-    throwing([] { catch_and_call(place); }, raise);
+    throwing([] { catch_and_call(location); }, raise);
     EXPECT_EQ(GetLastError(), callers_error);
   }
 }
 
 TEST_F(LastError, OfTheCallerIsPartOfAssertionsAndErrors) {
-  after([] { expect(false, L"x", place); });
-  after([] { report_hresult(E_FAIL, place); });
-  throwing([] { catch_and_call(place); }, [] { throw 1; });
+  after([] { expect(false, L"x", location); });
+  after([] { report_hresult(E_FAIL, location); });
+  throwing([] { catch_and_call(location); }, [] { throw 1; });
   const auto records = recorder.commands(L"PROCESS");
   ASSERT_EQ(records.size(), 3u);
   for (const auto& record : records) {
@@ -87,8 +87,8 @@ TEST_F(LastError, OfTheCallerIsPartOfAssertionsAndErrors) {
 }
 
 TEST_F(LastError, SurvivesADroppedReport) {
-  recorder.answer(L"CREATE", E_FAIL);
-  EXPECT_EQ(after([] { expect(false, L"x", place); }), callers_error);
+  recorder.set_result(L"CREATE", E_FAIL);
+  EXPECT_EQ(after([] { expect(false, L"x", location); }), callers_error);
 }
 
 }  // namespace

@@ -29,7 +29,7 @@ class StructuredExceptionRecord : public RecorderTest {};
 TEST_F(AssertionRecord, HasItsFieldsInOrderAndTyped) {
   SetLastError(5);
   CONTEXT context{};
-  AsserterClass(place, 9).assert_failed(L"pMainMenu != 0", E_POINTER, &context);
+  AsserterClass(location, 9).assert_failed(L"pMainMenu != 0", E_POINTER, &context);
 
   RecordedCommand record = processed();
   ASSERT_FALSE(record.fields.empty());
@@ -45,7 +45,7 @@ TEST_F(AssertionRecord, HasItsFieldsInOrderAndTyped) {
 }
 
 TEST_F(AssertionRecord, LeavesOutWhatIsNotSet) {
-  AsserterClass(place).assert_failed({});
+  AsserterClass(location).assert_failed({});
   EXPECT_THAT(processed().fields,
               ElementsAre(marker(L"<<ASSERT>>"), text(L"$Type", L"ASSERT"), this_thread(L"Thread ID"),
                           text(L"File", L"Some.cpp"), number(L"Line", VT_INT, 70), text(L"Function", L"some_function"),
@@ -53,12 +53,12 @@ TEST_F(AssertionRecord, LeavesOutWhatIsNotSet) {
 }
 
 TEST_F(AssertionRecord, CarriesAnHresultOfZero) {
-  AsserterClass(place).assert_failed(L"x", S_OK);
+  AsserterClass(location).assert_failed(L"x", S_OK);
   EXPECT_EQ(field_text(processed(), L"HRESULT"), L"0");
 }
 
 TEST_F(AssertionRecord, IsFilteredOnceFilledAndThenProcessed) {
-  AsserterClass(place).assert_failed(L"x != 0");
+  AsserterClass(location).assert_failed(L"x != 0");
   ASSERT_THAT(recorder.words(), ElementsAre(L"CREATE", L"FILTER", L"PROCESS"));
   const auto commands = recorder.commands();
   EXPECT_EQ(commands[1].fields, commands[2].fields);
@@ -78,18 +78,18 @@ TEST_F(AssertionRecord, ExceptionPointersLeadToTheContextAndAnEmptyException) {
     EXPECT_EQ(std::memcmp(pointers->ExceptionRecord, &empty, 152), 0);
     looked = true;
   });
-  AsserterClass(place).assert_failed(L"x", std::nullopt, &context);
+  AsserterClass(location).assert_failed(L"x", std::nullopt, &context);
   EXPECT_TRUE(looked);
 }
 
 TEST_F(AssertionRecord, TextOutsideTheCodePageIsReportedUnchanged) {
-  AsserterClass(place).assert_failed(L"\u89c4\u5219 \U0001F4C5 \xD800");
+  AsserterClass(location).assert_failed(L"\u89c4\u5219 \U0001F4C5 \xD800");
   EXPECT_EQ(field_text(processed(), L"Description"), L"\u89c4\u5219 \U0001F4C5 \xD800");
 }
 
 TEST_F(TraceRecord, HasItsFieldsInOrderAndTyped) {
   const int traced = 0;
-  TracerClass(place, 9).trace(L"message", {3, &traced, 0.5, 4, 1.25});
+  TracerClass(location, 9).trace(L"message", {3, &traced, 0.5, 4, 1.25});
   EXPECT_THAT(
       processed().fields,
       ElementsAre(text(L"$Type", L"TRACE"), text(L"$Message", L"message"), number(L"$Ident", VT_INT, 3),
@@ -102,24 +102,24 @@ TEST_F(TraceRecord, HasItsFieldsInOrderAndTyped) {
 }
 
 TEST_F(TraceRecord, LeavesOutWhatIsNotSetButKeepsTheIdent) {
-  TracerClass(place).trace({});
+  TracerClass(location).trace({});
   EXPECT_THAT(names(processed()),
               ElementsAre(L"$Type", L"$Ident", L"File", L"Line", L"Thread ID", L"Function", L"$FuncSig"));
 }
 
 TEST_F(TraceRecord, IsProcessedWithoutAFilter) {
-  TracerClass(place).trace(L"message");
+  TracerClass(location).trace(L"message");
   EXPECT_THAT(recorder.words(), ElementsAre(L"CREATE", L"PROCESS"));
 }
 
 TEST_F(TraceRecord, FormattedMessageTakesWideTextAndNumbers) {
-  TracerClass(place).report(L"%s: %d of %x", L"\u89c4\u5219", -3, 0xAB);
+  TracerClass(location).report(L"%s: %d of %x", L"\u89c4\u5219", -3, 0xAB);
   EXPECT_EQ(field_text(processed(), L"$Message"), L"\u89c4\u5219: -3 of ab");
 }
 
 TEST_F(ErrorRecord, HasItsFieldsInOrderAndTyped) {
   SetLastError(32);
-  ShowError(place, 9).show(L"what happened");
+  ShowError(location, 9).show(L"what happened");
   RecordedCommand record = processed();
   ASSERT_FALSE(record.fields.empty());
   EXPECT_EQ(record.fields.back().name, L"$EXCEPTION_POINTERS");
@@ -132,13 +132,13 @@ TEST_F(ErrorRecord, HasItsFieldsInOrderAndTyped) {
 }
 
 TEST_F(ErrorRecord, LeavesOutWhatIsNotSet) {
-  ShowError(place).show({});
+  ShowError(location).show({});
   EXPECT_THAT(names(processed()), ElementsAre(L"<<ERROR>>", L"$Type", L"$ThreadID", L"File", L"Line", L"Function",
                                               L"$FuncSig", L"$EXCEPTION_POINTERS"));
 }
 
 TEST_F(ErrorRecord, IsProcessedWithoutAFilter) {
-  ShowError(place).show(L"what happened");
+  ShowError(location).show(L"what happened");
   EXPECT_THAT(recorder.words(), ElementsAre(L"CREATE", L"PROCESS"));
 }
 
@@ -156,14 +156,14 @@ TEST_F(ErrorRecord, CarriesTheFullContextOfTheReportingThread) {
     EXPECT_NE(pointers->ContextRecord->Rip, 0u);
     looked = true;
   });
-  ShowError(place).show({});
+  ShowError(location).show({});
   EXPECT_TRUE(looked);
 }
 
 TEST_F(ErrorRecord, CarriesAnInnerRecordAfterItsOwnFields) {
   IKV_SnagtrapUtil::IDebugObject* inner = nullptr;
   ASSERT_EQ(snagtrap_client().command(L"CREATE", nullptr, &inner), S_OK);
-  ShowError(place).show({}, inner);
+  ShowError(location).show({}, inner);
   const RecordedCommand record = processed();
   const auto* field = find_field(record, L"Inner");
   ASSERT_TRUE(field);
@@ -183,8 +183,8 @@ TEST_F(StructuredExceptionRecord, HasItsFieldsInOrderAndTyped) {
 class RecordCreation : public RecorderTest {};
 
 TEST_F(RecordCreation, FailureDropsTheReportAndIsKeptInTheReporter) {
-  recorder.answer(L"CREATE", E_OUTOFMEMORY);
-  AsserterClass asserter(place);
+  recorder.set_result(L"CREATE", E_OUTOFMEMORY);
+  AsserterClass asserter(location);
   EXPECT_EQ(asserter.assert_failed(L"x"), E_FAIL) << "a report that was dropped";
   EXPECT_EQ(asserter.status(), E_OUTOFMEMORY);
   EXPECT_THAT(recorder.words(), ElementsAre(L"CREATE"));
@@ -192,8 +192,8 @@ TEST_F(RecordCreation, FailureDropsTheReportAndIsKeptInTheReporter) {
 
 TEST_F(RecordCreation, FailureThatStillCreatesARecordLeaksNothing) {
   const long before = recorder.live_objects();
-  recorder.answer(L"CREATE", E_FAIL, test_support::Out::made);
-  TracerClass(place).trace(L"x");
+  recorder.set_result(L"CREATE", E_FAIL, test_support::Out::created);
+  TracerClass(location).trace(L"x");
   EXPECT_EQ(recorder.live_objects(), before);
   EXPECT_THAT(recorder.words(), ElementsAre(L"CREATE"));
 }
@@ -201,8 +201,8 @@ TEST_F(RecordCreation, FailureThatStillCreatesARecordLeaksNothing) {
 TEST_F(RecordCreation, SuccessWithoutARecordCountsAsFailure) {
   for (const auto out : {test_support::Out::untouched, test_support::Out::null}) {
     recorder.reset();
-    recorder.answer(L"CREATE", S_OK, out);
-    ShowError reporter(place);
+    recorder.set_result(L"CREATE", S_OK, out);
+    ShowError reporter(location);
     EXPECT_EQ(reporter.show(L"x"), E_FAIL);
     EXPECT_EQ(reporter.status(), E_FAIL);
     EXPECT_THAT(recorder.words(), ElementsAre(L"CREATE"));
@@ -210,24 +210,24 @@ TEST_F(RecordCreation, SuccessWithoutARecordCountsAsFailure) {
 }
 
 TEST_F(RecordCreation, FieldsThatTheLibraryRefusesAreLeftOut) {
-  recorder.answer(L"SetField", E_FAIL);
-  EXPECT_EQ(AsserterClass(place).assert_failed(L"x"), S_OK);
+  recorder.set_result(L"SetField", E_FAIL);
+  EXPECT_EQ(AsserterClass(location).assert_failed(L"x"), S_OK);
   EXPECT_THAT(recorder.words(), ElementsAre(L"CREATE", L"FILTER", L"PROCESS"));
   EXPECT_THAT(processed().fields, IsEmpty());
 }
 
 TEST_F(RecordCreation, RefusedFilterDoesNotStopTheReport) {
-  recorder.answer(L"FILTER", E_FAIL);
-  EXPECT_EQ(AsserterClass(place).assert_failed(L"x"), S_OK);
+  recorder.set_result(L"FILTER", E_FAIL);
+  EXPECT_EQ(AsserterClass(location).assert_failed(L"x"), S_OK);
   EXPECT_EQ(recorder.commands(L"PROCESS").size(), 1u);
 }
 
 TEST_F(RecordCreation, EveryRecordIsReleased) {
   const long before = recorder.live_objects();
-  TracerClass(place).trace(L"x");
-  AsserterClass(place).assert_failed(L"x");
-  ShowError(place).show(L"x");
-  report_hresult(E_FAIL, place);
+  TracerClass(location).trace(L"x");
+  AsserterClass(location).assert_failed(L"x");
+  ShowError(location).show(L"x");
+  report_hresult(E_FAIL, location);
   EXPECT_EQ(recorder.live_objects(), before);
 }
 

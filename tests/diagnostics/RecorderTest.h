@@ -10,7 +10,7 @@
 
 namespace diagnostics_test {
 
-inline constexpr SnagtrapUtil::SourceLocation place{"Some.cpp", 70, "some_function", "void some_function(int)"};
+inline constexpr SnagtrapUtil::SourceLocation location{"Some.cpp", 70, "some_function", "void some_function(int)"};
 
 inline test_support::RecordedField text(const wchar_t* name, std::wstring value) {
   return {name, VT_BSTR, std::move(value), {}, 0};
@@ -30,7 +30,7 @@ inline test_support::RecordedField this_thread(const wchar_t* name) {
 class RecorderTest : public testing::Test {
  protected:
   RecorderTest() {
-    SnagtrapUtil::TracerClass(place).trace(L"initialises the client");
+    SnagtrapUtil::TracerClass(location).trace(L"initialises the client");
     recorder.reset();
     SetLastError(0);
   }

@@ -62,7 +62,7 @@ TEST_P(HostFaults, LeadToTheDocumentedResultAndTearNothing) {
   for (const Fault& fault : faults) {
     const std::size_t injected = test_support::fail_each_call(fault, [&](RecordingHost& host, const Arm& arm) {
       const ScenarioResult result = play(scenario, module_, host, arm);
-      EXPECT_EQ(scenario.documented(result, host.calls().faulted_calls(), fault), result.answer);
+      EXPECT_EQ(scenario.documented(result, host.calls().faulted_calls(), fault), result.hresult);
       test_support::take_reports();
     });
     if (HasFailure()) return;

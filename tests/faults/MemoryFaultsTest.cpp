@@ -24,9 +24,9 @@ class MemoryFaults : public test_support::NeedsReplacedRuntime<FaultsTest> {
     });
     const bool failed = memory->has_failed();
     memory.reset();
-    EXPECT_THAT(result.answer, AnyOf(S_OK, failed ? scenario.without_memory : S_OK));
+    EXPECT_THAT(result.hresult, AnyOf(S_OK, failed ? scenario.without_memory : S_OK));
     const std::vector<std::string> reports = test_support::take_reports();
-    EXPECT_TRUE(result.answer != E_OUTOFMEMORY || reports.empty()) << reports.front();
+    EXPECT_TRUE(result.hresult != E_OUTOFMEMORY || reports.empty()) << reports.front();
     return failed ? std::optional<std::string>("an allocation") : std::nullopt;
   }
 };

@@ -15,7 +15,7 @@ class ModuleLeakCheck {
   explicit ModuleLeakCheck(const module_test::Module& module);
 
   /// How many GDI objects, device contexts and registry keys the module has had.
-  int handles_made() const { return handles_.acquired(); }
+  int handles_acquired() const { return handles_.acquired(); }
   /// The function that gave each of them that the module has not given back.
   std::vector<std::string> handles_left() const { return handles_.left(); }
 

@@ -99,8 +99,8 @@ ScenarioResult play_list(Session& session) {
   };
   const DialogScript user({show, look});
   session.arm();
-  const HRESULT answer = session.command();
-  return {answer, false, rules == 2 && session.handles() > 0};
+  const HRESULT hresult = session.command();
+  return {hresult, false, rules == 2 && session.handles() > 0};
 }
 
 /// Presses a button when a rule is selected.
@@ -115,22 +115,22 @@ DialogScript::Step press_on(Session& session, long rule_id, int button) {
 ScenarioResult play_refused_delete(Session& session) {
   session.initialize();
   const DialogScript user({press_on(session, used_rule.id, IDC_DELETE_RULE)});
-  const HRESULT answer = session.command();
-  return {answer, false, user.warnings() == 1 && user.questions() == 0};
+  const HRESULT hresult = session.command();
+  return {hresult, false, user.warnings() == 1 && user.questions() == 0};
 }
 
 ScenarioResult play_delete(Session& session) {
   session.initialize();
   const DialogScript user({press_on(session, free_rule.id, IDC_DELETE_RULE)}, {}, free_rule.name);
-  const HRESULT answer = session.command();
-  return {answer, false, user.questions() == 1 && user.warnings() == 0};
+  const HRESULT hresult = session.command();
+  return {hresult, false, user.questions() == 1 && user.warnings() == 0};
 }
 
 ScenarioResult play_add(Session& session) {
   session.initialize();
   const DialogScript user({press_on(session, free_rule.id, IDC_ADD_RULE)}, {new_rule_name, entered_rule(), {}, {}});
-  const HRESULT answer = session.command();
-  return {answer, user.editors() == 1, user.editors() == 1 && user.warnings() == 0};
+  const HRESULT hresult = session.command();
+  return {hresult, user.editors() == 1, user.editors() == 1 && user.warnings() == 0};
 }
 
 ScenarioResult play_refused_name(Session& session) {
@@ -141,8 +141,8 @@ ScenarioResult play_refused_name(Session& session) {
   };
   const DialogScript user({open}, {free_rule.name, named(used_rule.name.c_str(), entered_rule()), entered_rule().name,
                                    [&] { session.arm(); }});
-  const HRESULT answer = session.command();
-  return {answer, user.editors() == 1, user.warnings() == 1};
+  const HRESULT hresult = session.command();
+  return {hresult, user.editors() == 1, user.warnings() == 1};
 }
 
 // The editor by itself.
@@ -167,8 +167,8 @@ ScenarioResult play_show_of(Session& session, long rule_id, Entry entry) {
   session.initialize();
   const DialogScript user({}, std::move(entry));
   session.arm();
-  const HRESULT answer = session.show(rule_id);
-  return {answer, user.editors() == 1, user.editors() == 1 && user.warnings() == 0};
+  const HRESULT hresult = session.show(rule_id);
+  return {hresult, user.editors() == 1, user.editors() == 1 && user.warnings() == 0};
 }
 
 ScenarioResult play_show(Session& session) {

@@ -12,7 +12,7 @@ using Calls = std::vector<std::string>;
 
 /// How a scenario went.
 struct ScenarioResult {
-  HRESULT answer = S_OK;  ///< of the plug-in's last call
+  HRESULT hresult = S_OK;  ///< of the plug-in's last call
   bool edited = false;    ///< whether an editor opened
   bool as_meant = false;  ///< whether the user saw everything that he would see if nothing failed
 };

@@ -31,7 +31,7 @@ class Session {
   HRESULT show(long rule_id);
 
   /// How many GDI objects, device contexts and registry keys the module has had.
-  int handles() const { return leak_check_.handles_made(); }
+  int handles() const { return leak_check_.handles_acquired(); }
   /// The function that gave each of them that the module has not given back.
   std::vector<std::string> handles_left() const { return leak_check_.handles_left(); }
 

@@ -28,7 +28,7 @@ std::string needed_creation(const Scenario& scenario) {
 }
 
 /// What a call of the module may return: only a missing class of the host reaches the caller.
-auto documented_answer(const Scenario& scenario, const ScenarioResult& result, const std::set<std::string>& failed) {
+auto documented_result(const Scenario& scenario, const ScenarioResult& result, const std::set<std::string>& failed) {
   const bool no_object = failed.contains("CoCreateInstance") || failed.contains("OleRun");
   const Calls faulted_calls = no_object ? Calls{needed_creation(scenario)} : Calls{};
   return AnyOf(S_OK, scenario.documented(result, faulted_calls, {test_support::no_class, Fault::Out::untouched}));
@@ -38,7 +38,7 @@ SystemScenario hosted(const Scenario& scenario) {
   return {scenario.name, [scenario](const Module& module, const Injection& injection) {
             test_support::RecordingHost host;
             const ScenarioResult result = play(scenario, module, host, injection.arm);
-            EXPECT_THAT(result.answer, documented_answer(scenario, result, injection.failed()));
+            EXPECT_THAT(result.hresult, documented_result(scenario, result, injection.failed()));
           }};
 }
 
@@ -58,15 +58,15 @@ void play_first_object(const Module& module, const Injection& injection) {
     base::ComPtr<IClassFactory> factory;
     base::ComPtr<IkvPlugin> plugin;
     injection.arm();
-    HRESULT answer = module.get_class_object(__uuidof(CzdExpirationRulePlugin), __uuidof(IClassFactory),
+    HRESULT hresult = module.get_class_object(__uuidof(CzdExpirationRulePlugin), __uuidof(IClassFactory),
                                              reinterpret_cast<void**>(&factory));
-    EXPECT_EQ(answer == S_OK, factory != nullptr);
+    EXPECT_EQ(hresult == S_OK, factory != nullptr);
     if (factory) {
-      answer = factory->CreateInstance(nullptr, __uuidof(IkvPlugin), reinterpret_cast<void**>(&plugin));
-      EXPECT_EQ(answer == S_OK, plugin != nullptr);
+      hresult = factory->CreateInstance(nullptr, __uuidof(IkvPlugin), reinterpret_cast<void**>(&plugin));
+      EXPECT_EQ(hresult == S_OK, plugin != nullptr);
     }
     injection.clear_faults();
-    EXPECT_THAT(answer, AnyOf(S_OK, E_OUTOFMEMORY));
+    EXPECT_THAT(hresult, AnyOf(S_OK, E_OUTOFMEMORY));
     EXPECT_TRUE(module.plugin()) << "the next one is made";
   }
   leak_check.expect_none();
@@ -110,12 +110,12 @@ void play_late_bound(const Module& module, const Injection& injection) {
     const auto plugin = module.plugin();
     DISPID id = DISPID_UNKNOWN;
     injection.arm();
-    const HRESULT answer = module_test::id_of(plugin, L"DoCommand", id);
+    const HRESULT hresult = module_test::id_of(plugin, L"DoCommand", id);
     injection.clear_faults();
-    EXPECT_THAT(answer,
+    EXPECT_THAT(hresult,
                 AnyOf(S_OK, E_OUTOFMEMORY, TYPE_E_CANTLOADLIBRARY, HRESULT_FROM_WIN32(ERROR_NOT_ENOUGH_MEMORY)));
-    EXPECT_EQ(answer == S_OK ? 3 : DISPID_UNKNOWN, id);
-    EXPECT_EQ(answer, module_test::id_of(plugin, L"DoCommand", id));
+    EXPECT_EQ(hresult == S_OK ? 3 : DISPID_UNKNOWN, id);
+    EXPECT_EQ(hresult, module_test::id_of(plugin, L"DoCommand", id));
   }
   leak_check.expect_none();
 }
@@ -132,7 +132,7 @@ bool is_registered() {
          type_library_is_registered();
 }
 
-bool is_gone() {
+bool is_unregistered() {
   const RegistryTree shared = {{L"AppID\\", L""}, {L"CLSID\\", L""}};
   return module_test::without_type_library(test_support::registry_tree(HKEY_CLASSES_ROOT)) == shared &&
          !type_library_is_registered();
@@ -142,16 +142,16 @@ void register_and_unregister(const Module& module) {
   EXPECT_EQ(S_OK, module.register_server());
   EXPECT_TRUE(is_registered());
   EXPECT_EQ(S_OK, module.unregister_server());
-  EXPECT_TRUE(is_gone());
+  EXPECT_TRUE(is_unregistered());
 }
 
 void play_register(const Module& module, const Injection& injection) {
   const ScratchRoot classes(HKEY_CLASSES_ROOT);
   const ModuleLeakCheck leak_check(module);
   injection.arm();
-  const HRESULT answer = module.register_server();
+  const HRESULT hresult = module.register_server();
   injection.clear_faults();
-  EXPECT_EQ(is_registered() ? S_OK : E_FAIL, SUCCEEDED(answer) ? answer : E_FAIL);
+  EXPECT_EQ(is_registered() ? S_OK : E_FAIL, SUCCEEDED(hresult) ? hresult : E_FAIL);
   leak_check.expect_none();
   register_and_unregister(module);
 }
@@ -161,9 +161,9 @@ void play_unregister(const Module& module, const Injection& injection) {
   const ModuleLeakCheck leak_check(module);
   EXPECT_EQ(S_OK, module.register_server());
   injection.arm();
-  const HRESULT answer = module.unregister_server();
+  const HRESULT hresult = module.unregister_server();
   injection.clear_faults();
-  EXPECT_EQ(is_gone() ? S_OK : E_FAIL, SUCCEEDED(answer) ? answer : E_FAIL);
+  EXPECT_EQ(is_unregistered() ? S_OK : E_FAIL, SUCCEEDED(hresult) ? hresult : E_FAIL);
   leak_check.expect_none();
   register_and_unregister(module);
 }

@@ -25,16 +25,16 @@ expect() { grep -qE -- "$1" <<<"$output" || { echo "no line '$1' in:"; echo "$ou
 }
 
 # The folder of the build has spaces, as every prefix below it then has.
-@test "a session makes a half-made prefix anew, and a program runs in it" {
+@test "a session creates an unfinished prefix again, and a program runs in it" {
   local build="$BATS_TEST_TMPDIR/out of tree"
   local prefix=$build/wine
   mkdir -p "$prefix/drive_c"
-  touch "$prefix/.making" "$prefix/system.reg"
+  touch "$prefix/.unfinished" "$prefix/system.reg"
   ZD_BUILD=$build run -0 env -u ZD_SESSION -u ZD_WINEPREFIX "$tools/session" --virtual "$tools/wine-run" cmd /c "echo it runs"
-  expect 'removing a half-made Wine prefix'
+  expect 'removing an unfinished Wine prefix'
   expect 'it runs'
   [ -e "$prefix/.ready" ]
-  [ ! -e "$prefix/.making" ]
+  [ ! -e "$prefix/.unfinished" ]
 }
 
 @test "a session leaves the prefix and the overrides of the user alone" {

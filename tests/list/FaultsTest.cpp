@@ -43,7 +43,7 @@ class Agreement {
   }
 
   /// Whether as many rules were deleted as the user was asked for, or fewer.
-  bool covers_what_is_gone_from(RecordingHost& host) const { return rules.size() - host.rules().size() <= questions_; }
+  bool confirmed_every_delete_of(RecordingHost& host) const { return rules.size() - host.rules().size() <= questions_; }
 
  private:
   MessageBoxProbe boxes_;
@@ -96,7 +96,7 @@ TEST_P(ListFaults, InDeletingNeverCrashLeakOrLoseARule) {
         arm();
         EXPECT_EQ(IDCANCEL, delete_both(block));
         EXPECT_TRUE(stored(host, other));
-        EXPECT_TRUE(user.covers_what_is_gone_from(host));
+        EXPECT_TRUE(user.confirmed_every_delete_of(host));
         ++number;
         EXPECT_TRUE(stored(host, used) || !test_support::reports(recorder).empty() ||
                     is_quiet(host.calls().all()[number - 1]));
@@ -130,7 +130,7 @@ TEST_P(ListMemory, ThatFailsAtAnyAllocationOfADeleteLeavesTheDialogUsable) {
       for (const std::string& report : test_support::reports_without_lines(recorder)) reported.push_back(report);
       EXPECT_TRUE(IsWindowVisible(list.window()));
       EXPECT_TRUE(stored(host, other));
-      EXPECT_TRUE(user.covers_what_is_gone_from(host));
+      EXPECT_TRUE(user.confirmed_every_delete_of(host));
       list.dialog().update_expiration_rule_list();
       EXPECT_EQ(host.rules().size(), static_cast<std::size_t>(list.count()));
       return failed;

@@ -13,7 +13,7 @@ class ListInitialisation : public ListDialogTest {};
 
 TEST_F(ListInitialisation, LeavesTheFocusToItself) {
   std::vector<LRESULT> results;
-  const AnsweredMessages watch([&](const CWPRETSTRUCT& message) {
+  const HandledMessages watch([&](const CWPRETSTRUCT& message) {
     if (message.message == WM_INITDIALOG) results.push_back(message.lResult);
   });
   open([](RuleList&) {});

@@ -14,7 +14,7 @@
 
 namespace list_test {
 
-using test_support::AnsweredMessages;
+using test_support::HandledMessages;
 using test_support::client_rect;
 using test_support::MessageBoxContent;
 using test_support::SentMessages;

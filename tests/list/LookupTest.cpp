@@ -11,7 +11,7 @@ std::string hexadecimal(HRESULT hresult, const char* format) {
   return text;
 }
 
-std::string place(const char* function, int line) {
+std::string location_text(const char* function, int line) {
   return " | ExpirationRulesListDialog.cpp:" + std::to_string(line) + ' ' + function;
 }
 
@@ -19,11 +19,11 @@ std::string place(const char* function, int line) {
 
 std::string caught(const char* function, int line, HRESULT hresult) {
   return "TRACE HRESULT - " + hexadecimal(hresult, "%lx") + "; FILE - ExpirationRulesListDialog.cpp, LINE - " +
-         std::to_string(line) + place(function, line);
+         std::to_string(line) + location_text(function, line);
 }
 
 std::string failed(const char* function, int line, HRESULT hresult) {
-  return "ASSERT " + hexadecimal(hresult, "%08lx") + place(function, line);
+  return "ASSERT " + hexadecimal(hresult, "%08lx") + location_text(function, line);
 }
 
 }  // namespace list_test

@@ -37,7 +37,7 @@ class ListPlacement : public ListDialogTest {
   /// The rectangle that the dialog gives itself when it opens.
   RECT opened() {
     RECT rect = {};
-    const AnsweredMessages watch([&](const CWPRETSTRUCT& message) {
+    const HandledMessages watch([&](const CWPRETSTRUCT& message) {
       if (message.message == WM_INITDIALOG) rect = window_rect(message.hwnd);
     });
     open([](RuleList&) {});
@@ -53,7 +53,7 @@ class ListPlacement : public ListDialogTest {
   /// Whether the dialog was maximised at the end of its initialisation.
   bool maximised_at_initialisation() {
     std::vector<bool> maximised;
-    const AnsweredMessages watch([&](const CWPRETSTRUCT& message) {
+    const HandledMessages watch([&](const CWPRETSTRUCT& message) {
       if (message.message == WM_INITDIALOG) maximised.push_back(IsZoomed(message.hwnd) != FALSE);
     });
     open([](RuleList&) {});

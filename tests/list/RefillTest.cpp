@@ -142,11 +142,11 @@ TEST_F(Refill, KeepsNumbersOfEverySize) {
 TEST_F(Refill, TableThatCannotBeCreatedIsReportedAndTheDialogStaysOpen) {
   store_rules({L"A"});
   for (const HRESULT failure : failures) {
-    for (const char* made : {"kvTable::CreateInstance", "kvRuleFilter::CreateInstance"}) {
+    for (const char* created : {"kvTable::CreateInstance", "kvRuleFilter::CreateInstance"}) {
       recorder.reset();
-      host.calls().fail(made, {failure, Fault::Out::null});
-      EXPECT_THAT(shown(), IsEmpty()) << made;
-      EXPECT_THAT(reports(), ElementsAre(caught(failure))) << made;
+      host.calls().fail(created, {failure, Fault::Out::null});
+      EXPECT_THAT(shown(), IsEmpty()) << created;
+      EXPECT_THAT(reports(), ElementsAre(caught(failure))) << created;
     }
   }
 }

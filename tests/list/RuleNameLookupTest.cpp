@@ -73,11 +73,11 @@ TEST_F(RuleNameLookup, RowCountThatIsNotFilledInGivesNoName) {
 
 TEST_F(RuleNameLookup, TableThatCannotBeCreatedIsReported) {
   for (const HRESULT failure : failures) {
-    for (const char* made : {"kvTable::CreateInstance", "kvRuleFilter::CreateInstance"}) {
+    for (const char* created : {"kvTable::CreateInstance", "kvRuleFilter::CreateInstance"}) {
       recorder.reset();
-      host.calls().fail(made, {failure, Fault::Out::null});
-      EXPECT_EQ("", name_of(5)) << made;
-      EXPECT_THAT(reports(), ElementsAre(caught(failure))) << made;
+      host.calls().fail(created, {failure, Fault::Out::null});
+      EXPECT_EQ("", name_of(5)) << created;
+      EXPECT_THAT(reports(), ElementsAre(caught(failure))) << created;
     }
   }
 }

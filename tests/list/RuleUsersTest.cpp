@@ -158,12 +158,12 @@ TEST_F(RuleUsers, ServiceThatTheStorageDoesNotHaveIsReported) {
 TEST_F(RuleUsers, TableThatCannotBeCreatedIsReported) {
   host.settings() = {{L"a", L"IF"}};
   for (const HRESULT failure : failures) {
-    for (const char* made : {"kvTable::CreateInstance", "kvRuleFilter::CreateInstance"}) {
+    for (const char* created : {"kvTable::CreateInstance", "kvRuleFilter::CreateInstance"}) {
       recorder.reset();
       // The first table is that of the rule's name.
-      host.calls().fail(made, {failure, Fault::Out::null}, 2);
-      EXPECT_FALSE(find_users()) << made;
-      EXPECT_THAT(reports(), ElementsAre(caught(failure))) << made;
+      host.calls().fail(created, {failure, Fault::Out::null}, 2);
+      EXPECT_FALSE(find_users()) << created;
+      EXPECT_THAT(reports(), ElementsAre(caught(failure))) << created;
     }
   }
 }

@@ -99,10 +99,10 @@ TEST_F(ActivationTest, ObjectIsCreatedByItsNameAndCalledByNameWithoutRegistratio
   IDispatch* object = nullptr;
   ASSERT_EQ(S_OK,
             CoCreateInstance(found, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch, reinterpret_cast<void**>(&object)));
-  EXPECT_EQ(S_OK, call(object, L"Uninitialize").answer);
-  EXPECT_EQ(S_OK, call(object, L"OnSelectionChanged", {_variant_t(object)}).answer);
+  EXPECT_EQ(S_OK, call(object, L"Uninitialize").hresult);
+  EXPECT_EQ(S_OK, call(object, L"OnSelectionChanged", {_variant_t(object)}).hresult);
   const LateBoundResult command = call(object, L"DoCommand", {_variant_t(1L), _variant_t()});
-  EXPECT_EQ(DISP_E_EXCEPTION, command.answer);
+  EXPECT_EQ(DISP_E_EXCEPTION, command.hresult);
   EXPECT_EQ(E_FAIL, command.code);
   EXPECT_EQ(1u, test_support::take_reports().size());
   object->Release();

@@ -246,7 +246,7 @@ TEST_F(InitializeTest, StorageWithoutItsMainInterfaceLeavesTheBlockEmpty) {
 struct Failure {
   const char* call;
   Fault fault;
-  HRESULT answer;
+  HRESULT hresult;
   std::vector<std::string> reports;
 };
 
@@ -301,7 +301,7 @@ TEST_F(InitializeTest, FailingHostCallIsReportedAndReturnedAndInitializeCanBeRep
     plugin_ = module_.plugin();
     host_.remove_submenus();
     calls().fail(failure.call, failure.fault);
-    EXPECT_EQ(failure.answer, initialize());
+    EXPECT_EQ(failure.hresult, initialize());
     EXPECT_EQ(failure.reports, take_reports());
     calls().clear_faults();
     EXPECT_EQ(S_OK, initialize());

@@ -11,7 +11,7 @@ namespace module_test {
 
 /// What a late-bound call gave.
 struct LateBoundResult {
-  HRESULT answer = S_OK;
+  HRESULT hresult = S_OK;
   SCODE code = S_OK;  ///< the method's own failure, when the result is DISP_E_EXCEPTION
   _variant_t result;
   std::wstring description;  ///< what the exception says of itself
@@ -30,7 +30,7 @@ inline LateBoundResult invoke(IDispatch* object, DISPID id, std::vector<_variant
   DISPPARAMS parameters = {arguments.data(), nullptr, static_cast<UINT>(arguments.size()), 0};
   EXCEPINFO exception = {};
   LateBoundResult called;
-  called.answer =
+  called.hresult =
       object->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &parameters, &called.result, &exception, nullptr);
   called.code = exception.scode;
   called.description.assign(exception.bstrDescription ? exception.bstrDescription : L"");

@@ -62,14 +62,14 @@ TEST_F(LateBoundTest, ParametersAreFoundByName) {
 }
 
 TEST_F(LateBoundTest, InitializesThroughInvoke) {
-  EXPECT_EQ(S_OK, call(object_, L"Initialize", good_arguments()).answer);
+  EXPECT_EQ(S_OK, call(object_, L"Initialize", good_arguments()).hresult);
   EXPECT_EQ(2u, host_.commands().size());
 }
 
 TEST_F(LateBoundTest, CommandThroughInvokeOpensTheList) {
   initialize();
   DialogDriver driver([](HWND dialog) { test_support::click(dialog, IDCANCEL); });
-  EXPECT_EQ(S_OK, call(object_, L"DoCommand", {_variant_t(menu_id), _variant_t()}).answer);
+  EXPECT_EQ(S_OK, call(object_, L"DoCommand", {_variant_t(menu_id), _variant_t()}).hresult);
   EXPECT_EQ(1, driver.dialogs());
 }
 
@@ -77,26 +77,26 @@ TEST_F(LateBoundTest, HostCallsTheTargetThatItWasGiven) {
   initialize();
   IDispatch* target = host_.commands().at(menu_id);
   DialogDriver driver([](HWND dialog) { test_support::click(dialog, IDCANCEL); });
-  EXPECT_EQ(S_OK, invoke(target, 3, {_variant_t(hot_key_id), _variant_t()}).answer);
+  EXPECT_EQ(S_OK, invoke(target, 3, {_variant_t(hot_key_id), _variant_t()}).hresult);
   EXPECT_EQ(1, driver.dialogs());
 }
 
 TEST_F(LateBoundTest, ShowThroughInvokeOpensTheEditor) {
   initialize();
   DialogDriver driver([](HWND dialog) { test_support::click(dialog, IDCANCEL); });
-  EXPECT_EQ(S_OK, call(own_, L"Show", {_variant_t(0L)}).answer);
+  EXPECT_EQ(S_OK, call(own_, L"Show", {_variant_t(0L)}).hresult);
   EXPECT_EQ(1, driver.dialogs());
 }
 
 TEST_F(LateBoundTest, MethodsThatDoNothingSucceed) {
-  EXPECT_EQ(S_OK, call(object_, L"OnSelectionChanged", {_variant_t(storage_.GetInterfacePtr())}).answer);
-  EXPECT_EQ(S_OK, call(object_, L"Uninitialize").answer);
+  EXPECT_EQ(S_OK, call(object_, L"OnSelectionChanged", {_variant_t(storage_.GetInterfacePtr())}).hresult);
+  EXPECT_EQ(S_OK, call(object_, L"Uninitialize").hresult);
 }
 
 TEST_F(LateBoundTest, FailureOfAMethodIsReturnedAsAnException) {
   initialize();
   const LateBoundResult called = call(object_, L"DoCommand", {_variant_t(9L), _variant_t()});
-  EXPECT_EQ(DISP_E_EXCEPTION, called.answer);
+  EXPECT_EQ(DISP_E_EXCEPTION, called.hresult);
   EXPECT_EQ(E_INVALIDARG, called.code);
 }
 
@@ -132,7 +132,7 @@ TEST_F(LateBoundTest, FailureShowsNoErrorInformationOfAnotherCall) {
 
 TEST_F(LateBoundTest, CallThatReachesNoMethodLeavesNoErrorInformation) {
   leave_error_information();
-  EXPECT_EQ(DISP_E_MEMBERNOTFOUND, invoke(object_, 5).answer);
+  EXPECT_EQ(DISP_E_MEMBERNOTFOUND, invoke(object_, 5).hresult);
   EXPECT_FALSE(has_error_information());
 }
 
@@ -143,26 +143,26 @@ TEST_F(LateBoundTest, TooFewArgumentsAreRefused) {
   for (const LateBoundResult& called :
        {call(object_, L"DoCommand"), call(object_, L"DoCommand", {_variant_t(menu_id)}), call(object_, L"Initialize"),
         call(object_, L"Initialize", five), call(object_, L"OnSelectionChanged"), call(own_, L"Show")}) {
-    EXPECT_TRUE(called.answer == DISP_E_BADPARAMCOUNT || called.answer == DISP_E_PARAMNOTOPTIONAL)
-        << std::hex << called.answer;
+    EXPECT_TRUE(called.hresult == DISP_E_BADPARAMCOUNT || called.hresult == DISP_E_PARAMNOTOPTIONAL)
+        << std::hex << called.hresult;
   }
   EXPECT_TRUE(calls().all().empty()) << "nothing reached the host";
 }
 
 TEST_F(LateBoundTest, WrongTypeOfAnArgumentIsRefused) {
-  EXPECT_EQ(DISP_E_TYPEMISMATCH, call(object_, L"DoCommand", {_variant_t(L"the list"), _variant_t()}).answer);
-  EXPECT_EQ(DISP_E_TYPEMISMATCH, call(own_, L"Show", {_variant_t(L"a rule")}).answer);
+  EXPECT_EQ(DISP_E_TYPEMISMATCH, call(object_, L"DoCommand", {_variant_t(L"the list"), _variant_t()}).hresult);
+  EXPECT_EQ(DISP_E_TYPEMISMATCH, call(own_, L"Show", {_variant_t(L"a rule")}).hresult);
   std::vector<_variant_t> arguments = good_arguments();
   arguments[0] = 5L;
-  EXPECT_EQ(DISP_E_TYPEMISMATCH, call(object_, L"Initialize", arguments).answer);
+  EXPECT_EQ(DISP_E_TYPEMISMATCH, call(object_, L"Initialize", arguments).hresult);
   EXPECT_TRUE(calls().all().empty());
 }
 
 TEST_F(LateBoundTest, ConvertibleArgumentsAreConverted) {
   initialize();
   DialogDriver driver([](HWND dialog) { test_support::click(dialog, IDCANCEL); });
-  EXPECT_EQ(S_OK, call(object_, L"DoCommand", {_variant_t(std::to_wstring(menu_id).c_str()), _variant_t()}).answer);
-  EXPECT_EQ(S_OK, call(object_, L"DoCommand", {_variant_t(static_cast<double>(menu_id)), _variant_t()}).answer);
+  EXPECT_EQ(S_OK, call(object_, L"DoCommand", {_variant_t(std::to_wstring(menu_id).c_str()), _variant_t()}).hresult);
+  EXPECT_EQ(S_OK, call(object_, L"DoCommand", {_variant_t(static_cast<double>(menu_id)), _variant_t()}).hresult);
   EXPECT_EQ(2, driver.dialogs());
 }
 
@@ -170,7 +170,7 @@ TEST_F(LateBoundTest, NullObjectsArriveAsNull) {
   std::vector<_variant_t> arguments = good_arguments();
   arguments[0] = _variant_t(static_cast<IDispatch*>(nullptr));
   const LateBoundResult called = call(object_, L"Initialize", arguments);
-  EXPECT_EQ(DISP_E_EXCEPTION, called.answer);
+  EXPECT_EQ(DISP_E_EXCEPTION, called.hresult);
   EXPECT_EQ(E_INVALIDARG, called.code);
   EXPECT_THAT(take_reports(), testing::ElementsAre("ASSERT pMainMenu != 0 | zdExpirationRulePlugin.cpp:70 Initialize"));
 }
@@ -187,10 +187,10 @@ TEST_F(LateBoundTest, NamedArgumentsAreTaken) {
 }
 
 TEST_F(LateBoundTest, UnknownMemberOrKindOfCallIsRefused) {
-  EXPECT_EQ(DISP_E_MEMBERNOTFOUND, invoke(object_, 5).answer);
-  EXPECT_EQ(DISP_E_MEMBERNOTFOUND, invoke(object_, DISPID_VALUE).answer);
-  EXPECT_EQ(DISP_E_MEMBERNOTFOUND, invoke(object_, 4, {}, DISPATCH_PROPERTYGET).answer);
-  EXPECT_EQ(DISP_E_MEMBERNOTFOUND, invoke(own_, 2).answer);
+  EXPECT_EQ(DISP_E_MEMBERNOTFOUND, invoke(object_, 5).hresult);
+  EXPECT_EQ(DISP_E_MEMBERNOTFOUND, invoke(object_, DISPID_VALUE).hresult);
+  EXPECT_EQ(DISP_E_MEMBERNOTFOUND, invoke(object_, 4, {}, DISPATCH_PROPERTYGET).hresult);
+  EXPECT_EQ(DISP_E_MEMBERNOTFOUND, invoke(own_, 2).hresult);
 }
 
 TEST_F(LateBoundTest, NullArgumentsOfTheDispatchCallsAreRefused) {

@@ -14,11 +14,11 @@ struct Request {
 };
 Request request;
 
-constexpr HRESULT creator_answer = static_cast<HRESULT>(0x80045678);
+constexpr HRESULT creator_result = static_cast<HRESULT>(0x80045678);
 
 HRESULT create(IUnknown* outer, REFIID iid, void** object) noexcept {
   request = {outer, iid, object};
-  return creator_answer;
+  return creator_result;
 }
 
 class ClassFactoryTest : public testing::Test {
@@ -69,7 +69,7 @@ TEST_F(ClassFactoryTest, UnknownInterfaceClearsTheOutPointer) {
 
 TEST_F(ClassFactoryTest, PassesTheRequestToItsCreator) {
   void* object = nullptr;
-  EXPECT_EQ(factory_.CreateInstance(&factory_, __uuidof(ISample), &object), creator_answer);
+  EXPECT_EQ(factory_.CreateInstance(&factory_, __uuidof(ISample), &object), creator_result);
   EXPECT_EQ(request.outer, &factory_);
   EXPECT_EQ(request.iid, __uuidof(ISample));
   EXPECT_EQ(request.object, &object);

@@ -13,7 +13,7 @@ struct Events {
   int final_released = 0;
   int destroyed = 0;
   LONG locks_at_final_release = -1;
-  HRESULT final_construct_answer = S_OK;
+  HRESULT final_construct_result = S_OK;
   IUnknown* in_final_release = nullptr;  ///< set for the length of FinalRelease
 };
 Events events;
@@ -22,7 +22,7 @@ class Sample : public ISample {
  public:
   Sample() { ++events.constructed; }
 
-  HRESULT FinalConstruct() noexcept { return events.final_construct_answer; }
+  HRESULT FinalConstruct() noexcept { return events.final_construct_result; }
   void FinalRelease() noexcept {
     ++events.final_released;
     events.locks_at_final_release = ComModule::instance().lock_count();
@@ -152,7 +152,7 @@ TEST_F(ComObjectTest, MissingInterfaceAtCreationDestroysTheObject) {
 TEST_F(ComObjectTest, FailingFinalConstructDestroysTheObjectAndIsReturned) {
   for (const HRESULT failure : {E_OUTOFMEMORY, E_ACCESSDENIED, static_cast<HRESULT>(0x80041234)}) {
     events = {};
-    events.final_construct_answer = failure;
+    events.final_construct_result = failure;
     void* object = &outer_;
     EXPECT_EQ(create_com_object<Sample>(nullptr, __uuidof(ISample), &object), failure);
     EXPECT_EQ(object, nullptr);
@@ -162,7 +162,7 @@ TEST_F(ComObjectTest, FailingFinalConstructDestroysTheObjectAndIsReturned) {
 }
 
 TEST_F(ComObjectTest, FailingFinalConstructOfAnAggregateLeavesTheOuterAlone) {
-  events.final_construct_answer = E_FAIL;
+  events.final_construct_result = E_FAIL;
   void* object = &outer_;
   EXPECT_EQ(create_com_object<Sample>(&outer_, IID_IUnknown, &object), E_FAIL);
   EXPECT_EQ(object, nullptr);
@@ -171,7 +171,7 @@ TEST_F(ComObjectTest, FailingFinalConstructOfAnAggregateLeavesTheOuterAlone) {
 }
 
 TEST_F(ComObjectTest, PositiveResultOfFinalConstructIsSuccess) {
-  events.final_construct_answer = S_FALSE;
+  events.final_construct_result = S_FALSE;
   ISample* sample = create();
   ASSERT_NE(sample, nullptr);
   sample->Release();

@@ -12,14 +12,14 @@ namespace platform {
 namespace {
 
 constexpr UINT subclass_message = WM_APP + 1;
-constexpr LRESULT original_answer = 11;
+constexpr LRESULT original_result = 11;
 
 /// The messages that reached the window's own procedure.
 std::vector<UINT> original_messages;
 
 LRESULT CALLBACK original(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   original_messages.push_back(message);
-  return message == subclass_message ? original_answer : DefWindowProcW(window, message, wParam, lParam);
+  return message == subclass_message ? original_result : DefWindowProcW(window, message, wParam, lParam);
 }
 
 /// Another subclass, added after ours.
@@ -87,7 +87,7 @@ class SubclassedWindowTest : public testing::Test {
 TEST_F(SubclassedWindowTest, MessagesReachItFirstAndTheOriginalWhenItDoesNotHandleThem) {
   Subclass subclass;
   ASSERT_TRUE(subclass.SubclassWindow(window_));
-  EXPECT_EQ(send(), original_answer);
+  EXPECT_EQ(send(), original_result);
   EXPECT_EQ(subclass.messages, std::vector<UINT>{subclass_message});
   EXPECT_EQ(original_messages.back(), subclass_message);
 }
@@ -112,7 +112,7 @@ TEST_F(SubclassedWindowTest, HandlerCanAskTheOriginalFirst) {
     result = message == subclass_message ? subclass.CallOriginal(message, wParam, lParam) * 2 : 0;
     return message == subclass_message;
   };
-  EXPECT_EQ(send(), 2 * original_answer);
+  EXPECT_EQ(send(), 2 * original_result);
 }
 
 TEST_F(SubclassedWindowTest, NoMessageReachesItBeforeOrAfter) {
@@ -121,7 +121,7 @@ TEST_F(SubclassedWindowTest, NoMessageReachesItBeforeOrAfter) {
   EXPECT_TRUE(subclass.messages.empty());
   subclass.SubclassWindow(window_);
   subclass.UnsubclassWindow();
-  EXPECT_EQ(send(), original_answer);
+  EXPECT_EQ(send(), original_result);
   EXPECT_TRUE(subclass.messages.empty());
   EXPECT_EQ(subclass.m_hWnd, nullptr);
   EXPECT_EQ(procedure(), &original);
@@ -148,7 +148,7 @@ TEST_F(SubclassedWindowTest, WhatCannotBeTakenOverStaysAsItIs) {
   EXPECT_FALSE(subclass.SubclassWindow(window_)) << "it holds a window already";
   Subclass other;
   EXPECT_FALSE(other.SubclassWindow(window_)) << "the window is taken already";
-  EXPECT_EQ(send(), original_answer);
+  EXPECT_EQ(send(), original_result);
   EXPECT_EQ(subclass.messages.size(), 1u);
   EXPECT_TRUE(other.messages.empty());
 }
@@ -158,7 +158,7 @@ TEST_F(SubclassedWindowTest, ObjectDestroyedBeforeTheWindowPutsTheOriginalBack) 
   subclass->SubclassWindow(window_);
   subclass.reset();
   EXPECT_EQ(procedure(), &original);
-  EXPECT_EQ(send(), original_answer);
+  EXPECT_EQ(send(), original_result);
   expect_no_property();
 }
 
@@ -194,7 +194,7 @@ TEST_F(SubclassedWindowTest, ExceptionOfAHandlerIsReportedAndTheOriginalHandlesT
       thrower.raise();
       return true;
     };
-    EXPECT_EQ(send(), original_answer) << thrower.name;
+    EXPECT_EQ(send(), original_result) << thrower.name;
     const auto traces = recorder_.processed(L"TRACE");
     ASSERT_EQ(traces.size(), 1u) << thrower.name;
     EXPECT_EQ(test_support::field_text(traces[0], L"$Message").rfind(thrower.report, 0), 0u) << thrower.name;
@@ -206,12 +206,12 @@ TEST_F(SubclassedWindowTest, LaterSubclassKeepsWorkingAfterUnsubclassing) {
   Subclass subclass;
   subclass.SubclassWindow(window_);
   take_over_by_another();
-  EXPECT_EQ(send(), original_answer);
+  EXPECT_EQ(send(), original_result);
   EXPECT_EQ(subclass.messages.size(), 1u);
 
   subclass.UnsubclassWindow();
   EXPECT_EQ(procedure(), &foreign) << "what is not ours is not taken away";
-  EXPECT_EQ(send(), original_answer);
+  EXPECT_EQ(send(), original_result);
   EXPECT_EQ(foreign_messages, 2);
   EXPECT_EQ(subclass.messages.size(), 1u);
 }
@@ -221,7 +221,7 @@ TEST_F(SubclassedWindowTest, LaterSubclassSurvivesTheObject) {
   subclass->SubclassWindow(window_);
   take_over_by_another();
   subclass.reset();
-  EXPECT_EQ(send(), original_answer);
+  EXPECT_EQ(send(), original_result);
   DestroyWindow(window_);
   EXPECT_EQ(original_messages.back(), static_cast<UINT>(WM_NCDESTROY));
 }
@@ -232,7 +232,7 @@ TEST_F(SubclassedWindowTest, LaterSubclassThatIsRemovedAfterwardsLeavesTheOrigin
   take_over_by_another();
   subclass.UnsubclassWindow();
   SetWindowLongPtrW(window_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(foreign_original));
-  EXPECT_EQ(send(), original_answer);
+  EXPECT_EQ(send(), original_result);
   EXPECT_TRUE(subclass.messages.empty());
 }
 

@@ -94,10 +94,10 @@ TEST_F(TypeInfoTest, ComesFromTheModulesOwnResourceWhenTheRegisteredFileIsMissin
 TEST_F(TypeInfoTest, ComesFromTheModulesOwnResourceWhenItIsNotInTheRegisteredLibrary) {
   const OtherLibrary stale(__uuidof(IUndescribed));
   stale.register_it();
-  const TypeInfo lacking(LIBID_zdExpirationRules, __uuidof(IkvPlugin));
-  EXPECT_STREQ(loaded_help_text(lacking), L"IkvPlugin Interface");
+  const TypeInfo fallback(LIBID_zdExpirationRules, __uuidof(IkvPlugin));
+  EXPECT_STREQ(loaded_help_text(fallback), L"IkvPlugin Interface");
   const TypeInfo known(LIBID_zdExpirationRules, __uuidof(IUndescribed));
-  EXPECT_STREQ(loaded_help_text(known), L"from the registered library") << "the library that lacks it is registered";
+  EXPECT_STREQ(loaded_help_text(known), L"from the registered library") << "a library without the type is registered";
 }
 
 TEST_F(TypeInfoTest, ComesFromTheModulesOwnResourceWhenAnotherVersionIsRegistered) {

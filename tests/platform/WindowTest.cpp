@@ -10,18 +10,18 @@ namespace platform {
 namespace {
 
 /// Texts that a window of the class below returns, and what it says about their length.
-struct Answers {
+struct ReturnedText {
   std::wstring text;
   LRESULT length = 0;
 };
-Answers answers;
+ReturnedText returned;
 
-LRESULT CALLBACK answer(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-  if (message == WM_GETTEXTLENGTH) return answers.length;
+LRESULT CALLBACK text_procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  if (message == WM_GETTEXTLENGTH) return returned.length;
   if (message == WM_GETTEXT) {
     auto* buffer = reinterpret_cast<wchar_t*>(lParam);
-    const std::size_t copied = std::min<std::size_t>(answers.text.size(), wParam - 1);
-    buffer[answers.text.copy(buffer, copied)] = 0;
+    const std::size_t copied = std::min<std::size_t>(returned.text.size(), wParam - 1);
+    buffer[returned.text.copy(buffer, copied)] = 0;
     return static_cast<LRESULT>(copied);
   }
   return DefWindowProcW(window, message, wParam, lParam);
@@ -37,9 +37,9 @@ class WindowTest : public testing::Test {
                            GetModuleHandleW(nullptr), nullptr);
   }
 
-  HWND answering_window() {
+  HWND text_window() {
     WNDCLASSW window_class = {};
-    window_class.lpfnWndProc = answer;
+    window_class.lpfnWndProc = text_procedure;
     window_class.hInstance = GetModuleHandleW(nullptr);
     window_class.lpszClassName = L"zd.Answering";
     RegisterClassW(&window_class);
@@ -108,14 +108,14 @@ TEST_F(WindowTest, TextOfAnyLengthIsRead) {
 }
 
 TEST_F(WindowTest, TextCountsAsItIsCopiedWhateverItsLengthWasSaidToBe) {
-  HWND window = answering_window();
-  answers = {L"abc", 100};
+  HWND window = text_window();
+  returned = {L"abc", 100};
   EXPECT_EQ(window_text(window), L"abc");
-  answers = {L"abc", 2};
+  returned = {L"abc", 2};
   EXPECT_EQ(window_text(window), L"ab");
-  answers = {L"abc", 0};
+  returned = {L"abc", 0};
   EXPECT_EQ(window_text(window), L"");
-  answers = {L"abc", -1};
+  returned = {L"abc", -1};
   EXPECT_EQ(window_text(window), L"");
   DestroyWindow(window);
 }

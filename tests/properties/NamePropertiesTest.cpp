@@ -90,8 +90,8 @@ class HostileNames : public HostileDialogs {
   static std::wstring delete_text(const std::wstring& rule_name, const Texts& users) {
     if (users.empty()) {
       const std::wstring question = resourse_2_string_impl(IDS_CONFIRM_DELETE);
-      const std::size_t place = question.find(L"%s");
-      return question.substr(0, place) + up_to_null(rule_name) + question.substr(place + 2);
+      const std::size_t position = question.find(L"%s");
+      return question.substr(0, position) + up_to_null(rule_name) + question.substr(position + 2);
     }
     std::wstring text = resourse_2_string_impl(IDS_RULE_IN_USE) + L'\n' + up_to_null(users[0]);
     for (std::size_t index = 1; index < std::min<std::size_t>(users.size(), 3); ++index) {

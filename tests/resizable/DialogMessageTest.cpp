@@ -302,13 +302,13 @@ class MessageAfterTheLast {
   MessageAfterTheLast& operator=(const MessageAfterTheLast&) = delete;
 
   /// What the dialog's procedure returned; nothing when the window was destroyed before.
-  std::optional<INT_PTR> answer;
+  std::optional<INT_PTR> returned;
 
  private:
   static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     const LRESULT result = CallWindowProcW(current->original_, window, message, wParam, lParam);
     if (message == WM_NCDESTROY && IsWindow(window)) {
-      current->answer = current->dialog_procedure_(window, WM_APP, 0, 0);
+      current->returned = current->dialog_procedure_(window, WM_APP, 0, 0);
     }
     return result;
   }
@@ -326,7 +326,7 @@ TEST(DialogProcedure, PassesOverWhatComesAfterTheLastMessageOfALivingWindow) {
   ASSERT_NE(window, nullptr);
   const MessageAfterTheLast late(window);
   DestroyWindow(window);
-  EXPECT_EQ(late.answer, FALSE);
+  EXPECT_EQ(late.returned, FALSE);
   EXPECT_TRUE(dialog.has_seen(WM_NCDESTROY));
   EXPECT_FALSE(dialog.has_seen(WM_APP));
 }

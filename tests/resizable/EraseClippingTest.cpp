@@ -39,7 +39,7 @@ testing::AssertionResult same_area(const Region& left, const Region& right) {
 }
 
 constexpr RECT client{0, 0, 300, 200};
-constexpr RECT place{10, 20, 60, 40};
+constexpr RECT child_rect{10, 20, 60, 40};
 
 class EraseRegion : public testing::Test {
  protected:
@@ -49,7 +49,7 @@ class EraseRegion : public testing::Test {
     InitCommonControls();
   }
 
-  HWND anchored(const wchar_t* window_class, DWORD style = 0, const RECT& rect = place) {
+  HWND anchored(const wchar_t* window_class, DWORD style = 0, const RECT& rect = child_rect) {
     const HWND child = make_child(parent.get(), window_class, rect, style);
     layout.AddAnchor(child, TOP_LEFT);
     return child;
@@ -66,7 +66,7 @@ class EraseRegion : public testing::Test {
 };
 
 TEST_F(EraseRegion, IsTheClientAreaWithoutChildren) {
-  make_child(parent.get(), L"Edit", place);
+  make_child(parent.get(), L"Edit", child_rect);
   EXPECT_TRUE(same_area(erased(), rect_region(client))) << "a child that is not anchored is erased";
 }
 
@@ -94,12 +94,12 @@ TEST_F(EraseRegion, LeavesOutOtherButtons) {
   for (const DWORD kind : {BS_PUSHBUTTON, BS_AUTOCHECKBOX, BS_AUTORADIOBUTTON, BS_OWNERDRAW}) {
     layout.ClearAnchors();
     const OwnedWindow child(anchored(L"Button", kind));
-    EXPECT_TRUE(same_area(erased(), without(rect_region(client), place))) << kind;
+    EXPECT_TRUE(same_area(erased(), without(rect_region(client), child_rect))) << kind;
   }
 }
 
 TEST_F(EraseRegion, KeepsAnOwnerDrawnButtonThatLetsHitsThrough) {
-  const HWND child = make_child(parent.get(), L"Button", place, BS_OWNERDRAW);
+  const HWND child = make_child(parent.get(), L"Button", child_rect, BS_OWNERDRAW);
   LPARAM asked = 0;
   Listener transparent(child, [&](UINT message, WPARAM, LPARAM position, LRESULT& result) {
     if (message != WM_NCHITTEST) return false;
@@ -109,7 +109,7 @@ TEST_F(EraseRegion, KeepsAnOwnerDrawnButtonThatLetsHitsThrough) {
   });
   layout.AddAnchor(child, TOP_LEFT);
   EXPECT_TRUE(same_area(erased(), rect_region(client)));
-  EXPECT_EQ(LOWORD(asked), 110) << "asked at the button's place on the screen";
+  EXPECT_EQ(LOWORD(asked), 110) << "asked at the button's position on the screen";
   EXPECT_EQ(HIWORD(asked), 120);
 }
 
@@ -125,7 +125,7 @@ TEST_F(EraseRegion, KeepsATransparentToolbarAndLeavesOutAnOpaqueOne) {
 
 TEST_F(EraseRegion, TheClassNameIsComparedWithItsCase) {
   LayoutInfo info{};
-  info.hWnd = make_child(parent.get(), L"Button", place, BS_GROUPBOX);
+  info.hWnd = make_child(parent.get(), L"Button", child_rect, BS_GROUPBOX);
   lstrcpyW(info.class_name, L"Button");
   EXPECT_FALSE(layout.CanBeClipped(info));
   lstrcpyW(info.class_name, L"BUTTON");
@@ -145,7 +145,7 @@ TEST_F(EraseRegion, AGroupBoxComesBackOverWhatCameBefore) {
   layout.ClearAnchors();
   anchored(L"Button", BS_GROUPBOX, {0, 0, 100, 100});
   anchored(L"Edit");
-  EXPECT_TRUE(same_area(erased(), without(rect_region(client), place)));
+  EXPECT_TRUE(same_area(erased(), without(rect_region(client), child_rect)));
 }
 
 TEST_F(EraseRegion, FollowsTheRegionOfAChild) {
@@ -159,7 +159,7 @@ template <class Probe, class Failure>
 bool leaves_out_the_rectangle(Failure failure, const std::function<Region()>& erased) {
   Probe probe;
   probe.fail(0, failure);
-  return same_area(erased(), without(rect_region(client), place));
+  return same_area(erased(), without(rect_region(client), child_rect));
 }
 
 TEST_F(EraseRegion, LeavesOutTheRectangleOfAChildWhoseRegionCannotBeRead) {
@@ -184,7 +184,7 @@ class AnsweringChild : public EraseRegion {
     layout.AddAnchor(child, TOP_LEFT);
   }
 
-  HWND child = make_child(parent.get(), L"Edit", place);
+  HWND child = make_child(parent.get(), L"Edit", child_rect);
   std::optional<Listener> listener;
   int asked_clipping = 0;
 };
@@ -197,7 +197,7 @@ TEST_F(AnsweringChild, IsErasedByItsCachedAnswerWithoutBeingAsked) {
 
 TEST_F(AnsweringChild, IsLeftOutByItsAnswerWhenItWantsToBeAsked) {
   anchor({TRUE, TRUE, FALSE, FALSE}, TRUE);
-  EXPECT_TRUE(same_area(erased(), without(rect_region(client), place)));
+  EXPECT_TRUE(same_area(erased(), without(rect_region(client), child_rect)));
   EXPECT_EQ(asked_clipping, 1);
 }
 
@@ -210,8 +210,8 @@ TEST_F(AnsweringChild, IsErasedByItsAnswerWhenItWantsToBeAsked) {
 TEST_F(EraseRegion, AsksTheDialogForChildrenWithCallbacks) {
   BOOL answer = TRUE;
   layout.callback = [&](LayoutInfo&) { return answer; };
-  layout.AddAnchorCallback(make_child(parent.get(), L"Edit", place), 7);
-  EXPECT_TRUE(same_area(erased(), without(rect_region(client), place)));
+  layout.AddAnchorCallback(make_child(parent.get(), L"Edit", child_rect), 7);
+  EXPECT_TRUE(same_area(erased(), without(rect_region(client), child_rect)));
   answer = FALSE;
   EXPECT_TRUE(same_area(erased(), rect_region(client)));
 }
@@ -230,7 +230,7 @@ TEST_F(EraseClipping, SelectsTheEraseRegionIntoTheDialogsDc) {
   anchored(L"Edit");
   const platform::ClientDc dc(parent.get());
   EXPECT_EQ(layout.ApplyEraseClipping(dc.get(), FALSE), TRUE);
-  EXPECT_TRUE(same_area(clip(dc.get()), without(rect_region(client), place)));
+  EXPECT_TRUE(same_area(clip(dc.get()), without(rect_region(client), child_rect)));
   EXPECT_EQ(clip_state, 1);
   EXPECT_EQ(layout.SavedClipState(), 0) << "there was no clip region before";
 }
@@ -240,7 +240,7 @@ TEST_F(EraseClipping, NarrowsTheClipRegionThatIsThere) {
   const platform::ClientDc dc(parent.get());
   SelectClipRgn(dc.get(), rect_region({0, 0, 50, 50}).get());
   layout.ApplyEraseClipping(dc.get(), FALSE);
-  EXPECT_TRUE(same_area(clip(dc.get()), without(rect_region({0, 0, 50, 50}), place)));
+  EXPECT_TRUE(same_area(clip(dc.get()), without(rect_region({0, 0, 50, 50}), child_rect)));
   EXPECT_EQ(layout.SavedClipState(), 1);
 }
 
@@ -250,7 +250,7 @@ TEST_F(EraseClipping, UndoingRestoresNothing) {
   layout.ApplyEraseClipping(dc.get(), FALSE);
   EXPECT_EQ(layout.ApplyEraseClipping(dc.get(), TRUE), FALSE);
   EXPECT_EQ(layout.SavedClipState(), -1);
-  EXPECT_TRUE(same_area(clip(dc.get()), without(rect_region(client), place)));
+  EXPECT_TRUE(same_area(clip(dc.get()), without(rect_region(client), child_rect)));
 }
 
 TEST_F(EraseClipping, LeavesTheDcOfAnotherWindowAlone) {

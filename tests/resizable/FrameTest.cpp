@@ -88,16 +88,16 @@ TEST_F(SizingBorder, LeavesAChildDialogAlone) {
 
 TEST(ModifyStyle, WritesOnlyWhatChanges) {
   const OwnedWindow window(make_popup());
-  int told = 0;
+  int notified = 0;
   Listener listener(window.get(), [&](UINT message, WPARAM, LPARAM, LRESULT&) {
-    if (message == WM_STYLECHANGED) ++told;
+    if (message == WM_STYLECHANGED) ++notified;
     return false;
   });
   resizable::modify_style(window.get(), GWL_EXSTYLE, 0, WS_EX_DLGMODALFRAME);
   EXPECT_TRUE(GetWindowLongW(window.get(), GWL_EXSTYLE) & WS_EX_DLGMODALFRAME);
-  EXPECT_EQ(told, 1);
+  EXPECT_EQ(notified, 1);
   resizable::modify_style(window.get(), GWL_EXSTYLE, 0, WS_EX_DLGMODALFRAME);
-  EXPECT_EQ(told, 1);
+  EXPECT_EQ(notified, 1);
   resizable::modify_style(window.get(), GWL_EXSTYLE, WS_EX_DLGMODALFRAME, 0);
   EXPECT_FALSE(GetWindowLongW(window.get(), GWL_EXSTYLE) & WS_EX_DLGMODALFRAME);
 }

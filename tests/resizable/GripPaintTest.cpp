@@ -192,7 +192,7 @@ TEST_F(MaskedGrip, DrawsNothingWhenItsBitmapsCannotBeSelected) {
 /// Counts every GDI object that the grip creates.
 class GripObjects : public SizeGrip {
  protected:
-  int made() const { return dcs.calls() + masks.calls() + bitmaps.calls() + regions.calls(); }
+  int created() const { return dcs.calls() + masks.calls() + bitmaps.calls() + regions.calls(); }
   int deleted() const { return deleted_objects.calls() + deleted_dcs.calls(); }
 
   CreateDcProbe dcs;
@@ -207,7 +207,7 @@ TEST_F(GripObjects, GoWithTheWindow) {
   create();
   ASSERT_EQ(regions.calls(), 1);
   grip.EnableMaskedPaint(TRUE);
-  EXPECT_EQ(made() - regions.calls(), 4);
+  EXPECT_EQ(created() - regions.calls(), 4);
   DestroyWindow(grip.m_hWnd);
   EXPECT_EQ(deleted(), 4) << "the system has the region";
   EXPECT_EQ(grip.m_hWnd, nullptr);
@@ -218,7 +218,7 @@ TEST_F(GripObjects, GoWhenMaskedPaintingEndsAndWhenItIsEnabledAgain) {
   for (int i = 0; i < 3; ++i) grip.EnableMaskedPaint(TRUE);
   grip.EnableMaskedPaint(FALSE);
   grip.EnableMaskedPaint(FALSE);
-  EXPECT_EQ(deleted(), made() - regions.calls());
+  EXPECT_EQ(deleted(), created() - regions.calls());
 }
 
 TEST_F(GripObjects, ARegionThatTheWindowDoesNotTakeIsDeleted) {

@@ -154,12 +154,12 @@ TEST_F(AnchorLayout, ClearedAnchorsMoveNothingAnyMore) {
 class DestroyedChild : public AnchorLayout {
  protected:
   DestroyedChild() {
-    for (const HWND window : {first, gone, last}) layout.AddAnchor(window, TOP_RIGHT);
-    DestroyWindow(gone);
+    for (const HWND window : {first, destroyed, last}) layout.AddAnchor(window, TOP_RIGHT);
+    DestroyWindow(destroyed);
   }
 
   HWND first = child({10, 20, 30, 40});
-  HWND gone = child({40, 20, 60, 40});
+  HWND destroyed = child({40, 20, 60, 40});
   HWND last = child({70, 20, 90, 40});
 };
 

@@ -18,7 +18,7 @@ constexpr RECT start{10, 20, 60, 40};
 constexpr RECT moved{110, 20, 160, 40};  // start, on the right of a parent 100 wider
 
 /// Does something when the child is asked a question, and answers it.
-Listener::Answer when_asked(WPARAM question, const std::function<void()>& act) {
+Listener::Handler when_asked(WPARAM question, const std::function<void()>& act) {
   return [question, act](UINT message, WPARAM asked, LPARAM, LRESULT& result) {
     if (message != WMU_RESIZESUPPORT) return false;
     if (asked == question) act();

@@ -34,16 +34,16 @@ void pump();
 class Listener : public platform::CSubclassedWindow {
  public:
   /// Returns whether the message is handled, with its result.
-  using Answer = std::function<bool(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result)>;
+  using Handler = std::function<bool(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result)>;
 
-  Listener(HWND window, Answer answer) : answer_(std::move(answer)) { SubclassWindow(window); }
+  Listener(HWND window, Handler handler) : handler_(std::move(handler)) { SubclassWindow(window); }
 
   BOOL ProcessWindowMessage(HWND, UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result, DWORD) override {
-    return answer_(message, wParam, lParam, result);
+    return handler_(message, wParam, lParam, result);
   }
 
  private:
-  Answer answer_;
+  Handler handler_;
 };
 
 }  // namespace resizable_test

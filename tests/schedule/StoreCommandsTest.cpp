@@ -273,14 +273,14 @@ TEST_F(StoreCommands, CalendarWithAMistakeIsNotUsed) {
 }
 
 TEST_F(StoreCommands, CancelledCommandWritesNothing) {
-  int told = 0;
-  input_.progress = [&](std::size_t, std::size_t) { return ++told < 2; };
+  int notified = 0;
+  input_.progress = [&](std::size_t, std::size_t) { return ++notified < 2; };
   files_["dates.csv"] = "contract,date\r\n2026-01,2026-01-16\r\n2026-02,2026-02-16\r\n";
   files_["list.csv"] = "rule,contract,date\r\ncopper,2026-01,2026-01-16\r\ncopper,2026-02,2026-02-16\r\n";
   for (const std::vector<std::string>& command : {std::vector<std::string>{"--schedule-all"},
                                                   {"--check", "list.csv"},
                                                   {"--find-rule", "dates.csv", "--calendar", "test"}}) {
-    told = 0;
+    notified = 0;
     const CommandOutput output = run(command);
     EXPECT_EQ(output.exit_code, not_started) << command[0];
     EXPECT_EQ(output.data, "");

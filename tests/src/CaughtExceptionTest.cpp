@@ -69,7 +69,7 @@ TEST_P(CaughtException, InShowIsTracedAndReturnedByItsKind) {
     GetParam().raise();
     return S_OK;
   });
-  EXPECT_EQ(GetParam().answer, base::query<IzdExpirationRulesPlugin>(plugin)->Show(7));
+  EXPECT_EQ(GetParam().hresult, base::query<IzdExpirationRulesPlugin>(plugin)->Show(7));
   EXPECT_THAT(take_reports(), ElementsAre(test_support::traced(GetParam(), source, 121, "Show")));
 }
 

@@ -237,7 +237,7 @@ TEST_F(EditorFill, ReadsAsZeroOrEmptyWhenNoRuleHasTheNumber) {
 
 TEST_F(EditorFill, InitDialogReturnsZero) {
   LRESULT result = -1;
-  const test_support::AnsweredMessages watch([&](const CWPRETSTRUCT& message) {
+  const test_support::HandledMessages watch([&](const CWPRETSTRUCT& message) {
     if (message.message == WM_INITDIALOG) result = message.lResult;
   });
   edit([](Editor&) {});

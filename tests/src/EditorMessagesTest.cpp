@@ -63,18 +63,18 @@ TEST_F(EditorMessages, BeforeTheDialogIsBoundGoTheDefaultWay) {
 TEST_F(EditorMessages, AfterTheLastOneGoTheDefaultWay) {
   CEditExpirationRuleDialog dialog(&block, stored_id);
   DLGPROC procedure = nullptr;
-  HWND gone = nullptr;
+  HWND destroyed = nullptr;
   test_support::with_dialog([&] { dialog.DoModal(nullptr); },
                             [&](HWND window) {
                               const Editor editor(window, dialog);
                               procedure = procedure_of(editor);
-                              gone = window;
+                              destroyed = window;
                               editor.cancel();
                             });
-  EXPECT_FALSE(IsWindow(gone));
+  EXPECT_FALSE(IsWindow(destroyed));
   EXPECT_EQ(nullptr, dialog.m_hWnd);
   for (const UINT message : {WM_COMMAND, WM_VSCROLL, WM_NCDESTROY}) {
-    EXPECT_EQ(FALSE, procedure(gone, message, IDOK, 0));
+    EXPECT_EQ(FALSE, procedure(destroyed, message, IDOK, 0));
   }
   EXPECT_THAT(reports(), IsEmpty());
 }

@@ -205,7 +205,7 @@ TEST_F(EditorName, IsTakenAsUniqueWhenTheStorageFails) {
 }
 
 TEST_F(EditorName, SearchReportsEachOfItsStepsUnderALineOfItsOwn) {
-  std::set<std::string> places;
+  std::set<std::string> locations;
   for (const char* step : steps) {
     edit([&](Editor& editor) {
       editor.enter(IDC_NAME, L"new");
@@ -216,9 +216,9 @@ TEST_F(EditorName, SearchReportsEachOfItsStepsUnderALineOfItsOwn) {
     const auto reported = test_support::take_reports();
     ASSERT_EQ(2u, reported.size()) << step;
     EXPECT_THAT(reported.front(), StartsWith("ASSERT 80010108 | EditExpirationRuleDialog.cpp:")) << step;
-    places.insert(reported.front());
+    locations.insert(reported.front());
   }
-  EXPECT_EQ(std::size(steps), places.size());
+  EXPECT_EQ(std::size(steps), locations.size());
 }
 
 TEST_F(EditorName, IsTakenAsUniqueWhenNoTableCanBeCreated) {

@@ -142,18 +142,18 @@ TEST_F(SpinControl, EditMayBeDestroyedBeforeTheHelper) {
 }
 
 TEST_F(SpinControl, TakesThePositionFromTheLowWordWhateverTheHighWordSays) {
-  LRESULT answer = 0;
-  const Procedure answers = [&](HWND self, UINT message, WPARAM wParam, LPARAM lParam) {
-    return message == UDM_GETPOS ? answer : DefWindowProcW(self, message, wParam, lParam);
+  LRESULT position = 0;
+  const Procedure procedure = [&](HWND self, UINT message, WPARAM wParam, LPARAM lParam) {
+    return message == UDM_GETPOS ? position : DefWindowProcW(self, message, wParam, lParam);
   };
-  const test_support::OwnedWindow owner(make_window(answers));
+  const test_support::OwnedWindow owner(make_window(procedure));
   const CSpin fake(owner.get());
   const struct {
-    LRESULT answer;
+    LRESULT position;
     long position;
   } rows[] = {{MAKELONG(7, 0), 7}, {MAKELONG(7, 1), 7}, {MAKELONG(0, 0xFFFF), 0}, {MAKELONG(0xFFFF, 0), -1}};
   for (const auto& row : rows) {
-    answer = row.answer;
+    position = row.position;
     EXPECT_EQ(row.position, fake.GetPos());
   }
 }

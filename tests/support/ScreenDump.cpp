@@ -9,14 +9,14 @@
 namespace test_support {
 namespace {
 
-constexpr UINT answer_time_ms = 200;
+constexpr UINT response_time_ms = 200;
 
 /// The text as the window returns it; when its thread does not respond, as the system remembers it.
 std::string text_of(HWND window) {
   wchar_t text[512] = L"";
   DWORD_PTR length = 0;
   if (!SendMessageTimeoutW(window, WM_GETTEXT, ARRAYSIZE(text), reinterpret_cast<LPARAM>(text),
-                           SMTO_ABORTIFHUNG | SMTO_BLOCK, answer_time_ms, &length)) {
+                           SMTO_ABORTIFHUNG | SMTO_BLOCK, response_time_ms, &length)) {
     InternalGetWindowText(window, text, ARRAYSIZE(text));
   }
   return base::to_utf8(text);
@@ -29,10 +29,10 @@ std::string class_text(HWND window) {
 }
 
 void dump_window(HWND window, const char* indent, std::FILE* out) {
-  RECT place{};
-  GetWindowRect(window, &place);
+  RECT rect{};
+  GetWindowRect(window, &rect);
   std::fprintf(out, "%s%s \"%s\" id %d (%ld,%ld)-(%ld,%ld)%s%s\n", indent, class_text(window).c_str(),
-               text_of(window).c_str(), GetDlgCtrlID(window), place.left, place.top, place.right, place.bottom,
+               text_of(window).c_str(), GetDlgCtrlID(window), rect.left, rect.top, rect.right, rect.bottom,
                IsWindowVisible(window) ? "" : " hidden", IsWindowEnabled(window) ? "" : " disabled");
 }
 

@@ -28,10 +28,10 @@ std::wstring format_time(std::wstring time) {
 
 /// What distinguishes a rule from the one that it replaced or that replaced it; the whole rule if it stands alone or if
 /// only fields differ that it does not use.
-std::wstring differences_in_words(const std::optional<Rule>& rule, const std::optional<Rule>& other) {
+std::wstring format_differences(const std::optional<Rule>& rule, const std::optional<Rule>& other) {
   if (!rule) return {};
   const auto parts_of = [](const Rule& described) {
-    return std::array{described.name, format_offset(described), day_in_words(described), move_in_words(described)};
+    return std::array{described.name, format_offset(described), format_rule_day(described), format_move(described)};
   };
   const auto parts = parts_of(*rule);
   const auto others = other ? parts_of(*other) : decltype(parts){};
@@ -65,9 +65,9 @@ std::wstring ChangesList::cell(size_t row, size_t column) const {
     case IDS_COLUMN_CHANGE_KIND:
       return text(kind_of(change));
     case IDS_COLUMN_CHANGE_OLD:
-      return differences_in_words(change.old_rule, change.new_rule);
+      return format_differences(change.old_rule, change.new_rule);
     case IDS_COLUMN_CHANGE_NEW:
-      return differences_in_words(change.new_rule, change.old_rule);
+      return format_differences(change.new_rule, change.old_rule);
     default:
       return {};
   }

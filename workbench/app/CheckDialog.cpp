@@ -21,12 +21,12 @@ constexpr ListColumn check_columns[] = {
     {IDS_COLUMN_EXPLANATION, 260},
 };
 
-std::wstring difference_in_words(const schedule::DateCheck& check) {
+std::wstring format_difference(const schedule::DateCheck& check) {
   if (!check.days) return text(IDS_UNKNOWN_DAY);
   return (*check.days > 0 ? L"+" : L"") + std::to_wstring(*check.days);
 }
 
-std::wstring explanation_in_words(const Explanation& explanation) {
+std::wstring format_explanation(const Explanation& explanation) {
   const std::wstring day = format_day(explanation.day);
   if (!explanation.closed) return text(IDS_IF_CLOSED, {day});
   return text(IDS_IF_OPEN, {day, from_schedule_text(explanation.reason)});
@@ -56,11 +56,11 @@ std::wstring CheckResults::cell(size_t row, size_t column) const {
     case IDS_COLUMN_FOUND:
       return format_day(checked.check.found);
     case IDS_COLUMN_DIFFERENCE:
-      return difference_in_words(checked.check);
+      return format_difference(checked.check);
     case IDS_COLUMN_EXPLANATION: {
       std::wstring words;
       for (const Explanation& explanation : checked.explained_by)
-        words += (words.empty() ? L"" : text(IDS_SEPARATOR)) + explanation_in_words(explanation);
+        words += (words.empty() ? L"" : text(IDS_SEPARATOR)) + format_explanation(explanation);
       return words;
     }
     default:
@@ -123,7 +123,7 @@ void CheckDialog::show(const CheckedList& list) {
                                           std::to_wstring(list.dates.size() - matches)})
                      .c_str());
   std::vector<std::wstring> messages;
-  for (const schedule::Mistake& mistake : list.mistakes) messages.push_back(mistake_in_words(mistake));
+  for (const schedule::Mistake& mistake : list.mistakes) messages.push_back(format_mistake(mistake));
   show_messages(messages);
   results_->show(list);
 }

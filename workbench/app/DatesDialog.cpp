@@ -42,7 +42,7 @@ void DatesDialog::show_messages(const std::vector<std::wstring>& lines) {
   SetWindowTextW(control(IDC_DATES_MESSAGES), shown.c_str());
 }
 
-std::wstring mistake_in_words(const schedule::Mistake& mistake, std::size_t added_lines) {
+std::wstring format_mistake(const schedule::Mistake& mistake, std::size_t added_lines) {
   std::wstring words = from_schedule_text(describe(mistake, chosen_language()));
   if (mistake.line <= added_lines) return words;
   return text(IDS_LINE_MESSAGE, {std::to_wstring(mistake.line - added_lines), words});

@@ -50,6 +50,6 @@ class DatesDialog : public ModalDialog {
 };
 
 /// What there is to say about a line of a file, with its number less those that were added before the first one.
-std::wstring mistake_in_words(const schedule::Mistake& mistake, std::size_t added_lines = 0);
+std::wstring format_mistake(const schedule::Mistake& mistake, std::size_t added_lines = 0);
 
 }  // namespace workbench

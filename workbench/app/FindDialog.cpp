@@ -27,7 +27,7 @@ constexpr std::size_t longest_list = 500'000;
 Rule rule_of(const schedule::FoundRule& found) { return from_named(schedule::NamedRule{{}, found.rule}); }
 
 /// The dates as lines, with the message about them before.
-std::wstring dates_in_words(UINT message, const std::vector<schedule::KnownDate>& dates) {
+std::wstring format_dates(UINT message, const std::vector<schedule::KnownDate>& dates) {
   std::wstring words;
   for (const schedule::KnownDate& known : dates) {
     words += (words.empty() ? L"" : text(IDS_SEPARATOR)) + from_schedule_text(schedule::to_text(known.contract)) +
@@ -67,9 +67,9 @@ std::wstring FoundRuleList::cell(size_t row, size_t column) const {
     case IDS_COLUMN_MATCHED:
       return std::to_wstring(found.matched) + L'/' + std::to_wstring(found_.counted);
     case IDS_COLUMN_DAY:
-      return day_in_words(rule_of(found));
+      return format_rule_day(rule_of(found));
     case IDS_COLUMN_CLOSED:
-      return move_in_words(rule_of(found));
+      return format_move(rule_of(found));
     case IDS_COLUMN_OFFSET:
       return format_offset(rule_of(found));
     case IDS_COLUMN_MISSED: {
@@ -140,10 +140,10 @@ void FindDialog::find() {
   std::vector<std::wstring> messages;
   if (!pasted.file.empty()) {
     for (const schedule::Mistake& mistake : list.mistakes)
-      messages.push_back(mistake_in_words(mistake, pasted.added_lines));
+      messages.push_back(format_mistake(mistake, pasted.added_lines));
   }
-  if (!found.closed.empty()) messages.push_back(dates_in_words(IDS_CLOSED_DATES, found.closed));
-  if (!found.beyond_calendar.empty()) messages.push_back(dates_in_words(IDS_BEYOND_DATES, found.beyond_calendar));
+  if (!found.closed.empty()) messages.push_back(format_dates(IDS_CLOSED_DATES, found.closed));
+  if (!found.beyond_calendar.empty()) messages.push_back(format_dates(IDS_BEYOND_DATES, found.beyond_calendar));
   show_messages(messages);
   show(found);
 }

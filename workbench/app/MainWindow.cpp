@@ -38,10 +38,10 @@ base::Font message_font(int dpi) {
 POINT point_of(LPARAM lparam) { return {GET_X_LPARAM(lparam), GET_Y_LPARAM(lparam)}; }
 
 /// The children draw themselves anew instead of moving their old picture, which would take with it what lay over them.
-HDWP defer(HDWP batch, HWND window, const RECT& place) {
+HDWP defer(HDWP batch, HWND window, const RECT& bounds) {
   if (!batch) return nullptr;
-  return DeferWindowPos(batch, window, nullptr, place.left, place.top, place.right - place.left,
-                        place.bottom - place.top, SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOCOPYBITS);
+  return DeferWindowPos(batch, window, nullptr, bounds.left, bounds.top, bounds.right - bounds.left,
+                        bounds.bottom - bounds.top, SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOCOPYBITS);
 }
 
 }  // namespace
@@ -54,7 +54,7 @@ MainWindow::MainWindow(MainWindowEvents events) : events_(std::move(events)) {
           .menu = menu.detach(),
           .icon = load_icon(),
           .cursor = LoadCursorW(nullptr, IDC_ARROW)});
-  move_to_first_place();
+  move_to_initial_position();
 }
 
 void MainWindow::show(std::vector<StoredRule> rules, std::vector<StoredSetting> settings,
@@ -263,21 +263,21 @@ bool MainWindow::set_splitter_cursor() {
   POINT cursor{};
   GetCursorPos(&cursor);
   ScreenToClient(handle(), &cursor);
-  const FrameLayout places = layout();
-  const bool rows = PtInRect(&places.splitter, cursor);
-  if (!rows && !PtInRect(&places.column_splitter, cursor)) return false;
+  const FrameLayout frame = layout();
+  const bool rows = PtInRect(&frame.splitter, cursor);
+  if (!rows && !PtInRect(&frame.column_splitter, cursor)) return false;
   SetCursor(LoadCursorW(nullptr, rows ? IDC_SIZENS : IDC_SIZEWE));
   return true;
 }
 
 LRESULT MainWindow::on_button_down(POINT cursor) {
-  const FrameLayout places = layout();
-  if (PtInRect(&places.splitter, cursor)) {
+  const FrameLayout frame = layout();
+  if (PtInRect(&frame.splitter, cursor)) {
     SetCapture(handle());
-    drag_ = {.columns = false, .offset = cursor.y - places.splitter.top};
-  } else if (PtInRect(&places.column_splitter, cursor)) {
+    drag_ = {.columns = false, .offset = cursor.y - frame.splitter.top};
+  } else if (PtInRect(&frame.column_splitter, cursor)) {
     SetCapture(handle());
-    drag_ = {.columns = true, .offset = cursor.x - places.column_splitter.left};
+    drag_ = {.columns = true, .offset = cursor.x - frame.column_splitter.left};
   }
   return 0;
 }
@@ -309,25 +309,25 @@ void MainWindow::use_resolution(int dpi) {
   lay_out();
 }
 
-void MainWindow::move_to_first_place() {
+void MainWindow::move_to_initial_position() {
   MONITORINFO monitor{};
   monitor.cbSize = sizeof(monitor);
   GetMonitorInfoW(MonitorFromWindow(handle(), MONITOR_DEFAULTTONEAREST), &monitor);
-  const RECT place = centered(monitor.rcWork, {MulDiv(first_size.cx, dpi_, USER_DEFAULT_SCREEN_DPI),
+  const RECT bounds = centered(monitor.rcWork, {MulDiv(first_size.cx, dpi_, USER_DEFAULT_SCREEN_DPI),
                                                MulDiv(first_size.cy, dpi_, USER_DEFAULT_SCREEN_DPI)});
-  SetWindowPos(handle(), nullptr, place.left, place.top, place.right - place.left, place.bottom - place.top,
+  SetWindowPos(handle(), nullptr, bounds.left, bounds.top, bounds.right - bounds.left, bounds.bottom - bounds.top,
                SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 void MainWindow::lay_out() {
   status_->follow_parent(client_size().cx, dpi_);
-  const FrameLayout places = layout();
+  const FrameLayout frame = layout();
   HDWP batch = BeginDeferWindowPos(5);
-  batch = defer(batch, rules_->heading(), places.rules_heading);
-  batch = defer(batch, rules_->list(), places.rules);
-  batch = defer(batch, settings_->heading(), places.settings_heading);
-  batch = defer(batch, settings_->list(), places.settings);
-  batch = defer(batch, schedule_->handle(), places.schedule);
+  batch = defer(batch, rules_->heading(), frame.rules_heading);
+  batch = defer(batch, rules_->list(), frame.rules);
+  batch = defer(batch, settings_->heading(), frame.settings_heading);
+  batch = defer(batch, settings_->list(), frame.settings);
+  batch = defer(batch, schedule_->handle(), frame.schedule);
   if (batch) EndDeferWindowPos(batch);
 }
 

@@ -85,7 +85,7 @@ class MainWindow final : public Window {
   bool set_splitter_cursor();
 
   void use_resolution(int dpi);
-  void move_to_first_place();
+  void move_to_initial_position();
   void lay_out();
   void open_rule(int row);
   void run_posted();

@@ -70,7 +70,7 @@ void run_window(const CommandLine& line, StoreLocation& location) {
   const INITCOMMONCONTROLSEX controls{sizeof(controls), ICC_LISTVIEW_CLASSES | ICC_BAR_CLASSES | ICC_PROGRESS_CLASS};
   InitCommonControlsEx(&controls);
   OpenedStore store = open_in_window(location);
-  make_settings_key();
+  create_settings_key();
   Application application(std::move(store));
   application.load_plugin(line.module);
   application.run(line.shown_rule);

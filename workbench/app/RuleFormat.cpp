@@ -18,7 +18,7 @@ std::wstring month_text(long value) { return value_text(IDS_PREVIOUS_MONTH, 3, v
 
 std::wstring ordinal_text(long value) { return value > 0 ? std::to_wstring(value) : text(IDS_NOT_CHOSEN); }
 
-std::wstring weekday_in_words(const Rule& rule) {
+std::wstring format_weekday(const Rule& rule) {
   const std::wstring month = month_text(rule.weekday_month);
   const std::wstring weekday = value_text(IDS_SUNDAY, 7, rule.weekday);
   if (rule.week_ordinal == last_occurrence) return text(IDS_LAST_WEEKDAY_OF_MONTH, {month, weekday});
@@ -33,11 +33,11 @@ std::wstring format_offset(const Rule& rule) {
   return text(unit, {std::to_wstring(rule.roll_offset)});
 }
 
-std::wstring day_in_words(const Rule& rule) {
-  if (rule.day_mode != 0) return weekday_in_words(rule);
+std::wstring format_rule_day(const Rule& rule) {
+  if (rule.day_mode != 0) return format_weekday(rule);
   return text(IDS_DAY_OF_MONTH, {month_text(rule.day_month), ordinal_text(rule.day_of_month)});
 }
 
-std::wstring move_in_words(const Rule& rule) { return value_text(IDS_NOT_MOVED, 2, rule.move_to_next_trading_day); }
+std::wstring format_move(const Rule& rule) { return value_text(IDS_NOT_MOVED, 2, rule.move_to_next_trading_day); }
 
 }  // namespace workbench

@@ -12,9 +12,9 @@ namespace workbench {
 std::wstring format_offset(const Rule& rule);
 
 /// The day that the rule specifies.
-std::wstring day_in_words(const Rule& rule);
+std::wstring format_rule_day(const Rule& rule);
 
 /// Whether an expiration day on which the exchange is closed moves to the next trading day.
-std::wstring move_in_words(const Rule& rule);
+std::wstring format_move(const Rule& rule);
 
 }  // namespace workbench

@@ -43,9 +43,9 @@ std::wstring RulesPane::cell(size_t row, size_t column) const {
     case offset:
       return format_offset(stored.rule);
     case day:
-      return day_in_words(stored.rule);
+      return format_rule_day(stored.rule);
     case closed:
-      return move_in_words(stored.rule);
+      return format_move(stored.rule);
     default:
       return {};
   }

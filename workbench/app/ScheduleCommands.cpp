@@ -25,10 +25,10 @@ namespace workbench {
 namespace {
 
 /// As many of the mistakes, each with its line, as a box can show.
-std::wstring mistakes_in_words(const std::vector<schedule::Mistake>& mistakes) {
+std::wstring format_mistakes(const std::vector<schedule::Mistake>& mistakes) {
   constexpr size_t most_lines = 10;
   std::wstring words;
-  for (size_t i = 0; i < std::min(most_lines, mistakes.size()); ++i) words += mistake_in_words(mistakes[i]) + L"\n";
+  for (size_t i = 0; i < std::min(most_lines, mistakes.size()); ++i) words += format_mistake(mistakes[i]) + L"\n";
   return mistakes.size() > most_lines ? words + L"..." : words;
 }
 
@@ -209,7 +209,7 @@ void ScheduleCommands::import_calendar() {
   if (reading->calendar) {
     return run_import({load_named(store_), std::vector{*reading->calendar}, text(IDS_CALENDAR_QUESTION, {name})});
   }
-  window_.try_show_box(text(IDS_CALENDAR_NOT_READ, {name, mistakes_in_words(reading->mistakes)}), MB_ICONERROR);
+  window_.try_show_box(text(IDS_CALENDAR_NOT_READ, {name, format_mistakes(reading->mistakes)}), MB_ICONERROR);
 }
 
 void ScheduleCommands::show_changes(long number) {

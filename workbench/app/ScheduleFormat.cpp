@@ -40,7 +40,7 @@ std::wstring format_day(const schedule::ContractDay& day) {
   return day.basis == Basis::estimate ? text(IDS_ESTIMATED_DAY, {known}) : known;
 }
 
-std::wstring flags_in_words(const ScheduleLine& line) {
+std::wstring format_flags(const ScheduleLine& line) {
   const schedule::ContractDates& dates = line.row.dates;
   TextList flags;
   flags.add((line.attention & attention_closed_roll) != 0, IDS_FLAG_CLOSED);
@@ -56,13 +56,13 @@ std::wstring flags_in_words(const ScheduleLine& line) {
   return (line.attention == attention_none ? L"" : L"! ") + flags.joined();
 }
 
-std::wstring reason_in_words(const Schedule& schedule) {
+std::wstring format_reason(const Schedule& schedule) {
   if (schedule.reason == NoDatesReason::none) return {};
   const UINT id = IDS_NOTHING_SELECTED + static_cast<UINT>(schedule.reason) - 1;
   return text(id, {from_schedule_text(schedule.subject)});
 }
 
-std::wstring horizon_in_words(const Schedule& schedule, bool estimates) {
+std::wstring format_horizon(const Schedule& schedule, bool estimates) {
   std::wstring words;
   if (schedule.unknown_before) {
     words = text(estimates ? IDS_ESTIMATES_BEFORE : IDS_UNKNOWN_BEFORE,

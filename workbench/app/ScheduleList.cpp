@@ -71,7 +71,7 @@ std::wstring ScheduleList::cell(size_t row, size_t column) const {
     case IDS_COLUMN_OLD_ROLL:
       return old_day(line, &ContractDates::roll);
     case IDS_COLUMN_FLAGS:
-      return flags_in_words(line);
+      return format_flags(line);
     default:
       return {};
   }

@@ -30,15 +30,15 @@ void set_text(HWND window, const std::wstring& value) {
   if (window_text(window) != value) SetWindowTextW(window, value.c_str());
 }
 
-void move(HWND window, const RECT& place) {
-  SetWindowPos(window, nullptr, place.left, place.top, place.right - place.left, place.bottom - place.top,
+void move(HWND window, const RECT& bounds) {
+  SetWindowPos(window, nullptr, bounds.left, bounds.top, bounds.right - bounds.left, bounds.bottom - bounds.top,
                SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 /// The height of a combo box is that of its list.
-void move_combo(HWND window, RECT place) {
-  place.bottom += combo_drop_rows * (place.bottom - place.top);
-  move(window, place);
+void move_combo(HWND window, RECT bounds) {
+  bounds.bottom += combo_drop_rows * (bounds.bottom - bounds.top);
+  move(window, bounds);
 }
 
 }  // namespace
@@ -277,8 +277,8 @@ std::wstring SchedulePane::heading() const {
 
 std::wstring SchedulePane::notice() const {
   if (comparing_ && schedule_.lines.empty()) return text(IDS_NO_DATE_TOUCHED);
-  const std::wstring reason = reason_in_words(schedule_);
-  const std::wstring horizon = horizon_in_words(schedule_, choice_.estimates);
+  const std::wstring reason = format_reason(schedule_);
+  const std::wstring horizon = format_horizon(schedule_, choice_.estimates);
   return comparing_ ? text(IDS_COMPARISON_NOTICE) + L"\n" + horizon : reason + horizon;
 }
 

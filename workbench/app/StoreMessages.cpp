@@ -15,7 +15,7 @@ std::wstring store_failure(const StoreError& error, const Rule* unsaved) {
   const bool uncertain = error.kind() == StoreErrorKind::uncertain;
   if (!unsaved) return uncertain ? reason : text(IDS_STORE_CALL_FAILED, {reason});
   return text(uncertain ? IDS_RULE_UNCERTAIN : IDS_RULE_NOT_SAVED,
-              {reason, unsaved->name, format_offset(*unsaved), day_in_words(*unsaved), move_in_words(*unsaved)});
+              {reason, unsaved->name, format_offset(*unsaved), format_rule_day(*unsaved), format_move(*unsaved)});
 }
 
 }  // namespace workbench

@@ -21,7 +21,7 @@ namespace {
 
 std::wstring settings_path() { return L"SOFTWARE\\" WB_WIDE(WB_COMPANY) L"\\" WB_WIDE(WB_PRODUCT); }
 
-void make_settings_key() noexcept {
+void create_settings_key() noexcept {
   base::RegistryKey key;
   RegCreateKeyExW(HKEY_CURRENT_USER, settings_path().c_str(), 0, nullptr, 0, KEY_WRITE, nullptr, key.put(), nullptr);
 }

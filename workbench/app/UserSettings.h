@@ -10,7 +10,7 @@ namespace workbench {
 std::wstring settings_path();
 
 /// Creates the key of the settings path. Without it plug-ins work all the same, so a failure is not reported.
-void make_settings_key() noexcept;
+void create_settings_key() noexcept;
 
 /// The store that is used when the command line names none: a file under the user's local application data. Throws
 /// `_com_error`.

@@ -24,9 +24,9 @@ HRESULT ClassObject::CreateInstance(IUnknown* outer, REFIID iid, void** object) 
   *object = nullptr;
   if (outer) return CLASS_E_NOAGGREGATION;
   return com_method([&] {
-    IUnknown* made = make_();
-    const HRESULT result = made->QueryInterface(iid, object);
-    made->Release();
+    IUnknown* created = make_();
+    const HRESULT result = created->QueryInterface(iid, object);
+    created->Release();
     return result;
   });
 }

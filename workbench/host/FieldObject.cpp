@@ -12,14 +12,14 @@ HRESULT FieldObject::with_cell(Values* values, Use&& use) noexcept {
 HRESULT FieldObject::GetText(BSTR* text) noexcept {
   if (!text) return E_POINTER;
   *text = nullptr;
-  return with_cell(rows_->texts(place_), [&](const std::wstring& cell) {
+  return with_cell(rows_->texts(column_), [&](const std::wstring& cell) {
     *text = SysAllocStringLen(cell.data(), static_cast<UINT>(cell.size()));
     return *text ? S_OK : E_OUTOFMEMORY;
   });
 }
 
 HRESULT FieldObject::SetText(const wchar_t* text) noexcept {
-  return with_cell(rows_->texts(place_), [&](std::wstring& cell) {
+  return with_cell(rows_->texts(column_), [&](std::wstring& cell) {
     cell = text ? text : L"";
     return S_OK;
   });
@@ -28,14 +28,14 @@ HRESULT FieldObject::SetText(const wchar_t* text) noexcept {
 HRESULT FieldObject::GetLong(long* value) noexcept {
   if (!value) return E_POINTER;
   *value = 0;
-  return with_cell(rows_->numbers(place_), [&](long cell) {
+  return with_cell(rows_->numbers(column_), [&](long cell) {
     *value = cell;
     return S_OK;
   });
 }
 
 HRESULT FieldObject::SetLong(long value) noexcept {
-  return with_cell(rows_->numbers(place_), [&](long& cell) {
+  return with_cell(rows_->numbers(column_), [&](long& cell) {
     cell = value;
     return S_OK;
   });

@@ -12,7 +12,7 @@ namespace workbench {
 /// is destroyed. Text of a number field, or the reverse, is DISP_E_TYPEMISMATCH; no current row is DISP_E_BADINDEX.
 class FieldObject final : public FieldSlots<DispatchObject<IKV_kvudfcom::IkvField>> {
  public:
-  FieldObject(std::shared_ptr<TableRows> rows, std::ptrdiff_t place) noexcept : rows_(std::move(rows)), place_(place) {}
+  FieldObject(std::shared_ptr<TableRows> rows, std::ptrdiff_t column) noexcept : rows_(std::move(rows)), column_(column) {}
 
   HRESULT STDMETHODCALLTYPE GetText(BSTR* text) noexcept override;
   /// A null pointer is the empty text.
@@ -25,7 +25,7 @@ class FieldObject final : public FieldSlots<DispatchObject<IKV_kvudfcom::IkvFiel
   HRESULT with_cell(Values* values, Use&& use) noexcept;
 
   std::shared_ptr<TableRows> rows_;
-  std::ptrdiff_t place_;
+  std::ptrdiff_t column_;
 };
 
 }  // namespace workbench

@@ -8,20 +8,20 @@ HRESULT TableObject::GetRowCount(long* count) noexcept {
   return S_OK;
 }
 
-FieldObject* TableObject::field_at(std::ptrdiff_t place) {
-  const auto index = static_cast<std::size_t>(place);
+FieldObject* TableObject::field_at(std::ptrdiff_t column) {
+  const auto index = static_cast<std::size_t>(column);
   if (index >= fields_.size()) fields_.resize(index + 1);
-  if (!fields_[index]) fields_[index].reset(new FieldObject(rows_, place));
+  if (!fields_[index]) fields_[index].reset(new FieldObject(rows_, column));
   return fields_[index].get();
 }
 
 HRESULT TableObject::GetFieldByID(long fieldId, IKV_kvudfcom::IkvField** field) noexcept {
   if (!field) return E_POINTER;
   *field = nullptr;
-  const std::ptrdiff_t place = rows_->find(fieldId);
-  if (place < 0) return S_FALSE;
+  const std::ptrdiff_t column = rows_->find(fieldId);
+  if (column < 0) return S_FALSE;
   return com_method([&] {
-    *field = field_at(place);
+    *field = field_at(column);
     (*field)->AddRef();
     return S_OK;
   });

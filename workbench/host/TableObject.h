@@ -32,7 +32,7 @@ class TableObject final : public TableSlots<DispatchObject<IKV_kvudfcom::IkvTabl
     void operator()(FieldObject* field) const noexcept { field->Release(); }
   };
 
-  FieldObject* field_at(std::ptrdiff_t place);
+  FieldObject* field_at(std::ptrdiff_t column);
 
   std::shared_ptr<TableRows> rows_;
   std::vector<std::unique_ptr<FieldObject, ReleaseField>> fields_;  // created on first use, one for each column

@@ -19,12 +19,12 @@ class TableRows {
   /// field or the table has rows. A column that is there already stays.
   bool declare(long field);
 
-  /// The column's place, for the life of these rows, or -1.
+  /// The index of the column of this field, valid as long as these rows; -1 when there is none.
   std::ptrdiff_t find(long field) const noexcept;
 
   /// The values of a declared column of that type, or null for another type.
-  Numbers* numbers(std::ptrdiff_t place) noexcept { return std::get_if<Numbers>(&column(place).values); }
-  Texts* texts(std::ptrdiff_t place) noexcept { return std::get_if<Texts>(&column(place).values); }
+  Numbers* numbers(std::ptrdiff_t index) noexcept { return std::get_if<Numbers>(&column(index).values); }
+  Texts* texts(std::ptrdiff_t index) noexcept { return std::get_if<Texts>(&column(index).values); }
 
   /// Gives every column this many rows and makes the first one current.
   void resize(std::size_t count);
@@ -45,7 +45,7 @@ class TableRows {
     std::variant<Numbers, Texts> values;
   };
 
-  Column& column(std::ptrdiff_t place) noexcept { return columns_[static_cast<std::size_t>(place)]; }
+  Column& column(std::ptrdiff_t index) noexcept { return columns_[static_cast<std::size_t>(index)]; }
   void grow_columns(std::size_t count);
 
   std::vector<Column> columns_;

@@ -42,10 +42,10 @@ void connect_first(const OdbcHandle& connection, const std::vector<ConnectionStr
 }  // namespace
 
 OdbcConnection::OdbcConnection(const OdbcApi& api, const ConnectionString& options, const DriverProfile& profile,
-                               std::chrono::seconds patience)
+                               std::chrono::seconds login_timeout)
     : environment_(create_environment(api)), connection_(api, SQL_HANDLE_DBC, SQL_HANDLE_ENV, environment_.get()) {
   connection_.check(api.set_connection_attribute(connection_.get(), SQL_ATTR_LOGIN_TIMEOUT,
-                                                 number(static_cast<SQLULEN>(patience.count())), SQL_IS_UINTEGER),
+                                                 number(static_cast<SQLULEN>(login_timeout.count())), SQL_IS_UINTEGER),
                     "SQLSetConnectAttr");
   connect_first(connection_, connection_attempts(options, profile));
 }

@@ -139,7 +139,7 @@ class DateCommand : private CommandContext {
         add_rows(rules_[i], rows);
       }
     }
-    if (lacks_calendar_) throw CommandFailure{wrong_arguments};
+    if (calendar_is_missing_) throw CommandFailure{wrong_arguments};
     write(rows);
   }
 
@@ -171,7 +171,7 @@ class DateCommand : private CommandContext {
 
   /// The command ends with wrong arguments when every rule without a calendar is named.
   void need_calendar(const NamedRule& rule, std::size_t line) {
-    lacks_calendar_ = true;
+    calendar_is_missing_ = true;
     if (line == 0) return report(MistakeKind::calendar_needed, {rule.name});
     mistakes_.push_back({line, MistakeKind::calendar_needed, {rule.name}});
   }
@@ -207,8 +207,8 @@ class DateCommand : private CommandContext {
       advance(checking, i, list.dates.size());
       if (std::optional<CheckRow> row = try_check(list.dates[i])) rows.push_back(*std::move(row));
     }
-    tell_mistakes();
-    if (lacks_calendar_) throw CommandFailure{wrong_arguments};
+    report_mistakes();
+    if (calendar_is_missing_) throw CommandFailure{wrong_arguments};
     if (!std::ranges::all_of(rows, [](const CheckRow& row) { return row.check.is_match(); }))
       output_.exit_code = with_differences;
     output_.data = check_csv(rows, part(80, 100));
@@ -249,7 +249,7 @@ class DateCommand : private CommandContext {
       report(MistakeKind::ignored_column, {arguments_.file, column});
     mistakes_ = list.mistakes;
     if (!list.mistakes.empty() && list.dates.empty()) {
-      tell_mistakes();
+      report_mistakes();
       throw CommandFailure{unusable_file};
     }
     if (!list.mistakes.empty()) output_.exit_code = with_differences;
@@ -257,7 +257,7 @@ class DateCommand : private CommandContext {
   }
 
   /// Tells what was noted about the lines of the list, in their order.
-  void tell_mistakes() {
+  void report_mistakes() {
     std::ranges::stable_sort(mistakes_, {}, &Mistake::line);
     report(arguments_.file, mistakes_);
   }
@@ -275,7 +275,7 @@ class DateCommand : private CommandContext {
         mistakes_.push_back({listed.line, MistakeKind::closed_date, day});
       }
     }
-    tell_mistakes();
+    report_mistakes();
     const FoundRules found =
         find_rules(dates, calendar, arguments_.against.value_or(Against::roll), arguments_.limit, part(10, 90));
     tell_found(found);
@@ -310,7 +310,7 @@ class DateCommand : private CommandContext {
   std::map<const NamedRule*, Users> users_;
   std::map<std::string, TradingDays> open_days_;
   std::vector<Mistake> mistakes_;  ///< in the list of dates
-  bool lacks_calendar_ = false;    ///< whether a rule without a calendar was named
+  bool calendar_is_missing_ = false;    ///< whether a rule without a calendar was named
 };
 
 }  // namespace

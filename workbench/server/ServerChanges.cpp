@@ -23,7 +23,7 @@ std::wstring new_change_id() {
   std::random_device random;
   std::uniform_int_distribution<std::size_t> digit(0, 15);
   std::wstring id(32, L'0');
-  for (wchar_t& place : id) place = L"0123456789abcdef"[digit(random)];
+  for (wchar_t& character : id) character = L"0123456789abcdef"[digit(random)];
   return id;
 }
 

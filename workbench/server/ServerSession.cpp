@@ -9,7 +9,7 @@ namespace workbench {
 namespace {
 
 /// How long a connection may take.
-constexpr std::chrono::seconds patience{10};
+constexpr std::chrono::seconds login_timeout{10};
 
 }  // namespace
 
@@ -28,7 +28,7 @@ void ServerSession::fail(StoreErrorKind kind, const std::string& detail) const {
 void ServerSession::open() {
   if (connection_ && connection_->is_usable()) return;
   connection_.reset();
-  auto opened = std::make_unique<odbc::OdbcConnection>(api_, options_, dialect_.driver, patience);
+  auto opened = std::make_unique<odbc::OdbcConnection>(api_, options_, dialect_.driver, login_timeout);
   opened->execute(dialect_.begin_session);
   odbc::OdbcStatement row = opened->prepare(dialect_.read_schema);
   row.execute();

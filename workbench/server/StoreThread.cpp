@@ -16,7 +16,7 @@ using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
 /// How long the end of a store waits for a call of the driver.
-constexpr milliseconds patience_at_the_end{2000};
+constexpr milliseconds timeout_at_exit{2000};
 
 std::atomic<int> abandoned = 0;
 
@@ -112,7 +112,7 @@ StoreThread::~StoreThread() {
     state_->stopping = true;
     state_->wake.notify_all();
   }
-  const auto limit = std::min(patience_at_the_end, state_->settings.time_limit);
+  const auto limit = std::min(timeout_at_exit, state_->settings.time_limit);
   if (WaitForSingleObject(state_->ended.get(), static_cast<DWORD>(limit.count())) == WAIT_OBJECT_0)
     thread_.join();
   else
@@ -164,7 +164,7 @@ StoreThread::End StoreThread::run(Task task, const schedule::Progress& progress)
     lock.unlock();
     waits = wait->wait(state_->news.get(), until(end));
     lock.lock();
-    if (state_->busy && answer_progress(lock, progress)) end = Clock::now() + limit;
+    if (state_->busy && forward_progress(lock, progress)) end = Clock::now() + limit;
   }
   if (!state_->busy) {
     const std::exception_ptr failure = std::exchange(state_->failure, nullptr);
@@ -176,7 +176,7 @@ StoreThread::End StoreThread::run(Task task, const schedule::Progress& progress)
 }
 
 /// Returns whether the task had reported something.
-bool StoreThread::answer_progress(Lock& lock, const schedule::Progress& progress) {
+bool StoreThread::forward_progress(Lock& lock, const schedule::Progress& progress) {
   const auto reported = std::exchange(state_->progress, std::nullopt);
   if (!reported) return false;
   lock.unlock();

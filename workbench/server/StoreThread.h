@@ -55,7 +55,7 @@ class StoreThread {
   using Lock = std::unique_lock<std::mutex>;
 
   static void run_tasks(const std::shared_ptr<State>& state) noexcept;
-  bool answer_progress(Lock& lock, const schedule::Progress& progress);
+  bool forward_progress(Lock& lock, const schedule::Progress& progress);
 
   std::shared_ptr<State> state_;
   std::exception_ptr thrown_by_progress_;

@@ -29,15 +29,15 @@ std::wstring class_of(HWND window) {
   return name;
 }
 
-void add_place(Line& line, const RECT& place) {
-  for (const LONG value : {place.left, place.top, place.right - place.left, place.bottom - place.top})
+void add_rect(Line& line, const RECT& rect) {
+  for (const LONG value : {rect.left, rect.top, rect.right - rect.left, rect.bottom - rect.top})
     line.push_back(std::to_wstring(value));
 }
 
-RECT place_of(HWND window) {
-  RECT place{};
-  GetWindowRect(window, &place);
-  return place;
+RECT rect_of(HWND window) {
+  RECT rect{};
+  GetWindowRect(window, &rect);
+  return rect;
 }
 
 HWND focus_of(HWND window) {
@@ -92,7 +92,7 @@ class ListReader {
 
   Line row(int index) const {
     Line line;
-    add_place(line, place(index));
+    add_rect(line, item_rect(index));
     line.push_back(state(index));
     for (int column = 0; column < column_count(); ++column) line.push_back(cell(index, column));
     return line;
@@ -108,14 +108,14 @@ class ListReader {
     return static_cast<int>(ask(header, HDM_GETITEMCOUNT, 0, 0));
   }
 
-  RECT place(int index) const {
-    RECT place{};
-    place.left = LVIR_BOUNDS;
-    memory_.write(0, &place, sizeof(place));
+  RECT item_rect(int index) const {
+    RECT rect{};
+    rect.left = LVIR_BOUNDS;
+    memory_.write(0, &rect, sizeof(rect));
     ask(list_, LVM_GETITEMRECT, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(memory_.at(0)));
-    memory_.read(0, &place, sizeof(place));
-    MapWindowPoints(list_, nullptr, reinterpret_cast<POINT*>(&place), 2);
-    return place;
+    memory_.read(0, &rect, sizeof(rect));
+    MapWindowPoints(list_, nullptr, reinterpret_cast<POINT*>(&rect), 2);
+    return rect;
   }
 
   std::wstring state(int index) const {
@@ -147,7 +147,7 @@ std::vector<Line> read_windows() {
   std::vector<Line> lines;
   for (HWND window : top_level_windows()) {
     Line line{text_of(window), class_of(window)};
-    add_place(line, place_of(window));
+    add_rect(line, rect_of(window));
     line.push_back(IsWindowEnabled(window) ? L"enabled" : L"disabled");
     lines.push_back(std::move(line));
   }
@@ -162,7 +162,7 @@ std::vector<Line> read_controls(const std::wstring& title) {
   std::vector<Line> lines;
   for (HWND control : controls) {
     Line line{std::to_wstring(GetDlgCtrlID(control)), class_of(control)};
-    add_place(line, place_of(control));
+    add_rect(line, rect_of(control));
     line.push_back(state_of(control));
     line.push_back(text_of(control));
     lines.push_back(std::move(line));

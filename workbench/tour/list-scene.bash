@@ -4,7 +4,7 @@ readonly new_rule="ZZ harvest" renamed_rule="AA harvest"
 readonly used_rule="CFFEX treasury bond futures" users="TS 2年期国债, TF 5年期国债, T 10年期国债"
 
 step list "the menu command opens the list of rules"
-forget_place
+forget_placement
 open_plugin_menu
 press Return
 await_list "$rules"
@@ -78,11 +78,11 @@ drag_grip 220 160
 picture
 
 step list-reopened "it opens again where and as large as it was, now by the hot key"
-place=$(dialog_place)
+bounds=$(dialog_bounds)
 close_list
 press ctrl+u
 await_list "$rules"
-expect "the place of the list" dialog_place = "$place"
+expect "the position and size of the list" dialog_bounds = "$bounds"
 picture
 click_control "$rules_dialog" "$close_button"
 await "the end of the list" window_is_closed "$rules_dialog"

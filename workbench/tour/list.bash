@@ -9,12 +9,12 @@ delete_question_format=$(module_text IDS_CONFIRM_DELETE)
 readonly rule_in_use delete_question_format
 delete_question() { echo "${delete_question_format/\%s/"$1"}"; }
 
-# dialog_place: x, y, width, height of the dialog. A message box before it has no list and is not meant.
-dialog_place() { read_screen windows | awk -F '\t' -v title="$rules_dialog" '$1 == title { print $3, $4, $5, $6; exit }'; }
-dialog_size() { dialog_place | cut -d ' ' -f 3,4; }
+# dialog_bounds: x, y, width, height of the dialog. A message box before it has no list and is not meant.
+dialog_bounds() { read_screen windows | awk -F '\t' -v title="$rules_dialog" '$1 == title { print $3, $4, $5, $6; exit }'; }
+dialog_size() { dialog_bounds | cut -d ' ' -f 3,4; }
 
-# forget_place: the list will open as for the first time. There is nothing to forget in a new prefix.
-forget_place() {
+# forget_placement: the list will open as for the first time. There is nothing to forget in a new prefix.
+forget_placement() {
   "$project/tools/wine-run" reg delete 'HKCU\Software\zdExpirationRules Project\Workbench\Windows Placement' /f \
     >/dev/null 2>&1 || true
 }
@@ -45,7 +45,7 @@ message_is_gone() { ! shows_text "$rules_dialog" "$1"; }
 # hold are not seen, so the mouse goes on until the dialog follows.
 drag_grip() {
   local x y width height size deadline=$((SECONDS + timeout_s))
-  read -r x y width height < <(dialog_place)
+  read -r x y width height < <(dialog_bounds)
   size=$(dialog_size)
   x=$((x + width - 9)) y=$((y + height - 9))
   xdotool mousemove "$x" "$y" mousedown 1

@@ -23,7 +23,7 @@ std::vector<RecordedCommand> select(const std::vector<RecordedCommand>& commands
   return selected;
 }
 
-Out default_out(HRESULT result) { return SUCCEEDED(result) ? Out::made : Out::untouched; }
+Out default_out(HRESULT result) { return SUCCEEDED(result) ? Out::created : Out::untouched; }
 
 }  // namespace
 
@@ -73,14 +73,14 @@ std::vector<std::wstring> Recorder::words() const {
   return words;
 }
 
-void Recorder::answer(const std::wstring& word, HRESULT result) { answer(word, result, default_out(result)); }
+void Recorder::set_result(const std::wstring& word, HRESULT result) { set_result(word, result, default_out(result)); }
 
-void Recorder::answer(const std::wstring& word, HRESULT result, Out out) {
-  control_->set_answer(word.c_str(), result, out, false);
+void Recorder::set_result(const std::wstring& word, HRESULT result, Out out) {
+  control_->set_result(word.c_str(), result, out, false);
 }
 
-void Recorder::answer_next(const std::wstring& word, HRESULT result) {
-  control_->set_answer(word.c_str(), result, default_out(result), true);
+void Recorder::set_next_result(const std::wstring& word, HRESULT result) {
+  control_->set_result(word.c_str(), result, default_out(result), true);
 }
 
 void Recorder::on_command(Hook hook) {

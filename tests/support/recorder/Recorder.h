@@ -37,11 +37,11 @@ class Recorder {
   std::vector<std::wstring> texts(const std::wstring& kind, const std::wstring& field) const;
   std::vector<std::wstring> words() const;
 
-  /// The answer to a word from now on. A failing answer leaves the out parameter untouched unless `out` says more.
-  void answer(const std::wstring& word, HRESULT result);
-  void answer(const std::wstring& word, HRESULT result, Out out);
-  /// The answer to the next use of a word; several are used up in order.
-  void answer_next(const std::wstring& word, HRESULT result);
+  /// Sets what a word returns from now on. A failing call leaves the out parameter untouched unless `out` says more.
+  void set_result(const std::wstring& word, HRESULT result);
+  void set_result(const std::wstring& word, HRESULT result, Out out);
+  /// Sets what the next use of a word returns; several calls set the results of the next uses in order.
+  void set_next_result(const std::wstring& word, HRESULT result);
 
   /// Called inside every command, on the thread that sends it. An empty hook ends that.
   void on_command(Hook hook);

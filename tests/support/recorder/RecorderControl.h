@@ -30,23 +30,23 @@ struct RecordedField {
 struct RecordedCommand {
   std::wstring word;
   std::vector<RecordedField> fields;
-  HRESULT answer = S_OK;
+  HRESULT result = S_OK;
   DWORD thread = 0;
   const void* record = nullptr;  ///< identifies the record; may dangle
 };
 
 /// What happens to the out parameter of "CREATE" and "ST_InitObject".
-enum class Out { made, null, untouched };
+enum class Out { created, null, untouched };
 
 /// What the recorder's library offers to tests, over its export `recorder_control`. Callable from any thread.
 struct RecorderControl {
   using Visitor = void (*)(void* context, const RecordedCommand& command);
 
-  /// Back to an empty list, default answers, no hook and no journal.
+  /// Back to an empty list, default results, no hook and no journal.
   virtual void reset() = 0;
   virtual void visit_commands(Visitor visitor, void* context) = 0;
-  /// The answer to a word from now on; with `once` only to its next use, in the order of the calls.
-  virtual void set_answer(const wchar_t* word, HRESULT answer, Out out, bool once) = 0;
+  /// Sets what a word returns from now on; with `once` only at its next use, in the order of the calls.
+  virtual void set_result(const wchar_t* word, HRESULT result, Out out, bool once) = 0;
   /// Called inside each command after it was recorded, without a lock held.
   virtual void set_hook(Visitor hook, void* context) = 0;
   /// Appends every word as one line to a file, which outlives a process that ends itself.

@@ -75,7 +75,7 @@ RecordedField recorded(const std::wstring& name, const VARIANT& value) {
 
 class CommandLog final : public RecorderControl {
  public:
-  struct Answer {
+  struct Outcome {
     HRESULT result;
     Out out;
   };
@@ -83,8 +83,8 @@ class CommandLog final : public RecorderControl {
   void reset() override {
     const std::lock_guard guard(lock_);
     commands_.clear();
-    answers_.clear();
-    next_answers_.clear();
+    outcomes_.clear();
+    next_outcomes_.clear();
     hook_ = nullptr;
     journal_.clear();
   }
@@ -94,12 +94,12 @@ class CommandLog final : public RecorderControl {
     for (const RecordedCommand& command : commands_) visitor(context, command);
   }
 
-  void set_answer(const wchar_t* word, HRESULT answer, Out out, bool once) override {
+  void set_result(const wchar_t* word, HRESULT result, Out out, bool once) override {
     const std::lock_guard guard(lock_);
     if (once) {
-      next_answers_[word].push_back({answer, out});
+      next_outcomes_[word].push_back({result, out});
     } else {
-      answers_[word] = {answer, out};
+      outcomes_[word] = {result, out};
     }
   }
 
@@ -116,20 +116,20 @@ class CommandLog final : public RecorderControl {
 
   long live_objects() const override { return workbench::live_dispatch_objects; }
 
-  Answer answer_to(const std::wstring& word) {
+  Outcome outcome_of(const std::wstring& word) {
     const std::lock_guard guard(lock_);
-    if (auto next = next_answers_.find(word); next != next_answers_.end() && !next->second.empty()) {
-      const Answer answer = next->second.front();
+    if (auto next = next_outcomes_.find(word); next != next_outcomes_.end() && !next->second.empty()) {
+      const Outcome outcome = next->second.front();
       next->second.pop_front();
-      return answer;
+      return outcome;
     }
-    const auto answer = answers_.find(word);
-    return answer != answers_.end() ? answer->second : Answer{S_OK, Out::made};
+    const auto outcome = outcomes_.find(word);
+    return outcome != outcomes_.end() ? outcome->second : Outcome{S_OK, Out::created};
   }
 
-  Answer record(RecordedCommand command) {
-    const Answer answer = answer_to(command.word);
-    command.answer = answer.result;
+  Outcome record(RecordedCommand command) {
+    const Outcome outcome = outcome_of(command.word);
+    command.result = outcome.result;
     command.thread = GetCurrentThreadId();
     Visitor hook = nullptr;
     void* context = nullptr;
@@ -141,7 +141,7 @@ class CommandLog final : public RecorderControl {
       context = hook_context_;
     }
     if (hook) hook(context, command);
-    return answer;
+    return outcome;
   }
 
  private:
@@ -156,25 +156,25 @@ class CommandLog final : public RecorderControl {
 
   std::mutex lock_;
   std::deque<RecordedCommand> commands_;
-  std::map<std::wstring, Answer> answers_;
-  std::map<std::wstring, std::deque<Answer>> next_answers_;
+  std::map<std::wstring, Outcome> outcomes_;
+  std::map<std::wstring, std::deque<Outcome>> next_outcomes_;
   Visitor hook_ = nullptr;
   void* hook_context_ = nullptr;
   std::wstring journal_;
 };
 
-CommandLog& tape() {
+CommandLog& command_log() {
   static CommandLog instance;
   return instance;
 }
 
-/// Fills an out parameter as the answer says. A failing answer may still create an object: callers must not leak it.
+/// Fills an out parameter as the outcome says. A failing call may still create an object: callers must not leak it.
 template <class Interface, class Make>
-HRESULT hand_out(const CommandLog::Answer& answer, Interface** out, Make make) {
-  if (out && answer.out == Out::made) *out = make();
-  if (out && answer.out == Out::null) *out = nullptr;
+HRESULT hand_out(const CommandLog::Outcome& outcome, Interface** out, Make make) {
+  if (out && outcome.out == Out::created) *out = make();
+  if (out && outcome.out == Out::null) *out = nullptr;
   SetLastError(clobbered_last_error);
-  return answer.result;
+  return outcome.result;
 }
 
 class RecordingObject final : public workbench::DispatchObject<IKV_SnagtrapUtil::IDebugObject> {
@@ -194,13 +194,13 @@ class RecordingObject final : public workbench::DispatchObject<IKV_SnagtrapUtil:
   }
 
   HRESULT STDMETHODCALLTYPE SetField(BSTR name, VARIANT value) noexcept override {
-    const HRESULT answer = tape().answer_to(L"SetField").result;
-    if (SUCCEEDED(answer)) {
+    const HRESULT result = command_log().outcome_of(L"SetField").result;
+    if (SUCCEEDED(result)) {
       fields_.push_back({workbench::text_of(name), {}});
       VariantCopy(&fields_.back().value, &value);
     }
     SetLastError(clobbered_last_error);
-    return answer;
+    return result;
   }
 
   std::vector<RecordedField> snapshot() const {
@@ -233,20 +233,20 @@ class RecordingRoot final : public workbench::DispatchObject<IKV_SnagtrapUtil::I
     command.fields.push_back({L"text", VT_BSTR, workbench::text_of(text), {}, 0});
     command.fields.push_back({L"number", VT_BSTR, workbench::text_of(number), {}, 0});
     command.fields.push_back({L"flag", VT_I4, std::to_wstring(flag), {}, static_cast<ULONGLONG>(flag)});
-    const HRESULT answer = tape().record(std::move(command)).result;
+    const HRESULT result = command_log().record(std::move(command)).result;
     SetLastError(clobbered_last_error);
-    return answer;
+    return result;
   }
 
   HRESULT STDMETHODCALLTYPE Command(BSTR word, IKV_SnagtrapUtil::IDebugObject* record,
                                     IKV_SnagtrapUtil::IDebugObject** created) noexcept override {
     RecordedCommand command{workbench::text_of(word), {}, S_OK, 0, record};
     if (const RecordingObject* own = find_record(record)) command.fields = own->snapshot();
-    const bool makes = command.word == L"CREATE";
-    const CommandLog::Answer answer = tape().record(std::move(command));
-    if (makes) return hand_out(answer, created, [] { return new RecordingObject; });
+    const bool creates = command.word == L"CREATE";
+    const CommandLog::Outcome outcome = command_log().record(std::move(command));
+    if (creates) return hand_out(outcome, created, [] { return new RecordingObject; });
     SetLastError(clobbered_last_error);
-    return answer.result;
+    return outcome.result;
   }
 
  private:
@@ -258,8 +258,8 @@ class RecordingRoot final : public workbench::DispatchObject<IKV_SnagtrapUtil::I
 
 extern "C" HRESULT STDMETHODCALLTYPE ST_InitObject(IKV_SnagtrapUtil::IDebugRoot** root) {
   using namespace test_support;
-  const CommandLog::Answer answer = tape().record({L"ST_InitObject", {}, S_OK, 0, nullptr});
-  return hand_out(answer, root, [] { return new RecordingRoot; });
+  const CommandLog::Outcome outcome = command_log().record({L"ST_InitObject", {}, S_OK, 0, nullptr});
+  return hand_out(outcome, root, [] { return new RecordingRoot; });
 }
 
-extern "C" test_support::RecorderControl* recorder_control() { return &test_support::tape(); }
+extern "C" test_support::RecorderControl* recorder_control() { return &test_support::command_log(); }

@@ -11,7 +11,7 @@ namespace test_support {
 /// which reports he expects: a test that leaves some unread fails.
 std::vector<std::string> take_reports();
 
-/// The same with every line number replaced by "*": for places whose line is free.
+/// The same with every line number replaced by "*": for locations whose line is not fixed.
 std::vector<std::string> take_reports_without_lines();
 
 /// The same as records, with all their fields.

@@ -13,8 +13,8 @@ struct RaisedException {
   const char* name;
   void (*raise)();
   const char* description;  ///< the text of an error
-  const char* trace;        ///< the text of a trace up to the place
-  HRESULT answer;           ///< the HRESULT that stands for it
+  const char* trace;        ///< the text of a trace up to the location
+  HRESULT hresult;           ///< the HRESULT that stands for it
 };
 
 /// One of each kind that reports distinguish.
@@ -27,7 +27,7 @@ inline constexpr RaisedException raised_exceptions[] = {
     {"AnythingElse", [] { throw 42; }, "", "unknown exception", E_UNEXPECTED},
 };
 
-/// The trace of an exception that was caught at a place, as `reports` writes it.
+/// The trace of an exception that was caught at this location, as `reports` writes it.
 inline std::string traced(const RaisedException& exception, const std::string& file, int line,
                           const std::string& function) {
   const std::string number = std::to_string(line);
@@ -35,7 +35,7 @@ inline std::string traced(const RaisedException& exception, const std::string& f
          number + ' ' + function;
 }
 
-/// The error of an exception that was caught at a place, as `reports` writes it.
+/// The error of an exception that was caught at this location, as `reports` writes it.
 inline std::string caught_error(const RaisedException& exception, const std::string& file, int line,
                                 const std::string& function) {
   return std::string("CREATE ERROR ") + exception.description + " | " + file + ':' + std::to_string(line) + ' ' +

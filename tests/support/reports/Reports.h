@@ -14,7 +14,7 @@ namespace test_support {
 /// Kinds are those of "$Type". Texts are UTF-8.
 std::vector<std::string> reports(const Recorder& recorder);
 
-/// As `reports`, with every line number replaced by "*": for places whose line is free.
+/// As `reports`, with every line number replaced by "*": for locations whose line is not fixed.
 std::vector<std::string> reports_without_lines(const Recorder& recorder);
 
 }  // namespace test_support

@@ -85,11 +85,11 @@ LONG in_parts_of_screen(LONG pixels, int metric) {
 }
 
 /// Says where it happens, as the screen may still be reporting where the mouse was before, and when.
-INPUT mouse_event(DWORD flags, POINT place, DWORD time) {
+INPUT mouse_event(DWORD flags, POINT point, DWORD time) {
   INPUT input = {};
   input.type = INPUT_MOUSE;
-  input.mi.dx = in_parts_of_screen(place.x, SM_CXSCREEN);
-  input.mi.dy = in_parts_of_screen(place.y, SM_CYSCREEN);
+  input.mi.dx = in_parts_of_screen(point.x, SM_CXSCREEN);
+  input.mi.dy = in_parts_of_screen(point.y, SM_CYSCREEN);
   input.mi.dwFlags = flags | MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE;
   input.mi.time = time;
   return input;

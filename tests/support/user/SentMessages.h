@@ -40,6 +40,6 @@ class MessageWatch {
 /// Every message before its window gets it.
 using SentMessages = MessageWatch<WH_CALLWNDPROC, CWPSTRUCT>;
 /// Every message after its window has handled it.
-using AnsweredMessages = MessageWatch<WH_CALLWNDPROCRET, CWPRETSTRUCT>;
+using HandledMessages = MessageWatch<WH_CALLWNDPROCRET, CWPRETSTRUCT>;
 
 }  // namespace test_support

@@ -111,15 +111,15 @@ TEST(FrameGeometry, DraggingTheSplitterTooFarKeepsTheLeastHeights) {
 TEST(FrameGeometry, SplitOfAClientAreaWithoutRoomIsZero) { EXPECT_EQ(split_for(50, {10, 10}, metrics), 0); }
 
 TEST(FrameGeometry, CenteredRectangleKeepsItsSizeWhereThereIsRoom) {
-  const RECT place = centered({100, -50, 1100, 750}, {400, 300});
+  const RECT rect = centered({100, -50, 1100, 750}, {400, 300});
   const RECT middle{400, 200, 800, 500};
-  EXPECT_TRUE(EqualRect(&place, &middle));
+  EXPECT_TRUE(EqualRect(&rect, &middle));
 }
 
 TEST(FrameGeometry, CenteredRectangleIsNeverLargerThanItsArea) {
   const RECT area{100, 100, 300, 200};
-  const RECT place = centered(area, {400, 300});
-  EXPECT_TRUE(EqualRect(&place, &area));
+  const RECT rect = centered(area, {400, 300});
+  EXPECT_TRUE(EqualRect(&rect, &area));
 }
 
 TEST(FrameGeometry, MetricsGrowWithTheResolution) {

@@ -21,8 +21,8 @@ class RuleInWords : public testing::TestWithParam<Words> {};
 
 TEST_P(RuleInWords, ReadsAsASentencePart) {
   EXPECT_EQ(format_offset(GetParam().rule), GetParam().offset);
-  EXPECT_EQ(day_in_words(GetParam().rule), GetParam().day);
-  EXPECT_EQ(move_in_words(GetParam().rule), GetParam().move);
+  EXPECT_EQ(format_rule_day(GetParam().rule), GetParam().day);
+  EXPECT_EQ(format_move(GetParam().rule), GetParam().move);
 }
 
 INSTANTIATE_TEST_SUITE_P(

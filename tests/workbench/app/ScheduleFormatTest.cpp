@@ -38,7 +38,7 @@ void PrintTo(const Flags& parameter, std::ostream* out) { *out << parameter.name
 class FlagsInWords : public testing::TestWithParam<Flags> {};
 
 TEST_P(FlagsInWords, BeginWithWhatNeedsAttention) {
-  EXPECT_EQ(flags_in_words({{"", "", GetParam().dates}, "", GetParam().attention}), GetParam().words);
+  EXPECT_EQ(format_flags({{"", "", GetParam().dates}, "", GetParam().attention}), GetParam().words);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -55,20 +55,20 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& test) { return test.param.name; });
 
 TEST(ScheduleFormat, EveryReasonIsSaidAndNamesItsSubject) {
-  EXPECT_EQ(reason_in_words({}), L"");
+  EXPECT_EQ(format_reason({}), L"");
   for (const auto reason : {NoDatesReason::rule_missing, NoDatesReason::no_calendar, NoDatesReason::calendar_missing})
-    EXPECT_NE(reason_in_words({.reason = reason, .subject = "SUBJECT"}).find(L"SUBJECT"), std::wstring::npos);
-  EXPECT_NE(reason_in_words({.reason = NoDatesReason::nothing_selected}).find(L"选择"), std::wstring::npos);
-  EXPECT_NE(reason_in_words({.reason = NoDatesReason::no_rule}).find(L"未指定规则"), std::wstring::npos);
+    EXPECT_NE(format_reason({.reason = reason, .subject = "SUBJECT"}).find(L"SUBJECT"), std::wstring::npos);
+  EXPECT_NE(format_reason({.reason = NoDatesReason::nothing_selected}).find(L"选择"), std::wstring::npos);
+  EXPECT_NE(format_reason({.reason = NoDatesReason::no_rule}).find(L"未指定规则"), std::wstring::npos);
 }
 
 TEST(ScheduleFormat, HorizonNamesTheFirstDayThatIsNotKnown) {
   Schedule schedule;
-  EXPECT_EQ(horizon_in_words(schedule, true), L"");
+  EXPECT_EQ(format_horizon(schedule, true), L"");
   schedule.unknown_from = friday;
-  EXPECT_NE(horizon_in_words(schedule, true).find(L"2026-01-16"), std::wstring::npos);
-  EXPECT_NE(horizon_in_words(schedule, true).find(L"估计"), std::wstring::npos);
-  EXPECT_NE(horizon_in_words(schedule, false).find(L"未知"), std::wstring::npos);
+  EXPECT_NE(format_horizon(schedule, true).find(L"2026-01-16"), std::wstring::npos);
+  EXPECT_NE(format_horizon(schedule, true).find(L"估计"), std::wstring::npos);
+  EXPECT_NE(format_horizon(schedule, false).find(L"未知"), std::wstring::npos);
 }
 
 TEST(ScheduleFormat, YearBeginsItsWeeksOnMonday) {

@@ -42,7 +42,7 @@ std::vector<StoredRule> HostRules::load() const {
   return rules;
 }
 
-void HostRules::make(const StreamChange& change) {
+void HostRules::apply(const StreamChange& change) {
   switch (change.kind) {
     case StreamChange::Kind::add:
       return add(change.rule);

@@ -15,8 +15,8 @@ class HostRules {
   /// The numbers and names of all rules, as the list shows them.
   std::vector<workbench::StoredRule> load() const;
 
-  /// Makes a change as its user would; a rule that a setting uses is not removed.
-  void make(const StreamChange& change);
+  /// Applies a change as its user would; a rule that a setting uses is not removed.
+  void apply(const StreamChange& change);
 
  private:
   void add(const workbench::Rule& rule);

@@ -23,7 +23,7 @@ using test_support::TemporaryFolder;
 namespace {
 
 /// The change of a host with this number, applied to a store with the same content.
-void make_change(RuleStore& store, unsigned number) try {
+void apply_change(RuleStore& store, unsigned number) try {
   const StreamChange change = choose_change(store.load_rules(), number);
   switch (change.kind) {
     case StreamChange::Kind::add:
@@ -144,7 +144,7 @@ class KilledHosts : public testing::Test {
   }
 
   /// Waits for up to so many milliseconds.
-  void hesitate(unsigned most) { Sleep(random_.below(most + 1)); }
+  void wait_at_most(unsigned most) { Sleep(random_.below(most + 1)); }
 
   test_support::RandomCases random_;
   Kills kills_;
@@ -167,9 +167,9 @@ class KilledHosts : public testing::Test {
     const StoreSnapshot found = left_behind(path_);
     if (!filled_ && !changed && found == StoreSnapshot{}) return;
     filled_ = true;
-    while (next_ != host.next()) make_change(*model_, next_++);
+    while (next_ != host.next()) apply_change(*model_, next_++);
     // The change under way may be stored without being acknowledged.
-    if (host.amid_change() && found != snapshot_of(*model_)) make_change(*model_, next_++);
+    if (host.amid_change() && found != snapshot_of(*model_)) apply_change(*model_, next_++);
     const StoreSnapshot expected = snapshot_of(*model_);
     ASSERT_TRUE(found == expected) << "rules that should not be there: "
                                    << testing::PrintToString(without(found.rules, expected.rules))
@@ -198,7 +198,7 @@ TEST_F(KilledHosts, LeaveExactlyWhatTheyAcknowledged) {
     const unsigned steps = random_.below(8) ? 1 + random_.below(16) : 0;
     ASSERT_NO_FATAL_FAILURE(strike([&](KilledHost& host) {
       host.wait_for(steps);
-      hesitate(usual_duration_ms(host, steps));
+      wait_at_most(usual_duration_ms(host, steps));
     }));
   }
   kills_.print();
@@ -215,7 +215,7 @@ TEST_F(KilledHosts, LeaveANewStoreEmptyOrComplete) {
     ASSERT_NO_FATAL_FAILURE(strike([&](KilledHost& host) {
       host.wait_for_file(path_);
       // Some are killed at once: a fast disk leaves little time.
-      if (round % 2 == 0) hesitate(8);
+      if (round % 2 == 0) wait_at_most(8);
     }));
     if (!filled_) ++unfilled;
     ASSERT_NO_FATAL_FAILURE(strike([&](KilledHost& host) { host.wait_for(1); }));

@@ -28,9 +28,9 @@ namespace {
 /// Writes a line to the test. The line has left the process when this returns.
 void write_output(const std::string& line) noexcept {
   DWORD written = 0;
-  const BOOL told =
+  const BOOL is_written =
       WriteFile(GetStdHandle(STD_OUTPUT_HANDLE), line.data(), static_cast<DWORD>(line.size()), &written, nullptr);
-  if (!told || written != line.size()) end_program("nobody listens", HRESULT_FROM_WIN32(GetLastError()));
+  if (!is_written || written != line.size()) end_program("the test does not read the output", HRESULT_FROM_WIN32(GetLastError()));
 }
 
 unsigned first_change() {
@@ -64,17 +64,17 @@ class StreamPlugin final : public DispatchObject<IkvPlugin> {
 
  private:
   static void CALLBACK on_timer(HWND, UINT, UINT_PTR, DWORD) noexcept {
-    const HRESULT made = com_method([] {
+    const HRESULT result = com_method([] {
       current_->make_next_change();
       return S_OK;
     });
-    if (FAILED(made)) end_program("the host refused a change", made);
+    if (FAILED(result)) end_program("the host refused a change", result);
   }
 
   void make_next_change() {
     const StreamChange change = choose_change(rules_->load(), next_);
     write_output(std::to_string(next_) + "?\n");
-    rules_->make(change);
+    rules_->apply(change);
     write_output(std::to_string(next_) + "\n");
     ++next_;
   }

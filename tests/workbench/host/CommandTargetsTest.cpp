@@ -28,7 +28,7 @@ TEST_F(CommandTargetsTest, RunCallsTheTargetWithTheIdAndAnEmptyParameter) {
 }
 
 TEST_F(CommandTargetsTest, RunReturnsTheTargetsFailure) {
-  plugin_->answer = RPC_E_SERVERFAULT;
+  plugin_->hresult = RPC_E_SERVERFAULT;
   EXPECT_EQ(targets_.run(targets_.add(plugin_)), RPC_E_SERVERFAULT);
 }
 
@@ -84,7 +84,7 @@ TEST_F(CommandTargetsTest, LateBoundTargetWithoutTheNameFails) {
 
 TEST_F(CommandTargetsTest, LateBoundExceptionIsReturnedByItsCode) {
   LateBoundPlugin late;
-  late.answer = DISP_E_EXCEPTION;
+  late.hresult = DISP_E_EXCEPTION;
   late.exception_code = E_ACCESSDENIED;
   EXPECT_EQ(targets_.run(targets_.add(&late)), E_ACCESSDENIED);
   targets_.clear();

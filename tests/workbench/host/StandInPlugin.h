@@ -15,7 +15,7 @@ class StandInPlugin final : public DispatchObject<IkvPlugin> {
  public:
   std::vector<long> commands;
   std::vector<VARTYPE> parameter_types;
-  HRESULT answer = S_OK;
+  HRESULT hresult = S_OK;
   std::function<void()> during_command;
 
   HRESULT STDMETHODCALLTYPE Initialize(IDispatch*, IDispatch*, IDispatch*, IDispatch*, BSTR,
@@ -27,7 +27,7 @@ class StandInPlugin final : public DispatchObject<IkvPlugin> {
     commands.push_back(id);
     parameter_types.push_back(parameter.vt);
     if (during_command) during_command();
-    return answer;
+    return hresult;
   }
   HRESULT STDMETHODCALLTYPE Uninitialize() noexcept override { return S_OK; }
 };
@@ -37,7 +37,7 @@ class LateBoundPlugin final : public IDispatch {
  public:
   std::vector<long> commands;
   std::vector<VARTYPE> parameter_types;
-  HRESULT answer = S_OK;
+  HRESULT hresult = S_OK;
   SCODE exception_code = S_OK;
   bool knows_the_name = true;
 
@@ -66,7 +66,7 @@ class LateBoundPlugin final : public IDispatch {
       exception->scode = exception_code;
       exception->bstrDescription = SysAllocString(L"description");
     }
-    return answer;
+    return hresult;
   }
 
   ULONG references = 1;

@@ -234,14 +234,14 @@ TEST_F(StorageObjectTest, RuleThatChangedSinceItWasLoadedIsNotDeleted) {
 }
 
 TEST_F(StorageObjectTest, EachChangeReachesTheSubscribers) {
-  int told = 0;
-  const StoreSubscription subscription = inner_->subscribe([&] { ++told; });
+  int notified = 0;
+  const StoreSubscription subscription = inner_->subscribe([&] { ++notified; });
   long number = 0;
   long ok = 0;
   add(sample_rule(L"gold"), &number);
   update(number, sample_rule(L"silver"));
   rules_->delete_rule(number, &ok);
-  EXPECT_EQ(told, 3);
+  EXPECT_EQ(notified, 3);
 }
 
 TEST_F(StorageObjectTest, EveryRefusalOfTheStoreIsAFailureAndReachesTheListener) {

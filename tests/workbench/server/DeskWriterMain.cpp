@@ -12,7 +12,7 @@ using namespace workbench;
 namespace {
 
 /// Tells the test that a change of this rule begins, or that it is acknowledged.
-void tell(long rule, bool acknowledged) {
+void report(long rule, bool acknowledged) {
   std::printf(acknowledged ? "%ld\n" : "%ld?\n", rule);
   std::fflush(stdout);
 }
@@ -22,14 +22,14 @@ bool raise_once(RuleStore& store, std::mt19937& random) {
   const long number = static_cast<long>(random() % 5 + 1);
   StoredRule read = store.try_load_rule(number).value();
   read.rule.roll_offset = (read.rule.roll_offset + 1) % 100;
-  tell(number, false);
+  report(number, false);
   try {
     store.update_rule(number, read.rule, read.revision);
   } catch (const StoreError& error) {
     if (error.kind() != StoreErrorKind::changed) throw;
     return false;
   }
-  tell(number, true);
+  report(number, true);
   return true;
 }
 

@@ -24,13 +24,13 @@ class ServerRuleStore : public ServerTest {
 TEST_F(ServerRuleStore, ChangesOfAnotherWorkbenchAreSeenOnce) {
   const auto mine = schema_->open({.first_content = sample_content()});
   const auto theirs = schema_->open();
-  int told = 0;
-  const StoreSubscription subscription = mine->subscribe([&] { ++told; });
+  int notified = 0;
+  const StoreSubscription subscription = mine->subscribe([&] { ++notified; });
   EXPECT_FALSE(mine->poll_for_changes());
   theirs->add_rule(sample_rule(L"third"));
   EXPECT_TRUE(mine->poll_for_changes());
   EXPECT_FALSE(mine->poll_for_changes());
-  EXPECT_EQ(told, 1);
+  EXPECT_EQ(notified, 1);
   theirs->replace_calendars({sample_calendar("other")});
   EXPECT_TRUE(mine->poll_for_changes());
   EXPECT_EQ(theirs->load_rules(), mine->load_rules());

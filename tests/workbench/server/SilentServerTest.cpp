@@ -59,7 +59,7 @@ class SilentServer : public testing::Test {
     return uncertain;
   }
 
-  /// Compares what the caller of the change was told with what happened.
+  /// Compares what the caller of the change was notified with what happened.
   void check(const std::optional<StoreError>& error, const ChangedRecord& record, Fault fault) {
     const bool happened = server_.names() != std::vector<std::wstring>{L"first"};
     if (!error) {
@@ -124,12 +124,12 @@ TEST_F(SilentServer, WorkbenchThatEndsDoesNotWaitForIt) {
 TEST_F(SilentServer, ChangesOfOthersAreFoundWithoutWaiting) {
   const auto mine = open({.poll_interval = milliseconds(20)});
   const auto theirs = open();
-  int told = 0;
-  const StoreSubscription subscription = mine->subscribe([&] { ++told; });
+  int notified = 0;
+  const StoreSubscription subscription = mine->subscribe([&] { ++notified; });
   EXPECT_FALSE(mine->poll_for_changes());
   theirs->add_rule(sample_rule(L"theirs"));
   EXPECT_TRUE(within_seconds(2, [&] { return mine->poll_for_changes(); }));
-  EXPECT_EQ(told, 1);
+  EXPECT_EQ(notified, 1);
   mine->add_rule(sample_rule(L"mine"));
   Sleep(100);
   EXPECT_FALSE(mine->poll_for_changes()) << "its own changes are no news";

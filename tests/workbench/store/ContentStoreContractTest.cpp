@@ -93,31 +93,31 @@ TEST_P(ContentStoreContract, CopyHoldsEverythingWithItsNumbers) {
 }
 
 TEST_P(ContentStoreContract, EachChangeIsToldOnceAndARefusalNever) {
-  int told = 0;
-  const StoreSubscription subscription = store_->subscribe([&] { ++told; });
+  int notified = 0;
+  const StoreSubscription subscription = store_->subscribe([&] { ++notified; });
   const long number = store_->add_rule(sample_rule(L"gold")).number;
-  EXPECT_EQ(told, 1);
+  EXPECT_EQ(notified, 1);
   store_->update_rule(number, sample_rule(L"silver"));
-  EXPECT_EQ(told, 2);
+  EXPECT_EQ(notified, 2);
   store_->replace_settings({{L"setting", L"silver"}});
-  EXPECT_EQ(told, 3);
+  EXPECT_EQ(notified, 3);
   EXPECT_TRUE(refusal([&] { store_->delete_rule(number); }));
   EXPECT_TRUE(refusal([&] { store_->add_rule(sample_rule(L"silver")); }));
-  EXPECT_EQ(told, 3);
+  EXPECT_EQ(notified, 3);
   const StoredSetting setting = store_->add_setting(sample_setting(L"other", L"silver"));
-  EXPECT_EQ(told, 4);
+  EXPECT_EQ(notified, 4);
   store_->update_setting(setting.number, setting.setting);
-  EXPECT_EQ(told, 5);
+  EXPECT_EQ(notified, 5);
   EXPECT_TRUE(refusal([&] { store_->delete_setting(setting.number, 1); }));
-  EXPECT_EQ(told, 5);
+  EXPECT_EQ(notified, 5);
   store_->delete_setting(setting.number);
-  EXPECT_EQ(told, 6);
+  EXPECT_EQ(notified, 6);
   store_->replace_calendars({sample_calendar("exchange")});
-  EXPECT_EQ(told, 7);
+  EXPECT_EQ(notified, 7);
   store_->replace_content({});
-  EXPECT_EQ(told, 8);
+  EXPECT_EQ(notified, 8);
   EXPECT_FALSE(store_->poll_for_changes());
-  EXPECT_EQ(told, 8);
+  EXPECT_EQ(notified, 8);
 }
 
 TEST_P(ContentStoreContract, SubscriberSeesTheChangeAndMayLeaveOrThrow) {
@@ -133,10 +133,10 @@ TEST_P(ContentStoreContract, SubscriberSeesTheChangeAndMayLeaveOrThrow) {
 }
 
 TEST_P(ContentStoreContract, DroppedSubscriptionHearsNothing) {
-  int told = 0;
-  store_->subscribe([&] { ++told; }).reset();
+  int notified = 0;
+  store_->subscribe([&] { ++notified; }).reset();
   store_->add_rule(sample_rule(L"gold"));
-  EXPECT_EQ(told, 0);
+  EXPECT_EQ(notified, 0);
 }
 
 }  // namespace

@@ -44,10 +44,10 @@ TEST(FailingRuleStore, ExactlyTheNthCallFailsAndChangesNothing) {
 TEST(FailingRuleStore, ChangesOfTheInnerStoreAreTold) {
   auto inner = std::make_shared<MemoryRuleStore>();
   FailingRuleStore store(inner, 0);
-  int told = 0;
-  const StoreSubscription subscription = store.subscribe([&] { ++told; });
+  int notified = 0;
+  const StoreSubscription subscription = store.subscribe([&] { ++notified; });
   inner->add_rule(sample_rule(L"gold"));
-  EXPECT_EQ(told, 1);
+  EXPECT_EQ(notified, 1);
 }
 
 }  // namespace

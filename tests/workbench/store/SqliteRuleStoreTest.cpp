@@ -221,16 +221,16 @@ TEST_F(SqliteRuleStore, SchemaItselfKeepsNamesUniqueAndNumbersInRange) {
 TEST_F(SqliteRuleStore, ChangeByAnotherProgramIsToldOnce) {
   const auto mine = open();
   const auto theirs = open();
-  int told = 0;
-  const StoreSubscription subscription = mine->subscribe([&] { ++told; });
+  int notified = 0;
+  const StoreSubscription subscription = mine->subscribe([&] { ++notified; });
   EXPECT_FALSE(mine->poll_for_changes());
   theirs->add_rule(sample_rule(L"theirs"));
   EXPECT_TRUE(mine->poll_for_changes());
   EXPECT_FALSE(mine->poll_for_changes());
-  EXPECT_EQ(told, 1);
+  EXPECT_EQ(notified, 1);
   mine->add_rule(sample_rule(L"mine"));
   EXPECT_FALSE(mine->poll_for_changes());
-  EXPECT_EQ(told, 2);
+  EXPECT_EQ(notified, 2);
 }
 
 TEST_F(SqliteRuleStore, ContentOfManyRulesAndSettingsComesBackWhole) {

@@ -28,7 +28,7 @@ void PrintTo(const DiskFault& fault, std::ostream* stream) { *stream << fault.na
 
 struct Change {
   const char* name;
-  void (*make)(RuleStore& store);
+  void (*apply)(RuleStore& store);
 };
 
 void PrintTo(const Change& change, std::ostream* stream) { *stream << change.name; }
@@ -124,13 +124,13 @@ TEST_P(StoreFault, ChangeIsReportedAndTheOldContentStaysOrItIsKept) {
   const std::filesystem::path path = folder_.path() / L"rules.db";
   const StoreSnapshot before = reopened(path);
   const std::string bytes = read_bytes(path);
-  change.make(*open(path));
+  change.apply(*open(path));
   const StoreSnapshot after = reopened(path);
   std::unique_ptr<RuleStore> store;
   const auto prepare = [&](const std::filesystem::path& copy) {
     write_bytes(copy, bytes);
     store = open(copy);
-    return [&] { change.make(*store); };
+    return [&] { change.apply(*store); };
   };
   const int refused = fail_each_call(fault, prepare, [&](const std::filesystem::path& copy, const auto& error) {
     EXPECT_EQ(snapshot_of(*store), error ? before : after);
@@ -146,9 +146,9 @@ TEST(StoreOnAFullDisk, EveryChangeIsRefusedAsFull) {
     FaultyFileSystem disk;
     const auto store = open(folder.path() / L"rules.db");
     disk.fill_at_write(1);
-    EXPECT_EQ(refusal_kind([&] { change.make(*store); }), StoreErrorKind::full) << change.name;
+    EXPECT_EQ(refusal_kind([&] { change.apply(*store); }), StoreErrorKind::full) << change.name;
     disk.clear_faults();
-    EXPECT_EQ(refusal_kind([&] { change.make(*store); }), std::nullopt) << change.name;
+    EXPECT_EQ(refusal_kind([&] { change.apply(*store); }), std::nullopt) << change.name;
   }
 }
 
