@@ -11,7 +11,7 @@
 
 namespace {
 
-/// The reference to an interface pointer that goes with the scope.
+/// Owns one reference to an interface for a scope.
 template <class Interface>
 class Owned {
  public:

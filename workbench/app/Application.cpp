@@ -195,7 +195,7 @@ void Application::show_about() {
   window_.try_show_box(text(IDS_ABOUT, {program_version(), store_description_}), MB_ICONINFORMATION);
 }
 
-/// A window that closes under an open dialog of the plug-in would take its owner away.
+/// Closing the window under an open dialog of the plug-in would destroy that dialog's owner.
 bool Application::may_close() {
   if (calling_plugin_) {
     window_.show_message(text(IDS_BUSY));
@@ -212,7 +212,7 @@ void Application::unload_plugin() noexcept {
   CoFreeUnusedLibraries();
 }
 
-/// They are called in the middle of a call that the plug-in makes, where nothing may block.
+/// They are called inside a call of the plug-in, where nothing may block.
 StoreListeners Application::store_listeners() {
   return {.failed =
               [this](const StoreError& error, const Rule* unsaved) {

@@ -13,7 +13,7 @@
 namespace workbench {
 
 /// Shows which days and which dates of rules change with an import of calendars, before anything is imported. For the
-/// events of an iCalendar file it asks for what the file does not say.
+/// events of an iCalendar file it asks for what the file does not contain.
 class CalendarDialog final : public ModalDialog {
  public:
   /// `stored` is what the store holds now; `question` stands above the changes.

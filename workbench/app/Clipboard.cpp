@@ -10,7 +10,7 @@ namespace {
 
 using GlobalMemory = base::OwnedBy<HGLOBAL, &GlobalFree>;
 
-/// Has the clipboard open as long as it lives.
+/// Holds the clipboard open for a scope.
 class ScopedClipboard {
  public:
   explicit ScopedClipboard(HWND owner) noexcept : open_(OpenClipboard(owner) != 0) {}

@@ -17,14 +17,14 @@ struct CommandLine {
   enum class Action { run, print_rules, version, help };
 
   Action action = Action::run;
-  std::wstring store{};            ///< as the user names it; empty: the default place
+  std::wstring store{};            ///< as the user names it; empty: the default store
   std::filesystem::path module{};  ///< empty: the registered module, else the one beside the program
   long shown_rule = 0;             ///< the rule that is opened in the editor after the start; 0: none
 
   bool operator==(const CommandLine&) const = default;
 };
 
-/// Arguments that do not make sense: the id of the message and the argument that it is about.
+/// Invalid arguments: the id of the message and the argument that it is about.
 struct CommandLineError {
   UINT message;
   std::wstring argument;
@@ -34,8 +34,8 @@ struct CommandLineError {
 /// `CommandLineError`.
 CommandLine parse_command_line(std::span<const std::wstring> arguments);
 
-/// The language that these arguments ask for, even if others do not make sense, since the messages about those are in
-/// it; nothing if they ask for none.
+/// The language that these arguments ask for, even if others are invalid, since the messages about those are in it;
+/// nothing if they ask for none.
 std::optional<Language> try_find_language(std::span<const std::wstring> arguments);
 
 /// The arguments without `--language` and its value. Throws `CommandLineError` if that is no language.

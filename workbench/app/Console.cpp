@@ -83,7 +83,7 @@ BOOL WINAPI on_interrupt(DWORD event) {
   return TRUE;
 }
 
-/// While it lives, a console shows no key that is typed, and Ctrl+C ends no program, which would leave it so.
+/// For a scope, the console does not echo keys, and Ctrl+C does not end the program, which would leave the echo off.
 class ScopedSilentInput {
  public:
   explicit ScopedSilentInput(HANDLE input) : input_(input) {
@@ -104,8 +104,8 @@ class ScopedSilentInput {
   DWORD mode_ = 0;
 };
 
-/// The character of a key that is pressed; null for anything else. One that is typed by its number with the Alt key
-/// comes when that is released.
+/// The character of a key press; null for anything else. A character that is typed by its number with the Alt key
+/// arrives when Alt is released.
 wchar_t typed_character(const INPUT_RECORD& record) {
   if (record.EventType != KEY_EVENT) return L'\0';
   const KEY_EVENT_RECORD& key = record.Event.KeyEvent;

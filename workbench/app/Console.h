@@ -22,7 +22,7 @@ bool write_output_utf8(std::string_view text, const schedule::Progress& progress
 bool is_output_on_console();
 bool is_error_on_console();
 
-/// Whether `read_secret` can ask somebody. A program with a window cannot, even where it writes to a console: the shell
+/// Whether `read_secret` can ask the user. A program with a window cannot, even where it writes to a console: the shell
 /// that started it does not wait for it and would take what is typed.
 bool can_read_secret();
 

@@ -15,8 +15,8 @@ namespace workbench {
 /// The bytes of a file; nothing if it cannot be read. `progress` may cancel it with `schedule::Cancelled`.
 std::optional<std::string> try_read_file(const std::filesystem::path& path, const schedule::Progress& progress = {});
 
-/// Puts these bytes in the place of the file's content. Returns false, and leaves the file as it was, if that fails.
-/// It stays as it was as well when `progress` throws `schedule::Cancelled`.
+/// Replaces the file's content with these bytes. Returns false, and leaves the file as it was, if that fails. The file
+/// also stays as it was when `progress` throws `schedule::Cancelled`.
 bool try_write_file(const std::filesystem::path& path, std::string_view bytes, const schedule::Progress& progress = {});
 
 /// Which files a dialog shows: the text of its filter and the ending that a name without one gets.

@@ -50,7 +50,7 @@ class ListPane {
 
   /// The column at this index.
   const ListColumn& column_at(size_t index) const { return columns_[index]; }
-  /// Puts these columns in the place of those that there are.
+  /// Replaces the columns.
   void use_columns(std::span<const ListColumn> columns);
 
  private:

@@ -37,7 +37,7 @@ base::Font message_font(int dpi) {
 
 POINT point_of(LPARAM lparam) { return {GET_X_LPARAM(lparam), GET_Y_LPARAM(lparam)}; }
 
-/// The children draw themselves anew instead of moving their old picture, which would take with it what lay over them.
+/// The children are redrawn instead of moved with their old picture, which may show parts of a window above them.
 HDWP defer(HDWP batch, HWND window, const RECT& bounds) {
   if (!batch) return nullptr;
   return DeferWindowPos(batch, window, nullptr, bounds.left, bounds.top, bounds.right - bounds.left,
@@ -358,7 +358,7 @@ void MainWindow::focus_next(std::vector<HWND> order, bool backwards) {
   SetFocus(current == order.end() || current + 1 == order.end() ? order.front() : *(current + 1));
 }
 
-/// What has the focus when the user goes to another window gets it back afterwards.
+/// Remembers the focused control when another window is activated, and focuses it again afterwards.
 LRESULT MainWindow::on_activate(bool active) {
   if (active) {
     SetFocus(last_focus_);

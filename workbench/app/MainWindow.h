@@ -45,7 +45,7 @@ class MainWindow final : public Window {
             const std::vector<StoredCalendar>& calendars);
   /// Shows nothing of a store. What is shown next is not compared with what was shown before.
   void show_nothing();
-  /// Puts the program's own menu in the place of the one that plug-ins have changed.
+  /// Replaces the menu, which plug-ins have changed, with the program's own.
   void reset_menu();
   void show_message(const std::wstring& message) { status_->show_message(message); }
   void show_store(const std::wstring& path) { status_->show_store(path); }
@@ -64,7 +64,7 @@ class MainWindow final : public Window {
   /// Shows a box with this text over whatever dialog is open, and waits until it is closed. Returns false, and shows
   /// nothing, while this window is disabled but its modal dialog does not exist yet.
   bool try_show_box(const std::wstring& message, UINT icon);
-  /// Asks a question that is answered with Yes or No.
+  /// Asks a question with the buttons Yes and No; returns whether the user chose Yes.
   bool ask(const std::wstring& question);
 
  protected:

@@ -10,8 +10,8 @@ namespace workbench {
 /// The dialog in which the user names the store to open: a file, or a database on a server.
 class OpenStoreDialog final : public ModalDialog {
  public:
-  /// Opens the store of this name, see `find_store`, and returns whether it is open. If not, the user has been told why
-  /// and the dialog stays open.
+  /// Opens the store of this name, see `find_store`, and returns whether it is open. If not, the function has shown the
+  /// user why, and the dialog stays open.
   using Open = std::function<bool(const std::wstring& name)>;
 
   OpenStoreDialog(FileDialogs files, Open open);

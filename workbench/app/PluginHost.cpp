@@ -9,7 +9,7 @@ namespace {
 
 constexpr wchar_t module_name[] = L"zdExpirationRules.dll";
 
-/// Stands for the parts of a host that this one does not have and that plug-ins only ask to be there.
+/// Replaces the parts that this host does not have and of which plug-ins only expect a non-null pointer.
 class EmptyDispatch final : public DispatchObject<IDispatch> {};
 
 }  // namespace

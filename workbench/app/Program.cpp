@@ -45,7 +45,7 @@ void show(const std::wstring& message) {
     MessageBoxW(nullptr, message.c_str(), text(IDS_TITLE).c_str(), MB_OK | MB_ICONINFORMATION);
 }
 
-/// Returns whether all lines could be written. What only reads leaves no store behind that nobody asked for.
+/// Returns whether all lines could be written. It creates no store: reading must not leave one behind.
 bool print_rules(StoreLocation& location) {
   ConsoleProgress progress;
   const auto store = location.open({.first_content = first_content(),

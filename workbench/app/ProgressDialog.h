@@ -8,15 +8,15 @@
 
 namespace workbench {
 
-/// Shows how far a long work on this thread has come, once it has taken a second, and lets the user cancel it. The
-/// owner, if there is one, takes no input as long as it is shown.
+/// Shows the progress of long work on this thread once it has taken a second, and lets the user cancel it. Meanwhile
+/// the owner, if there is one, takes no input.
 class ProgressDialog {
  public:
   /// How long work takes before it is shown.
   inline static ULONGLONG delay_ms = 1000;
 
-  /// Which messages are dispatched while the work goes on: those of the dialog alone, for work in whose middle nothing
-  /// else may happen.
+  /// Which messages are dispatched during the work: all, or only those of the dialog, for work that nothing else may
+  /// interrupt.
   enum class Messages { all, own };
 
   explicit ProgressDialog(HWND owner, Messages messages = Messages::all) noexcept

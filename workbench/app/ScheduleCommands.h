@@ -11,8 +11,7 @@
 
 namespace workbench {
 
-/// The commands about settings, dates and the changes of rules: their dialogs, and what becomes of the schedule that is
-/// shown.
+/// The commands about settings, dates and the changes of rules: they show their dialogs and update the schedule.
 class ScheduleCommands {
  public:
   /// `open_rule` opens a rule of the store in the editor.

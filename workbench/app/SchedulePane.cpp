@@ -198,7 +198,7 @@ void SchedulePane::read_choices() {
   const int calendar = chosen_item(calendar_);
   choice_.calendar = calendar > 0 ? data_->calendars.at(static_cast<size_t>(calendar) - 1).name : std::string();
   const std::wstring first = window_text(first_);
-  // Until a typed month is whole, the one before stays.
+  // An incomplete typed month leaves the previous one in effect.
   if (const auto month = schedule::try_parse_month(to_schedule_text(first))) choice_.first = *month;
   choice_.months = month_counts[std::clamp<int>(chosen_item(months_), 0, std::size(month_counts) - 1)];
   update();
@@ -243,7 +243,7 @@ void SchedulePane::calculate() {
   ProgressDialog dialog(GetAncestor(handle(), GA_ROOT));
   const ScheduleChoice choice = choice_;
   Schedule calculated = schedule_of(choice, dialog.progress());
-  // A change that touches no date that is shown is nothing to compare with.
+  // A change that affects no shown date starts no comparison.
   if (baseline_ && is_changed_ && !is_stale_ && calculated.lines.empty()) {
     baseline_.reset();
     calculated = schedule_of(choice, dialog.progress());
@@ -259,7 +259,7 @@ void SchedulePane::show_nothing(const std::wstring& why) {
   set_text(notice_, why);
 }
 
-/// An exception of the pane or of the year in it is said where its dates would be.
+/// Shows the message of an exception of the pane, or of the year in it, instead of the dates.
 void SchedulePane::message_failed() noexcept try {
   if (list_) show_nothing(describe_caught_exception());
 } catch (...) {

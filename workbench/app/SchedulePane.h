@@ -20,8 +20,8 @@ class SchedulePane final : public Window {
   /// `today` is the day whose month is the first that is shown.
   SchedulePane(HWND parent, UINT id, schedule::Day today);
 
-  /// Shows the dates of this content. What was shown before is what a comparison compares with. What takes long shows
-  /// its progress, and a call meanwhile takes effect afterwards.
+  /// Shows the dates of this content and keeps the previous content for a comparison. Work that takes long shows its
+  /// progress; a call during that work takes effect afterwards.
   void show_data(ScheduleData data);
   /// Shows nothing. The next data are compared with nothing.
   void forget_data();
@@ -67,7 +67,7 @@ class SchedulePane final : public Window {
   std::wstring notice() const;
   void lay_out();
 
-  // What takes long lets other messages through, which may bring new data and choices meanwhile.
+  // Work that takes long dispatches other messages, which may set new data and choices.
   std::shared_ptr<const ScheduleData> data_ = std::make_shared<ScheduleData>();
   std::shared_ptr<const ScheduleData> baseline_;  ///< what a comparison compares with, if there is one
   bool has_data_ = false;

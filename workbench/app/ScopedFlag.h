@@ -2,7 +2,7 @@
 
 namespace workbench {
 
-/// Sets a flag as long as it lives.
+/// Sets a flag for a scope.
 class ScopedFlag {
  public:
   explicit ScopedFlag(bool& flag) noexcept : flag_(flag) { flag = true; }

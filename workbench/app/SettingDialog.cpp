@@ -58,7 +58,8 @@ SymbolSourceSetting SettingDialog::entered() const {
   for (size_t month = 0; month < schedule::month_letters.size(); ++month) {
     if (IsDlgButtonChecked(handle(), month_box(month))) setting.months += month_letter(month);
   }
-  // All months are stored as no letters, and so are none: a setting without contracts would have no schedule.
+  // All months are stored as an empty text. No month is stored so too: a setting without contracts would have no
+  // schedule.
   if (setting.months.size() == schedule::month_letters.size()) setting.months.clear();
   return setting;
 }

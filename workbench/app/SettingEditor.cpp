@@ -29,7 +29,7 @@ void SettingEditor::store(const SymbolSourceSetting& entered) {
   }
 }
 
-/// What the user reads names the values that another program stored, because the dialog hides them.
+/// The message names the values that another program stored, because the dialog hides them.
 std::wstring SettingEditor::adopt_conflict() {
   const std::vector<StoredSetting> settings = store_.load_settings();
   const auto found = std::ranges::find(settings, stored_.number, &StoredSetting::number);

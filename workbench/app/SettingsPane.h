@@ -9,8 +9,8 @@
 
 namespace workbench {
 
-/// The pane of symbol source settings, each with the rule that it names. A setting whose rule does not exist stands
-/// out.
+/// The pane of symbol source settings, each with the rule that it names. A setting whose rule does not exist is
+/// highlighted.
 class SettingsPane final : public ListPane {
  public:
   explicit SettingsPane(HWND parent);

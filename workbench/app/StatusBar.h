@@ -23,7 +23,7 @@ class StatusBar {
   void show_message(const std::wstring& message);
   void show_rule_count(size_t count);
   void show_store(const std::wstring& path);
-  /// Shows a hint in the message's place while a menu is open; an empty one brings the message back.
+  /// Shows a hint instead of the message while a menu is open; an empty one shows the message again.
   void show_hint(const std::wstring& hint);
 
  private:

@@ -14,7 +14,7 @@ namespace workbench {
 /// The commands that open another store in the running window. One that cannot be opened leaves the present one open.
 class StoreChooser {
  public:
-  /// `use` puts an open store in the place of the present one.
+  /// `use` replaces the present store with another open one.
   StoreChooser(MainWindow& window, FileDialogs files, std::function<void(OpenedStore)> use);
 
   /// Asks the user for a store.
@@ -27,7 +27,7 @@ class StoreChooser {
   static std::vector<std::wstring> recent();
 
  private:
-  /// Nothing when the user was told why the store cannot be opened, or did not want it.
+  /// Nothing when the store could not be opened, which the user has been shown, or when the user cancelled.
   std::optional<OpenedStore> try_open(const std::wstring& name);
   OpenedStore open(const std::wstring& name);
 

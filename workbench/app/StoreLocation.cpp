@@ -20,7 +20,7 @@ namespace {
 using odbc::ConnectionString;
 
 constexpr std::wstring_view server_prefix = L"odbc:";
-/// With the second between two ticks of the window's clock this makes a change seen within two seconds.
+/// Together with the window's timer of one second this interval shows a change within two seconds.
 constexpr std::chrono::milliseconds poll_interval{500};
 
 class FileLocation final : public StoreLocation {
@@ -157,7 +157,8 @@ class ServerLocation final : public StoreLocation {
   ConnectionString options_;
 };
 
-/// Whatever the case of its letters: what was taken for a file would be shown with its password.
+/// The case of the letters does not count: a connection string that was taken for a file would be shown with its
+/// password.
 bool names_server(std::wstring_view name) {
   const auto length = static_cast<int>(std::min(name.size(), server_prefix.size()));
   return CompareStringOrdinal(name.data(), length, server_prefix.data(), static_cast<int>(server_prefix.size()),

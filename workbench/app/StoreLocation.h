@@ -29,8 +29,8 @@ struct EnteredPassword {
   bool remember = false;  ///< whether Windows is to keep it from now on
 };
 
-/// Asks the user for a password. Returns nothing when the user cancels. Throws `StoreLocationError` where there is
-/// nobody to ask.
+/// Asks the user for a password. Returns nothing when the user cancels. Throws `StoreLocationError` where there
+/// is no way to ask.
 using AskPassword = std::function<std::optional<EnteredPassword>(const PasswordRequest& request)>;
 
 /// How a store is opened.
@@ -60,7 +60,7 @@ class StoreLocation {
   /// connection is encrypted where that is weaker than it should be.
   virtual std::wstring description() const = 0;
 
-  /// What leads to the store again, as after --store, without the password.
+  /// The name under which the store is found again, as after --store, without the password.
   virtual std::wstring text() const = 0;
 
   /// Opens the store. A server's password is asked for when the connection string has none and the server wants one:
@@ -82,15 +82,15 @@ struct OpenedStore {
 /// Opens the store at this location; see `StoreLocation::open`.
 OpenedStore open_store(StoreLocation& location, const StoreOpening& opening);
 
-/// The location that `name` leads to: `odbc:` and a connection string, or the path of a file. This is the only function
-/// that tells them apart. Throws `StoreLocationError` for what is no connection string.
+/// The location that `name` leads to: `odbc:` and a connection string, or the path of a file. Only this
+/// function distinguishes the two. Throws `StoreLocationError` for what is no connection string.
 std::unique_ptr<StoreLocation> find_store(std::wstring_view name);
 
 /// An argument of the command line as a message may show it: a connection string, which may hold a password, is left
 /// out.
 std::wstring printable_argument(const std::wstring& argument);
 
-/// What says where the store of a server is. The port and the user may be empty.
+/// The fields that name the store on a server. The port and the user may be empty.
 struct ServerFields {
   std::wstring server;
   std::wstring port;

@@ -16,7 +16,7 @@ std::wstring text(UINT id, const std::vector<std::wstring>& inserts);
 /// What the system says about an HRESULT, with its number.
 std::wstring describe(HRESULT hresult);
 
-/// The message about the exception that is being handled, which nobody expected.
+/// The message about the exception that is being handled, for exceptions without a message of their own.
 std::wstring describe_caught_exception();
 
 }  // namespace workbench

@@ -5,8 +5,8 @@
 
 namespace workbench {
 
-/// Where this program and its plug-ins keep their settings: a path under the current user, made of the company and the
-/// product of the program's version block.
+/// The registry path of the settings of this program and its plug-ins, relative to the current user's key: composed of
+/// the company and the product of the program's version block.
 std::wstring settings_path();
 
 /// Creates the key of the settings path. Without it plug-ins work all the same, so a failure is not reported.

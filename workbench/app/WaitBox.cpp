@@ -66,12 +66,12 @@ void WaitBox::update() {
 }
 
 void WaitBox::show() {
-  // A thread that does not look for messages keeps its windows as they are, instead of getting a picture of them.
+  // Otherwise the system would replace the windows of a thread that does not fetch messages with pictures of them.
   DisableProcessWindowsGhosting();
   box_ = std::thread([this] { run_box(); });
 }
 
-/// Without the box the call still ends, so whatever fails here does no harm.
+/// A failure is ignored, because the call ends without the box too.
 void WaitBox::run_box() noexcept {
   HWND box = CreateDialogIndirectParamW(base::module_instance(), find_dialog(IDD_WAIT), nullptr, &procedure,
                                         reinterpret_cast<LPARAM>(this));

@@ -69,7 +69,7 @@ void YearWindow::paint() {
   RECT client{};
   GetClientRect(handle(), &client);
   if (!paint.dc() || IsRectEmpty(&client)) return;
-  // The bitmap outlives the context that it is selected into, as it must.
+  // The bitmap is declared first, because it must outlive the device context that it is selected into.
   const base::Bitmap bitmap(CreateCompatibleBitmap(paint.dc(), client.right, client.bottom));
   const base::MemoryDc memory(CreateCompatibleDC(paint.dc()));
   if (!memory || !bitmap) return;

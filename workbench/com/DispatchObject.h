@@ -11,12 +11,12 @@
 
 namespace workbench {
 
-/// How many host objects are alive in this process. Back at its old value once every reference is released.
+/// How many host objects are alive in this process. It returns to its old value once every reference is released.
 inline std::atomic<long> live_dispatch_objects{0};
 
-/// Base of the objects that the host hands out: implements `Interfaces`, `IDispatch` and `IUnknown`, counts references
-/// and destroys itself at the last release. Born with one reference. The method tables are all there is to call: the
-/// late binding methods know no names. Objects belong to the thread that created them.
+/// Base of the objects that the host hands out: implements `Interfaces`, `IDispatch` and `IUnknown`, counts references,
+/// starts with one reference and destroys itself at the last release. Clients call through the method tables: the
+/// late-binding methods know no names. Objects belong to the thread that created them.
 template <class... Interfaces>
 class DispatchObject : public Interfaces... {
  public:

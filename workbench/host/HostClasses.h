@@ -12,16 +12,16 @@
 
 namespace workbench {
 
-/// Hears of each failure of the store that a client of the host's objects met, after the call's HRESULT is settled, so
-/// that the host can show it. `unsaved` is the rule that the client meant to store, null when it meant something else.
-/// It must not throw.
+/// Called for each failure of the store in a call of a client of the host's objects, after the call's HRESULT is
+/// decided, so that the host can show it. `unsaved` is the rule that the client wanted to store, null when it wanted
+/// something else. It must not throw.
 using StoreFailureListener = std::function<void(const StoreError& error, const Rule* unsaved)>;
 
-/// Hears of a rule that a client asked for by its number, which the store lacked, and then added while it still held
-/// the table that it had got: the rule was deleted by another program meanwhile. What it throws is dropped.
+/// Called when a client asked for a rule by a number that the store did not have, and then added a rule while it still
+/// held the table that it had got: another program deleted the rule meanwhile. What it throws is dropped.
 using RestoredRuleListener = std::function<void(const StoredRule& added)>;
 
-/// Who hears of what happens in the host's objects; either may be empty.
+/// The functions that are called for what happens in the host's objects; either may be empty.
 struct StoreListeners {
   StoreFailureListener failed;
   RestoredRuleListener restored;

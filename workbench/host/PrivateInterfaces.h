@@ -8,7 +8,7 @@
 
 namespace workbench {
 
-/// By these interfaces the host's services know its own tables and filters; no object of another implementation
+/// The host's services recognise its own tables and filters by these interfaces; no object of another implementation
 /// supports them.
 struct ITableAccess : IDispatch {
   virtual std::shared_ptr<TableRows> rows() noexcept = 0;

@@ -29,7 +29,7 @@ bool read_filter(IkvRuleFilter* filter, long& number) {
 TableRows::Numbers& numbers_of(TableRows& rows, long field) { return *rows.numbers(rows.find(field)); }
 TableRows::Texts& texts_of(TableRows& rows, long field) { return *rows.texts(rows.find(field)); }
 
-// Once the rows are there, what follows only moves and cannot fail: a table is filled wholly or stays empty.
+// Once the rows exist, the rest only moves values and cannot fail: a table is filled wholly or stays empty.
 
 void fill_table(TableRows& rows, std::vector<StoredRule>&& rules) {
   rows.declare(KVFIELD_RULE_ID);
@@ -137,14 +137,14 @@ HRESULT StorageObject::add_rule(BSTR ruleName, long rollOffset, long dayType, lo
   });
 }
 
-/// A client that saves a rule still has the table of that rule: whoever let go of it adds another one.
+/// A client that saves a rule still holds the table of that rule; one that released it adds another rule.
 void StorageObject::note_restored(const StoredRule& added) noexcept {
   const bool was_lost = !std::exchange(lost_rule_, {}).expired();
   if (!was_lost || !listeners_.restored) return;
   try {
     listeners_.restored(added);
   } catch (...) {
-    // The rule is stored, whatever becomes of the message.
+    // The rule is stored even if the message fails.
   }
 }
 

@@ -11,8 +11,8 @@
 namespace workbench {
 
 /// The host's storage object over a store. A rule that a client loaded by its number and then rewrites must still be
-/// what it loaded: a change by another program in between makes `update_rule` fail, so that nobody's work is
-/// overwritten unseen.
+/// what it loaded: after a change by another program in between, `update_rule` fails instead of overwriting that
+/// change.
 class StorageObject final
     : public RuleServiceSlots<
           DispatchObject<IkvStorage, IkvStorageSession, IkvSymbolSourceService, IkvExpirationRuleService>> {

@@ -44,7 +44,7 @@ void TableRows::resize(std::size_t count) {
 }
 
 void TableRows::append() {
-  // A column that grew before another one failed to is no harm: the count says how many of its rows there are.
+  // If one column cannot grow, those that have grown keep a surplus value: the count says how many rows there are.
   grow_columns(count_ + 1);
   ++count_;
 }

@@ -8,7 +8,6 @@ namespace {
 
 SQLPOINTER number(SQLULEN value) { return reinterpret_cast<SQLPOINTER>(value); }
 
-/// An environment that has been told whose rules its handles follow.
 OdbcHandle create_environment(const OdbcApi& api) {
   OdbcHandle environment(api, SQL_HANDLE_ENV, SQL_HANDLE_ENV, nullptr);
   environment.check(api.set_environment_attribute(environment.get(), SQL_ATTR_ODBC_VERSION, number(SQL_OV_ODBC3), 0),

@@ -28,7 +28,7 @@ class OdbcConnection {
   /// Whether the driver knows that the connection has ended. Some errors that come of it do not say so.
   bool is_lost() const noexcept;
 
-  /// False once a transaction could not be ended: whoever goes on needs another connection.
+  /// False once a transaction could not be ended: the next call needs another connection.
   bool is_usable() const noexcept { return usable_; }
 
  private:

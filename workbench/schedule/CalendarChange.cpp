@@ -34,7 +34,8 @@ std::vector<ChangedDay> changed_days(const Calendar& before, const Calendar& aft
 
 namespace {
 
-/// The dates that change when a calendar takes the place of another; null: of none, so that nothing was known.
+/// The dates that change when `after` replaces `before`; null when there was no such calendar, so that no date was
+/// known.
 std::vector<ChangedDates> changed_dates(const Calendar* before, const Calendar& after, std::span<const NamedRule> rules,
                                         std::span<const NamedSetting> settings, const Progress& progress) {
   const std::optional<TradingDays> old_days = before ? std::optional(trading_days(*before)) : std::nullopt;

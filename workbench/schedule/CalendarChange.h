@@ -26,8 +26,7 @@ struct ChangedDates {
   ScheduleRow after;
 };
 
-/// The days that change when a calendar takes the place of another. Outside a calendar every day but the weekend counts
-/// as open.
+/// The days that change when a calendar replaces another. Outside a calendar every day but the weekend counts as open.
 std::vector<ChangedDay> changed_days(const Calendar& before, const Calendar& after);
 
 /// What changes when a calendar is imported.

@@ -51,7 +51,7 @@ struct CommandArguments {
 /// Whether one of these arguments asks for such a command.
 bool is_schedule_command(std::span<const std::string> arguments);
 
-/// Reads the arguments that follow the program's name. Returns nothing and sets `mistake` if they do not make sense.
+/// Reads the arguments that follow the program's name. Returns nothing and sets `mistake` if they are invalid.
 std::optional<CommandArguments> parse_command_arguments(std::span<const std::string> arguments, Mistake& mistake);
 
 }  // namespace workbench::schedule

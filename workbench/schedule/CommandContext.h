@@ -12,7 +12,7 @@ struct CommandFailure {
   ExitCode exit_code;
 };
 
-/// What the commands share: their input, and the output that they have written so far.
+/// What the commands share: their input, and the output written so far.
 class CommandContext {
  public:
   CommandContext(const CommandContext&) = delete;

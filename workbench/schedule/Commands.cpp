@@ -256,7 +256,7 @@ class DateCommand : private CommandContext {
     return list;
   }
 
-  /// Tells what was noted about the lines of the list, in their order.
+  /// Adds the messages about the lines of the list, in the order of the lines.
   void report_mistakes() {
     std::ranges::stable_sort(mistakes_, {}, &Mistake::line);
     report(arguments_.file, mistakes_);

@@ -39,8 +39,8 @@ struct CommandInput {
 /// What a command asks to be changed in its store, in one transaction. A new store is created even if nothing changes.
 struct WantedChange {
   std::vector<NamedRule> rules{};                       ///< each changes the rule of its name, or is added
-  std::optional<std::vector<NamedSetting>> settings{};  ///< in the place of all that there are
-  std::optional<Calendar> calendar{};                   ///< in the place of the one with its name
+  std::optional<std::vector<NamedSetting>> settings{};  ///< replace all settings
+  std::optional<Calendar> calendar{};                   ///< replaces the one with its name
 };
 
 /// What a command writes: data to the standard output, messages to the error stream, one a line. The caller does what

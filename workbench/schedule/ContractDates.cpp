@@ -117,7 +117,7 @@ ContractDates contract_dates(const RuleNumbers& rule, Month contract, const Trad
     dates.roll = dates.expiration;
   } else if (rule.day_type == 0) {
     const Day roll = open_days.day_at(number - rule.roll_offset);
-    // A move to the next trading day skips closed days only, so the count back needs no day from the specified one on.
+    // Moving forward skips closed days only, so the count back needs no day from the specified one on.
     dates.roll = day_on(roll, basis(roll, to_next ? specified.day - days{1} : specified.day));
   } else {
     const Day roll = expiration - days{rule.roll_offset};

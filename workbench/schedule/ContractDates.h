@@ -18,7 +18,7 @@ enum class Basis : std::uint8_t {
 };
 
 /// One of the three days of a contract. A roll day in calendar days is known even outside the calendar; its basis then
-/// says that nobody knows whether the exchange is open.
+/// says that it is not known whether the exchange is open.
 struct ContractDay {
   std::optional<Day> date{};
   Basis basis = Basis::calendar;

@@ -15,7 +15,7 @@ struct CsvRecord {
   std::vector<std::string> fields;
 };
 
-/// The records of a text, and what broke the form. A broken record is left out.
+/// The records of a text, and the mistakes in its form. A record with a mistake is left out.
 struct CsvRecords {
   std::vector<CsvRecord> records;
   std::vector<Mistake> mistakes;

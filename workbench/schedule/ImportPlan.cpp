@@ -39,7 +39,7 @@ void plan_rules(const std::vector<Lined<NamedRule>>& file, std::span<const Named
   }
 }
 
-/// The n-th setting of a name in the file takes the place of the n-th of that name in the store.
+/// The n-th setting of a name in the file replaces the n-th of that name in the store.
 void plan_settings(const std::vector<Lined<NamedSetting>>& file, std::span<const NamedSetting> stored,
                    const Progress& progress, ImportPlan& plan) {
   std::multimap<std::string_view, const NamedSetting*> rest;
@@ -57,7 +57,7 @@ void plan_settings(const std::vector<Lined<NamedSetting>>& file, std::span<const
   for (const auto& [name, setting] : rest) plan.removed_settings.push_back(*setting);
 }
 
-/// The settings of the file may name what the store does not have, but hardly on purpose.
+/// A setting of the file may name a rule or calendar that the store does not have, but that is probably a mistake.
 void warn_of_missing(const RuleFile& file, const ImportTarget& store, ImportPlan& plan) {
   std::set<std::string_view> rules{""};
   std::set<std::string_view> calendars{""};

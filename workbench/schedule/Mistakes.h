@@ -10,7 +10,7 @@ namespace workbench::schedule {
 /// The languages of the messages.
 enum class Language { english, chinese };
 
-/// What there is to say about a line of a file, or about a command. Each kind has its message in the table of
+/// The kinds of messages about a line of a file or about a command. Each kind has its message in the table of
 /// Mistakes.cpp.
 enum class MistakeKind {
   not_utf8,

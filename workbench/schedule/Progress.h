@@ -5,13 +5,13 @@
 
 namespace workbench::schedule {
 
-/// Called with how much of a long work is done, of how much; returns whether to go on.
+/// Called by long work with the amount that is done and the whole amount; returns false to cancel the work.
 using Progress = std::function<bool(std::size_t done, std::size_t all)>;
 
 /// Thrown out of a long work that the user cancels.
 struct Cancelled {};
 
-/// Reports how much is done. Throws `Cancelled` if the work is not to go on.
+/// Reports how much is done. Throws `Cancelled` if `progress` returns false.
 inline void advance(const Progress& progress, std::size_t done, std::size_t all) {
   if (progress && !progress(done, all)) throw Cancelled();
 }

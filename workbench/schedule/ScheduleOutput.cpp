@@ -29,7 +29,7 @@ std::string basic_text(Day day) {
   return text;
 }
 
-/// A number that depends on nothing but the text, for identifiers that stay the same from export to export.
+/// A hash that depends on the text alone, so that identifiers stay the same from export to export.
 std::string stable_hash(std::string_view text) {
   std::uint64_t hash = 0xCBF29CE484222325U;  // FNV-1a
   for (const char unit : text) hash = (hash ^ static_cast<unsigned char>(unit)) * 0x100000001B3U;

@@ -10,7 +10,7 @@
 namespace workbench::schedule {
 
 /// A table of texts whose first row names the columns. Texts are UTF-8 that may also hold the three bytes of a lone
-/// surrogate; where the form cannot say that, U+FFFD stands for it.
+/// surrogate; where a form cannot express one, U+FFFD replaces it.
 using TextTable = std::vector<std::vector<std::string>>;
 
 /// The table as CSV; see `append_csv`.

@@ -73,7 +73,7 @@ constexpr const char* style =
     ".estimate{font-style:italic}"
     "@media print{body{margin:0}.list{margin:0}"
     ".lists{break-before:page;display:grid;gap:0 4mm;align-items:start}"
-    // What does not fit into a narrow line is cut; the other page or the screen has it.
+    // Text that does not fit into a narrow line is cut; the table on the other page and the screen show all of it.
     ".lists2,.lists3,.lists4{white-space:nowrap}"
     ".lists3 .list,.lists4 .list{table-layout:fixed}"
     ".list td,.list th,.month li{overflow:hidden;text-overflow:ellipsis}.month li{white-space:nowrap}"

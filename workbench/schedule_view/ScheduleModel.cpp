@@ -209,7 +209,7 @@ class Comparison {
     return differs;
   }
 
-  /// How far the lines of one item have come is of no interest.
+  /// The progress within the lines of one item is not reported.
   schedule::Progress unreported_;
   ScheduleBuilder old_;
   ScheduleBuilder builder_;

@@ -48,7 +48,7 @@ enum Attention : std::uint8_t {
   attention_none = 0,
   attention_closed_roll = 1,      ///< the exchange is closed on the roll day
   attention_roll_not_later = 2,   ///< the roll day is not after that of the contract before
-  attention_beyond_calendar = 4,  ///< a day is not known, or nobody knows whether the exchange is open on it
+  attention_beyond_calendar = 4,  ///< a day is not known, or it is not known whether the exchange is open on it
   attention_no_date = 8,          ///< a number of the rule has no meaning
 };
 
@@ -80,8 +80,8 @@ struct Schedule {
 Schedule make_schedule(const ScheduleData& data, const ScheduleChoice& choice, const schedule::Progress& progress = {});
 
 /// The contracts of every setting whose dates within the chosen months differ between `before` and `now`, and of every
-/// rule without settings if the choice names a calendar. What is selected plays no part. A setting that is in one of
-/// the two alone is left out, since there is nothing to put beside it.
+/// rule without settings if the choice names a calendar. The selection is ignored. A setting that is only in one of the
+/// two is left out, since there is nothing to compare it with.
 Schedule compare_schedules(const ScheduleData& before, const ScheduleData& now, const ScheduleChoice& choice,
                            const schedule::Progress& progress = {});
 

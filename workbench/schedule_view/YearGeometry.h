@@ -23,8 +23,8 @@ struct YearLayout {
 /// The smallest area in which twelve months fit in four columns.
 SIZE least_year_size(int dpi);
 
-/// Lays out an area of this size at this resolution (96 for 100 %): as large as possible, but no larger than is
-/// pleasant, and never too small to read. At least one month is shown, however small the area.
+/// Lays out an area of this size at this resolution (96 for 100 %): as large as fits, up to a largest cell, and never
+/// below the smallest readable cell. At least one month is shown, however small the area.
 YearLayout lay_out_year(SIZE area, int dpi);
 
 /// The title of the month at this index.

@@ -20,7 +20,7 @@ constexpr COLORREF old_color = RGB(110, 110, 110);
 
 using Gdi = base::OwnedBy<HGDIOBJ, &DeleteObject>;
 
-/// Selects an object into a device context as long as it lives.
+/// Selects an object into a device context for a scope.
 class ScopedSelection {
  public:
   ScopedSelection(HDC dc, HGDIOBJ object) noexcept : dc_(dc), previous_(SelectObject(dc, object)) {}

@@ -30,7 +30,7 @@ struct YearPicture {
 
 /// Draws a year into an area with its upper left corner at 0, 0, in the colours of the system and with digits that fit
 /// the layout. Marks differ in shape: an expiration is a ring, a roll a filled triangle in a box, a day before a change
-/// a dotted outline, an estimate dashed, a holiday struck out.
+/// a dotted outline, an estimate dashed, a holiday crossed out.
 void paint_year(HDC dc, const YearLayout& layout, const YearPicture& picture, SIZE area);
 
 }  // namespace workbench

@@ -9,7 +9,7 @@
 
 namespace workbench {
 
-/// What a change made of one rule or setting.
+/// One rule or setting after a change.
 struct ChangedRecord {
   long number = 0;
   Revision revision = 0;
@@ -18,7 +18,7 @@ struct ChangedRecord {
 /// A change from the moment when it may have happened.
 struct Commit {
   std::wstring change;   ///< its id
-  ChangedRecord record;  ///< what it makes of the record
+  ChangedRecord record;  ///< the record after it
   bool happened;         ///< false: it is not known whether it happened
 };
 

@@ -179,8 +179,8 @@ ChangedRecord DirectServerStore::change(const Body& body) {
   session_.call([&] {
     if (settle_change()) missed_change_ = true;
     odbc::OdbcTransaction transaction(session_.connection());
-    // What others changed since the last look is told by the next look, because the counter then holds this change
-    // too.
+    // The counter that this store remembers next includes this change, so a change of another workbench before it is
+    // remembered in `missed_change_` for the next poll.
     if (read_counter(session_.sql().lock_store) != known_changes_) missed_change_ = true;
     insert_change(session_, id);
     changed = body();

@@ -5,7 +5,8 @@
 
 namespace workbench {
 
-/// Everything that the store holds. Called within a transaction that sees one moment.
+/// Everything that the store holds. Must be called within a transaction that reads one snapshot; see
+/// `ServerDialect::begin_snapshot`.
 StoreCopy select_copy(ServerSession& session);
 
 /// Puts everything that another store held into a new one, within a transaction.

@@ -46,7 +46,7 @@ struct ServerDialect {
   std::wstring delete_settings;  ///< all of them
   std::wstring insert_settings;  ///< a batch
 
-  std::wstring begin_snapshot;       ///< from now to the end of the transaction every statement sees one moment
+  std::wstring begin_snapshot;       ///< every further statement of the transaction reads the same snapshot
   std::wstring select_last_numbers;  ///< the last numbers of a rule and of a setting; 0 where none was given
   std::wstring copy_rules;           ///< a batch with the numbers and revisions
   std::wstring copy_settings;        ///< the same

@@ -33,7 +33,7 @@ bool delete_setting(ServerSession& session, long number, Revision revision);
 /// Throws `damaged` if the store holds a calendar that no client could have stored.
 std::vector<StoredCalendar> select_calendars(ServerSession& session);
 
-/// Puts each calendar in the place of the one with its name.
+/// Replaces the calendar of the same name with each of these, or adds it.
 void replace_calendars(ServerSession& session, const std::vector<StoredCalendar>& calendars);
 
 /// Stores rules under their names; see `RuleStore::import_records`. Many rules go in one statement.

@@ -141,7 +141,7 @@ class ServerRuleStore final : public RuleStore {
     return *std::move(*result);
   }
 
-  /// Runs a change and returns what it made of the record, if it is about one.
+  /// Runs a change and returns the record after it, if it is about one.
   template <class Call>
   ChangedRecord change(Call call, const schedule::Progress& progress = {}) {
     const auto changed = std::make_shared<ChangedRecord>();

@@ -34,7 +34,7 @@ std::int64_t read_version(ServerSession& session) {
 
 void select(ServerSession& session, const std::wstring& sql) { session.prepare(sql).execute(); }
 
-/// A copy goes where there is no store.
+/// A copy is refused when the schema holds a store.
 void refuse_copy(const ServerSession& session, const ServerStoreOptions& options) {
   if (options.copied) session.fail(StoreErrorKind::exists, "the schema holds a store");
 }

@@ -35,7 +35,7 @@ base::KernelHandle create_event() {
 struct StoreThread::State {
   State(odbc::ConnectionString connection, ServerStoreOptions store_settings, std::wstring unsettled_change)
       : options(std::move(connection)), settings(std::move(store_settings)), unsettled(std::move(unsettled_change)) {
-    // The copy may be gone before the thread is.
+    // The thread may outlive the caller's copy.
     if (settings.copied) settings.copied = &copied.emplace(*settings.copied);
   }
 
@@ -57,7 +57,7 @@ struct StoreThread::State {
   bool abandoned = false;
 
   std::optional<std::pair<std::size_t, std::size_t>> progress;
-  std::optional<bool> go_on;  // what was answered to the progress
+  std::optional<bool> go_on;  // what `progress` returned
 
   std::optional<Clock::time_point> poll_began;
   bool changed = false;

@@ -10,7 +10,7 @@ FailingRuleStore::FailingRuleStore(std::shared_ptr<RuleStore> store, int failing
 
 RuleStore& FailingRuleStore::next() {
   if (++calls_ == failing_call_)
-    throw StoreError(kind_, std::to_wstring(calls_), "call " + std::to_string(calls_) + " was made to fail");
+    throw StoreError(kind_, std::to_wstring(calls_), "call " + std::to_string(calls_) + " fails on purpose");
   return *store_;
 }
 

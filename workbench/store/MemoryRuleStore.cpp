@@ -20,7 +20,7 @@ std::vector<StoredSetting> numbered(const std::vector<SymbolSourceSetting>& sett
   return stored;
 }
 
-/// `present` with these calendars in the place of those with their names.
+/// `present`, with the calendars of the same names replaced by these.
 std::vector<StoredCalendar> merged(std::vector<StoredCalendar> present, const std::vector<StoredCalendar>& calendars) {
   const auto name = [](const StoredCalendar& stored) -> const std::string& { return stored.calendar.name; };
   for (const StoredCalendar& calendar : calendars) {

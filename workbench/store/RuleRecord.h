@@ -15,7 +15,7 @@ namespace workbench {
 /// The longest name of a rule or a symbol source setting, in UTF-16 code units.
 inline constexpr std::size_t longest_name = 255;
 
-/// What a trader says about a contract's expiration. `rule_columns` gives the ranges of the numbers.
+/// The rule for a contract's expiration. `rule_columns` gives the ranges of the numbers.
 struct Rule {
   std::wstring name;  ///< any UTF-16 code units, 1 to `longest_name` of them
   long roll_offset = 0;
@@ -95,7 +95,7 @@ struct StoreCopy {
 /// Records that come from a file.
 struct StoreImport {
   std::vector<Rule> rules;                                     ///< each changes the rule of its name, or is added
-  std::optional<std::vector<SymbolSourceSetting>> settings{};  ///< in the place of all that there are
+  std::optional<std::vector<SymbolSourceSetting>> settings{};  ///< replace all settings
 };
 
 /// One number of a rule: its host field, its name in the store, and the least and the greatest value.

@@ -10,7 +10,7 @@ StoreSubscription RuleStore::subscribe(std::function<void()> changed) {
 }
 
 void RuleStore::notify_subscribers() noexcept {
-  // A subscriber may subscribe others, so the list can grow and move meanwhile; those need no word of this change.
+  // A subscriber may add subscribers, which can move the list; those are not notified of this change.
   const std::size_t count = subscribers_.size();
   for (std::size_t i = 0; i < count && i < subscribers_.size(); ++i) {
     const auto subscriber = subscribers_[i].lock();

@@ -62,13 +62,13 @@ class RuleStore {
   /// Deletes a setting; with `expected` only that revision of it, as above.
   virtual void delete_setting(long number, std::optional<Revision> expected = std::nullopt) = 0;
 
-  /// Puts these settings in the place of all that there are. They get new numbers.
+  /// Replaces all settings with these, which get new numbers.
   virtual void replace_settings(const std::vector<SymbolSourceSetting>& settings) = 0;
 
   /// Every trading calendar, by name.
   virtual std::vector<StoredCalendar> load_calendars() = 0;
 
-  /// Puts each of these calendars in the place of the one with its name, or adds it. The others stay. Fails with
+  /// Replaces the calendar of the same name with each of these, or adds it. The others stay. Fails with
   /// `invalid_value`.
   virtual void replace_calendars(const std::vector<StoredCalendar>& calendars) = 0;
 
@@ -76,7 +76,7 @@ class RuleStore {
   /// nothing changed, when `progress` does. Fails with `invalid_value`.
   virtual void import_records(const StoreImport& records, const schedule::Progress& progress = {}) = 0;
 
-  /// Puts this content in the place of everything that there is.
+  /// Replaces everything in the store with this content.
   virtual void replace_content(const StoreContent& content) = 0;
 
   /// Everything that the store holds at one moment.
@@ -87,8 +87,8 @@ class RuleStore {
   /// ignore it.
   virtual void set_progress(const schedule::Progress& /*progress*/) {}
 
-  /// Looks whether another program changed the content since the last look, and if so notifies the subscribers. Returns
-  /// whether it did.
+  /// Checks whether another program changed the content since the last check, and if so notifies the subscribers.
+  /// Returns whether it did.
   virtual bool poll_for_changes() = 0;
 
   /// Calls `changed` after each change, until the subscription is dropped. It may use the store; what it throws is

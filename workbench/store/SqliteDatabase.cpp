@@ -223,7 +223,7 @@ SqliteTransaction::~SqliteTransaction() {
   try {
     database_.execute("ROLLBACK");
   } catch (...) {
-    // The library has rolled back by itself; it says so by refusing.
+    // A ROLLBACK that fails means that the library has rolled back already.
     return;
   }
 }

@@ -23,7 +23,7 @@ StoredRule insert_rule(const SqliteDatabase& database, const Rule& rule);
 /// Adds a rule with its number and revision.
 void insert_stored(const SqliteDatabase& database, const StoredRule& stored);
 
-/// Puts `updated` in the place of the rule with its number, its revision too.
+/// Rewrites the rule with the number of `updated`, its revision too.
 void rewrite_rule(const SqliteDatabase& database, const StoredRule& old, const StoredRule& updated);
 
 void delete_rule(const SqliteDatabase& database, const StoredRule& stored);
@@ -44,7 +44,7 @@ void rename_in_settings(const SqliteDatabase& database, const std::wstring& from
 /// Throws `damaged` if the file holds a calendar that no version could have stored.
 std::vector<StoredCalendar> select_calendars(const SqliteDatabase& database);
 
-/// Puts each calendar in the place of the one with its name.
+/// Replaces the calendar of the same name with each of these, or adds it.
 void replace_calendars(const SqliteDatabase& database, const std::vector<StoredCalendar>& calendars);
 
 /// Stores rules under their names; see `RuleStore::import_records`.

@@ -39,7 +39,7 @@ enum class StoreErrorKind {
   cancelled,  ///< the user gave up waiting for a call of a plug-in
 };
 
-/// A refusal of a store. Whatever was asked for did not happen, and the old content stays whole; only of an `uncertain`
+/// A refusal of a store. The requested change did not happen, and the old content is intact; only for an `uncertain`
 /// change it is not known whether it happened.
 class StoreError : public std::runtime_error {
  public:

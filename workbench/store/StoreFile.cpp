@@ -23,8 +23,8 @@ struct Identity {
 constexpr char sqlite_signature[] = "SQLite format 3";  // with its null
 constexpr std::uint32_t store_application = 0x7A644552;
 
-/// The step at index n leads from version n to version n + 1; version 0 is an empty file. Files of every version are
-/// out there, so a step never changes once it was shipped.
+/// The step at index n leads from version n to version n + 1; version 0 is an empty file. Users have files of every
+/// version, so a shipped step is never changed.
 constexpr std::array migrations{
     R"sql(
       CREATE TABLE rules (
@@ -133,11 +133,11 @@ bool has_content(const std::filesystem::path& path) {
   return !missing && size > 0;
 }
 
-/// Looks at the file's first bytes before SQLite does, because SQLite may tidy up behind another program.
+/// Reads the file's first bytes before SQLite opens it, because SQLite may recover the file of another program.
 void refuse_foreign_file(const std::filesystem::path& path) {
   std::error_code missing;
   if (std::filesystem::is_directory(path, missing)) refuse(StoreErrorKind::unavailable, path, "a folder");
-  // Of a change that was cut short only SQLite can read the header: it puts back what the journal holds first.
+  // Only SQLite can read the header of a file with an unfinished change: it first restores what the journal holds.
   if (!has_content(path) || has_content(path.native() + L"-journal")) return;
   std::ifstream file(path, std::ios::binary);
   if (!file) return;  // SQLite cannot open it either, and says why

@@ -31,7 +31,8 @@ open_file() {
   await "the end of the dialog for a file" window_is_closed "$title"
 }
 
-# choose_calendar DIALOG NAME: goes from the control before to the list of calendars and presses the name's first letter.
+# choose_calendar DIALOG NAME: moves the focus from the previous control to the list of calendars and presses the name's
+# first letter.
 choose_calendar() {
   press Tab
   await "the focus on the calendars" has_focus "$1" "$dates_calendar"

@@ -85,12 +85,12 @@ row_count() { read_screen rows "$1" "$2" | grep -c ''; }
 
 # Keyboard and mouse.
 
-# The one window that answers: dialogs disable the windows below them. An open menu leaves the keyboard to its window.
-answering_window() { read_screen windows | awk -F '\t' '$7 ~ /enabled/ && $2 != "#32768" { print $1; exit }'; }
+# The one enabled window: dialogs disable the windows below them. An open menu leaves the keyboard to its window.
+enabled_window() { read_screen windows | awk -F '\t' '$7 ~ /enabled/ && $2 != "#32768" { print $1; exit }'; }
 
-# The window manager gives the keyboard to a window some time after that has opened, and keys go nowhere meanwhile.
-keyboard_is_there() { [ "$(xdotool getwindowfocus getwindowname 2>/dev/null)" = "$(answering_window)" ]; }
-await_keyboard() { await "the keyboard at the window that answers" keyboard_is_there; }
+# The window manager gives the keyboard to a window some time after that has opened, and keys are lost until then.
+keyboard_is_there() { [ "$(xdotool getwindowfocus getwindowname 2>/dev/null)" = "$(enabled_window)" ]; }
+await_keyboard() { await "the keyboard focus at the enabled window" keyboard_is_there; }
 
 press() {
   await_keyboard
