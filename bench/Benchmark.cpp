@@ -64,7 +64,7 @@ Result play(const Benchmark& benchmark, int most_rounds) {
   };
   int rounds = 0;
   for (; rounds < most_rounds && (rounds < least_rounds || !is_narrow()); ++rounds) {
-    // Whoever comes later finds warmer caches: they take turns.
+    // The later of the three finds warmer caches, so the order changes with each round.
     for (std::size_t turn = 0; turn < count_of_ways; ++turn) {
       const std::size_t way = (turn + static_cast<std::size_t>(rounds)) % count_of_ways;
       times[way].push_back((*ways[way])().seconds);

@@ -47,7 +47,7 @@ BOOL DialogOwner::ProcessWindowMessage(HWND, UINT message, WPARAM, LPARAM lParam
   return FALSE;
 }
 
-/// The window manager takes its time. Without this window in front, dialogs would open over none and never report
+/// The window manager activates the window late. Dialogs that open before it is in front have no owner and never report
 /// that they are idle.
 void DialogOwner::activate() const {
   const ULONGLONG end = GetTickCount64() + timeout_ms;

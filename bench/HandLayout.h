@@ -6,7 +6,7 @@
 
 namespace bench {
 
-/// What a dialog with the rule list's template would do by hand to lay itself out, knowing its children by name.
+/// The layout that a dialog with the rule list's template would do by hand, knowing its children by name.
 class HandLayout {
  public:
   /// The grip is a plain one, or one like the module's: triangular, and clipped by its siblings.

@@ -13,10 +13,10 @@ struct HostRow {
   long rule_id;
 };
 
-/// The names and numbers of all rules, by the host calls that a refill of the list makes and nothing else.
+/// The names and numbers of all rules, by the same host calls as a refill of the list and no others.
 std::vector<HostRow> read_rows(const StorageBlock& storage);
 
-/// One rule, by the host calls that an editor makes.
+/// One rule, by the same host calls as the editor.
 ExpirationRule read_rule(const StorageBlock& storage, long rule_id);
 
 }  // namespace bench

@@ -11,7 +11,7 @@ namespace {
 
 constexpr int usual_rounds = 400;
 
-/// Subject and floor share one core, so that neither has a faster one than the other.
+/// All run on one core, so that none has a faster one than the others.
 void pin_to_one_core() {
   SetProcessAffinityMask(GetCurrentProcess(), 1);
   SetThreadPriority(GetCurrentThread(), THREAD_PRIORITY_HIGHEST);

@@ -12,8 +12,8 @@ namespace bench {
 /// Names of rules, each one once, in an order that is not theirs.
 std::vector<std::wstring> rule_names(int count);
 
-/// Rules in memory, and the reference host's objects over them, which this process gets while it lives. Rules are
-/// numbered from 1 on in the order of their names here.
+/// Rules in memory, and the reference host's objects over them, whose classes are registered in this process while it
+/// lives. Rules are numbered from 1 on in the order of their names here.
 class RuleHost {
  public:
   explicit RuleHost(const std::vector<std::wstring>& names);

@@ -1,6 +1,6 @@
-# Uses ccache where it is installed, unless another launcher is chosen. The settings go along with every call, so that
-# clones in other folders share the results: paths are relative to the project, the times of headers do not count, nor do
-# the definitions inside a precompiled header, and the compiler itself lists the headers that a source reads.
+# Uses ccache where it is installed, unless another launcher is chosen. The settings are part of every call, so that
+# clones in other folders share the results: paths are relative to the project, the times of headers do not count, nor
+# do the definitions inside a precompiled header, and the compiler itself lists the headers that a source reads.
 find_program(ZD_CCACHE ccache)
 if(ZD_CCACHE AND (NOT CMAKE_CXX_COMPILER_LAUNCHER OR CMAKE_CXX_COMPILER_LAUNCHER STREQUAL "ccache"))
   set(CMAKE_CXX_COMPILER_LAUNCHER

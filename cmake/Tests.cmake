@@ -22,7 +22,7 @@ set(ZD_PRECOMPILED_HEADERS test_headers)
 # the label of their folder too. The deep run plays each test in a process of its own and in a shuffled order besides.
 #   RESOURCES  targets that hold compiled resources, or .rc files
 #   SCREEN     the tests, as patterns of Suite.Test, that need the real keyboard, the real foreground or real painting.
-#              They take turns; all others run beside each other on desktops that are never shown
+#              Nothing runs beside them; all others run side by side on desktops that are never shown
 #   TIMEOUT    how long one test may take before the watchdog ends it, in seconds; 180 by default
 #   SHARDS     divides a long program into so many starts, name.1, name.2 and so on, that run beside each other
 #   ALONE      nothing runs beside the program

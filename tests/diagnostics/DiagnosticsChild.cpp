@@ -1,5 +1,5 @@
-// The other process of the tests: plays the role that its first argument names and writes what it saw to its standard
-// output. It lies in a folder of its own, where no diagnostics library is found by name.
+// The child process of the tests: runs the function that its first argument names and writes what it saw to its
+// standard output. It lies in a folder of its own, where no diagnostics library is found by name.
 #include <windows.h>
 #include <fcntl.h>
 #include <io.h>
@@ -52,7 +52,7 @@ void describe_box(HWND box) {
   say("icon", shown && shown == LoadIconW(nullptr, IDI_ERROR) ? L"error" : L"another");
 }
 
-/// Reports without a library; answers and counts the boxes that come up.
+/// Reports without a library; closes and counts the message boxes that open.
 int report_without_library() {
   test_support::DialogDriver driver([](HWND box) {
     describe_box(box);

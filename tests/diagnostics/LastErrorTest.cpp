@@ -43,7 +43,7 @@ TYPED_TEST(EveryLevel, PutsTheLastErrorBackWhenItIsDestroyed) {
   SetLastError(callers_error);
   {
     TypeParam reporter(location);
-    EXPECT_EQ(GetLastError(), callers_error) << "making a reporter must not show";
+    EXPECT_EQ(GetLastError(), callers_error) << "creating a reporter must keep the last error";
     reporter.report(L"%d", 1);
     SetLastError(1);
   }

@@ -32,7 +32,7 @@ class Process : public testing::Test {
 
   static ChildResult play(const std::vector<std::wstring>& arguments) {
     ChildResult result = test_support::run_child(program(), arguments);
-    EXPECT_FALSE(result.timed_out) << "some window waits for an answer";
+    EXPECT_FALSE(result.timed_out) << "a window is open";
     return result;
   }
 

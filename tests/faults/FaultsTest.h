@@ -15,12 +15,13 @@
 
 namespace faults_test {
 
-/// Plays a scenario in a host and releases the plug-in. Fails the test when something is held or torn afterwards.
+/// Plays a scenario in a host and releases the plug-in. Fails the test when the module still holds anything or the
+/// storage holds part of a change.
 ScenarioResult play(const Scenario& scenario, const module_test::Module& module, test_support::RecordingHost& host,
                     const Arm& arm);
 
-/// Plays a scenario in which nothing fails, and fails the test when it does not end as it is meant. Returns the calls
-/// that the host got from `arm` on.
+/// Plays a scenario without faults, and fails the test when it does not end as intended. Returns the calls that the
+/// host got from `arm` on.
 Calls play_undisturbed(const Scenario& scenario, const module_test::Module& module);
 
 /// Plays something again and again, each time with another call failing, and in a deep run also with each call and all

@@ -9,14 +9,14 @@
 
 namespace faults_test {
 
-/// What a loaded module must not leave behind, whatever is done with it: created before, queried afterwards.
+/// Checks what a loaded module still holds, against what it held when this object was created.
 class ModuleLeakCheck {
  public:
   explicit ModuleLeakCheck(const module_test::Module& module);
 
-  /// How many GDI objects, device contexts and registry keys the module has had.
+  /// How many GDI objects, device contexts and registry keys the module has acquired.
   int handles_acquired() const { return handles_.acquired(); }
-  /// The function that gave each of them that the module has not given back.
+  /// For each of these that the module has not released, the function that returned it.
   std::vector<std::string> handles_left() const { return handles_.left(); }
 
   /// Fails the test when the module holds an object, a window of this thread or a handle, or a heap is damaged.

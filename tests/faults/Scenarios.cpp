@@ -45,15 +45,15 @@ HostRule named(const wchar_t* name, HostRule rule) {
   return rule;
 }
 
-/// What is entered into the editor: nothing as it was and nothing as it is by default.
+/// The rule that the user enters: every field differs from the old value and from the default.
 HostRule entered_rule() { return {free_rule.id, L"IF month", 12, 1, 1, 31, 2, 4, 0, 0, 1}; }
 
 constexpr wchar_t new_rule_name[] = L"新规则";
 
 // Initialize.
 
-/// A storage that cannot be had leaves its entries empty and a hot key without an id is none; every other failure, and
-/// every missing object without which it cannot go on, ends `Initialize`.
+/// A failure to obtain the storage leaves its entries empty, and an object that is no hot key leaves the id unknown;
+/// every other failure, and every missing required object, ends `Initialize`.
 bool ends_initialize(const std::string& call, const Fault& fault) {
   if (begins_with(call, "kvStorage::")) return false;
   if (begins_with(call, "kvHotKey::")) return FAILED(fault.result) && fault.result != E_NOINTERFACE;
@@ -175,7 +175,7 @@ ScenarioResult play_show(Session& session) {
   return play_show_of(session, free_rule.id, {free_rule.name, entered_rule(), {}, {}});
 }
 
-// How a new rule is saved is a matter of adding it.
+// `Add` covers saving a new rule.
 ScenarioResult play_show_new(Session& session) {
   return play_show_of(session, 0, {new_rule_name, entered_rule(), {}, [&] { session.clear_faults(); }});
 }

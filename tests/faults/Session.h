@@ -12,10 +12,10 @@ namespace faults_test {
 
 using Rules = std::vector<test_support::HostRule>;
 
-/// What a scenario calls at the start of the part that it tests: nothing fails before.
+/// A scenario calls this at the start of the part that it tests; nothing fails before.
 using Arm = std::function<void()>;
 
-/// One run of a scenario: a plug-in of the built module in a host in memory. `end` gives everything back.
+/// One run of a scenario: a plug-in of the built module in a host over a store in memory. `end` releases everything.
 class Session {
  public:
   Session(const module_test::Module& module, test_support::RecordingHost& host, Arm arm);
@@ -30,12 +30,13 @@ class Session {
   HRESULT command();
   HRESULT show(long rule_id);
 
-  /// How many GDI objects, device contexts and registry keys the module has had.
+  /// How many GDI objects, device contexts and registry keys the module has acquired.
   int handles() const { return leak_check_.handles_acquired(); }
-  /// The function that gave each of them that the module has not given back.
+  /// For each of these that the module has not released, the function that returned it.
   std::vector<std::string> handles_left() const { return leak_check_.handles_left(); }
 
-  /// Lets the plug-in go, as a host does at its end. Fails the test when the module holds anything afterwards.
+  /// Calls `Uninitialize` and releases the plug-in, as a host does at its end. Fails the test when the module holds
+  /// anything afterwards.
   void end();
 
  private:

@@ -13,7 +13,7 @@ using testing::IsEmpty;
 using Names = std::set<std::string>;
 
 /// What no scenario calls, because only dialogs of others do or because the library of the reports is loaded here. The
-/// tests of the resizable library and of the diagnostics client make these fail.
+/// tests of the resizable library and of the diagnostics client inject faults into these.
 const Names failed_in_their_components = {"BeginPaint",         "BitBlt",      "CreateBitmap", "CreateCompatibleBitmap",
                                           "CreateCompatibleDC", "GetDC",       "LoadLibraryA", "OffsetRgn",
                                           "RegGetValueA",       "SelectObject"};
@@ -33,7 +33,7 @@ TEST(SystemCalls, OfTheModuleFailInAScenarioOrInTheirComponent) {
   }
   Names forgotten = FailingSystem::functions();
   for (const std::string& function : visited) forgotten.erase(function);
-  EXPECT_THAT(forgotten, IsEmpty()) << "no test makes these fail";
+  EXPECT_THAT(forgotten, IsEmpty()) << "no test injects faults into these";
 }
 
 }  // namespace

@@ -67,7 +67,7 @@ void play_first_object(const Module& module, const Injection& injection) {
     }
     injection.clear_faults();
     EXPECT_THAT(hresult, AnyOf(S_OK, E_OUTOFMEMORY));
-    EXPECT_TRUE(module.plugin()) << "the next one is made";
+    EXPECT_TRUE(module.plugin()) << "the next one is created";
   }
   leak_check.expect_none();
 }

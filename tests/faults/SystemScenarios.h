@@ -26,10 +26,10 @@ struct SystemScenario {
 /// Shows a scenario by its name.
 void PrintTo(const SystemScenario& scenario, std::ostream* out);
 
-/// What reaches the module beside a host and its user, most of it for the first time.
+/// Scenarios without a host or a user, most of them the first use of something in the module.
 const std::vector<SystemScenario>& every_first_use();
 
-/// Those, and the scenarios of the host and its user.
+/// The scenarios of `every_first_use` and those of the host and its user.
 const std::vector<SystemScenario>& every_system_scenario();
 
 }  // namespace faults_test

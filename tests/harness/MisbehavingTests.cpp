@@ -10,12 +10,12 @@ const char test_support::tests_on_screen[] = "Misbehaving.DISABLED_OpensADialog"
 // Each of these must be caught by the test frame; they only run when the frame's own tests ask for them.
 namespace {
 
-// Volatile, so that the compiler cannot tell that the access is wrong.
+// Volatile, so that the compiler does not see that the access is wrong.
 using Bytes = volatile char* volatile;
 
 TEST(Misbehaving, Passes) {}
 
-TEST(Misbehaving, DISABLED_OpensADialog) { MessageBoxW(nullptr, L"an open question", L"Nobody answers", MB_OK); }
+TEST(Misbehaving, DISABLED_OpensADialog) { MessageBoxW(nullptr, L"an open question", L"No user answers", MB_OK); }
 
 TEST(Misbehaving, DISABLED_StopsAnswering) {
   CreateWindowW(L"EDIT", L"text", WS_POPUP, 0, 0, 100, 100, nullptr, nullptr, nullptr, nullptr);

@@ -132,7 +132,7 @@ TEST_F(ListEditing, RuleIsReselectedByNumberAmongEqualNames) {
   });
 }
 
-// The header takes the place of the first row.
+// The header covers the first row.
 TEST_F(ListEditing, ReselectedRuleIsTheThirdVisibleRow) {
   store_hundred_rules();
   open([](RuleList& list) {

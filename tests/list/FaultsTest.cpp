@@ -31,7 +31,7 @@ bool stored(RecordingHost& host, const HostRule& rule) {
   return std::count(host.rules().begin(), host.rules().end(), rule) == 1;
 }
 
-/// Answers every question with Yes, without a box on the screen.
+/// Returns Yes from every message box that asks, without showing it.
 class Agreement {
  public:
   Agreement() {
@@ -42,7 +42,7 @@ class Agreement {
     });
   }
 
-  /// Whether as many rules were deleted as the user was asked for, or fewer.
+  /// Whether at most as many rules were deleted as the user was asked about.
   bool confirmed_every_delete_of(RecordingHost& host) const { return rules.size() - host.rules().size() <= questions_; }
 
  private:
@@ -68,7 +68,7 @@ class ListFaults : public testing::TestWithParam<Fault> {
     return dialog.DoModal(nullptr);
   }
 
-  /// Whether the lookup of the users goes on in silence when this call fails.
+  /// Whether the lookup of the users continues without a report when this call fails.
   static bool is_quiet(const std::string& call) {
     const char* const quiet[] = {"IkvRuleFilter::SetRuleID",
                                  "IkvExpirationRuleService::load_rules",

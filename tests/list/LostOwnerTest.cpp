@@ -25,7 +25,7 @@ class ListLosesItsOwner : public ListDialogTest {
   }
   void TearDown() override {
     EXPECT_FALSE(IsWindow(owner.get()));
-    EXPECT_THAT(reports(), Not(Contains(HasSubstr("IsWindow")))) << "nothing was asked of a window that is gone";
+    EXPECT_THAT(reports(), Not(Contains(HasSubstr("IsWindow")))) << "no function was called on a destroyed window";
   }
 
   /// The owner is destroyed inside a call of the host.
@@ -44,8 +44,8 @@ class ListLosesItsOwner : public ListDialogTest {
     recorder.on_command([this](const test_support::RecordedCommand&) { owner.destroy(); });
   }
 
-  /// In the open list the user selects a rule and presses a button. Whatever opens over the list is answered with
-  /// `answer`.
+  /// In the open list the user selects a rule and presses a button. The dialog that opens over the list ends with what
+  /// `answer` returns.
   void press(int rule, int button, const std::function<int()>& answer, const std::function<void()>& prepare = {}) {
     open(
         [&](RuleList& list) {

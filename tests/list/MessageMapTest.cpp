@@ -9,7 +9,7 @@ using testing::IsEmpty;
 
 constexpr int buttons[] = {IDCANCEL, IDC_ADD_RULE, IDC_EDIT_RULE, IDC_DELETE_RULE};
 
-/// An empty storage: what a button does, it does in silence.
+/// An empty storage, so that a button opens no message box.
 class ListMessages : public ListDialogTest {};
 
 TEST_F(ListMessages, ClickOnCloseEndsTheDialogWithItsNumber) {

@@ -58,7 +58,7 @@ TEST_F(InitializeTest, ReportsAFailedEntryWithoutAReferenceToThePlugin) {
   }
 }
 
-// An exception of another compiler unwinds nothing: a lock that were held during the call would stay so.
+// An exception of another compiler unwinds nothing: a lock that was held during the call would stay held.
 TEST_F(InitializeTest, HoldsNoLockWhileTheHostIsCalled) {
   int served = 0;
   for (const char* call : {"IkvMainMenu::FindSubMenu", "IkvMainMenu::AddSubMenu", "IkvSubMenu::AddCommand",

@@ -104,7 +104,7 @@ TEST_F(LateBoundTest, FailureOfAMethodIsReturnedAsAnException) {
 void leave_error_information() {
   base::ComPtr<ICreateErrorInfo> error;
   ASSERT_EQ(S_OK, CreateErrorInfo(&error));
-  const _bstr_t text = L"somebody else's failure";
+  const _bstr_t text = L"the failure of another object";
   error->SetDescription(text.copy(false));
   ASSERT_EQ(S_OK, SetErrorInfo(0, base::query<IErrorInfo>(error)));
 }

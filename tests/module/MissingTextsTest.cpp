@@ -12,7 +12,7 @@ using testing::StartsWith;
 
 ZD_IMPORT_PROBE(LoadLibraryW, LoadLibraryProbe);
 
-/// The host's texts are not there. The host may let messages through while that is reported, and call again.
+/// The host's texts are missing. While the module reports that, the host may dispatch messages and call again.
 class MissingTexts : public HostedTest {
  protected:
   MissingTexts() {

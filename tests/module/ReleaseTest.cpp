@@ -11,7 +11,7 @@ namespace {
 
 using testing::ElementsAre;
 
-/// What the host of this test knows: which of its interfaces the plug-in released, in order.
+/// Records which interfaces the plug-in released, in order.
 struct Log {
   std::vector<std::string> released;
   std::function<void()> on_release;

@@ -52,7 +52,7 @@ void limits(Input& input) {
   drops_window_region(input.take<DWORD>(), input.take<unsigned>());
 }
 
-/// A monitor's work area: any place, any sensible size.
+/// A monitor's work area: any position, any sensible size.
 RECT work_area(Input& input) {
   const LONG left = input.take<std::int16_t>();
   const LONG top = input.take<std::int16_t>();
@@ -79,7 +79,7 @@ void placement(Input& input) {
   expect(std::int64_t{held.bottom} - held.top >= std::int64_t{smallest.cy} - caption);
   const RECT work = work_area(input);
   const RECT fitted = fitted_rect(held, work, work);
-  // The whole smallest window lies in the work area, but for the part of its height that an opening height lacks.
+  // The smallest window lies wholly in the work area; an opening height may be shorter.
   expect(fitted.left >= work.left && fitted.top >= work.top);
   expect(fitted.left + smallest.cx <= work.right && fitted.top + smallest.cy - caption <= work.bottom);
   expect(same(fitted, fitted_rect(fitted, work, work)));

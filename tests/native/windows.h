@@ -1,6 +1,6 @@
 #pragma once
 
-// What the arithmetic of windows needs of the platform's header, for a machine that has none.
+// The parts of the platform's header that the arithmetic needs, for a machine without that header.
 
 #include <algorithm>
 #include <cstdint>

@@ -44,7 +44,7 @@ class MissingDialog final : public CDialogImpl<MissingDialog> {
   ~MissingDialog() override = default;
 
   BOOL ProcessWindowMessage(HWND, UINT, WPARAM, LPARAM, LRESULT&, DWORD) override {
-    ADD_FAILURE() << "a message reached a dialog that cannot be made";
+    ADD_FAILURE() << "a message reached a dialog that cannot be created";
     return FALSE;
   }
 };

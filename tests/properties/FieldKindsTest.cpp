@@ -18,7 +18,7 @@ using testing::IsEmpty;
 
 using ReportLines = std::vector<std::string>;
 
-/// What a host may answer when it is asked for a field.
+/// What a host may return when the module asks for a field.
 struct FieldKind {
   enum class Kind {
     wrong_type,    ///< a text where a number belongs, and the reverse
@@ -26,7 +26,7 @@ struct FieldKind {
     mute,          ///< an object that knows none of its methods
     unresponsive,  ///< an object that has no interface when it is asked
     null,          ///< success and no object
-    missing,       ///< the answer for a field that the table lacks
+    missing,       ///< the result for a field that the table does not have
   };
   const char* name;
   Kind kind;
@@ -44,7 +44,7 @@ std::string call_of(const char* call, tagKVFIELDID id) { return std::string(call
 
 class FieldKinds : public HostileDialogs {
  protected:
-  /// Runs a test for each kind of answer.
+  /// Runs a test for each kind.
   void for_each_kind(const std::function<void()>& test) {
     for (const FieldKind& tried : kinds) {
       SCOPED_TRACE(tried.name);

@@ -28,7 +28,7 @@ class HostileDialogs : public storage_test::StorageTest {
  protected:
   HostileDialogs();
 
-  /// Opens the editor of a rule, lets `act` look at it and press OK, and cancels it when it is still open. Answers the
+  /// Opens the editor of a rule, lets `act` look at it and press OK, and cancels it when it is still open. Returns the
   /// dialog's result.
   INT_PTR edit(long rule_id, const std::function<void(HWND editor)>& act);
   /// Opens the list, lets `act` use it and closes it. Message boxes are visited by `box`, which ends them.

@@ -22,7 +22,7 @@ using testing::IsEmpty;
 
 using Texts = std::vector<std::wstring>;
 
-/// Takes the place of all message boxes.
+/// Replaces all message boxes.
 class MessageBoxes {
  public:
   MessageBoxes() {
@@ -74,7 +74,7 @@ class HostileNames : public HostileDialogs {
     return {};
   }
 
-  /// Settings of which some use the rule of this name. Answers the names of those.
+  /// Stores settings of which some use the rule of this name. Returns the names of those.
   Texts store_any_settings(const std::wstring& rule_name) {
     host.settings().clear();
     Texts users;

@@ -51,7 +51,7 @@ class DamagedScript : public testing::Test {
     }
   }
 
-  /// Registers and unregisters with these bytes as the script. Answers whether the script could be read; one that could
+  /// Registers and unregisters with these bytes as the script. Returns whether the script could be read; one that could
   /// not must leave everything as it was, any other the entries of others.
   bool play(const Bytes& script) {
     LockResourceProbe lock;

@@ -15,7 +15,7 @@ class ChildProtocol : public testing::Test {
  protected:
   ChildProtocol() { RegisterResizeMessage::GetRegisteredWMU_RESIZESUPPORT(); }
 
-  /// The child answers a question with non-zero after `answer` has written to what lParam points at.
+  /// The child handles a question: `write` fills the record at lParam, and the message returns non-zero.
   template <class Record>
   void answer(WPARAM question, std::function<void(Record&)> write) {
     answers[question] = [write](LPARAM record) { write(*reinterpret_cast<Record*>(record)); };

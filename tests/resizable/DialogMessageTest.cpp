@@ -25,7 +25,7 @@ class DialogMessages : public DialogFixture<IDD_SIZING_BORDER> {
     UpdateWindow(dialog.m_hWnd);
   }
 
-  /// Moves a child out of its place, so that a test sees whether it is laid out again.
+  /// Moves a child elsewhere, so that a test sees whether it is laid out again.
   void displace() { MoveWindow(dialog.item(IDC_ADD), 0, 0, 5, 5, FALSE); }
   bool displaced() { return rect_of(dialog.item(IDC_ADD)) == RECT{0, 0, 5, 5}; }
 };
@@ -287,7 +287,7 @@ TEST_F(Erasing, LeavesTheChildrensPixelsAlone) {
   EXPECT_EQ(GetPixel(dc.get(), list.left + 5, list.top + 5), mark);
 }
 
-/// Takes a dialog's window over and hands the dialog's procedure one message more when the last one has gone through it
+/// Takes a dialog's window over and hands the dialog's procedure one message more after the last one has passed through it
 /// and the window still exists.
 class MessageAfterTheLast {
  public:

@@ -12,7 +12,7 @@ ZD_IMPORT_PROBE(SetWindowPos, SetPositionProbe);
 namespace resizable_test {
 namespace {
 
-/// The mix-in on a window: who wants the grip shown, and where it stands.
+/// The mix-in on a window: when the grip is shown, and where.
 class GripWindow : public platform::CWindow, public CResizableGrip<GripWindow> {};
 
 class GripMixIn : public testing::Test {

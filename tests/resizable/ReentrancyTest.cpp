@@ -17,7 +17,7 @@ namespace {
 constexpr RECT start{10, 20, 60, 40};
 constexpr RECT moved{110, 20, 160, 40};  // start, on the right of a parent 100 wider
 
-/// Does something when the child is asked a question, and answers it.
+/// Calls `act` when the child gets a question, and handles the question.
 Listener::Handler when_asked(WPARAM question, const std::function<void()>& act) {
   return [question, act](UINT message, WPARAM asked, LPARAM, LRESULT& result) {
     if (message != WMU_RESIZESUPPORT) return false;
@@ -124,7 +124,7 @@ TEST_F(InitialQuestion, AChildThatDestroysItselfLeavesTheOthersAnchored) {
 TEST_F(InitialQuestion, AChildThatDestroysTheNextOneLeavesTheOthersAnchored) {
   open_asking({IDC_GROUP}, [this](HWND) { DestroyWindow(dialog.item(IDC_LIST)); });
   EXPECT_THAT(anchored(), testing::UnorderedElementsAre(IDC_GROUP, IDC_ADD, IDC_NEVER_ANCHORED, IDCANCEL));
-  EXPECT_EQ(dialog.Anchored().size(), 4U) << "what is gone before its turn is not recorded";
+  EXPECT_EQ(dialog.Anchored().size(), 4U) << "a child that is destroyed before it is visited is not recorded";
 }
 
 TEST_F(InitialQuestion, ChildrenThatComeToTheTopAreAskedOnceAndLeaveTheOthersAnchored) {

@@ -21,7 +21,7 @@ std::string read_all(HANDLE pipe) {
   return text;
 }
 
-/// No process when it does not start.
+/// An empty handle when the process does not start.
 base::KernelHandle try_start(const std::wstring& command_line, HANDLE output) {
   STARTUPINFOW startup{};
   startup.cb = sizeof startup;
@@ -30,7 +30,7 @@ base::KernelHandle try_start(const std::wstring& command_line, HANDLE output) {
   startup.hStdOutput = output;
   startup.hStdError = GetStdHandle(STD_ERROR_HANDLE);
   PROCESS_INFORMATION started{};
-  // The call may write to its line.
+  // CreateProcessW may modify its command line.
   std::wstring line = command_line;
   if (!CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup, &started)) return {};
   CloseHandle(started.hThread);

@@ -9,7 +9,7 @@
 
 namespace test_support {
 
-/// What became of a child process.
+/// How a child process ended.
 struct ChildResult {
   DWORD exit_code;
   std::string output;  ///< what it wrote to its standard output

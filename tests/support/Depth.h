@@ -6,7 +6,7 @@
 namespace test_support {
 
 /// Whether the run plays every repetition to its end, as `./test --deep` does. Otherwise a test runs each kind of its
-/// cases at least once, so that a change gets its verdict in minutes.
+/// cases at least once, so that a run takes minutes.
 inline bool deep() {
   const char* depth = std::getenv("ZD_TEST_DEPTH");
   return depth && std::string_view(depth) == "deep";

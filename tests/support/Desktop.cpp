@@ -9,7 +9,7 @@ namespace test_support {
 bool move_to_own_desktop() {
   const HWINSTA station = CreateWindowStationW(nullptr, 0, GENERIC_ALL, nullptr);
   if (!station || !SetProcessWindowStation(station)) return false;
-  // Stations without a name may be one and the same, and programs on one desktop take the foreground from each other.
+  // Window stations without a name may be shared, and programs on one desktop take the foreground from each other.
   const std::wstring name = L"tests-" + std::to_wstring(GetCurrentProcessId());
   const HDESK desktop = CreateDesktopW(name.c_str(), nullptr, nullptr, 0, GENERIC_ALL, nullptr);
   return desktop && SetThreadDesktop(desktop);

@@ -2,9 +2,9 @@
 
 namespace test_support {
 
-/// Moves the process to a window station of its own, which is never shown: programs run side by side without taking the
-/// foreground from each other, and no display takes part. To be called before the process has any window. Returns
-/// whether it moved.
+/// Moves the process to a window station of its own, which is never shown, so that programs run side by side without
+/// taking the foreground from each other and without a display. Must be called before the process has any window.
+/// Returns whether it moved.
 bool move_to_own_desktop();
 
 }  // namespace test_support

@@ -22,7 +22,7 @@ bool is_dialog(const CREATESTRUCTW& creation) {
                               : lstrcmpW(creation.lpszClass, L"#32770") == 0;
 }
 
-/// A window handle has 32 bits that count; the number of a visit has the others.
+/// A window handle uses 32 bits; the number of the visit is in the others.
 UINT_PTR timer_of(HWND dialog, int number) {
   return static_cast<UINT_PTR>(number) << 32 | static_cast<std::uint32_t>(reinterpret_cast<UINT_PTR>(dialog));
 }
@@ -67,7 +67,7 @@ LRESULT CALLBACK DialogDriver::see_window(int code, WPARAM window, LPARAM creati
   return CallNextHookEx(nullptr, code, window, creation);
 }
 
-// The loop of the dialog is the first to take the message.
+// The dialog's loop is the first to get the timer message.
 void DialogDriver::schedule(HWND dialog, int number) const {
   if (when_ == When::created) {
     PostMessageW(messages_, visit_message, reinterpret_cast<WPARAM>(dialog), number);

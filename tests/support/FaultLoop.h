@@ -10,7 +10,7 @@ namespace test_support {
 /// How long a fault lasts: for one call, or for every call from that one on.
 enum class FaultDuration { once, lasting };
 
-/// Decides which call fails of all that an injector sees. Takes no memory itself.
+/// Decides which of the calls that an injector sees fails. Allocates no memory.
 class FaultCounter {
  public:
   /// The calls count from now on, and the `number`th fails, counted from 1; 0 fails none.

@@ -17,8 +17,8 @@ struct FunctionName {
 /// Whether a loaded module imports a function of this name.
 bool imports(HMODULE module, const char* name);
 
-/// Puts a function of the test in the place of one that a loaded module imports, as long as it lives. UI
-/// thread only; patches of one function end in the reverse order of their creation.
+/// Replaces a function that a loaded module imports with a function of the test, for a scope. UI thread only; patches
+/// of one function end in the reverse order of their creation.
 class ImportPatch {
  public:
   /// `function` must have the type of the imported one. Throws `std::runtime_error` when the module imports none of

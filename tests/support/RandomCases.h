@@ -26,7 +26,7 @@ class RandomCases {
     return below(4) ? extremes[below(7)] : static_cast<long>(bits());
   }
 
-  /// Up to `longest` UTF-16 units of any value, with many that tend to be taken for something else.
+  /// Up to `longest` UTF-16 units of any value, with many that programs often mistake.
   std::wstring text(unsigned longest) {
     static const std::wstring odd[] = {
         L"%s", L"%n",   L"%1!s!",  L"%",      L"{}",     L"''",           L"\"", L"&",

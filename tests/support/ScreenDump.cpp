@@ -11,7 +11,7 @@ namespace {
 
 constexpr UINT response_time_ms = 200;
 
-/// The text as the window returns it; when its thread does not respond, as the system remembers it.
+/// The text as the window returns it; when its thread does not respond, the text that the system stores.
 std::string text_of(HWND window) {
   wchar_t text[512] = L"";
   DWORD_PTR length = 0;

@@ -121,7 +121,7 @@ class Supervisor {
     for (const std::string& failure : failures_) std::printf("FAILED: %s\n", failure.c_str());
     if (skipped_) std::printf("%zu skipped\n", skipped_);
     std::printf("%zu passed, %zu failed\n", passed_, failures_.size());
-    // Of several programs that one filter is given to, some have no test for it.
+    // When several programs get one filter, some have no test for it.
     const bool may_be_empty = !variable("ZD_TEST_MAY_BE_EMPTY").empty();
     return failures_.empty() && (passed_ + skipped_ || may_be_empty) ? EXIT_SUCCESS : EXIT_FAILURE;
   }

@@ -37,7 +37,7 @@ DWORD WINAPI Watchdog::run(void* self) {
         std::fprintf(stderr, "watchdog: no test finished for %lu s. On the screen:\n", watchdog.limit_ms_ / 1000);
         dump_screen(stderr);
         std::fflush(stderr);
-        // Nothing orderly is possible any more: the threads that would have to end are the ones that hang.
+        // An orderly end is impossible: the hanging threads would have to take part.
         TerminateProcess(GetCurrentProcess(), watchdog_exit_code);
     }
   }

@@ -11,7 +11,7 @@
 
 namespace test_support {
 
-/// Where a module gets memory from.
+/// The allocators that a module uses.
 enum class Memory {
   blocks,  ///< the C runtime's `malloc`, which `operator new` calls
   com,     ///< strings of COM and blocks of its task allocator

@@ -12,10 +12,10 @@
 
 namespace test_support {
 
-/// While it lives, a loaded module's calls of the functions with which it opens, creates or finds something of the
-/// system are recorded and can fail: the registry, windows, GDI, libraries, resources, version blocks, type libraries,
-/// classes and locks. A call that fails does nothing and returns what the function returns without memory; only closing
-/// a key does its work. One lives at a time; UI thread only.
+/// While it lives, a loaded module's calls of the functions with which it opens, creates or finds objects of the system
+/// are recorded and can fail: the registry, windows, GDI, libraries, resources, version blocks, type libraries, classes
+/// and locks. A call that fails does nothing and returns what the function returns without memory; only closing a key
+/// does its work. One lives at a time; UI thread only.
 class FailingSystem {
  public:
   explicit FailingSystem(HMODULE module);

@@ -70,7 +70,7 @@ ReplacedFunction releasing(Result(WINAPI*)(Arguments...)) {
   return ReplacedFunction::by<ReleaseHook<kind, handle, Result, Arguments...>>(name.text);
 }
 
-/// A key is closed whatever closing it returns.
+/// A key counts as closed whatever RegCloseKey returns.
 struct CloseHook {
   static LSTATUS WINAPI call(HKEY key) {
     released(Kind::key, key, true);

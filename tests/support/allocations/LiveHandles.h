@@ -10,8 +10,8 @@
 
 namespace test_support {
 
-/// While it lives, keeps account of the GDI objects, device contexts and registry keys that a loaded module creates or
-/// opens: the test platform itself counts none of them. One lives at a time; UI thread only.
+/// While it lives, tracks the GDI objects, device contexts and registry keys that a loaded module creates or opens: the
+/// test platform counts none of them. One lives at a time; UI thread only.
 class LiveHandles {
  public:
   explicit LiveHandles(HMODULE module);

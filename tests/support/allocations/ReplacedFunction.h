@@ -8,13 +8,13 @@
 
 namespace test_support {
 
-/// An imported function, what stands in its place, and where that finds what the module called before.
+/// An imported function, its replacement, and the variable through which the replacement calls the original.
 struct ReplacedFunction {
   const char* name;
   void* replacement;
   void** original;
 
-  /// Puts `Replacement::call` in the place of the function; it finds the original in `Replacement::original`.
+  /// Replaces the function with `Replacement::call`, which finds the original in `Replacement::original`.
   template <class Replacement>
   static ReplacedFunction by(const char* name) {
     return {name, reinterpret_cast<void*>(Replacement::call), reinterpret_cast<void**>(&Replacement::original)};

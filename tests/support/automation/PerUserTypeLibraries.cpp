@@ -20,7 +20,7 @@ std::optional<ProcAddressProbe> probe;
 class UsersClasses {
  public:
   UsersClasses() {
-    // A root that is opened under an empty name gives the key that stands in its place.
+    // Opening a root under an empty name returns the key that it is redirected to.
     RegCreateKeyExW(HKEY_CLASSES_ROOT, L"", 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, before_.put(), nullptr);
     RegCreateKeyExW(HKEY_CURRENT_USER, L"Software\\Classes", 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, users_.put(),
                     nullptr);
@@ -53,7 +53,7 @@ FARPROC address(Function* function) {
 }
 
 FARPROC look_up(HMODULE module, LPCSTR name) {
-  // An ordinal stands where a name could.
+  // The parameter may be an ordinal instead of a name.
   const std::string_view function = HIWORD(name) != 0 ? name : "";
   if (function == "RegisterTypeLibForUser") return address(&register_for_user);
   if (function == "UnRegisterTypeLibForUser") return address(&unregister_for_user);

@@ -33,7 +33,7 @@ struct Fault {
 using HostArgument = std::variant<long, const wchar_t*, IUnknown*, const char*>;
 
 /// Every call of a proxy of the host passes through here: it is recorded as text, as in
-/// `IkvTable::AddField(1025, 0, 0, 0)`, and can be made to fail.
+/// `IkvTable::AddField(1025, 0, 0, 0)`, and can fail on demand.
 class HostCalls {
  public:
   /// Runs one call: records it and returns what `body` returns, or what the fault says that is planned for it. `out` is
@@ -60,8 +60,8 @@ class HostCalls {
     return call(name, {}, body);
   }
 
-  /// Runs `act` inside the next call that matches `pattern`, before that does its work: a host that lets messages
-  /// through.
+  /// Runs `act` inside the next call that matches `pattern`, before that call does its work, as if the host dispatched
+  /// messages.
   void inside(const std::string& pattern, std::function<void()> act) { acts_.push_back({pattern, std::move(act)}); }
 
   /// Every call so far, in order.

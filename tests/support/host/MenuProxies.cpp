@@ -26,7 +26,7 @@ class CommandProxy final : public ProxyObject<Interface> {
   const char* getter_;
 };
 
-/// Notes whom the host would call for a new command.
+/// Records the object that the host would call for a new command.
 template <class Interface>
 void note_command(HostState& host, const ComPtr<Interface>& command, IDispatch* target) {
   long id = 0;

@@ -26,7 +26,7 @@ class ProxyObject : public LivingObject, public First, public Others... {
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) noexcept final {
     if (!object) return E_POINTER;
     const bool is_private = !find_interface(iid) && interface_name(iid) == std::string_view("unknown");
-    // The system asks whether an object is runnable, and relies on a true answer.
+    // The system asks whether an object is runnable and requires a truthful result.
     if (!host_->record_queries || is_private || iid == IID_IRunnableObject) return query(iid, object);
     return calls().call(query_.c_str(), {interface_name(iid)}, object, [&] { return query(iid, object); });
   }

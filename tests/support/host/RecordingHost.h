@@ -18,7 +18,7 @@ inline constexpr long first_command_id = 0x8000;
 
 /// The reference host over a store in memory, with a proxy before each of its objects: the storage object, tables,
 /// filters, menu and hot keys. While it lives, the classes of the host are registered in this process, so that
-/// `CoCreateInstance` creates its objects. Every call of every method is recorded and can be made to fail. The end of
+/// `CoCreateInstance` creates its objects. Every call of every method is recorded and can fail on demand. The end of
 /// the host fails the test when an object of it is still referenced.
 class RecordingHost {
  public:
@@ -38,7 +38,7 @@ class RecordingHost {
   /// What these fields hold in every row until a client writes them, whatever the host put there. A value of another
   /// type than the field's is a type mismatch for who reads it; none is a null text or 0.
   HostRow& odd_values() noexcept { return state_->odd_values; }
-  /// Whom the host calls for each command id that it gave out; not referenced.
+  /// The object that the host calls for each command id that it gave out; not referenced.
   const std::map<long, IDispatch*>& commands() const noexcept { return state_->commands; }
   /// Whether `QueryInterface` counts as a call; it does not at first.
   void record_queries(bool record) noexcept { state_->record_queries = record; }

@@ -9,7 +9,7 @@ using base::ComPtr;
 using IKV_kvudfcom::IkvField;
 using IKV_kvudfcom::IkvTable;
 
-/// One field of whichever row is current in its table. Until it is written, it may hold an odd value in the place of
+/// One field of whichever row is current in its table. Until it is written, it may hold an odd value instead of
 /// what the host put there.
 class FieldProxy final : public workbench::FieldSlots<ProxyObject<IkvField>> {
  public:

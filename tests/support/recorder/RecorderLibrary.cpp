@@ -24,7 +24,7 @@ std::vector<RecordedField> snapshot_of(const RecordingObject* object);
 std::mutex live_records_lock;
 std::set<const RecordingObject*> live_records;
 
-/// Any other object than a living record of the recorder is none.
+/// Null for any object that is not a living record of the recorder.
 const RecordingObject* find_record(const IDispatch* object);
 
 std::wstring text_of(const VARIANT& value) {

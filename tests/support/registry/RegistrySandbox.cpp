@@ -34,7 +34,7 @@ RegistrySandbox::~RegistrySandbox() {
 }
 
 void join_registry_sandbox() {
-  // The user's root goes last: both paths start there.
+  // The user's root is redirected last, because both paths start there.
   join(HKEY_CLASSES_ROOT, classes_variable);
   join(HKEY_CURRENT_USER, user_variable);
 }

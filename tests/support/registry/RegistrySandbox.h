@@ -4,7 +4,7 @@
 
 namespace test_support {
 
-/// Scratch areas in place of HKEY_CURRENT_USER and HKEY_CLASSES_ROOT, which child processes that call
+/// Scratch areas instead of HKEY_CURRENT_USER and HKEY_CLASSES_ROOT, which child processes that call
 /// `join_registry_sandbox` share. Keys that the system opens past the Win32 registry functions are not redirected.
 class RegistrySandbox {
  public:

@@ -17,7 +17,7 @@ ScratchRoot::ScratchRoot(HKEY root) : root_(root), path_(scratch_path(root)) {
   if (RegCreateKeyExW(HKEY_CURRENT_USER, path_.c_str(), 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, key_.put(), nullptr) !=
           ERROR_SUCCESS ||
       RegOverridePredefKey(root_, key_.get()) != ERROR_SUCCESS) {
-    throw std::runtime_error("the scratch area in the registry cannot be made");
+    throw std::runtime_error("the scratch area in the registry cannot be created");
   }
 }
 

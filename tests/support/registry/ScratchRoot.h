@@ -8,8 +8,8 @@
 
 namespace test_support {
 
-/// Puts an empty scratch key in the place of HKEY_CLASSES_ROOT or another root of the registry, for this process and as
-/// long as this lives. Everything written there is deleted afterwards. One lives at a time for each root.
+/// Redirects HKEY_CLASSES_ROOT or another root of the registry to an empty scratch key, for this process and a scope.
+/// Everything written there is deleted afterwards. One lives at a time for each root.
 class ScratchRoot {
  public:
   /// Throws `std::runtime_error` when the registry refuses.

@@ -19,7 +19,7 @@ auto take(const Read& read) {
   return taken;
 }
 
-/// Loads the recorder before anybody reports: the client looks for its library only once.
+/// Loads the recorder before the first report, because the client searches for its library only once.
 class RecorderEnvironment : public testing::Environment {
  public:
   void SetUp() override { recorder.emplace(); }
@@ -30,7 +30,7 @@ class UnexpectedReports : public testing::EmptyTestEventListener {
  public:
   void OnTestStart(const testing::TestInfo&) override { recorder->reset(); }
   void OnTestEnd(const testing::TestInfo&) override {
-    for (const std::string& report : take_reports()) ADD_FAILURE() << "nobody expected " << report;
+    for (const std::string& report : take_reports()) ADD_FAILURE() << "not expected: " << report;
   }
 };
 

@@ -7,8 +7,8 @@
 
 namespace test_support {
 
-/// What was reported since the last call, or since the test began, as `reports` writes it. Whoever links this says
-/// which reports he expects: a test that leaves some unread fails.
+/// The reports since the last call, or since the test began, as `reports` writes them. Every test of a program that
+/// links this must take its reports: a report that is left fails the test.
 std::vector<std::string> take_reports();
 
 /// The same with every line number replaced by "*": for locations whose line is not fixed.

@@ -19,8 +19,8 @@ struct Entry {
   std::function<void()> before;  ///< called before the first OK
 };
 
-/// A user who works carefully with the module's dialogs, also while they fail: closes what is unexpected, confirms
-/// nothing that does not name the rule, and leaves no choice of the editor as it was.
+/// A user who checks what the module's dialogs show, also while they fail: closes unexpected dialogs, confirms only
+/// questions that name the rule, and changes every field of the editor.
 class DialogScript {
  public:
   /// One step at the rule list; when there is none left, the list is closed.

@@ -8,8 +8,8 @@
 namespace test_support::screen {
 namespace {
 
-/// Follows other input through the queue and marks its end. No keyboard has it, and no window gets to see it. Each one
-/// carries a number.
+/// A key that is sent after other input and marks its end in the queue. No keyboard has it, and no window receives it.
+/// Each one carries a number.
 constexpr WORD marker_key = VK_F24;
 constexpr ULONGLONG timeout_ms = 30'000;
 
@@ -65,8 +65,7 @@ BOOL CALLBACK find_usable_window(HWND window, LPARAM found) {
 
 bool is_in_front() { return GetWindowThreadProcessId(GetForegroundWindow(), nullptr) == GetCurrentThreadId(); }
 
-/// Another program can take the foreground away; the input would go nowhere. A user who sees that clicks the window
-/// that he works with.
+/// If another program has taken the foreground, the input would be lost; a user would click the window then.
 void come_to_front() {
   HWND topmost = nullptr;
   if (!is_in_front()) EnumThreadWindows(GetCurrentThreadId(), find_usable_window, reinterpret_cast<LPARAM>(&topmost));

@@ -6,9 +6,9 @@
 
 namespace test_support::screen {
 
-/// Real input, as from the keyboard and the mouse: it goes where the system sends it, so the window that is meant must
-/// be in the foreground of this thread. Each function returns when everything that it caused has been handled, also
-/// when that opened a modal dialog which a `DialogDriver` has answered.
+/// Real input, as from the keyboard and the mouse: the system decides which window gets it, so the intended window must
+/// be in the foreground of this thread. Each function returns when everything that the input caused has been handled,
+/// also when it opened a modal dialog which a `DialogDriver` has closed.
 
 /// Types a text into the control that has the focus: ASCII by its keys, other units as an input method gives them.
 void type(const std::wstring& text);

@@ -120,7 +120,7 @@ TEST_F(OpenStoreTest, PluginWorksOnTheNewStoreAndHasItsCommandsOnce) {
   open(path_.wstring());
   ASSERT_EQ(GetMenuItemCount(GetMenu(window())), static_cast<int>(own_menus) + 1);
   EXPECT_EQ(GetMenuItemCount(GetSubMenu(GetMenu(window()), own_menus - 1)), 1);
-  EXPECT_EQ(store_.use_count(), 1) << "somebody keeps the store from before";
+  EXPECT_EQ(store_.use_count(), 1) << "an object still holds the previous store";
   int listed = 0;
   const DialogDriver user([&](HWND dialog) {
     constexpr int rules_list = 201;

@@ -184,8 +184,8 @@ class KilledHosts : public testing::Test {
   unsigned next_ = random_.bits();
 };
 
-/// Of what a host is doing after so many steps: its start, a change, or the rest before the next change. Wherever it is
-/// killed the test holds; this only spreads the kills over all of it.
+/// How long the activity after so many steps usually takes: the start, a change, or the rest before the next change.
+/// The test holds for any moment of the kill; this only distributes the kills over all activities.
 unsigned usual_duration_ms(const KilledHost& host, unsigned steps) {
   if (steps == 0) return 300;
   return host.amid_change() ? 4 : 12;

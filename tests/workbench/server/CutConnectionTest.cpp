@@ -128,7 +128,7 @@ TEST_F(CutConnection, SilentServerIsGivenUpAndTheChangeIsFoundOverANewConnection
 TEST_F(CutConnection, ChangeThatASilentConnectionStillHoldsIsUncertainAndDoesNotHappenLater) {
   proxy_->cut_at_commit(Cut::silence_before_commit);
   EXPECT_EQ(refusal_kind([&] { store_->add_rule(sample_rule(L"new")); }), Kind::uncertain);
-  EXPECT_EQ(store_->load_rules().size(), 2u) << "reading waits for nobody";
+  EXPECT_EQ(store_->load_rules().size(), 2u) << "reading does not wait";
   EXPECT_EQ(refusal_kind([&] { store_->add_rule(sample_rule(L"new")); }), Kind::locked);
   proxy_->end_silence();
   EXPECT_TRUE(nothing_is_abandoned());

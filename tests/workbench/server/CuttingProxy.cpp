@@ -94,7 +94,7 @@ void CuttingProxy::pass_on(Socket client, const std::stop_token& stop) {
   closesocket(server);
 }
 
-/// Returns whether the connection goes on.
+/// Returns whether the connection stays open.
 bool CuttingProxy::pass_on_from_client(Socket client, Socket server, bool& silent, const std::stop_token& stop) {
   const std::string request = receive(client);
   if (request.empty()) return false;

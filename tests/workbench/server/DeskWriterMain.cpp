@@ -11,7 +11,7 @@ using namespace workbench;
 
 namespace {
 
-/// Tells the test that a change of this rule begins, or that it is acknowledged.
+/// Reports to the test that a change of this rule begins, or that it is acknowledged.
 void report(long rule, bool acknowledged) {
   std::printf(acknowledged ? "%ld\n" : "%ld?\n", rule);
   std::fflush(stdout);

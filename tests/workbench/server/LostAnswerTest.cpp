@@ -16,7 +16,7 @@ namespace {
 /// A store on a server in memory, each of whose answers may be lost.
 class LostAnswer : public testing::Test {
  protected:
-  /// What became of a change while a call failed.
+  /// How a change ended while a call failed.
   struct Outcome {
     std::optional<StoreError> error;
     bool happened = false;

@@ -86,7 +86,7 @@ TEST_F(ServerRuleStore, WorkbenchThatIsHeldUpForTooLongIsRefused) {
   const ULONGLONG start = GetTickCount64();
   EXPECT_EQ(refusal_kind([&] { store->add_rule(sample_rule(L"new")); }), Kind::locked);
   EXPECT_GE(GetTickCount64() - start, 2'500u);
-  EXPECT_EQ(store->load_rules().size(), 2u) << "reading waits for nobody";
+  EXPECT_EQ(store->load_rules().size(), 2u) << "reading does not wait";
   schema_->run(L"ROLLBACK");
   store->add_rule(sample_rule(L"new"));
   EXPECT_EQ(store->load_rules().size(), 3u);

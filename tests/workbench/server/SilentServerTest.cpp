@@ -59,7 +59,7 @@ class SilentServer : public testing::Test {
     return uncertain;
   }
 
-  /// Compares what the caller of the change was notified with what happened.
+  /// Compares what the change returned to its caller with what happened.
   void check(const std::optional<StoreError>& error, const ChangedRecord& record, Fault fault) {
     const bool happened = server_.names() != std::vector<std::wstring>{L"first"};
     if (!error) {

@@ -36,7 +36,7 @@ inline constexpr const char* version_2 = R"sql(
   PRAGMA user_version = 2;
 )sql";
 
-/// Makes a file of version 2 into one as version 3 left it. Its settings are one that the sample content has too, one
+/// Turns a file of version 2 into one as version 3 left it. Its settings are one that the sample content has too, one
 /// that it does not have, and again one that it has, with another rule.
 inline constexpr const char* version_3 = R"sql(
   ALTER TABLE rules ADD COLUMN Revision INTEGER NOT NULL DEFAULT 1 CHECK (Revision >= 1);

@@ -69,7 +69,7 @@ TEST_F(SqliteRuleStore, MissingFileIsRefusedByACallerThatMayNotCreateIt) {
   EXPECT_EQ(open_existing()->load_rules().size(), 2u);
 }
 
-/// A copy with gaps in its numbers, whose last ones belong to nobody any more.
+/// A copy with gaps in its numbers, whose last ones were given to deleted records.
 StoreCopy sample_copy() {
   return {{{3, 7, sample_rule(L"first")}, {8, 1, sample_rule(awkward_names().back())}},
           {{2, 5, sample_setting(L"lead", L"first")}, {9, 1, sample_setting(L"lead", L"gone")}},

@@ -13,7 +13,7 @@ using namespace workbench;
 
 namespace {
 
-/// Tells the test that change `number` is acknowledged.
+/// Reports to the test that change `number` is acknowledged.
 void acknowledge(unsigned number) {
   std::printf("%u\n", number);
   std::fflush(stdout);
