@@ -136,18 +136,11 @@ class FieldKinds : public HostileDialogs {
 
 /// The rule as the module reads it when the host is odd about this field.
 HostRule as_read(HostRule rule, tagKVFIELDID id) {
-  long* const numbers[] = {
-      &rule.id,        &rule.roll_offset,  &rule.day_type, &rule.day_mode,      &rule.day_of_month,
-      &rule.day_month, &rule.week_ordinal, &rule.weekday,  &rule.weekday_month, &rule.move_to_next_trading_day};
-  const tagKVFIELDID ids[] = {KVFIELD_RULE_ID,       KVFIELD_ROLL_OFFSET,
-                              KVFIELD_DAY_TYPE,      KVFIELD_DAY_MODE,
-                              KVFIELD_DAY_OF_MONTH,  KVFIELD_DAY_MONTH,
-                              KVFIELD_WEEK_ORDINAL,  KVFIELD_WEEKDAY,
-                              KVFIELD_WEEKDAY_MONTH, KVFIELD_MOVE_TO_NEXT_TRADING_DAY};
-  for (std::size_t index = 0; index < std::size(ids); ++index) {
-    if (ids[index] == id) *numbers[index] = 0;
-  }
+  if (id == KVFIELD_RULE_ID) rule.id = 0;
   if (id == KVFIELD_RULE_NAME) rule.name = L"";
+  for (const workbench::RuleColumn& column : workbench::rule_columns) {
+    if (column.field == id) rule.*column.value = 0;
+  }
   return rule;
 }
 

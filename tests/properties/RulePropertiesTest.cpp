@@ -19,12 +19,10 @@ class RuleProperties : public storage_test::StorageTest {
     const std::wstring name = random.text(60);
     ExpirationRule rule;
     rule.RuleName = platform::take_string(SysAllocStringLen(name.data(), static_cast<UINT>(name.size())));
-    for (long* field : {&rule.RollOffset, &rule.DayType, &rule.DayMode, &rule.DayOfMonth, &rule.DayMonth,
-                        &rule.WeekOrdinal, &rule.Weekday, &rule.WeekdayMonth, &rule.MoveToNextTradingDay})
-      *field = random.number();
-    return {rule,
-            {0, name, rule.RollOffset, rule.DayType, rule.DayMode, rule.DayOfMonth, rule.DayMonth, rule.WeekOrdinal,
-             rule.Weekday, rule.WeekdayMonth, rule.MoveToNextTradingDay}};
+    HostRule expected(0, name);
+    for (std::size_t i = 0; i < rule_numbers.size(); ++i)
+      expected.*workbench::rule_columns[i].value = rule.*rule_numbers[i].member = random.number();
+    return {rule, expected};
   }
 
   test_support::RandomCases random;

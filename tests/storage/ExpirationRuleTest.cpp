@@ -1,5 +1,8 @@
+#include <algorithm>
+
 #include "ComStrings.h"
 #include "ExpirationRule.h"
+#include "RuleRecord.h"
 #include "StorageTest.h"
 #include "zdStorageGetFieldHelper.h"
 
@@ -9,6 +12,10 @@ namespace {
 using test_support::HostRule;
 using testing::ElementsAre;
 using testing::IsEmpty;
+
+// Module and reference host have the same fields in the order of the rule service's arguments.
+static_assert(std::ranges::equal(rule_numbers, workbench::rule_columns, {}, &RuleNumber::field,
+                                 &workbench::RuleColumn::field));
 
 class NewRuleRow : public StorageTest {
  protected:

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -10,10 +11,14 @@
 
 namespace workbench::schedule {
 
-/// The columns of rules and settings in files.
-inline constexpr std::array<std::string_view, 10> rule_columns{
-    "RuleName",          rule_fields[0].name, rule_fields[1].name, rule_fields[2].name, rule_fields[3].name,
-    rule_fields[4].name, rule_fields[5].name, rule_fields[6].name, rule_fields[7].name, rule_fields[8].name};
+/// The columns of rules in files: the name, then every field of `rule_fields`.
+inline constexpr auto rule_columns = [] {
+  std::array<std::string_view, 1 + rule_fields.size()> names{"RuleName"};
+  for (std::size_t i = 0; i < rule_fields.size(); ++i) names[i + 1] = rule_fields[i].name;
+  return names;
+}();
+
+/// The columns of settings in files.
 inline constexpr std::array<std::string_view, 5> setting_columns{"SettingName", "RuleName", "Calendar", "Months",
                                                                  "LastTradingDay"};
 
