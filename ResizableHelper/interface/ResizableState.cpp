@@ -90,8 +90,8 @@ std::optional<WINDOWPLACEMENT> read_placement(const PlacementKey& key) {
   WINDOWPLACEMENT placement = {};
   DWORD type = REG_NONE;
   DWORD size = sizeof placement;
-  const LSTATUS status =
-      RegQueryValueExW(opened.get(), key.value_name.c_str(), nullptr, &type, reinterpret_cast<BYTE*>(&placement), &size);
+  const LSTATUS status = RegQueryValueExW(opened.get(), key.value_name.c_str(), nullptr, &type,
+                                          reinterpret_cast<BYTE*>(&placement), &size);
   if (status != ERROR_SUCCESS || type != REG_BINARY || size != sizeof placement) return std::nullopt;
   // The length field in the stored value is not trusted.
   placement.length = sizeof placement;
@@ -107,8 +107,8 @@ bool store_placement(HWND dialog, const PlacementKey& key, bool rect_only, WINDO
     if (!given && !own) return false;
     WINDOWPLACEMENT& placement = given ? *given : *own;
     lower_bottom(placement.rcNormalPosition, caption_height());
-    return RegSetValueExW(opened.get(), key.value_name.c_str(), 0, REG_BINARY, reinterpret_cast<const BYTE*>(&placement),
-                          sizeof placement) == ERROR_SUCCESS;
+    return RegSetValueExW(opened.get(), key.value_name.c_str(), 0, REG_BINARY,
+                          reinterpret_cast<const BYTE*>(&placement), sizeof placement) == ERROR_SUCCESS;
   } catch (const std::bad_alloc&) {
     return false;
   }

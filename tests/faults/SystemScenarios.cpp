@@ -59,7 +59,7 @@ void play_first_object(const Module& module, const Injection& injection) {
     base::ComPtr<IkvPlugin> plugin;
     injection.arm();
     HRESULT hresult = module.get_class_object(__uuidof(CzdExpirationRulePlugin), __uuidof(IClassFactory),
-                                             reinterpret_cast<void**>(&factory));
+                                              reinterpret_cast<void**>(&factory));
     EXPECT_EQ(hresult == S_OK, factory != nullptr);
     if (factory) {
       hresult = factory->CreateInstance(nullptr, __uuidof(IkvPlugin), reinterpret_cast<void**>(&plugin));

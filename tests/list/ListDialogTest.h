@@ -14,8 +14,8 @@
 
 namespace list_test {
 
-using test_support::HandledMessages;
 using test_support::client_rect;
+using test_support::HandledMessages;
 using test_support::MessageBoxContent;
 using test_support::SentMessages;
 using test_support::window_rect;

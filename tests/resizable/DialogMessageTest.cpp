@@ -287,8 +287,8 @@ TEST_F(Erasing, LeavesTheChildrensPixelsAlone) {
   EXPECT_EQ(GetPixel(dc.get(), list.left + 5, list.top + 5), mark);
 }
 
-/// Takes a dialog's window over and hands the dialog's procedure one message more after the last one has passed through it
-/// and the window still exists.
+/// Takes a dialog's window over and hands the dialog's procedure one message more after the last one has passed through
+/// it and the window still exists.
 class MessageAfterTheLast {
  public:
   explicit MessageAfterTheLast(HWND window)

@@ -126,7 +126,8 @@ TEST_F(SizeGrip, SwallowsTheFocusBeforeTheScrollBarSeesIt) {
   LRESULT result = 1;
   EXPECT_TRUE(grip.ProcessWindowMessage(grip.m_hWnd, WM_SETFOCUS, 0, 0, result));
   EXPECT_EQ(result, 0);
-  EXPECT_FALSE(grip.ProcessWindowMessage(grip.m_hWnd, WM_KILLFOCUS, 0, 0, result)) << "the original procedure gets other messages";
+  EXPECT_FALSE(grip.ProcessWindowMessage(grip.m_hWnd, WM_KILLFOCUS, 0, 0, result))
+      << "the original procedure gets other messages";
 }
 
 TEST_F(GripSize, FollowsTheSystemAndStaysInTheCorner) {

@@ -20,7 +20,8 @@ struct FileKind {
   std::string good;
   /// What the reader says. What it accepts must come back when it is written.
   std::function<std::vector<Mistake>(const std::string& bytes)> read;
-  /// Whether the reader refuses a file that was cut at any length; otherwise it refuses one whose last line has too few fields.
+  /// Whether the reader refuses a file that was cut at any length; otherwise it refuses one whose last line has too few
+  /// fields.
   bool has_end = false;
   char separator = ',';
 };

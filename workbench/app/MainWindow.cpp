@@ -314,7 +314,7 @@ void MainWindow::move_to_initial_position() {
   monitor.cbSize = sizeof(monitor);
   GetMonitorInfoW(MonitorFromWindow(handle(), MONITOR_DEFAULTTONEAREST), &monitor);
   const RECT bounds = centered(monitor.rcWork, {MulDiv(first_size.cx, dpi_, USER_DEFAULT_SCREEN_DPI),
-                                               MulDiv(first_size.cy, dpi_, USER_DEFAULT_SCREEN_DPI)});
+                                                MulDiv(first_size.cy, dpi_, USER_DEFAULT_SCREEN_DPI)});
   SetWindowPos(handle(), nullptr, bounds.left, bounds.top, bounds.right - bounds.left, bounds.bottom - bounds.top,
                SWP_NOZORDER | SWP_NOACTIVATE);
 }

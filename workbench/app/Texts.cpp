@@ -42,8 +42,8 @@ std::wstring text(UINT id, const std::vector<std::wstring>& inserts) {
   std::vector<DWORD_PTR> arguments;
   arguments.reserve(inserts.size());
   for (const auto& insert : inserts) arguments.push_back(reinterpret_cast<DWORD_PTR>(insert.c_str()));
-  const SystemText message = format_message(FORMAT_MESSAGE_FROM_STRING | FORMAT_MESSAGE_ARGUMENT_ARRAY, text(id).c_str(),
-                                         0, reinterpret_cast<va_list*>(arguments.data()));
+  const SystemText message = format_message(FORMAT_MESSAGE_FROM_STRING | FORMAT_MESSAGE_ARGUMENT_ARRAY,
+                                            text(id).c_str(), 0, reinterpret_cast<va_list*>(arguments.data()));
   return message ? message.get() : std::wstring();
 }
 

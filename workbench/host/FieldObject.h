@@ -12,7 +12,8 @@ namespace workbench {
 /// is destroyed. Text of a number field, or the reverse, is DISP_E_TYPEMISMATCH; no current row is DISP_E_BADINDEX.
 class FieldObject final : public FieldSlots<DispatchObject<IKV_kvudfcom::IkvField>> {
  public:
-  FieldObject(std::shared_ptr<TableRows> rows, std::ptrdiff_t column) noexcept : rows_(std::move(rows)), column_(column) {}
+  FieldObject(std::shared_ptr<TableRows> rows, std::ptrdiff_t column) noexcept
+      : rows_(std::move(rows)), column_(column) {}
 
   HRESULT STDMETHODCALLTYPE GetText(BSTR* text) noexcept override;
   /// A null pointer is the empty text.

@@ -13,7 +13,8 @@ namespace workbench::odbc {
 class OdbcConnection {
  public:
   /// Connects as `options` say; a string that names neither a driver nor a data source is tried with each name of the
-  /// driver. `login_timeout` is how long the driver may wait for the server, in whole seconds. Nothing is asked of the user.
+  /// driver. `login_timeout` is how long the driver may wait for the server, in whole seconds. Nothing is asked of the
+  /// user.
   OdbcConnection(const OdbcApi& api, const ConnectionString& options, const DriverProfile& profile,
                  std::chrono::seconds login_timeout);
   ~OdbcConnection();

@@ -309,8 +309,8 @@ class DateCommand : private CommandContext {
   std::multimap<std::string_view, const NamedSetting*> settings_by_rule_;  ///< for each rule in their order
   std::map<const NamedRule*, Users> users_;
   std::map<std::string, TradingDays> open_days_;
-  std::vector<Mistake> mistakes_;  ///< in the list of dates
-  bool calendar_is_missing_ = false;    ///< whether a rule without a calendar was named
+  std::vector<Mistake> mistakes_;     ///< in the list of dates
+  bool calendar_is_missing_ = false;  ///< whether a rule without a calendar was named
 };
 
 }  // namespace

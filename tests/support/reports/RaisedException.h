@@ -14,7 +14,7 @@ struct RaisedException {
   void (*raise)();
   const char* description;  ///< the text of an error
   const char* trace;        ///< the text of a trace up to the location
-  HRESULT hresult;           ///< the HRESULT that stands for it
+  HRESULT hresult;          ///< the HRESULT that stands for it
 };
 
 /// One of each kind that reports distinguish.

@@ -124,7 +124,8 @@ class SlowFile {
     constexpr char part[] = "a rule without numbers\r\n";
     while (!ended_) {
       DWORD written = 0;
-      if (!WriteFile(pipe_.get(), part, sizeof(part) - 1, &written, nullptr)) Sleep(10);  // the program does not read yet
+      if (!WriteFile(pipe_.get(), part, sizeof(part) - 1, &written, nullptr))
+        Sleep(10);  // the program does not read yet
       Sleep(10);
     }
   }

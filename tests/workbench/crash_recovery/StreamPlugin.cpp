@@ -30,7 +30,8 @@ void write_output(const std::string& line) noexcept {
   DWORD written = 0;
   const BOOL is_written =
       WriteFile(GetStdHandle(STD_OUTPUT_HANDLE), line.data(), static_cast<DWORD>(line.size()), &written, nullptr);
-  if (!is_written || written != line.size()) end_program("the test does not read the output", HRESULT_FROM_WIN32(GetLastError()));
+  if (!is_written || written != line.size())
+    end_program("the test does not read the output", HRESULT_FROM_WIN32(GetLastError()));
 }
 
 unsigned first_change() {
