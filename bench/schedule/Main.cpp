@@ -55,7 +55,7 @@ void print_search(const TradingDays& calendar, int count) {
 
 }  // namespace
 
-/// schedule_bench [RULES [SEED]]: fails when the library and QuantLib disagree about a date.
+/// schedule_main [RULES [SEED]]: fails when the library and QuantLib disagree about a date.
 int main(int argc, char** argv) {
   const std::size_t count = argc > 1 ? std::strtoul(argv[1], nullptr, 10) : 10'000;
   const unsigned seed = argc > 2 ? static_cast<unsigned>(std::strtoul(argv[2], nullptr, 10)) : std::random_device{}();

@@ -147,20 +147,20 @@ ScenarioResult play_refused_name(Session& session) {
 
 // The editor by itself.
 
-bool lacks_its_table(const Calls& faulted_calls) {
+bool has_no_table(const Calls& faulted_calls) {
   return any_begins_with(faulted_calls, "kvTable::") || any_begins_with(faulted_calls, "kvRuleFilter::") ||
          any_begins_with(faulted_calls, "IRunnableObject::");
 }
 
 /// Only the failure to create what the editor needs reaches the caller: the table and the filter for its rule.
 HRESULT show_result(const ScenarioResult& result, const Calls& faulted_calls, const Fault& fault) {
-  if (result.edited || !lacks_its_table(faulted_calls)) return S_OK;
+  if (result.edited || !has_no_table(faulted_calls)) return S_OK;
   return FAILED(fault.result) ? fault.result : E_POINTER;
 }
 
 /// The creation of the table of a new rule returns no result: the table is only found to be missing.
 HRESULT show_new_result(const ScenarioResult& result, const Calls& faulted_calls, const Fault&) {
-  return result.edited || !lacks_its_table(faulted_calls) ? S_OK : E_POINTER;
+  return result.edited || !has_no_table(faulted_calls) ? S_OK : E_POINTER;
 }
 
 ScenarioResult play_show_of(Session& session, long rule_id, Entry entry) {

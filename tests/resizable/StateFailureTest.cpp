@@ -149,26 +149,26 @@ TEST_F(RegistryFailure, UnderAKeyThatKeepsNothingIsSilent) {
   EXPECT_EQ(keys_left_open(), 0);
 }
 
-class OddPlaces : public PlacementTest {};
+class OddPlacementKeys : public PlacementTest {};
 
-TEST_F(OddPlaces, AMissingTextReadsAsEmpty) {
+TEST_F(OddPlacementKeys, AMissingTextReadsAsEmpty) {
   EXPECT_EQ(window.RestorePlacement(HKEY_CURRENT_USER, nullptr, nullptr, nullptr, FALSE), FALSE);
   EXPECT_TRUE(IsWindowVisible(owned.get()));
   window.StorePlacement(FALSE);
 }
 
-TEST_F(OddPlaces, AnEmptySettingsPathIsNoReasonNotToOpen) {
+TEST_F(OddPlacementKeys, AnEmptySettingsPathIsNoReasonNotToOpen) {
   EXPECT_EQ(window.RestorePlacement(HKEY_CURRENT_USER, L"", subkey, value_name, FALSE), FALSE);
   EXPECT_TRUE(IsWindowVisible(owned.get()));
 }
 
-TEST_F(OddPlaces, AMissingRootIsNoReasonNotToOpen) {
+TEST_F(OddPlacementKeys, AMissingRootIsNoReasonNotToOpen) {
   EXPECT_EQ(window.RestorePlacement(nullptr, path, subkey, value_name, FALSE), FALSE);
   EXPECT_TRUE(IsWindowVisible(owned.get()));
   EXPECT_FALSE(window.StorePlacement(FALSE));
 }
 
-TEST_F(OddPlaces, NamesKeepEveryCharacter) {
+TEST_F(OddPlacementKeys, NamesKeepEveryCharacter) {
   constexpr wchar_t company[] = L"SOFTWARE\\\u516C\u53F8 & Co. \"A/B\"\\\u4EA7\u54C1 1.0%";
   EXPECT_TRUE(window.StorePlacement(HKEY_CURRENT_USER, company, subkey, value_name, FALSE, nullptr));
   EXPECT_TRUE(test_support::registry_key_exists(HKEY_CURRENT_USER, std::wstring(company) + L"\\" + subkey));

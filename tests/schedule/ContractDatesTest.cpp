@@ -211,7 +211,7 @@ TEST(InvalidRule, EachFieldOutOfItsRangeGivesNoDate) {
   }
 }
 
-TEST(InvalidRule, FieldsThatTheModeDoesNotUseAreNotJudged) {
+TEST(InvalidRule, FieldsThatTheModeDoesNotUseMayHoldAnyValue) {
   RuleNumbers by_day = on_day(15);
   by_day.week_ordinal = by_day.weekday = by_day.weekday_month = INT_MIN;
   EXPECT_EQ(expiration(by_day, "2026-01"), "2026-01-15");

@@ -35,7 +35,7 @@ std::wstring SettingEditor::adopt_conflict() {
   const auto found = std::ranges::find(settings, stored_.number, &StoredSetting::number);
   if (found == settings.end()) {
     stored_.number = 0;
-    return text(IDS_SETTING_GONE, {stored_.setting.name});
+    return text(IDS_SETTING_DELETED_MEANWHILE, {stored_.setting.name});
   }
   stored_ = *found;
   const SymbolSourceSetting& now = stored_.setting;

@@ -278,14 +278,14 @@ class DateCommand : private CommandContext {
     report_mistakes();
     const FoundRules found =
         find_rules(dates, calendar, arguments_.against.value_or(Against::roll), arguments_.limit, part(10, 90));
-    tell_found(found);
+    report_found(found);
     const Progress writing = part(90, 100);
     output_.data = arguments_.format == Format::csv    ? found_csv(found, writing)
                    : arguments_.format == Format::json ? found_json(found, writing)
                                                        : found_table(found, writing);
   }
 
-  void tell_found(const FoundRules& found) {
+  void report_found(const FoundRules& found) {
     const std::string counted = std::to_string(found.counted);
     if (found.agreeing == 0) {
       if (found.counted == 0) {

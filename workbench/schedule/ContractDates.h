@@ -70,14 +70,14 @@ struct DateOptions {
 };
 
 /// Bit i is set if `rule_fields[i]` is used by the rule's mode and has a value outside its range. The mode itself is
-/// judged; `MoveToNextTradingDay` is not, since every value but 1 is clear.
+/// checked; `MoveToNextTradingDay` is not, since every value but 1 is clear.
 std::uint16_t invalid_fields(const RuleNumbers& rule);
 
 /// The specified day of a rule without invalid fields. Needs no calendar.
 SpecifiedDay specified_day(const RuleNumbers& rule, Month contract);
 
-/// The days that the rule gives for this contract month, each judged by itself. Takes the same time for every contract
-/// month and offset, and allocates nothing.
+/// The days that the rule gives for this contract month, each determined on its own. Takes the same time for every
+/// contract month and offset, and allocates nothing.
 ContractDates contract_dates(const RuleNumbers& rule, Month contract, const TradingDays& calendar,
                              const DateOptions& options = {});
 

@@ -17,16 +17,16 @@ struct Words {
 
 void PrintTo(const Words& parameter, std::ostream* out) { *out << parameter.name; }
 
-class RuleInWords : public testing::TestWithParam<Words> {};
+class FormattedRule : public testing::TestWithParam<Words> {};
 
-TEST_P(RuleInWords, ReadsAsASentencePart) {
+TEST_P(FormattedRule, ReadsAsASentencePart) {
   EXPECT_EQ(format_offset(GetParam().rule), GetParam().offset);
   EXPECT_EQ(format_rule_day(GetParam().rule), GetParam().day);
   EXPECT_EQ(format_move(GetParam().rule), GetParam().move);
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    RuleFormat, RuleInWords,
+    RuleFormat, FormattedRule,
     testing::Values(Words{"DayOfMonth",
                           {.name = L"", .roll_offset = 5, .day_of_month = 15},
                           L"提前 5 个交易日",

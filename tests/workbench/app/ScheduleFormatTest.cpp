@@ -35,14 +35,14 @@ struct Flags {
 
 void PrintTo(const Flags& parameter, std::ostream* out) { *out << parameter.name; }
 
-class FlagsInWords : public testing::TestWithParam<Flags> {};
+class FormattedFlags : public testing::TestWithParam<Flags> {};
 
-TEST_P(FlagsInWords, BeginWithWhatNeedsAttention) {
+TEST_P(FormattedFlags, BeginWithWhatNeedsAttention) {
   EXPECT_EQ(format_flags({{"", "", GetParam().dates}, "", GetParam().attention}), GetParam().words);
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    ScheduleFormat, FlagsInWords,
+    ScheduleFormat, FormattedFlags,
     testing::Values(
         Flags{"Nothing", {}, attention_none, L""}, Flags{"Moved", {.moved = true}, attention_none, L"闭市顺延"},
         Flags{"ClampedAndMoved", {.clamped = true, .moved = true}, attention_none, L"该月无此日，取月末；闭市顺延"},

@@ -47,7 +47,7 @@ AllDates dates_by_library(const RuleNumbers& rule, Month contract, const Trading
 
 }  // namespace
 
-/// schedule_judge [CALENDARS [SEED]]: fails when the library and QuantLib disagree.
+/// schedule_compare [CALENDARS [SEED]]: fails when the library and QuantLib disagree.
 int main(int argc, char** argv) {
   const std::size_t count = argc > 1 ? std::strtoul(argv[1], nullptr, 10) : 2'000;
   const unsigned seed = argc > 2 ? static_cast<unsigned>(std::strtoul(argv[2], nullptr, 10)) : std::random_device{}();
