@@ -142,18 +142,18 @@ TEST_F(SpinControl, EditMayBeDestroyedBeforeTheHelper) {
 }
 
 TEST_F(SpinControl, TakesThePositionFromTheLowWordWhateverTheHighWordSays) {
-  LRESULT position = 0;
+  LRESULT returned = 0;
   const Procedure procedure = [&](HWND self, UINT message, WPARAM wParam, LPARAM lParam) {
-    return message == UDM_GETPOS ? position : DefWindowProcW(self, message, wParam, lParam);
+    return message == UDM_GETPOS ? returned : DefWindowProcW(self, message, wParam, lParam);
   };
   const test_support::OwnedWindow owner(make_window(procedure));
   const CSpin fake(owner.get());
   const struct {
-    LRESULT position;
+    LRESULT returned;
     long position;
   } rows[] = {{MAKELONG(7, 0), 7}, {MAKELONG(7, 1), 7}, {MAKELONG(0, 0xFFFF), 0}, {MAKELONG(0xFFFF, 0), -1}};
   for (const auto& row : rows) {
-    position = row.position;
+    returned = row.returned;
     EXPECT_EQ(row.position, fake.GetPos());
   }
 }
