@@ -8,7 +8,7 @@ namespace bench {
 
 namespace {
 
-constexpr int prime_step = 7919;  // meets every number below one that it does not divide, once
+constexpr int prime_step = 7919;  // its multiples modulo a number that it does not divide are all different
 
 std::shared_ptr<workbench::RuleStore> filled_store(const std::vector<std::wstring>& names) {
   workbench::StoreContent content;

@@ -22,8 +22,8 @@ std::wstring event_name() {
   return std::wstring(L"Global\\") + guid;
 }
 
-/// The named event that holds clients back, in every program: one that reports just then may hold it a moment longer
-/// than a test does, and the next test meets it as it was left.
+/// The named event that holds clients back in every program. Another program that reports at that moment may keep it
+/// open after a test has closed it, so the next test finds it in that state.
 class GlobalEvent : public RecorderTest {
  protected:
   explicit GlobalEvent() : event(CreateEventW(nullptr, TRUE, FALSE, event_name().c_str())) { ResetEvent(event); }

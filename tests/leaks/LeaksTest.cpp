@@ -49,7 +49,7 @@ class LeaksTest : public test_support::NeedsReplacedRuntime<testing::Test> {
   LeaksTest() { host_.rules() = {stored_rule}; }
   void TearDown() override { EXPECT_TRUE(test_support::take_reports().empty()); }
 
-  /// A plug-in does something again and again, and is let go: nothing of it is left.
+  /// Runs an action of a plug-in again and again and releases the plug-in: nothing of it may remain.
   void repeat(const std::function<void(Session&)>& once) {
     const Module module;
     Session session(module, host_, [] {});

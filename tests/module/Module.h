@@ -13,7 +13,7 @@ namespace module_test {
 /// Where the built module lies: beside the test program.
 std::wstring built_module_path();
 
-/// A module of ours that is loaded into this process and met through its exports only.
+/// The built module or a copy of it, loaded into this process and used through its exports only.
 class Module {
  public:
   /// Throws `std::runtime_error` when the module cannot be loaded or has not all exports.

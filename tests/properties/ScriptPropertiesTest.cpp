@@ -99,7 +99,7 @@ class DamagedScript : public testing::Test {
   }
 };
 
-/// From one tried byte or length of a script to the next; a prime, so that every kind of byte is met.
+/// From one tried byte or length of a script to the next; a prime, so that every kind of byte is tried.
 const std::size_t step = test_support::deep() ? 1 : 7;
 
 TEST_F(DamagedScript, InAnyByteIsReadOrRefusedAndLeavesTheEntriesOfOthers) {

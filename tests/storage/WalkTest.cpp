@@ -13,7 +13,7 @@ class Walk : public StorageTest {
  protected:
   IkvTablePtr three_rows() { return table({{{KVFIELD_RULE_ID, 1}}, {{KVFIELD_RULE_ID, 2}}, {{KVFIELD_RULE_ID, 3}}}); }
 
-  /// The rule numbers that a walk meets, without the calls that read them.
+  /// The rule numbers that a walk visits, without the calls that read them.
   std::vector<long> walk(const IkvTablePtr& rows) {
     std::vector<long> met;
     for_each_row(rows, [&] { met.push_back(GetField<long>(rows, KVFIELD_RULE_ID)); });

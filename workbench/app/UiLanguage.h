@@ -8,7 +8,7 @@ namespace workbench {
 
 using schedule::Language;
 
-/// The language of the user's system if the program speaks it, else English.
+/// The language of the user's system if the program has texts in it, else English.
 Language system_language() noexcept;
 
 /// Chooses the language of the program's own menus, dialogs and messages. Called once, before the first window; without

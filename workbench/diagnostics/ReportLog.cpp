@@ -61,7 +61,7 @@ ULONGLONG size_of(HANDLE file) noexcept {
   return GetFileSizeEx(file, &size) ? static_cast<ULONGLONG>(size.QuadPart) : 0;
 }
 
-/// Whether a process died while it wrote its line. The next line must not be appended to that one.
+/// Whether a process ended while it wrote its line. The next line must not be appended to that one.
 bool ends_in_the_middle_of_a_line(HANDLE file, ULONGLONG size) noexcept {
   if (size == 0) return false;
   OVERLAPPED at = {};

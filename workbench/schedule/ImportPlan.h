@@ -28,7 +28,7 @@ struct PlannedSetting {
 /// What an import would do, before anything is done. With refused records nothing may be done.
 struct ImportPlan {
   std::vector<PlannedRule> rules{};
-  /// Every setting that there is afterwards, if the file speaks of settings, since their names may repeat.
+  /// All settings after the import, because their names may repeat; nothing if the file has no settings.
   std::optional<std::vector<PlannedSetting>> settings{};
   std::vector<NamedSetting> removed_settings{};
   std::vector<Mistake> refused{};

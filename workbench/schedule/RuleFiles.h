@@ -38,7 +38,7 @@ struct NamedSetting {
 /// The kinds of records that files hold.
 enum class RecordKind { rules, settings };
 
-/// What a file holds, each with its line. A kind that the file does not speak of is absent.
+/// The records of a file, each with its line. A kind of records that the file does not contain is absent.
 template <class Item>
 struct Lined {
   std::size_t line = 0;
@@ -68,7 +68,7 @@ std::optional<std::string> write_rules_csv(std::span<const NamedRule> rules, std
 std::optional<std::string> write_settings_csv(std::span<const NamedSetting> settings, std::string& refused,
                                               const Progress& progress = {});
 
-/// The records as JSON, which holds every name. The file does not speak of a kind that is absent.
+/// The records as JSON, which can hold every name. A kind that is absent is left out.
 std::string write_rules_json(std::optional<std::span<const NamedRule>> rules,
                              std::optional<std::span<const NamedSetting>> settings, const Progress& progress = {});
 

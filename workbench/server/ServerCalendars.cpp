@@ -51,7 +51,7 @@ std::vector<StoredCalendar> select_calendars(ServerSession& session) {
 }
 
 void replace_calendars(ServerSession& session, const std::vector<StoredCalendar>& calendars) {
-  // One statement cannot give one row two values, so where two calendars bear one name the last of them counts.
+  // One statement cannot give one row two values, so of several calendars with one name the last counts.
   std::vector<StoredCalendar> distinct;
   for (const StoredCalendar& stored : calendars) {
     std::erase_if(distinct, [&](const StoredCalendar& other) { return other.calendar.name == stored.calendar.name; });

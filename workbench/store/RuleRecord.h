@@ -45,7 +45,7 @@ struct StoredRule {
 
 /// A symbol source setting, the rule that it uses and what its contracts need besides.
 struct SymbolSourceSetting {
-  std::wstring name;                    ///< 1 to `longest_name` code units; several settings may bear one name
+  std::wstring name;                    ///< 1 to `longest_name` code units; several settings may have one name
   std::wstring rule_name;               ///< empty when it uses no rule; the rule need not exist
   std::wstring calendar{};              ///< empty when it names none; the calendar need not exist
   std::wstring months{};                ///< letters of delivery months, ascending, such as HMUZ; empty: all

@@ -15,7 +15,7 @@ namespace workbench {
 
 namespace {
 
-/// An error of the system, as SQLite met it when it opened, read or wrote a file.
+/// The kind of a system error that SQLite got when it opened, read or wrote a file.
 StoreErrorKind system_error_kind(int error) {
   switch (error) {
     case ERROR_SHARING_VIOLATION:

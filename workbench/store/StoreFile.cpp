@@ -208,7 +208,7 @@ void migrate(const SqliteDatabase& database, const std::filesystem::path& path, 
 SqliteDatabase open_store_file(const std::filesystem::path& path, const SqliteStoreOptions& options) {
   refuse_foreign_file(path);
   if (!options.may_create && !has_content(path)) refuse(StoreErrorKind::missing, path, "there is no such file");
-  std::error_code refused;  // SQLite meets the missing folder and says why
+  std::error_code refused;  // SQLite then fails on the missing folder and says why
   std::filesystem::create_directories(path.parent_path(), refused);
   read_ahead(path, schedule::part_of(options.progress, 0, 40));
   SqliteDatabase database(path, options.busy_timeout);

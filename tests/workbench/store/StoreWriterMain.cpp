@@ -26,7 +26,7 @@ void add_rules(RuleStore& store, const std::wstring& name, unsigned count) {
   }
 }
 
-/// Adds 1 to the number that the rule bears as its name, unless another program changed the rule after it was read.
+/// Adds 1 to the number that is the rule's name, unless another program changed the rule after it was read.
 bool count_once(RuleStore& store, long rule) try {
   StoredRule read = *store.try_load_rule(rule);
   const unsigned next = static_cast<unsigned>(std::stoul(read.rule.name)) + 1;
