@@ -61,12 +61,31 @@ prepare_without_packages() {
   program "$programs/dpkg-query" 'exit 1'
   program "$programs/apt-get" 'exit 1'
   [ $# = 0 ] || program "$programs/sudo" "$1"
-  PATH=$programs run -1 "$(type -P bash)" "$tools/prepare" run </dev/null
+  PATH=$programs run -1 "$(type -P bash)" "$tools/prepare" "${depth:-run}" </dev/null
 }
 
 @test "prepare names the missing packages where it cannot install them" {
   prepare_without_packages
   expect 'packages are missing, as root run: apt-get install .*g\+\+-mingw'
+}
+
+# needs DEPTH PACKAGE...: prints those of the packages that a machine needs for that depth.
+needs() {
+  local depth=$1
+  shift
+  rm -rf "$BATS_TEST_TMPDIR/programs"
+  prepare_without_packages
+  printf '%s\n' "$@" | grep -xF "$(tr ' ' '\n' <<<"$output")" | xargs
+}
+
+@test "running needs no test tools, the tests no deep ones, and packaging no analysers" {
+  local packages=(g++-mingw-w64-x86-64-posix wine googletest bats clang-tidy clang-format cppcheck gcovr clang shellcheck
+    postgresql chromium libquantlib0-dev wixl osslsigncode)
+  [ "$(needs run "${packages[@]}")" = "g++-mingw-w64-x86-64-posix wine" ]
+  [ "$(needs peers "${packages[@]}")" = "g++-mingw-w64-x86-64-posix wine libquantlib0-dev" ]
+  [ "$(needs quick "${packages[@]}")" = "g++-mingw-w64-x86-64-posix wine googletest bats clang-tidy clang-format" ]
+  [ "$(needs package "${packages[@]}")" = "g++-mingw-w64-x86-64-posix wine wixl osslsigncode" ]
+  [ "$(needs deep "${packages[@]}")" = "${packages[*]}" ]
 }
 
 @test "prepare names the missing packages where sudo refuses" {
