@@ -1,21 +1,33 @@
 #include "RuleRows.h"
 
 #include <algorithm>
+#include <bit>
+#include <cstring>
 
 namespace zd_expiration_rule_plugin {
 
 namespace {
 
+using Word = std::uint64_t;
+static_assert(std::endian::native == std::endian::little);
+
 constexpr int longest_key = 1024;
 
-/// Appends a key for a text and returns its size. By their bytes, keys have the order of the items in a sorted list
-/// view, and comparing them costs a fraction of comparing texts. 0 when the system has no key of a sensible length.
-std::size_t append_sort_key(const wchar_t* text, std::string& keys) {
-  char key[longest_key];
+/// Appends a key for a text and returns its size in words. By their words, keys have the order of the items in a sorted
+/// list view, and comparing them costs a fraction of comparing texts. 0 when the system has no key of a sensible
+/// length.
+std::size_t append_sort_key(const wchar_t* text, std::vector<Word>& keys) {
+  char bytes[longest_key];
   const int size = LCMapStringW(LOCALE_USER_DEFAULT, LCMAP_SORTKEY | NORM_IGNORECASE, text, -1,
-                                reinterpret_cast<wchar_t*>(key), longest_key);
-  keys.append(key, static_cast<std::size_t>(size));
-  return static_cast<std::size_t>(size);
+                                reinterpret_cast<wchar_t*>(bytes), longest_key);
+  const std::size_t before = keys.size();
+  // The first byte counts most in the order, and in a word.
+  for (int done = 0; done < size; done += sizeof(Word)) {
+    Word word = 0;
+    std::memcpy(&word, bytes + done, std::min<std::size_t>(sizeof word, size - done));
+    keys.push_back(__builtin_bswap64(word));
+  }
+  return keys.size() - before;
 }
 
 }  // namespace
@@ -29,8 +41,9 @@ void RuleRows::add(const _bstr_t& name, long rule_id) {
 }
 
 void RuleRows::sort_backwards() noexcept {
-  std::stable_sort(rows_.begin(), rows_.end(),
-                   [this](const Row& left, const Row& right) { return key(left) > key(right); });
+  std::stable_sort(rows_.begin(), rows_.end(), [this](const Row& left, const Row& right) {
+    return std::ranges::lexicographical_compare(key(right), key(left));
+  });
 }
 
 }  // namespace zd_expiration_rule_plugin

@@ -3,8 +3,9 @@
 #include <windows.h>
 #include <comdef.h>
 
+#include <cstdint>
+#include <span>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace zd_expiration_rule_plugin {
@@ -29,16 +30,16 @@ class RuleRows {
 
  private:
   struct Row {
-    std::size_t name;  ///< where it starts in `names_`
-    std::size_t key;   ///< where it starts in `keys_`
-    std::size_t key_size;
+    std::size_t name;      ///< where it starts in `names_`
+    std::size_t key;       ///< where it starts in `keys_`
+    std::size_t key_size;  ///< in words
     long rule_id;
   };
 
-  std::string_view key(const Row& row) const noexcept { return {keys_.data() + row.key, row.key_size}; }
+  std::span<const std::uint64_t> key(const Row& row) const noexcept { return {keys_.data() + row.key, row.key_size}; }
 
   std::wstring names_;  ///< each with its null
-  std::string keys_;
+  std::vector<std::uint64_t> keys_;
   std::vector<Row> rows_;
 };
 
