@@ -73,10 +73,10 @@ std::wstring ChangesList::cell(size_t row, size_t column) const {
   }
 }
 
-ChangesDialog::ChangesDialog(std::wstring rule_name, std::vector<RuleChange> changes)
+ChangesDialog::ChangesDialog(std::wstring rule_name, const std::vector<RuleChange>& changes)
     : ModalDialog(IDD_CHANGES),
       rule_name_(std::move(rule_name)),
-      changes_(std::make_move_iterator(changes.rbegin()), std::make_move_iterator(changes.rend())) {}
+      changes_(changes.rbegin(), changes.rend()) {}
 
 void ChangesDialog::on_init() {
   list_.emplace(handle());

@@ -29,7 +29,7 @@ class ChangesList final : public ListPane {
 class ChangesDialog final : public ModalDialog {
  public:
   /// `changes` are in the order of the store, the oldest first.
-  ChangesDialog(std::wstring rule_name, std::vector<RuleChange> changes);
+  ChangesDialog(std::wstring rule_name, const std::vector<RuleChange>& changes);
 
  protected:
   void on_init() override;

@@ -10,7 +10,7 @@ namespace workbench {
 
 std::wstring process_user() {
   std::array<wchar_t, UNLEN + 1> name{};
-  DWORD size = static_cast<DWORD>(name.size());
+  auto size = static_cast<DWORD>(name.size());
   return GetUserNameW(name.data(), &size) ? std::wstring(name.data()) : std::wstring();
 }
 

@@ -208,7 +208,8 @@ void delete_setting(const SqliteDatabase& database, const StoredSetting& stored)
 void rename_in_settings(const SqliteDatabase& database, const std::wstring& from, const std::wstring& to) {
   SqliteStatement rows = database.prepare(settings_query("WHERE RuleName = ? ORDER BY SettingID"));
   rows.bind(1, from);
-  for (const StoredSetting& old : read_settings(std::move(rows))) {
+  const std::vector<StoredSetting> settings = read_settings(std::move(rows));
+  for (const StoredSetting& old : settings) {
     StoredSetting renamed = old;
     renamed.setting.rule_name = to;
     ++renamed.revision;

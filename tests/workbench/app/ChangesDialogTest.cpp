@@ -16,9 +16,10 @@ class ChangesDialogTest : public ApplicationTest {
                               [&](HWND dialog) {
                                 HWND list = GetDlgItem(dialog, IDC_CHANGES_LIST);
                                 for (int row = 0; row < ListView_GetItemCount(list); ++row) {
-                                  std::vector<std::wstring>& cells = rows.emplace_back();
+                                  std::vector<std::wstring> cells;
                                   for (int column = 0; column < 5; ++column)
                                     cells.push_back(cell_text(list, row, column));
+                                  rows.push_back(std::move(cells));
                                 }
                                 click(dialog, IDCANCEL);
                               });
