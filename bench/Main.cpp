@@ -11,12 +11,6 @@ namespace {
 
 constexpr int usual_rounds = 400;
 
-/// All run on one core, so that none has a faster one than the others.
-void pin_to_one_core() {
-  SetProcessAffinityMask(GetCurrentProcess(), 1);
-  SetThreadPriority(GetCurrentThread(), THREAD_PRIORITY_HIGHEST);
-}
-
 void print_row(const bench::Benchmark& row, const bench::Result& result) {
   std::printf("| %-37s | %7.0f | %7.0f | %7.0f | %4.2f (%4.2f-%4.2f) | %4.2f | %4.2f (%4.2f-%4.2f) | %4.2f | %6d |\n",
               row.name.c_str(), result.subject * 1e6, result.fair * 1e6, result.bare * 1e6, result.to_fair.median,
@@ -64,7 +58,7 @@ bool print_counts() {
 /// bench counts: prints calls and messages of every row, and ends with 1 when the module misses a goal.
 int main(int argc, char** argv) {
   if (FAILED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED))) return EXIT_FAILURE;
-  pin_to_one_core();
+  SetThreadPriority(GetCurrentThread(), THREAD_PRIORITY_HIGHEST);
   const bool counts = argc > 1 && std::strcmp(argv[1], "counts") == 0;
   bool kept = true;
   if (counts) {

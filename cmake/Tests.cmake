@@ -80,14 +80,24 @@ function(zd_add_test name)
   zd_name_tests(${name} ${target})
 endfunction()
 
-# One start of a test program by CTest.
+# One start of a test program by CTest. Those that may run beside others alternate between the two sessions of ./test.
 function(zd_add_run name target alone)
-  set(command ${target})
-  if(TEST_SERVER AND CMAKE_HOST_UNIX)
-    set(command ${PROJECT_SOURCE_DIR}/tests/support/server/with-server ${CMAKE_CROSSCOMPILING_EMULATOR}
-                $<TARGET_FILE:${target}>)
+  get_property(runs GLOBAL PROPERTY ZD_TEST_RUNS)
+  set(session)
+  if(NOT alone)
+    math(EXPR runs "${runs} + 1")
+    set_property(GLOBAL PROPERTY ZD_TEST_RUNS ${runs})
+    math(EXPR is_second "${runs} % 2")
+    if(is_second AND CMAKE_HOST_UNIX)
+      set(session ${PROJECT_SOURCE_DIR}/tools/second-session)
+    endif()
   endif()
-  add_test(NAME ${name} COMMAND ${command} --gtest_brief=1)
+  set(server)
+  if(TEST_SERVER AND CMAKE_HOST_UNIX)
+    set(server ${PROJECT_SOURCE_DIR}/tests/support/server/with-server)
+  endif()
+  add_test(NAME ${name} COMMAND ${session} ${server} ${CMAKE_CROSSCOMPILING_EMULATOR} $<TARGET_FILE:${target}>
+                                --gtest_brief=1)
   # The watchdog ends a test that hangs; CTest's own limit is for a process that never reaches its main function.
   set_tests_properties(${name} PROPERTIES LABELS tests ENVIRONMENT "${ARGN}" TIMEOUT 3600 RUN_SERIAL ${alone})
 endfunction()

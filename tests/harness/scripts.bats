@@ -49,6 +49,24 @@ expect() { grep -qE -- "$1" <<<"$output" || { echo "no line '$1' in:"; echo "$ou
   [ "$before" = "$(find "$users" -printf '%p %s %T@\n' | sort)" ]
 }
 
+@test "two sessions have a display and a prefix each, and a command is run in the second one" {
+  local build=$BATS_TEST_TMPDIR/build session
+  # Prefixes that are ready, and no Windows program in them.
+  mkdir -p "$build"/wine{,-second} "$BATS_TEST_TMPDIR/programs"
+  for session in wine wine-second; do cp "$tools/wine-prefix.reg" "$build/$session/.ready"; done
+  for session in wine wineserver; do program "$BATS_TEST_TMPDIR/programs/$session" ''; done
+  # shellcheck disable=SC2016 # the sessions' own values
+  local say='. "$1/wine-environment"; echo "$DISPLAY $WINEPREFIX ${on_processor[*]}"'
+  PATH=$BATS_TEST_TMPDIR/programs:$PATH ZD_PROCESSOR=first ZD_BUILD=$build run -0 env -u ZD_SESSION -u ZD_WINEPREFIX \
+    "$tools/two-sessions" bash -c "$say; \"\$1/second-session\" bash -c '$say' - \"\$1\"" - "$tools"
+  local processors
+  processors=$(taskset --cpu-list --pid $$)
+  processors=${processors##*: }
+  [[ ${lines[0]} = :*" $build/wine taskset --cpu-list ${processors%%[,-]*}" ]]
+  [[ ${lines[1]} = :*" $build/wine-second taskset --cpu-list ${processors##*[,-]}" ]]
+  [ "${lines[0]%% *}" != "${lines[1]%% *}" ]
+}
+
 # --- prepare ---
 
 # prepare_without_packages [SUDO]: as if nothing were installed, for a user who is not root and has no sudo, or one that
@@ -155,7 +173,7 @@ stubs() {
   tree=$BATS_TEST_TMPDIR/tree
   mkdir -p "$tree"/{tools,programs}
   cp "$project"/{run,test} "$tree"
-  cp "$tools/build-folder" "$tree/tools"
+  cp "$tools"/{build-folder,two-sessions} "$tree/tools"
   unset ZD_BUILD
   # shellcheck disable=SC2016 # expanded by the programs
   {

@@ -74,9 +74,7 @@ std::wstring ChangesList::cell(size_t row, size_t column) const {
 }
 
 ChangesDialog::ChangesDialog(std::wstring rule_name, const std::vector<RuleChange>& changes)
-    : ModalDialog(IDD_CHANGES),
-      rule_name_(std::move(rule_name)),
-      changes_(changes.rbegin(), changes.rend()) {}
+    : ModalDialog(IDD_CHANGES), rule_name_(std::move(rule_name)), changes_(changes.rbegin(), changes.rend()) {}
 
 void ChangesDialog::on_init() {
   list_.emplace(handle());
