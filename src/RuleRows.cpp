@@ -21,7 +21,7 @@ std::size_t append_sort_key(const wchar_t* text, std::vector<Word>& keys) {
   const int size = LCMapStringW(LOCALE_USER_DEFAULT, LCMAP_SORTKEY | NORM_IGNORECASE, text, -1,
                                 reinterpret_cast<wchar_t*>(bytes), longest_key);
   const std::size_t before = keys.size();
-  // The first byte counts most in the order, and in a word.
+  // The first byte of a key decides first, so it becomes the highest byte of a word.
   for (int done = 0; done < size; done += sizeof(Word)) {
     Word word = 0;
     std::memcpy(&word, bytes + done, std::min<std::size_t>(sizeof word, size - done));
