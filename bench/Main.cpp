@@ -1,15 +1,14 @@
 #include <objbase.h>
 #include <windows.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
+#include <string_view>
 
 #include "Benchmark.h"
 
 namespace {
-
-constexpr int usual_rounds = 400;
 
 void print_row(const bench::Benchmark& row, const bench::Result& result) {
   std::printf("| %-37s | %7.0f | %7.0f | %7.0f | %4.2f (%4.2f-%4.2f) | %4.2f | %4.2f (%4.2f-%4.2f) | %4.2f | %6d |\n",
@@ -21,10 +20,17 @@ void print_row(const bench::Benchmark& row, const bench::Result& result) {
   std::fflush(stdout);
 }
 
-void print_times(int most_rounds, const char* name) {
+void print_names() {
+  for (const bench::Benchmark& row : bench::benchmarks()) std::puts(row.name.c_str());
+}
+
+void print_heading() {
   std::printf("Medians in microseconds, and the 95 %% interval of the ratios; goal 0: none.\n\n");
   std::printf("| %-37s | %7s | %7s | %7s | %-16s | %4s | %-16s | %4s | %6s |\n", "", "module", "by hand", "bare",
               "ratio to by hand", "goal", "ratio to bare", "goal", "rounds");
+}
+
+void print_times(int most_rounds, const char* name) {
   for (const bench::Benchmark& row : bench::benchmarks()) {
     if (row.name.find(name) != std::string::npos) print_row(row, bench::play(row, most_rounds));
   }
@@ -54,18 +60,23 @@ bool print_counts() {
 
 }  // namespace
 
-/// bench [ROUNDS [NAME]]: prints a table of the rows whose name holds NAME, with at most that many rounds.
+/// bench ROUNDS NAME: prints the rows whose name holds NAME, with at most that many rounds.
+/// bench heading: prints what stands above the rows.
+/// bench names: prints the names of all rows.
 /// bench counts: prints calls and messages of every row, and ends with 1 when the module misses a goal.
 int main(int argc, char** argv) {
   if (FAILED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED))) return EXIT_FAILURE;
   SetThreadPriority(GetCurrentThread(), THREAD_PRIORITY_HIGHEST);
-  const bool counts = argc > 1 && std::strcmp(argv[1], "counts") == 0;
+  const std::string_view what = argc > 1 ? argv[1] : "heading";
   bool kept = true;
-  if (counts) {
+  if (what == "counts") {
     kept = print_counts();
+  } else if (what == "names") {
+    print_names();
+  } else if (what == "heading") {
+    print_heading();
   } else {
-    const int wanted = argc > 1 ? std::atoi(argv[1]) : usual_rounds;
-    print_times(wanted < bench::least_rounds ? bench::least_rounds : wanted, argc > 2 ? argv[2] : "");
+    print_times(std::max(std::atoi(argv[1]), bench::least_rounds), argc > 2 ? argv[2] : "");
   }
   CoUninitialize();
   return kept ? EXIT_SUCCESS : EXIT_FAILURE;

@@ -62,10 +62,10 @@ bench::BaselineComparison refill_comparison(int count, int repetitions) {
           [=] { return measure(bare->dialog.m_hWnd, repetitions, [&] { bare->dialog.fill(); }); }};
 }
 
-const bench::Registration ten({"refill of 10 rules", 1.15, 0, 1.35, 1.0, [] { return refill_comparison(10, 20); }});
-const bench::Registration thousand({"refill of 1,000 rules", 1.08, 0, 1.8, 1.0,
+const bench::Registration ten({"refill of 10 rules", 1.15, 0, 1.25, 1.0, [] { return refill_comparison(10, 20); }});
+const bench::Registration thousand({"refill of 1,000 rules", 1.08, 0, 1.1, 1.0,
                                     [] { return refill_comparison(1'000, 1); }});
-const bench::Registration many({"refill of 20,000 rules", 1.08, 0, 2.1, 1.0,
+const bench::Registration many({"refill of 20,000 rules", 1.08, 0, 1.1, 1.0,
                                 [] { return refill_comparison(20'000, 1); }});
 
 }  // namespace
