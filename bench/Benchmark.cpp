@@ -17,9 +17,9 @@ double median(std::vector<double> values) {
 }
 
 /// The median of ratios, with the interval that its order statistics give.
-Ratio ratio_of(const std::vector<double>& subjects, const std::vector<double>& floors) {
+Ratio ratio_of(const std::vector<double>& subjects, const std::vector<double>& baselines) {
   std::vector<double> ratios(subjects.size());
-  std::transform(subjects.begin(), subjects.end(), floors.begin(), ratios.begin(), std::divides<>());
+  std::transform(subjects.begin(), subjects.end(), baselines.begin(), ratios.begin(), std::divides<>());
   std::sort(ratios.begin(), ratios.end());
   const auto count = static_cast<double>(ratios.size());
   const double reach = normal_95 * std::sqrt(count);

@@ -35,9 +35,9 @@ class Stopwatch {
 /// Does one round of work and returns what counts of it, for one repetition.
 using Measurement = std::function<Reading()>;
 
-/// Three ways to the same end. The fair floor does what the program has to do by hand: the same calls of the host, the
-/// same content of the controls, the same grip, and it shows itself at the same time. The bare floor is the least that
-/// gives the same window.
+/// Three ways to the same result. The fair baseline does what the program has to do by hand: the same calls of the
+/// host, the same content of the controls, the same grip, and it shows itself at the same time. The bare baseline is
+/// the least that gives the same window.
 struct BaselineComparison {
   Measurement subject;
   Measurement fair;
@@ -47,14 +47,14 @@ struct BaselineComparison {
 /// One row of the table.
 struct Benchmark {
   std::string name;
-  double fair_goal;                             ///< how many times the fair floor the subject may take
-  double bare_goal;                             ///< how many times the bare floor; 0 for none
-  double call_goal;                             ///< how many times the fair floor's calls it may make
-  double message_goal;                          ///< how many times the fair floor's messages it may send
+  double fair_goal;                             ///< how many times the fair baseline the subject may take
+  double bare_goal;                             ///< how many times the bare baseline; 0 for none
+  double call_goal;                             ///< how many times the fair baseline's calls it may make
+  double message_goal;                          ///< how many times the fair baseline's messages it may send
   std::function<BaselineComparison()> prepare;  ///< called once, before the row's first round
 };
 
-/// The ratio of subject and floor, round by round.
+/// The ratio of subject and baseline, round by round.
 struct Ratio {
   double median;
   double low, high;  ///< the 95 % interval of the median
@@ -69,10 +69,10 @@ struct Result {
 };
 
 /// Plays the rounds of a row, the three in turn, after one that does not count: at least `least_rounds`, and then until
-/// the interval of the ratio to the fair floor is narrower than 0.04, but no more than `most_rounds`.
+/// the interval of the ratio to the fair baseline is narrower than 0.04, but no more than `most_rounds`.
 Result play(const Benchmark& benchmark, int most_rounds);
 
-/// One round of subject and fair floor with their calls and messages, after one that does not count.
+/// One round of subject and fair baseline with their calls and messages, after one that does not count.
 std::pair<Reading, Reading> count(const BaselineComparison& comparison);
 
 inline constexpr int least_rounds = 25;

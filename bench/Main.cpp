@@ -36,10 +36,10 @@ void print_times(int most_rounds, const char* name) {
   }
 }
 
-/// Prints how many times the floor's count the subject's is. Returns whether that is within the goal.
-bool print_count(const char* what, double subject, double floor, double goal) {
-  const double ratio = subject / floor;
-  std::printf(" %9.0f %s, %9.0f by hand, ratio %4.2f, goal %4.2f;", subject, what, floor, ratio, goal);
+/// Prints how many times the baseline's count the subject's is. Returns whether that is within the goal.
+bool print_count(const char* what, double subject, double baseline, double goal) {
+  const double ratio = subject / baseline;
+  std::printf(" %9.0f %s, %9.0f by hand, ratio %4.2f, goal %4.2f;", subject, what, baseline, ratio, goal);
   return ratio <= goal;
 }
 

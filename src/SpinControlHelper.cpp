@@ -77,7 +77,7 @@ void AdjustEditControl(const CSpin& spin, const CCustomEditForSpin& edit, long v
 
 void AdjustSpinControl(const CSpin& spin, CCustomEditForSpin& edit) {
   const long number = number_of(edit.GetText());
-  const CCustomEditForSpin::ScopedKeepText keeper(edit);
+  const CCustomEditForSpin::ScopedKeepText keep_text(edit);
   spin.SetPos(number);
 }
 

@@ -52,7 +52,7 @@ class CResizableState {
   /// else FALSE. Throws `std::bad_alloc`.
   BOOL RestorePlacement(HKEY root, LPCWSTR path, LPCWSTR subkey, LPCWSTR valueName, BOOL /*bRectOnly*/) {
     key_ = resizable::placement_key(root, path, subkey, valueName);
-    const RestoringScope restoring(&restoring_);
+    const ScopedRestoring restoring(&restoring_);
     return resizable::restore_placement(static_cast<T*>(this)->m_hWnd, key_);
   }
 
@@ -80,12 +80,12 @@ class CResizableState {
   ~CResizableState() = default;
 
  private:
-  class RestoringScope {
+  class ScopedRestoring {
    public:
-    explicit RestoringScope(bool* restoring) noexcept : restoring_(restoring) { *restoring_ = true; }
-    ~RestoringScope() { *restoring_ = false; }
-    RestoringScope(const RestoringScope&) = delete;
-    RestoringScope& operator=(const RestoringScope&) = delete;
+    explicit ScopedRestoring(bool* restoring) noexcept : restoring_(restoring) { *restoring_ = true; }
+    ~ScopedRestoring() { *restoring_ = false; }
+    ScopedRestoring(const ScopedRestoring&) = delete;
+    ScopedRestoring& operator=(const ScopedRestoring&) = delete;
 
    private:
     bool* restoring_;
