@@ -24,6 +24,12 @@ BOOL CALLBACK find_frame(HWND window, LPARAM found) noexcept {
   return FALSE;
 }
 
+/// Drops what the user has typed and clicked. What other threads send or post is left alone.
+void drop_input() noexcept {
+  MSG message{};
+  while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE | PM_QS_INPUT)) continue;
+}
+
 HWND main_window_of_this_thread() noexcept {
   HWND window = nullptr;
   EnumThreadWindows(GetCurrentThreadId(), &find_frame, reinterpret_cast<LPARAM>(&window));
@@ -38,6 +44,7 @@ WaitBox::~WaitBox() {
   if (!box_.joinable()) return;
   SetEvent(closing_.get());
   box_.join();
+  drop_input();
 }
 
 bool WaitBox::wait(HANDLE event, std::chrono::milliseconds at_most) {

@@ -12,7 +12,9 @@ namespace workbench {
 
 /// Waits for a store while a plug-in may be in the middle of a call. The frame window paints itself, and after a
 /// second a box says what is waited for and lets the user give up. No message reaches a window of the waiting thread
-/// but the paint messages of the frame and its children; the box belongs to a thread of its own.
+/// but the paint messages of the frame and its children; the box belongs to a thread of its own. What the user typed
+/// and clicked until the box is closed is dropped then, as windows under a modal dialog drop it; without the box it
+/// waits.
 class WaitBox final : public ServerWait {
  public:
   /// How long a call takes before the box is shown.

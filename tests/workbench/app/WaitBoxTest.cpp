@@ -117,5 +117,33 @@ TEST_F(WaitBoxTest, FramePaintsItselfAndNothingElseReachesIt) {
   RemoveWindowSubclass(window(), &count, 0);
 }
 
+TEST_F(WaitBoxTest, WhatIsTypedWhileTheBoxIsShownIsDroppedAndWithoutItWaits) {
+  Counted counted;
+  SetWindowSubclass(rules(), &count, 0, reinterpret_cast<DWORD_PTR>(&counted));
+  const auto type_and_wait = [&] {
+    SetForegroundWindow(window());
+    SetFocus(rules());
+    pump_messages();
+    INPUT input[2]{};
+    input[0].type = input[1].type = INPUT_KEYBOARD;
+    input[0].ki.wVk = input[1].ki.wVk = VK_F5;
+    input[1].ki.dwFlags = KEYEVENTF_KEYUP;
+    EXPECT_EQ(SendInput(2, input, sizeof(INPUT)), 2u);
+    WaitBox box(L"desk");
+    EXPECT_TRUE(box.wait(answered_.get(), milliseconds(20'000)));
+  };
+  std::jthread server([&] {
+    EXPECT_TRUE(find_box());
+    SetEvent(answered_.get());
+  });
+  type_and_wait();
+  pump_messages();
+  EXPECT_EQ(counted.others, 0);
+  type_and_wait();
+  pump_messages();
+  EXPECT_EQ(counted.others, 1) << "the answer came soon";
+  RemoveWindowSubclass(rules(), &count, 0);
+}
+
 }  // namespace
 }  // namespace workbench
