@@ -34,6 +34,8 @@ OdbcApi load_system_odbc() {
   look_up(library, "SQLGetData", api.get_data);
   look_up(library, "SQLFreeStmt", api.free_statement);
   look_up(library, "SQLGetConnectAttrW", api.get_connection_attribute);
+  look_up(library, "SQLSetStmtAttrW", api.set_statement_attribute);
+  look_up(library, "SQLBindCol", api.bind_column);
   return api;
 }
 

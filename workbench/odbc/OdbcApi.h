@@ -27,6 +27,8 @@ struct OdbcApi {
   decltype(&SQLGetData) get_data = nullptr;
   decltype(&SQLFreeStmt) free_statement = nullptr;
   decltype(&SQLGetConnectAttrW) get_connection_attribute = nullptr;
+  decltype(&SQLSetStmtAttrW) set_statement_attribute = nullptr;
+  decltype(&SQLBindCol) bind_column = nullptr;
 };
 
 /// The text as ODBC takes it: as one that might be changed, although it is not.

@@ -71,6 +71,7 @@ OdbcStatement& OdbcStatement::bind_null(int number) {
 std::int64_t OdbcStatement::execute() {
   if (has_rows_) handle_.check(handle_.api().free_statement(handle_.get(), SQL_CLOSE), "SQLFreeStmt");
   has_rows_ = false;
+  if (block_) block_->drop_rows();
   const SQLRETURN code = handle_.api().execute(handle_.get());
   if (code == SQL_NO_DATA) return 0;
   handle_.check(code, "SQLExecute");
@@ -80,7 +81,13 @@ std::int64_t OdbcStatement::execute() {
   return rows;
 }
 
+OdbcStatement& OdbcStatement::fetch_in_blocks(const std::vector<std::size_t>& longest_texts) {
+  block_ = std::make_unique<OdbcBlock>(handle_, longest_texts);
+  return *this;
+}
+
 bool OdbcStatement::fetch() {
+  if (block_) return block_->fetch(handle_);
   const SQLRETURN code = handle_.api().fetch(handle_.get());
   if (code == SQL_NO_DATA) return false;
   handle_.check(code, "SQLFetch");
@@ -88,6 +95,7 @@ bool OdbcStatement::fetch() {
 }
 
 std::optional<std::int64_t> OdbcStatement::try_integer(int column) {
+  if (block_) return block_->integer(static_cast<std::size_t>(column));
   std::int64_t value = 0;
   SQLLEN size = 0;
   handle_.check(handle_.api().get_data(handle_.get(), static_cast<SQLUSMALLINT>(column + 1), SQL_C_SBIGINT, &value,
@@ -97,6 +105,7 @@ std::optional<std::int64_t> OdbcStatement::try_integer(int column) {
 }
 
 std::optional<std::wstring> OdbcStatement::try_text(int column) {
+  if (block_) return block_->text(static_cast<std::size_t>(column));
   std::wstring text;
   std::array<wchar_t, 512> part{};
   for (;;) {

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "OdbcBlock.h"
 #include "OdbcHandle.h"
 
 namespace workbench::odbc {
@@ -26,6 +27,9 @@ class OdbcStatement {
   /// Runs the statement with the kept values. Rows of an earlier run are dropped. Returns the number of rows that it
   /// changed, or -1 when the driver does not know.
   std::int64_t execute();
+
+  /// From now on the driver gives its rows in blocks; see `OdbcBlock`. Worth it for more than a few rows.
+  OdbcStatement& fetch_in_blocks(const std::vector<std::size_t>& longest_texts);
 
   /// Goes to the next row and returns whether there is one.
   bool fetch();
@@ -49,6 +53,7 @@ class OdbcStatement {
 
   OdbcHandle handle_;
   std::vector<std::unique_ptr<Parameter>> parameters_;
+  std::unique_ptr<OdbcBlock> block_;
   bool has_rows_ = false;
 };
 

@@ -1,5 +1,6 @@
 #include "EscapedText.h"
 
+#include <algorithm>
 #include <cstdio>
 
 namespace workbench {
@@ -52,6 +53,9 @@ std::wstring to_escaped_text(std::wstring_view text) {
 }
 
 std::optional<std::wstring> from_escaped_text(std::wstring_view escaped) {
+  // Hardly any name has a form other than itself.
+  if (std::ranges::all_of(escaped, [](wchar_t unit) { return is_printable(unit) && unit != L'\\'; }))
+    return std::wstring(escaped);
   std::wstring text;
   for (std::wstring_view left = escaped; !left.empty();) {
     if (left.front() != L'\\') {

@@ -81,6 +81,8 @@ FaultyOdbc::FaultyOdbc(const workbench::odbc::OdbcApi& next) : next_(next), api_
   FaultyCalls::intercept<&OdbcApi::fetch>(&OdbcApi::fetch);
   FaultyCalls::intercept<&OdbcApi::get_data>(&OdbcApi::get_data);
   FaultyCalls::intercept<&OdbcApi::free_statement>(&OdbcApi::free_statement);
+  FaultyCalls::intercept<&OdbcApi::set_statement_attribute>(&OdbcApi::set_statement_attribute);
+  FaultyCalls::intercept<&OdbcApi::bind_column>(&OdbcApi::bind_column);
 }
 
 FaultyOdbc::~FaultyOdbc() { faulty = nullptr; }

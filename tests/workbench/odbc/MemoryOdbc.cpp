@@ -13,8 +13,20 @@ namespace {
 
 MemoryOdbc* in_memory = nullptr;
 
+/// Where a column is to be written, row by row.
+struct BoundColumn {
+  SQLSMALLINT type;
+  char* values;
+  SQLLEN room;  // of one value, in bytes
+  SQLLEN* sizes;
+};
+
 /// What the driver keeps of a statement.
 struct Statement {
+  std::vector<BoundColumn> columns;
+  std::size_t block = 1;  // how many rows a fetch gives
+  SQLULEN* fetched = nullptr;
+  SQLUSMALLINT* states = nullptr;
   std::wstring sql;
   std::string refused_state;  // with which the server refused it
   std::vector<std::pair<const void*, const SQLLEN*>> parameters;
@@ -144,8 +156,58 @@ SQLRETURN SQL_API count_rows(SQLHSTMT handle, SQLLEN* count) {
   return SQL_SUCCESS;
 }
 
+SQLRETURN SQL_API set_statement(SQLHSTMT handle, SQLINTEGER attribute, SQLPOINTER value, SQLINTEGER) {
+  Statement& statement = statement_of(handle);
+  if (attribute == SQL_ATTR_ROW_ARRAY_SIZE) statement.block = reinterpret_cast<std::size_t>(value);
+  if (attribute == SQL_ATTR_ROWS_FETCHED_PTR) statement.fetched = static_cast<SQLULEN*>(value);
+  if (attribute == SQL_ATTR_ROW_STATUS_PTR) statement.states = static_cast<SQLUSMALLINT*>(value);
+  return SQL_SUCCESS;
+}
+
+SQLRETURN SQL_API bind_column(SQLHSTMT handle, SQLUSMALLINT, SQLSMALLINT type, SQLPOINTER values, SQLLEN room,
+                              SQLLEN* sizes) {
+  statement_of(handle).columns.push_back({type, static_cast<char*>(values), room, sizes});
+  return SQL_SUCCESS;
+}
+
+/// Writes a value, cut where it is too long. Returns false for a text that is no number where one is bound.
+bool write(const std::optional<std::wstring>& value, const BoundColumn& column, std::size_t row) {
+  if (!value) {
+    column.sizes[row] = SQL_NULL_DATA;
+    return true;
+  }
+  char* room = column.values + row * static_cast<std::size_t>(column.room);
+  if (column.type == SQL_C_SBIGINT) {
+    if (value->empty()) return false;
+    const std::int64_t integer = std::stoll(*value);
+    std::memcpy(room, &integer, sizeof integer);
+    column.sizes[row] = sizeof integer;
+    return true;
+  }
+  const std::size_t units = std::min(value->size(), static_cast<std::size_t>(column.room) / sizeof(wchar_t) - 1);
+  std::memcpy(room, value->c_str(), units * sizeof(wchar_t));
+  column.sizes[row] = static_cast<SQLLEN>(value->size() * sizeof(wchar_t));
+  return true;
+}
+
+SQLRETURN fetch_block(Statement& statement) {
+  *statement.fetched = 0;
+  bool is_whole = true;
+  for (std::size_t row = 0; row < statement.block && !statement.rows.empty(); ++row, ++*statement.fetched) {
+    bool is_read = true;
+    for (std::size_t i = 0; i < statement.columns.size(); ++i)
+      is_read = write(statement.rows.front()[i], statement.columns[i], row) && is_read;
+    statement.states[row] = is_read ? SQL_ROW_SUCCESS : SQL_ROW_ERROR;
+    is_whole = is_whole && is_read;
+    statement.rows.pop_front();
+  }
+  if (*statement.fetched == 0) return SQL_NO_DATA;
+  return is_whole ? SQL_SUCCESS : SQL_SUCCESS_WITH_INFO;
+}
+
 SQLRETURN SQL_API fetch(SQLHSTMT handle) {
   Statement& statement = statement_of(handle);
+  if (!statement.columns.empty()) return fetch_block(statement);
   if (statement.rows.empty()) return SQL_NO_DATA;
   statement.row = statement.rows.front();
   statement.rows.pop_front();
@@ -188,7 +250,7 @@ MemoryOdbc::MemoryOdbc()
     : api_{&allocate,       &release,          &diagnostic,      &set_environment, &set_connection,
            &connect,        &disconnect,       &end_transaction, &prepare,         &bind,
            &execute,        &execute_directly, &count_rows,      &fetch,           &get_data,
-           &free_statement, &get_connection} {
+           &free_statement, &get_connection,   &set_statement,   &bind_column} {
   in_memory = this;
 }
 

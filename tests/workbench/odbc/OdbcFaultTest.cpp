@@ -23,6 +23,9 @@ void use_everything(const OdbcApi& api) {
     statement.execute();
     while (statement.fetch()) EXPECT_EQ(std::to_wstring(statement.integer(0)), statement.text(1));
   }
+  OdbcStatement blocks = connection.prepare(L"select");
+  blocks.fetch_in_blocks({0, 3}).execute();
+  while (blocks.fetch()) EXPECT_EQ(std::to_wstring(blocks.integer(0)), blocks.text(1));
   transaction.commit();
 }
 

@@ -94,6 +94,51 @@ TEST_F(Odbc, ParametersAndRowsTravel) {
   EXPECT_THAT(driver_.log, ElementsAre(L"close", L"\xD83D\xDCC8", L"-9000000000", L"x", L""));
 }
 
+TEST_F(Odbc, RowsComeInBlocks) {
+  const OdbcConnection connection = connect();
+  OdbcStatement statement = connection.prepare(L"select");
+  statement.fetch_in_blocks({0, 5});
+  const std::size_t one_row = [&] {
+    driver_.rows = {{L"1", L"x"}};
+    odbc_.fail_call(0, "");
+    statement.execute();
+    while (statement.fetch()) continue;
+    return static_cast<std::size_t>(odbc_.calls());
+  }();
+  for (const int count : {0, 1, 255, 256, 257, 1000}) {
+    driver_.rows.clear();
+    for (int i = 0; i < count; ++i)
+      driver_.rows.push_back({std::to_wstring(i - 9'000'000'000), std::wstring(static_cast<std::size_t>(i % 6), L'y')});
+    odbc_.fail_call(0, "");
+    EXPECT_EQ(statement.execute(), count);
+    int i = 0;
+    for (; statement.fetch(); ++i) {
+      EXPECT_EQ(statement.integer(0), i - 9'000'000'000);
+      EXPECT_EQ(statement.text(1), std::wstring(static_cast<std::size_t>(i % 6), L'y'));
+    }
+    EXPECT_EQ(i, count);
+    EXPECT_FALSE(statement.fetch());
+    EXPECT_LE(static_cast<std::size_t>(odbc_.calls()), one_row + 7) << count;
+  }
+}
+
+TEST_F(Odbc, BlockThatDoesNotHoldItsValuesIsRefused) {
+  const OdbcConnection connection = connect();
+  driver_.rows = {{std::nullopt, std::nullopt}, {L"1", L"123456"}, {L"1", L"12345"}};
+  OdbcStatement statement = connection.prepare(L"select");
+  statement.fetch_in_blocks({0, 5}).execute();
+  ASSERT_TRUE(statement.fetch());
+  EXPECT_EQ(refusal([&] { statement.integer(0); })->state(), "22002");
+  EXPECT_EQ(statement.try_text(1), std::nullopt);
+  ASSERT_TRUE(statement.fetch());
+  EXPECT_EQ(refusal([&] { statement.text(1); })->state(), "01004") << "it is too long";
+  ASSERT_TRUE(statement.fetch());
+  EXPECT_EQ(statement.text(1), L"12345");
+  driver_.rows = {{L"1", L""}, {L"", L""}};
+  statement.execute();
+  EXPECT_TRUE(refusal([&] { statement.fetch(); })) << "the driver could not give a row";
+}
+
 TEST_F(Odbc, NullWhereAValueIsExpectedIsRefused) {
   const OdbcConnection connection = connect();
   driver_.rows = {{std::nullopt, std::nullopt}};
