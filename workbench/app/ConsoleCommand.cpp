@@ -135,7 +135,8 @@ class ConsoleCommand {
     const schedule::TextTable counts{{"what", "count"},
                                      {"rule", std::to_string(copy.rules.size())},
                                      {"setting", std::to_string(copy.settings.size())},
-                                     {"calendar", std::to_string(copy.calendars.size())}};
+                                     {"calendar", std::to_string(copy.calendars.size())},
+                                     {"change", std::to_string(copy.changes.size())}};
     schedule::CommandOutput output{.data = schedule::csv_text(counts)};
     if (arguments_.dry_run)
       output.messages.push_back(describe({0, MistakeKind::nothing_imported, {}}, chosen_language()));

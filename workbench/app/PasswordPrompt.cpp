@@ -7,7 +7,8 @@
 namespace workbench {
 
 std::optional<EnteredPassword> ask_at_console(const PasswordRequest& request) {
-  if (!can_read_secret()) throw StoreLocationError{text(IDS_PASSWORD_NEEDED, {request.store})};
+  if (!can_read_secret())
+    throw StoreLocationError{request.refusal.empty() ? text(IDS_PASSWORD_NEEDED, {request.store}) : request.refusal};
   if (!request.refusal.empty()) write_error(request.refusal + L"\n");
   const std::optional<std::wstring> password = read_secret(text(IDS_PASSWORD_PROMPT, {request.store}));
   if (!password) return std::nullopt;

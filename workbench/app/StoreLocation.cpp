@@ -89,6 +89,11 @@ class PasswordSearch {
            (has_tried_ && refused.kind() == StoreErrorKind::unreachable);
   }
 
+  /// Whether the server was given no password. The driver's own means may have given one that is wrong.
+  static bool is_missing_password(const StoreError& refused) {
+    return std::string_view(refused.what()).find(postgres().driver.missing_password) != std::string_view::npos;
+  }
+
   bool find_next(const StoreError& refused) {
     if (!has_tried_) {
       if (const std::optional<std::wstring> kept = try_read_credential(target_)) {
@@ -99,7 +104,7 @@ class PasswordSearch {
     }
     if (!ask_ || questions_++ == most_questions) return false;
     entered_ = ask_({.store = describe_server_store(options_),
-                     .refusal = has_tried_ ? store_message(refused) : std::wstring(),
+                     .refusal = has_tried_ || !is_missing_password(refused) ? store_message(refused) : std::wstring(),
                      .remembered = is_kept_});
     if (!entered_) throw schedule::Cancelled();
     options_.set(L"Pwd", entered_->password);
@@ -134,7 +139,8 @@ class ServerLocation final : public StoreLocation {
     ServerStoreOptions settings{.first_content = opening.first_content,
                                 .may_create = opening.may_create,
                                 .api = opening.odbc,
-                                .copied = opening.copied};
+                                .copied = opening.copied,
+                                .progress = opening.progress};
     if (opening.in_window) {
       settings.poll_interval = poll_interval;
       settings.create_wait = [store = description()] {

@@ -20,7 +20,7 @@ struct StoreLocationError {
 /// A password that the user is asked for.
 struct PasswordRequest {
   std::wstring store;       ///< its description
-  std::wstring refusal{};   ///< why the password before this one was refused; empty for the first
+  std::wstring refusal{};   ///< why the password before this one was refused; empty if there was none
   bool remembered = false;  ///< whether Windows keeps a password for this user of this server
 };
 
@@ -41,7 +41,7 @@ struct StoreOpening {
   bool may_create = true;      ///< whether one is created; if not, opening fails with `missing`
   AskPassword ask_password{};  ///< none: a server that wants a password is refused
   /// Called while the store is opened, migrated or filled. Cancels that with `schedule::Cancelled`: the store is as it
-  /// was, and nothing is left of a new one. A server ignores it.
+  /// was, and nothing is left of a new one. In a window the box that says that a server is waited for stands in for it.
   schedule::Progress progress{};
   /// Whether a window shows the store: a server is then asked for changes of others without waiting, and a box says
   /// when a call has to wait for it.

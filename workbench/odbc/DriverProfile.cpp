@@ -8,11 +8,13 @@ namespace {
 
 constexpr const wchar_t* common_keywords[] = {L"Driver", L"DSN", L"Server", L"Port", L"Database", L"Uid", L"Pwd"};
 
+constexpr wchar_t this_machine[] = L"localhost";
+
 /// A data source may lead anywhere.
 bool leads_to_this_machine(const ConnectionString& options) {
   if (options.find(L"DSN")) return false;
   const std::wstring server = options.find(L"Server").value_or(L"");
-  return server.empty() || server == L"localhost" || server == L"127.0.0.1" || server == L"::1";
+  return server.empty() || server == this_machine || server == L"127.0.0.1" || server == L"::1";
 }
 
 }  // namespace
@@ -33,6 +35,9 @@ void refuse_unknown_keywords(const ConnectionString& options, const DriverProfil
 std::vector<ConnectionString> connection_attempts(const ConnectionString& options, const DriverProfile& profile) {
   refuse_unknown_keywords(options, profile);
   ConnectionString complete = options;
+  // A driver would take a server that is not named from the environment of the process, and that may be another
+  // machine.
+  if (!complete.find(L"DSN") && complete.find(L"Server").value_or(L"").empty()) complete.set(L"Server", this_machine);
   for (const auto& [keyword, value] : profile.fixed_options) complete.set(keyword, value);
   const auto& [encryption, strongest] = profile.encryption;
   if (!complete.find(encryption) && !leads_to_this_machine(options)) complete.set(encryption, strongest);
@@ -57,7 +62,7 @@ std::wstring describe(const ConnectionString& options, const DriverProfile& prof
     text += part(L"DSN", L"DSN=", L"");
   } else {
     const std::wstring server = part(L"Server", L"", L"");
-    text += server.empty() ? L"localhost" : server;
+    text += server.empty() ? this_machine : server;
   }
   text += part(L"Port", L":", L"") + part(L"Database", L"/", L"");
   const auto& [encryption, strongest] = profile.encryption;

@@ -20,14 +20,18 @@ struct DriverProfile {
   /// What stands in the text of a refusal, in any language, when the server wants a password and was given none.
   /// Empty: the state says so.
   std::string missing_password{};
+  /// The same when the server refused the password. A server of another language may write something else, and its
+  /// refusal then is what its state says.
+  std::string wrong_password{};
 };
 
 /// Refuses keywords that the kind of server does not have: such an option could undo what the fixed ones and the
 /// encryption promise. Throws `ConnectionStringError`.
 void refuse_unknown_keywords(const ConnectionString& options, const DriverProfile& profile);
 
-/// What is given to ODBC, one string after another until a driver is found. Each holds the fixed options and, for a
-/// server other than this machine, the strongest encryption unless the string asks for another.
+/// What is given to ODBC, one string after another until a driver is found. Each holds the fixed options, the server,
+/// which is this machine where the string names none, and for another machine the strongest encryption unless the string
+/// asks for another.
 std::vector<ConnectionString> connection_attempts(const ConnectionString& options, const DriverProfile& profile);
 
 /// Which store a user sees in titles and messages: user, server, port and database or the data source, with the

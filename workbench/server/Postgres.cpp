@@ -53,12 +53,14 @@ constexpr wchar_t create_tables[] =
   );
   CREATE INDEX symbol_source_settings_by_rule ON {schema}.symbol_source_settings (RuleName);
   CREATE TABLE {schema}.calendars (
-    CalendarName text COLLATE "C" PRIMARY KEY CHECK (octet_length(CalendarName) BETWEEN 1 AND 255),
+    CalendarName text COLLATE "C" PRIMARY KEY
+      CHECK (octet_length(CalendarName) BETWEEN 1 AND 255
+             AND CalendarName !~* '[/\\\u0001-\u001F\u007F]|\.(?:csv|json|ics)$'),
     Title text NOT NULL CHECK ({schema}.is_escaped_text(Title)),
     Covers text NOT NULL CHECK ({schema}.is_escaped_text(Covers)),
     Source text NOT NULL CHECK ({schema}.is_escaped_text(Source)),
-    FirstDay date NOT NULL,
-    LastDay date NOT NULL,
+    FirstDay date NOT NULL CHECK (FirstDay BETWEEN '1900-01-01' AND '2199-12-31'),
+    LastDay date NOT NULL CHECK (LastDay BETWEEN '1900-01-01' AND '2199-12-31'),
     Weekend integer NOT NULL CHECK (Weekend BETWEEN 0 AND 126),
     ShippedVersion integer NOT NULL CHECK (ShippedVersion >= 0),
     CHECK (FirstDay <= LastDay)
@@ -89,6 +91,28 @@ constexpr wchar_t create_tables[] =
       END IF;
       RETURN OLD;
     END $$;
+  CREATE FUNCTION {schema}.is_closed_day(day date, first_day date, last_day date, weekend integer) RETURNS boolean
+    LANGUAGE sql IMMUTABLE STRICT SET search_path = pg_catalog, pg_temp AS $$
+      SELECT day BETWEEN first_day AND last_day AND weekend & (1 << CAST(extract(dow FROM day) AS integer)) = 0
+    $$;
+  CREATE FUNCTION {schema}.refuse_wrong_day() RETURNS trigger LANGUAGE plpgsql
+    SET search_path = {schema}, pg_temp AS $$
+    BEGIN
+      IF EXISTS (SELECT FROM calendars WHERE CalendarName = NEW.CalendarName
+                 AND NOT is_closed_day(NEW.Day, FirstDay, LastDay, Weekend)) THEN
+        RAISE EXCEPTION 'a closed day is outside its calendar or on a weekend' USING ERRCODE = 'check_violation';
+      END IF;
+      RETURN NEW;
+    END $$;
+  CREATE FUNCTION {schema}.refuse_wrong_calendar() RETURNS trigger LANGUAGE plpgsql
+    SET search_path = {schema}, pg_temp AS $$
+    BEGIN
+      IF EXISTS (SELECT FROM closed_days WHERE CalendarName = NEW.CalendarName
+                 AND NOT is_closed_day(Day, NEW.FirstDay, NEW.LastDay, NEW.Weekend)) THEN
+        RAISE EXCEPTION 'a calendar has other closed days' USING ERRCODE = 'check_violation';
+      END IF;
+      RETURN NEW;
+    END $$;
   CREATE FUNCTION {schema}.count_change() RETURNS trigger LANGUAGE plpgsql SET search_path = {schema}, pg_temp AS $$
     BEGIN
       UPDATE rule_store SET Changes = Changes + 1;
@@ -111,6 +135,10 @@ constexpr wchar_t create_tables[] =
     FOR EACH ROW WHEN (OLD.RuleName <> NEW.RuleName) EXECUTE FUNCTION {schema}.rename_in_settings();
   CREATE TRIGGER refuse_used_rule BEFORE DELETE ON {schema}.rules
     FOR EACH ROW EXECUTE FUNCTION {schema}.refuse_used_rule();
+  CREATE TRIGGER refuse_wrong_day BEFORE INSERT OR UPDATE ON {schema}.closed_days
+    FOR EACH ROW EXECUTE FUNCTION {schema}.refuse_wrong_day();
+  CREATE TRIGGER refuse_wrong_calendar BEFORE UPDATE ON {schema}.calendars
+    FOR EACH ROW EXECUTE FUNCTION {schema}.refuse_wrong_calendar();
   CREATE TRIGGER refuse_other_version BEFORE INSERT OR DELETE OR TRUNCATE OR UPDATE OF OnlyRow, Application, Version
     ON {schema}.rule_store FOR EACH STATEMENT EXECUTE FUNCTION {schema}.refuse_other_version();
   CREATE TRIGGER count_change AFTER INSERT OR UPDATE OR DELETE OR TRUNCATE ON {schema}.rules
@@ -128,6 +156,7 @@ constexpr wchar_t create_tables[] =
 constexpr wchar_t create_changes[] =
     LR"sql(
   CREATE TABLE {schema}.changes (
+    ChangeNumber bigint GENERATED ALWAYS AS IDENTITY UNIQUE,
     ChangeID uuid PRIMARY KEY,
     UserName text NOT NULL DEFAULT session_user,
     ChangedAt timestamptz NOT NULL DEFAULT now(),
@@ -164,7 +193,8 @@ constexpr wchar_t create_changes[] =
     DECLARE
       change uuid := NULLIF(current_setting('rule_store.change', true), '');
     BEGIN
-      IF change IS NULL THEN
+      -- A name alone proves nothing: it may be that of somebody else's change.
+      IF NOT EXISTS (SELECT FROM changes WHERE ChangeID = change AND UserName = session_user AND ChangedAt = now()) THEN
         change := gen_random_uuid();
         INSERT INTO changes (ChangeID) VALUES (change);
         PERFORM set_config('rule_store.change', change::text, true);
@@ -266,10 +296,15 @@ void set_session_statements(ServerDialect& sql) {
       L"INSERT INTO {schema}.changes (ChangeID, Happened) VALUES (CAST(? AS uuid), false) ON CONFLICT DO NOTHING";
   sql.select_happened =
       L"SELECT CASE WHEN Happened THEN 1 ELSE 0 END FROM {schema}.changes WHERE ChangeID = CAST(? AS uuid)";
-  sql.select_changes =
-      L"SELECT UserName, to_char(ChangedAt AT TIME ZONE 'UTC', 'YYYY-MM-DD\"T\"HH24:MI:SS.MS\"Z\"'), "
-      L"CAST(OldRow AS text), CAST(NewRow AS text) FROM {schema}.changed_rows JOIN {schema}.changes USING (ChangeID) "
-      L"WHERE TableName = 'rules' AND RowKey = ? ORDER BY RowNumber";
+  const std::wstring change =
+      L"UserName, to_char(ChangedAt AT TIME ZONE 'UTC', 'YYYY-MM-DD\"T\"HH24:MI:SS.MS\"Z\"'), "
+      L"CAST(OldRow AS text), CAST(NewRow AS text)";
+  sql.select_changes = L"SELECT " + change +
+                       L" FROM {schema}.changed_rows JOIN {schema}.changes USING (ChangeID) "
+                       L"WHERE TableName = 'rules' AND RowKey = ? ORDER BY RowNumber";
+  sql.select_all_changes = L"SELECT replace(CAST(ChangeID AS text), '-', ''), TableName, RowKey, " + change +
+                           L" FROM {schema}.changes LEFT JOIN {schema}.changed_rows USING (ChangeID) WHERE Happened "
+                           L"ORDER BY ChangeNumber, RowNumber";
 }
 
 void set_rule_statements(ServerDialect& sql) {
@@ -365,6 +400,15 @@ void set_copy_statements(ServerDialect& sql) {
   sql.copy_rules = copy(L"rules", L"RuleID, Revision, RuleName, " + rule_numbers, with_numbers(given_rules, L"RuleID"));
   sql.copy_settings = copy(L"symbol_source_settings", L"SettingID, Revision, " + settings_columns,
                            with_numbers(given_settings, L"SettingID"));
+  sql.delete_changes = L"TRUNCATE {schema}.changed_rows, {schema}.changes";
+  sql.copy_changes =
+      L"INSERT INTO {schema}.changes (ChangeID, UserName, ChangedAt) SELECT ChangeID, UserName, ChangedAt FROM "
+      L"json_to_recordset(CAST(? AS json)) AS given(position integer, ChangeID uuid, UserName text, ChangedAt "
+      L"timestamptz) ORDER BY position";
+  sql.copy_changed_rows =
+      L"INSERT INTO {schema}.changed_rows (ChangeID, TableName, RowKey, OldRow, NewRow) SELECT ChangeID, TableName, "
+      L"RowKey, OldRow, NewRow FROM json_to_recordset(CAST(? AS json)) AS given(position integer, ChangeID uuid, "
+      L"TableName text, RowKey text, OldRow jsonb, NewRow jsonb) ORDER BY position";
 }
 
 ServerDialect create_postgres() {
@@ -374,7 +418,8 @@ ServerDialect create_postgres() {
                 {{L"Debug", L"0"}, {L"CommLog", L"0"}, {L"LFConversion", L"0"}},
                 {},
                 {L"SSLmode", L"verify-full"},
-                "fe_sendauth:"};
+                "fe_sendauth:",
+                "password authentication failed"};
   set_session_statements(sql);
   set_rule_statements(sql);
   set_setting_statements(sql);

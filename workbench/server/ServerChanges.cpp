@@ -3,6 +3,7 @@
 #include <random>
 
 #include "JsonRecords.h"
+#include "ServerBatches.h"
 #include "TextEncoding.h"
 
 namespace workbench {
@@ -15,6 +16,14 @@ std::optional<Rule> read_rule(ServerSession& session, odbc::OdbcStatement& row, 
   std::optional<Rule> rule = try_rule_from_json(base::to_utf8(*json));
   if (!rule) session.fail(StoreErrorKind::damaged, "no record of a rule: " + base::to_utf8(*json));
   return rule;
+}
+
+std::string read_json(ServerSession& session, odbc::OdbcStatement& row, int column) {
+  const std::optional<std::wstring> text = row.try_text(column);
+  if (!text) return {};
+  const std::optional<std::string> json = normalized_json(base::to_utf8(*text));
+  if (!json) session.fail(StoreErrorKind::damaged, "no record: " + base::to_utf8(*text));
+  return *json;
 }
 
 }  // namespace
@@ -37,6 +46,33 @@ bool settle_change(ServerSession& session, const std::wstring& id) {
   row.bind(1, id).execute();
   if (!row.fetch()) session.fail(StoreErrorKind::damaged, "a change has no id");
   return row.integer(0) == 1;
+}
+
+std::vector<StoredChange> select_all_changes(ServerSession& session) {
+  std::vector<StoredChange> changes;
+  odbc::OdbcStatement rows = session.prepare(session.sql().select_all_changes);
+  rows.execute();
+  while (rows.fetch()) {
+    const std::string id = base::to_utf8(rows.text(0));
+    const std::optional<std::wstring> table = rows.try_text(1);
+    const std::optional<std::wstring> key = rows.try_text(2);
+    std::wstring user = rows.text(3);
+    std::wstring time = rows.text(4);
+    if (changes.empty() || changes.back().id != id) changes.push_back({id, std::move(user), std::move(time), {}});
+    if (table && key)
+      changes.back().rows.push_back(
+          {base::to_utf8(*table), base::to_utf8(*key), read_json(session, rows, 5), read_json(session, rows, 6)});
+  }
+  return changes;
+}
+
+void replace_changes(ServerSession& session, const std::vector<StoredChange>& changes) {
+  session.execute(session.sql().delete_changes);
+  insert_in_batches(session, session.sql().copy_changes, changes, &changes_as_json);
+  std::vector<RowOfChange> rows;
+  for (const StoredChange& change : changes)
+    for (const ChangedRow& row : change.rows) rows.push_back({&change, &row});
+  insert_in_batches(session, session.sql().copy_changed_rows, rows, &changed_rows_as_json);
 }
 
 std::vector<RuleChange> select_changes(ServerSession& session, long number) {

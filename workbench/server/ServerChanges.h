@@ -21,6 +21,12 @@ void insert_change(ServerSession& session, const std::wstring& id);
 /// takes too long.
 bool settle_change(ServerSession& session, const std::wstring& id);
 
+/// Every change that happened, in their order.
+std::vector<StoredChange> select_all_changes(ServerSession& session);
+
+/// Puts these changes in the place of all that are recorded.
+void replace_changes(ServerSession& session, const std::vector<StoredChange>& changes);
+
 /// What changes did to this rule, the oldest first. Throws `damaged` for a record that is not that of a rule.
 std::vector<RuleChange> select_changes(ServerSession& session, long number);
 

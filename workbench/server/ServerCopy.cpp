@@ -1,5 +1,6 @@
 #include "ServerCopy.h"
 
+#include "ServerChanges.h"
 #include "ServerRecords.h"
 
 namespace workbench {
@@ -11,6 +12,7 @@ StoreCopy select_copy(ServerSession& session) {
   numbers.fetch();
   copy.last_rule_number = static_cast<long>(numbers.integer(0));
   copy.last_setting_number = static_cast<long>(numbers.integer(1));
+  copy.changes = select_all_changes(session);
   return copy;
 }
 
@@ -25,6 +27,8 @@ void insert_copy(ServerSession& session, const StoreCopy& copy) {
       .bind(1, copy.last_rule_number)
       .bind(2, copy.last_setting_number)
       .execute();
+  // The records came into being by the changes of the other store.
+  replace_changes(session, copy.changes);
 }
 
 }  // namespace workbench

@@ -30,6 +30,10 @@ struct ServerDialect {
   std::wstring select_happened;     ///< id; gives 1 if the change happened and 0 if it is void
   std::wstring select_changes;      ///< a rule's number as text; gives user, time, and the old and the new rule as JSON
 
+  /// Gives id, table, key, user, time, and the old and the new record as JSON, in the order of the changes and of their
+  /// rows; table and key are null for a change without rows.
+  std::wstring select_all_changes;
+
   std::wstring select_rules;
   std::wstring select_rule;   ///< number
   std::wstring insert_rule;   ///< name and numbers; gives the rule's number
@@ -51,6 +55,9 @@ struct ServerDialect {
   std::wstring copy_rules;           ///< a batch with the numbers and revisions
   std::wstring copy_settings;        ///< the same
   std::wstring set_last_numbers;     ///< of a rule, of a setting
+  std::wstring delete_changes;       ///< all that is recorded
+  std::wstring copy_changes;         ///< a batch of changes without their rows
+  std::wstring copy_changed_rows;    ///< a batch of rows
 
   std::wstring select_calendars;
   std::wstring replace_calendars;   ///< a batch of calendars without their days

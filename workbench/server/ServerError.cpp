@@ -21,8 +21,9 @@ constexpr std::pair<std::string_view, Kind> kinds_of_states[] = {
     {"57", Kind::connection_lost},   {"57014", Kind::locked},
     {"58", Kind::unavailable},       {"HYT", Kind::connection_lost},
     {"IM002", Kind::no_driver},      {"IM003", Kind::no_driver},
-    {"01000", Kind::no_driver},      {"XX001", Kind::damaged},
-    {"XX002", Kind::damaged},        {"22002", Kind::damaged},  // the tables have no null where one was read
+    {"01000", Kind::no_driver},      {"01004", Kind::damaged},
+    {"XX001", Kind::damaged},        {"XX002", Kind::damaged},
+    {"22002", Kind::damaged},  // the tables have no null where one was read
     {"42703", Kind::damaged},        {"42P01", Kind::damaged},
 };
 

@@ -5,16 +5,13 @@
 
 #include "EscapedText.h"
 #include "JsonRecords.h"
+#include "ServerBatches.h"
 #include "ServerError.h"
 #include "ServerText.h"
 
 namespace workbench {
 
 namespace {
-
-/// How many records go in one statement: enough for the time on the way not to count, and few enough for a cancelled
-/// import to end soon.
-constexpr std::size_t batch_size = 500;
 
 StoredRule read_rule(ServerSession& session, odbc::OdbcStatement& row) {
   StoredRule stored;
@@ -33,6 +30,9 @@ odbc::OdbcStatement& bind_rule(odbc::OdbcStatement& statement, const Rule& rule)
   for (const RuleColumn& column : rule_columns) statement.bind(parameter++, rule.*column.value);
   return statement;
 }
+
+/// The escaped form of a name, in code units: each of the name's may stand as \uXXXX.
+constexpr std::size_t longest_escaped_name = 6 * longest_name;
 
 constexpr int parameter_after_rule = 2 + static_cast<int>(rule_columns.size());
 
@@ -74,19 +74,6 @@ long read_number(odbc::OdbcStatement& statement) {
   return static_cast<long>(statement.integer(0));
 }
 
-template <class Record, class Convert>
-void insert_in_batches(ServerSession& session, const std::wstring& sql, const std::vector<Record>& records,
-                       const Convert& as_json, const schedule::Progress& progress = {}) {
-  odbc::OdbcStatement insert = session.prepare(sql);
-  std::size_t done = 0;
-  while (done < records.size()) {
-    const std::size_t end = std::min(done + batch_size, records.size());
-    const auto batch = std::span(records).subspan(done, end - done);
-    for (; done < end; ++done) schedule::advance(progress, done, records.size());
-    insert.bind(1, as_json(batch)).execute();
-  }
-}
-
 void insert_settings(ServerSession& session, const std::vector<SymbolSourceSetting>& settings,
                      const schedule::Progress& progress = {}) {
   insert_in_batches(session, session.sql().insert_settings, settings, &settings_as_json, progress);
@@ -97,7 +84,9 @@ void insert_settings(ServerSession& session, const std::vector<SymbolSourceSetti
 std::vector<StoredRule> select_rules(ServerSession& session) {
   std::vector<StoredRule> rules;
   odbc::OdbcStatement rows = session.prepare(session.sql().select_rules);
-  rows.execute();
+  std::vector<std::size_t> columns{0, 0, longest_escaped_name};
+  columns.resize(columns.size() + rule_columns.size());
+  rows.fetch_in_blocks(columns).execute();
   while (rows.fetch()) rules.push_back(read_rule(session, rows));
   return rules;
 }

@@ -1,5 +1,6 @@
 #include "ServerRuleStore.h"
 
+#include <algorithm>
 #include <exception>
 #include <utility>
 
@@ -9,6 +10,39 @@ namespace workbench {
 
 namespace {
 
+/// Waits and reports how much of the time limit has passed.
+class ProgressWait final : public ServerWait {
+ public:
+  explicit ProgressWait(const schedule::Progress& progress) : progress_(progress) {}
+
+  bool wait(HANDLE event, std::chrono::milliseconds at_most) override {
+    const auto all = static_cast<DWORD>(at_most.count());
+    for (DWORD passed = 0; passed < all; passed += period_ms) {
+      if (WaitForSingleObject(event, std::min(period_ms, all - passed)) != WAIT_TIMEOUT) return true;
+      if (!go_on(passed, all)) return false;
+    }
+    return true;
+  }
+
+  /// What the progress has thrown, if it has.
+  const std::exception_ptr& failure() const noexcept { return failure_; }
+
+ private:
+  static constexpr DWORD period_ms = 100;
+
+  bool go_on(DWORD passed, DWORD all) noexcept {
+    try {
+      return !progress_ || progress_(passed, all);
+    } catch (...) {
+      failure_ = std::current_exception();
+      return false;
+    }
+  }
+
+  const schedule::Progress& progress_;
+  std::exception_ptr failure_;
+};
+
 /// A store whose calls wait for a thread of its own.
 class ServerRuleStore final : public RuleStore {
  public:
@@ -16,8 +50,10 @@ class ServerRuleStore final : public RuleStore {
       : options_(std::move(options)),
         description_(odbc::describe(options_, settings.dialect.driver)),
         settings_(settings),
+        progress_(std::exchange(settings_.progress, {})),
         thread_(std::make_unique<StoreThread>(options_, settings_)) {
     read([](DirectServerStore&) { return true; });
+    progress_ = {};
     // Another thread finds the store that this one has created.
     settings_.may_create = false;
     settings_.first_content = {};
@@ -98,6 +134,8 @@ class ServerRuleStore final : public RuleStore {
     return read([](DirectServerStore& store) { return store.copy(); });
   }
 
+  void set_progress(const schedule::Progress& progress) override { progress_ = progress; }
+
   bool poll_for_changes() override {
     if (!take_news()) return false;
     notify_subscribers();
@@ -134,9 +172,10 @@ class ServerRuleStore final : public RuleStore {
   template <class Call>
   std::invoke_result_t<Call, DirectServerStore&> read(Call call) {
     const auto result = std::make_shared<std::optional<std::invoke_result_t<Call, DirectServerStore&>>>();
-    if (run([call, result](DirectServerStore& store) { *result = call(store); }) != StoreThread::End::done) {
+    const StoreThread::End end = run([call, result](DirectServerStore& store) { *result = call(store); });
+    if (end != StoreThread::End::done) {
       abandon_thread();
-      fail(StoreErrorKind::connection_lost, "the server did not answer in time");
+      fail_unended(end);
     }
     return *std::move(*result);
   }
@@ -169,7 +208,7 @@ class ServerRuleStore final : public RuleStore {
   ChangedRecord settle(StoreThread::End end, const std::optional<Commit>& earlier) {
     const std::optional<Commit> commit = abandon_thread();
     const bool may_have_happened = commit && (!earlier || earlier->change != commit->change);
-    if (!may_have_happened) fail(StoreErrorKind::connection_lost, "the server did not answer in time");
+    if (!may_have_happened) fail_unended(end);
     if (commit->happened) return commit->record;
     if (end == StoreThread::End::cancelled) fail(StoreErrorKind::uncertain, "the user gave up");
     bool happened = false;
@@ -177,16 +216,29 @@ class ServerRuleStore final : public RuleStore {
       happened = read([](DirectServerStore& store) { return store.settle(); });
     } catch (const std::exception& error) {
       fail(StoreErrorKind::uncertain, error.what());
+    } catch (const schedule::Cancelled&) {
+      fail(StoreErrorKind::uncertain, "the user gave up");
     }
     if (!happened) fail(StoreErrorKind::connection_lost, "the change did not happen");
     return commit->record;
+  }
+
+  /// Of a call that did not end and changed nothing.
+  [[noreturn]] void fail_unended(StoreThread::End end) {
+    if (const std::exception_ptr thrown = std::exchange(thrown_by_progress_, nullptr)) std::rethrow_exception(thrown);
+    if (end == StoreThread::End::cancelled) throw schedule::Cancelled();
+    fail(StoreErrorKind::connection_lost, "the server did not answer in time");
   }
 
   StoreThread::End run(StoreThread::Task task, const schedule::Progress& progress = {}) {
     if (busy_) fail(StoreErrorKind::locked, "another call of this store is under way");
     if (!thread_) start_thread();
     const ScopedBusy busy(busy_);
-    return thread_->run(std::move(task), progress);
+    if (settings_.create_wait) return thread_->run(std::move(task), *settings_.create_wait(), progress);
+    ProgressWait wait(progress_);
+    const StoreThread::End end = thread_->run(std::move(task), wait, progress);
+    thrown_by_progress_ = wait.failure();
+    return end;
   }
 
   void start_thread() {
@@ -215,6 +267,8 @@ class ServerRuleStore final : public RuleStore {
   odbc::ConnectionString options_;
   std::wstring description_;
   ServerStoreOptions settings_;
+  schedule::Progress progress_;
+  std::exception_ptr thrown_by_progress_;
   std::unique_ptr<StoreThread> thread_;  // null after it was abandoned
   std::wstring unsettled_;               // the id of a change of which it may not be known whether it happened
   bool is_new_thread_ = false;

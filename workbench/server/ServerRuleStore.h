@@ -39,8 +39,12 @@ struct ServerStoreOptions {
   /// How often the store looks by itself for changes of others; `poll_for_changes` then does not wait for the server.
   /// Zero: each `poll_for_changes` asks the server and waits.
   std::chrono::milliseconds poll_interval{};
-  /// How each call waits for the server; empty: as `ServerWait` itself.
+  /// How each call waits for the server; empty: as `ServerWait` itself, while it calls what `RuleStore::set_progress`
+  /// was given. When the user gives up, the call throws `schedule::Cancelled`, or `uncertain` in the middle of a
+  /// commit.
   std::function<std::unique_ptr<ServerWait>()> create_wait{};
+  /// The progress while the store is opened; see `RuleStore::set_progress`.
+  schedule::Progress progress{};
 };
 
 /// Opens the store in the current schema of this connection. Where the schema has none, its tables are created and

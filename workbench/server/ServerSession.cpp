@@ -41,9 +41,10 @@ void ServerSession::open() {
 
 void ServerSession::refuse(const odbc::OdbcError& error) {
   StoreErrorKind kind = server_error_kind(error.state());
-  const std::string& missing_password = dialect_.driver.missing_password;
-  if (!missing_password.empty() && std::string_view(error.what()).find(missing_password) != std::string_view::npos)
-    kind = StoreErrorKind::login_refused;
+  // The driver has one state for all refusals of a connection.
+  for (const std::string& text : {dialect_.driver.missing_password, dialect_.driver.wrong_password})
+    if (!text.empty() && std::string_view(error.what()).find(text) != std::string_view::npos)
+      kind = StoreErrorKind::login_refused;
   // A driver has no state of its own for a connection that ended while it prepared a statement.
   if (kind == StoreErrorKind::unavailable && connection_ && connection_->is_lost())
     kind = StoreErrorKind::connection_lost;

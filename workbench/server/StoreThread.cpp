@@ -149,10 +149,8 @@ void StoreThread::run_tasks(const std::shared_ptr<State>& state) noexcept {
   SetEvent(state->ended.get());
 }
 
-StoreThread::End StoreThread::run(Task task, const schedule::Progress& progress) {
+StoreThread::End StoreThread::run(Task task, ServerWait& wait, const schedule::Progress& progress) {
   const milliseconds limit = state_->settings.time_limit;
-  const std::unique_ptr<ServerWait> wait =
-      state_->settings.create_wait ? state_->settings.create_wait() : std::make_unique<ServerWait>();
   Lock lock(state_->mutex);
   state_->task = std::move(task);
   state_->busy = true;
@@ -162,7 +160,7 @@ StoreThread::End StoreThread::run(Task task, const schedule::Progress& progress)
   bool waits = true;
   while (state_->busy && waits && Clock::now() < end) {
     lock.unlock();
-    waits = wait->wait(state_->news.get(), until(end));
+    waits = wait.wait(state_->news.get(), until(end));
     lock.lock();
     if (state_->busy && forward_progress(lock, progress)) end = Clock::now() + limit;
   }

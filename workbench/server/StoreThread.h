@@ -33,9 +33,9 @@ class StoreThread {
   StoreThread(const StoreThread&) = delete;
   StoreThread& operator=(const StoreThread&) = delete;
 
-  /// Runs a task and waits for its end; throws what it throws. `progress` is called here when the task calls
-  /// `report_progress`. Unless the end is `done`, the thread is abandoned.
-  End run(Task task, const schedule::Progress& progress = {});
+  /// Runs a task and lets `wait` wait for its end; throws what the task throws. `progress` is called here when the task
+  /// calls `report_progress`. Unless the end is `done`, the thread must be abandoned.
+  End run(Task task, ServerWait& wait, const schedule::Progress& progress = {});
 
   /// What a task on this thread gives to a work that takes long.
   schedule::Progress report_progress() const;

@@ -66,6 +66,18 @@ Json as_object(const StoredSetting& record) {
   return object;
 }
 
+Json as_object(const StoredChange& change) {
+  return {{"changeid", change.id}, {"username", base::to_utf8(change.user)}, {"changedat", base::to_utf8(change.time)}};
+}
+
+Json as_object(const RowOfChange& changed) {
+  const ChangedRow& row = *changed.row;
+  Json object{{"changeid", changed.change->id}, {"tablename", row.table}, {"rowkey", row.key}};
+  if (!row.old_row.empty()) object["oldrow"] = Json::parse(row.old_row, nullptr, false);
+  if (!row.new_row.empty()) object["newrow"] = Json::parse(row.new_row, nullptr, false);
+  return object;
+}
+
 template <class Record>
 std::wstring batch(std::span<const Record> records) {
   Json array = Json::array();
@@ -100,6 +112,10 @@ std::wstring closed_days_as_json(std::span<const StoredCalendar> calendars) {
   return base::from_utf8(array.dump());
 }
 
+std::wstring changes_as_json(std::span<const StoredChange> changes) { return batch(changes); }
+
+std::wstring changed_rows_as_json(std::span<const RowOfChange> rows) { return batch(rows); }
+
 std::string record_as_json(const StoredRule& record) { return as_object(record).dump(); }
 
 std::string record_as_json(const StoredSetting& record) { return as_object(record).dump(); }
@@ -109,6 +125,11 @@ std::string record_as_json(const StoredCalendar& stored) {
   Json& days = object["closeddays"] = Json::array();
   for (const schedule::ClosedDay& closed : stored.calendar.closed) days.push_back(as_object(closed));
   return object.dump();
+}
+
+std::optional<std::string> normalized_json(std::string_view json) {
+  const Json value = Json::parse(json, nullptr, false);
+  return value.is_discarded() ? std::nullopt : std::optional(value.dump());
 }
 
 std::optional<Rule> try_rule_from_json(std::string_view json) {

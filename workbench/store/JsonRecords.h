@@ -26,12 +26,26 @@ std::wstring calendars_as_json(std::span<const StoredCalendar> calendars);
 /// The closed days of these calendars.
 std::wstring closed_days_as_json(std::span<const StoredCalendar> calendars);
 
+std::wstring changes_as_json(std::span<const StoredChange> changes);
+
+/// A row with the change that it belongs to.
+struct RowOfChange {
+  const StoredChange* change;
+  const ChangedRow* row;
+};
+
+std::wstring changed_rows_as_json(std::span<const RowOfChange> rows);
+
 // One record, as a store's table of changes keeps it, in UTF-8.
 
 std::string record_as_json(const StoredRule& record);
 std::string record_as_json(const StoredSetting& record);
 /// The calendar's days stand in it as an array.
 std::string record_as_json(const StoredCalendar& stored);
+
+/// The same JSON without blanks and with its keys in their order, so that equal records have equal texts, whatever
+/// store they come from. Nothing if the text is no JSON.
+std::optional<std::string> normalized_json(std::string_view json);
 
 /// The rule of such a record; nothing if the text is no record of a rule.
 std::optional<Rule> try_rule_from_json(std::string_view json);

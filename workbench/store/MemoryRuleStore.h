@@ -6,7 +6,7 @@
 
 namespace workbench {
 
-/// A store that lasts as long as the object.
+/// A store that lasts as long as the object. It records the changes of rules only, and its copies hold none of them.
 class MemoryRuleStore : public RuleStore {
  public:
   std::vector<StoredRule> load_rules() override { return rules_; }
@@ -25,7 +25,7 @@ class MemoryRuleStore : public RuleStore {
   void replace_calendars(const std::vector<StoredCalendar>& calendars) override;
   void import_records(const StoreImport& records, const schedule::Progress& progress) override;
   void replace_content(const StoreContent& content) override;
-  StoreCopy copy() override { return {rules_, settings_, calendars_, last_number_, last_setting_number_}; }
+  StoreCopy copy() override { return {rules_, settings_, calendars_, last_number_, last_setting_number_, {}}; }
   bool poll_for_changes() override { return false; }
 
   /// Forgets who changed which rule, which otherwise takes more memory with every change.

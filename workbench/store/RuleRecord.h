@@ -81,13 +81,34 @@ struct StoreContent {
   bool operator==(const StoreContent&) const = default;
 };
 
+/// What a change did to one record, as a store's table of changes keeps it.
+struct ChangedRow {
+  std::string table;    ///< of the record
+  std::string key;      ///< the record's number, or the calendar's name
+  std::string old_row;  ///< the record before, as `normalized_json` gives it; empty: the change added it
+  std::string new_row;  ///< the record after; empty: the change deleted it
+
+  bool operator==(const ChangedRow&) const = default;
+};
+
+/// A change of a store, as its table of changes keeps it.
+struct StoredChange {
+  std::string id;     ///< 32 hexadecimal digits, which no other change has
+  std::wstring user;  ///< see `RuleChange::user`
+  std::wstring time;  ///< see `RuleChange::time`
+  std::vector<ChangedRow> rows;
+
+  bool operator==(const StoredChange&) const = default;
+};
+
 /// Everything that a store holds, with its numbers and revisions: what a copy of the store is made from.
 struct StoreCopy {
   std::vector<StoredRule> rules;
   std::vector<StoredSetting> settings;
   std::vector<StoredCalendar> calendars;
-  long last_rule_number = 0;     ///< the last that was given to a rule, which may be deleted by now
-  long last_setting_number = 0;  ///< the same of a setting
+  long last_rule_number = 0;            ///< the last that was given to a rule, which may be deleted by now
+  long last_setting_number = 0;         ///< the same of a setting
+  std::vector<StoredChange> changes{};  ///< in the order in which they happened
 
   bool operator==(const StoreCopy&) const = default;
 };

@@ -83,8 +83,9 @@ class RuleStore {
   virtual StoreCopy copy() = 0;
 
   /// From now on `progress` is called again and again while a call takes long, and cancels it: the call then throws
-  /// `schedule::Cancelled`, and nothing has changed. It must not use the store; an empty one ends that. A store may
-  /// ignore it.
+  /// `schedule::Cancelled`, and nothing has changed. It must not use the store; an empty one ends that. A store in
+  /// memory ignores it. One on a server calls it while it waits for the server, unless it was opened with a
+  /// `ServerWait` of its own, and of a change whose commit is under way when it is cancelled it throws `uncertain`.
   virtual void set_progress(const schedule::Progress& /*progress*/) {}
 
   /// Checks whether another program changed the content since the last check, and if so notifies the subscribers.

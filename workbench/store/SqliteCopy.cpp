@@ -1,5 +1,6 @@
 #include "SqliteCopy.h"
 
+#include "SqliteChanges.h"
 #include "SqliteRecords.h"
 
 namespace workbench {
@@ -51,14 +52,21 @@ constexpr char settings_table[] = "symbol_source_settings";
 
 StoreCopy select_copy(const SqliteDatabase& database) {
   const ReadTransaction one_moment(database);
-  return {select_rules(database), select_settings(database), select_calendars(database),
-          last_number(database, rules_table), last_number(database, settings_table)};
+  return {select_rules(database),
+          select_settings(database),
+          select_calendars(database),
+          last_number(database, rules_table),
+          last_number(database, settings_table),
+          select_all_changes(database)};
 }
 
 void insert_copy(const SqliteDatabase& database, const StoreCopy& copy, const schedule::Progress& progress) {
-  insert_all(database, copy.rules, schedule::part_of(progress, 0, 50));
-  insert_all(database, copy.settings, schedule::part_of(progress, 50, 100));
+  insert_all(database, copy.rules, schedule::part_of(progress, 0, 30));
+  insert_all(database, copy.settings, schedule::part_of(progress, 30, 60));
   replace_calendars(database, copy.calendars);
+  // The records came into being by the changes of the other store.
+  database.execute("DELETE FROM changed_rows; DELETE FROM changes");
+  insert_all(database, copy.changes, schedule::part_of(progress, 60, 100));
   set_last_number(database, rules_table, copy.last_rule_number);
   set_last_number(database, settings_table, copy.last_setting_number);
 }

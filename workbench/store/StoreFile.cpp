@@ -97,7 +97,7 @@ constexpr std::array migrations{
       CREATE TABLE changed_rows (
         RowNumber INTEGER PRIMARY KEY,
         ChangeNumber INTEGER NOT NULL,
-        TableName TEXT NOT NULL CHECK (TableName IN ('rules', 'symbol_source_settings', 'calendars')),
+        TableName TEXT NOT NULL CHECK (TableName IN ('rules', 'symbol_source_settings', 'calendars', 'closed_days')),
         RowKey TEXT NOT NULL,
         OldRow TEXT,
         NewRow TEXT,

@@ -6,7 +6,9 @@
 #include "StoreLocation.h"
 #include "StoreSamples.h"
 #include "TemporaryFolder.h"
+#include "Texts.h"
 #include "UiLanguage.h"
+#include "resource.h"
 
 namespace workbench {
 namespace {
@@ -77,13 +79,14 @@ TEST(StoreLocation, RefusedConnectionStringIsExplainedWithoutItsValues) {
   choose_language(Language::chinese);
 }
 
-/// A server that takes one password, in front of a driver in memory, which then says that there is no schema. It
-/// refuses a missing password with a state of its own, and a wrong one as a server that cannot be reached.
+/// A server that takes one password, in front of a driver in memory, which then says that there is no schema. The
+/// driver refuses a missing password with a text of its own, and a wrong one as a server that cannot be reached.
 class PasswordServer {
  public:
-  explicit PasswordServer(const std::wstring& password, const wchar_t* state_without = L"28000") : api_(driver_.api()) {
+  explicit PasswordServer(const std::wstring& password, const wchar_t* said_without = L"fe_sendauth: no password")
+      : api_(driver_.api()) {
     wanted_ = password;
-    state_without_ = state_without;
+    said_without_ = said_without;
     tried_.clear();
     connect_ = api_.connect;
     api_.connect = &connect;
@@ -107,15 +110,16 @@ class PasswordServer {
   static SQLRETURN SQL_API diagnose(SQLSMALLINT, SQLHANDLE, SQLSMALLINT record, SQLWCHAR* state, SQLINTEGER* native,
                                     SQLWCHAR* text, SQLSMALLINT, SQLSMALLINT* length) {
     if (record > 1) return SQL_NO_DATA;
-    std::wcscpy(reinterpret_cast<wchar_t*>(state), tried_.back() == L"-" ? state_without_ : L"08001");
+    const std::wstring said = tried_.back() == L"-" ? said_without_ : L"";
+    std::wcscpy(reinterpret_cast<wchar_t*>(state), L"08001");
+    std::wcscpy(reinterpret_cast<wchar_t*>(text), said.c_str());
     *native = 0;
-    *length = 0;
-    *text = 0;
+    *length = static_cast<SQLSMALLINT>(said.size());
     return SQL_SUCCESS;
   }
 
   inline static std::wstring wanted_;
-  inline static const wchar_t* state_without_ = nullptr;
+  inline static const wchar_t* said_without_ = nullptr;
   inline static Texts tried_;
   inline static decltype(&SQLDriverConnectW) connect_ = nullptr;
 
@@ -178,6 +182,20 @@ TEST_F(PasswordTest, MissingPasswordIsAskedForUntilItIsRight) {
   EXPECT_FALSE(requests_[1].remembered);
 }
 
+TEST_F(PasswordTest, WrongPasswordOfTheDriversOwnMeansIsToldAndAnotherAskedFor) {
+  const wchar_t* said = L"FATAL:  password authentication failed for user \"anna\"";
+  {
+    const PasswordServer server(L"right", said);
+    answers_ = {L"right"};
+    EXPECT_EQ(opened(desk, server), connected);
+    EXPECT_EQ(server.tried(), (Texts{L"-", L"right", L"right"}));
+    ASSERT_EQ(requests_.size(), 1u);
+    EXPECT_EQ(requests_[0].refusal, text(IDS_STORE_LOGIN_REFUSED, {L"anna@localhost/rules (SSLmode=prefer)"}));
+  }
+  const PasswordServer server(L"right", said);
+  EXPECT_EQ(refusal_kind([&] { find_store(desk)->open({.odbc = server.api()}); }), StoreErrorKind::login_refused);
+}
+
 TEST_F(PasswordTest, ThreeWrongPasswordsAreEnough) {
   const PasswordServer server(L"right");
   answers_ = {L"a", L"b", L"c", L"right"};
@@ -191,7 +209,7 @@ TEST_F(PasswordTest, WhoEntersNoneCancels) {
 }
 
 TEST_F(PasswordTest, ServerThatCannotBeReachedIsNoReasonToAsk) {
-  const PasswordServer server(L"right", L"08001");
+  const PasswordServer server(L"right", L"no route to the host");
   EXPECT_EQ(opened(desk, server), StoreErrorKind::unreachable);
   EXPECT_EQ(server.tried(), Texts{L"-"});
   EXPECT_TRUE(requests_.empty());

@@ -26,7 +26,13 @@ TEST(DriverProfile, TriesEachNameOfTheDriverUnlessOneIsNamed) {
 }
 
 TEST(DriverProfile, FixedOptionsHoldWhateverTheStringSays) {
-  EXPECT_EQ(attempts(L"Driver=Other;DEBUG=1"), std::vector<std::wstring>{L"Driver=Other;DEBUG=0;"});
+  EXPECT_EQ(attempts(L"Driver=Other;Server=::1;DEBUG=1"),
+            std::vector<std::wstring>{L"Driver=Other;Server=::1;DEBUG=0;"});
+}
+
+TEST(DriverProfile, ServerThatIsNotNamedIsThisMachineAndNotWhatTheEnvironmentSays) {
+  for (const wchar_t* unnamed : {L"Driver=x", L"Driver=x;Server=", L"Driver=x;Server= "})
+    EXPECT_EQ(attempts(unnamed), std::vector<std::wstring>{L"Driver=x;Server=localhost;Debug=0;"}) << unnamed;
 }
 
 TEST(DriverProfile, OtherMachinesProveWhoTheyAreUnlessTheStringAsksForLess) {

@@ -48,6 +48,22 @@ TEST_F(ServerConstraint, ValuesOutsideTheirRangesAreRefused) {
   EXPECT_EQ(schema_->refused(setting + L"RuleName = repeat('x', 256)"), "23514");
   EXPECT_EQ(schema_->refused(L"UPDATE calendars SET Weekend = 127"), "23514");
   EXPECT_EQ(schema_->refused(L"UPDATE calendars SET LastDay = FirstDay - 1"), "23514");
+  EXPECT_EQ(schema_->refused(L"UPDATE calendars SET FirstDay = '1899-12-31'"), "23514");
+  EXPECT_EQ(schema_->refused(L"UPDATE calendars SET FirstDay = '1900-01-01'"), "");
+  EXPECT_EQ(schema_->refused(L"UPDATE calendars SET LastDay = '2200-01-01'"), "23514");
+  EXPECT_EQ(schema_->refused(L"UPDATE calendars SET LastDay = 'infinity'"), "23514");
+  for (const wchar_t* name : {L"", L"a/b", L"a\\b", L"days.CSV", L"days.ics", L"a\u0009b"})
+    EXPECT_EQ(schema_->refused(L"INSERT INTO calendars VALUES (E'" + std::wstring(name) +
+                               L"', '', '', '', '2026-01-01', '2026-01-01', 0, 0)"),
+              "23514")
+        << testing::PrintToString(name);
+  // The calendar's weekend is Friday and Saturday, its last day 2026-12-31.
+  EXPECT_EQ(schema_->refused(L"INSERT INTO closed_days VALUES ('exchange', '2026-01-02', '')"), "23514");
+  EXPECT_EQ(schema_->refused(L"INSERT INTO closed_days VALUES ('exchange', '2027-01-04', '')"), "23514");
+  EXPECT_EQ(schema_->refused(L"UPDATE closed_days SET Day = '1899-12-31'"), "23514");
+  EXPECT_EQ(schema_->refused(L"UPDATE calendars SET LastDay = '2026-05-03'"), "23514");
+  EXPECT_EQ(schema_->refused(L"UPDATE calendars SET Weekend = 2"), "23514");
+  EXPECT_EQ(schema_->refused(L"INSERT INTO closed_days VALUES ('exchange', '2026-01-04', '')"), "");
   EXPECT_EQ(schema_->refused(L"INSERT INTO closed_days VALUES ('none', '2026-01-01', '')"), "23503");
   EXPECT_EQ(schema_->refused(L"INSERT INTO closed_days VALUES ('exchange', '2026-01-01', '')"), "23505");
   EXPECT_EQ(schema_->refused(L"UPDATE rules SET RuleID = 0 WHERE RuleID = 1"), "428C9");
@@ -107,6 +123,7 @@ TEST_F(ServerConstraint, ChangeByAnotherProgramIsNotOverwritten) {
 }
 
 TEST_F(ServerConstraint, WhatNoClientCouldHaveStoredIsDamage) {
+  schema_->run(L"ALTER TABLE calendars DROP CONSTRAINT calendars_firstday_check");
   schema_->run(L"UPDATE calendars SET FirstDay = '0001-01-01'");
   EXPECT_EQ(refusal_kind([&] { store_->load_calendars(); }), StoreErrorKind::damaged);
   schema_->run(L"ALTER TABLE rules DROP CONSTRAINT rules_rulename_check");

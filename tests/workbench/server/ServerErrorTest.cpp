@@ -22,7 +22,8 @@ TEST(ServerError, EachStateHasItsKind) {
       {"53300", Kind::overloaded},      {"53200", Kind::overloaded},      {"55P03", Kind::locked},
       {"57014", Kind::locked},          {"57P01", Kind::connection_lost}, {"57P03", Kind::connection_lost},
       {"HY000", Kind::unavailable},     {"HYT00", Kind::connection_lost}, {"IM002", Kind::no_driver},
-      {"XX001", Kind::damaged},         {"XX000", Kind::unavailable},     {"2", Kind::unavailable},
+      {"XX001", Kind::damaged},         {"01004", Kind::damaged},         {"XX000", Kind::unavailable},
+      {"2", Kind::unavailable},
   };
   for (const auto& [state, kind] : kinds) EXPECT_EQ(server_error_kind(state), kind) << state;
 }

@@ -54,6 +54,26 @@ class ServerFault : public ServerTest {
     });
   }
 
+  /// Reads a store while the k-th call of ODBC fails, for every k, with this state. Returns how many failures were not
+  /// reported, because everything had been read.
+  int fail_each_call_of_a_load(RuleStore& store, const std::string& state, const std::function<void()>& load) {
+    int unreported = 0;
+    test_support::fail_each_call([&](std::size_t number) {
+      store.load_rules();
+      odbc_->fail_call(number, state);
+      const auto error = refusal(load);
+      odbc_->clear_faults();
+      const auto failed = odbc_->failed_call();
+      unreported += failed && !error;
+      if (error) {
+        EXPECT_TRUE(failed);
+        EXPECT_EQ(error->kind(), server_error_kind(state)) << error->what();
+      }
+      return failed;
+    });
+    return unreported;
+  }
+
   std::optional<test_support::FaultyOdbc> odbc_;
   std::shared_ptr<RuleStore> control_;
 };
@@ -88,22 +108,27 @@ TEST_F(ServerFault, EachFailedCallOfAChangeLeavesTheStoreAsItWas) {
 TEST_F(ServerFault, EachFailedCallOfALoadIsReported) {
   const auto store = open_server_store(schema_->options(), {.api = &odbc_->api()});
   const StoreSnapshot before = snapshot_of(*store);
-  for (const std::string& state : states) {
-    test_support::fail_each_call([&](std::size_t number) {
-      store->load_rules();
-      odbc_->fail_call(number, state);
-      const auto error = refusal([&] {
-        EXPECT_EQ(snapshot_of(*store), before);
-        EXPECT_FALSE(store->poll_for_changes());
-      });
-      odbc_->clear_faults();
-      EXPECT_EQ(error.has_value(), odbc_->failed_call().has_value());
-      if (error) {
-        EXPECT_EQ(error->kind(), server_error_kind(state)) << error->what();
-      }
-      return odbc_->failed_call();
-    });
-  }
+  for (const std::string& state : states)
+    EXPECT_EQ(fail_each_call_of_a_load(*store, state,
+                                       [&] {
+                                         EXPECT_EQ(snapshot_of(*store), before);
+                                         EXPECT_FALSE(store->poll_for_changes());
+                                       }),
+              0);
+}
+
+TEST_F(ServerFault, EachFailedCallOfACopyIsReported) {
+  const auto store = open_server_store(schema_->options(), {.api = &odbc_->api()});
+  const std::vector<RuleChange> changes = store->load_changes(1);
+  const StoreCopy copy = store->copy();
+  for (const std::string state : {"08S01", "XX001"})
+    EXPECT_EQ(fail_each_call_of_a_load(*store, state,
+                                       [&] {
+                                         EXPECT_EQ(store->load_changes(1), changes);
+                                         EXPECT_EQ(store->copy(), copy);
+                                       }),
+              2)
+        << "the end of the transaction and the return to automatic commits";
 }
 
 TEST_F(ServerFault, EachFailedCallOfTheCreationLeavesNothingBehind) {

@@ -84,6 +84,29 @@ TEST_F(ServerRoles, EditorChangesUnderTheirOwnNameOnly) {
   EXPECT_EQ(change.user, user(L"editor"));
   EXPECT_EQ(change.time.substr(0, 10), present_time().substr(0, 10));
   EXPECT_EQ(change.new_rule->roll_offset, 7);
+  // The id of another user's change is no name for one's own.
+  open_as(L"owner")->update_rule(1, sample_rule(L"by the owner"));
+  editor.execute(
+      L"SELECT set_config('rule_store.change', (SELECT CAST(ChangeID AS text) FROM changes ORDER BY ChangeNumber DESC "
+      L"LIMIT 1), false); UPDATE rules SET RollOffset = 8 WHERE RuleID = 1");
+  const std::vector<RuleChange> changes = open_as(L"reader")->load_changes(1);
+  EXPECT_EQ(changes[changes.size() - 2].user, user(L"owner"));
+  EXPECT_EQ(changes.back().user, user(L"editor"));
+  EXPECT_EQ(changes.back().new_rule->roll_offset, 8);
+}
+
+TEST_F(ServerRoles, OnlyTheOwnerBringsAnOldStoreToThePresentVersion) {
+  open_as(L"owner");
+  const odbc::OdbcConnection owner = connect(TestSchema::options_as(user(L"owner")));
+  owner.execute(
+      L"SET ROLE rule_owner; DROP TABLE changed_rows, changes CASCADE; DROP FUNCTION sign_change, "
+      L"refuse_other_history, "
+      L"present_change, record_change, record_closed_days CASCADE; UPDATE rule_store SET Version = 4");
+  EXPECT_EQ(refusal_kind([&] { open_as(L"reader"); }), Kind::read_only);
+  EXPECT_EQ(refusal_kind([&] { open_as(L"editor"); }), Kind::read_only);
+  EXPECT_EQ(open_as(L"owner")->load_rules().size(), 2u);
+  EXPECT_EQ(open_as(L"reader")->load_rules().size(), 2u);
+  open_as(L"editor")->delete_rule(2);
 }
 
 TEST_F(ServerRoles, ReaderReadsAndEachChangeIsRefused) {

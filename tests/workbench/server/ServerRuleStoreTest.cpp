@@ -115,7 +115,7 @@ TEST_F(ServerRuleStore, ServerThatRefusesTheUserSaysSoWithoutThePassword) {
   options.set(L"Pwd", L"marker");
   const auto error = refusal([&] { open_server_store(options); });
   ASSERT_TRUE(error);
-  EXPECT_EQ(error->kind(), Kind::unreachable);
+  EXPECT_EQ(error->kind(), Kind::login_refused);
   EXPECT_THAT(error->what(), testing::Not(testing::HasSubstr("marker")));
   EXPECT_EQ(error->subject(), describe_server_store(options));
   EXPECT_EQ(error->subject().find(L"marker"), std::wstring::npos);

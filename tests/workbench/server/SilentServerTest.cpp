@@ -73,6 +73,15 @@ class SilentServer : public testing::Test {
     }
   }
 
+  /// The kind of the error with which a call was refused; `cancelled` for what the user gave up.
+  static std::optional<Kind> kind_or_cancelled(const std::function<void()>& call) {
+    try {
+      return refusal_kind(call);
+    } catch (const schedule::Cancelled&) {
+      return Kind::cancelled;
+    }
+  }
+
   MemoryServer server_;
   test_support::FaultyOdbc odbc_{server_.api()};
 };
@@ -200,14 +209,14 @@ TEST_F(SilentServer, UserWhoGivesUpIsToldWhatIsKnown) {
   const auto give_up = [&](std::size_t call, Fault fault, const std::function<void()>& work) {
     odbc_.fail_call(call, "08S01", fault);
     waits = false;
-    const auto kind = refusal_kind(work);
+    const auto kind = kind_or_cancelled(work);
     waits = true;
     end_silence();
     return kind;
   };
-  EXPECT_EQ(give_up(1, {.is_silent = true}, [&] { store->load_rules(); }), Kind::connection_lost);
+  EXPECT_EQ(give_up(1, {.is_silent = true}, [&] { store->load_rules(); }), Kind::cancelled);
   const auto add = [&] { store->add_rule(sample_rule(L"new")); };
-  EXPECT_EQ(give_up(1, {.is_silent = true}, add), Kind::connection_lost);
+  EXPECT_EQ(give_up(1, {.is_silent = true}, add), Kind::cancelled);
   EXPECT_TRUE(server_.names().empty());
   // The last call but one of a change is its commit.
   store->load_rules();
@@ -215,6 +224,49 @@ TEST_F(SilentServer, UserWhoGivesUpIsToldWhatIsKnown) {
   add();
   const std::size_t commit = odbc_.calls() - 1;
   EXPECT_EQ(give_up(commit, {.reaches = true, .is_silent = true}, add), Kind::uncertain);
+}
+
+TEST_F(SilentServer, ProgressIsCalledWhileTheServerIsWaitedForAndCancels) {
+  const auto store = open({.time_limit = milliseconds(900)});
+  int left = 0;
+  store->set_progress([&](std::size_t done, std::size_t all) {
+    EXPECT_LT(done, all);
+    return --left > 0;
+  });
+  const auto add = [&] { store->add_rule(sample_rule(L"new")); };
+  const auto cancel_at = [&](int report, std::size_t call, Fault fault) {
+    left = report;
+    odbc_.fail_call(call, "08S01", fault);
+    const auto kind = kind_or_cancelled(add);
+    end_silence();
+    return kind;
+  };
+  EXPECT_EQ(cancel_at(3, 1, {.is_silent = true}), Kind::cancelled);
+  EXPECT_EQ(left, 0) << "it is called again and again";
+  EXPECT_EQ(cancel_at(100, 1, {.is_silent = true}), Kind::connection_lost) << "the time limit holds all the same";
+  EXPECT_TRUE(server_.names().empty());
+  store->load_rules();
+  odbc_.fail_call(0, "");
+  add();
+  EXPECT_EQ(cancel_at(1, odbc_.calls() - 1, {.reaches = true, .is_silent = true}), Kind::uncertain);
+  struct Thrown {};
+  store->set_progress([](std::size_t, std::size_t) -> bool { throw Thrown(); });
+  odbc_.fail_call(1, "08S01", {.is_silent = true});
+  EXPECT_THROW(store->load_rules(), Thrown);
+  end_silence();
+  store->set_progress({});
+  EXPECT_EQ(store->load_rules().size(), 2u);
+}
+
+TEST_F(SilentServer, OpeningIsCancelled) {
+  odbc_.fail_call(1, "08S01", {.is_silent = true});
+  int reports = 0;
+  EXPECT_EQ(
+      kind_or_cancelled([&] {
+        open({.time_limit = milliseconds(900), .progress = [&](std::size_t, std::size_t) { return ++reports < 2; }});
+      }),
+      Kind::cancelled);
+  EXPECT_EQ(reports, 2);
 }
 
 TEST_F(SilentServer, WhatTheProgressThrowsReachesTheCaller) {

@@ -83,13 +83,13 @@ TEST_P(ContentStoreContract, ContentIsReplacedWhollyOrNotAtAll) {
 }
 
 TEST_P(ContentStoreContract, CopyHoldsEverythingWithItsNumbers) {
-  EXPECT_EQ(store_->copy(), StoreCopy());
+  EXPECT_EQ(copy_without_changes(*store_), StoreCopy());
   store_->replace_content(sample_content());
   store_->update_rule(1, sample_rule(L"renamed"));
   store_->delete_rule(store_->add_rule(sample_rule(L"third")).number);
   store_->delete_setting(store_->add_setting(sample_setting(L"last", L"")).number);
   const StoreSnapshot now = snapshot_of(*store_);
-  EXPECT_EQ(store_->copy(), (StoreCopy{now.rules, now.settings, now.calendars, 3, 4}));
+  EXPECT_EQ(copy_without_changes(*store_), (StoreCopy{now.rules, now.settings, now.calendars, 3, 4}));
 }
 
 TEST_P(ContentStoreContract, EachChangeIsToldOnceAndARefusalNever) {

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "Depth.h"
+#include "JsonRecords.h"
 #include "RawDatabase.h"
 #include "SqliteRuleStore.h"
 #include "StoreSamples.h"
@@ -75,7 +76,14 @@ StoreCopy sample_copy() {
           {{2, 5, sample_setting(L"lead", L"first")}, {9, 1, sample_setting(L"lead", L"gone")}},
           {sample_calendar("exchange")},
           11,
-          12};
+          12,
+          {{std::string(32, 'a'), L"anna \u4E2D\xD800", L"2026-01-16T08:30:05.123Z", {}},
+           {std::string(32, '0'),
+            L"",
+            L"2026-01-15T23:59:59.999Z",
+            {{"rules", "8", {}, record_as_json(StoredRule{8, 1, sample_rule(L"was")})},
+             {"rules", "9", record_as_json(StoredRule{9, 3, sample_rule(L"gone")}), {}},
+             {"closed_days", "exchange", R"([{"day":"2026-01-01"}])", {}}}}}};
 }
 
 TEST_F(SqliteRuleStore, CopyKeepsNumbersRevisionsAndWhatComesNext) {
@@ -86,8 +94,32 @@ TEST_F(SqliteRuleStore, CopyKeepsNumbersRevisionsAndWhatComesNext) {
   }
   const auto store = open();
   EXPECT_EQ(store->copy(), copy);
+  EXPECT_EQ(store->load_changes(8), (std::vector<RuleChange>{{L"", copy.changes[1].time, {}, sample_rule(L"was")}}));
   EXPECT_EQ(store->add_rule(sample_rule(L"next")).number, 12);
   EXPECT_EQ(store->add_setting(sample_setting(L"next", L"")).number, 13);
+}
+
+TEST_F(SqliteRuleStore, CopyHoldsWhoChangedWhat) {
+  const auto store = open();
+  const std::size_t before = store->copy().changes.size();
+  store->import_records({{sample_rule(L"third"), {.name = L"first"}}});
+  store->replace_calendars({sample_calendar("other")});
+  store->delete_rule(2);
+  const std::vector<StoredChange> changes = store->copy().changes;
+  ASSERT_EQ(changes.size(), before + 3);
+  for (long number = 1; number <= 3; ++number) {
+    std::vector<RuleChange> of_rule;
+    for (const StoredChange& change : changes)
+      for (const ChangedRow& row : change.rows)
+        if (row.table == "rules" && row.key == std::to_string(number))
+          of_rule.push_back(
+              {change.user, change.time, try_rule_from_json(row.old_row), try_rule_from_json(row.new_row)});
+    EXPECT_EQ(of_rule, store->load_changes(number));
+  }
+  EXPECT_EQ(changes[before + 1].rows,
+            (std::vector<ChangedRow>{{"calendars", "other", {}, record_as_json(sample_calendar("other"))}}));
+  RawDatabase(path_).run("UPDATE changed_rows SET NewRow = 'x'");
+  EXPECT_EQ(refusal_kind([&] { store->copy(); }), StoreErrorKind::damaged);
 }
 
 TEST_F(SqliteRuleStore, CopyThatGaveNoNumberYetBeginsWithTheFirst) {

@@ -64,6 +64,12 @@ std::vector<workbench::SymbolSourceSetting> settings_of(workbench::RuleStore& st
   return settings;
 }
 
+workbench::StoreCopy copy_without_changes(workbench::RuleStore& store) {
+  workbench::StoreCopy copy = store.copy();
+  copy.changes.clear();
+  return copy;
+}
+
 namespace workbench {
 
 void PrintTo(StoreErrorKind kind, std::ostream* stream) {
@@ -79,6 +85,13 @@ void PrintTo(const StoredRule& rule, std::ostream* stream) {
   *stream << "rule " << rule.number << " revision " << rule.revision << " name "
           << testing::PrintToString(rule.rule.name);
   for (const RuleColumn& column : rule_columns) *stream << ' ' << column.name << '=' << rule.rule.*column.value;
+}
+
+void PrintTo(const StoredChange& change, std::ostream* stream) {
+  *stream << change.id << " by " << testing::PrintToString(change.user) << " at "
+          << testing::PrintToString(change.time);
+  for (const ChangedRow& row : change.rows)
+    *stream << "; " << row.table << ' ' << row.key << ": " << row.old_row << " -> " << row.new_row;
 }
 
 }  // namespace workbench

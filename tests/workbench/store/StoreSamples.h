@@ -36,6 +36,9 @@ StoreSnapshot snapshot_of(workbench::RuleStore& store);
 /// The settings of a store without their numbers and revisions.
 std::vector<workbench::SymbolSourceSetting> settings_of(workbench::RuleStore& store);
 
+/// A copy of the store that does not say who changed what, which no two stores have in common.
+workbench::StoreCopy copy_without_changes(workbench::RuleStore& store);
+
 /// The error with which `call` was refused, if it was.
 template <class Call>
 std::optional<workbench::StoreError> refusal(Call&& call) {
@@ -58,5 +61,6 @@ namespace workbench {
 
 void PrintTo(StoreErrorKind kind, std::ostream* stream);
 void PrintTo(const StoredRule& rule, std::ostream* stream);
+void PrintTo(const StoredChange& change, std::ostream* stream);
 
 }  // namespace workbench
