@@ -30,8 +30,8 @@ struct DriverProfile {
 void refuse_unknown_keywords(const ConnectionString& options, const DriverProfile& profile);
 
 /// What is given to ODBC, one string after another until a driver is found. Each holds the fixed options, the server,
-/// which is this machine where the string names none, and for another machine the strongest encryption unless the string
-/// asks for another.
+/// which is this machine where the string names none, and for another machine the strongest encryption unless the
+/// string asks for another.
 std::vector<ConnectionString> connection_attempts(const ConnectionString& options, const DriverProfile& profile);
 
 /// Which store a user sees in titles and messages: user, server, port and database or the data source, with the
