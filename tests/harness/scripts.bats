@@ -163,6 +163,8 @@ needed_programs=(x86_64-w64-mingw32-windres x86_64-w64-mingw32-widl cmake ninja 
   expect "equivalents of Debian's gcc-mingw"
   depth=quick prepare_elsewhere "${needed_programs[@]}" x86_64-w64-mingw32-g++ clang-format clang-tidy git
   expect "missing: bats; install the equivalents of Debian's .* googletest"
+  depth=package prepare_elsewhere "${needed_programs[@]}" x86_64-w64-mingw32-g++ zip unzip wixl msibuild pandoc osslsigncode openssl python3
+  expect "missing: git; install the equivalents of Debian's .* wixl"
 }
 
 # --- run, on a machine where everything is prepared ---

@@ -30,3 +30,23 @@ await() {
 }
 
 window_is_open() { xdotool search --onlyvisible --name "^$1\$"; }
+
+# read_screen ...: what tools/session's display shows, as workbench/tour/main.cpp prints it.
+read_screen() { windows "${ZD_BUILD:-$project/build}/release/bin/screen-reader.exe" "$@" | tr -d '\r'; }
+
+# box_text TITLE: the text of the message box.
+box_text() { read_screen controls "$1" | awk -F '\t' '$2 == "Static" && $8 != "" { print $8 }'; }
+
+# unpack PACKAGES: unpacks the zips into the current folder, and sets packages, version, and the folders of their contents:
+# module, workbench and symbols.
+unpack() {
+  local zip
+  packages=$(realpath "$1")
+  zip=$(cd "$packages" && ls zdExpirationRules-[0-9]*-x64.zip)
+  version=${zip#zdExpirationRules-}
+  version=${version%-x64.zip}
+  for zip in "$packages"/*.zip; do unzip -q "$zip"; done
+  module=$PWD/zdExpirationRules-$version-x64
+  workbench=$PWD/zdExpirationRules-workbench-$version-x64
+  symbols=$PWD/zdExpirationRules-symbols-$version-x64
+}
