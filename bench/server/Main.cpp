@@ -75,7 +75,7 @@ void measure(int count) {
   report("seen", start);
 }
 
-/// The statement with these values in the place of its parameters.
+/// The statement with its parameters replaced by these values.
 std::string statement(std::wstring sql, const std::vector<std::wstring>& values) {
   constexpr std::wstring_view schema = L"{schema}";
   for (std::size_t at = 0; (at = sql.find(schema, at)) != std::wstring::npos;) sql.replace(at, schema.size(), L"rules");
@@ -91,7 +91,7 @@ std::string statement(std::wstring sql, const std::vector<std::wstring>& values)
   return base::to_utf8(sql) + ";\n";
 }
 
-/// One change as the store makes it.
+/// One change as the store writes it.
 std::string change(const std::string& body) {
   const ServerDialect& sql = postgres();
   return "BEGIN;\n" + statement(sql.lock_store, {}) + statement(sql.insert_change, {new_change_id()}) + body +
@@ -104,7 +104,7 @@ std::string insert(const Rule& added) {
   return statement(postgres().insert_rule, values);
 }
 
-/// Writes what `measure` makes the server do as files for psql.
+/// Writes the same work that `measure` gives the server as files for psql.
 void write_sql(const std::filesystem::path& folder, int count) {
   const auto file = [&](const char* name) {
     std::ofstream out(folder / name, std::ios::binary);

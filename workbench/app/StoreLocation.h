@@ -41,7 +41,7 @@ struct StoreOpening {
   bool may_create = true;      ///< whether one is created; if not, opening fails with `missing`
   AskPassword ask_password{};  ///< none: a server that wants a password is refused
   /// Called while the store is opened, migrated or filled. Cancels that with `schedule::Cancelled`: the store is as it
-  /// was, and nothing is left of a new one. In a window the box that says that a server is waited for stands in for it.
+  /// was, and nothing is left of a new one. For a server, a window shows the box of the wait instead.
   schedule::Progress progress{};
   /// Whether a window shows the store: a server is then asked for changes of others without waiting, and a box says
   /// when a call has to wait for it.

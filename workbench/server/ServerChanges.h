@@ -24,7 +24,7 @@ bool settle_change(ServerSession& session, const std::wstring& id);
 /// Every change that happened, in their order.
 std::vector<StoredChange> select_all_changes(ServerSession& session);
 
-/// Puts these changes in the place of all that are recorded.
+/// Replaces the recorded changes with these.
 void replace_changes(ServerSession& session, const std::vector<StoredChange>& changes);
 
 /// What changes did to this rule, the oldest first. Throws `damaged` for a record that is not that of a rule.

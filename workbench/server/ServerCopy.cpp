@@ -27,7 +27,7 @@ void insert_copy(ServerSession& session, const StoreCopy& copy) {
       .bind(1, copy.last_rule_number)
       .bind(2, copy.last_setting_number)
       .execute();
-  // The records came into being by the changes of the other store.
+  // The changes that these insertions recorded are replaced by those of the other store.
   replace_changes(session, copy.changes);
 }
 

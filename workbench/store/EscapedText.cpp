@@ -53,7 +53,7 @@ std::wstring to_escaped_text(std::wstring_view text) {
 }
 
 std::optional<std::wstring> from_escaped_text(std::wstring_view escaped) {
-  // Hardly any name has a form other than itself.
+  // Most names need no escapes.
   if (std::ranges::all_of(escaped, [](wchar_t unit) { return is_printable(unit) && unit != L'\\'; }))
     return std::wstring(escaped);
   std::wstring text;

@@ -64,7 +64,7 @@ void insert_copy(const SqliteDatabase& database, const StoreCopy& copy, const sc
   insert_all(database, copy.rules, schedule::part_of(progress, 0, 30));
   insert_all(database, copy.settings, schedule::part_of(progress, 30, 60));
   replace_calendars(database, copy.calendars);
-  // The records came into being by the changes of the other store.
+  // The changes that these insertions recorded are replaced by those of the other store.
   database.execute("DELETE FROM changed_rows; DELETE FROM changes");
   insert_all(database, copy.changes, schedule::part_of(progress, 60, 100));
   set_last_number(database, rules_table, copy.last_rule_number);

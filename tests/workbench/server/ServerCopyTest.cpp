@@ -51,7 +51,7 @@ TEST_F(ServerCopy, WhoChangedWhatGoesFromAServerToAFileAndToAnotherServer) {
     server->import_records({{sample_rule(L"third"), {.name = L"first"}}});
     server->replace_calendars({sample_calendar("exchange"), sample_calendar("other")});
     server->delete_rule(2);
-    // Neither a change of another program is lost, nor one that never happened told.
+    // The copy has the change of another program, and not the one that never happened.
     schema_->run(L"UPDATE closed_days SET Reason = 'x'");
     schema_->run(L"INSERT INTO changes (ChangeID, Happened) VALUES (gen_random_uuid(), false)");
     copy = server->copy();

@@ -84,7 +84,7 @@ TEST_F(ServerRoles, EditorChangesUnderTheirOwnNameOnly) {
   EXPECT_EQ(change.user, user(L"editor"));
   EXPECT_EQ(change.time.substr(0, 10), present_time().substr(0, 10));
   EXPECT_EQ(change.new_rule->roll_offset, 7);
-  // The id of another user's change is no name for one's own.
+  // A user cannot record a change under the id of another user's change.
   open_as(L"owner")->update_rule(1, sample_rule(L"by the owner"));
   editor.execute(
       L"SELECT set_config('rule_store.change', (SELECT CAST(ChangeID AS text) FROM changes ORDER BY ChangeNumber DESC "
