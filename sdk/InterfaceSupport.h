@@ -7,7 +7,7 @@
 #define KV_RESERVED_SLOT(slot) virtual HRESULT STDMETHODCALLTYPE Reserved##slot() = 0
 
 /// Declares `kind name;` (a struct or class of the global namespace) and attaches an identifier to it, so that
-/// `__uuidof(name)` gives it. `id` is text: "C7CB90DD-723F-41AB-AE1A-2546E608BD3B". KV_UUID_IN does so in a namespace.
+/// `__uuidof(name)` gives it. `id` is text: "01234567-89AB-CDEF-0123-456789ABCDEF". KV_UUID_IN does so in a namespace.
 #ifdef _MSC_VER
 #define KV_UUID(kind, name, id) kind __declspec(uuid(id)) name;
 #define KV_UUID_IN(space, kind, name, id) \
