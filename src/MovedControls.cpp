@@ -20,9 +20,9 @@ void combine(const Region& region, const Region& with, int mode) noexcept {
 
 /// The height of the text in a group box's upper line.
 LONG text_height(HWND group_box) noexcept {
-  const platform::ClientDc dc(group_box);
+  const base::ScopedClientDc dc(group_box);
   const auto font = reinterpret_cast<HFONT>(SendMessageW(group_box, WM_GETFONT, 0, 0));
-  const platform::ScopedSelectObject selected(dc.get(), font);
+  const base::ScopedSelectObject selected(dc.get(), font);
   TEXTMETRICW metrics = {};
   return GetTextMetricsW(dc.get(), &metrics) ? metrics.tmHeight : 0;
 }

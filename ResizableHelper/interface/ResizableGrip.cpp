@@ -90,7 +90,7 @@ void CSizeGrip::ApplyTriangle(SIZE size, BOOL redraw) noexcept {
 }
 
 bool CSizeGrip::MakeBitmaps() noexcept {
-  const platform::ClientDc dc(m_hWnd);
+  const base::ScopedClientDc dc(m_hWnd);
   if (!colour_dc_) colour_dc_.reset(CreateCompatibleDC(dc.get()));
   if (!mask_dc_) mask_dc_.reset(CreateCompatibleDC(dc.get()));
   colour_bitmap_.reset(CreateCompatibleBitmap(dc.get(), size_.cx, size_.cy));
@@ -115,7 +115,7 @@ void CSizeGrip::OnPaint(UINT message, WPARAM wParam, LPARAM lParam) noexcept {
   } else if (wParam) {
     PaintMasked(reinterpret_cast<HDC>(wParam));
   } else {
-    const platform::PaintDc dc(m_hWnd);
+    const base::ScopedPaintDc dc(m_hWnd);
     PaintMasked(dc.get());
   }
 }
@@ -123,8 +123,8 @@ void CSizeGrip::OnPaint(UINT message, WPARAM wParam, LPARAM lParam) noexcept {
 void CSizeGrip::PaintMasked(HDC target) noexcept {
   HDC colour = colour_dc_.get();
   HDC mask = mask_dc_.get();
-  const platform::ScopedSelectObject colour_bitmap(colour, colour_bitmap_.get());
-  const platform::ScopedSelectObject mask_bitmap(mask, mask_bitmap_.get());
+  const base::ScopedSelectObject colour_bitmap(colour, colour_bitmap_.get());
+  const base::ScopedSelectObject mask_bitmap(mask, mask_bitmap_.get());
   if (!target || !colour_bitmap || !mask_bitmap) return;
   CallOriginal(WM_PAINT, reinterpret_cast<WPARAM>(colour), 0);
   SetBkColor(colour, GetPixel(colour, 0, 0));

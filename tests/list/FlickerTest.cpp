@@ -134,11 +134,11 @@ class HandWrittenDialog {
 std::vector<DWORD> picture(HWND dialog) {
   RECT client = {};
   GetClientRect(dialog, &client);
-  const platform::ClientDc screen(dialog);
+  const base::ScopedClientDc screen(dialog);
   base::MemoryDc memory(CreateCompatibleDC(screen.get()));
   const base::Bitmap bitmap(CreateCompatibleBitmap(screen.get(), client.right, client.bottom));
   {
-    const platform::ScopedSelectObject selected(memory.get(), bitmap.get());
+    const base::ScopedSelectObject selected(memory.get(), bitmap.get());
     BitBlt(memory.get(), 0, 0, client.right, client.bottom, screen.get(), 0, 0, SRCCOPY);
     const RECT view = test_support::rect_of(GetDlgItem(dialog, IDC_RULES_LIST));
     PatBlt(memory.get(), view.left, view.top, view.right - view.left, view.bottom - view.top, BLACKNESS);

@@ -230,14 +230,14 @@ class Erasing : public DialogMessages {
 };
 
 TEST_F(Erasing, IsClippedAndLeftToTheSystem) {
-  const platform::ClientDc dc(dialog.m_hWnd);
+  const base::ScopedClientDc dc(dialog.m_hWnd);
   EXPECT_FALSE(erase(dc.get()));
   EXPECT_EQ(clipped->calls(), 1);
   EXPECT_EQ(dialog.SavedClipState(), 0) << "saved until the next message";
 }
 
 TEST_F(Erasing, ASecondOneInARowIsNotClipped) {
-  const platform::ClientDc dc(dialog.m_hWnd);
+  const base::ScopedClientDc dc(dialog.m_hWnd);
   erase(dc.get());
   EXPECT_FALSE(erase(dc.get()));
   EXPECT_EQ(clipped->calls(), 1);
@@ -247,7 +247,7 @@ TEST_F(Erasing, ASecondOneInARowIsNotClipped) {
 }
 
 TEST_F(Erasing, AnyOtherMessageEndsIt) {
-  const platform::ClientDc dc(dialog.m_hWnd);
+  const base::ScopedClientDc dc(dialog.m_hWnd);
   erase(dc.get());
   handles(WM_APP);
   EXPECT_EQ(dialog.SavedClipState(), -1);
@@ -256,7 +256,7 @@ TEST_F(Erasing, AnyOtherMessageEndsIt) {
 }
 
 TEST_F(Erasing, TheNextMessageRestoresNoClipRegion) {
-  const platform::ClientDc dc(dialog.m_hWnd);
+  const base::ScopedClientDc dc(dialog.m_hWnd);
   const RECT close = rect_of(dialog.item(IDCANCEL));
   ASSERT_TRUE(PtVisible(dc.get(), close.left + 5, close.top + 5));
   erase(dc.get());
@@ -269,13 +269,13 @@ TEST_F(Erasing, TheNextMessageRestoresNoClipRegion) {
 TEST_F(Erasing, PendsAlsoWhenNothingWasClipped) {
   EXPECT_FALSE(erase(nullptr));
   EXPECT_EQ(clipped->calls(), 0);
-  const platform::ClientDc dc(dialog.m_hWnd);
+  const base::ScopedClientDc dc(dialog.m_hWnd);
   erase(dc.get());
   EXPECT_EQ(clipped->calls(), 0) << "it is the second in a row";
 }
 
 TEST_F(Erasing, LeavesTheChildrensPixelsAlone) {
-  const platform::ClientDc dc(dialog.m_hWnd);
+  const base::ScopedClientDc dc(dialog.m_hWnd);
   const RECT list = rect_of(dialog.item(IDC_LIST));
   constexpr COLORREF mark = RGB(1, 2, 250);
   SetPixel(dc.get(), list.left + 5, list.top + 5, mark);

@@ -228,7 +228,7 @@ class EraseClipping : public EraseRegion {
 
 TEST_F(EraseClipping, SelectsTheEraseRegionIntoTheDialogsDc) {
   anchored(L"Edit");
-  const platform::ClientDc dc(parent.get());
+  const base::ScopedClientDc dc(parent.get());
   EXPECT_EQ(layout.ApplyEraseClipping(dc.get(), FALSE), TRUE);
   EXPECT_TRUE(same_area(clip(dc.get()), without(rect_region(client), child_rect)));
   EXPECT_EQ(clip_state, 1);
@@ -237,7 +237,7 @@ TEST_F(EraseClipping, SelectsTheEraseRegionIntoTheDialogsDc) {
 
 TEST_F(EraseClipping, NarrowsTheClipRegionThatIsThere) {
   anchored(L"Edit");
-  const platform::ClientDc dc(parent.get());
+  const base::ScopedClientDc dc(parent.get());
   SelectClipRgn(dc.get(), rect_region({0, 0, 50, 50}).get());
   layout.ApplyEraseClipping(dc.get(), FALSE);
   EXPECT_TRUE(same_area(clip(dc.get()), without(rect_region({0, 0, 50, 50}), child_rect)));
@@ -246,7 +246,7 @@ TEST_F(EraseClipping, NarrowsTheClipRegionThatIsThere) {
 
 TEST_F(EraseClipping, UndoingRestoresNothing) {
   anchored(L"Edit");
-  const platform::ClientDc dc(parent.get());
+  const base::ScopedClientDc dc(parent.get());
   layout.ApplyEraseClipping(dc.get(), FALSE);
   EXPECT_EQ(layout.ApplyEraseClipping(dc.get(), TRUE), FALSE);
   EXPECT_EQ(layout.SavedClipState(), -1);
@@ -255,7 +255,7 @@ TEST_F(EraseClipping, UndoingRestoresNothing) {
 
 TEST_F(EraseClipping, LeavesTheDcOfAnotherWindowAlone) {
   const HWND child = anchored(L"Edit");
-  const platform::ClientDc dc(child);
+  const base::ScopedClientDc dc(child);
   EXPECT_EQ(layout.ApplyEraseClipping(dc.get(), FALSE), FALSE);
   clip(dc.get());
   EXPECT_EQ(clip_state, 0);
@@ -264,7 +264,7 @@ TEST_F(EraseClipping, LeavesTheDcOfAnotherWindowAlone) {
 
 TEST_F(EraseClipping, SavesTheClipRegionBeforeItBuildsItsOwn) {
   anchored(L"Edit");
-  const platform::ClientDc dc(parent.get());
+  const base::ScopedClientDc dc(parent.get());
   const WindowRegionProbe children;
   ClipRegionProbe saved;
   saved.replace([&](HDC from, HRGN region) {
@@ -284,7 +284,7 @@ TEST_F(EraseClipping, LeavesNoDcAtAllAlone) {
 TEST_F(EraseClipping, DeletesEveryRegionThatItCreates) {
   anchored(L"Edit");
   SetWindowRgn(anchored(L"Edit", 0, {100, 20, 150, 90}), CreateRectRgn(5, 5, 15, 15), FALSE);
-  const platform::ClientDc dc(parent.get());
+  const base::ScopedClientDc dc(parent.get());
   const CreateRectRegionProbe rectangles;
   const DeleteObjectProbe deleted;
   layout.ApplyEraseClipping(dc.get(), FALSE);
@@ -294,7 +294,7 @@ TEST_F(EraseClipping, DeletesEveryRegionThatItCreates) {
 
 TEST_F(EraseClipping, ClipsNothingWithoutARegionOfTheClientArea) {
   anchored(L"Edit");
-  const platform::ClientDc dc(parent.get());
+  const base::ScopedClientDc dc(parent.get());
   CreateRectRegionProbe rectangles;
   rectangles.fail(0, nullptr);
   layout.ApplyEraseClipping(dc.get(), FALSE);
@@ -305,7 +305,7 @@ TEST_F(EraseClipping, ClipsNothingWithoutARegionOfTheClientArea) {
 TEST_F(EraseClipping, LeavesAChildInWhoseRegionCannotBeCreated) {
   anchored(L"Edit");
   anchored(L"Edit", 0, {100, 20, 150, 90});
-  const platform::ClientDc dc(parent.get());
+  const base::ScopedClientDc dc(parent.get());
   CreateRectRegionProbe rectangles;
   rectangles.fail(2, nullptr);
   layout.ApplyEraseClipping(dc.get(), FALSE);

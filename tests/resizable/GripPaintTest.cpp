@@ -34,11 +34,11 @@ class MaskedGrip : public GripSize {
 
   /// Paints the grip by `message` over a plain colour; returns how many pixels show the colour and how many do not.
   std::array<int, 2> painted(UINT message, LPARAM flags = 0) {
-    const platform::ClientDc screen(parent.get());
+    const base::ScopedClientDc screen(parent.get());
     const base::MemoryDc dc(CreateCompatibleDC(screen.get()));
     const SIZE size = grip.Size();
     const base::Bitmap bitmap(CreateCompatibleBitmap(screen.get(), size.cx, size.cy));
-    const platform::ScopedSelectObject selected(dc.get(), bitmap.get());
+    const base::ScopedSelectObject selected(dc.get(), bitmap.get());
     for (int x = 0; x < size.cx; ++x) {
       for (int y = 0; y < size.cy; ++y) SetPixel(dc.get(), x, y, behind);
     }
@@ -65,14 +65,14 @@ TEST_F(MaskedGrip, LeavesOutTheColourOfItsTopLeftPixel) {
 
 TEST_F(MaskedGrip, DrawsOverBlackWhatTheSystemDraws) {
   // Where the mask lets the picture through, the colours are the system's own.
-  const platform::ClientDc screen(parent.get());
+  const base::ScopedClientDc screen(parent.get());
   const base::MemoryDc dc(CreateCompatibleDC(screen.get()));
   const base::MemoryDc plain(CreateCompatibleDC(screen.get()));
   const SIZE size = grip.Size();
   const base::Bitmap bitmap(CreateCompatibleBitmap(screen.get(), size.cx, size.cy));
   const base::Bitmap plain_bitmap(CreateCompatibleBitmap(screen.get(), size.cx, size.cy));
-  const platform::ScopedSelectObject selected(dc.get(), bitmap.get());
-  const platform::ScopedSelectObject plain_selected(plain.get(), plain_bitmap.get());
+  const base::ScopedSelectObject selected(dc.get(), bitmap.get());
+  const base::ScopedSelectObject plain_selected(plain.get(), plain_bitmap.get());
   send(WM_PAINT, reinterpret_cast<WPARAM>(dc.get()));
   grip.EnableMaskedPaint(FALSE);
   send(WM_PAINT, reinterpret_cast<WPARAM>(plain.get()));
@@ -98,7 +98,7 @@ TEST_F(MaskedGrip, SelectsTheOldBitmapsIntoItsDcsAgain) {
     selections.push_back({dc, object, previous});
     return previous;
   });
-  const platform::ClientDc screen(grip.m_hWnd);
+  const base::ScopedClientDc screen(grip.m_hWnd);
   send(WM_PAINT, reinterpret_cast<WPARAM>(screen.get()));
   ASSERT_EQ(selections.size(), 4U);
   for (int first = 0; first < 2; ++first) {

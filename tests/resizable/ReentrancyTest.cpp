@@ -82,7 +82,7 @@ TEST_F(AskedDialog, ThatThrowsDuringAnEraseLeavesNothingSaved) {
   ShowWindow(parent.get(), SW_SHOWNOACTIVATE);
   layout.AddAnchorCallback(child(), 7);
   layout.callback = [](LayoutInfo&) -> BOOL { throw std::runtime_error("callback"); };
-  const platform::ClientDc dc(parent.get());
+  const base::ScopedClientDc dc(parent.get());
   EXPECT_THROW(layout.ApplyEraseClipping(dc.get(), FALSE), std::runtime_error);
   EXPECT_EQ(layout.SavedClipState(), -1);
   layout.callback = [](LayoutInfo&) { return TRUE; };

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "DeviceContext.h"
 #include "Owned.h"
 
 namespace workbench {
@@ -9,22 +10,6 @@ namespace workbench {
 namespace {
 
 constexpr wchar_t year_class[] = L"zdExpirationRulesYear";
-
-/// Paints a window, as long as it lives.
-class ScopedPaint {
- public:
-  explicit ScopedPaint(HWND window) noexcept : window_(window), dc_(BeginPaint(window, &paint_)) {}
-  ~ScopedPaint() { EndPaint(window_, &paint_); }
-  ScopedPaint(const ScopedPaint&) = delete;
-  ScopedPaint& operator=(const ScopedPaint&) = delete;
-
-  HDC dc() const noexcept { return dc_; }
-
- private:
-  HWND window_;
-  PAINTSTRUCT paint_{};
-  HDC dc_;
-};
 
 }  // namespace
 
@@ -65,18 +50,18 @@ LRESULT YearWindow::handle_message(UINT message, WPARAM wparam, LPARAM lparam) {
 }
 
 void YearWindow::paint() {
-  const ScopedPaint paint(handle());
+  const base::ScopedPaintDc screen(handle());
   RECT client{};
   GetClientRect(handle(), &client);
-  if (!paint.dc() || IsRectEmpty(&client)) return;
+  if (!screen.get() || IsRectEmpty(&client)) return;
   // The bitmap is declared first, because it must outlive the device context that it is selected into.
-  const base::Bitmap bitmap(CreateCompatibleBitmap(paint.dc(), client.right, client.bottom));
-  const base::MemoryDc memory(CreateCompatibleDC(paint.dc()));
+  const base::Bitmap bitmap(CreateCompatibleBitmap(screen.get(), client.right, client.bottom));
+  const base::MemoryDc memory(CreateCompatibleDC(screen.get()));
   if (!memory || !bitmap) return;
   SelectObject(memory.get(), bitmap.get());
   const SIZE area{client.right, client.bottom};
   paint_year(memory.get(), lay_out_year(area, dpi_), picture_, area);
-  BitBlt(paint.dc(), 0, 0, client.right, client.bottom, memory.get(), 0, 0, SRCCOPY);
+  BitBlt(screen.get(), 0, 0, client.right, client.bottom, memory.get(), 0, 0, SRCCOPY);
 }
 
 }  // namespace workbench

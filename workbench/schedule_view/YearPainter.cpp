@@ -2,12 +2,14 @@
 
 #include <algorithm>
 
+#include "DeviceContext.h"
 #include "Owned.h"
 
 namespace workbench {
 
 namespace {
 
+using base::ScopedSelectObject;
 using schedule::Day;
 using schedule::Month;
 
@@ -19,21 +21,6 @@ constexpr COLORREF closed_text = RGB(128, 128, 128);
 constexpr COLORREF old_color = RGB(110, 110, 110);
 
 using Gdi = base::OwnedBy<HGDIOBJ, &DeleteObject>;
-
-/// Selects an object into a device context for a scope.
-class ScopedSelection {
- public:
-  ScopedSelection(HDC dc, HGDIOBJ object) noexcept : dc_(dc), previous_(SelectObject(dc, object)) {}
-  ~ScopedSelection() {
-    if (previous_) SelectObject(dc_, previous_);
-  }
-  ScopedSelection(const ScopedSelection&) = delete;
-  ScopedSelection& operator=(const ScopedSelection&) = delete;
-
- private:
-  HDC dc_;
-  HGDIOBJ previous_;
-};
 
 base::Font year_font(int height, int weight) {
   NONCLIENTMETRICSW metrics{};
@@ -85,10 +72,10 @@ class YearPainter {
     const Month month = picture_.first + std::chrono::months{static_cast<int>(index)};
     const std::string title = schedule::to_text(month);
     {
-      const ScopedSelection bold(dc_, bold_font_.get());
+      const ScopedSelectObject bold(dc_, bold_font_.get());
       write(dc_, std::wstring(title.begin(), title.end()), title_of(layout_, index), text_color_);
     }
-    const ScopedSelection normal(dc_, font_.get());
+    const ScopedSelectObject normal(dc_, font_.get());
     for (int weekday = 0; weekday < 7; ++weekday)
       write(dc_, picture_.texts.weekdays.at(static_cast<std::size_t>(weekday)), weekday_cell(layout_, index, weekday),
             closed_text);
@@ -107,7 +94,7 @@ class YearPainter {
     if (marks & (mark_old_roll | mark_old_expiration)) paint_old(cell, marks);
     const bool closed = (marks & (mark_weekend | mark_closed | mark_unknown)) != 0;
     const bool event = (marks & (mark_roll | mark_expiration)) != 0;
-    const ScopedSelection font(dc_, event ? bold_font_.get() : font_.get());
+    const ScopedSelectObject font(dc_, event ? bold_font_.get() : font_.get());
     write(dc_, number, cell, closed && !event ? closed_text : text_color_);
     if (marks & mark_closed) strike_out(cell);
     if (marks & mark_expiration) paint_expiration(cell, marks);
@@ -130,8 +117,8 @@ class YearPainter {
         {box.left, box.bottom - 1 - side}, {box.left, box.bottom - 1}, {box.left + side, box.bottom - 1}};
     const Gdi brush(CreateSolidBrush(estimate ? GetSysColor(COLOR_WINDOW) : roll_color));
     const Gdi pen(CreatePen(PS_SOLID, 1, roll_color));
-    const ScopedSelection with_pen(dc_, pen.get());
-    const ScopedSelection with_brush(dc_, brush.get());
+    const ScopedSelectObject with_pen(dc_, pen.get());
+    const ScopedSelectObject with_brush(dc_, brush.get());
     Polygon(dc_, corners, static_cast<int>(std::size(corners)));
   }
 
@@ -147,8 +134,8 @@ class YearPainter {
   /// The outline of a box, square or with round ends, inside the box: a thick line has its middle on the outline.
   void outline(RECT box, COLORREF color, int width, DWORD style, bool round) {
     const Gdi pen = mark_pen(color, width, style);
-    const ScopedSelection with_pen(dc_, pen.get());
-    const ScopedSelection hollow(dc_, GetStockObject(NULL_BRUSH));
+    const ScopedSelectObject with_pen(dc_, pen.get());
+    const ScopedSelectObject hollow(dc_, GetStockObject(NULL_BRUSH));
     box = {box.left + width / 2, box.top + width / 2, box.right - (width - 1) / 2, box.bottom - (width - 1) / 2};
     if (round) {
       const int diameter = static_cast<int>(box.bottom - box.top);
@@ -160,7 +147,7 @@ class YearPainter {
 
   void strike_out(const RECT& cell) {
     const Gdi pen(CreatePen(PS_SOLID, line_, closed_text));
-    const ScopedSelection with_pen(dc_, pen.get());
+    const ScopedSelectObject with_pen(dc_, pen.get());
     const LONG middle = (cell.top + cell.bottom) / 2;
     MoveToEx(dc_, cell.left + layout_.cell.cx / 5, middle, nullptr);
     LineTo(dc_, cell.right - layout_.cell.cx / 5, middle);
@@ -168,7 +155,7 @@ class YearPainter {
 
   /// A sample day for each mark with its meaning beside it.
   void paint_legend() {
-    const ScopedSelection font(dc_, font_.get());
+    const ScopedSelectObject font(dc_, font_.get());
     LONG left = layout_.legend.left;
     const auto add = [&](Marks marks, const std::wstring& meaning) {
       if (meaning.empty()) return;

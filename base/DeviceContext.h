@@ -2,17 +2,17 @@
 
 #include <windows.h>
 
-namespace platform {
+namespace base {
 
 /// The DC of a window's client area, for a scope.
-class ClientDc {
+class ScopedClientDc {
  public:
-  explicit ClientDc(HWND window) noexcept : window_(window), dc_(GetDC(window)) {}
-  ~ClientDc() {
+  explicit ScopedClientDc(HWND window) noexcept : window_(window), dc_(GetDC(window)) {}
+  ~ScopedClientDc() {
     if (dc_) ReleaseDC(window_, dc_);
   }
-  ClientDc(const ClientDc&) = delete;
-  ClientDc& operator=(const ClientDc&) = delete;
+  ScopedClientDc(const ScopedClientDc&) = delete;
+  ScopedClientDc& operator=(const ScopedClientDc&) = delete;
 
   /// Null when the system gives none.
   HDC get() const noexcept { return dc_; }
@@ -23,12 +23,12 @@ class ClientDc {
 };
 
 /// The DC for painting what is invalid of a window, for a scope inside WM_PAINT.
-class PaintDc {
+class ScopedPaintDc {
  public:
-  explicit PaintDc(HWND window) noexcept : window_(window), dc_(BeginPaint(window, &paint_)) {}
-  ~PaintDc() { EndPaint(window_, &paint_); }
-  PaintDc(const PaintDc&) = delete;
-  PaintDc& operator=(const PaintDc&) = delete;
+  explicit ScopedPaintDc(HWND window) noexcept : window_(window), dc_(BeginPaint(window, &paint_)) {}
+  ~ScopedPaintDc() { EndPaint(window_, &paint_); }
+  ScopedPaintDc(const ScopedPaintDc&) = delete;
+  ScopedPaintDc& operator=(const ScopedPaintDc&) = delete;
 
   HDC get() const noexcept { return dc_; }
 
@@ -56,4 +56,4 @@ class ScopedSelectObject {
   HGDIOBJ previous_;
 };
 
-}  // namespace platform
+}  // namespace base
