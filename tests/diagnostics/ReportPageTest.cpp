@@ -11,6 +11,7 @@
 
 #include "FixedReports.h"
 #include "ModulePath.h"
+#include "TextEncoding.h"
 
 namespace diagnostics_test {
 namespace {
@@ -18,17 +19,10 @@ namespace {
 using SnagtrapUtil::FixedReport;
 using SnagtrapUtil::ReportKind;
 
-/// The expressions of checks are ASCII.
-std::string narrow(const std::wstring& text) {
-  std::string result;
-  for (const wchar_t unit : text) result += static_cast<char>(unit);
-  return result;
-}
-
 std::string kind_and_text(const FixedReport& report) {
   switch (report.kind) {
     case ReportKind::assertion:
-      return "assertion | `" + narrow(report.expression) + '`';
+      return "assertion | `" + base::to_utf8(report.expression) + '`';
     case ReportKind::failed_call:
       return "assertion | none, with the HRESULT";
     case ReportKind::trace:

@@ -1,3 +1,6 @@
+#include <algorithm>
+
+#include "Ascii.h"
 #include "ICalendar.h"
 #include "ScheduleTest.h"
 
@@ -101,9 +104,7 @@ TEST(ICalendar, ScopeIsChecked) {
 
 TEST(ICalendar, NamesMayBeInLowerCaseAndTheFirstLinesEmpty) {
   std::string text = "\xEF\xBB\xBF\r\n" + good_events;
-  for (char& unit : text) {
-    if (unit >= 'A' && unit <= 'Z') unit = static_cast<char>(unit - 'A' + 'a');
-  }
+  std::ranges::transform(text, text.begin(), to_ascii_lower);
   EXPECT_TRUE(is_icalendar(text));
   EXPECT_EQ(event_mistakes(text), "");
   EXPECT_EQ(read_icalendar(text, scope).calendar.value().closed.size(), 4U);

@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <cwchar>
 
+#include "Owned.h"
+
 namespace snagtrap {
 
 namespace {
@@ -46,12 +48,10 @@ Settings read_settings() {
 }
 
 std::wstring default_log_directory() {
-  wchar_t* folder = nullptr;
-  const HRESULT found = SHGetKnownFolderPath(FOLDERID_LocalAppData, 0, nullptr, &folder);
-  std::wstring directory = SUCCEEDED(found) && folder ? folder : L"";
-  CoTaskMemFree(folder);
-  if (directory.empty()) return directory;
-  return directory + L"\\Orvane\\Snagtrap\\Logs";
+  base::OwnedBy<wchar_t*, &CoTaskMemFree> folder;
+  const HRESULT found = SHGetKnownFolderPath(FOLDERID_LocalAppData, 0, nullptr, folder.put());
+  if (FAILED(found) || !folder || !*folder.get()) return {};
+  return folder.get() + std::wstring(L"\\Orvane\\Snagtrap\\Logs");
 }
 
 }  // namespace snagtrap

@@ -8,11 +8,11 @@ HRESULT TableObject::GetRowCount(long* count) noexcept {
   return S_OK;
 }
 
-FieldObject* TableObject::field_at(std::ptrdiff_t column) {
+base::ComPtr<IKV_kvudfcom::IkvField> TableObject::field_at(std::ptrdiff_t column) {
   const auto index = static_cast<std::size_t>(column);
   if (index >= fields_.size()) fields_.resize(index + 1);
-  if (!fields_[index]) fields_[index].reset(new FieldObject(rows_, column));
-  return fields_[index].get();
+  if (!fields_[index]) fields_[index].Attach(new FieldObject(rows_, column));
+  return fields_[index];
 }
 
 HRESULT TableObject::GetFieldByID(long fieldId, IKV_kvudfcom::IkvField** field) noexcept {
@@ -21,8 +21,7 @@ HRESULT TableObject::GetFieldByID(long fieldId, IKV_kvudfcom::IkvField** field) 
   const std::ptrdiff_t column = rows_->find(fieldId);
   if (column < 0) return S_FALSE;
   return com_method([&] {
-    *field = field_at(column);
-    (*field)->AddRef();
+    *field = field_at(column).Detach();
     return S_OK;
   });
 }

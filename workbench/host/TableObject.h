@@ -3,6 +3,7 @@
 #include <memory>
 #include <vector>
 
+#include "ComPtr.h"
 #include "FieldObject.h"
 #include "HostStorage.h"
 #include "PrivateInterfaces.h"
@@ -28,14 +29,11 @@ class TableObject final : public TableSlots<DispatchObject<IKV_kvudfcom::IkvTabl
   std::shared_ptr<TableRows> rows() noexcept override { return rows_; }
 
  private:
-  struct ReleaseField {
-    void operator()(FieldObject* field) const noexcept { field->Release(); }
-  };
-
-  FieldObject* field_at(std::ptrdiff_t column);
+  /// The field of this column, created on first use.
+  base::ComPtr<IKV_kvudfcom::IkvField> field_at(std::ptrdiff_t column);
 
   std::shared_ptr<TableRows> rows_;
-  std::vector<std::unique_ptr<FieldObject, ReleaseField>> fields_;  // created on first use, one for each column
+  std::vector<base::ComPtr<IKV_kvudfcom::IkvField>> fields_;
 };
 
 }  // namespace workbench

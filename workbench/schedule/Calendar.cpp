@@ -2,16 +2,14 @@
 
 #include <algorithm>
 
+#include "Ascii.h"
 #include "Utf8.h"
 
 namespace workbench::schedule {
 
 bool has_ending(std::string_view name, std::string_view ending) {
-  const auto to_lower = [](char unit) {
-    return unit >= 'A' && unit <= 'Z' ? static_cast<char>(unit - 'A' + 'a') : unit;
-  };
   return name.size() >= ending.size() &&
-         std::ranges::equal(name.substr(name.size() - ending.size()), ending, {}, to_lower);
+         std::ranges::equal(name.substr(name.size() - ending.size()), ending, {}, to_ascii_lower);
 }
 
 bool is_file_name(std::string_view name) {

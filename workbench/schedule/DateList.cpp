@@ -5,15 +5,12 @@
 #include <set>
 #include <utility>
 
+#include "Ascii.h"
 #include "CsvTable.h"
 
 namespace workbench::schedule {
 
 namespace {
-
-bool is_letter(char unit) { return (unit >= 'A' && unit <= 'Z') || (unit >= 'a' && unit <= 'z'); }
-bool is_digit(char unit) { return unit >= '0' && unit <= '9'; }
-char to_upper(char letter) { return letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - 'a' + 'A') : letter; }
 
 std::optional<Month> month_of(std::string_view year, std::string_view month) {
   const std::string full_year = (year.size() == 2 ? "20" : "") + std::string(year);
@@ -23,7 +20,7 @@ std::optional<Month> month_of(std::string_view year, std::string_view month) {
 /// The digits at the end of the text.
 std::string_view trailing_digits(std::string_view text) {
   std::size_t begin = text.size();
-  while (begin > 0 && is_digit(text[begin - 1])) --begin;
+  while (begin > 0 && is_ascii_digit(text[begin - 1])) --begin;
   return text.substr(begin);
 }
 
@@ -31,8 +28,8 @@ std::string_view trailing_digits(std::string_view text) {
 bool is_product(std::string_view text) {
   bool letter = false;
   for (const char unit : text) {
-    if (!is_letter(unit) && !is_digit(unit)) return false;
-    letter |= is_letter(unit);
+    if (!is_ascii_letter(unit) && !is_ascii_digit(unit)) return false;
+    letter |= is_ascii_letter(unit);
   }
   return letter;
 }
@@ -69,7 +66,8 @@ std::optional<Month> try_parse_contract(std::string_view text) {
   const std::string_view product = text.substr(0, text.size() - digits.size());
   if (product.empty() && digits.size() == 6) return month_of(digits.substr(0, 4), digits.substr(4));
   if (product.empty() || is_product(product)) {
-    const std::size_t month = product.empty() ? std::string_view::npos : month_letters.find(to_upper(product.back()));
+    const std::size_t month =
+        product.empty() ? std::string_view::npos : month_letters.find(to_ascii_upper(product.back()));
     const bool has_letter = month != std::string_view::npos;
     // CLZ2010 may be December 2010 or October 2020. Products with the month in digits, as in IF2010, have two letters.
     if (digits.size() == 4 && has_letter && product.size() > 2) return std::nullopt;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "Ascii.h"
 #include "CsvTable.h"
 #include "RuleRecords.h"
 #include "TextTable.h"
@@ -114,8 +115,8 @@ std::size_t utf16_length(std::string_view name) {
 
 bool is_edited_name(std::string_view name) {
   const auto is_allowed = [](char unit) {
-    return (unit >= 'a' && unit <= 'z') || (unit >= 'A' && unit <= 'Z') || (unit >= '0' && unit <= '9') ||
-           unit == '*' || unit == ' ' || (unit >= '\t' && unit <= '\r');
+    return is_ascii_letter(unit) || is_ascii_digit(unit) || unit == '*' || unit == ' ' ||
+           (unit >= '\t' && unit <= '\r');
   };
   return !name.empty() && name.size() <= longest_edited_name && std::ranges::all_of(name, is_allowed);
 }

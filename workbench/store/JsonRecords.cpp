@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
+#include "Ascii.h"
 #include "DateList.h"
 #include "EscapedText.h"
 #include "TextEncoding.h"
@@ -18,9 +19,7 @@ std::string stored(const std::string& utf8) { return stored(base::from_utf8(utf8
 
 /// The column's name in small letters.
 std::string key(std::string name) {
-  std::ranges::transform(name, name.begin(), [](char letter) {
-    return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
-  });
+  std::ranges::transform(name, name.begin(), schedule::to_ascii_lower);
   return name;
 }
 

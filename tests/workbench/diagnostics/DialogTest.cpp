@@ -110,7 +110,7 @@ TEST_F(Interactive, AlwaysIgnoreIsNotOfferedWithoutALocation) {
     offered = IsWindowEnabled(GetDlgItem(dialog, IDC_ALWAYS_IGNORE));
     click(dialog, IDCANCEL);
   });
-  command(L"PROCESS", record.get());
+  command(L"PROCESS", record);
   EXPECT_FALSE(offered);
   EXPECT_EQ(driver.dialogs(), 1);
 }
@@ -148,7 +148,7 @@ TEST_F(Interactive, DialogWithoutDescriptionShowsTheFailedCall) {
     headline = item_text(dialog, IDC_HEADLINE);
     click(dialog, IDCANCEL);
   });
-  command(L"PROCESS", record.get());
+  command(L"PROCESS", record);
   EXPECT_THAT(headline, HasSubstr(L"0x8007000e"));
 }
 

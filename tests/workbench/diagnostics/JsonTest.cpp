@@ -150,7 +150,7 @@ TEST(JsonRecord, InnerRecordIsAnObject) {
   RecordPtr inner = create_record();
   set_text(*inner, L"Cause", L"x");
   RecordPtr outer = create_record();
-  set_object(*outer, L"Inner", inner.get());
+  set_object(*outer, L"Inner", inner);
   EXPECT_EQ(record_json(*outer), R"({"Inner":{"Cause":"x"}})");
 }
 
@@ -158,15 +158,15 @@ TEST(JsonRecord, TextsOfInnerRecordsAreCutToo) {
   RecordPtr inner = create_record();
   set_text(*inner, L"Cause", L"abc");
   RecordPtr outer = create_record();
-  set_object(*outer, L"Inner", inner.get());
+  set_object(*outer, L"Inner", inner);
   EXPECT_EQ(record_json(*outer, 2), R"({"Inner":{"Cause":"ab..."}})");
 }
 
 TEST(JsonRecord, RecordsThatHoldEachOtherAreCutOff) {
   RecordPtr first = create_record();
   RecordPtr second = create_record();
-  set_object(*first, L"Inner", second.get());
-  set_object(*second, L"Inner", first.get());
+  set_object(*first, L"Inner", second);
+  set_object(*second, L"Inner", first);
   EXPECT_TRUE(json::parse(record_json(*first))["Inner"]["Inner"].is_object());
   set(*second, L"Inner", VARIANT{});
 }

@@ -36,8 +36,8 @@ TEST_F(Library, RecordsOfAnotherLibraryAreRefused) {
   class Foreign final : public workbench::DispatchObject<IKV_SnagtrapUtil::IDebugObject> {
     HRESULT STDMETHODCALLTYPE SetField(BSTR, VARIANT) noexcept override { return S_OK; }
   };
-  DebugObjectPtr foreign(new Foreign);
-  EXPECT_EQ(command(L"PROCESS", foreign.get()), E_INVALIDARG);
+  const auto foreign = base::own<IKV_SnagtrapUtil::IDebugObject>(new Foreign);
+  EXPECT_EQ(command(L"PROCESS", foreign), E_INVALIDARG);
 }
 
 TEST_F(Library, ConfigureAcceptsEverything) {
@@ -78,7 +78,7 @@ TEST_F(Library, TraceEnabledReturnsTheSetting) {
 
 TEST_F(LibraryLog, HasALineForEveryReportAndEachStartAndEnd) {
   const DebugObjectPtr init = create();
-  command(L"INIT", init.get());
+  command(L"INIT", init);
   process(L"ASSERT");
   process(L"TRACE");
   process(L"CREATE ERROR");
@@ -106,7 +106,7 @@ TEST_F(LibraryLog, AcceptsAnyText) {
   const std::string logged = "\"\n\u89c4\u5219 \U0001F4C5 \uFFFD %s \x01";
   const DebugObjectPtr record = report(L"TRACE");
   set_text(*record, text.c_str(), text);
-  command(L"PROCESS", record.get());
+  command(L"PROCESS", record);
   EXPECT_EQ(folder.lines().at(0)["record"][logged], logged);
 }
 
@@ -125,7 +125,7 @@ TEST_F(LibraryLog, RecordThatIsTooLongHasItsTextsCut) {
   set_setting(L"MaxLogBytes", 4096);
   const DebugObjectPtr record = report(L"ASSERT");
   set_text(*record, L"Description", std::wstring(100'000, L'x'));
-  EXPECT_EQ(command(L"PROCESS", record.get()), S_OK);
+  EXPECT_EQ(command(L"PROCESS", record), S_OK);
   nlohmann::json line = folder.lines().at(0);
   EXPECT_EQ(line["record"]["Description"], std::string(500, 'x') + "...");
   EXPECT_EQ(line["record"]["File"], "Some.cpp");
@@ -135,7 +135,7 @@ TEST_F(LibraryLog, RecordOfTooManyFieldsIsMentioned) {
   set_setting(L"MaxLogBytes", 4096);
   const DebugObjectPtr record = report(L"ASSERT");
   for (int i = 0; i < 1000; ++i) set_number(*record, (L"field" + std::to_wstring(i)).c_str(), i);
-  EXPECT_EQ(command(L"PROCESS", record.get()), S_OK);
+  EXPECT_EQ(command(L"PROCESS", record), S_OK);
   EXPECT_EQ(folder.lines().at(0)["record"], "too long for the log");
 }
 
@@ -149,7 +149,7 @@ TEST_F(LibraryLog, LeavesTracesOutWhenTheyAreDisabled) {
 TEST_F(LibraryLog, OfTheRegistryPrecedesTheProgramsProposal) {
   const DebugObjectPtr init = create();
   set_text(*init, L"LogDirectory", folder.path() / L"proposed");
-  command(L"INIT", init.get());
+  command(L"INIT", init);
   EXPECT_EQ(folder.lines().size(), 1u);
 
   RegDeleteKeyValueW(HKEY_CURRENT_USER, snagtrap::settings_key, L"LogDirectory");
@@ -163,7 +163,7 @@ TEST_F(LibraryLog, UsesTheNextFolderWhenOneCannotBeWritten) {
                                     folder.path() / L"file" / L"impossible");
   const DebugObjectPtr init = create();
   set_text(*init, L"LogDirectory", folder.path());
-  EXPECT_EQ(command(L"INIT", init.get()), S_OK);
+  EXPECT_EQ(command(L"INIT", init), S_OK);
   EXPECT_EQ(process(L"ASSERT"), S_OK);
   EXPECT_EQ(folder.lines().size(), 2u);
 }
@@ -204,16 +204,16 @@ TEST(LogSettings, MissingOddAndExtremeValues) {
 
 TEST_F(IgnoredLocation, IsSeenByTheFilter) {
   const DebugObjectPtr record = report(L"ASSERT");
-  EXPECT_EQ(command(L"FILTER", record.get()), S_OK);
+  EXPECT_EQ(command(L"FILTER", record), S_OK);
   always_ignore(L"Some.cpp(70)");
-  EXPECT_EQ(command(L"FILTER", record.get()), S_OK) << "the settings are read once for each record";
-  EXPECT_EQ(command(L"FILTER", report(L"ASSERT").get()), S_FALSE);
+  EXPECT_EQ(command(L"FILTER", record), S_OK) << "the settings are read once for each record";
+  EXPECT_EQ(command(L"FILTER", report(L"ASSERT")), S_FALSE);
 }
 
 TEST_F(IgnoredLocation, IsOneLineOfOneFile) {
   always_ignore(L"Some.cpp(71)");
   always_ignore(L"Other.cpp(70)");
-  EXPECT_EQ(command(L"FILTER", report(L"ASSERT").get()), S_OK);
+  EXPECT_EQ(command(L"FILTER", report(L"ASSERT")), S_OK);
 }
 
 TEST_F(IgnoredLocation, IsLoggedAsSuch) {
@@ -226,7 +226,7 @@ TEST_F(IgnoredLocation, IsLoggedAsSuch) {
 TEST_F(IgnoredLocation, NeedsAFile) {
   const DebugObjectPtr record = create();
   set_text(*record, L"$Type", L"ASSERT");
-  EXPECT_EQ(command(L"FILTER", record.get()), S_OK);
+  EXPECT_EQ(command(L"FILTER", record), S_OK);
 }
 
 TEST_F(SilentMode, IsTheDefaultAndShowsNoWindow) {

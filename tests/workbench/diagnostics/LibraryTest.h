@@ -2,7 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include <memory>
 #include <string>
 
 #include "ChildProcess.h"
@@ -17,8 +16,8 @@
 
 namespace snagtrap_test {
 
-using DebugObjectPtr = std::unique_ptr<IKV_SnagtrapUtil::IDebugObject, Releaser>;
-using DebugRootPtr = std::unique_ptr<IKV_SnagtrapUtil::IDebugRoot, Releaser>;
+using DebugObjectPtr = base::ComPtr<IKV_SnagtrapUtil::IDebugObject>;
+using DebugRootPtr = base::ComPtr<IKV_SnagtrapUtil::IDebugRoot>;
 
 /// Calls the library's DLL through its export, with settings and a log of the test's own.
 class LibraryTest : public testing::Test {
@@ -30,7 +29,7 @@ class LibraryTest : public testing::Test {
   }
 
   /// Releases the object before its library.
-  ~LibraryTest() override { root.reset(); }
+  ~LibraryTest() override { root = nullptr; }
 
   HMODULE library() const { return library_.get(); }
 
@@ -42,7 +41,7 @@ class LibraryTest : public testing::Test {
   DebugRootPtr create_root() const {
     IKV_SnagtrapUtil::IDebugRoot* created = nullptr;
     EXPECT_EQ(init_object()(&created), S_OK);
-    return DebugRootPtr(created);
+    return base::own(created);
   }
 
   HRESULT command(const wchar_t* word, IKV_SnagtrapUtil::IDebugObject* record = nullptr,
@@ -56,7 +55,7 @@ class LibraryTest : public testing::Test {
   DebugObjectPtr create() const {
     IKV_SnagtrapUtil::IDebugObject* created = nullptr;
     EXPECT_EQ(command(L"CREATE", nullptr, &created), S_OK);
-    return DebugObjectPtr(created);
+    return base::own(created);
   }
 
   /// A filled record of a kind, with the location Some.cpp, line 70.
@@ -72,8 +71,8 @@ class LibraryTest : public testing::Test {
   /// Sends a record as a client does.
   HRESULT process(const wchar_t* kind) const {
     const DebugObjectPtr record = report(kind);
-    if (kind == std::wstring(L"ASSERT")) command(L"FILTER", record.get());
-    return command(L"PROCESS", record.get());
+    if (kind == std::wstring(L"ASSERT")) command(L"FILTER", record);
+    return command(L"PROCESS", record);
   }
 
   static void set_setting(const wchar_t* name, DWORD number) {

@@ -17,9 +17,9 @@ TEST_F(WithoutMemory, ReportFailsAndTheHostGoesOn) {
   for (const FaultDuration duration : {FaultDuration::once, FaultDuration::lasting}) {
     const std::size_t failed = test_support::fail_each_allocation([&](std::size_t number) {
       const DebugObjectPtr record = report(L"ASSERT");
-      set_object(*record, L"Inner", inner.get());
+      set_object(*record, L"Inner", inner);
       FailingMemory memory(library(), number, Memory::blocks, duration);
-      const HRESULT result = command(L"PROCESS", record.get());
+      const HRESULT result = command(L"PROCESS", record);
       memory.clear_faults();
       EXPECT_EQ(result, memory.has_failed() ? E_OUTOFMEMORY : S_OK);
       return memory.has_failed();

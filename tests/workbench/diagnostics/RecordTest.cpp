@@ -55,7 +55,7 @@ TEST(Record, RefusesANullNameANullReferenceAndAnUnknownType) {
 
 TEST(Record, RefusesItself) {
   RecordPtr record = create_record();
-  EXPECT_EQ(set_object(*record, L"Inner", record.get()), E_INVALIDARG);
+  EXPECT_EQ(set_object(*record, L"Inner", record), E_INVALIDARG);
 }
 
 TEST(Record, HoldsObjectsUntilItIsDestroyed) {
@@ -63,10 +63,10 @@ TEST(Record, HoldsObjectsUntilItIsDestroyed) {
   RecordPtr outer = create_record();
   {
     RecordPtr inner = create_record();
-    set_object(*outer, L"Inner", inner.get());
+    set_object(*outer, L"Inner", inner);
   }
   EXPECT_EQ(live_dispatch_objects, before + 2);
-  outer.reset();
+  outer = nullptr;
   EXPECT_EQ(live_dispatch_objects, before);
 }
 
@@ -82,7 +82,7 @@ TEST(Record, HasALocation) {
 
 TEST(Record, IsRecognisedAmongOtherObjects) {
   RecordPtr record = create_record();
-  EXPECT_EQ(snagtrap::own_record(static_cast<IDispatch*>(record.get())), record.get());
+  EXPECT_EQ(snagtrap::own_record(static_cast<IDispatch*>(record)), record.GetInterfacePtr());
   EXPECT_EQ(snagtrap::own_record(nullptr), nullptr);
   IMalloc* other = nullptr;
   ASSERT_EQ(CoGetMalloc(1, &other), S_OK);

@@ -60,15 +60,15 @@ TEST(ReportText, InnerRecordIsIndented) {
   const RecordPtr record = record_of(L"CREATE ERROR");
   const RecordPtr inner = create_record();
   set_text(*inner, L"Cause", L"x");
-  set_object(*record, L"Inner", inner.get());
+  set_object(*record, L"Inner", inner);
   EXPECT_THAT(report_text(*record, IDS_ERROR_CAPTION, S_OK).details, HasSubstr(L"Inner: \r\n  Cause: x\r\n"));
 }
 
 TEST(ReportText, RecordsThatHoldEachOtherAreCutOff) {
   const RecordPtr first = record_of(L"CREATE ERROR");
   const RecordPtr second = create_record();
-  set_object(*first, L"Inner", second.get());
-  set_object(*second, L"Inner", first.get());
+  set_object(*first, L"Inner", second);
+  set_object(*second, L"Inner", first);
   EXPECT_FALSE(report_text(*first, IDS_ERROR_CAPTION, S_OK).details.empty());
   set(*second, L"Inner", VARIANT{});
 }

@@ -3,20 +3,16 @@
 #include <windows.h>
 #include <oleauto.h>
 
-#include <memory>
 #include <string>
 
+#include "ComPtr.h"
 #include "Record.h"
 
 namespace snagtrap_test {
 
-struct Releaser {
-  void operator()(IDispatch* object) const { object->Release(); }
-};
+using RecordPtr = base::ComPtr<snagtrap::Record>;
 
-using RecordPtr = std::unique_ptr<snagtrap::Record, Releaser>;
-
-inline RecordPtr create_record() { return RecordPtr(new snagtrap::Record); }
+inline RecordPtr create_record() { return base::own(new snagtrap::Record); }
 
 /// Sets a field; the value stays the caller's.
 inline HRESULT set(IKV_SnagtrapUtil::IDebugObject& record, const wchar_t* name, const VARIANT& value) {
