@@ -18,23 +18,11 @@ LRESULT CALLBACK count_message(int code, WPARAM wParam, LPARAM lParam) {
   return CallNextHookEx(nullptr, code, wParam, lParam);
 }
 
-template <class Type>
-Type* at(HMODULE module, ULONGLONG offset) {
-  return reinterpret_cast<Type*>(reinterpret_cast<ULONG_PTR>(module) + offset);
-}
-
 /// Libraries export variables too.
 bool is_code(const void* address) {
   MEMORY_BASIC_INFORMATION memory = {};
   constexpr DWORD executable = PAGE_EXECUTE | PAGE_EXECUTE_READ | PAGE_EXECUTE_READWRITE | PAGE_EXECUTE_WRITECOPY;
   return VirtualQuery(address, &memory, sizeof memory) != 0 && (memory.Protect & executable) != 0;
-}
-
-void write_entry(void** entry, void* function) {
-  DWORD protection = 0;
-  VirtualProtect(entry, sizeof *entry, PAGE_READWRITE, &protection);
-  *entry = function;
-  VirtualProtect(entry, sizeof *entry, protection, &protection);
 }
 
 void* executable_page() {
@@ -53,22 +41,17 @@ CallCounter::CallCounter() : hook_(SetWindowsHookExW(WH_CALLWNDPROC, count_messa
 }
 
 CallCounter::~CallCounter() {
-  for (const Patch& patch : patches_) write_entry(patch.entry, patch.original);
+  // The pages that the patches lead to are freed after this.
+  patches_.clear();
   UnhookWindowsHookEx(hook_);
 }
 
 Counts CallCounter::counts() noexcept { return {call_count, message_count}; }
 
 void CallCounter::patch_module(HMODULE module) {
-  const auto* headers = at<IMAGE_NT_HEADERS>(module, static_cast<ULONGLONG>(at<IMAGE_DOS_HEADER>(module, 0)->e_lfanew));
-  const auto& directory = headers->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT];
-  for (auto* library = at<IMAGE_IMPORT_DESCRIPTOR>(module, directory.VirtualAddress); library->Name; ++library) {
-    for (auto* entry = at<void*>(module, library->FirstThunk); *entry; ++entry) {
-      if (!is_code(*entry)) continue;
-      patches_.push_back({entry, *entry});
-      write_entry(entry, counting_entry(*entry));
-    }
-  }
+  test_support::for_each_import(module, [&](const std::string&, void** entry) {
+    if (is_code(*entry)) patches_.emplace_back(entry, counting_entry(*entry));
+  });
 }
 
 void* CallCounter::counting_entry(void* function) {

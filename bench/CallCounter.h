@@ -3,8 +3,11 @@
 #include <windows.h>
 
 #include <cstdint>
+#include <deque>
 #include <memory>
 #include <vector>
+
+#include "ImportPatch.h"
 
 namespace bench {
 
@@ -26,16 +29,11 @@ class CallCounter {
   static Counts counts() noexcept;
 
  private:
-  struct Patch {
-    void** entry;
-    void* original;
-  };
-
   void patch_module(HMODULE module);
   /// Machine code that counts and goes on to the function.
   void* counting_entry(void* function);
 
-  std::vector<Patch> patches_;
+  std::deque<test_support::ImportPatch> patches_;
   std::vector<std::unique_ptr<void, void (*)(void*)>> pages_;
   std::size_t used_ = 0;
   HHOOK hook_;

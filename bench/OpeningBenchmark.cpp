@@ -24,7 +24,7 @@ struct Opening {
   std::vector<std::wstring> names = bench::rule_names(rule_count);
   bench::DialogOwner owner;
   bench::BenchmarkHost stage{names};
-  StorageBlock block = bench::storage_block(stage.rules());
+  StorageBlock block = stage.rules().storage_block();
 };
 
 template <class... Open>

@@ -26,8 +26,7 @@ struct Shown {
 };
 
 struct RuleList {
-  explicit RuleList(const std::vector<std::wstring>& names)
-      : host(names), block(bench::storage_block(host)), shown(&block) {}
+  explicit RuleList(const std::vector<std::wstring>& names) : host(names), block(host.storage_block()), shown(&block) {}
 
   bench::RuleHost host;
   StorageBlock block;

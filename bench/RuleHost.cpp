@@ -34,10 +34,4 @@ RuleHost::RuleHost(const std::vector<std::wstring>& names) : store_(filled_store
 
 base::ComPtr<IDispatch> RuleHost::storage() const { return {workbench::create_storage_object(store_, {}), false}; }
 
-StorageBlock storage_block(const RuleHost& host) {
-  const auto storage = host.storage();
-  return {base::query<IkvStorage>(storage), base::query<IkvStorageSession>(storage),
-          base::query<IkvSymbolSourceService>(storage), base::query<IkvExpirationRuleService>(storage)};
-}
-
 }  // namespace bench

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "FilledBlock.h"
 #include "HostClasses.h"
-#include "StorageBlock.h"
 
 namespace bench {
 
@@ -20,13 +20,12 @@ class RuleHost {
 
   /// A new storage object.
   base::ComPtr<IDispatch> storage() const;
+  /// Such an object as both dialogs work on it.
+  StorageBlock storage_block() const { return test_support::filled_block(storage()); }
 
  private:
   std::shared_ptr<workbench::RuleStore> store_;
   workbench::HostClasses classes_;
 };
-
-/// The entries that both dialogs work on.
-StorageBlock storage_block(const RuleHost& host);
 
 }  // namespace bench

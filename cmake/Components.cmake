@@ -80,4 +80,17 @@ function(zd_add_component name)
     target_include_directories(${name} INTERFACE ${CMAKE_CURRENT_SOURCE_DIR})
     target_link_libraries(${name} INTERFACE zd_build_rules ${COMPONENT_USES})
   endif()
+  cmake_path(RELATIVE_PATH CMAKE_CURRENT_SOURCE_DIR BASE_DIRECTORY ${PROJECT_SOURCE_DIR} OUTPUT_VARIABLE folder)
+  list(APPEND COMPONENT_SOURCES -)
+  list(GET COMPONENT_SOURCES 0 source)
+  list(JOIN COMPONENT_USES " " uses)
+  set_property(GLOBAL APPEND PROPERTY ZD_COMPONENTS "${name} ${folder} ${source} ${uses}")
+endfunction()
+
+# The build keeps what each component may use in a file, one line a component: name, folder, one of its sources or -, and
+# the libraries that it uses.
+function(zd_write_components)
+  get_property(components GLOBAL PROPERTY ZD_COMPONENTS)
+  list(JOIN components "\n" lines)
+  file(WRITE ${PROJECT_BINARY_DIR}/components "${lines}\n")
 endfunction()

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <functional>
+#include <string>
 
 namespace test_support {
 
@@ -14,10 +16,14 @@ struct FunctionName {
   char text[size] = {};
 };
 
+/// Calls `visit` for everything that a loaded module imports, with its name, as in "#17" when it is imported by a
+/// number, and the location that holds its address.
+void for_each_import(HMODULE module, const std::function<void(const std::string& name, void** entry)>& visit);
+
 /// Whether a loaded module imports a function of this name.
 bool imports(HMODULE module, const char* name);
 
-/// Replaces a function that a loaded module imports with a function of the test, for a scope. UI thread only; patches
+/// Replaces a function that a loaded module imports with another one, for a scope. UI thread only; patches
 /// of one function end in the reverse order of their creation.
 class ImportPatch {
  public:
@@ -27,6 +33,8 @@ class ImportPatch {
   ImportPatch(HMODULE module, const char* name, Function* function)
       : ImportPatch(module, name, reinterpret_cast<void*>(function)) {}
   ImportPatch(HMODULE module, const char* name, void* function);
+  /// `entry` is that of the function in the module's import table.
+  ImportPatch(void** entry, void* function);
   ~ImportPatch();
   ImportPatch(const ImportPatch&) = delete;
   ImportPatch& operator=(const ImportPatch&) = delete;
