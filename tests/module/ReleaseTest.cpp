@@ -11,13 +11,20 @@ namespace {
 
 using testing::ElementsAre;
 
-/// Records which interfaces the plug-in released, in order.
+/// Records which objects of the host the plug-in released, in order.
 struct Log {
   std::vector<std::string> released;
   std::function<void()> on_release;
+
+  void add(const std::string& name) {
+    released.push_back(name);
+    if (on_release) on_release();
+  }
 };
 
-/// An object with one interface, which records the release of its last reference. It lives as long as the test.
+/// An object with one interface, which records the release of its last reference. It lives as long as the test. The
+/// plug-in holds each interface of the storage object, whose order of release shows only where each of them is an
+/// object of its own; those of the reference host are one object.
 template <class Interface>
 class Watched : public Interface {
  public:
@@ -35,10 +42,7 @@ class Watched : public Interface {
   }
   STDMETHODIMP_(ULONG) AddRef() noexcept override { return ++references_; }
   STDMETHODIMP_(ULONG) Release() noexcept override {
-    if (--references_ == 0) {
-      log_.released.push_back(name_);
-      if (log_.on_release) log_.on_release();
-    }
+    if (--references_ == 0) log_.add(name_);
     return references_;
   }
   STDMETHODIMP GetTypeInfoCount(UINT*) noexcept override { return E_NOTIMPL; }
@@ -63,64 +67,6 @@ class Watched : public Interface {
   Log& log_;
   const char* name_;
   ULONG references_ = 0;
-};
-
-class Item final : public Watched<IkvMenuItem> {
- public:
-  using Watched::Watched;
-  STDMETHODIMP get_CommandID(long* id) noexcept override {
-    *id = 1;
-    return S_OK;
-  }
-};
-
-class HotKey final : public Watched<IkvHotKey> {
- public:
-  using Watched::Watched;
-  STDMETHODIMP get_CommandID(long* id) noexcept override {
-    *id = 2;
-    return S_OK;
-  }
-};
-
-class SubMenu final : public workbench::SubMenuSlots<Watched<IkvSubMenu>> {
- public:
-  SubMenu(Log& log, Item& item) : SubMenuSlots(log, "submenu"), item_(item) {}
-  STDMETHODIMP AddCommand(BSTR, long, long, long, IUnknown*, long, IDispatch*, IkvMenuItem** item) noexcept override {
-    item_.AddRef();
-    *item = &item_;
-    return S_OK;
-  }
-
- private:
-  Item& item_;
-};
-
-class MainMenu final : public workbench::MainMenuSlots<Watched<IkvMainMenu>> {
- public:
-  MainMenu(Log& log, SubMenu& submenu) : MainMenuSlots(log, "main menu"), submenu_(submenu) {}
-  STDMETHODIMP FindSubMenu(BSTR, IkvSubMenu** submenu) noexcept override {
-    submenu_.AddRef();
-    *submenu = &submenu_;
-    return S_OK;
-  }
-  STDMETHODIMP AddSubMenu(BSTR, BSTR, long, IkvSubMenu**) noexcept override { return E_NOTIMPL; }
-
- private:
-  SubMenu& submenu_;
-};
-
-class HotKeys final : public Watched<IkvHotKeyCollection> {
- public:
-  HotKeys(Log& log, HotKey& hot_key) : Watched(log, "hot keys"), hot_key_(hot_key) {}
-  STDMETHODIMP AddHotKey(long, long, IDispatch*, IDispatch** hot_key) noexcept override {
-    hot_key_.AddRef();
-    *hot_key = &hot_key_;
-    return S_OK;
-  }
-
- private:
-  HotKey& hot_key_;
 };
 
 class Session final : public Watched<IkvStorageSession> {
@@ -154,62 +100,59 @@ class Storage final : public Watched<IkvStorage> {
   using Watched::Watched;
 };
 
-class ReleaseTest : public ModuleTest {
+class ReleaseTest : public HostedTest {
  protected:
   ReleaseTest() {
-    storage_.others = {{2, {__uuidof(IkvStorageSession), &session_}},
-                       {3, {__uuidof(IkvSymbolSourceService), &symbol_sources_}},
-                       {4, {__uuidof(IkvExpirationRuleService), &rules_}}};
+    storage_object_.others = {{2, {__uuidof(IkvStorageSession), &session_}},
+                              {3, {__uuidof(IkvSymbolSourceService), &symbol_sources_}},
+                              {4, {__uuidof(IkvExpirationRuleService), &rules_}}};
+    storage_ = &storage_object_;
+    host_.on_release([this](const std::string& name) { log_.add(name); });
   }
 
-  base::ComPtr<IkvPlugin> initialised_plugin() {
-    const base::ComPtr<IkvPlugin> plugin = module_.plugin();
-    EXPECT_EQ(S_OK, plugin->Initialize(&menu_, &menu_, &menu_, &hot_keys_, _bstr_t(L"x"), &storage_));
+  void initialize_plugin() {
+    EXPECT_EQ(S_OK, initialize());
+    storage_ = nullptr;
     log_.released.clear();
-    return plugin;
   }
 
   Log log_;
-  Item item_{log_, "menu item"};
-  SubMenu submenu_{log_, item_};
-  MainMenu menu_{log_, submenu_};
-  HotKey hot_key_{log_, "hot key"};
-  HotKeys hot_keys_{log_, hot_key_};
-  Storage storage_{log_, "storage"};
+  Storage storage_object_{log_, "storage"};
   Session session_{log_, "session"};
   SymbolSources symbol_sources_{log_, "symbol sources"};
   Rules rules_{log_, "rules"};
 };
 
 TEST_F(ReleaseTest, LastReleaseReleasesInTheReverseOrder) {
-  base::ComPtr<IkvPlugin> plugin = initialised_plugin();
-  plugin = nullptr;
+  initialize_plugin();
+  plugin_ = nullptr;
   EXPECT_THAT(log_.released,
-              ElementsAre("hot key", "menu item", "submenu", "rules", "symbol sources", "session", "storage"));
+              ElementsAre("kvHotKey", "kvMenuItem", "kvSubMenu", "rules", "symbol sources", "session", "storage"));
 }
 
 TEST_F(ReleaseTest, OnlyWhatIsHeldIsReleased) {
-  storage_.others.erase(3);
-  base::ComPtr<IkvPlugin> plugin = initialised_plugin();
-  plugin = nullptr;
-  EXPECT_THAT(log_.released, ElementsAre("hot key", "menu item", "submenu", "rules", "session", "storage"));
+  storage_object_.others.erase(3);
+  initialize_plugin();
+  plugin_ = nullptr;
+  EXPECT_THAT(log_.released, ElementsAre("kvHotKey", "kvMenuItem", "kvSubMenu", "rules", "session", "storage"));
 }
 
 TEST_F(ReleaseTest, ModuleStaysLockedUntilEverythingIsReleased) {
-  base::ComPtr<IkvPlugin> plugin = initialised_plugin();
+  initialize_plugin();
   int checked = 0;
   log_.on_release = [&] {
     ++checked;
     EXPECT_EQ(S_FALSE, module_.can_unload()) << "while releasing " << log_.released.back();
   };
-  plugin = nullptr;
+  plugin_ = nullptr;
+  log_.on_release = nullptr;
   EXPECT_EQ(7, checked);
   EXPECT_EQ(S_OK, module_.can_unload());
 }
 
 TEST_F(ReleaseTest, HostMayCallBackWhileItIsReleased) {
-  base::ComPtr<IkvPlugin> plugin = initialised_plugin();
-  IkvPlugin* dying = plugin;
+  initialize_plugin();
+  IkvPlugin* dying = plugin_;
   log_.on_release = [&] {
     // A host that still has the target of its menu item uses it once more.
     const auto own = base::try_query<IzdExpirationRulesPlugin>(dying);
@@ -217,9 +160,9 @@ TEST_F(ReleaseTest, HostMayCallBackWhileItIsReleased) {
     UINT count = 0;
     EXPECT_EQ(S_OK, dying->GetTypeInfoCount(&count));
     VARIANT none = {};
-    EXPECT_EQ(E_FAIL, dying->DoCommand(1, none)) << "what is released is not used any more";
+    EXPECT_EQ(E_FAIL, dying->DoCommand(menu_id, none)) << "what is released is not used any more";
   };
-  plugin = nullptr;
+  plugin_ = nullptr;
   log_.on_release = nullptr;
   EXPECT_EQ(7u, take_reports().size());
   EXPECT_EQ(7u, log_.released.size());

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <set>
@@ -29,6 +30,7 @@ struct HostState {
   std::vector<HostRule> saves;
   std::map<long, IDispatch*> commands;
   std::set<const LivingObject*> living;
+  std::function<void(const std::string& name)> released;
   std::shared_ptr<PresetRuleStore> store = std::make_shared<PresetRuleStore>();
 };
 

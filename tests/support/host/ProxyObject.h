@@ -33,7 +33,10 @@ class ProxyObject : public LivingObject, public First, public Others... {
   ULONG STDMETHODCALLTYPE AddRef() noexcept final { return ++references_; }
   ULONG STDMETHODCALLTYPE Release() noexcept final {
     const ULONG left = --references_;
-    if (left == 0) delete this;
+    if (left == 0) {
+      if (host_->released) host_->released(name_);
+      delete this;
+    }
     return left;
   }
 

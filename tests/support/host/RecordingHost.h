@@ -40,6 +40,8 @@ class RecordingHost {
   HostRow& odd_values() noexcept { return state_->odd_values; }
   /// The object that the host calls for each command id that it gave out; not referenced.
   const std::map<long, IDispatch*>& commands() const noexcept { return state_->commands; }
+  /// Calls `released` whenever the last reference of an object is released, with its class, as in "kvMenuItem".
+  void on_release(std::function<void(const std::string& name)> released) { state_->released = std::move(released); }
   /// Whether `QueryInterface` counts as a call; it does not at first.
   void record_queries(bool record) noexcept { state_->record_queries = record; }
 
