@@ -248,6 +248,11 @@ stubs() {
   [ "$output" = "$BATS_TEST_TMPDIR/out of tree/wine" ]
 }
 
+# chosen TEST...: which of these tests the pattern selects that ctest was called with.
+chosen() {
+  printf '%s\n' "$@" | grep -E "$(sed -n 's/.*<--tests-regex> <\([^>]*\)>.*/\1/p' <<<"$output")" | xargs
+}
+
 @test "test builds and runs only what the name needs" {
   stubs 0
   program "$tree/tools/summarise-tests" ''
@@ -256,11 +261,12 @@ stubs() {
     'gates gates zdExpirationRules generated' >"$tree/build/release/test-names"
   run -0 ./test list
   expect '^prepare <quick>$'
-  expect '^cmake <--build> <[^ ]*> <--target> <list_tests> <list_scale_tests>$'
-  expect '^session .*<--tests-regex> <\^\(list\|list_scale\)\(\\\.\|\$\)> <--verbose> <--label-exclude> <\^deep\$>$'
+  expect '^cmake .*<--target> <list_tests> <list_scale_tests>$'
+  [ "$(chosen list list.screen list_scale list_more editor)" = "list list.screen list_scale" ]
+  expect 'label-exclude> <\^deep\$>'
   run -0 ./test --deep editor
   expect '^prepare <deep>$'
-  expect '^cmake <--build> <[^ ]*> <--target> <editor_tests>$'
+  expect '^cmake .*<--target> <editor_tests>$'
   [[ $output != *label-exclude* ]]
   run -0 ./test gates
   expect '^cmake <--build> <[^ ]*> <--target> <zdExpirationRules> <generated>$'
