@@ -5,10 +5,12 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "Calendar.h"
 #include "FieldIds.h"
+#include "RuleNumbers.h"
 
 namespace workbench {
 
@@ -128,18 +130,27 @@ struct RuleColumn {
   long greatest;
 };
 
-/// The numbers of a rule in the order of the rule service's arguments.
-inline constexpr std::array<RuleColumn, 9> rule_columns{{
-    {KVFIELD_ROLL_OFFSET, "RollOffset", &Rule::roll_offset, 0, 99},
-    {KVFIELD_DAY_TYPE, "DayType", &Rule::day_type, 0, 1},
-    {KVFIELD_DAY_MODE, "DayMode", &Rule::day_mode, 0, 1},
-    {KVFIELD_DAY_OF_MONTH, "DayOfMonth", &Rule::day_of_month, 1, 31},
-    {KVFIELD_DAY_MONTH, "DayMonth", &Rule::day_month, 0, 2},
-    {KVFIELD_WEEK_ORDINAL, "WeekOrdinal", &Rule::week_ordinal, 1, 5},
-    {KVFIELD_WEEKDAY, "Weekday", &Rule::weekday, 0, 6},
-    {KVFIELD_WEEKDAY_MONTH, "WeekdayMonth", &Rule::weekday_month, 0, 2},
-    {KVFIELD_MOVE_TO_NEXT_TRADING_DAY, "MoveToNextTradingDay", &Rule::move_to_next_trading_day, 0, 1},
-}};
+/// The numbers of a rule in the order of the rule service's arguments, which is that of `schedule::rule_fields`. Their
+/// names and ranges are written there.
+inline constexpr auto rule_columns = [] {
+  constexpr std::array<std::pair<tagKVFIELDID, long Rule::*>, schedule::rule_fields.size()> numbers{{
+      {KVFIELD_ROLL_OFFSET, &Rule::roll_offset},
+      {KVFIELD_DAY_TYPE, &Rule::day_type},
+      {KVFIELD_DAY_MODE, &Rule::day_mode},
+      {KVFIELD_DAY_OF_MONTH, &Rule::day_of_month},
+      {KVFIELD_DAY_MONTH, &Rule::day_month},
+      {KVFIELD_WEEK_ORDINAL, &Rule::week_ordinal},
+      {KVFIELD_WEEKDAY, &Rule::weekday},
+      {KVFIELD_WEEKDAY_MONTH, &Rule::weekday_month},
+      {KVFIELD_MOVE_TO_NEXT_TRADING_DAY, &Rule::move_to_next_trading_day},
+  }};
+  std::array<RuleColumn, numbers.size()> columns{};
+  for (std::size_t i = 0; i < numbers.size(); ++i) {
+    const schedule::RuleField& field = schedule::rule_fields[i];
+    columns[i] = {numbers[i].first, field.name, numbers[i].second, field.least, field.greatest};
+  }
+  return columns;
+}();
 
 /// Throws `StoreError` of kind `invalid_value`, naming the field, unless a store may keep this rule.
 void refuse_invalid(const Rule& rule);

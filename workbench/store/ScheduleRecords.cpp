@@ -1,16 +1,8 @@
 #include "ScheduleRecords.h"
 
-#include <algorithm>
-
 #include "Wtf8.h"
 
 namespace workbench {
-
-namespace {
-
-static_assert(rule_columns.size() == schedule::rule_fields.size());
-
-}  // namespace
 
 std::string to_schedule_text(std::wstring_view text) {
   // The store's form of a null is the only one that differs.
@@ -22,13 +14,6 @@ std::string to_schedule_text(std::wstring_view text) {
 }
 
 std::wstring from_schedule_text(std::string_view bytes) { return from_wtf8(bytes); }
-
-// Both tables have a rule's numbers in the same order.
-static_assert(std::ranges::equal(rule_columns, schedule::rule_fields,
-                                 [](const RuleColumn& column, const schedule::RuleField& field) {
-                                   return std::string_view(column.name) == field.name && column.least == field.least &&
-                                          column.greatest == field.greatest;
-                                 }));
 
 schedule::RuleNumbers to_rule_numbers(const Rule& rule) {
   schedule::RuleNumbers numbers;
