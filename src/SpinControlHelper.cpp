@@ -77,7 +77,7 @@ void AdjustEditControl(const CSpin& spin, const CCustomEditForSpin& edit, long v
 
 void AdjustSpinControl(const CSpin& spin, CCustomEditForSpin& edit) {
   const long number = number_of(edit.GetText());
-  const CCustomEditForSpin::ScopedKeepText keep_text(edit);
+  const base::ScopedFlag text_kept = edit.keep_text();
   spin.SetPos(number);
 }
 

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 
+#include "ScopedFlag.h"
 #include "SubclassedWindow.h"
 
 namespace zd_expiration_rule_plugin::ui_helper {
@@ -22,18 +23,9 @@ class CCustomEditForSpin final : public platform::CSubclassedWindow {
   BOOL ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result,
                             DWORD mapId = 0) override;
 
-  /// While one lives, WM_SETTEXT does not replace the edit's text: an up-down control writes its number into its buddy
-  /// whenever its position is set, which would rewrite what the user is typing and move the caret.
-  class ScopedKeepText {
-   public:
-    explicit ScopedKeepText(CCustomEditForSpin& edit) noexcept : edit_(edit) { edit_.text_kept_ = true; }
-    ~ScopedKeepText() { edit_.text_kept_ = false; }
-    ScopedKeepText(const ScopedKeepText&) = delete;
-    ScopedKeepText& operator=(const ScopedKeepText&) = delete;
-
-   private:
-    CCustomEditForSpin& edit_;
-  };
+  /// While the result lives, WM_SETTEXT does not replace the edit's text: an up-down control writes its number into its
+  /// buddy whenever its position is set, which would rewrite what the user is typing and move the caret.
+  [[nodiscard]] base::ScopedFlag keep_text() noexcept { return base::ScopedFlag(text_kept_); }
 
  private:
   bool text_kept_ = false;

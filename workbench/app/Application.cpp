@@ -92,7 +92,7 @@ void Application::load_plugin(const std::filesystem::path& module) {
 }
 
 HRESULT Application::initialize_plugin() {
-  const ScopedFlag calling(calling_plugin_);
+  const base::ScopedFlag calling(calling_plugin_);
   return plugin_->initialize(
       {.main_menu = base::ComPtr<IDispatch>(menu_->create_dispatch(), false),
        .hot_keys = base::ComPtr<IDispatch>(hot_keys_->create_dispatch(), false),
@@ -174,7 +174,7 @@ void Application::call_plugin(const Call& call, const Failure& failure) {
     window_.show_message(text(calling_plugin_ ? IDS_BUSY : IDS_NO_MODULE));
     return;
   }
-  const ScopedFlag calling(calling_plugin_);
+  const base::ScopedFlag calling(calling_plugin_);
   const HRESULT result = call();
   if (FAILED(result)) window_.show_message(failure(describe(result)));
 }
@@ -231,7 +231,7 @@ void Application::show_error(const std::wstring& message) {
 
 void Application::show_alarms() {
   if (showing_alarms_) return;
-  const ScopedFlag showing(showing_alarms_);
+  const base::ScopedFlag showing(showing_alarms_);
   while (!alarms_.empty() && window_.try_show_box(alarms_.front(), MB_ICONERROR)) alarms_.pop_front();
 }
 

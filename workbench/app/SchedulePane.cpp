@@ -219,7 +219,7 @@ Schedule SchedulePane::schedule_of_year(const schedule::Progress& progress) cons
 void SchedulePane::update() {
   is_stale_ = true;
   if (calculating_) return;
-  const ScopedFlag calculating(calculating_);
+  const base::ScopedFlag calculating(calculating_);
   while (std::exchange(is_stale_, false)) show_schedule();
 }
 

@@ -4,6 +4,7 @@
 #include <exception>
 #include <utility>
 
+#include "ScopedFlag.h"
 #include "StoreThread.h"
 
 namespace workbench {
@@ -233,7 +234,7 @@ class ServerRuleStore final : public RuleStore {
   StoreThread::End run(StoreThread::Task task, const schedule::Progress& progress = {}) {
     if (busy_) fail(StoreErrorKind::locked, "another call of this store is under way");
     if (!thread_) start_thread();
-    const ScopedBusy busy(busy_);
+    const base::ScopedFlag busy(busy_);
     if (settings_.create_wait) return thread_->run(std::move(task), *settings_.create_wait(), progress);
     ProgressWait wait(progress_);
     const StoreThread::End end = thread_->run(std::move(task), wait, progress);
@@ -252,17 +253,6 @@ class ServerRuleStore final : public RuleStore {
     if (commit && !commit->happened) unsettled_ = commit->change;
     return commit;
   }
-
-  class ScopedBusy {
-   public:
-    explicit ScopedBusy(bool& busy) noexcept : busy_(&busy) { *busy_ = true; }
-    ~ScopedBusy() { *busy_ = false; }
-    ScopedBusy(const ScopedBusy&) = delete;
-    ScopedBusy& operator=(const ScopedBusy&) = delete;
-
-   private:
-    bool* busy_;
-  };
 
   odbc::ConnectionString options_;
   std::wstring description_;

@@ -46,10 +46,7 @@ class LibraryTest : public testing::Test {
 
   HRESULT command(const wchar_t* word, IKV_SnagtrapUtil::IDebugObject* record = nullptr,
                   IKV_SnagtrapUtil::IDebugObject** created = nullptr) const {
-    BSTR text = SysAllocString(word);
-    const HRESULT result = root->Command(text, record, created);
-    SysFreeString(text);
-    return result;
+    return root->Command(_bstr_t(word), record, created);
   }
 
   DebugObjectPtr create() const {

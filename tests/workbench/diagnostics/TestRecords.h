@@ -16,10 +16,7 @@ inline RecordPtr create_record() { return base::own(new snagtrap::Record); }
 
 /// Sets a field; the value stays the caller's.
 inline HRESULT set(IKV_SnagtrapUtil::IDebugObject& record, const wchar_t* name, const VARIANT& value) {
-  BSTR copy = SysAllocString(name);
-  const HRESULT result = record.SetField(copy, value);
-  SysFreeString(copy);
-  return result;
+  return record.SetField(_bstr_t(name), value);
 }
 
 inline HRESULT set_text(IKV_SnagtrapUtil::IDebugObject& record, const wchar_t* name, const std::wstring& text) {

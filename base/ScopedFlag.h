@@ -1,6 +1,6 @@
 #pragma once
 
-namespace workbench {
+namespace base {
 
 /// Sets a flag for a scope.
 class ScopedFlag {
@@ -14,4 +14,4 @@ class ScopedFlag {
   bool& flag_;
 };
 
-}  // namespace workbench
+}  // namespace base
