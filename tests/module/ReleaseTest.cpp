@@ -106,7 +106,7 @@ class ReleaseTest : public HostedTest {
     storage_object_.others = {{2, {__uuidof(IkvStorageSession), &session_}},
                               {3, {__uuidof(IkvSymbolSourceService), &symbol_sources_}},
                               {4, {__uuidof(IkvExpirationRuleService), &rules_}}};
-    storage_ = &storage_object_;
+    storage_ = static_cast<IDispatch*>(&storage_object_);
     host_.on_release([this](const std::string& name) { log_.add(name); });
   }
 
