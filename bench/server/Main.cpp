@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -26,8 +27,9 @@ constexpr std::size_t rules_of_a_batch = 500;
 
 /// The server of this run, in the database of the benchmark.
 odbc::ConnectionString connection() {
-  const char* server = std::getenv("ZD_TEST_SERVER");
-  odbc::ConnectionString options(base::from_utf8(server ? server : ""));
+  std::array<wchar_t, 1024> server{};
+  GetEnvironmentVariableW(L"ZD_TEST_SERVER", server.data(), static_cast<DWORD>(server.size()));
+  odbc::ConnectionString options(server.data());
   options.set(L"Database", L"bench");
   return options;
 }
@@ -38,6 +40,7 @@ Rule rule(const std::wstring& kind, int number) {
 
 std::vector<Rule> rules(const std::wstring& kind, int count) {
   std::vector<Rule> rules;
+  rules.reserve(static_cast<std::size_t>(count));
   for (int i = 0; i < count; ++i) rules.push_back(rule(kind, i));
   return rules;
 }

@@ -54,7 +54,7 @@ class ServerRuleStore final : public RuleStore {
         progress_(std::exchange(settings_.progress, {})),
         thread_(std::make_unique<StoreThread>(options_, settings_)) {
     read([](DirectServerStore&) { return true; });
-    progress_ = {};
+    set_progress_of_calls({});
     // Another thread finds the store that this one has created.
     settings_.may_create = false;
     settings_.first_content = {};
@@ -135,7 +135,7 @@ class ServerRuleStore final : public RuleStore {
     return read([](DirectServerStore& store) { return store.copy(); });
   }
 
-  void set_progress(const schedule::Progress& progress) override { progress_ = progress; }
+  void set_progress(const schedule::Progress& progress) override { set_progress_of_calls(progress); }
 
   bool poll_for_changes() override {
     if (!take_news()) return false;
@@ -144,6 +144,8 @@ class ServerRuleStore final : public RuleStore {
   }
 
  private:
+  void set_progress_of_calls(const schedule::Progress& progress) { progress_ = progress; }
+
   static ChangedRecord record_of(const StoredRule& stored) { return {stored.number, stored.revision}; }
   static ChangedRecord record_of(const StoredSetting& stored) { return {stored.number, stored.revision}; }
 

@@ -21,7 +21,7 @@ constexpr char insert_row[] =
 
 std::string read_json(const SqliteDatabase& database, const SqliteStatement& row, int column) {
   const std::string text = row.utf8(column);
-  if (text.empty()) return text;
+  if (text.empty()) return {};
   const std::optional<std::string> json = normalized_json(text);
   if (!json) database.fail_damaged("no record: " + text);
   return *json;

@@ -63,7 +63,7 @@ class ServerFault : public ServerTest {
       odbc_->fail_call(number, state);
       const auto error = refusal(load);
       odbc_->clear_faults();
-      const auto failed = odbc_->failed_call();
+      auto failed = odbc_->failed_call();
       unreported += failed && !error;
       if (error) {
         EXPECT_TRUE(failed);
