@@ -24,6 +24,11 @@ constexpr wchar_t create_tables[] =
       SELECT length(regexp_replace(regexp_replace(stored, '\\(?:\\|u[0-9A-F][0-9A-F][0-9A-F][0-9A-F])', 'x', 'g'),
                                    '[\U00010000-\U0010FFFF]', 'xx', 'g'))
     $$;
+  CREATE FUNCTION {schema}.is_calendar_name(stored text) RETURNS boolean LANGUAGE sql IMMUTABLE STRICT
+    SET search_path = pg_catalog, pg_temp AS $$
+      SELECT octet_length(stored) BETWEEN 1 AND 255
+             AND stored !~* '[/\\\u0001-\u001F\u007F]|\.(?:csv|json|ics)$'
+    $$;
 
   CREATE TABLE {schema}.rules (
     RuleID integer GENERATED ALWAYS AS IDENTITY PRIMARY KEY CHECK (RuleID >= 1),
@@ -46,16 +51,15 @@ constexpr wchar_t create_tables[] =
       CHECK ({schema}.is_escaped_text(SettingName) AND {schema}.count_code_units(SettingName) BETWEEN 1 AND 255),
     RuleName text COLLATE "C" NOT NULL
       CHECK ({schema}.is_escaped_text(RuleName) AND {schema}.count_code_units(RuleName) <= 255),
-    CalendarName text COLLATE "C" NOT NULL DEFAULT '' CHECK (octet_length(CalendarName) <= 255),
+    CalendarName text COLLATE "C" NOT NULL DEFAULT ''
+      CHECK (CalendarName = '' OR {schema}.is_calendar_name(CalendarName)),
     Months text COLLATE "C" NOT NULL DEFAULT '' CHECK (Months ~ '^F?G?H?J?K?M?N?Q?U?V?X?Z?$'),
     LastTradingDay integer NOT NULL DEFAULT 0 CHECK (LastTradingDay BETWEEN 0 AND 1),
     Revision bigint NOT NULL DEFAULT 1 CHECK (Revision >= 1)
   );
   CREATE INDEX symbol_source_settings_by_rule ON {schema}.symbol_source_settings (RuleName);
   CREATE TABLE {schema}.calendars (
-    CalendarName text COLLATE "C" PRIMARY KEY
-      CHECK (octet_length(CalendarName) BETWEEN 1 AND 255
-             AND CalendarName !~* '[/\\\u0001-\u001F\u007F]|\.(?:csv|json|ics)$'),
+    CalendarName text COLLATE "C" PRIMARY KEY CHECK ({schema}.is_calendar_name(CalendarName)),
     Title text NOT NULL CHECK ({schema}.is_escaped_text(Title)),
     Covers text NOT NULL CHECK ({schema}.is_escaped_text(Covers)),
     Source text NOT NULL CHECK ({schema}.is_escaped_text(Source)),
@@ -113,16 +117,22 @@ constexpr wchar_t create_tables[] =
       END IF;
       RETURN NEW;
     END $$;
-  CREATE FUNCTION {schema}.count_change() RETURNS trigger LANGUAGE plpgsql SET search_path = {schema}, pg_temp AS $$
+  CREATE FUNCTION {schema}.count_change() RETURNS trigger LANGUAGE plpgsql SECURITY DEFINER
+    SET search_path = {schema}, pg_temp AS $$
     BEGIN
       UPDATE rule_store SET Changes = Changes + 1;
       RETURN NULL;
     END $$;
-  CREATE FUNCTION {schema}.refuse_other_version() RETURNS trigger LANGUAGE plpgsql
+  CREATE FUNCTION {schema}.refuse_truncation() RETURNS trigger LANGUAGE plpgsql
+    SET search_path = {schema}, pg_temp AS $$
+    BEGIN
+      RAISE EXCEPTION 'a truncation would not be recorded' USING ERRCODE = 'insufficient_privilege';
+    END $$;
+  CREATE FUNCTION {schema}.refuse_other_user() RETURNS trigger LANGUAGE plpgsql
     SET search_path = {schema}, pg_temp AS $$
     BEGIN
       IF NOT pg_has_role(current_user, (SELECT relowner FROM pg_class WHERE oid = TG_RELID), 'MEMBER') THEN
-        RAISE EXCEPTION 'only the owner of the store gives it a version' USING ERRCODE = 'insufficient_privilege';
+        RAISE EXCEPTION 'only the owner of the store writes this' USING ERRCODE = 'insufficient_privilege';
       END IF;
       RETURN NULL;
     END $$;
@@ -139,16 +149,23 @@ constexpr wchar_t create_tables[] =
     FOR EACH ROW EXECUTE FUNCTION {schema}.refuse_wrong_day();
   CREATE TRIGGER refuse_wrong_calendar BEFORE UPDATE ON {schema}.calendars
     FOR EACH ROW EXECUTE FUNCTION {schema}.refuse_wrong_calendar();
-  CREATE TRIGGER refuse_other_version BEFORE INSERT OR DELETE OR TRUNCATE OR UPDATE OF OnlyRow, Application, Version
-    ON {schema}.rule_store FOR EACH STATEMENT EXECUTE FUNCTION {schema}.refuse_other_version();
-  CREATE TRIGGER count_change AFTER INSERT OR UPDATE OR DELETE OR TRUNCATE ON {schema}.rules
+  CREATE TRIGGER refuse_other_user BEFORE INSERT OR UPDATE OR DELETE OR TRUNCATE
+    ON {schema}.rule_store FOR EACH STATEMENT EXECUTE FUNCTION {schema}.refuse_other_user();
+  -- Before, so that other programs too lock the store before a row of it.
+  CREATE TRIGGER count_change BEFORE INSERT OR UPDATE OR DELETE ON {schema}.rules
     FOR EACH STATEMENT EXECUTE FUNCTION {schema}.count_change();
-  CREATE TRIGGER count_change AFTER INSERT OR UPDATE OR DELETE OR TRUNCATE ON {schema}.symbol_source_settings
+  CREATE TRIGGER count_change BEFORE INSERT OR UPDATE OR DELETE ON {schema}.symbol_source_settings
     FOR EACH STATEMENT EXECUTE FUNCTION {schema}.count_change();
-  CREATE TRIGGER count_change AFTER INSERT OR UPDATE OR DELETE OR TRUNCATE ON {schema}.calendars
+  CREATE TRIGGER count_change BEFORE INSERT OR UPDATE OR DELETE ON {schema}.calendars
     FOR EACH STATEMENT EXECUTE FUNCTION {schema}.count_change();
-  CREATE TRIGGER count_change AFTER INSERT OR UPDATE OR DELETE OR TRUNCATE ON {schema}.closed_days
+  CREATE TRIGGER count_change BEFORE INSERT OR UPDATE OR DELETE ON {schema}.closed_days
     FOR EACH STATEMENT EXECUTE FUNCTION {schema}.count_change();
+  CREATE TRIGGER refuse_truncation BEFORE TRUNCATE ON {schema}.rules EXECUTE FUNCTION {schema}.refuse_truncation();
+  CREATE TRIGGER refuse_truncation BEFORE TRUNCATE ON {schema}.symbol_source_settings
+    EXECUTE FUNCTION {schema}.refuse_truncation();
+  CREATE TRIGGER refuse_truncation BEFORE TRUNCATE ON {schema}.calendars EXECUTE FUNCTION {schema}.refuse_truncation();
+  CREATE TRIGGER refuse_truncation BEFORE TRUNCATE ON {schema}.closed_days
+    EXECUTE FUNCTION {schema}.refuse_truncation();
 )sql";
 
 /// Version 5. The record of a change belongs to the change that its workbench named; other programs get one of their
@@ -181,15 +198,8 @@ constexpr wchar_t create_changes[] =
       END IF;
       RETURN NEW;
     END $$;
-  CREATE FUNCTION {schema}.refuse_other_history() RETURNS trigger LANGUAGE plpgsql
+  CREATE FUNCTION {schema}.present_change() RETURNS uuid LANGUAGE plpgsql SECURITY DEFINER
     SET search_path = {schema}, pg_temp AS $$
-    BEGIN
-      IF NOT pg_has_role(current_user, (SELECT relowner FROM pg_class WHERE oid = TG_RELID), 'MEMBER') THEN
-        RAISE EXCEPTION 'only the owner of the store rewrites its changes' USING ERRCODE = 'insufficient_privilege';
-      END IF;
-      RETURN NULL;
-    END $$;
-  CREATE FUNCTION {schema}.present_change() RETURNS uuid LANGUAGE plpgsql SET search_path = {schema}, pg_temp AS $$
     DECLARE
       change uuid := NULLIF(current_setting('rule_store.change', true), '');
     BEGIN
@@ -201,7 +211,8 @@ constexpr wchar_t create_changes[] =
       END IF;
       RETURN change;
     END $$;
-  CREATE FUNCTION {schema}.record_change() RETURNS trigger LANGUAGE plpgsql SET search_path = {schema}, pg_temp AS $$
+  CREATE FUNCTION {schema}.record_change() RETURNS trigger LANGUAGE plpgsql SECURITY DEFINER
+    SET search_path = {schema}, pg_temp AS $$
     DECLARE
       old_row jsonb := to_jsonb(OLD);
       new_row jsonb := to_jsonb(NEW);
@@ -210,7 +221,7 @@ constexpr wchar_t create_changes[] =
         VALUES (present_change(), TG_TABLE_NAME, COALESCE(new_row, old_row) ->> TG_ARGV[0], old_row, new_row);
       RETURN NULL;
     END $$;
-  CREATE FUNCTION {schema}.record_closed_days() RETURNS trigger LANGUAGE plpgsql
+  CREATE FUNCTION {schema}.record_closed_days() RETURNS trigger LANGUAGE plpgsql SECURITY DEFINER
     SET search_path = {schema}, pg_temp AS $$
     BEGIN
       INSERT INTO changed_rows (ChangeID, TableName, RowKey, OldRow, NewRow)
@@ -223,12 +234,10 @@ constexpr wchar_t create_changes[] =
 
   CREATE TRIGGER sign_change BEFORE INSERT ON {schema}.changes
     FOR EACH ROW EXECUTE FUNCTION {schema}.sign_change();
-  CREATE TRIGGER refuse_other_history BEFORE UPDATE OR DELETE OR TRUNCATE ON {schema}.changes
-    FOR EACH STATEMENT EXECUTE FUNCTION {schema}.refuse_other_history();
-  CREATE TRIGGER refuse_other_history BEFORE UPDATE OR DELETE OR TRUNCATE ON {schema}.changed_rows
-    FOR EACH STATEMENT EXECUTE FUNCTION {schema}.refuse_other_history();
-  CREATE TRIGGER refuse_other_record BEFORE INSERT ON {schema}.changed_rows
-    FOR EACH STATEMENT WHEN (pg_trigger_depth() = 0) EXECUTE FUNCTION {schema}.refuse_other_history();
+  CREATE TRIGGER refuse_other_user BEFORE UPDATE OR DELETE OR TRUNCATE ON {schema}.changes
+    FOR EACH STATEMENT EXECUTE FUNCTION {schema}.refuse_other_user();
+  CREATE TRIGGER refuse_other_user BEFORE INSERT OR UPDATE OR DELETE OR TRUNCATE ON {schema}.changed_rows
+    FOR EACH STATEMENT EXECUTE FUNCTION {schema}.refuse_other_user();
   CREATE TRIGGER record_change AFTER INSERT OR UPDATE OR DELETE ON {schema}.rules
     FOR EACH ROW EXECUTE FUNCTION {schema}.record_change('ruleid');
   CREATE TRIGGER record_change AFTER INSERT OR UPDATE OR DELETE ON {schema}.symbol_source_settings
@@ -243,6 +252,9 @@ constexpr wchar_t create_changes[] =
     FOR EACH STATEMENT EXECUTE FUNCTION {schema}.record_closed_days('old');
   CREATE TRIGGER record_days_now AFTER UPDATE ON {schema}.closed_days REFERENCING NEW TABLE AS given
     FOR EACH STATEMENT EXECUTE FUNCTION {schema}.record_closed_days('new');
+  -- With the rights of the owner, these would record and count what happens to a table of another user's own.
+  REVOKE EXECUTE ON FUNCTION {schema}.count_change(), {schema}.present_change(), {schema}.record_change(),
+    {schema}.record_closed_days() FROM PUBLIC;
 )sql";
 
 // The columns, and a batch as a table of them.

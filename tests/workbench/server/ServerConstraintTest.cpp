@@ -1,3 +1,5 @@
+#include <thread>
+
 #include "OdbcError.h"
 #include "ServerTest.h"
 
@@ -25,6 +27,17 @@ class ServerConstraint : public ServerTest {
     }
   }
 
+  /// Whether another session waits for a lock of `other_`'s, within ten seconds.
+  bool is_waited_for() const {
+    for (const ULONGLONG end = GetTickCount64() + 10'000; GetTickCount64() < end; Sleep(50)) {
+      odbc::OdbcStatement waits = other_->prepare(
+          L"SELECT count(*) FROM pg_locks WHERE NOT granted AND pg_backend_pid() = ANY (pg_blocking_pids(pid))");
+      waits.execute();
+      if (waits.fetch() && waits.integer(0) > 0) return true;
+    }
+    return false;
+  }
+
   std::shared_ptr<RuleStore> store_;
   std::optional<odbc::OdbcConnection> other_;
 };
@@ -46,6 +59,10 @@ TEST_F(ServerConstraint, ValuesOutsideTheirRangesAreRefused) {
   EXPECT_EQ(schema_->refused(setting + L"SettingName = ''"), "23514");
   EXPECT_EQ(schema_->refused(setting + L"RuleName = ''"), "");
   EXPECT_EQ(schema_->refused(setting + L"RuleName = repeat('x', 256)"), "23514");
+  for (const wchar_t* name : {L"a/b", L"a\\", L"days.CSV"})
+    EXPECT_EQ(schema_->refused(setting + L"CalendarName = '" + name + L'\''), "23514") << testing::PrintToString(name);
+  EXPECT_EQ(schema_->refused(setting + L"CalendarName = 'none'"), "");
+  EXPECT_EQ(schema_->refused(setting + L"CalendarName = ''"), "");
   EXPECT_EQ(schema_->refused(L"UPDATE calendars SET Weekend = 127"), "23514");
   EXPECT_EQ(schema_->refused(L"UPDATE calendars SET LastDay = FirstDay - 1"), "23514");
   EXPECT_EQ(schema_->refused(L"UPDATE calendars SET FirstDay = '1899-12-31'"), "23514");
@@ -109,6 +126,44 @@ TEST_F(ServerConstraint, UsedRuleIsNotDeletedAndSettingsFollowANewName) {
   const std::vector<StoredSetting> after = store_->load_settings();
   EXPECT_EQ(after[0], (StoredSetting{before[0].number, 2, {L"copper", L"renamed"}}));
   EXPECT_EQ(after[1], before[1]);
+}
+
+TEST_F(ServerConstraint, NoProgramTruncatesWhatIsRecorded) {
+  for (const wchar_t* table : {L"rules", L"symbol_source_settings", L"calendars CASCADE", L"closed_days"})
+    EXPECT_EQ(schema_->refused(L"TRUNCATE " + std::wstring(table)), "42501") << testing::PrintToString(table);
+}
+
+TEST_F(ServerConstraint, EveryFunctionHasItsOwnSearchPath) {
+  const std::wstring functions =
+      L"FROM pg_proc WHERE pronamespace = CAST(current_schema() AS regnamespace) AND array_to_string(proconfig, ';') ";
+  EXPECT_NE(schema_->text(L"SELECT count(*) " + functions + L"LIKE 'search_path=%, pg_temp'"), L"0");
+  EXPECT_EQ(
+      schema_->text(L"SELECT string_agg(proname, ' ') " + functions + L"LIKE 'search_path=%, pg_temp' IS NOT TRUE"),
+      L"");
+}
+
+TEST_F(ServerConstraint, OtherProgramsLockTheStoreBeforeARow) {
+  odbc::OdbcTransaction store(*other_);
+  other_->execute(L"SELECT Changes FROM rule_store FOR UPDATE");
+  std::string refused = "not ended";
+  std::jthread program([&] { refused = schema_->refused(L"UPDATE rules SET RollOffset = 4 WHERE RuleID = 1"); });
+  EXPECT_TRUE(is_waited_for());
+  // A program that held the row would now be a deadlock.
+  EXPECT_NO_THROW(other_->execute(L"UPDATE rules SET RollOffset = 3 WHERE RuleID = 1"));
+  store.commit();
+  program.join();
+  EXPECT_EQ(refused, "");
+}
+
+TEST_F(ServerConstraint, RuleIsNotDeletedWhileAnotherProgramNamesIt) {
+  odbc::OdbcTransaction naming(*other_);
+  other_->execute(L"INSERT INTO symbol_source_settings (SettingName, RuleName) VALUES ('new', 'second')");
+  std::string refused;
+  std::jthread program([&] { refused = schema_->refused(L"DELETE FROM rules WHERE RuleName = 'second'"); });
+  EXPECT_TRUE(is_waited_for());
+  naming.commit();
+  program.join();
+  EXPECT_EQ(refused, "23503");
 }
 
 TEST_F(ServerConstraint, ChangeByAnotherProgramIsNotOverwritten) {

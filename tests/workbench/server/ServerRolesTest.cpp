@@ -59,11 +59,12 @@ TEST_F(ServerRoles, EditorChangesEverythingButTheTables) {
   EXPECT_EQ(settings_of(*store), sample_content().settings);
   const odbc::OdbcConnection editor = connect(TestSchema::options_as(user(L"editor")));
   for (const wchar_t* sql :
-       {L"UPDATE rule_store SET Version = 3", L"DELETE FROM rule_store", L"TRUNCATE rules",
-        L"INSERT INTO rule_store (Application, Version) VALUES (1, 1)", L"DROP TABLE rules",
+       {L"UPDATE rule_store SET Version = 3", L"UPDATE rule_store SET Changes = 0", L"DELETE FROM rule_store",
+        L"TRUNCATE rules", L"INSERT INTO rule_store (Application, Version) VALUES (1, 1)", L"DROP TABLE rules",
         L"CREATE TABLE more (x integer)", L"UPDATE changes SET UserName = 'x'", L"DELETE FROM changed_rows",
         L"TRUNCATE changes CASCADE",
-        L"INSERT INTO changed_rows (ChangeID, TableName, RowKey) VALUES (gen_random_uuid(), '', '')"}) {
+        L"INSERT INTO changed_rows (ChangeID, TableName, RowKey) VALUES (gen_random_uuid(), '', '')",
+        L"SELECT present_change()"}) {
     try {
       editor.execute(sql);
       ADD_FAILURE() << testing::PrintToString(sql);
@@ -95,13 +96,35 @@ TEST_F(ServerRoles, EditorChangesUnderTheirOwnNameOnly) {
   EXPECT_EQ(changes.back().new_rule->roll_offset, 8);
 }
 
+TEST_F(ServerRoles, EditorForgesNoRecordThroughATriggerOfTheirOwn) {
+  open_as(L"owner")->update_rule(1, sample_rule(L"by the owner"));
+  const odbc::OdbcConnection editor = connect(TestSchema::options_as(user(L"editor")));
+  const auto refused = [&](const wchar_t* sql) -> std::string {
+    try {
+      editor.execute(sql);
+      return {};
+    } catch (const odbc::OdbcError& error) {
+      return error.state();
+    }
+  };
+  editor.execute(
+      L"CREATE TEMP TABLE rules (RuleID integer); CREATE FUNCTION pg_temp.forge() RETURNS trigger LANGUAGE plpgsql AS "
+      L"$$ BEGIN INSERT INTO rules.changed_rows (ChangeID, TableName, RowKey, NewRow) SELECT ChangeID, 'rules', '1', "
+      L"'{}' FROM rules.changes LIMIT 1; RETURN NEW; END $$; CREATE TRIGGER forge AFTER INSERT ON pg_temp.rules "
+      L"FOR EACH ROW EXECUTE FUNCTION pg_temp.forge()");
+  EXPECT_EQ(refused(L"INSERT INTO pg_temp.rules VALUES (1)"), "42501");
+  for (const wchar_t* function : {L"record_change('ruleid')", L"record_closed_days('new')", L"count_change()"}) {
+    const std::wstring sql = L"CREATE TRIGGER forge AFTER INSERT ON pg_temp.rules FOR EACH ROW EXECUTE FUNCTION rules.";
+    EXPECT_EQ(refused((sql + function).c_str()), "42501") << testing::PrintToString(function);
+  }
+}
+
 TEST_F(ServerRoles, OnlyTheOwnerBringsAnOldStoreToThePresentVersion) {
   open_as(L"owner");
   const odbc::OdbcConnection owner = connect(TestSchema::options_as(user(L"owner")));
   owner.execute(
-      L"SET ROLE rule_owner; DROP TABLE changed_rows, changes CASCADE; DROP FUNCTION sign_change, "
-      L"refuse_other_history, "
-      L"present_change, record_change, record_closed_days CASCADE; UPDATE rule_store SET Version = 4");
+      L"SET ROLE rule_owner; DROP TABLE changed_rows, changes CASCADE; DROP FUNCTION sign_change, present_change, "
+      L"record_change, record_closed_days CASCADE; UPDATE rule_store SET Version = 4");
   EXPECT_EQ(refusal_kind([&] { open_as(L"reader"); }), Kind::read_only);
   EXPECT_EQ(refusal_kind([&] { open_as(L"editor"); }), Kind::read_only);
   EXPECT_EQ(open_as(L"owner")->load_rules().size(), 2u);

@@ -49,7 +49,7 @@ TEST_F(ServerRuleStore, ChangeOfAnotherWorkbenchIsSeenThoughAnOwnOneFollowed) {
 TEST_F(ServerRuleStore, ChangeByAnotherProgramIsSeen) {
   const auto store = schema_->open({.first_content = sample_content()});
   for (const wchar_t* sql : {L"UPDATE rules SET RollOffset = 1", L"DELETE FROM symbol_source_settings",
-                             L"UPDATE calendars SET Title = 'x'", L"TRUNCATE closed_days"}) {
+                             L"UPDATE calendars SET Title = 'x'", L"DELETE FROM closed_days"}) {
     schema_->run(sql);
     EXPECT_TRUE(store->poll_for_changes()) << testing::PrintToString(sql);
     EXPECT_FALSE(store->poll_for_changes());

@@ -85,7 +85,7 @@ TEST_F(ServerSchema, OlderVersionIsBroughtToThePresentOnce) {
   schema_->open({.first_content = sample_content()});
   const std::wstring present = tables();
   schema_->run(
-      L"DROP TABLE changed_rows, changes CASCADE; DROP FUNCTION sign_change, refuse_other_history, present_change, "
+      L"DROP TABLE changed_rows, changes CASCADE; DROP FUNCTION sign_change, present_change, "
       L"record_change, record_closed_days CASCADE; UPDATE rule_store SET Version = 4");
   std::vector<std::jthread> workbenches;
   for (int i = 0; i < 4; ++i)
