@@ -1,11 +1,13 @@
 #include <windows.h>
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <cstdlib>
+#include <string>
 
 #include "OnScreen.h"
 
-const char test_support::tests_on_screen[] = "Misbehaving.DISABLED_OpensADialog";
+const char test_support::tests_on_screen[] = "Misbehaving.DISABLED_OpensADialog;Desktop.OfATestOnTheScreenIsNotItsOwn";
 
 // Each of these must be caught by the test frame; they only run when the frame's own tests ask for them.
 namespace {
@@ -44,5 +46,21 @@ TEST(Misbehaving, DISABLED_WritesToAFreeBlock) {
 // NOLINTEND(cppcoreguidelines-no-malloc)
 
 TEST(Misbehaving, PassesToo) {}
+
+// The supervisor's own tests read which process runs each of these.
+TEST(Process, OfOneTest) { std::printf("process %lu\n", GetCurrentProcessId()); }
+
+TEST(Process, OfAnotherTest) { std::printf("process %lu\n", GetCurrentProcessId()); }
+
+/// Whether the thread's desktop is the one that this process has created for itself.
+bool is_on_own_desktop() {
+  wchar_t name[100] = L"";
+  EXPECT_TRUE(GetUserObjectInformationW(GetThreadDesktop(GetCurrentThreadId()), UOI_NAME, name, sizeof(name), nullptr));
+  return name == L"tests-" + std::to_wstring(GetCurrentProcessId());
+}
+
+TEST(Desktop, OfATestIsItsOwn) { EXPECT_TRUE(is_on_own_desktop()); }
+
+TEST(Desktop, OfATestOnTheScreenIsNotItsOwn) { EXPECT_FALSE(is_on_own_desktop()); }
 
 }  // namespace

@@ -73,3 +73,51 @@ expect() { grep -qE -- "$1" <<<"$output" || { echo "no line '$1' in:"; echo "$ou
   misbehave NoSuchTest
   expect '^0 passed, 0 failed$'
 }
+
+# pass FILTER: runs the tests that the filter of the framework selects, which all pass.
+pass() {
+  run -0 "$tools/session" --virtual "$tools/wine-run" "$ZD_PROGRAMS/misbehaving_tests.exe" "--gtest_filter=$1"
+  output=${output//$'\r'/}
+}
+
+@test "tests run on a desktop of their own, except those that need the screen" {
+  pass 'Desktop.*'
+  expect '^2 passed, 0 failed$'
+}
+
+@test "one part of a program are the tests that need the screen, the other one are the others" {
+  ZD_TEST_PART=screen pass 'Desktop.*'
+  expect 'OK . Desktop.OfATestOnTheScreenIsNotItsOwn'
+  expect '^1 passed, 0 failed$'
+  ZD_TEST_PART=offscreen pass 'Desktop.*'
+  expect 'OK . Desktop.OfATestIsItsOwn'
+  expect '^1 passed, 0 failed$'
+}
+
+# processes: how many processes have run the two tests that print theirs.
+processes() { grep '^process [0-9]' <<<"$output" | sort -u | wc -l; }
+
+@test "tests share a process, unless each is to run alone" {
+  pass 'Process.*'
+  [ "$(processes)" = 1 ]
+  ZD_TEST_ALONE=1 pass 'Process.*'
+  [ "$(processes)" = 2 ]
+  expect '^2 passed, 0 failed$'
+}
+
+# order: the tests in the order in which they ran.
+order() { sed -n 's/^\[ RUN  *\] //p' <<<"$output"; }
+
+@test "a shuffled run has another order, which its seed repeats" {
+  local filter='Misbehaving.Passes*:Process.*:Desktop.OfATestIsItsOwn' declared shuffled
+  pass "$filter"
+  declared=$(order)
+  GTEST_SHUFFLE=1 GTEST_RANDOM_SEED=7 pass "$filter"
+  expect '^GTEST_SHUFFLE=1 GTEST_RANDOM_SEED=7$'
+  expect '^5 passed, 0 failed$'
+  shuffled=$(order)
+  [ "$shuffled" != "$declared" ]
+  [ "$(sort <<<"$shuffled")" = "$(sort <<<"$declared")" ]
+  GTEST_SHUFFLE=1 GTEST_RANDOM_SEED=7 pass "$filter"
+  [ "$(order)" = "$shuffled" ]
+}

@@ -59,7 +59,8 @@ int main(int argc, char** argv) {
   testing::InitGoogleMock(&argc, argv);
   if (const auto assignment = test_support::take_assignment()) {
     if (!assignment->on_screen && !test_support::move_to_own_desktop()) {
-      std::fprintf(stderr, "the windows appear on the screen, error %lu\n", GetLastError());
+      std::fprintf(stderr, "the test program gets no desktop of its own, error %lu\n", GetLastError());
+      return EXIT_FAILURE;
     }
     test_support::select_assigned_tests(*assignment);
     return run_tests(new test_support::ResultWriter(assignment->results));
