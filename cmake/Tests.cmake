@@ -74,10 +74,12 @@ function(zd_add_test name)
     zd_add_run(${name}.screen ${target} ON ${screen})
     zd_add_deep_runs(${name}.screen ${target} ON ${screen})
   endif()
+  set(depth)
   if(TEST_SERVER)
     set_property(TEST ${name} APPEND PROPERTY LABELS deep)
+    set(depth DEEP)
   endif()
-  zd_name_tests(${name} ${target})
+  zd_name_tests(${name} ${depth} ${target})
 endfunction()
 
 # One start of a test program by CTest. Those that may run beside others alternate between the two sessions of ./test.
@@ -109,12 +111,18 @@ function(zd_add_deep_runs name target alone)
   set_property(TEST ${name}.alone ${name}.shuffled APPEND PROPERTY LABELS deep)
 endfunction()
 
-# zd_name_tests(name TARGETS...): `./test name` builds the targets and runs the tests name and name.*; so does the name of
-# the folder. The build keeps the list in a file, one line a name: name, folder, targets.
+# zd_name_tests(name [DEEP] TARGETS...): `./test name` builds the targets and runs the tests name and name.*; so does the
+# name of the folder. DEEP says that all of them belong to the deep run. The build keeps the list in a file, one line a
+# name: name, folder, quick or deep, targets.
 function(zd_name_tests name)
+  cmake_parse_arguments(NAMED DEEP "" "" ${ARGN})
+  set(depth quick)
+  if(NAMED_DEEP)
+    set(depth deep)
+  endif()
   cmake_path(RELATIVE_PATH CMAKE_CURRENT_SOURCE_DIR BASE_DIRECTORY ${PROJECT_SOURCE_DIR}/tests OUTPUT_VARIABLE folder)
-  list(JOIN ARGN " " targets)
-  set_property(GLOBAL APPEND PROPERTY ZD_TEST_NAMES "${name} ${folder} ${targets}")
+  list(JOIN NAMED_UNPARSED_ARGUMENTS " " targets)
+  set_property(GLOBAL APPEND PROPERTY ZD_TEST_NAMES "${name} ${folder} ${depth} ${targets}")
 endfunction()
 
 function(zd_write_test_names)

@@ -257,8 +257,9 @@ chosen() {
   stubs 0
   program "$tree/tools/summarise-tests" ''
   mkdir -p "$tree/build/release"
-  printf '%s\n' 'list list list_tests' 'list_scale list list_scale_tests' 'editor src editor_tests' \
-    'gates gates zdExpirationRules generated' >"$tree/build/release/test-names"
+  printf '%s\n' 'list list quick list_tests' 'list_scale list quick list_scale_tests' \
+    'list_server list deep list_server_tests' 'editor src quick editor_tests' 'native native deep native_tests' \
+    'gates gates quick zdExpirationRules generated' >"$tree/build/release/test-names"
   run -0 ./test list
   expect '^prepare <quick>$'
   expect '^cmake .*<--target> <list_tests> <list_scale_tests>$'
@@ -268,6 +269,10 @@ chosen() {
   expect '^prepare <deep>$'
   expect '^cmake .*<--target> <editor_tests>$'
   [[ $output != *label-exclude* ]]
+  run -0 ./test --deep list
+  expect '^cmake <--build> <[^ ]*> <--target> <list_tests> <list_scale_tests> <list_server_tests>$'
+  run -0 ./test --deep native
+  expect '^cmake <--build> <[^ ]*> <--target> <native_tests>$'
   run -0 ./test gates
   expect '^cmake <--build> <[^ ]*> <--target> <zdExpirationRules> <generated>$'
   run -0 ./test
@@ -278,6 +283,12 @@ chosen() {
   run -2 ./test nothing
   expect '^test: there is no nothing; there are:$'
   [[ $output != *cmake* ]]
+  local name
+  for name in native list_server; do
+    run -2 ./test $name
+    expect "^test: $name belongs to the deep run: ./test --deep $name\$"
+    [[ $output != *building* ]]
+  done
 }
 
 # --- the end of a test run ---
@@ -349,8 +360,10 @@ start() {
 # --- test ---
 
 @test "the page for developers lists every program that ./test takes" {
-  local name
+  local name rows
+  # shellcheck disable=SC2016 # Markdown
+  rows=$(sed -n '/^| folder below `tests\/` | programs |/,/^$/p' "$project/docs/developing.md" | cut -d '|' -f 2,3)
   while read -r name _; do
-    grep -qF "\`$name\`" "$project/docs/developing.md" || { echo "$name is missing"; return 1; }
+    grep -qF "\`$name\`" <<<"$rows" || { echo "$name is missing"; return 1; }
   done <"$ZD_PROGRAMS/../test-names"
 }
