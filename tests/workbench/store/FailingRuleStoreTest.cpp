@@ -1,6 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <vector>
+
 #include "FailingRuleStore.h"
+#include "FaultLoop.h"
 #include "MemoryRuleStore.h"
 #include "StoreSamples.h"
 
@@ -8,37 +12,48 @@ using namespace workbench;
 
 namespace {
 
-void use_every_call(RuleStore& store) {
-  store.replace_content(sample_content());
-  const long number = store.add_rule(sample_rule(L"third")).number;
-  store.update_rule(number, sample_rule(L"fourth"));
-  store.try_load_rule(number);
-  store.load_rules();
-  store.load_changes(number);
-  store.load_settings();
-  store.delete_rule(number);
-  const long setting = store.add_setting(sample_setting(L"new", L"")).number;
-  store.update_setting(setting, sample_setting(L"old", L""));
-  store.delete_setting(setting);
-  store.replace_calendars({sample_calendar("other")});
-  store.load_calendars();
-  store.import_records({{sample_rule(L"imported")}});
-  store.replace_settings({});
-  store.poll_for_changes();
+/// Uses each function of a store. Each function calls the store once.
+std::vector<std::function<void(RuleStore&)>> every_call() {
+  const auto number = std::make_shared<long>(0);
+  return {
+      [](RuleStore& store) { store.replace_content(sample_content()); },
+      [=](RuleStore& store) { *number = store.add_rule(sample_rule(L"third")).number; },
+      [=](RuleStore& store) { store.update_rule(*number, sample_rule(L"fourth")); },
+      [=](RuleStore& store) { store.try_load_rule(*number); },
+      [](RuleStore& store) { store.load_rules(); },
+      [=](RuleStore& store) { store.load_changes(*number); },
+      [](RuleStore& store) { store.load_settings(); },
+      [=](RuleStore& store) { store.delete_rule(*number); },
+      [=](RuleStore& store) { *number = store.add_setting(sample_setting(L"new", L"")).number; },
+      [=](RuleStore& store) { store.update_setting(*number, sample_setting(L"old", L"")); },
+      [=](RuleStore& store) { store.delete_setting(*number); },
+      [](RuleStore& store) { store.replace_calendars({sample_calendar("other")}); },
+      [](RuleStore& store) { store.load_calendars(); },
+      [](RuleStore& store) { store.import_records({{sample_rule(L"imported")}}); },
+      [](RuleStore& store) { store.replace_settings({}); },
+      [](RuleStore& store) { store.poll_for_changes(); },
+  };
 }
 
 TEST(FailingRuleStore, ExactlyTheNthCallFailsAndChangesNothing) {
-  for (int failing = 1; failing <= 16; ++failing) {
+  const auto every = every_call();
+  const std::size_t failed = test_support::fail_each_call([&](std::size_t number) -> std::optional<std::string> {
     auto inner = std::make_shared<MemoryRuleStore>();
-    FailingRuleStore store(inner, failing, StoreErrorKind::full);
-    EXPECT_EQ(refusal_kind([&] { use_every_call(store); }), StoreErrorKind::full) << failing;
-    EXPECT_EQ(store.calls(), failing);
+    FailingRuleStore store(inner, static_cast<int>(number), StoreErrorKind::full);
+    const auto refusal = refusal_kind([&] {
+      for (const auto& call : every) call(store);
+    });
+    if (!refusal) {
+      EXPECT_EQ(store.calls(), static_cast<int>(every.size()));
+      return std::nullopt;
+    }
+    EXPECT_EQ(refusal, StoreErrorKind::full);
+    EXPECT_EQ(store.calls(), static_cast<int>(number));
     const StoreSnapshot before = snapshot_of(*inner);
     EXPECT_EQ(snapshot_of(store), before);
-  }
-  FailingRuleStore unharmed(std::make_shared<MemoryRuleStore>(), 17);
-  EXPECT_EQ(refusal_kind([&] { use_every_call(unharmed); }), std::nullopt);
-  EXPECT_EQ(unharmed.calls(), 16);
+    return "a call of the store";
+  });
+  EXPECT_EQ(failed, every.size());
 }
 
 TEST(FailingRuleStore, ChangesOfTheInnerStoreAreTold) {
