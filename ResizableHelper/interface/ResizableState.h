@@ -5,6 +5,8 @@
 #include <optional>
 #include <string>
 
+#include "ScopedFlag.h"
+
 namespace resizable {
 
 /// Where a dialog's placement is kept in the registry: the value `value_name` of the key `path`\`subkey` under `root`.
@@ -52,7 +54,7 @@ class CResizableState {
   /// else FALSE. Throws `std::bad_alloc`.
   BOOL RestorePlacement(HKEY root, LPCWSTR path, LPCWSTR subkey, LPCWSTR valueName, BOOL /*bRectOnly*/) {
     key_ = resizable::placement_key(root, path, subkey, valueName);
-    const ScopedRestoring restoring(&restoring_);
+    const base::ScopedFlag restoring(restoring_);
     return resizable::restore_placement(static_cast<T*>(this)->m_hWnd, key_);
   }
 
@@ -80,17 +82,6 @@ class CResizableState {
   ~CResizableState() = default;
 
  private:
-  class ScopedRestoring {
-   public:
-    explicit ScopedRestoring(bool* restoring) noexcept : restoring_(restoring) { *restoring_ = true; }
-    ~ScopedRestoring() { *restoring_ = false; }
-    ScopedRestoring(const ScopedRestoring&) = delete;
-    ScopedRestoring& operator=(const ScopedRestoring&) = delete;
-
-   private:
-    bool* restoring_;
-  };
-
   resizable::PlacementKey key_;
   bool restoring_ = false;
 };
