@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "Controls.h"
 #include "ModulePath.h"
 #include "Owned.h"
 #include "OwnedWindow.h"
@@ -111,12 +112,11 @@ class HiddenDialog {
 
 /// The width that a control's text takes, with the box of a check box.
 LONG needed_width(HWND control) {
-  wchar_t text[200] = L"";
-  GetWindowTextW(control, text, static_cast<int>(std::size(text)));
+  const std::wstring text = test_support::window_text(control);
   const base::MemoryDc dc(CreateCompatibleDC(nullptr));
   SelectObject(dc.get(), reinterpret_cast<HFONT>(SendMessageW(control, WM_GETFONT, 0, 0)));
   RECT needed{};
-  DrawTextW(dc.get(), text, -1, &needed, DT_CALCRECT | DT_SINGLELINE);
+  DrawTextW(dc.get(), text.c_str(), -1, &needed, DT_CALCRECT | DT_SINGLELINE);
   const bool check_box = SendMessageW(control, WM_GETDLGCODE, 0, 0) == DLGC_BUTTON;
   return needed.right + (check_box ? GetSystemMetrics(SM_CXMENUCHECK) : 0);
 }

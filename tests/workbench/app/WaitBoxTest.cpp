@@ -1,7 +1,9 @@
 #include <thread>
 
 #include "ApplicationTest.h"
+#include "Controls.h"
 #include "WaitBox.h"
+#include "WithinSeconds.h"
 #include "resource.h"
 
 namespace workbench {
@@ -22,16 +24,9 @@ class WaitBoxTest : public ApplicationTest {
 
   /// The box, once it is shown; null if it does not come.
   static HWND find_box() {
-    for (int left = 500; left > 0; --left, Sleep(10)) {
-      if (HWND box = shown_wait_box()) return box;
-    }
-    return nullptr;
-  }
-
-  static std::wstring text_of(HWND control) {
-    wchar_t value[300] = L"";
-    SendMessageW(control, WM_GETTEXT, std::size(value), reinterpret_cast<LPARAM>(value));
-    return value;
+    HWND box = nullptr;
+    test_support::within_seconds(5, [&] { return (box = shown_wait_box()) != nullptr; });
+    return box;
   }
 
   /// Counts the messages that reach a window.
@@ -67,7 +62,7 @@ TEST_F(WaitBoxTest, UserReadsWhatIsWaitedForAndGivesUp) {
   std::wstring said;
   std::jthread user([&] {
     HWND box = find_box();
-    said = text_of(GetDlgItem(box, IDC_WAIT_MESSAGE));
+    said = test_support::item_text(box, IDC_WAIT_MESSAGE);
     PostMessageW(box, WM_COMMAND, IDCANCEL, 0);
   });
   {

@@ -9,6 +9,7 @@
 #include "OdbcError.h"
 #include "TemporaryFolder.h"
 #include "TestServer.h"
+#include "WithinSeconds.h"
 
 using namespace workbench::odbc;
 
@@ -131,7 +132,7 @@ class ScopedEncryption {
       show.execute();
       return show.fetch() ? show.text(0) : L"";
     };
-    for (int left = 100; left > 0 && present() != state; --left) Sleep(20);
+    test_support::within_seconds(2, [&] { return present() == state; });
     EXPECT_EQ(present(), state);
   }
 

@@ -1,13 +1,13 @@
-#include <functional>
-
 #include "CuttingProxy.h"
 #include "ServerChanges.h"
 #include "ServerTest.h"
 #include "StoreThread.h"
+#include "WithinSeconds.h"
 
 using namespace workbench;
 using Cut = CuttingProxy::Cut;
 using Kind = StoreErrorKind;
+using test_support::within_seconds;
 
 namespace {
 
@@ -22,12 +22,6 @@ class CutConnection : public ServerTest {
     options.set(L"Port", std::to_wstring(proxy_->port()));
     control_ = schema_->open({.first_content = sample_content()});
     store_ = open_server_store(options, {.time_limit = std::chrono::seconds(6)});
-  }
-
-  static bool within_seconds(int seconds, const std::function<bool()>& holds) {
-    for (int left = seconds * 20; left > 0; --left, Sleep(50))
-      if (holds()) return true;
-    return false;
   }
 
   static bool nothing_is_abandoned() {
@@ -187,10 +181,8 @@ TEST_F(CutConnection, ChangeOfAnotherWorkbenchIsSeenWithinTwoSeconds) {
   const auto mine = schema_->open({.poll_interval = std::chrono::milliseconds(500)});
   EXPECT_FALSE(mine->poll_for_changes());
   control_->add_rule(sample_rule(L"theirs"));
-  const ULONGLONG start = GetTickCount64();
-  // As the timer of the window looks.
-  while (!mine->poll_for_changes() && GetTickCount64() - start < 10'000) Sleep(1000);
-  EXPECT_LE(GetTickCount64() - start, 2'000u);
+  // The window looks once a second, so that the store must know of the change within one.
+  EXPECT_TRUE(within_seconds(1, [&] { return mine->poll_for_changes(); }));
 }
 
 }  // namespace
