@@ -7,6 +7,7 @@
 
 #include "ExpectedReports.h"
 #include "ModulePath.h"
+#include "Owned.h"
 #include "ResourceMgr.h"
 #include "TemporaryFolder.h"
 #include "string_t.h"
@@ -88,12 +89,11 @@ TEST(ModuleStrings, AreOfAnyLength) {
 }
 
 TEST(ModuleStrings, ComeFromAnotherModuleByItsHandle) {
-  HMODULE shared = LoadLibraryW(L"zdCommonRes.DLL");
-  ASSERT_NE(nullptr, shared);
-  EXPECT_FALSE(resourse_2_string_impl(4028, shared).empty());
-  EXPECT_EQ(L"", resourse_2_string_impl(100, shared));
+  const base::LoadedModule shared(LoadLibraryW(L"zdCommonRes.DLL"));
+  ASSERT_TRUE(shared);
+  EXPECT_FALSE(resourse_2_string_impl(4028, shared.get()).empty());
+  EXPECT_EQ(L"", resourse_2_string_impl(100, shared.get()));
   EXPECT_THAT(take_reports_without_lines(), ElementsAre(missing_string));
-  FreeLibrary(shared);
 }
 
 TEST(SharedModule, ThatIsMissingIsAssertedAtEveryUse) {

@@ -4,6 +4,7 @@
 #include <thread>
 
 #include "ImportProbe.h"
+#include "Owned.h"
 #include "RecorderTest.h"
 #include "Report.h"
 #include "SnagtrapClient.h"
@@ -26,10 +27,9 @@ std::wstring event_name() {
 /// open after a test has closed it, so the next test finds it in that state.
 class GlobalEvent : public RecorderTest {
  protected:
-  explicit GlobalEvent() : event(CreateEventW(nullptr, TRUE, FALSE, event_name().c_str())) { ResetEvent(event); }
-  ~GlobalEvent() override { CloseHandle(event); }
+  GlobalEvent() { ResetEvent(event.get()); }
 
-  HANDLE event;
+  base::KernelHandle event{CreateEventW(nullptr, TRUE, FALSE, event_name().c_str())};
 };
 
 TEST_F(GlobalEvent, HoldsEveryAccessBackUntilItIsSet) {
@@ -42,19 +42,19 @@ TEST_F(GlobalEvent, HoldsEveryAccessBackUntilItIsSet) {
   });
   Sleep(time_to_be_wrong_ms);
   is_set = true;
-  SetEvent(event);
+  SetEvent(event.get());
   reporter.join();
   EXPECT_TRUE(came_back_after);
 }
 
 TEST_F(GlobalEvent, ThatIsSetBlocksNoThread) {
-  SetEvent(event);
+  SetEvent(event.get());
   EXPECT_FALSE(expect(false, L"x", location));
   EXPECT_EQ(recorder.commands(L"PROCESS").size(), 1u);
 }
 
 TEST_F(GlobalEvent, IsClosedAfterEachAccess) {
-  SetEvent(event);
+  SetEvent(event.get());
   HANDLE opened = nullptr;
   OpenEventProbe probe;
   probe.replace([&](DWORD access, BOOL inherit, LPCWSTR name) {

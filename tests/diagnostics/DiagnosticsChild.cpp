@@ -13,6 +13,7 @@
 
 #include "DialogDriver.h"
 #include "ImportProbe.h"
+#include "Owned.h"
 #include "Recorder.h"
 #include "RegistrySandbox.h"
 #include "Report.h"
@@ -174,17 +175,16 @@ int report_without_client() {
 int first_reports_of_many_threads() {
   constexpr std::size_t thread_count = 8;
   Recorder recorder(argument(2));
-  const HANDLE start = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+  const base::KernelHandle start(CreateEventW(nullptr, TRUE, FALSE, nullptr));
   std::vector<std::thread> threads;
   for (std::size_t i = 0; i < thread_count; ++i) {
     threads.emplace_back([&] {
-      WaitForSingleObject(start, INFINITE);
+      WaitForSingleObject(start.get(), INFINITE);
       expect(false, L"x", location);
     });
   }
-  SetEvent(start);
+  SetEvent(start.get());
   for (std::thread& thread : threads) thread.join();
-  CloseHandle(start);
 
   say("ST_InitObject", std::to_wstring(recorder.commands(L"ST_InitObject").size()));
   say("INIT", std::to_wstring(recorder.commands(L"INIT").size()));

@@ -11,17 +11,17 @@ namespace {
 
 /// While it lives, `InitializeCriticalSectionAndSpinCount` fails for every caller in this process: its first
 /// instructions are others. A module's imports cannot be redirected before its entry point runs.
-class NoCriticalSections {
+class ScopedNoCriticalSections {
  public:
-  NoCriticalSections()
+  ScopedNoCriticalSections()
       : function_(reinterpret_cast<void*>(
             GetProcAddress(GetModuleHandleW(L"kernel32.dll"), "InitializeCriticalSectionAndSpinCount"))) {
     std::memcpy(original_.data(), function_, original_.size());
     write({0x31, 0xC0, 0xC3});  // xor eax, eax; ret
   }
-  ~NoCriticalSections() { write(original_); }
-  NoCriticalSections(const NoCriticalSections&) = delete;
-  NoCriticalSections& operator=(const NoCriticalSections&) = delete;
+  ~ScopedNoCriticalSections() { write(original_); }
+  ScopedNoCriticalSections(const ScopedNoCriticalSections&) = delete;
+  ScopedNoCriticalSections& operator=(const ScopedNoCriticalSections&) = delete;
 
  private:
   using Code = std::array<BYTE, 3>;
@@ -43,7 +43,7 @@ TEST(EntryPoint, RefusesTheProcessWhenTheModulesCriticalSectionCannotBeCreated) 
   HMODULE loaded = nullptr;
   DWORD error = ERROR_SUCCESS;
   {
-    const NoCriticalSections none;
+    const ScopedNoCriticalSections none;
     loaded = LoadLibraryW(copy.path().c_str());
     error = GetLastError();
   }

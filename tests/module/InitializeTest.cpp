@@ -6,6 +6,7 @@
 #include "ImportProbe.h"
 #include "LateBound.h"
 #include "ModuleTest.h"
+#include "Owned.h"
 #include "TextEncoding.h"
 
 namespace module_test {
@@ -21,9 +22,8 @@ constexpr char caught_command[] = "CREATE ERROR  | zdExpirationRulePlugin.cpp:10
 /// A text of the host's shared resource module.
 std::wstring shared_text(UINT id) {
   wchar_t text[256] = {};
-  HMODULE module = LoadLibraryW(L"zdCommonRes.DLL");
-  EXPECT_NE(0, LoadStringW(module, id, text, ARRAYSIZE(text)));
-  FreeLibrary(module);
+  const base::LoadedModule module(LoadLibraryW(L"zdCommonRes.DLL"));
+  EXPECT_NE(0, LoadStringW(module.get(), id, text, ARRAYSIZE(text)));
   return text;
 }
 

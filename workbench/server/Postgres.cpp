@@ -203,7 +203,7 @@ constexpr wchar_t create_changes[] =
     DECLARE
       change uuid := NULLIF(current_setting('rule_store.change', true), '');
     BEGIN
-      -- A name alone proves nothing: it may be that of somebody else's change.
+      -- A name alone proves nothing: it may be that of another user's change.
       IF NOT EXISTS (SELECT FROM changes WHERE ChangeID = change AND UserName = session_user AND ChangedAt = now()) THEN
         change := gen_random_uuid();
         INSERT INTO changes (ChangeID) VALUES (change);

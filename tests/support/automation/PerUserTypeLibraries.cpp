@@ -17,18 +17,18 @@ HRESULT failure = S_OK;
 std::optional<ProcAddressProbe> probe;
 
 /// While it lives, what is written below the classes root is written to the user's classes.
-class UsersClasses {
+class ScopedUserClasses {
  public:
-  UsersClasses() {
+  ScopedUserClasses() {
     // Opening a root under an empty name returns the key that it is redirected to.
     RegCreateKeyExW(HKEY_CLASSES_ROOT, L"", 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, before_.put(), nullptr);
     RegCreateKeyExW(HKEY_CURRENT_USER, L"Software\\Classes", 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, users_.put(),
                     nullptr);
     RegOverridePredefKey(HKEY_CLASSES_ROOT, users_.get());
   }
-  ~UsersClasses() { RegOverridePredefKey(HKEY_CLASSES_ROOT, before_.get()); }
-  UsersClasses(const UsersClasses&) = delete;
-  UsersClasses& operator=(const UsersClasses&) = delete;
+  ~ScopedUserClasses() { RegOverridePredefKey(HKEY_CLASSES_ROOT, before_.get()); }
+  ScopedUserClasses(const ScopedUserClasses&) = delete;
+  ScopedUserClasses& operator=(const ScopedUserClasses&) = delete;
 
  private:
   base::RegistryKey before_;
@@ -37,13 +37,13 @@ class UsersClasses {
 
 HRESULT STDMETHODCALLTYPE register_for_user(ITypeLib* library, LPOLESTR path, LPOLESTR help_folder) {
   if (FAILED(failure)) return failure;
-  const UsersClasses classes;
+  const ScopedUserClasses classes;
   return RegisterTypeLib(library, path, help_folder);
 }
 
 HRESULT STDMETHODCALLTYPE unregister_for_user(REFGUID id, WORD major, WORD minor, LCID locale, SYSKIND system) {
   if (FAILED(failure)) return failure;
-  const UsersClasses classes;
+  const ScopedUserClasses classes;
   return UnRegisterTypeLib(id, major, minor, locale, system);
 }
 

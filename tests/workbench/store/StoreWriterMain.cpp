@@ -6,6 +6,7 @@
 #include <string>
 
 #include "FirstContent.h"
+#include "Owned.h"
 #include "RawDatabase.h"
 #include "SqliteRuleStore.h"
 
@@ -41,9 +42,9 @@ bool count_once(RuleStore& store, long rule) try {
 }
 
 unsigned count_up(RuleStore& store, long rule, unsigned times) {
-  const HANDLE start = OpenEventW(SYNCHRONIZE, FALSE, L"zdExpirationRules.counting");
+  const base::KernelHandle start(OpenEventW(SYNCHRONIZE, FALSE, L"zdExpirationRules.counting"));
   acknowledge(0);
-  WaitForSingleObject(start, INFINITE);
+  WaitForSingleObject(start.get(), INFINITE);
   unsigned refused = 0;
   for (unsigned done = 0; done < times;) ++(count_once(store, rule) ? done : refused);
   return refused;
