@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "LibrarySearch.h"
 #include "ModulePath.h"
 #include "ProgressDialog.h"
 #include "RecentStores.h"
@@ -86,6 +87,8 @@ void Application::load_plugin(const std::filesystem::path& module) {
   const HRESULT initialized = initialize_plugin();
   if (FAILED(initialized)) {
     show_error(text(IDS_MODULE_NOT_INITIALIZED, {describe(initialized)}));
+  } else if (const std::wstring missing = missing_libraries(); !missing.empty()) {
+    window_.show_message(text(IDS_LIBRARIES_MISSING, {missing}));
   } else {
     window_.show_message(text(IDS_MODULE_LOADED));
   }

@@ -8,6 +8,7 @@
 #include "ModulePath.h"
 #include "StoreWriter.h"
 #include "TemporaryFolder.h"
+#include "resource.h"
 
 namespace {
 
@@ -40,18 +41,19 @@ class ScopedSearchFolders {
   std::wstring previous_path_;
 };
 
-/// Whether the process has a window that can be seen.
-bool shows_window(DWORD process) {
+/// The workbench's window, once it can be seen; null before.
+HWND shown_window(DWORD process) {
   struct Search {
     DWORD process;
-    bool found;
-  } search{process, false};
+    HWND found;
+  } search{process, nullptr};
   EnumWindows(
       [](HWND window, LPARAM parameter) -> BOOL {
         auto& wanted = *reinterpret_cast<Search*>(parameter);
         DWORD owner = 0;
         GetWindowThreadProcessId(window, &owner);
-        wanted.found = wanted.found || (owner == wanted.process && IsWindowVisible(window));
+        const bool has_status_bar = GetDlgItem(window, IDC_STATUS_BAR) != nullptr;
+        if (owner == wanted.process && IsWindowVisible(window) && has_status_bar) wanted.found = window;
         return TRUE;
       },
       reinterpret_cast<LPARAM>(&search));
@@ -70,6 +72,12 @@ Paths loaded_files(DWORD process) {
   return files;
 }
 
+/// What a workbench has and says once the module is initialised.
+struct StartedWorkbench {
+  Paths loaded;          ///< the libraries below the test's folder that it has loaded
+  std::wstring message;  ///< in its status bar
+};
+
 /// A workbench with the module but without the libraries that the module loads by name.
 class PlantedLibraries : public testing::Test {
  protected:
@@ -82,21 +90,32 @@ class PlantedLibraries : public testing::Test {
     std::filesystem::copy_file(base::path_beside_program(file), folder / file);
   }
 
-  /// The libraries below the test's folder that the workbench has loaded once the module is initialised.
-  Paths loaded_by_workbench() const {
+  StartedWorkbench start_workbench() const {
     const ScopedSearchFolders folders(current_, on_path_);
     const std::wstring module = (program_ / L"zdExpirationRules.dll").native();
     const std::wstring store = (folder_.path() / L"rules.db").native();
     StartedProgram workbench((program_ / L"workbench.exe").native(),
-                             L"--module \"" + module + L"\" --store \"" + store + L'"');
-    while (!shows_window(workbench.id()) && WaitForSingleObject(workbench.process(), 20) == WAIT_TIMEOUT) continue;
-    Paths loaded = loaded_files(workbench.id());
+                             L"--language en --module \"" + module + L"\" --store \"" + store + L'"');
+    HWND window = nullptr;
+    while (!(window = shown_window(workbench.id())) && WaitForSingleObject(workbench.process(), 20) == WAIT_TIMEOUT)
+      continue;
+    StartedWorkbench started{loaded_files(workbench.id()), status_bar_message(window)};
     TerminateProcess(workbench.process(), StoreWriter::killed);
     WaitForSingleObject(workbench.process(), INFINITE);
-    std::erase_if(loaded, [&](const std::filesystem::path& file) {
+    std::erase_if(started.loaded, [&](const std::filesystem::path& file) {
       return _wcsnicmp(file.c_str(), folder_.path().c_str(), folder_.path().native().size()) != 0;
     });
-    return loaded;
+    return started;
+  }
+
+  Paths loaded_by_workbench() const { return start_workbench().loaded; }
+
+  /// Another process is not asked for a part of the bar, but for its text, which is that of the first part.
+  static std::wstring status_bar_message(HWND window) {
+    wchar_t message[300] = L"";
+    SendMessageTimeoutW(GetDlgItem(window, IDC_STATUS_BAR), WM_GETTEXT, std::size(message),
+                        reinterpret_cast<LPARAM>(message), SMTO_NORMAL, 10'000, nullptr);
+    return message;
   }
 
   TemporaryFolder folder_;
@@ -125,6 +144,19 @@ TEST_F(PlantedLibraries, DiagnosticsAreLoadedFromBesideTheProgramForAReport) {
   // Without its texts the module reports.
   put(diagnostics, program_);
   EXPECT_EQ(loaded_by_workbench().count(program_ / diagnostics), 1u);
+}
+
+TEST_F(PlantedLibraries, MissingOnesAreNamedInTheStatusBar) {
+  put(diagnostics, current_);
+  EXPECT_EQ(start_workbench().message,
+            L"Missing beside the program: zdCommonRes.DLL, SnagtrapUtil3.0_x64.dll. Unpack or repair the package.");
+  put(texts, program_);
+  EXPECT_EQ(start_workbench().message,
+            L"Missing beside the program: SnagtrapUtil3.0_x64.dll. Unpack or repair the package.");
+  put(diagnostics, program_);
+  EXPECT_EQ(start_workbench().message, L"The plug-in is loaded");
+  std::filesystem::remove(program_ / texts);
+  EXPECT_EQ(start_workbench().message, L"Missing beside the program: zdCommonRes.DLL. Unpack or repair the package.");
 }
 
 }  // namespace
