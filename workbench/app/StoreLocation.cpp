@@ -3,7 +3,9 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <cwctype>
 #include <filesystem>
+#include <initializer_list>
 
 #include "Credentials.h"
 #include "ServerRuleStore.h"
@@ -163,18 +165,37 @@ class ServerLocation final : public StoreLocation {
   ConnectionString options_;
 };
 
-/// The case of the letters does not count: a connection string that was taken for a file would be shown with its
-/// password.
+/// The case of the letters does not count, as in the rest of a connection string.
 bool names_server(std::wstring_view name) {
   const auto length = static_cast<int>(std::min(name.size(), server_prefix.size()));
   return CompareStringOrdinal(name.data(), length, server_prefix.data(), static_cast<int>(server_prefix.size()),
                               TRUE) == CSTR_EQUAL;
 }
 
+/// Whether the text holds one of `words`, in small letters, whatever the case and the blanks in the text.
+bool holds_any(std::wstring_view text, std::initializer_list<std::wstring_view> words) {
+  std::wstring letters;
+  for (const wchar_t unit : text)
+    if (!std::iswspace(unit)) letters += static_cast<wchar_t>(std::towlower(unit));
+  return std::ranges::any_of(words, [&](std::wstring_view word) { return letters.find(word) != std::wstring::npos; });
+}
+
+std::wstring_view trimmed(std::wstring_view text) {
+  const auto is_blank = [](wchar_t unit) { return std::iswspace(unit) != 0; };
+  while (!text.empty() && is_blank(text.front())) text.remove_prefix(1);
+  while (!text.empty() && is_blank(text.back())) text.remove_suffix(1);
+  return text;
+}
+
 }  // namespace
 
-std::unique_ptr<StoreLocation> find_store(std::wstring_view name) {
-  if (!names_server(name)) return std::make_unique<FileLocation>(name);
+std::unique_ptr<StoreLocation> find_store(std::wstring_view entered) {
+  const std::wstring_view name = trimmed(entered);
+  if (!names_server(name)) {
+    // The name of a file is shown and remembered.
+    if (holds_any(name, {L"pwd=", L"password="})) throw StoreLocationError{text(IDS_PASSWORD_IN_FILE_NAME)};
+    return std::make_unique<FileLocation>(name);
+  }
   try {
     return std::make_unique<ServerLocation>(ConnectionString(name.substr(server_prefix.size())));
   } catch (const odbc::ConnectionStringError& error) {
@@ -188,7 +209,8 @@ OpenedStore open_store(StoreLocation& location, const StoreOpening& opening) {
 }
 
 std::wstring printable_argument(const std::wstring& argument) {
-  return names_server(argument) ? std::wstring(server_prefix) + L"..." : argument;
+  // The shell may have cut a connection string that was not quoted.
+  return holds_any(argument, {server_prefix, L"pwd=", L"password="}) ? L"..." : argument;
 }
 
 std::wstring server_name(const ServerFields& fields) {

@@ -288,6 +288,7 @@
 #define IDS_CREATE_STORE 1349
 #define IDS_FILTER_STORE 1350
 #define IDS_NO_RECENT_STORE 1351
+#define IDS_PASSWORD_IN_FILE_NAME 1352
 
 /* refusals of a store, in the order of StoreErrorKind, with room for further ones */
 #define IDS_STORE_READ_ONLY 1400

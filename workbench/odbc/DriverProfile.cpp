@@ -1,5 +1,7 @@
 #include "DriverProfile.h"
 
+#include <windows.h>
+
 #include <algorithm>
 
 namespace workbench::odbc {
@@ -10,9 +12,11 @@ constexpr const wchar_t* common_keywords[] = {L"Driver", L"DSN", L"Server", L"Po
 
 constexpr wchar_t this_machine[] = L"localhost";
 
-/// A data source may lead anywhere.
-bool leads_to_this_machine(const ConnectionString& options) {
-  if (options.find(L"DSN")) return false;
+bool is_set(const std::wstring& variable) { return GetEnvironmentVariableW(variable.c_str(), nullptr, 0) != 0; }
+
+/// A data source may lead anywhere, and so may the environment.
+bool leads_to_this_machine(const ConnectionString& options, const DriverProfile& profile) {
+  if (options.find(L"DSN") || std::ranges::any_of(profile.redirecting_variables, is_set)) return false;
   const std::wstring server = options.find(L"Server").value_or(L"");
   return server.empty() || server == this_machine || server == L"127.0.0.1" || server == L"::1";
 }
@@ -40,7 +44,7 @@ std::vector<ConnectionString> connection_attempts(const ConnectionString& option
   if (!complete.find(L"DSN") && complete.find(L"Server").value_or(L"").empty()) complete.set(L"Server", this_machine);
   for (const auto& [keyword, value] : profile.fixed_options) complete.set(keyword, value);
   const auto& [encryption, strongest] = profile.encryption;
-  if (!complete.find(encryption) && !leads_to_this_machine(options)) complete.set(encryption, strongest);
+  if (!complete.find(encryption) && !leads_to_this_machine(options, profile)) complete.set(encryption, strongest);
   if (complete.find(L"Driver") || complete.find(L"DSN")) return {complete};
   std::vector<ConnectionString> attempts;
   for (const std::wstring& name : profile.names) {

@@ -23,6 +23,10 @@ struct DriverProfile {
   /// The same when the server refused the password. A server of another language may write something else, and its
   /// refusal then is what its state says.
   std::string wrong_password{};
+  /// The same, one of them, when the server has no connection left.
+  std::vector<std::string> no_connection_left{};
+  /// Variables of the environment with which the driver connects elsewhere, whatever the string says.
+  std::vector<std::wstring> redirecting_variables{};
 };
 
 /// Refuses keywords that the kind of server does not have: such an option could undo what the fixed ones and the

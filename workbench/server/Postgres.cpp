@@ -4,7 +4,7 @@ namespace workbench {
 
 namespace {
 
-/// Version 4, which is the version of the file with the same tables.
+/// Version 4, as the file with the same tables. Changes are counted first, which locks the store before its rows.
 constexpr wchar_t create_tables[] =
     LR"sql(
   CREATE TABLE {schema}.rule_store (
@@ -26,8 +26,7 @@ constexpr wchar_t create_tables[] =
     $$;
   CREATE FUNCTION {schema}.is_calendar_name(stored text) RETURNS boolean LANGUAGE sql IMMUTABLE STRICT
     SET search_path = pg_catalog, pg_temp AS $$
-      SELECT octet_length(stored) BETWEEN 1 AND 255
-             AND stored !~* '[/\\\u0001-\u001F\u007F]|\.(?:csv|json|ics)$'
+      SELECT octet_length(stored) BETWEEN 1 AND 255 AND stored !~* '[/\\\u0001-\u001F\u007F]|\.(?:csv|json|ics)$'
     $$;
 
   CREATE TABLE {schema}.rules (
@@ -151,7 +150,6 @@ constexpr wchar_t create_tables[] =
     FOR EACH ROW EXECUTE FUNCTION {schema}.refuse_wrong_calendar();
   CREATE TRIGGER refuse_other_user BEFORE INSERT OR UPDATE OR DELETE OR TRUNCATE
     ON {schema}.rule_store FOR EACH STATEMENT EXECUTE FUNCTION {schema}.refuse_other_user();
-  -- Before, so that other programs too lock the store before a row of it.
   CREATE TRIGGER count_change BEFORE INSERT OR UPDATE OR DELETE ON {schema}.rules
     FOR EACH STATEMENT EXECUTE FUNCTION {schema}.count_change();
   CREATE TRIGGER count_change BEFORE INSERT OR UPDATE OR DELETE ON {schema}.symbol_source_settings
@@ -431,7 +429,9 @@ ServerDialect create_postgres() {
                 {},
                 {L"SSLmode", L"verify-full"},
                 "fe_sendauth:",
-                "password authentication failed"};
+                "password authentication failed",
+                {"too many connections", "too many clients", "remaining connection slots"},
+                {L"PGHOSTADDR", L"PGSERVICE", L"PGSERVICEFILE"}};
   set_session_statements(sql);
   set_rule_statements(sql);
   set_setting_statements(sql);

@@ -1,5 +1,6 @@
 #include "ServerSession.h"
 
+#include <algorithm>
 #include <string_view>
 
 #include "ServerError.h"
@@ -41,10 +42,14 @@ void ServerSession::open() {
 
 void ServerSession::refuse(const odbc::OdbcError& error) {
   StoreErrorKind kind = server_error_kind(error.state());
+  const auto says = [&](const std::string& text) {
+    return !text.empty() && std::string_view(error.what()).find(text) != std::string_view::npos;
+  };
   // The driver has one state for all refusals of a connection.
-  for (const std::string& text : {dialect_.driver.missing_password, dialect_.driver.wrong_password})
-    if (!text.empty() && std::string_view(error.what()).find(text) != std::string_view::npos)
-      kind = StoreErrorKind::login_refused;
+  if (says(dialect_.driver.missing_password) || says(dialect_.driver.wrong_password))
+    kind = StoreErrorKind::login_refused;
+  else if (kind == StoreErrorKind::unreachable && std::ranges::any_of(dialect_.driver.no_connection_left, says))
+    kind = StoreErrorKind::overloaded;
   // A driver has no state of its own for a connection that ended while it prepared a statement.
   if (kind == StoreErrorKind::unavailable && connection_ && connection_->is_lost())
     kind = StoreErrorKind::connection_lost;

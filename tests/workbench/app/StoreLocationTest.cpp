@@ -58,10 +58,27 @@ TEST(StoreLocation, ServerIsNamedWithoutThePassword) {
   EXPECT_EQ(find_store(L"odbc:DSN=desk")->description(), L"DSN=desk");
 }
 
+TEST(StoreLocation, BlanksAroundANameDoNotCount) {
+  EXPECT_EQ(find_store(L" \todbc:Server=db;Uid=anna;Pwd=p4ssw0rd ")->description(), L"anna@db");
+  EXPECT_EQ(find_store(L" C:\\x y.db ")->text(), L"C:\\x y.db");
+}
+
+TEST(StoreLocation, ConnectionStringWithoutItsPrefixIsNoFile) {
+  choose_language(Language::english);
+  for (const wchar_t* name : {L"Server=db;Pwd=p4ssw0rd", L"PWD = p4ssw0rd", L"Server=db;Password=p4ssw0rd"}) {
+    const std::wstring said = refusal_of(name);
+    EXPECT_TRUE(said.starts_with(L"The name of the store holds a password")) << name;
+    EXPECT_EQ(said.find(marker), std::wstring::npos) << name;
+  }
+  choose_language(Language::chinese);
+}
+
 TEST(StoreLocation, ArgumentsAreShownWithoutConnectionStrings) {
   EXPECT_EQ(printable_argument(L"--stor"), L"--stor");
   EXPECT_EQ(printable_argument(L""), L"");
-  EXPECT_EQ(printable_argument(L"Odbc:Server=db;Pwd=p4ssw0rd"), L"odbc:...");
+  for (const wchar_t* secret : {L"Odbc:Server=db", L"--store=odbc:Server=db;Pwd=p4ssw0rd", L"Unicode};PWD = p4ssw0rd",
+                                L"Server=db;password=p4ssw0rd"})
+    EXPECT_EQ(printable_argument(secret), L"...") << secret;
 }
 
 TEST(StoreLocation, RefusedConnectionStringIsExplainedWithoutItsValues) {

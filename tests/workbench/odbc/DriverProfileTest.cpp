@@ -1,3 +1,4 @@
+#include <windows.h>
 #include <gtest/gtest.h>
 
 #include "DriverProfile.h"
@@ -6,8 +7,14 @@ using namespace workbench::odbc;
 
 namespace {
 
-const DriverProfile profile{
-    {L"Some Driver", L"Some Driver(x64)"}, {{L"Debug", L"0"}}, {L"Schema"}, {L"SSLmode", L"full"}};
+const DriverProfile profile{{L"Some Driver", L"Some Driver(x64)"},
+                            {{L"Debug", L"0"}},
+                            {L"Schema"},
+                            {L"SSLmode", L"full"},
+                            {},
+                            {},
+                            {},
+                            {L"ZD_OTHER_SERVER"}};
 
 std::vector<std::wstring> attempts(const std::wstring& options) {
   std::vector<std::wstring> texts;
@@ -43,6 +50,15 @@ TEST(DriverProfile, OtherMachinesProveWhoTheyAreUnlessTheStringAsksForLess) {
     EXPECT_TRUE(attempts(std::wstring(L"Driver=x;Server=") + server)[0].ends_with(L"SSLmode=full;")) << server;
   EXPECT_EQ(attempts(L"Driver=x;Server=db;sslMODE=require"),
             std::vector<std::wstring>{L"Driver=x;Server=db;sslMODE=require;Debug=0;"});
+}
+
+TEST(DriverProfile, EnvironmentThatLeadsElsewhereMakesThisMachineAnotherOne) {
+  const std::vector<std::wstring> plain{L"Driver=x;Server=localhost;Debug=0;"};
+  EXPECT_EQ(attempts(L"Driver=x"), plain);
+  SetEnvironmentVariableW(L"ZD_OTHER_SERVER", L"192.0.2.1");
+  EXPECT_EQ(attempts(L"Driver=x"), std::vector<std::wstring>{plain[0] + L"SSLmode=full;"});
+  SetEnvironmentVariableW(L"ZD_OTHER_SERVER", nullptr);
+  EXPECT_EQ(attempts(L"Driver=x"), plain);
 }
 
 TEST(DriverProfile, OptionsThatTheServerDoesNotHaveAreRefused) {
