@@ -11,12 +11,14 @@
 
 namespace workbench::schedule {
 
-/// The columns of rules in files: the name, then every field of `rule_fields`.
-inline constexpr auto rule_columns = [] {
+constexpr auto columns_of_rule_fields() {
   std::array<std::string_view, 1 + rule_fields.size()> names{"RuleName"};
   for (std::size_t i = 0; i < rule_fields.size(); ++i) names[i + 1] = rule_fields[i].name;
   return names;
-}();
+}
+
+/// The columns of rules in files: the name, then every field of `rule_fields`.
+inline constexpr auto rule_columns = columns_of_rule_fields();
 
 /// The columns of settings in files.
 inline constexpr std::array<std::string_view, 5> setting_columns{"SettingName", "RuleName", "Calendar", "Months",

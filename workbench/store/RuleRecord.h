@@ -130,9 +130,7 @@ struct RuleColumn {
   long greatest;
 };
 
-/// The numbers of a rule in the order of the rule service's arguments, which is that of `schedule::rule_fields`. Their
-/// names and ranges are written there.
-inline constexpr auto rule_columns = [] {
+constexpr auto columns_of_rule_fields() {
   constexpr std::array<std::pair<tagKVFIELDID, long Rule::*>, schedule::rule_fields.size()> numbers{{
       {KVFIELD_ROLL_OFFSET, &Rule::roll_offset},
       {KVFIELD_DAY_TYPE, &Rule::day_type},
@@ -150,7 +148,11 @@ inline constexpr auto rule_columns = [] {
     columns[i] = {numbers[i].first, field.name, numbers[i].second, field.least, field.greatest};
   }
   return columns;
-}();
+}
+
+/// The numbers of a rule in the order of the rule service's arguments, which is that of `schedule::rule_fields`. Their
+/// names and ranges are written there.
+inline constexpr auto rule_columns = columns_of_rule_fields();
 
 /// Throws `StoreError` of kind `invalid_value`, naming the field, unless a store may keep this rule.
 void refuse_invalid(const Rule& rule);
