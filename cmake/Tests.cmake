@@ -27,8 +27,8 @@ set(ZD_PRECOMPILED_HEADERS test_headers)
 #   SHARDS     divides a long program into so many starts, name.1, name.2 and so on, that run beside each other
 #   ALONE      nothing runs beside the program
 #   LARGE      for tests of large amounts: without the heap's own checks, whose time grows with all that is allocated
-#   SERVER     gets a database server of its own. It belongs to the deep run, which installs one; where there is none, the
-#              tests say that they were not run
+#   SERVER     gets a database server of its own. It belongs to the deep run, which installs one and alone builds the
+#              program; where there is none, the tests say that they were not run
 #   UNCOUNTED  left out when lines are counted: its repetitions would take minutes and run hardly a further line
 function(zd_add_test name)
   cmake_parse_arguments(TEST "ALONE;LARGE;UNCOUNTED;SERVER" "TIMEOUT;SHARDS" "SOURCES;USES;RESOURCES;SCREEN" ${ARGN})
@@ -77,6 +77,7 @@ function(zd_add_test name)
   set(depth)
   if(TEST_SERVER)
     set_property(TEST ${name} APPEND PROPERTY LABELS deep)
+    set_target_properties(${target} PROPERTIES EXCLUDE_FROM_ALL ON)
     set(depth DEEP)
   endif()
   zd_name_tests(${name} ${depth} ${target})

@@ -2,6 +2,7 @@
 
 #include "OdbcError.h"
 #include "ServerTest.h"
+#include "WithinSeconds.h"
 
 using namespace workbench;
 
@@ -29,13 +30,19 @@ class ServerConstraint : public ServerTest {
 
   /// Whether another session waits for a lock of `other_`'s, within ten seconds.
   bool is_waited_for() const {
-    for (const ULONGLONG end = GetTickCount64() + 10'000; GetTickCount64() < end; Sleep(50)) {
+    return test_support::within_seconds(10, [&] {
       odbc::OdbcStatement waits = other_->prepare(
           L"SELECT count(*) FROM pg_locks WHERE NOT granted AND pg_backend_pid() = ANY (pg_blocking_pids(pid))");
       waits.execute();
-      if (waits.fetch() && waits.integer(0) > 0) return true;
-    }
-    return false;
+      return waits.fetch() && waits.integer(0) > 0;
+    });
+  }
+
+  /// Runs a statement that differs in one part, each time with the state that belongs to the part; "" is success.
+  void expect_states(const std::wstring& before, const std::vector<std::pair<std::wstring, std::string>>& states,
+                     const std::wstring& after = L"") const {
+    for (const auto& [part, state] : states)
+      EXPECT_EQ(schema_->refused(before + part + after), state) << testing::PrintToString(before + part + after);
   }
 
   std::shared_ptr<RuleStore> store_;
@@ -51,38 +58,56 @@ TEST_F(ServerConstraint, ValuesOutsideTheirRangesAreRefused) {
     EXPECT_EQ(schema_->refused(set + std::to_wstring(column.least)), "") << name;
     EXPECT_EQ(schema_->refused(set + std::to_wstring(column.greatest)), "") << name;
   }
-  const std::wstring setting = L"UPDATE symbol_source_settings SET ";
-  EXPECT_EQ(schema_->refused(setting + L"Months = 'HF'"), "23514");
-  EXPECT_EQ(schema_->refused(setting + L"Months = 'A'"), "23514");
-  EXPECT_EQ(schema_->refused(setting + L"Months = 'FGHJKMNQUVXZ'"), "");
-  EXPECT_EQ(schema_->refused(setting + L"LastTradingDay = 2"), "23514");
-  EXPECT_EQ(schema_->refused(setting + L"SettingName = ''"), "23514");
-  EXPECT_EQ(schema_->refused(setting + L"RuleName = ''"), "");
-  EXPECT_EQ(schema_->refused(setting + L"RuleName = repeat('x', 256)"), "23514");
-  for (const wchar_t* name : {L"a/b", L"a\\", L"days.CSV"})
-    EXPECT_EQ(schema_->refused(setting + L"CalendarName = '" + name + L'\''), "23514") << testing::PrintToString(name);
-  EXPECT_EQ(schema_->refused(setting + L"CalendarName = 'none'"), "");
-  EXPECT_EQ(schema_->refused(setting + L"CalendarName = ''"), "");
-  EXPECT_EQ(schema_->refused(L"UPDATE calendars SET Weekend = 127"), "23514");
-  EXPECT_EQ(schema_->refused(L"UPDATE calendars SET LastDay = FirstDay - 1"), "23514");
-  EXPECT_EQ(schema_->refused(L"UPDATE calendars SET FirstDay = '1899-12-31'"), "23514");
-  EXPECT_EQ(schema_->refused(L"UPDATE calendars SET FirstDay = '1900-01-01'"), "");
-  EXPECT_EQ(schema_->refused(L"UPDATE calendars SET LastDay = '2200-01-01'"), "23514");
-  EXPECT_EQ(schema_->refused(L"UPDATE calendars SET LastDay = 'infinity'"), "23514");
-  for (const wchar_t* name : {L"", L"a/b", L"a\\b", L"days.CSV", L"days.ics", L"a\u0009b"})
-    EXPECT_EQ(schema_->refused(L"INSERT INTO calendars VALUES (E'" + std::wstring(name) +
-                               L"', '', '', '', '2026-01-01', '2026-01-01', 0, 0)"),
-              "23514")
-        << testing::PrintToString(name);
+}
+
+TEST_F(ServerConstraint, SettingsThatMeanNothingAreRefused) {
+  expect_states(L"UPDATE symbol_source_settings SET ", {{L"Months = 'HF'", "23514"},
+                                                        {L"Months = 'A'", "23514"},
+                                                        {L"Months = 'FGHJKMNQUVXZ'", ""},
+                                                        {L"LastTradingDay = 2", "23514"},
+                                                        {L"SettingName = ''", "23514"},
+                                                        {L"RuleName = ''", ""},
+                                                        {L"RuleName = repeat('x', 256)", "23514"},
+                                                        {L"CalendarName = 'a/b'", "23514"},
+                                                        {L"CalendarName = 'a\\'", "23514"},
+                                                        {L"CalendarName = 'days.CSV'", "23514"},
+                                                        {L"CalendarName = 'none'", ""},
+                                                        {L"CalendarName = ''", ""}});
+}
+
+TEST_F(ServerConstraint, CalendarsThatMeanNothingAreRefused) {
+  expect_states(L"UPDATE calendars SET ", {{L"Weekend = 127", "23514"},
+                                           {L"LastDay = FirstDay - 1", "23514"},
+                                           {L"FirstDay = '1899-12-31'", "23514"},
+                                           {L"FirstDay = '1900-01-01'", ""},
+                                           {L"LastDay = '2200-01-01'", "23514"},
+                                           {L"LastDay = 'infinity'", "23514"},
+                                           // A closed day would lie outside, or be no business day.
+                                           {L"LastDay = '2026-05-03'", "23514"},
+                                           {L"Weekend = 2", "23514"}});
+  expect_states(L"INSERT INTO calendars VALUES (E'",
+                {{L"", "23514"},
+                 {L"a/b", "23514"},
+                 {L"a\\b", "23514"},
+                 {L"days.CSV", "23514"},
+                 {L"days.ics", "23514"},
+                 {L"a\u0009b", "23514"}},
+                L"', '', '', '', '2026-01-01', '2026-01-01', 0, 0)");
+}
+
+TEST_F(ServerConstraint, ClosedDaysOutsideTheirCalendarAreRefused) {
   // The calendar's weekend is Friday and Saturday, its last day 2026-12-31.
-  EXPECT_EQ(schema_->refused(L"INSERT INTO closed_days VALUES ('exchange', '2026-01-02', '')"), "23514");
-  EXPECT_EQ(schema_->refused(L"INSERT INTO closed_days VALUES ('exchange', '2027-01-04', '')"), "23514");
+  expect_states(L"INSERT INTO closed_days VALUES (",
+                {{L"'exchange', '2026-01-02'", "23514"},
+                 {L"'exchange', '2027-01-04'", "23514"},
+                 {L"'exchange', '2026-01-04'", ""},
+                 {L"'none', '2026-01-01'", "23503"},
+                 {L"'exchange', '2026-01-01'", "23505"}},
+                L", '')");
   EXPECT_EQ(schema_->refused(L"UPDATE closed_days SET Day = '1899-12-31'"), "23514");
-  EXPECT_EQ(schema_->refused(L"UPDATE calendars SET LastDay = '2026-05-03'"), "23514");
-  EXPECT_EQ(schema_->refused(L"UPDATE calendars SET Weekend = 2"), "23514");
-  EXPECT_EQ(schema_->refused(L"INSERT INTO closed_days VALUES ('exchange', '2026-01-04', '')"), "");
-  EXPECT_EQ(schema_->refused(L"INSERT INTO closed_days VALUES ('none', '2026-01-01', '')"), "23503");
-  EXPECT_EQ(schema_->refused(L"INSERT INTO closed_days VALUES ('exchange', '2026-01-01', '')"), "23505");
+}
+
+TEST_F(ServerConstraint, NumberOfARuleIsTheServers) {
   EXPECT_EQ(schema_->refused(L"UPDATE rules SET RuleID = 0 WHERE RuleID = 1"), "428C9");
 }
 
