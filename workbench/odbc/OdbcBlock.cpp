@@ -1,6 +1,7 @@
 #include "OdbcBlock.h"
 
 #include <algorithm>
+#include <span>
 
 #include "OdbcError.h"
 
@@ -16,20 +17,20 @@ OdbcBlock::OdbcBlock(const OdbcHandle& statement, const std::vector<std::size_t>
   set(SQL_ATTR_ROW_STATUS_PTR, states_.data());
   for (const std::size_t longest : longest_texts) columns_.push_back({longest});
   SQLUSMALLINT number = 0;
+  const auto bind = [&](Column& column, SQLSMALLINT type, SQLPOINTER values, std::size_t size) {
+    statement.check(
+        api.bind_column(statement.get(), ++number, type, values, static_cast<SQLLEN>(size), column.sizes.data()),
+        "SQLBindCol");
+  };
   for (Column& column : columns_) {
-    SQLPOINTER values = nullptr;
     if (column.longest_text == 0) {
       column.integers.resize(most_rows);
-      values = column.integers.data();
+      bind(column, SQL_C_SBIGINT, column.integers.data(), sizeof(std::int64_t));
     } else {
-      column.texts.resize(most_rows * (column.longest_text + 1));
-      values = column.texts.data();
+      const std::size_t room = column.longest_text + 1;
+      column.texts.resize(most_rows * room);
+      bind(column, SQL_C_WCHAR, column.texts.data(), room * sizeof(wchar_t));
     }
-    const auto size = static_cast<SQLLEN>((column.longest_text + 1) * sizeof(wchar_t));
-    statement.check(
-        api.bind_column(statement.get(), ++number, column.longest_text == 0 ? SQL_C_SBIGINT : SQL_C_WCHAR, values,
-                        column.longest_text == 0 ? SQLLEN{sizeof(std::int64_t)} : size, column.sizes.data()),
-        "SQLBindCol");
   }
 }
 
@@ -43,8 +44,7 @@ bool OdbcBlock::fetch(const OdbcHandle& statement) {
   if (code == SQL_NO_DATA) return false;
   statement.check(code, "SQLFetch");
   fetched_ = std::min<SQLULEN>(fetched_, most_rows);
-  if (std::find(states_.begin(), states_.begin() + static_cast<std::ptrdiff_t>(fetched_), SQL_ROW_ERROR) !=
-      states_.begin() + static_cast<std::ptrdiff_t>(fetched_))
+  if (std::ranges::count(std::span(states_).first(fetched_), SQL_ROW_ERROR) > 0)
     fail(statement.api(), SQL_HANDLE_STMT, statement.get(), "SQLFetch");
   return fetched_ > 0;
 }
