@@ -82,10 +82,10 @@ struct OpenedStore {
 /// Opens the store at this location; see `StoreLocation::open`.
 OpenedStore open_store(StoreLocation& location, const StoreOpening& opening);
 
-/// The location that `name` leads to: `odbc:` and a connection string, or the path of a file, with or without blanks
+/// The location that `entered` leads to: `odbc:` and a connection string, or the path of a file, with or without blanks
 /// around it. Only this function distinguishes the two. Throws `StoreLocationError` for what is no connection string,
 /// and for a path that holds a password.
-std::unique_ptr<StoreLocation> find_store(std::wstring_view name);
+std::unique_ptr<StoreLocation> find_store(std::wstring_view entered);
 
 /// An argument of the command line as a message may show it: `...` for one that may hold a connection string or the
 /// part of one with the password.

@@ -65,7 +65,7 @@ ULONGLONG number_of(const VARIANT& value) {
   }
 }
 
-RecordedField recorded(const std::wstring& name, const VARIANT& value) {
+RecordedField record_of(const std::wstring& name, const VARIANT& value) {
   RecordedField field{name, value.vt, text_of(value), {}, number_of(value)};
   if (value.vt == VT_DISPATCH) {
     if (const RecordingObject* inner = find_record(value.pdispVal)) field.inner = snapshot_of(inner);
@@ -205,7 +205,7 @@ class RecordingObject final : public workbench::DispatchObject<IKV_SnagtrapUtil:
 
   std::vector<RecordedField> snapshot() const {
     std::vector<RecordedField> fields;
-    for (const Field& field : fields_) fields.push_back(recorded(field.name, field.value));
+    for (const Field& field : fields_) fields.push_back(record_of(field.name, field.value));
     return fields;
   }
 

@@ -34,7 +34,7 @@ class UnexpectedReports : public testing::EmptyTestEventListener {
   }
 };
 
-[[maybe_unused]] const bool started = [] {
+[[maybe_unused]] const bool reports_started = [] {
   testing::AddGlobalTestEnvironment(new RecorderEnvironment);
   testing::UnitTest::GetInstance()->listeners().Append(new UnexpectedReports);
   return true;

@@ -22,7 +22,7 @@ class Odbc : public testing::Test {
 
 /// The error with which `call` was refused.
 template <class Call>
-std::optional<OdbcError> refusal(Call&& call) {
+std::optional<OdbcError> refusal_of(Call&& call) {
   try {
     call();
     return std::nullopt;
@@ -39,7 +39,7 @@ TEST_F(Odbc, SecondNameOfTheDriverIsTriedWhenTheFirstIsUnknown) {
     connect();
     EXPECT_THAT(driver_.connected, ElementsAre(L"Driver=First;Server=localhost;", L"Driver=Second;Server=localhost;"));
     driver_.missing_drivers.emplace_back(L"Second");
-    EXPECT_EQ(refusal([&] { connect(); })->state(), state);
+    EXPECT_EQ(refusal_of([&] { connect(); })->state(), state);
   }
   EXPECT_EQ(odbc_.live_handles(), 0);
 }
@@ -47,7 +47,7 @@ TEST_F(Odbc, SecondNameOfTheDriverIsTriedWhenTheFirstIsUnknown) {
 TEST_F(Odbc, RefusalOfTheServerIsNotTriedAgain) {
   driver_.no_driver = "08001";
   driver_.missing_drivers = {L"First"};
-  const auto error = refusal([&] { connect(); });
+  const auto error = refusal_of([&] { connect(); });
   ASSERT_TRUE(error);
   EXPECT_EQ(error->state(), "08001");
   EXPECT_EQ(error->native(), 101);
@@ -58,7 +58,7 @@ TEST_F(Odbc, RefusalOfTheServerIsNotTriedAgain) {
 
 TEST_F(Odbc, MissingOdbcIsAnErrorWithoutAState) {
   odbc_.fail_call(1, "");
-  const auto error = refusal([&] { connect(); });
+  const auto error = refusal_of([&] { connect(); });
   ASSERT_TRUE(error);
   EXPECT_EQ(error->state(), "");
   EXPECT_EQ(odbc_.live_handles(), 0);
@@ -128,15 +128,15 @@ TEST_F(Odbc, BlockThatDoesNotHoldItsValuesIsRefused) {
   OdbcStatement statement = connection.prepare(L"select");
   statement.fetch_in_blocks({0, 5}).execute();
   ASSERT_TRUE(statement.fetch());
-  EXPECT_EQ(refusal([&] { statement.integer(0); })->state(), "22002");
+  EXPECT_EQ(refusal_of([&] { statement.integer(0); })->state(), "22002");
   EXPECT_EQ(statement.try_text(1), std::nullopt);
   ASSERT_TRUE(statement.fetch());
-  EXPECT_EQ(refusal([&] { statement.text(1); })->state(), "01004") << "it is too long";
+  EXPECT_EQ(refusal_of([&] { statement.text(1); })->state(), "01004") << "it is too long";
   ASSERT_TRUE(statement.fetch());
   EXPECT_EQ(statement.text(1), L"12345");
   driver_.rows = {{L"1", L""}, {L"", L""}};
   statement.execute();
-  EXPECT_TRUE(refusal([&] { statement.fetch(); })) << "the driver could not give a row";
+  EXPECT_TRUE(refusal_of([&] { statement.fetch(); })) << "the driver could not give a row";
 }
 
 TEST_F(Odbc, NullWhereAValueIsExpectedIsRefused) {
@@ -145,8 +145,8 @@ TEST_F(Odbc, NullWhereAValueIsExpectedIsRefused) {
   OdbcStatement statement = connection.prepare(L"select");
   statement.execute();
   statement.fetch();
-  EXPECT_EQ(refusal([&] { statement.integer(0); })->state(), "22002");
-  EXPECT_EQ(refusal([&] { statement.text(1); })->state(), "22002");
+  EXPECT_EQ(refusal_of([&] { statement.integer(0); })->state(), "22002");
+  EXPECT_EQ(refusal_of([&] { statement.text(1); })->state(), "22002");
 }
 
 TEST_F(Odbc, TextThatADriverWouldCorruptIsRefused) {
@@ -154,7 +154,7 @@ TEST_F(Odbc, TextThatADriverWouldCorruptIsRefused) {
   OdbcStatement statement = connection.prepare(L"select ?");
   const std::wstring corrupt[] = {L"\xD800", L"a\xDC00", L"\xD800x", L"\xDC00\xD800", std::wstring(L"a\0b", 3)};
   for (const std::wstring& text : corrupt) {
-    const auto error = refusal([&] { statement.bind(1, text); });
+    const auto error = refusal_of([&] { statement.bind(1, text); });
     ASSERT_TRUE(error) << testing::PrintToString(text);
     EXPECT_EQ(error->state(), "22021");
   }

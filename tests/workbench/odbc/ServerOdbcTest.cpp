@@ -15,10 +15,10 @@ using namespace workbench::odbc;
 
 namespace {
 
-const DriverProfile profile{{L"PostgreSQL Unicode", L"PostgreSQL Unicode(x64)"},
-                            {{L"Debug", L"0"}, {L"CommLog", L"0"}, {L"LFConversion", L"0"}},
-                            {},
-                            {L"SSLmode", L"verify-full"}};
+const DriverProfile server_profile{{L"PostgreSQL Unicode", L"PostgreSQL Unicode(x64)"},
+                                   {{L"Debug", L"0"}, {L"CommLog", L"0"}, {L"LFConversion", L"0"}},
+                                   {},
+                                   {L"SSLmode", L"verify-full"}};
 
 /// What a real driver and a real server do with this layer's calls.
 class ServerOdbc : public testing::Test {
@@ -29,7 +29,7 @@ class ServerOdbc : public testing::Test {
     options_ = ConnectionString(*server);
   }
 
-  OdbcConnection connect() { return {odbc_.api(), options_, profile, std::chrono::seconds(10)}; }
+  OdbcConnection connect() { return {odbc_.api(), options_, server_profile, std::chrono::seconds(10)}; }
 
   /// The SQLSTATE with which a connection is refused; empty when it is not.
   std::string refused() {
@@ -217,7 +217,7 @@ TEST_F(ServerOdbc, SilentServerIsGivenUp) {
   ASSERT_NE(silent.port(), 0);
   options_.set(L"Port", std::to_wstring(silent.port()));
   const ULONGLONG start = GetTickCount64();
-  EXPECT_THROW(OdbcConnection(odbc_.api(), options_, profile, std::chrono::seconds(2)), OdbcError);
+  EXPECT_THROW(OdbcConnection(odbc_.api(), options_, server_profile, std::chrono::seconds(2)), OdbcError);
   EXPECT_LT(GetTickCount64() - start, 10'000u);
 }
 

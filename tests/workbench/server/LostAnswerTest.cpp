@@ -57,10 +57,10 @@ class LostAnswer : public testing::Test {
   std::optional<test_support::FaultyOdbc> odbc_;
 };
 
-const std::string states[] = {"08S01", "08006", "HYT00", "40001", "57P01", "HY000", ""};
+const std::string lost_with[] = {"08S01", "08006", "HYT00", "40001", "57P01", "HY000", ""};
 
 TEST_F(LostAnswer, CallThatDoesNotReachTheServerChangesNothing) {
-  for (const std::string& state : states) {
+  for (const std::string& state : lost_with) {
     const int uncertain = fail_each_call({}, state, [&](const Outcome& outcome) {
       EXPECT_EQ(outcome.happened, !outcome.error);
       if (outcome.error) {
@@ -72,7 +72,7 @@ TEST_F(LostAnswer, CallThatDoesNotReachTheServerChangesNothing) {
 }
 
 TEST_F(LostAnswer, NewConnectionFindsOutWhetherTheChangeHappened) {
-  for (const std::string& state : states) {
+  for (const std::string& state : lost_with) {
     const int uncertain = fail_each_call({.reaches = true}, state,
                                          [](const Outcome& outcome) { EXPECT_EQ(outcome.happened, !outcome.error); });
     EXPECT_EQ(uncertain, 0);

@@ -131,7 +131,7 @@ TEST_F(ServerRuleStore, ImportIsOneRoundTripPerBatch) {
   };
   const std::size_t one = calls_of_import(1);
   EXPECT_EQ(calls_of_import(500), one);
-  EXPECT_LE(calls_of_import(5000), one + 9 * 4);
+  EXPECT_LE(calls_of_import(5000), one + std::size_t{9} * 4);
   EXPECT_EQ(store->load_rules().size(), 5000u);
 }
 

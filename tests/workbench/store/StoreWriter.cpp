@@ -5,8 +5,8 @@
 StoreWriter::StoreWriter(const std::wstring& arguments, const std::wstring& program)
     : started_(base::path_beside_program(program), arguments) {}
 
-std::optional<StoreProgress> StoreWriter::next_progress() {
-  StoreProgress said{.acknowledged = true};
+std::optional<StoreWriterProgress> StoreWriter::next_progress() {
+  StoreWriterProgress said{.acknowledged = true};
   bool any = false;
   char c = 0;
   DWORD count = 0;

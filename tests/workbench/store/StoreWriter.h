@@ -9,7 +9,7 @@
 
 /// What a program says of a change on its standard output: `number?` before it begins, `number` once it is
 /// acknowledged.
-struct StoreProgress {
+struct StoreWriterProgress {
   unsigned number = 0;
   bool acknowledged = false;
 };
@@ -24,7 +24,7 @@ class StoreWriter {
   ~StoreWriter();
 
   /// Waits for the next thing that the program says; nothing once there is no more.
-  std::optional<StoreProgress> next_progress();
+  std::optional<StoreWriterProgress> next_progress();
 
   /// Waits for the next change that the program acknowledges. Returns its number, or nothing when there are no more.
   std::optional<unsigned> next_acknowledged();
