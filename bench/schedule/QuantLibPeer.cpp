@@ -25,7 +25,7 @@ QuantLib::Date specified_date(const RuleNumbers& rule, Month contract) {
   const auto year = static_cast<QuantLib::Year>(static_cast<int>(month.year()));
   const auto name = static_cast<QuantLib::Month>(static_cast<unsigned>(month.month()));
   const QuantLib::Date last = QuantLib::Date::endOfMonth(QuantLib::Date(1, name, year));
-  if (rule.day_mode == 0) return QuantLib::Date(std::min<int>(rule.day_of_month, last.dayOfMonth()), name, year);
+  if (rule.day_mode == 0) return {std::min<int>(rule.day_of_month, last.dayOfMonth()), name, year};
   const QuantLib::Weekday weekday = weekday_of(rule.weekday);
   if (rule.week_ordinal < 5) return QuantLib::Date::nthWeekday(rule.week_ordinal, weekday, name, year);
   return last - (last.weekday() - weekday + 7) % 7;

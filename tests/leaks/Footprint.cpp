@@ -54,4 +54,11 @@ Footprint footprint() {
   return {blocks, committed_private_bytes(), free_index(TlsAlloc, TlsFree), free_index(make_fiber_index, FlsFree)};
 }
 
+bool is_heap_of_low_fragmentation() {
+  constexpr ULONG low_fragmentation = 2;
+  ULONG kind = 0;
+  return HeapQueryInformation(GetProcessHeap(), HeapCompatibilityInformation, &kind, sizeof kind, nullptr) &&
+         kind == low_fragmentation;
+}
+
 }  // namespace leaks_test

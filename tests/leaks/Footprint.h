@@ -17,4 +17,7 @@ struct Footprint {
 /// Fails the test when a heap or the process cannot be measured.
 Footprint footprint();
 
+/// Whether the process's heap keeps small blocks together in larger ones, each of which counts as one block in use.
+bool is_heap_of_low_fragmentation();
+
 }  // namespace leaks_test
