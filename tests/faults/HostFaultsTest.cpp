@@ -1,7 +1,6 @@
 #include <cstdio>
 #include <set>
 
-#include "Depth.h"
 #include "FaultRun.h"
 #include "FaultsTest.h"
 
@@ -48,18 +47,11 @@ const std::set<std::string> called_methods = {
     "IkvField::SetLong",
 };
 
-constexpr Fault::Out untouched = Fault::Out::untouched;
-constexpr Fault::Out null = Fault::Out::null;
-
-const Fault faults[] = {{E_FAIL, untouched},  {E_OUTOFMEMORY, untouched}, {E_NOINTERFACE, null},
-                        {S_FALSE, untouched}, {RPC_E_DISCONNECTED, null}, {S_OK, untouched},
-                        {S_OK, null},         test_support::lost_host};
-
 using HostFaults = FaultsTest;
 
 TEST_P(HostFaults, LeadToTheDocumentedResultAndTearNothing) {
   const Scenario& scenario = GetParam();
-  for (const Fault& fault : faults) {
+  for (const Fault& fault : test_support::faults_to_inject()) {
     const std::size_t injected = test_support::fail_each_call(fault, [&](RecordingHost& host, const Arm& arm) {
       const ScenarioResult result = play(scenario, module_, host, arm);
       EXPECT_EQ(scenario.documented(result, host.calls().faulted_calls(), fault), result.hresult);
@@ -68,7 +60,6 @@ TEST_P(HostFaults, LeadToTheDocumentedResultAndTearNothing) {
     if (HasFailure()) return;
     std::printf("[ faults ] %s: %s: %zu\n", scenario.name, test_support::described(fault).c_str(), injected);
     EXPECT_GT(injected, 0u);
-    if (!test_support::deep()) return;
   }
 }
 

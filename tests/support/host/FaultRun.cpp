@@ -38,16 +38,19 @@ std::string described(const Fault& fault) {
 
 std::vector<Fault> faults_to_inject() {
   using Out = Fault::Out;
+  const Fault lost_host = {RPC_E_DISCONNECTED, Out::untouched, true};
   const std::vector<Fault> faults = {{E_FAIL, Out::untouched},
                                      {E_FAIL, Out::null},
                                      {E_OUTOFMEMORY, Out::untouched},
                                      {E_NOINTERFACE, Out::null},
                                      {RPC_E_DISCONNECTED, Out::untouched},
+                                     {RPC_E_DISCONNECTED, Out::null},
                                      {S_FALSE, Out::untouched},
                                      {S_FALSE, Out::null},
                                      {S_FALSE, Out::given},
                                      {S_OK, Out::untouched},
-                                     {S_OK, Out::null}};
+                                     {S_OK, Out::null},
+                                     lost_host};
   return deep() ? faults : std::vector(1, faults.front());
 }
 

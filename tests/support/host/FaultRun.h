@@ -6,11 +6,9 @@
 
 namespace test_support {
 
-/// What a host can do instead of its work: every kind of it in a deep run, one kind otherwise.
+/// What a host can do instead of its work, one call or, when it has ended, from one call on: every kind of it in a deep
+/// run, one kind otherwise.
 std::vector<Fault> faults_to_inject();
-
-/// A host that has ended: every call fails from one on.
-inline constexpr Fault lost_host = {RPC_E_DISCONNECTED, Fault::Out::untouched, true};
 
 /// A fault in words, as in "E_FAIL, out untouched".
 std::string described(const Fault& fault);
