@@ -2,6 +2,7 @@
 
 #include <stdexcept>
 
+#include "MessagePump.h"
 #include "ModulePath.h"
 
 namespace bench {
@@ -9,14 +10,6 @@ namespace bench {
 namespace {
 
 constexpr DWORD timeout_ms = 10'000;
-
-void handle_waiting_messages() {
-  MSG message;
-  while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
-    TranslateMessage(&message);
-    DispatchMessageW(&message);
-  }
-}
 
 }  // namespace
 
@@ -52,11 +45,11 @@ BOOL DialogOwner::ProcessWindowMessage(HWND, UINT message, WPARAM, LPARAM lParam
 void DialogOwner::activate() const {
   const ULONGLONG end = GetTickCount64() + timeout_ms;
   do {
-    handle_waiting_messages();
+    test_support::pump_messages();
     SetForegroundWindow(m_hWnd);
     if (GetTickCount64() > end) throw std::runtime_error("the benchmark's window does not come to the front");
   } while (GetActiveWindow() != m_hWnd);
-  handle_waiting_messages();
+  test_support::pump_messages();
 }
 
 BenchmarkHost::BenchmarkHost(const std::vector<std::wstring>& names)

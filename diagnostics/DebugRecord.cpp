@@ -68,10 +68,6 @@ DebugRecord::DebugRecord(SnagtrapInitializer& client) noexcept : status_(client.
   if (SUCCEEDED(status_) && !record_) status_ = E_FAIL;
 }
 
-DebugRecord::~DebugRecord() {
-  if (record_) record_->Release();
-}
-
 void DebugRecord::set(const wchar_t* name, const VARIANT& value) noexcept {
   if (!record_) return;
   const Bstr name_text(name);

@@ -1,12 +1,12 @@
 #pragma once
 
 #include <windows.h>
-#include <oleauto.h>
 
 #include <cstdarg>
 #include <string_view>
-#include <utility>
 
+#include "Bstr.h"
+#include "ComPtr.h"
 #include "SnagtrapUtil.h"
 
 namespace SnagtrapUtil {
@@ -16,21 +16,15 @@ class SnagtrapInitializer;
 /// Owns one COM string. Out of memory leaves it null, which reads as an empty text: reporting must never throw.
 class Bstr {
  public:
-  explicit Bstr(std::wstring_view text) noexcept
-      : text_(SysAllocStringLen(text.data(), static_cast<UINT>(text.size()))) {}
+  explicit Bstr(std::wstring_view text) noexcept : text_(base::create_bstr(text)) {}
   /// Widens with a code page: CP_UTF8 for texts of the sources, CP_ACP for texts of the runtime.
   Bstr(const char* text, UINT code_page) noexcept;
-  Bstr(Bstr&& other) noexcept : text_(std::exchange(other.text_, nullptr)) {}
-  ~Bstr() { SysFreeString(text_); }
-  Bstr(const Bstr&) = delete;
-  Bstr& operator=(const Bstr&) = delete;
-  Bstr& operator=(Bstr&&) = delete;
 
-  BSTR get() const noexcept { return text_; }
-  std::wstring_view view() const noexcept { return {text_ ? text_ : L"", SysStringLen(text_)}; }
+  BSTR get() const noexcept { return text_.get(); }
+  std::wstring_view view() const noexcept { return base::view_of(get()); }
 
  private:
-  BSTR text_;
+  base::OwnedBstr text_;
 };
 
 /// The text of a wide printf format, in which %s takes wide text; null when out of memory.
@@ -46,9 +40,6 @@ class DebugRecord {
  public:
   /// Creates the record with the command "CREATE".
   explicit DebugRecord(SnagtrapInitializer& client) noexcept;
-  ~DebugRecord();
-  DebugRecord(const DebugRecord&) = delete;
-  DebugRecord& operator=(const DebugRecord&) = delete;
 
   /// The result of "CREATE"; E_FAIL when the library returned success without a record.
   HRESULT status() const noexcept { return status_; }
@@ -74,7 +65,7 @@ class DebugRecord {
  private:
   void set(const wchar_t* name, const VARIANT& value) noexcept;
 
-  IKV_SnagtrapUtil::IDebugObject* record_ = nullptr;
+  base::ComPtr<IKV_SnagtrapUtil::IDebugObject> record_;
   HRESULT status_;
 };
 

@@ -2,6 +2,7 @@
 
 #include <exception>
 
+#include "ComPtr.h"
 #include "SnagtrapClient.h"
 
 namespace SnagtrapUtil {
@@ -121,9 +122,7 @@ HRESULT CatchAndCall::report_in_flight(const wchar_t* message) noexcept {
   try {
     throw;
   } catch (IDebugObject* record) {  // NOLINT(misc-throw-by-value-catch-by-reference): records are thrown by pointer
-    const HRESULT answer = show(message, record);
-    if (record) record->Release();
-    return answer;
+    return show(message, base::own(record));
   } catch (const std::exception& error) {
     const Bstr what(error.what(), CP_ACP);
     return show(format_text(L"%s (stdexcept: \"%s\")", message, what.view().data()).view());

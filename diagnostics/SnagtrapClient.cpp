@@ -66,7 +66,8 @@ SnagtrapInitializer::SnagtrapInitializer() : section_() {
 
 SnagtrapInitializer::~SnagtrapInitializer() {
   // At the end of the process the library has been detached before this module: its code must not run any more.
-  if (!RtlDllShutdownInProgress()) release_root();
+  if (RtlDllShutdownInProgress()) root_.Detach();
+  base::release(root_);
   DeleteCriticalSection(&section_);
 }
 
@@ -83,7 +84,7 @@ bool SnagtrapInitializer::ensure_initialised() noexcept {
     } else {
       show_failure = report_failure_;
       report_failure_ = false;
-      release_root();
+      base::release(root_);
     }
   }
   if (show_failure) MessageBoxW(nullptr, init_failed_text, L"", MB_OK | MB_ICONERROR);
@@ -102,10 +103,10 @@ HRESULT SnagtrapInitializer::load_library() noexcept {
   const auto init_object = reinterpret_cast<IKV_SnagtrapUtil::ST_InitObjectFunction>(
       reinterpret_cast<void*>(GetProcAddress(library, "ST_InitObject")));
   if (!init_object) return E_FAIL;
-  release_root();
+  base::release(root_);
   IDebugRoot* root = nullptr;
   if (FAILED(init_object(&root)) || !root) return E_FAIL;
-  root_ = root;
+  root_.Attach(root);
   return S_OK;
 }
 
@@ -132,13 +133,9 @@ HRESULT SnagtrapInitializer::command(const wchar_t* word, IDebugObject* record, 
   const base::ScopedCriticalSection lock(section_);
   if (!root_) return E_FAIL;
   const Bstr word_text(word);
-  IDebugObject* record_created = nullptr;
+  base::ComPtr<IDebugObject> record_created;
   const HRESULT result = root_->Command(word_text.get(), record, &record_created);
-  if (created && SUCCEEDED(result)) {
-    *created = record_created;
-  } else if (record_created) {
-    record_created->Release();
-  }
+  if (created && SUCCEEDED(result)) *created = record_created.Detach();
   return result;
 }
 
@@ -147,14 +144,7 @@ void SnagtrapInitializer::shutdown() noexcept {
   if (!initialised_) return;
   command(L"DEINIT");
   initialised_ = false;
-  release_root();
-}
-
-void SnagtrapInitializer::release_root() noexcept {
-  if (!root_) return;
-  IDebugRoot* root = root_;
-  root_ = nullptr;
-  root->Release();
+  base::release(root_);
 }
 
 void SnagtrapClient::terminate() noexcept {

@@ -4,6 +4,7 @@
 
 #include <atomic>
 
+#include "ComPtr.h"
 #include "SnagtrapUtil.h"
 
 namespace SnagtrapUtil {
@@ -42,11 +43,10 @@ class SnagtrapInitializer {
   virtual HRESULT initialise() noexcept;
 
  private:
-  void release_root() noexcept;
   bool read_report_failure() noexcept;
 
   CRITICAL_SECTION section_;
-  IKV_SnagtrapUtil::IDebugRoot* root_ = nullptr;
+  base::ComPtr<IKV_SnagtrapUtil::IDebugRoot> root_;
   bool attempted_ = false;
   std::atomic<bool> initialised_ = false;  ///< read outside the critical section too
   bool report_failure_ = false;

@@ -1,6 +1,5 @@
 #include "TypeInfo.h"
 
-#include "ComPtr.h"
 #include "ModulePath.h"
 
 namespace platform {
@@ -39,10 +38,6 @@ HRESULT load_type_info(const GUID& library, const GUID& type, ITypeInfo** info) 
 
 TypeInfo::TypeInfo(const GUID& library, const GUID& type) noexcept : loaded_(load_type_info(library, type, &info_)) {}
 
-TypeInfo::~TypeInfo() {
-  if (info_) info_->Release();
-}
-
 HRESULT TypeInfo::get_count(UINT* count) const noexcept {
   if (!count) return E_POINTER;
   *count = SUCCEEDED(loaded_) ? 1 : 0;
@@ -54,8 +49,7 @@ HRESULT TypeInfo::get(UINT index, ITypeInfo** info) const noexcept {
   *info = nullptr;
   if (FAILED(loaded_)) return loaded_;
   if (index != 0) return DISP_E_BADINDEX;
-  info_->AddRef();
-  *info = info_;
+  *info = base::ComPtr<ITypeInfo>(info_).Detach();
   return S_OK;
 }
 

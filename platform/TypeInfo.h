@@ -5,6 +5,7 @@
 #include <ocidl.h>
 #include <oleauto.h>
 
+#include "ComPtr.h"
 #include "ScopedLock.h"
 
 namespace platform {
@@ -26,9 +27,6 @@ class ScopedNoErrorInfo {
 class TypeInfo {
  public:
   TypeInfo(const GUID& library, const GUID& type) noexcept;
-  ~TypeInfo();
-  TypeInfo(const TypeInfo&) = delete;
-  TypeInfo& operator=(const TypeInfo&) = delete;
 
   HRESULT get_count(UINT* count) const noexcept;
   HRESULT get(UINT index, ITypeInfo** info) const noexcept;
@@ -37,7 +35,7 @@ class TypeInfo {
                  UINT* bad_argument) const noexcept;
 
  private:
-  ITypeInfo* info_ = nullptr;
+  base::ComPtr<ITypeInfo> info_;
   HRESULT loaded_;
 };
 

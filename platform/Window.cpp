@@ -1,6 +1,7 @@
 #include "Window.h"
 
 #include "Report.h"
+#include "WindowText.h"
 
 namespace platform {
 
@@ -11,15 +12,6 @@ void expect_window(HWND window, const SnagtrapUtil::SourceLocation& location) no
 }
 
 }  // namespace
-
-std::wstring window_text(HWND window) {
-  const auto length = SendMessageW(window, WM_GETTEXTLENGTH, 0, 0);
-  std::wstring text(length > 0 ? static_cast<std::size_t>(length) : 0, L'\0');
-  // The returned length counts: the one queried first is an upper bound.
-  const LRESULT copied = SendMessageW(window, WM_GETTEXT, text.size() + 1, reinterpret_cast<LPARAM>(text.data()));
-  text.resize(copied > 0 ? static_cast<std::size_t>(copied) : 0);
-  return text;
-}
 
 HWND CWindow::Detach() noexcept {
   HWND window = m_hWnd;
@@ -34,7 +26,7 @@ LRESULT CWindow::Send(UINT message, WPARAM wParam, LPARAM lParam) const noexcept
 
 std::wstring CWindow::GetText() const {
   expect_window(m_hWnd, ZD_LOCATION);
-  return window_text(m_hWnd);
+  return base::window_text(m_hWnd);
 }
 
 void CWindow::SetText(const wchar_t* text) const noexcept {

@@ -7,9 +7,6 @@
 
 namespace platform {
 
-/// The text of a window, whatever its length; empty when it has none. Throws `std::bad_alloc`.
-std::wstring window_text(HWND window);
-
 /// Refers to a window that it does not own. Each operation first asserts that the window exists and then calls the
 /// system even so: a destroyed window gives what the system returns for one.
 class CWindow {

@@ -4,6 +4,7 @@
 
 #include <new>
 
+#include "Bstr.h"
 #include "ComStrings.h"
 #include "Report.h"
 #include "RuleDescription.h"
@@ -30,7 +31,7 @@ constexpr int counted_ordinals = 4;
 std::wstring message_caption() { return resourse_2_string_impl(IDS_CAPTION); }
 
 _bstr_t as_com_string(const std::wstring& text) {
-  BSTR copy = SysAllocStringLen(text.data(), static_cast<UINT>(text.size()));
+  BSTR copy = base::create_bstr(text);
   if (!copy) throw std::bad_alloc();
   return platform::take_string(copy);
 }

@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "Bstr.h"
 #include "ExpectedReports.h"
 #include "ImportProbe.h"
 #include "ModulePath.h"
@@ -140,45 +141,27 @@ TEST_F(QueriedVersionValue, IsNoTranslationWhenItIsShorterThanTwoNumbers) {
   EXPECT_NE(fields(read()), nothing);
 }
 
-TEST_F(QueriedVersionValue, OfEachTextIsAskedForInTheOrderOfTheRecord) {
-  std::vector<std::wstring> paths;
-  query.replace([&](LPCVOID block, LPCWSTR path, LPVOID* start, PUINT size) {
-    paths.emplace_back(path);
-    return query.original(block, path, start, size);
-  });
-  read();
-  const std::wstring texts = L"\\StringFileInfo\\080404b0\\";
-  EXPECT_EQ(paths,
-            (std::vector<std::wstring>{L"\\VarFileInfo\\Translation", texts + L"CompanyName", texts + L"ProductName",
-                                       texts + L"ProductVersion", texts + L"FileDescription", texts + L"FileVersion",
-                                       texts + L"LegalCopyright"}));
-}
-
 TEST(ComposedPath, ConsistsOfCompanyAndProductAsTheyAre) {
-  BSTR path = nullptr;
-  EXPECT_EQ(compose_registry_path(&path, L"A B", L"C"), 0);
-  EXPECT_STREQ(path, L"SOFTWARE\\A B\\C");
-  SysFreeString(path);
-  path = nullptr;
-  EXPECT_EQ(compose_registry_path(&path, L" \u516C\u53F8 ", L"a\\b%s\""), 0);
-  EXPECT_STREQ(path, L"SOFTWARE\\ \u516C\u53F8 \\a\\b%s\"");
-  EXPECT_EQ(SysStringLen(path), std::wcslen(path));
-  SysFreeString(path);
+  base::OwnedBstr path;
+  EXPECT_EQ(compose_registry_path(path.put(), L"A B", L"C"), 0);
+  EXPECT_EQ(base::view_of(path.get()), L"SOFTWARE\\A B\\C");
+  EXPECT_EQ(compose_registry_path(path.put(), L" \u516C\u53F8 ", L"a\\b%s\""), 0);
+  EXPECT_EQ(base::view_of(path.get()), L"SOFTWARE\\ \u516C\u53F8 \\a\\b%s\"");
 }
 
 TEST(ComposedPath, HasNoLimitOfLength) {
-  BSTR path = nullptr;
-  EXPECT_EQ(compose_registry_path(&path, std::wstring(300, L'x'), std::wstring(300, L'y')), 0);
-  EXPECT_EQ(SysStringLen(path), 9U + 300 + 1 + 300);
-  SysFreeString(path);
+  base::OwnedBstr path;
+  EXPECT_EQ(compose_registry_path(path.put(), std::wstring(300, L'x'), std::wstring(300, L'y')), 0);
+  EXPECT_EQ(SysStringLen(path.get()), 9U + 300 + 1 + 300);
 }
 
 TEST(ComposedPath, IsRefusedWithoutAFreePlace) {
   EXPECT_EQ(compose_registry_path(nullptr, L"A", L"B"), E_POINTER);
-  BSTR taken = SysAllocString(L"taken");
-  EXPECT_EQ(compose_registry_path(&taken, L"A", L"B"), E_INVALIDARG);
-  EXPECT_STREQ(taken, L"taken");
-  SysFreeString(taken);
+  const base::OwnedBstr taken(base::create_bstr(L"taken"));
+  BSTR path = taken.get();
+  EXPECT_EQ(compose_registry_path(&path, L"A", L"B"), E_INVALIDARG);
+  EXPECT_EQ(path, taken.get());
+  EXPECT_EQ(base::view_of(path), L"taken");
 }
 
 TEST(ComposedPath, IsRefusedWithoutCompanyOrProduct) {

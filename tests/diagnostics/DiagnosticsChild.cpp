@@ -19,6 +19,7 @@
 #include "Report.h"
 #include "Reporters.h"
 #include "SnagtrapClient.h"
+#include "WindowText.h"
 
 ZD_IMPORT_PROBE(InitializeCriticalSectionAndSpinCount, SectionProbe);
 
@@ -46,7 +47,7 @@ void say_all_reports() {
 
 void describe_box(HWND box) {
   const HWND icon = FindWindowExW(box, nullptr, L"Static", nullptr);
-  say("caption", test_support::window_text(box));
+  say("caption", base::window_text(box));
   say("text", test_support::item_text(box, 0xFFFF));
   say("owner", GetWindow(box, GW_OWNER) ? L"some" : L"none");
   const auto shown = reinterpret_cast<HICON>(SendMessageW(icon, STM_GETICON, 0, 0));

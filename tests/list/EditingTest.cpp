@@ -1,5 +1,6 @@
 #include "ListDialogTest.h"
 #include "SentMessages.h"
+#include "WindowText.h"
 #include "string_t.h"
 
 namespace list_test {
@@ -35,7 +36,7 @@ TEST_F(ListEditing, EditorBelongsToTheDialog) {
                               [&](HWND editor) {
                                 EXPECT_EQ(list.window(), GetWindow(editor, GW_OWNER));
                                 EXPECT_EQ(resource_string::resourse_2_string_impl(IDS_EDIT_RULE_TITLE),
-                                          test_support::window_text(editor));
+                                          base::window_text(editor));
                                 EndDialog(editor, IDCANCEL);
                               });
   });
@@ -70,7 +71,7 @@ TEST_F(ListEditing, AddOpensANewRule) {
     test_support::with_dialog([&] { list.press(IDC_ADD_RULE); },
                               [&](HWND editor) {
                                 EXPECT_EQ(resource_string::resourse_2_string_impl(IDS_ADD_RULE_TITLE),
-                                          test_support::window_text(editor));
+                                          base::window_text(editor));
                                 EXPECT_EQ(resource_string::resourse_2_string_impl(IDS_NEW_RULE_NAME),
                                           test_support::item_text(editor, IDC_NAME));
                                 EndDialog(editor, IDCANCEL);

@@ -2,15 +2,15 @@
 
 #include <vector>
 
+#include "Bstr.h"
 #include "ModuleTest.h"
 
 namespace module_test {
 namespace {
 
 std::wstring taken(BSTR text) {
-  std::wstring copy(text ? text : L"", SysStringLen(text));
-  SysFreeString(text);
-  return copy;
+  const base::OwnedBstr owned(text);
+  return std::wstring(base::view_of(text));
 }
 
 /// Name and help text of a type or of one of its members.

@@ -9,24 +9,6 @@
 namespace platform {
 namespace {
 
-/// Texts that a window of the class below returns, and what it says about their length.
-struct ReturnedText {
-  std::wstring text;
-  LRESULT length = 0;
-};
-ReturnedText returned;
-
-LRESULT CALLBACK text_procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-  if (message == WM_GETTEXTLENGTH) return returned.length;
-  if (message == WM_GETTEXT) {
-    auto* buffer = reinterpret_cast<wchar_t*>(lParam);
-    const std::size_t copied = std::min<std::size_t>(returned.text.size(), wParam - 1);
-    buffer[returned.text.copy(buffer, copied)] = 0;
-    return static_cast<LRESULT>(copied);
-  }
-  return DefWindowProcW(window, message, wParam, lParam);
-}
-
 class WindowTest : public testing::Test {
  protected:
   WindowTest() : window_(make(L"EDIT")) {}
@@ -35,15 +17,6 @@ class WindowTest : public testing::Test {
   static HWND make(const wchar_t* window_class) {
     return CreateWindowExW(WS_EX_TOPMOST, window_class, L"text", WS_POPUP, 10, 20, 120, 40, nullptr, nullptr,
                            GetModuleHandleW(nullptr), nullptr);
-  }
-
-  HWND text_window() {
-    WNDCLASSW window_class = {};
-    window_class.lpfnWndProc = text_procedure;
-    window_class.hInstance = GetModuleHandleW(nullptr);
-    window_class.lpszClassName = L"zd.Answering";
-    RegisterClassW(&window_class);
-    return make(L"zd.Answering");
   }
 
   /// The descriptions of the assertions so far.
@@ -98,29 +71,6 @@ TEST_F(WindowTest, EveryOperationOnADestroyedWindowIsReportedAndReturnsNothing) 
   EXPECT_EQ(window.GetExStyle(), 0u);
   EXPECT_EQ(assertions(), std::vector<std::wstring>(10, L"::IsWindow(m_hWnd)"));
 }
-
-TEST_F(WindowTest, TextOfAnyLengthIsRead) {
-  for (const std::size_t length : {0u, 1u, 255u, 256u, 29999u}) {
-    const std::wstring text(length, L'\u89c4');
-    SetWindowTextW(window_, text.c_str());
-    EXPECT_EQ(window_text(window_), text);
-  }
-}
-
-TEST_F(WindowTest, TextCountsAsItIsCopiedWhateverItsLengthWasSaidToBe) {
-  HWND window = text_window();
-  returned = {L"abc", 100};
-  EXPECT_EQ(window_text(window), L"abc");
-  returned = {L"abc", 2};
-  EXPECT_EQ(window_text(window), L"ab");
-  returned = {L"abc", 0};
-  EXPECT_EQ(window_text(window), L"");
-  returned = {L"abc", -1};
-  EXPECT_EQ(window_text(window), L"");
-  DestroyWindow(window);
-}
-
-TEST_F(WindowTest, TextOfNoWindowIsEmpty) { EXPECT_EQ(window_text(nullptr), L""); }
 
 }  // namespace
 }  // namespace platform

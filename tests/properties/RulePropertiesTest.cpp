@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "Bstr.h"
 #include "ComStrings.h"
 #include "Depth.h"
 #include "ExpirationRule.h"
@@ -18,7 +19,7 @@ class RuleProperties : public storage_test::StorageTest {
   std::pair<ExpirationRule, HostRule> any_rule() {
     const std::wstring name = random.text(60);
     ExpirationRule rule;
-    rule.RuleName = platform::take_string(SysAllocStringLen(name.data(), static_cast<UINT>(name.size())));
+    rule.RuleName = platform::take_string(base::create_bstr(name));
     HostRule expected(0, name);
     for (std::size_t i = 0; i < rule_numbers.size(); ++i)
       expected.*workbench::rule_columns[i].value = rule.*rule_numbers[i].member = random.number();

@@ -36,12 +36,4 @@ bool is_cut_to_triangle(HWND window) {
   return GetWindowRgn(window, region.get()) != ERROR && EqualRgn(region.get(), triangle.get());
 }
 
-void pump() {
-  MSG message;
-  while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
-    TranslateMessage(&message);
-    DispatchMessageW(&message);
-  }
-}
-
 }  // namespace resizable_test

@@ -27,9 +27,6 @@ CSize client_size(HWND window);
 /// Whether a window's region is the lower right half of its rectangle.
 bool is_cut_to_triangle(HWND window);
 
-/// Handles the messages that are waiting.
-void pump();
-
 /// Lets a test handle the messages of a window.
 class Listener : public platform::CSubclassedWindow {
  public:

@@ -1,6 +1,7 @@
 #include "EditorTest.h"
 #include "Input.h"
 #include "SentMessages.h"
+#include "WindowText.h"
 #include "string_t.h"
 
 namespace editor_test {
@@ -13,10 +14,10 @@ using EditorFill = EditorTest;
 
 TEST_F(EditorFill, TitleDiffersBetweenEditingAndAdding) {
   edit([](Editor& editor) {
-    EXPECT_EQ(resource_string::resourse_2_string_impl(IDS_EDIT_RULE_TITLE), test_support::window_text(editor.window()));
+    EXPECT_EQ(resource_string::resourse_2_string_impl(IDS_EDIT_RULE_TITLE), base::window_text(editor.window()));
   });
   edit(0, [](Editor& editor) {
-    EXPECT_EQ(resource_string::resourse_2_string_impl(IDS_ADD_RULE_TITLE), test_support::window_text(editor.window()));
+    EXPECT_EQ(resource_string::resourse_2_string_impl(IDS_ADD_RULE_TITLE), base::window_text(editor.window()));
   });
 }
 

@@ -11,6 +11,7 @@
 #include "OwnedWindow.h"
 #include "SpinControlHelper.h"
 #include "ThrownBy.h"
+#include "WindowText.h"
 #include "resource.h"
 
 namespace zd_expiration_rule_plugin::ui_helper {
@@ -19,7 +20,6 @@ namespace {
 using test_support::combo_data;
 using test_support::combo_texts;
 using test_support::thrown_by;
-using test_support::window_text;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -76,7 +76,7 @@ class SpinControl : public testing::Test {
     if (message != edit_typed_message) return DefWindowProcW(self, message, wParam, lParam);
     EXPECT_EQ(reinterpret_cast<WPARAM>(window), wParam);
     EXPECT_EQ(0, lParam);
-    notified.push_back(window_text(window));
+    notified.push_back(base::window_text(window));
     return 77;
   }
 
@@ -103,7 +103,7 @@ TEST_F(SpinControl, EachKeyReleaseReachesTheParentAlsoWhenItChangesNothing) {
 TEST_F(SpinControl, KeyPressesAndOtherMessagesReachNoOtherWindow) {
   SendMessageW(window, WM_KEYDOWN, VK_LEFT, 1);
   SendMessageW(window, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(L"8"));
-  EXPECT_EQ(L"8", window_text(window));
+  EXPECT_EQ(L"8", base::window_text(window));
   EXPECT_THAT(notified, IsEmpty());
 }
 
@@ -118,7 +118,7 @@ TEST_F(SpinControl, NothingIsPasted) {
     SetClipboardData(CF_UNICODETEXT, memory);
     CloseClipboard();
     EXPECT_EQ(0, SendMessageW(window, WM_PASTE, 0, 0));
-    EXPECT_EQ(L"", window_text(window));
+    EXPECT_EQ(L"", base::window_text(window));
   }
   EXPECT_THAT(notified, IsEmpty());
 }
@@ -132,7 +132,7 @@ TEST_F(SpinControl, AnotherMessageMapIsAnAssertion) {
 TEST_F(SpinControl, EditBecomesAnOrdinaryOneWhenTheHelperEnds) {
   edit.UnsubclassWindow();
   SendMessageW(window, WM_CHAR, L'4', 1);
-  EXPECT_EQ(L"4", window_text(window));
+  EXPECT_EQ(L"4", base::window_text(window));
   EXPECT_THAT(notified, IsEmpty());
 }
 
@@ -161,7 +161,7 @@ TEST_F(SpinControl, TakesThePositionFromTheLowWordWhateverTheHighWordSays) {
 TEST_F(SpinControl, EditIsGivenTheDecimalText) {
   spin.SetPos(42);
   AdjustEditControl(spin, edit, 42);
-  EXPECT_EQ(L"42", window_text(window));
+  EXPECT_EQ(L"42", base::window_text(window));
   EXPECT_THAT(reports(), IsEmpty());
 }
 
@@ -169,7 +169,7 @@ TEST_F(SpinControl, EditIsGivenEveryNumberAndTheSpinStays) {
   for (const long value : {-1L, 100L, LONG_MAX, LONG_MIN}) {
     spin.SetPos(42);
     AdjustEditControl(spin, edit, value);
-    EXPECT_EQ(std::to_wstring(value), window_text(window));
+    EXPECT_EQ(std::to_wstring(value), base::window_text(window));
     EXPECT_THAT(reports(), ElementsAre("ASSERT value == _spin.GetPos() | SpinControlHelper.cpp:* AdjustEditControl"));
     EXPECT_EQ(42, spin.GetPos());
   }
@@ -183,7 +183,7 @@ TEST_F(SpinControl, SpinFollowsTheEditWhichStaysAsItIs) {
   for (const auto& row : rows) {
     edit.SetText(row.text);
     AdjustSpinControl(spin, edit);
-    EXPECT_EQ(row.text, window_text(window));
+    EXPECT_EQ(row.text, base::window_text(window));
     EXPECT_EQ(row.position, spin.GetPos()) << testing::PrintToString(row.text);
   }
 }
@@ -197,7 +197,7 @@ TEST_F(SpinControl, SpinStaysWhereItIsWhenTheTextIsNoNumber) {
     spin.SetPos(3);
     edit.SetText(row.text);
     EXPECT_EQ(row.thrown, thrown_by([&] { AdjustSpinControl(spin, edit); }));
-    EXPECT_EQ(row.text, window_text(window));
+    EXPECT_EQ(row.text, base::window_text(window));
     EXPECT_EQ(3, spin.GetPos());
   }
 }
@@ -208,7 +208,7 @@ TEST_F(SpinControl, EditTakesTextsAgainAfterTheSpinFollowedIt) {
   edit.SetText(L"abc");
   EXPECT_EQ(DISP_E_TYPEMISMATCH, thrown_by([&] { AdjustSpinControl(spin, edit); }));
   edit.SetText(L"6");
-  EXPECT_EQ(L"6", window_text(window));
+  EXPECT_EQ(L"6", base::window_text(window));
 }
 
 TEST_F(SpinControl, ComboIsGivenTheModulesTextAndTheWholeItemData) {

@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "Bstr.h"
 #include "ComStrings.h"
 #include "ExpirationRule.h"
 #include "RuleRecord.h"
@@ -143,7 +144,7 @@ TEST_F(SavedRule, ReturnsTheResultOfTheService) {
 
 TEST_F(SavedRule, IsSavedWithEveryUnitOfItsName) {
   const std::wstring odd(L"\"%s\" \xD83D\xDE00 \xD800 \x0001 \t\n\0 end", 19);
-  rule.RuleName = platform::take_string(SysAllocStringLen(odd.data(), static_cast<UINT>(odd.size())));
+  rule.RuleName = platform::take_string(base::create_bstr(odd));
   long id = 0;
   add_rule(block, rule, id);
   ASSERT_EQ(1u, host.saves().size());

@@ -21,33 +21,47 @@ std::string read_all(HANDLE pipe) {
   return text;
 }
 
-/// An empty handle when the process does not start.
-base::KernelHandle try_start(const std::wstring& command_line, HANDLE output) {
+/// An empty handle when the process does not start. A null `folder` is this process's.
+base::KernelHandle try_start(const std::wstring& command_line, STARTUPINFOW startup, DWORD flags,
+                             const wchar_t* folder) {
+  PROCESS_INFORMATION started{};
+  // CreateProcessW may modify its command line.
+  std::wstring line = command_line;
+  const BOOL inherits = startup.dwFlags & STARTF_USESTDHANDLES ? TRUE : FALSE;
+  if (!CreateProcessW(nullptr, line.data(), nullptr, nullptr, inherits, flags, nullptr, folder, &startup, &started))
+    return {};
+  CloseHandle(started.hThread);
+  return base::KernelHandle(started.hProcess);
+}
+
+base::KernelHandle start(const std::wstring& command_line, const STARTUPINFOW& startup, DWORD flags = 0,
+                         const wchar_t* folder = nullptr) {
+  base::KernelHandle process = try_start(command_line, startup, flags, folder);
+  // One start in thousands fails so on the test platform, before anything of the program runs.
+  if (!process && GetLastError() == ERROR_INTERNAL_ERROR) {
+    std::cout << "a child process did not start and is started again\n";
+    process = try_start(command_line, startup, flags, folder);
+  }
+  if (!process) throw std::runtime_error("a child process does not start, error " + std::to_string(GetLastError()));
+  return process;
+}
+
+}  // namespace
+
+base::KernelHandle start_process(const std::wstring& command_line, HANDLE output) {
   STARTUPINFOW startup{};
   startup.cb = sizeof startup;
   startup.dwFlags = STARTF_USESTDHANDLES;
   startup.hStdInput = GetStdHandle(STD_INPUT_HANDLE);
   startup.hStdOutput = output;
   startup.hStdError = GetStdHandle(STD_ERROR_HANDLE);
-  PROCESS_INFORMATION started{};
-  // CreateProcessW may modify its command line.
-  std::wstring line = command_line;
-  if (!CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup, &started)) return {};
-  CloseHandle(started.hThread);
-  return base::KernelHandle(started.hProcess);
+  return start(command_line, startup);
 }
 
-}  // namespace
-
-base::KernelHandle start_process(const std::wstring& command_line, HANDLE output) {
-  base::KernelHandle process = try_start(command_line, output);
-  // One start in thousands fails so on the test platform, before anything of the program runs.
-  if (!process && GetLastError() == ERROR_INTERNAL_ERROR) {
-    std::cout << "a child process did not start and is started again\n";
-    process = try_start(command_line, output);
-  }
-  if (!process) throw std::runtime_error("a child process does not start, error " + std::to_string(GetLastError()));
-  return process;
+base::KernelHandle start_in_console(const std::wstring& command_line, const std::filesystem::path& folder) {
+  STARTUPINFOW startup{};
+  startup.cb = sizeof startup;
+  return start(command_line, startup, CREATE_NO_WINDOW, folder.c_str());
 }
 
 StartedProgram::StartedProgram(const std::wstring& program, const std::wstring& arguments) {

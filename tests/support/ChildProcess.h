@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -20,6 +21,10 @@ struct ChildResult {
 /// Starts a program by its command line, with this standard output; its standard input and error are this process's.
 /// Throws `std::runtime_error` when it cannot be started.
 base::KernelHandle start_process(const std::wstring& command_line, HANDLE output);
+
+/// Starts a program by its command line in a folder, with a console of its own that has no window. Throws
+/// `std::runtime_error` when it cannot be started.
+base::KernelHandle start_in_console(const std::wstring& command_line, const std::filesystem::path& folder);
 
 /// A program that was started, with a pipe for its standard output. It runs on when this object is destroyed.
 class StartedProgram {

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "WindowText.h"
+
 namespace test_support {
 namespace {
 
@@ -19,7 +21,7 @@ BOOL CALLBACK read_part(HWND part, LPARAM lParam) {
   if (kind == L"Static" && icon) {
     content.icon = icon;
   } else if (GetWindowLongW(part, GWL_STYLE) & WS_VISIBLE) {
-    content.text += window_text(part);
+    content.text += base::window_text(part);
   }
   return TRUE;
 }
@@ -31,13 +33,7 @@ HWND focus_in(HWND dialog) {
 
 }  // namespace
 
-std::wstring window_text(HWND window) {
-  std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(window)) + 1, L'\0');
-  text.resize(static_cast<std::size_t>(GetWindowTextW(window, text.data(), static_cast<int>(text.size()))));
-  return text;
-}
-
-std::wstring item_text(HWND dialog, int item) { return window_text(GetDlgItem(dialog, item)); }
+std::wstring item_text(HWND dialog, int item) { return base::window_text(GetDlgItem(dialog, item)); }
 
 std::wstring class_of(HWND window) {
   wchar_t name[64] = {};
@@ -92,7 +88,7 @@ std::vector<LRESULT> combo_data(HWND combo) {
 
 MessageBoxContent read_message_box(HWND box) {
   MessageBoxContent content;
-  content.caption = window_text(box);
+  content.caption = base::window_text(box);
   EnumChildWindows(box, read_part, reinterpret_cast<LPARAM>(&content));
   return content;
 }

@@ -8,7 +8,6 @@
 
 namespace test_support {
 
-std::wstring window_text(HWND window);
 std::wstring item_text(HWND dialog, int item);
 std::wstring class_of(HWND window);
 

@@ -8,6 +8,7 @@
 #include "ProgressDialog.h"
 #include "Texts.h"
 #include "UiLanguage.h"
+#include "WindowText.h"
 #include "resource.h"
 
 namespace workbench {
@@ -80,7 +81,7 @@ void CalendarDialog::preview() {
 }
 
 std::string CalendarDialog::read_events(const schedule::Progress& progress) {
-  const auto entered = [this](int id) { return to_schedule_text(window_text(control(id))); };
+  const auto entered = [this](int id) { return to_schedule_text(base::window_text(control(id))); };
   const std::string name = entered(IDC_CALENDAR_NAME);
   const std::optional<schedule::Day> from = schedule::try_parse_day(entered(IDC_CALENDAR_FROM));
   const std::optional<schedule::Day> to = schedule::try_parse_day(entered(IDC_CALENDAR_TO));

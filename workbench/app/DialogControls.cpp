@@ -2,12 +2,6 @@
 
 namespace workbench {
 
-std::wstring window_text(HWND window) {
-  std::wstring value(static_cast<size_t>(GetWindowTextLengthW(window)) + 1, L'\0');
-  value.resize(static_cast<size_t>(GetWindowTextW(window, value.data(), static_cast<int>(value.size()))));
-  return value;
-}
-
 int add_item(HWND combo, const std::wstring& text) {
   return static_cast<int>(SendMessageW(combo, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(text.c_str())));
 }

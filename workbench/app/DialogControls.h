@@ -6,9 +6,6 @@
 
 namespace workbench {
 
-/// The text of a window.
-std::wstring window_text(HWND window);
-
 /// Adds an item to a combo box and returns its index.
 int add_item(HWND combo, const std::wstring& text);
 

@@ -10,6 +10,7 @@
 #include "ScheduleRecords.h"
 #include "Texts.h"
 #include "Utf8.h"
+#include "WindowText.h"
 #include "resource.h"
 
 namespace workbench {
@@ -125,7 +126,7 @@ void FindDialog::import() {
 void FindDialog::find() {
   const schedule::Calendar* calendar = chosen_calendar();
   if (!calendar) return show_mistake(text(IDS_CALENDAR_NEEDED), control(IDC_DATES_CALENDAR));
-  const PastedDates pasted = date_file_of(to_schedule_text(window_text(control(IDC_FIND_DATES))));
+  const PastedDates pasted = date_file_of(to_schedule_text(base::window_text(control(IDC_FIND_DATES))));
   const schedule::Against against =
       chosen_item(control(IDC_DATES_AGAINST)) == 1 ? schedule::Against::expiration : schedule::Against::roll;
   schedule::DateList list;
@@ -158,7 +159,7 @@ void FindDialog::store_selected() {
   const schedule::FoundRule* found = rules_->selected();
   if (!found) return;
   Rule rule = rule_of(*found);
-  rule.name = window_text(control(IDC_FIND_NAME));
+  rule.name = base::window_text(control(IDC_FIND_NAME));
   HWND name = control(IDC_FIND_NAME);
   if (rule.name.empty()) return show_mistake(text(IDS_RULE_WITHOUT_NAME), name);
   if (!schedule::is_edited_name(to_schedule_text(rule.name))) return show_mistake(text(IDS_NAME_NOT_EDITED), name);

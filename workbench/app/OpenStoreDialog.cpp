@@ -4,6 +4,7 @@
 
 #include "StoreLocation.h"
 #include "Texts.h"
+#include "WindowText.h"
 #include "resource.h"
 
 namespace workbench {
@@ -53,11 +54,11 @@ void OpenStoreDialog::browse() {
 }
 
 std::wstring OpenStoreDialog::entered_name() const {
-  if (!names_server()) return window_text(control(IDC_STORE_FILE));
-  const ServerFields fields{.server = window_text(control(IDC_STORE_SERVER)),
-                            .port = window_text(control(IDC_STORE_PORT)),
-                            .database = window_text(control(IDC_STORE_DATABASE)),
-                            .user = window_text(control(IDC_STORE_USER))};
+  if (!names_server()) return base::window_text(control(IDC_STORE_FILE));
+  const ServerFields fields{.server = base::window_text(control(IDC_STORE_SERVER)),
+                            .port = base::window_text(control(IDC_STORE_PORT)),
+                            .database = base::window_text(control(IDC_STORE_DATABASE)),
+                            .user = base::window_text(control(IDC_STORE_USER))};
   return fields.server.empty() || fields.database.empty() ? std::wstring() : server_name(fields);
 }
 

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "Texts.h"
+#include "WindowText.h"
 #include "resource.h"
 
 namespace workbench {
@@ -17,7 +18,8 @@ void PasswordDialog::on_init() {
 
 void PasswordDialog::on_command(WORD id, WORD) {
   if (id != IDOK) return;
-  entered_ = {window_text(control(IDC_PASSWORD)), IsDlgButtonChecked(handle(), IDC_REMEMBER_PASSWORD) == BST_CHECKED};
+  entered_ = {base::window_text(control(IDC_PASSWORD)),
+              IsDlgButtonChecked(handle(), IDC_REMEMBER_PASSWORD) == BST_CHECKED};
   SetWindowTextW(control(IDC_PASSWORD), L"");
   close(IDOK);
 }

@@ -13,6 +13,7 @@
 #include "ScopedFlag.h"
 #include "TextEncoding.h"
 #include "Texts.h"
+#include "WindowText.h"
 #include "resource.h"
 
 namespace workbench {
@@ -27,7 +28,7 @@ constexpr int combo_drop_rows = 14;
 
 /// Sets the text unless the window shows it already, so that nothing flickers.
 void set_text(HWND window, const std::wstring& value) {
-  if (window_text(window) != value) SetWindowTextW(window, value.c_str());
+  if (base::window_text(window) != value) SetWindowTextW(window, value.c_str());
 }
 
 void move(HWND window, const RECT& bounds) {
@@ -197,7 +198,7 @@ LRESULT SchedulePane::on_command(WORD id, WORD code) {
 void SchedulePane::read_choices() {
   const int calendar = chosen_item(calendar_);
   choice_.calendar = calendar > 0 ? data_->calendars.at(static_cast<size_t>(calendar) - 1).name : std::string();
-  const std::wstring first = window_text(first_);
+  const std::wstring first = base::window_text(first_);
   // An incomplete typed month leaves the previous one in effect.
   if (const auto month = schedule::try_parse_month(to_schedule_text(first))) choice_.first = *month;
   choice_.months = month_counts[std::clamp<int>(chosen_item(months_), 0, std::size(month_counts) - 1)];

@@ -5,6 +5,7 @@
 
 #include "Dates.h"
 #include "Texts.h"
+#include "WindowText.h"
 #include "resource.h"
 
 namespace workbench {
@@ -51,7 +52,7 @@ void SettingDialog::on_command(WORD id, WORD) {
 }
 
 SymbolSourceSetting SettingDialog::entered() const {
-  SymbolSourceSetting setting{.name = window_text(control(IDC_SETTING_NAME)),
+  SymbolSourceSetting setting{.name = base::window_text(control(IDC_SETTING_NAME)),
                               .rule_name = chosen_name(control(IDC_SETTING_RULE), choices_.rules),
                               .calendar = chosen_name(control(IDC_SETTING_CALENDAR), choices_.calendars),
                               .last_day_is_expiration = chosen_item(control(IDC_SETTING_LAST_DAY)) == 1};

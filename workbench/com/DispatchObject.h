@@ -9,6 +9,8 @@
 #include <tuple>
 #include <utility>
 
+#include "Bstr.h"
+
 namespace workbench {
 
 /// How many host objects are alive in this process. It returns to its old value once every reference is released.
@@ -83,7 +85,7 @@ Object* make_object(Arguments&&... arguments) {
 }
 
 /// The text of a string argument; null is an empty one.
-inline std::wstring text_of(BSTR text) { return {text ? text : L"", SysStringLen(text)}; }
+inline std::wstring text_of(BSTR text) { return std::wstring(base::view_of(text)); }
 
 /// Runs the body of a COM method. An exception becomes an HRESULT: that of a `_com_error`, E_OUTOFMEMORY or E_FAIL.
 template <class Body>

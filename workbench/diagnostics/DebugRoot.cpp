@@ -2,6 +2,7 @@
 
 #include <atomic>
 
+#include "Bstr.h"
 #include "IgnoredLocations.h"
 #include "RecentDialog.h"
 #include "ReportDialog.h"
@@ -85,7 +86,7 @@ HRESULT DebugRoot::Configure(BSTR, BSTR, long) noexcept { return S_OK; }
 
 HRESULT DebugRoot::Command(BSTR word, IDebugObject* record, IDebugObject** created) noexcept {
   return workbench::com_method([&] {
-    const std::wstring_view wanted(word ? word : L"", SysStringLen(word));
+    const std::wstring_view wanted = base::view_of(word);
     return wanted == L"CREATE" ? create(created) : run(wanted, own_record(record));
   });
 }

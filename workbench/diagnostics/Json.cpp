@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <nlohmann/json.hpp>
 
+#include "Bstr.h"
 #include "TextEncoding.h"
 
 namespace snagtrap {
@@ -34,7 +35,7 @@ std::wstring system_text(const VARIANT& value) {
                                               : VariantChangeTypeEx(text.out(), const_cast<VARIANT*>(&value),
                                                                     LOCALE_INVARIANT, VARIANT_NOVALUEPROP, VT_BSTR);
   if (FAILED(changed)) return L"VARIANT type " + std::to_wstring(value.vt);
-  return {text.get().bstrVal ? text.get().bstrVal : L"", SysStringLen(text.get().bstrVal)};
+  return std::wstring(base::view_of(text.get().bstrVal));
 }
 
 /// Stands for a value that JSON can only hold as a text.
@@ -76,7 +77,7 @@ json literal_of(const VARIANT& value) {
 std::wstring text_of(const VARIANT& value) {
   switch (value.vt) {
     case VT_BSTR:
-      return {value.bstrVal ? value.bstrVal : L"", SysStringLen(value.bstrVal)};
+      return std::wstring(base::view_of(value.bstrVal));
     case VT_UI8:
       return address(reinterpret_cast<const void*>(value.ullVal));
     case VT_ERROR:

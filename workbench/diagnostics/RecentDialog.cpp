@@ -7,6 +7,7 @@
 #include "ModulePath.h"
 #include "SnagtrapResource.h"
 #include "Texts.h"
+#include "WindowText.h"
 
 namespace snagtrap {
 
@@ -28,9 +29,7 @@ void fill(HWND dialog, const Content& content) noexcept {
 }
 
 void open_folder(HWND dialog) {
-  const int length = GetWindowTextLengthW(GetDlgItem(dialog, IDC_LOG_PATH));
-  std::wstring folder(static_cast<std::size_t>(length) + 1, L'\0');
-  folder.resize(GetDlgItemTextW(dialog, IDC_LOG_PATH, folder.data(), length + 1));
+  std::wstring folder = base::window_text(GetDlgItem(dialog, IDC_LOG_PATH));
   folder.resize(folder.rfind(L'\\') + 1);
   ShellExecuteW(dialog, L"open", folder.c_str(), nullptr, nullptr, SW_SHOWNORMAL);
 }

@@ -2,6 +2,9 @@
 
 #include <algorithm>
 
+#include "Bstr.h"
+#include "ComPtr.h"
+
 namespace snagtrap {
 
 HRESULT Record::SetField(BSTR name, VARIANT value) noexcept {
@@ -10,7 +13,7 @@ HRESULT Record::SetField(BSTR name, VARIANT value) noexcept {
     Value copy;
     const HRESULT copied = VariantCopyInd(copy.out(), &value);
     if (FAILED(copied)) return copied;
-    const std::wstring_view wanted(name, SysStringLen(name));
+    const std::wstring_view wanted = base::view_of(name);
     const auto known =
         std::find_if(fields_.begin(), fields_.end(), [&](const Field& field) { return field.name == wanted; });
     if (known != fields_.end()) {
@@ -30,8 +33,7 @@ const VARIANT* Record::find(std::wstring_view name) const noexcept {
 
 std::wstring_view Record::text(std::wstring_view name) const noexcept {
   const VARIANT* value = find(name);
-  if (!value || value->vt != VT_BSTR || !value->bstrVal) return {};
-  return {value->bstrVal, SysStringLen(value->bstrVal)};
+  return value && value->vt == VT_BSTR ? base::view_of(value->bstrVal) : std::wstring_view();
 }
 
 std::optional<long> Record::integer(std::wstring_view name) const noexcept {
@@ -63,10 +65,7 @@ bool Record::accepts(const VARIANT& value) const noexcept {
 Record* own_record(IUnknown* object) noexcept {
   void* found = nullptr;
   if (!object || FAILED(object->QueryInterface(__uuidof(IOwnRecord), &found)) || !found) return nullptr;
-  auto* own = static_cast<IOwnRecord*>(found);
-  Record& record = own->record();
-  own->Release();
-  return &record;
+  return &base::own(static_cast<IOwnRecord*>(found))->record();
 }
 
 }  // namespace snagtrap

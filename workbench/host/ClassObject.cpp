@@ -1,5 +1,6 @@
 #include "ClassObject.h"
 
+#include "ComPtr.h"
 #include "DispatchObject.h"
 
 namespace workbench {
@@ -23,12 +24,7 @@ HRESULT ClassObject::CreateInstance(IUnknown* outer, REFIID iid, void** object) 
   if (!object) return E_POINTER;
   *object = nullptr;
   if (outer) return CLASS_E_NOAGGREGATION;
-  return com_method([&] {
-    IUnknown* created = make_();
-    const HRESULT result = created->QueryInterface(iid, object);
-    created->Release();
-    return result;
-  });
+  return com_method([&] { return base::own(make_())->QueryInterface(iid, object); });
 }
 
 }  // namespace workbench

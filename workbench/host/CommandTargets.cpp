@@ -3,6 +3,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "Bstr.h"
 #include "zdExpirationRules_h.h"
 
 namespace workbench {
@@ -23,18 +24,16 @@ HRESULT do_command_by_name(IDispatch& target, long id) noexcept {
   EXCEPINFO exception{};
   const HRESULT result =
       target.Invoke(dispid, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &parameters, nullptr, &exception, nullptr);
-  SysFreeString(exception.bstrSource);
-  SysFreeString(exception.bstrDescription);
-  SysFreeString(exception.bstrHelpFile);
+  const base::OwnedBstr source(exception.bstrSource);
+  const base::OwnedBstr description(exception.bstrDescription);
+  const base::OwnedBstr help_file(exception.bstrHelpFile);
   return result == DISP_E_EXCEPTION && FAILED(exception.scode) ? exception.scode : result;
 }
 
 HRESULT do_command(IDispatch& target, long id) noexcept {
-  IkvPlugin* plugin = nullptr;
-  if (FAILED(target.QueryInterface(&plugin)) || !plugin) return do_command_by_name(target, id);
-  const HRESULT result = plugin->DoCommand(id, VARIANT{});
-  plugin->Release();
-  return result;
+  IkvPlugin* found = nullptr;
+  if (FAILED(target.QueryInterface(&found)) || !found) return do_command_by_name(target, id);
+  return base::own(found)->DoCommand(id, VARIANT{});
 }
 
 }  // namespace

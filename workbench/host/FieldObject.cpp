@@ -1,5 +1,7 @@
 #include "FieldObject.h"
 
+#include "Bstr.h"
+
 namespace workbench {
 
 template <class Values, class Use>
@@ -13,7 +15,7 @@ HRESULT FieldObject::GetText(BSTR* text) noexcept {
   if (!text) return E_POINTER;
   *text = nullptr;
   return with_cell(rows_->texts(column_), [&](const std::wstring& cell) {
-    *text = SysAllocStringLen(cell.data(), static_cast<UINT>(cell.size()));
+    *text = base::create_bstr(cell);
     return *text ? S_OK : E_OUTOFMEMORY;
   });
 }

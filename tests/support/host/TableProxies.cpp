@@ -1,6 +1,6 @@
 #include "TableProxies.h"
 
-#include <oleauto.h>
+#include "Bstr.h"
 
 namespace test_support {
 namespace {
@@ -25,7 +25,7 @@ class FieldProxy final : public workbench::FieldSlots<ProxyObject<IkvField>> {
       *text = nullptr;
       const auto* value = std::get_if<std::wstring>(odd);
       if (!value) return S_OK;
-      *text = SysAllocStringLen(value->data(), static_cast<UINT>(value->size()));
+      *text = base::create_bstr(*value);
       return *text ? S_OK : E_OUTOFMEMORY;
     });
   }

@@ -1,14 +1,9 @@
 #include "Input.h"
 
+#include "MessagePump.h"
+
 namespace test_support {
 namespace {
-
-void dispatch(MSG& message) {
-  HWND dialog = message.hwnd ? GetAncestor(message.hwnd, GA_ROOT) : nullptr;
-  if (dialog && IsDialogMessageW(dialog, &message)) return;
-  TranslateMessage(&message);
-  DispatchMessageW(&message);
-}
 
 void hand_to_focus(UINT message, WPARAM wParam, LPARAM lParam) {
   MSG handed = {};
@@ -16,7 +11,7 @@ void hand_to_focus(UINT message, WPARAM wParam, LPARAM lParam) {
   handed.message = message;
   handed.wParam = wParam;
   handed.lParam = lParam;
-  dispatch(handed);
+  dispatch_as_dialog(handed);
   settle();
 }
 
@@ -38,9 +33,6 @@ void click_at(HWND window, POINT point) {
   settle();
 }
 
-void settle() {
-  MSG message = {};
-  while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) dispatch(message);
-}
+void settle() { pump_messages(&dispatch_as_dialog); }
 
 }  // namespace test_support

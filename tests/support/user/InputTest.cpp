@@ -4,6 +4,7 @@
 #include "Input.h"
 #include "OwnedWindow.h"
 #include "ScreenInput.h"
+#include "WindowText.h"
 
 namespace test_support {
 namespace {
@@ -12,7 +13,7 @@ namespace {
 struct InputTest : testing::Test {
   InputTest() { SetFocus(edit.get()); }
 
-  std::wstring text() const { return window_text(edit.get()); }
+  std::wstring text() const { return base::window_text(edit.get()); }
 
   OwnedWindow edit{CreateWindowExW(0, L"EDIT", L"", WS_VISIBLE | WS_POPUP | WS_BORDER | ES_AUTOHSCROLL, 0, 0, 200, 50,
                                    nullptr, nullptr, nullptr, nullptr)};

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <vector>
 
+#include "MessagePump.h"
+
 namespace test_support::screen {
 namespace {
 
@@ -106,10 +108,7 @@ void handle_one_message() {
     MsgWaitForMultipleObjects(0, nullptr, FALSE, 10, QS_ALLINPUT);
     return;
   }
-  HWND dialog = message.hwnd ? GetAncestor(message.hwnd, GA_ROOT) : nullptr;
-  if (dialog && IsDialogMessageW(dialog, &message)) return;
-  TranslateMessage(&message);
-  DispatchMessageW(&message);
+  dispatch_as_dialog(message);
 }
 
 }  // namespace

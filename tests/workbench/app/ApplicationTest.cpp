@@ -3,7 +3,9 @@
 #include "DispatchObject.h"
 #include "FailingRuleStore.h"
 #include "HostStorage.h"
+#include "MessagePump.h"
 #include "Texts.h"
+#include "WindowText.h"
 
 namespace workbench {
 namespace {
@@ -23,7 +25,7 @@ TEST_F(ApplicationTest, PanesFollowAChangeOfTheStore) {
   start();
   store_->add_rule({.name = L"SHFE copper"});
   store_->replace_settings({{L"CU.SHFE", L"gone"}});
-  pump_messages();
+  test_support::pump_messages();
   EXPECT_EQ(cell_text(rules(), 1, 1), L"SHFE copper");
   EXPECT_EQ(cell_text(settings(), 0, 2), L"规则不存在");
   EXPECT_EQ(status(1), L"2 条规则");
@@ -93,7 +95,7 @@ TEST_F(ApplicationTest, PickedCommandOpensTheModulesDialog) {
   application_->load_plugin(real_module());
   std::wstring title;
   const DialogDriver user([&](HWND dialog) {
-    title = test_support::window_text(dialog);
+    title = base::window_text(dialog);
     click(dialog, IDCANCEL);
   });
   ShowWindow(window(), SW_SHOW);
@@ -166,7 +168,7 @@ TEST_F(ApplicationTest, SavedRuleThatAnotherProgramHadDeletedIsSaidToBeAddedAnew
   ASSERT_EQ(store_->load_rules().size(), 1u);
   EXPECT_EQ(store_->load_rules()[0].rule.name, L"CSI 500");
   EXPECT_EQ(message(), L"该规则已被另一个程序删除，现已重新添加为“CSI 500”。");
-  pump_messages();
+  test_support::pump_messages();
   EXPECT_EQ(message(), text(IDS_RULE_RESTORED, {L"CSI 500"})) << "the panes follow without a message";
   press(IDM_REFRESH);
   EXPECT_EQ(message(), text(IDS_REFRESHED));

@@ -6,6 +6,7 @@
 #include "DialogDriver.h"
 #include "ListReader.h"
 #include "MemoryRuleStore.h"
+#include "MessagePump.h"
 #include "ModulePath.h"
 #include "resource.h"
 
@@ -18,7 +19,7 @@ inline void wait_for_dialog(const test_support::DialogDriver& driver) {
   const ULONGLONG end = GetTickCount64() + 10'000;
   while (driver.dialogs() == 0 && GetTickCount64() < end) {
     MsgWaitForMultipleObjects(0, nullptr, FALSE, 100, QS_ALLINPUT);
-    pump_messages();
+    test_support::pump_messages();
   }
   EXPECT_NE(driver.dialogs(), 0) << "no dialog was opened";
 }

@@ -1,7 +1,9 @@
+#include "MessagePump.h"
 #include "ScheduleRecords.h"
 #include "ScheduleTest.h"
 #include "TemporaryFolder.h"
 #include "Texts.h"
+#include "WindowText.h"
 
 namespace workbench {
 namespace {
@@ -24,7 +26,7 @@ class CalendarDialogTest : public ScheduleTest {
     test_support::with_dialog([&] { press(IDM_IMPORT_CALENDAR); }, act);
   }
 
-  static std::wstring changes(HWND dialog) { return window_text(GetDlgItem(dialog, IDC_CALENDAR_CHANGES)); }
+  static std::wstring changes(HWND dialog) { return base::window_text(GetDlgItem(dialog, IDC_CALENDAR_CHANGES)); }
   static bool can_import(HWND dialog) { return IsWindowEnabled(GetDlgItem(dialog, IDOK)); }
 
   schedule::Calendar stored(const std::string& name) {
@@ -47,7 +49,7 @@ TEST_F(CalendarDialogTest, ShowsWhatChangesAndThenReplacesTheCalendar) {
   });
   EXPECT_EQ(stored("sample").closed.size(), 2u);
   EXPECT_NE(message().find(L"sample"), std::wstring::npos);
-  pump_messages();
+  test_support::pump_messages();
   EXPECT_TRUE(IsWindowVisible(part(IDC_DISMISS))) << "old dates beside new ones";
 }
 

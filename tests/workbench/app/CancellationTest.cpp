@@ -3,6 +3,7 @@
 #include "ScheduleTest.h"
 #include "TemporaryFolder.h"
 #include "Texts.h"
+#include "WindowText.h"
 
 namespace workbench {
 namespace {
@@ -102,7 +103,7 @@ TEST_F(CancellationTest, FileOfDatesIsNotRead) {
   test_support::with_dialog([&] { press(IDM_FIND_RULE); },
                             [&](HWND dialog) {
                               EXPECT_EQ(cancel_while([&] { click(dialog, IDC_DATES_IMPORT); }), 1);
-                              EXPECT_EQ(window_text(GetDlgItem(dialog, IDC_FIND_DATES)), L"");
+                              EXPECT_EQ(base::window_text(GetDlgItem(dialog, IDC_FIND_DATES)), L"");
                               click(dialog, IDCANCEL);
                             });
 }

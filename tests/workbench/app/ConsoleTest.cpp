@@ -5,6 +5,7 @@
 #include <atomic>
 #include <thread>
 
+#include "ChildProcess.h"
 #include "ModulePath.h"
 #include "Owned.h"
 #include "SqliteRuleStore.h"
@@ -66,16 +67,10 @@ class ConsoleTest : public testing::Test {
   /// Starts the program in a console of its own and presses Ctrl+C when it shows how far it has come, by `sign`.
   /// Returns its exit code.
   DWORD cancelled(const std::wstring& arguments, const std::wstring& sign = L" %") {
-    std::wstring line = L'"' + base::path_beside_program(L"workbench-console.exe") + L"\" " + arguments;
-    STARTUPINFOW startup{};
-    startup.cb = sizeof(startup);
-    PROCESS_INFORMATION started{};
-    if (!CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, CREATE_NO_WINDOW, nullptr,
-                        folder_.path().c_str(), &startup, &started))
-      return GetLastError();
-    const base::KernelHandle process(started.hProcess);
-    const base::KernelHandle thread(started.hThread);
-    const ScopedConsole console(started.dwProcessId);
+    const std::wstring program = base::path_beside_program(L"workbench-console.exe");
+    const base::KernelHandle process =
+        test_support::start_in_console(L'"' + program + L"\" " + arguments, folder_.path());
+    const ScopedConsole console(GetProcessId(process.get()));
     const ULONGLONG end = GetTickCount64() + limit_ms;
     std::wstring seen;
     while (seen.find(sign) == std::wstring::npos && GetTickCount64() < end &&

@@ -1,9 +1,11 @@
 #include <algorithm>
 
+#include "MessagePump.h"
 #include "ProgressDialog.h"
 #include "ScheduleTest.h"
 #include "TemporaryFolder.h"
 #include "Texts.h"
+#include "WindowText.h"
 
 namespace workbench {
 namespace {
@@ -26,11 +28,11 @@ class DatesDialogsTest : public ScheduleTest {
   }
 
   static HWND results(HWND dialog) { return GetDlgItem(dialog, IDC_DATES_LIST); }
-  static std::wstring messages(HWND dialog) { return window_text(GetDlgItem(dialog, IDC_DATES_MESSAGES)); }
+  static std::wstring messages(HWND dialog) { return base::window_text(GetDlgItem(dialog, IDC_DATES_MESSAGES)); }
 
   static bool shows(HWND dialog, const std::wstring& wanted) {
     for (HWND child = GetWindow(dialog, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
-      if (window_text(child) == wanted) return true;
+      if (base::window_text(child) == wanted) return true;
     }
     return false;
   }
@@ -94,7 +96,7 @@ TEST_F(DatesDialogsTest, FoundRuleIsStoredAndOpenedInTheEditor) {
   std::wstring edited;
   const DialogDriver user([&](HWND dialog) {
     if (!GetDlgItem(dialog, IDC_FIND_DATES)) {  // the module's editor
-      edited = window_text(FindWindowExW(dialog, nullptr, L"Edit", nullptr));
+      edited = base::window_text(FindWindowExW(dialog, nullptr, L"Edit", nullptr));
       click(dialog, IDCANCEL);
       return;
     }
@@ -108,7 +110,7 @@ TEST_F(DatesDialogsTest, FoundRuleIsStoredAndOpenedInTheEditor) {
     click(dialog, IDC_FIND_STORE);
   });
   press(IDM_FIND_RULE);
-  pump_messages();
+  test_support::pump_messages();
   EXPECT_EQ(edited, L"found");
   ASSERT_EQ(store_->load_rules().size(), 3u);
   EXPECT_EQ(store_->load_rules().back().rule.week_ordinal, 3);
@@ -165,7 +167,7 @@ TEST_F(DatesDialogsTest, FileThatIsNoListOfDatesIsNotShown) {
     const std::wstring said =
         test_support::with_message_box([&] { import_file(dialog, std::string(600'000, 'x')); }).text;
     EXPECT_NE(said.find(L"list.csv"), std::wstring::npos);
-    EXPECT_EQ(window_text(dates), L"");
+    EXPECT_EQ(base::window_text(dates), L"");
   });
 }
 
@@ -187,7 +189,7 @@ TEST_F(DatesDialogsTest, ImportedDatesAreSearchedAtOnce) {
     choose_in(dialog, IDC_DATES_CALENDAR, 1);
     import_file(dialog, "contract,date\n2026-01,2026-01-16\n2026-02,2026-02-23\n");
     EXPECT_GT(ListView_GetItemCount(results(dialog)), 1);
-    EXPECT_EQ(window_text(GetDlgItem(dialog, IDC_FIND_DATES)),
+    EXPECT_EQ(base::window_text(GetDlgItem(dialog, IDC_FIND_DATES)),
               L"contract,date\r\n2026-01,2026-01-16\r\n2026-02,2026-02-23\r\n");
   });
 }

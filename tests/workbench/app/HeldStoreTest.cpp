@@ -2,11 +2,13 @@
 // meanwhile.
 #include "ComPtr.h"
 #include "HostStorage.h"
+#include "MessagePump.h"
 #include "ProgressDialog.h"
 #include "ScheduleTest.h"
 #include "TemporaryFolder.h"
 #include "Texts.h"
 #include "WaitBox.h"
+#include "WindowText.h"
 
 namespace workbench {
 namespace {
@@ -109,7 +111,7 @@ TEST_F(HeldStoreTest, RefreshKeepsThePanes) {
   EXPECT_EQ(message(), text(IDS_CANCELLED));
   EXPECT_EQ(ListView_GetItemCount(rules()), 2);
   EXPECT_TRUE(IsWindowEnabled(window()));
-  pump_messages();
+  test_support::pump_messages();
   EXPECT_EQ(message(), text(IDS_REFRESHED));
 }
 
@@ -124,7 +126,7 @@ TEST_F(HeldStoreTest, CancelledSaveOfASettingKeepsWhatWasEntered) {
       SetDlgItemTextW(dialog, IDC_SETTING_NAME, L"changed");
       EXPECT_EQ(cancel_while_held([&] { click(dialog, IDOK); }), 1);
     } else {
-      EXPECT_EQ(window_text(GetDlgItem(dialog, IDC_SETTING_NAME)), L"changed");
+      EXPECT_EQ(base::window_text(GetDlgItem(dialog, IDC_SETTING_NAME)), L"changed");
       EXPECT_FALSE(IsWindowEnabled(window())) << "the dialog is still open";
       click(dialog, IDCANCEL);
     }

@@ -14,13 +14,4 @@ inline std::wstring cell_text(HWND list, int row, int column) {
   return text;
 }
 
-/// Dispatches what is in the message queue now.
-inline void pump_messages() {
-  MSG message{};
-  while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
-    TranslateMessage(&message);
-    DispatchMessageW(&message);
-  }
-}
-
 }  // namespace workbench

@@ -2,6 +2,7 @@
 
 #include "ApplicationTest.h"
 #include "FirstContent.h"
+#include "MessagePump.h"
 #include "PasswordDialog.h"
 #include "RecentStores.h"
 #include "ScratchRoot.h"
@@ -51,7 +52,7 @@ class OpenStoreTest : public ApplicationTest {
       }
     });
     press(IDM_OPEN_STORE);
-    pump_messages();
+    test_support::pump_messages();
   }
 
   /// What File > Recent stores shows.
@@ -96,7 +97,7 @@ TEST_F(OpenStoreTest, TwoStoresAreNotCompared) {
   open(first.wstring());
   open_sqlite_store(first)->update_rule(1, {.name = L"r", .day_of_month = 15});
   SendMessageW(window(), WM_TIMER, 1, 0);
-  pump_messages();
+  test_support::pump_messages();
   EXPECT_TRUE(is_comparing()) << "the dates of one store are compared";
   press(IDM_DISMISS);
   const std::filesystem::path other = folder_.path() / L"other.db";
@@ -110,7 +111,7 @@ TEST_F(OpenStoreTest, PaneFollowsChangesOfTheNewStoreOnly) {
   open_sqlite_store(path_)->add_rule({.name = L"SHFE lead"});
   SendMessageW(window(), WM_TIMER, 1, 0);
   store_->add_rule({.name = L"CSI 500"});
-  pump_messages();
+  test_support::pump_messages();
   EXPECT_EQ(ListView_GetItemCount(rules()), 3);
   EXPECT_EQ(cell_text(rules(), 2, 1), L"SHFE lead");
 }

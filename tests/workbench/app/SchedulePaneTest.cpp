@@ -1,7 +1,9 @@
+#include "MessagePump.h"
 #include "ScheduleTest.h"
 #include "TemporaryFolder.h"
 #include "Texts.h"
 #include "UiLanguage.h"
+#include "WindowText.h"
 
 namespace workbench {
 namespace {
@@ -112,7 +114,7 @@ TEST_F(ScheduleTest, SecondChangeIsComparedWithTheDatesBeforeTheFirst) {
 TEST_F(ScheduleTest, ChangeThatTouchesNoDateShowsNoComparison) {
   start_at_2026();
   store_->add_rule({.name = L"new"});
-  pump_messages();
+  test_support::pump_messages();
   EXPECT_FALSE(IsWindowVisible(part(IDC_DISMISS)));
   EXPECT_EQ(ListView_GetItemCount(list()), 12);
 }
@@ -151,7 +153,7 @@ TEST_F(ScheduleTest, EverythingIsInEnglishToo) {
   start_at_2026();
   EXPECT_EQ(cell_text(list(), 1, schedule_flags_column), L"moved");
   EXPECT_EQ(status(1), L"2 rules");
-  EXPECT_EQ(window_text(window()), L"Expiration Rules Workbench");
+  EXPECT_EQ(base::window_text(window()), L"Expiration Rules Workbench");
 }
 
 TEST_F(ScheduleTest, YearIsDrawn) {

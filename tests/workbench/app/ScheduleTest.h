@@ -3,6 +3,8 @@
 #include "ApplicationTest.h"
 #include "DialogControls.h"
 #include "Files.h"
+#include "MessagePump.h"
+#include "WindowText.h"
 
 namespace workbench {
 
@@ -41,7 +43,7 @@ class ScheduleTest : public ApplicationTest {
   HWND pane() const { return GetDlgItem(window(), IDC_SCHEDULE_PANE); }
   HWND part(int id) const { return GetDlgItem(pane(), id); }
   HWND list() const { return part(IDC_SCHEDULE); }
-  std::wstring notice() const { return window_text(part(IDC_NOTICE)); }
+  std::wstring notice() const { return base::window_text(part(IDC_NOTICE)); }
 
   void choose_first_month(const wchar_t* month) {
     SetWindowTextW(part(IDC_FIRST_MONTH), month);
@@ -60,7 +62,7 @@ class ScheduleTest : public ApplicationTest {
     StoredRule stored = store_->load_rules().front();
     stored.rule.roll_offset = offset;
     store_->update_rule(stored.number, stored.rule, stored.revision);
-    pump_messages();
+    test_support::pump_messages();
   }
 
   std::optional<std::filesystem::path> chosen_file_;

@@ -1,5 +1,7 @@
+#include "MessagePump.h"
 #include "ScheduleTest.h"
 #include "Texts.h"
+#include "WindowText.h"
 
 namespace workbench {
 namespace {
@@ -22,7 +24,7 @@ class SettingsEditingTest : public ScheduleTest {
       }
     });
     press(command);
-    pump_messages();
+    test_support::pump_messages();
   }
 
   long first_number() const { return store_->load_settings().front().number; }
@@ -57,7 +59,7 @@ TEST_F(SettingsEditingTest, DialogShowsWhatIsStoredAndOkKeepsIt) {
   const SymbolSourceSetting before = stored(1);
   std::wstring name;
   run(IDM_EDIT_SETTING, [&](HWND dialog, int) {
-    name = window_text(GetDlgItem(dialog, IDC_SETTING_NAME));
+    name = base::window_text(GetDlgItem(dialog, IDC_SETTING_NAME));
     EXPECT_EQ(IsDlgButtonChecked(dialog, IDC_SETTING_FIRST_MONTH + 2), static_cast<UINT>(BST_CHECKED));
     EXPECT_EQ(IsDlgButtonChecked(dialog, IDC_SETTING_FIRST_MONTH), static_cast<UINT>(BST_UNCHECKED));
     click(dialog, IDOK);
@@ -69,7 +71,7 @@ TEST_F(SettingsEditingTest, DialogShowsWhatIsStoredAndOkKeepsIt) {
 TEST_F(SettingsEditingTest, RuleAndCalendarThatAreNotThereAreKept) {
   start_at_2026();
   store_->update_setting(first_number(), {.name = L"IF", .rule_name = L"gone", .calendar = L"gone too"}, std::nullopt);
-  pump_messages();
+  test_support::pump_messages();
   run(IDM_EDIT_SETTING, [](HWND dialog, int) { click(dialog, IDOK); });
   EXPECT_EQ(stored(0).rule_name, L"gone");
   EXPECT_EQ(stored(0).calendar, L"gone too");
@@ -126,7 +128,7 @@ TEST_F(SettingsEditingTest, DeletedOnlyAfterYes) {
   start_at_2026();
   for (const int answer : {IDNO, IDYES}) {
     test_support::with_message_box([&] { press(IDM_DELETE_SETTING); }, answer);
-    pump_messages();
+    test_support::pump_messages();
     EXPECT_EQ(store_->load_settings().size(), answer == IDNO ? 2u : 1u);
   }
   EXPECT_EQ(stored(0).name, L"IH");

@@ -1,4 +1,5 @@
 #include "ApplicationTest.h"
+#include "MessagePump.h"
 #include "SqliteRuleStore.h"
 #include "StoreWriter.h"
 #include "TemporaryFolder.h"
@@ -81,7 +82,7 @@ TEST_F(TwoHostsTest, RuleThatWasChangedBehindTheQuestionIsNotDeleted) {
     }
   });
   pick_plugin_command();
-  pump_messages();
+  test_support::pump_messages();
   ASSERT_FALSE(boxes.empty());
   EXPECT_NE(boxes.front().find(L"CSI 300"), std::wstring::npos);
   EXPECT_NE(message().find(L"已被另一个程序修改"), std::wstring::npos);

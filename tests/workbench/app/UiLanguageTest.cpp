@@ -10,6 +10,7 @@
 #include "OwnedWindow.h"
 #include "Texts.h"
 #include "UiLanguage.h"
+#include "WindowText.h"
 #include "resource.h"
 
 namespace workbench {
@@ -112,7 +113,7 @@ class HiddenDialog {
 
 /// The width that a control's text takes, with the box of a check box.
 LONG needed_width(HWND control) {
-  const std::wstring text = test_support::window_text(control);
+  const std::wstring text = base::window_text(control);
   const base::MemoryDc dc(CreateCompatibleDC(nullptr));
   SelectObject(dc.get(), reinterpret_cast<HFONT>(SendMessageW(control, WM_GETFONT, 0, 0)));
   RECT needed{};

@@ -2,6 +2,7 @@
 
 #include "ApplicationTest.h"
 #include "Controls.h"
+#include "MessagePump.h"
 #include "WaitBox.h"
 #include "WithinSeconds.h"
 #include "resource.h"
@@ -18,7 +19,7 @@ class WaitBoxTest : public ApplicationTest {
     WaitBox::delay_ms = 50;
     start();
     ShowWindow(window(), SW_SHOW);
-    pump_messages();
+    test_support::pump_messages();
   }
   ~WaitBoxTest() override { WaitBox::delay_ms = 1000; }
 
@@ -107,7 +108,7 @@ TEST_F(WaitBoxTest, FramePaintsItselfAndNothingElseReachesIt) {
   EXPECT_GE(counted.paints, 1);
   EXPECT_EQ(counted.others, 0);
   user.join();
-  pump_messages();
+  test_support::pump_messages();
   EXPECT_GE(counted.others, 2) << "what was posted is seen afterwards";
   RemoveWindowSubclass(window(), &count, 0);
 }
@@ -118,7 +119,7 @@ TEST_F(WaitBoxTest, WhatIsTypedWhileTheBoxIsShownIsDroppedAndWithoutItWaits) {
   const auto type_and_wait = [&] {
     SetForegroundWindow(window());
     SetFocus(rules());
-    pump_messages();
+    test_support::pump_messages();
     INPUT input[2]{};
     input[0].type = input[1].type = INPUT_KEYBOARD;
     input[0].ki.wVk = input[1].ki.wVk = VK_F5;
@@ -132,10 +133,10 @@ TEST_F(WaitBoxTest, WhatIsTypedWhileTheBoxIsShownIsDroppedAndWithoutItWaits) {
     SetEvent(answered_.get());
   });
   type_and_wait();
-  pump_messages();
+  test_support::pump_messages();
   EXPECT_EQ(counted.others, 0);
   type_and_wait();
-  pump_messages();
+  test_support::pump_messages();
   EXPECT_EQ(counted.others, 1) << "the answer came soon";
   RemoveWindowSubclass(rules(), &count, 0);
 }

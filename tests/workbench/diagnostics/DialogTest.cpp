@@ -2,6 +2,7 @@
 #include "IgnoredLocations.h"
 #include "LibraryTest.h"
 #include "SnagtrapResource.h"
+#include "WindowText.h"
 
 namespace snagtrap_test {
 namespace {
@@ -11,7 +12,6 @@ using test_support::DialogDriver;
 using test_support::item_text;
 using test_support::press_key;
 using test_support::press_mnemonic;
-using test_support::window_text;
 using testing::HasSubstr;
 
 /// Dialogs are shown, and each test closes them from inside the dialog's message loop.
@@ -129,7 +129,7 @@ TEST_F(Interactive, DialogSaysWhatFailedAndWhere) {
   std::wstring headline;
   std::wstring details;
   process_with_user(L"ASSERT", [&](HWND dialog) {
-    caption = window_text(dialog);
+    caption = base::window_text(dialog);
     headline = item_text(dialog, IDC_HEADLINE);
     details = item_text(dialog, IDC_DETAILS);
     click(dialog, IDCANCEL);

@@ -5,6 +5,7 @@
 
 #include <string>
 
+#include "Bstr.h"
 #include "ComPtr.h"
 #include "Record.h"
 
@@ -22,7 +23,7 @@ inline HRESULT set(IKV_SnagtrapUtil::IDebugObject& record, const wchar_t* name, 
 inline HRESULT set_text(IKV_SnagtrapUtil::IDebugObject& record, const wchar_t* name, const std::wstring& text) {
   VARIANT value{};
   value.vt = VT_BSTR;
-  value.bstrVal = SysAllocStringLen(text.data(), static_cast<UINT>(text.size()));
+  value.bstrVal = base::create_bstr(text);
   const HRESULT result = set(record, name, value);
   VariantClear(&value);
   return result;

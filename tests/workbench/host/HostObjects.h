@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "Bstr.h"
 #include "ComPtr.h"
 #include "DispatchObject.h"
 #include "HostStorage.h"
@@ -32,11 +33,9 @@ inline long number_in(IkvTable* table, long id) {
 }
 
 inline std::wstring text_in(IkvTable* table, long id) {
-  BSTR text = nullptr;
-  EXPECT_EQ(field_of(table, id)->GetText(&text), S_OK);
-  std::wstring result(text ? text : L"", SysStringLen(text));
-  SysFreeString(text);
-  return result;
+  base::OwnedBstr text;
+  EXPECT_EQ(field_of(table, id)->GetText(text.put()), S_OK);
+  return std::wstring(base::view_of(text.get()));
 }
 
 inline long row_count(IkvTable* table) {

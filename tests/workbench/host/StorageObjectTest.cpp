@@ -2,6 +2,7 @@
 
 #include <set>
 
+#include "Bstr.h"
 #include "FailingRuleStore.h"
 #include "FaultLoop.h"
 #include "HostObjects.h"
@@ -48,13 +49,13 @@ class StorageObjectTest : public HostObjects {
   }
 
   HRESULT add(const Rule& rule, long* number) {
-    const _bstr_t name(SysAllocStringLen(rule.name.data(), static_cast<UINT>(rule.name.size())), false);
+    const _bstr_t name(base::create_bstr(rule.name), false);
     return rules_->add_rule(name, rule.roll_offset, rule.day_type, rule.day_mode, rule.day_of_month, rule.day_month,
                             rule.week_ordinal, rule.weekday, rule.weekday_month, rule.move_to_next_trading_day, number);
   }
 
   HRESULT update(long number, const Rule& rule) {
-    const _bstr_t name(SysAllocStringLen(rule.name.data(), static_cast<UINT>(rule.name.size())), false);
+    const _bstr_t name(base::create_bstr(rule.name), false);
     return rules_->update_rule(number, name, rule.roll_offset, rule.day_type, rule.day_mode, rule.day_of_month,
                                rule.day_month, rule.week_ordinal, rule.weekday, rule.weekday_month,
                                rule.move_to_next_trading_day);
