@@ -2,17 +2,14 @@
 # The scripts that a person starts, and what they stand on.
 
 bats_require_minimum_version 1.5.0
-project=$(cd "$BATS_TEST_DIRNAME/../.." && pwd)
-tools=$project/tools
+# shellcheck source=support.bash
+. "$BATS_TEST_DIRNAME/support.bash"
 
 # program FILE TEXT: a program that does the shell commands of the text.
 program() {
   printf '#!/usr/bin/env bash\n%s\n' "$2" >"$1"
   chmod +x "$1"
 }
-
-# expect PATTERN: the output has a line that matches.
-expect() { grep -qE -- "$1" <<<"$output" || { echo "no line '$1' in:"; echo "$output"; return 1; }; }
 
 # --- session ---
 
@@ -181,6 +178,7 @@ stubs() {
   {
     local say='printf -v line " <%s>" "$@"; echo "$(basename "$0")$line"'
     program "$tree/tools/prepare" "$say"
+    program "$tree/tools/print-versions" "$say"
     program "$tree/tools/session" "$say; exit $1"
     program "$tree/programs/cmake" "$say"
     program "$tree/programs/xdotool" '[ "$DISPLAY" = :there ]'

@@ -2,7 +2,8 @@
 # The main function of every test program catches tests that hang, crash or damage memory, names them, and goes on.
 
 bats_require_minimum_version 1.5.0
-tools=$BATS_TEST_DIRNAME/../../tools
+# shellcheck source=support.bash
+. "$BATS_TEST_DIRNAME/support.bash"
 
 # misbehave TEST...: runs the tests, and fails when the program passes.
 misbehave() {
@@ -12,9 +13,6 @@ misbehave() {
     "$ZD_PROGRAMS/misbehaving_tests.exe" "--gtest_filter=${filter#:}" --gtest_also_run_disabled_tests
   output=${output//$'\r'/}
 }
-
-# expect LINE: the output has the line, as a regular expression.
-expect() { grep -qE -- "$1" <<<"$output" || { echo "no line '$1' in:"; echo "$output"; return 1; }; }
 
 @test "the watchdog ends a hanging test and shows its dialog" {
   misbehave DISABLED_OpensADialog
