@@ -23,8 +23,8 @@ class BareEditor : public platform::CDialogImpl<BareEditor> {
 struct Opening {
   std::vector<std::wstring> names = bench::rule_names(rule_count);
   bench::DialogOwner owner;
-  bench::BenchmarkHost stage{names};
-  StorageBlock block = stage.rules().storage_block();
+  bench::BenchmarkHost host{names};
+  StorageBlock block = host.rules().storage_block();
 };
 
 template <class... Open>
@@ -36,7 +36,7 @@ bench::BaselineComparison comparison(const Open&... open) {
 
 bench::BaselineComparison list_comparison() {
   const std::wstring path = static_cast<const wchar_t*>(zd_common::ZDRegistryPath());
-  return comparison([](Opening& opening) { opening.stage.open_list(); },
+  return comparison([](Opening& opening) { opening.host.open_list(); },
                     [=](Opening& opening) {
                       bench::FairList(opening.block, path + L"\\Windows Placement").DoModal(opening.owner.window());
                     },
@@ -45,7 +45,7 @@ bench::BaselineComparison list_comparison() {
 
 bench::BaselineComparison editor_comparison() {
   return comparison(
-      [](Opening& opening) { opening.stage.show_rule(shown_rule); },
+      [](Opening& opening) { opening.host.show_rule(shown_rule); },
       [](Opening& opening) { bench::FairEditor(opening.block, shown_rule).DoModal(opening.owner.window()); },
       [](Opening& opening) { BareEditor().DoModal(opening.owner.window()); });
 }

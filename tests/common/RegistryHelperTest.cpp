@@ -155,7 +155,7 @@ TEST(ComposedPath, HasNoLimitOfLength) {
   EXPECT_EQ(SysStringLen(path.get()), 9U + 300 + 1 + 300);
 }
 
-TEST(ComposedPath, IsRefusedWithoutAFreePlace) {
+TEST(ComposedPath, IsRefusedWithoutAnEmptyOutParameter) {
   EXPECT_EQ(compose_registry_path(nullptr, L"A", L"B"), E_POINTER);
   const base::OwnedBstr taken(base::create_bstr(L"taken"));
   BSTR path = taken.get();
@@ -169,7 +169,7 @@ TEST(ComposedPath, IsRefusedWithoutCompanyOrProduct) {
   EXPECT_EQ(compose_registry_path(&path, L"", L"B"), 1812);
   EXPECT_EQ(compose_registry_path(&path, L"A", L""), 1812);
   EXPECT_EQ(path, nullptr);
-  EXPECT_EQ(compose_registry_path(nullptr, L"", L""), E_POINTER) << "the place comes first";
+  EXPECT_EQ(compose_registry_path(nullptr, L"", L""), E_POINTER) << "the out parameter is checked first";
 }
 
 constexpr char report[] = "ASSERT 00000714 | RegistryHelper.h:15 zd_common::ZDRegistryPath";

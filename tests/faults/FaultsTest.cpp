@@ -26,7 +26,7 @@ Calls play_undisturbed(const Scenario& scenario, const module_test::Module& modu
     host.calls().forget();
   });
   EXPECT_EQ(S_OK, result.hresult) << scenario.name;
-  EXPECT_TRUE(result.as_meant) << scenario.name;
+  EXPECT_TRUE(result.as_intended) << scenario.name;
   EXPECT_EQ(scenario.outcomes.front(), host.rules()) << scenario.name;
   return host.calls().all();
 }

@@ -14,7 +14,7 @@ using Calls = std::vector<std::string>;
 struct ScenarioResult {
   HRESULT hresult = S_OK;  ///< of the plug-in's last call
   bool edited = false;     ///< whether an editor opened
-  bool as_meant = false;   ///< whether the user saw everything that he would see if nothing failed
+  bool as_intended = false;   ///< whether the user saw everything that there is to see when nothing fails
 };
 
 /// Something that a user or the host does with the plug-in. Played on a new host with `stored_rules`, it goes

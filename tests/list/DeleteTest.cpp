@@ -198,7 +198,7 @@ TEST_P(ListDeleteResult, CountsByTheFlagAlone) {
 INSTANTIATE_TEST_SUITE_P(
     All, ListDeleteResult,
     testing::Values(ConfirmationCase{"Failure", {E_FAIL}, false, false},
-                    ConfirmationCase{"LackOfMemory", {E_OUTOFMEMORY}, false, false},
+                    ConfirmationCase{"OutOfMemory", {E_OUTOFMEMORY}, false, false},
                     ConfirmationCase{"LostHost", {RPC_E_DISCONNECTED}, false, false},
                     ConfirmationCase{"NoInterface", {E_NOINTERFACE, Fault::Out::null}, false, false},
                     ConfirmationCase{"SuccessWithoutTheFlag", {S_OK}, false, false},

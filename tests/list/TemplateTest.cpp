@@ -2,10 +2,7 @@
 #include <commctrl.h>
 #include <gmock/gmock.h>
 
-#include <vector>
-
 #include "DialogTemplate.h"
-#include "resource.h"
 
 namespace list_test {
 namespace {
@@ -43,12 +40,6 @@ TEST(ListTemplate, DialogHasItsCaptionSizeStyleAndFont) {
 
 TEST(ListTemplate, HasItsControlsAtTheirPositions) {
   EXPECT_THAT(test_support::read_dialog_template(201).controls, testing::ElementsAreArray(controls));
-}
-
-TEST(ListTemplate, IdentifiersAreThoseOfTheControls) {
-  EXPECT_EQ(201, IDD_EXPIRATION_RULES_LIST);
-  EXPECT_EQ(std::vector<int>({201, 202, 203, 204, 205}),
-            std::vector<int>({IDC_RULES_LIST, IDC_ADD_RULE, IDC_EDIT_RULE, IDC_DELETE_RULE, IDC_RULES_GROUP}));
 }
 
 }  // namespace

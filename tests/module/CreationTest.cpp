@@ -122,7 +122,7 @@ TEST_F(CreationTest, InnerUnknownHasAnIdentityAndACountOfItsOwn) {
   EXPECT_EQ(1u, references(inner));
   EXPECT_EQ(0, outer_.queries);
   EXPECT_EQ(1u, outer_.references);
-  EXPECT_FALSE(base::try_query<IServiceProvider>(inner)) << "the inner unknown answers for the inner object alone";
+  EXPECT_FALSE(base::try_query<IServiceProvider>(inner)) << "the inner unknown is that of the inner object alone";
 }
 
 TEST_F(CreationTest, AggregateHoldsTheModuleUntilItsInnerIsReleased) {

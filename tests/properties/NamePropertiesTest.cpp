@@ -86,7 +86,7 @@ class HostileNames : public HostileDialogs {
     return users;
   }
 
-  /// What the user reads when he wants to delete the rule.
+  /// What the user reads before the rule is deleted.
   static std::wstring delete_text(const std::wstring& rule_name, const Texts& users) {
     if (users.empty()) {
       const std::wstring question = resourse_2_string_impl(IDS_CONFIRM_DELETE);

@@ -9,19 +9,11 @@ const std::string good =
     "# name: test\n# title: A test\n# from: 2026-01-01\n# to: 2026-12-31\n# weekend: Saturday, Sunday\n"
     "date,reason\n2026-01-01,New Year\n2026-05-01,\"Labour, and \"\"more\"\"\"\n";
 
-/// The good file with one piece replaced.
-std::string with(std::string_view piece, std::string_view replacement) {
-  std::string text = good;
-  return text.replace(text.find(piece), piece.size(), replacement);
-}
-
 /// The messages about a file that is refused.
 std::string messages(std::string_view text) {
   const CalendarReading reading = read_calendar(text);
   EXPECT_EQ(reading.calendar.has_value(), reading.mistakes.empty());
-  std::string lines;
-  for (const Mistake& mistake : reading.mistakes) lines += describe("f.csv", mistake) + "\n";
-  return lines;
+  return messages_of(reading.mistakes, "f.csv");
 }
 
 }  // namespace
@@ -46,45 +38,48 @@ TEST(CalendarFile, NeedsOnlyNameAndRange) {
 }
 
 TEST(CalendarFile, WeekendsAreWeekdays) {
-  const auto weekend = [](std::string_view text) { return read_calendar(with("Saturday, Sunday", text)).calendar; };
+  const auto weekend = [](std::string_view text) {
+    return read_calendar(with(good, "Saturday, Sunday", text)).calendar;
+  };
   EXPECT_EQ(weekend("Saturday,Monday").value().weekend, 0b1000010);
   EXPECT_EQ(weekend("none").value().weekend, 0);
   EXPECT_EQ(weekend("Sunday").value().weekend, 1);
 }
 
 TEST(CalendarFile, EachMistakeIsReportedWithItsLineAndWhatWasExpected) {
-  EXPECT_EQ(messages(with("2026-05-01", "2026-05-32")),
+  EXPECT_EQ(messages(with(good, "2026-05-01", "2026-05-32")),
             "f.csv:8: expected a day like 2026-01-16, from 1900 to 2199; found \"2026-05-32\"\n");
-  EXPECT_EQ(messages(with("2026-05-01", "2026-01-01")), "f.csv:8: expected each day once, found 2026-01-01 again\n");
-  EXPECT_EQ(messages(with("2026-01-01,N", "2026-06-01,N")),
+  EXPECT_EQ(messages(with(good, "2026-05-01", "2026-01-01")),
+            "f.csv:8: expected each day once, found 2026-01-01 again\n");
+  EXPECT_EQ(messages(with(good, "2026-01-01,N", "2026-06-01,N")),
             "f.csv:8: expected a day after 2026-06-01, found 2026-05-01\n");
-  EXPECT_EQ(messages(with("2026-05-01", "2026-05-02")),
+  EXPECT_EQ(messages(with(good, "2026-05-01", "2026-05-02")),
             "f.csv:8: expected a day that is not on the weekend, found 2026-05-02\n");
-  EXPECT_EQ(messages(with("2026-05-01", "2027-05-03")),
+  EXPECT_EQ(messages(with(good, "2026-05-01", "2027-05-03")),
             "f.csv:8: expected a day from 2026-01-01 to 2026-12-31, found 2027-05-03\n");
-  EXPECT_EQ(messages(with("New Year", "New,Year")), "f.csv:7: expected 2 fields, found 3\n");
-  EXPECT_EQ(messages(with(",New Year", "")), "f.csv:7: expected 2 fields, found 1\n");
-  EXPECT_EQ(messages(with("date,reason", "day")),
+  EXPECT_EQ(messages(with(good, "New Year", "New,Year")), "f.csv:7: expected 2 fields, found 3\n");
+  EXPECT_EQ(messages(with(good, ",New Year", "")), "f.csv:7: expected 2 fields, found 1\n");
+  EXPECT_EQ(messages(with(good, "date,reason", "day")),
             "f.csv:6: expected the line of columns \"date\" or \"date,reason\", found \"day\"\n");
-  EXPECT_EQ(messages(with("name: test", "name: a/b")),
+  EXPECT_EQ(messages(with(good, "name: test", "name: a/b")),
             "f.csv:1: expected a name of 1 to 255 characters that is not the name of a file, found \"a/b\"\n");
-  EXPECT_EQ(messages(with("2026-12-31", "2025-12-31")),
+  EXPECT_EQ(messages(with(good, "2026-12-31", "2025-12-31")),
             "f.csv:4: expected a last day that is not before 2026-01-01, found 2025-12-31\n");
-  EXPECT_EQ(messages(with("from: 2026-01-01", "from: tomorrow")),
+  EXPECT_EQ(messages(with(good, "from: 2026-01-01", "from: tomorrow")),
             "f.csv:3: expected a day like 2026-01-16, from 1900 to 2199; found \"tomorrow\"\n");
-  EXPECT_EQ(messages(with("Saturday, Sunday", "Saturday,")),
+  EXPECT_EQ(messages(with(good, "Saturday, Sunday", "Saturday,")),
             "f.csv:5: expected weekdays like \"Saturday, Sunday\", at most six, or \"none\"; found \"Saturday,\"\n");
-  EXPECT_EQ(messages(with("title", "name")), "f.csv:2: expected the key name only once\n");
-  EXPECT_EQ(messages(with("title", "colour")),
+  EXPECT_EQ(messages(with(good, "title", "name")), "f.csv:2: expected the key name only once\n");
+  EXPECT_EQ(messages(with(good, "title", "colour")),
             "f.csv:2: expected \"# key: value\" with one of the keys name, title, covers, from, to, weekend, source; "
             "found \"# colour: A test\"\n");
-  EXPECT_EQ(messages(with("New Year", "Neujahr\xE4")), "f.csv:7: expected UTF-8: save as UTF-8\n");
-  EXPECT_EQ(messages(with("\"Labour", "\"\"Labour")),
+  EXPECT_EQ(messages(with(good, "New Year", "Neujahr\xE4")), "f.csv:7: expected UTF-8: save as UTF-8\n");
+  EXPECT_EQ(messages(with(good, "\"Labour", "\"\"Labour")),
             "f.csv:8: expected quotation marks around the whole field, and doubled within it; "
             "found \"\"\"Labour\"\n"
             "f.csv:8: expected quotation marks around the whole field, and doubled within it; "
             "found \" and \"\"more\"\"\"\"\n");
-  EXPECT_EQ(messages(with("more\"\"\"", "more")), "f.csv:8: expected a quotation mark that ends the field\n");
+  EXPECT_EQ(messages(with(good, "more\"\"\"", "more")), "f.csv:8: expected a quotation mark that ends the field\n");
 }
 
 TEST(CalendarFile, Utf16IsRefusedWithTheRightMessage) {

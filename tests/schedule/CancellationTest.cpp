@@ -1,17 +1,9 @@
 // Every command says how far it has come, and can be cancelled each time it does, with nothing half done.
-#include <map>
-
-#include "Commands.h"
-#include "ScheduleTest.h"
+#include "CommandTest.h"
 
 namespace workbench::schedule {
 
 namespace {
-
-const std::string cancelled_rules_csv =
-    "RuleName,RollOffset,DayType,DayMode,DayOfMonth,DayMonth,WeekOrdinal,Weekday,WeekdayMonth,MoveToNextTradingDay\n"
-    "CSI 300,0,0,1,1,1,3,5,1,1\n"
-    "copper,0,0,0,16,1,1,1,1,1\n";
 
 struct Command {
   const char* name;
@@ -20,10 +12,18 @@ struct Command {
 
 void PrintTo(const Command& command, std::ostream* stream) { *stream << command.name; }
 
-class Cancellation : public testing::TestWithParam<Command> {
+class Cancellation : public CommandTest, public testing::WithParamInterface<Command> {
  protected:
   Cancellation() {
-    input_.read_file = [this](const std::string& path) { return std::optional(files_.at(path)); };
+    files_ = {
+        {"rules.csv", rule_columns + "\nCSI 300,0,0,1,1,1,3,5,1,1\ncopper,0,0,0,16,1,1,1,1,1\n"},
+        {"settings.csv", "SettingName,RuleName,Calendar,Months,LastTradingDay\nIF,copper,test,,\nnew,copper,,,\n"},
+        {"all.json", R"({"settings": [{"SettingName": "s", "RuleName": "", "Calendar": "", "Months": "",)"
+                     R"( "LastTradingDay": ""}]})"},
+        {"list.csv", "rule,contract,date\nCSI 300,2026-01,2026-01-16\ncopper,2026-01,2026-01-16\n"},
+        {"dates.csv", "contract,date\n2026-01,2026-01-16\n2026-02,2026-02-20\n"},
+        {"calendar.csv", "# name: test\n# from: 2026-01-01\n# to: 2026-03-31\ndate\n2026-01-16\n"},
+        {"events.ics", "BEGIN:VCALENDAR\nBEGIN:VEVENT\nDTSTART;VALUE=DATE:20260116\nEND:VEVENT\nEND:VCALENDAR\n"}};
     input_.rules = {{"CSI 300", on_weekday(3, 5, current_month, true)}, {"copper", on_day(15, current_month, true)}};
     input_.settings = {{"IF", "CSI 300", "test"}, {"CU", "copper", "test"}};
     input_.calendars = {Calendar{.name = "test", .from = day("2026-01-01"), .to = day("2026-03-31")}};
@@ -31,23 +31,9 @@ class Cancellation : public testing::TestWithParam<Command> {
   }
 
   CommandOutput run(const Progress& progress) {
-    Mistake mistake;
-    const std::optional<CommandArguments> parsed = parse_command_arguments(GetParam().arguments, mistake);
-    EXPECT_TRUE(parsed) << describe(mistake);
     input_.progress = progress;
-    return run_command(*parsed, input_);
+    return CommandTest::run(GetParam().arguments);
   }
-
-  std::map<std::string, std::string> files_{
-      {"rules.csv", cancelled_rules_csv},
-      {"settings.csv", "SettingName,RuleName,Calendar,Months,LastTradingDay\nIF,copper,test,,\nnew,copper,,,\n"},
-      {"all.json", R"({"settings": [{"SettingName": "s", "RuleName": "", "Calendar": "", "Months": "",)"
-                   R"( "LastTradingDay": ""}]})"},
-      {"list.csv", "rule,contract,date\nCSI 300,2026-01,2026-01-16\ncopper,2026-01,2026-01-16\n"},
-      {"dates.csv", "contract,date\n2026-01,2026-01-16\n2026-02,2026-02-20\n"},
-      {"calendar.csv", "# name: test\n# from: 2026-01-01\n# to: 2026-03-31\ndate\n2026-01-16\n"},
-      {"events.ics", "BEGIN:VCALENDAR\nBEGIN:VEVENT\nDTSTART;VALUE=DATE:20260116\nEND:VEVENT\nEND:VCALENDAR\n"}};
-  CommandInput input_;
 };
 
 std::vector<Command> commands() {

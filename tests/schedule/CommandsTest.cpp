@@ -1,35 +1,21 @@
 #include <algorithm>
-#include <map>
 
-#include "Commands.h"
-#include "ScheduleTest.h"
+#include "CommandTest.h"
 
 namespace workbench::schedule {
 
 namespace {
 
-const std::string rules_csv =
-    "RuleName,RollOffset,DayType,DayMode,DayOfMonth,DayMonth,WeekOrdinal,Weekday,WeekdayMonth,MoveToNextTradingDay\n"
-    "CSI 300,0,0,1,1,1,3,5,1,1\n"
-    "copper,0,0,0,15,1,1,1,1,1\n";
+const std::string rules_csv = rule_columns +
+                              "\nCSI 300,0,0,1,1,1,3,5,1,1\n"
+                              "copper,0,0,0,15,1,1,1,1,1\n";
 
-class Commands : public testing::Test {
+class Commands : public CommandTest {
  protected:
   Commands() {
-    input_.read_file = [this](const std::string& path) -> std::optional<std::string> {
-      const auto found = files_.find(path);
-      return found == files_.end() ? std::nullopt : std::optional(found->second);
-    };
     input_.calendars = shipped_calendars();
     input_.today = day("2026-01-10");
     files_["rules.csv"] = rules_csv;
-  }
-
-  CommandOutput run(const std::vector<std::string>& arguments) {
-    Mistake mistake;
-    const std::optional<CommandArguments> parsed = parse_command_arguments(arguments, mistake);
-    if (!parsed) return {{}, {describe(mistake)}, wrong_arguments};
-    return run_command(*parsed, input_);
   }
 
   /// The exit code and the messages.
@@ -39,9 +25,6 @@ class Commands : public testing::Test {
     for (const std::string& message : output.messages) text += "|" + message;
     return text;
   }
-
-  std::map<std::string, std::string> files_;
-  CommandInput input_;
 };
 
 const std::vector<std::string> schedule_csi{"--rules",    "rules.csv",     "--schedule", "CSI 300",

@@ -5,11 +5,7 @@ namespace workbench::schedule {
 
 namespace {
 
-std::string messages(const DateList& list) {
-  std::string lines;
-  for (const Mistake& mistake : list.mistakes) lines += describe("f", mistake) + "\n";
-  return lines;
-}
+std::string messages(const DateList& list) { return messages_of(list.mistakes); }
 
 }  // namespace
 

@@ -61,9 +61,7 @@ std::vector<Mistake> reread(const CalendarReading& reading) {
   return again.mistakes;
 }
 
-const std::string rules =
-    "RuleName,RollOffset,DayType,DayMode,DayOfMonth,DayMonth,WeekOrdinal,Weekday,WeekdayMonth,MoveToNextTradingDay\r\n"
-    "CSI 300,0,0,1,1,1,3,5,1,1\r\n\"a \"\"b\"\"\",3,0,0,25,0,1,1,1,0\r\n";
+const std::string rules = rule_columns + "\r\nCSI 300,0,0,1,1,1,3,5,1,1\r\n\"a \"\"b\"\"\",3,0,0,25,0,1,1,1,0\r\n";
 const std::string settings =
     "SettingName,RuleName,Calendar,Months,LastTradingDay\nIF,CSI 300,china-futures,HMUZ,roll\n\"CL\",,,,expiration\n";
 

@@ -17,17 +17,10 @@ const std::string good_events =
     "BEGIN:VEVENT\r\nDTSTART;VALUE=DATE:20260101\r\nSUMM\r\n ARY:New\r\n\t Year\r\nEND:VEVENT\r\n"
     "END:VCALENDAR\r\n";
 
-std::string events_with(std::string_view piece, std::string_view replacement) {
-  std::string text = good_events;
-  return text.replace(text.find(piece), piece.size(), replacement);
-}
-
 std::string event_mistakes(std::string_view text) {
   const CalendarReading reading = read_icalendar(text, scope);
   EXPECT_EQ(reading.calendar.has_value(), reading.mistakes.empty());
-  std::string lines;
-  for (const Mistake& mistake : reading.mistakes) lines += describe("f.ics", mistake) + "\n";
-  return lines;
+  return messages_of(reading.mistakes, "f.ics");
 }
 
 /// The closed days of one event.
@@ -71,15 +64,15 @@ TEST(ICalendar, DaysOfTheWeekendOrOutsideOrCancelledAreLeftOut) {
 }
 
 TEST(ICalendar, WhatIsNoAllDayEventIsRefusedWithItsLine) {
-  EXPECT_EQ(event_mistakes(events_with("DTSTART;VALUE=DATE:20260501", "DTSTART:20260501T090000Z")),
+  EXPECT_EQ(event_mistakes(with(good_events, "DTSTART;VALUE=DATE:20260501", "DTSTART:20260501T090000Z")),
             "f.ics:6: expected an all-day event with days like 20260116, found \"DTSTART:20260501T090000Z\"\n");
-  EXPECT_EQ(event_mistakes(events_with("UID:1", "RRULE:FREQ=YEARLY")),
+  EXPECT_EQ(event_mistakes(with(good_events, "UID:1", "RRULE:FREQ=YEARLY")),
             "f.ics:5: expected an event that does not repeat, found \"RRULE:FREQ=YEARLY\"\n");
-  EXPECT_EQ(event_mistakes(events_with("UID:1", "rdate;value=date:20270501")),
+  EXPECT_EQ(event_mistakes(with(good_events, "UID:1", "rdate;value=date:20270501")),
             "f.ics:5: expected an event that does not repeat, found \"RDATE;VALUE=DATE:20270501\"\n");
-  EXPECT_EQ(event_mistakes(events_with("DTSTART;VALUE=DATE:20260501\r\n", "")),
+  EXPECT_EQ(event_mistakes(with(good_events, "DTSTART;VALUE=DATE:20260501\r\n", "")),
             "f.ics:11: expected an event with DTSTART\n");
-  EXPECT_EQ(event_mistakes(events_with("20260506", "20260430")),
+  EXPECT_EQ(event_mistakes(with(good_events, "20260506", "20260430")),
             "f.ics:12: expected an event that does not end before it starts\n");
   EXPECT_EQ(days_of("DTSTART:20260105\nDURATION:PT2H"), "refused");
   EXPECT_EQ(days_of("DTSTART:20260105\nDURATION:P0D"), "refused");
@@ -89,10 +82,11 @@ TEST(ICalendar, OtherFilesAreRefusedWithALine) {
   EXPECT_EQ(event_mistakes(""), "f.ics:1: expected END:VCALENDAR\n");
   EXPECT_EQ(event_mistakes("# name: x\n"),
             "f.ics:1: expected a line of an iCalendar file, found \"# name: x\"\nf.ics:1: expected END:VCALENDAR\n");
-  EXPECT_EQ(event_mistakes(events_with("END:VALARM", "END:VEVENT")).substr(0, 32), "f.ics:11: expected END:VALARM\nf.");
+  EXPECT_EQ(event_mistakes(with(good_events, "END:VALARM", "END:VEVENT")).substr(0, 32),
+            "f.ics:11: expected END:VALARM\nf.");
   EXPECT_EQ(event_mistakes(good_events + "more:x\r\n"),
             "f.ics:20: expected a line of an iCalendar file, found \"more:x\"\n");
-  EXPECT_EQ(event_mistakes(events_with("Labour", "\xFF")), "f.ics:8: expected UTF-8: save as UTF-8\n");
+  EXPECT_EQ(event_mistakes(with(good_events, "Labour", "\xFF")), "f.ics:8: expected UTF-8: save as UTF-8\n");
 }
 
 TEST(ICalendar, ScopeIsChecked) {

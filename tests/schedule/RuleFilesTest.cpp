@@ -6,25 +6,18 @@ namespace workbench::schedule {
 
 namespace {
 
-const std::string header =
-    "RuleName,RollOffset,DayType,DayMode,DayOfMonth,DayMonth,WeekOrdinal,Weekday,WeekdayMonth,MoveToNextTradingDay\r\n";
+const std::string header = rule_columns + "\r\n";
 const std::string lone_surrogate = "\xED\xA0\x80";
 
-std::string messages(const std::vector<Mistake>& mistakes) {
-  std::string lines;
-  for (const Mistake& mistake : mistakes) lines += describe("f", mistake) + "\n";
-  return lines;
-}
-
 std::vector<NamedRule> rules_of(const RuleFile& file) {
-  EXPECT_EQ(messages(file.mistakes), "");
+  EXPECT_EQ(messages_of(file.mistakes), "");
   std::vector<NamedRule> rules;
   for (const Lined<NamedRule>& lined : file.rules.value()) rules.push_back(lined.item);
   return rules;
 }
 
 std::vector<NamedSetting> settings_of(const RuleFile& file) {
-  EXPECT_EQ(messages(file.mistakes), "");
+  EXPECT_EQ(messages_of(file.mistakes), "");
   std::vector<NamedSetting> settings;
   for (const Lined<NamedSetting>& lined : file.settings.value()) settings.push_back(lined.item);
   return settings;
@@ -79,7 +72,7 @@ TEST(RuleFiles, JsonRoundTripIsExact) {
 
 TEST(RuleFiles, JsonMayHoldOneKindAlone) {
   const RuleFile file = read_rules_json(R"({"settings": []})");
-  EXPECT_EQ(messages(file.mistakes), "");
+  EXPECT_EQ(messages_of(file.mistakes), "");
   EXPECT_FALSE(file.rules.has_value());
   EXPECT_TRUE(file.settings.has_value());
 }
@@ -94,10 +87,8 @@ TEST(RuleFiles, JsonEscapesOfPairsAreCharacters) {
 }
 
 TEST(RuleFiles, EveryColumnOfARuleIsRequired) {
-  std::string text = header + "a,0,0,0,1,1,1,1,1,0\r\n";
-  text.replace(text.find("RollOffset"), 10, "RollOfset");
-  const RuleFile file = read_rules_csv(text);
-  EXPECT_EQ(messages(file.mistakes), "f:1: expected a column RollOffset\n");
+  const RuleFile file = read_rules_csv(with(header + "a,0,0,0,1,1,1,1,1,0\r\n", "RollOffset", "RollOfset"));
+  EXPECT_EQ(messages_of(file.mistakes), "f:1: expected a column RollOffset\n");
   EXPECT_EQ(file.ignored_columns, std::vector<std::string>{"RollOfset"});
 }
 
@@ -105,9 +96,10 @@ TEST(RuleFiles, EveryColumnOfASettingIsRequired) {
   const std::string expected =
       "f:1: expected a column Calendar\nf:1: expected a column Months\nf:1: expected a column LastTradingDay\n";
   const RuleFile file = read_settings_csv("SettingName,RuleName\ns,r\n");
-  EXPECT_EQ(messages(file.mistakes), expected);
+  EXPECT_EQ(messages_of(file.mistakes), expected);
   EXPECT_TRUE(file.settings->empty());
-  EXPECT_EQ(messages(read_rules_json(R"({"settings": [{"SettingName": "s", "RuleName": "r"}]})").mistakes), expected);
+  EXPECT_EQ(messages_of(read_rules_json(R"({"settings": [{"SettingName": "s", "RuleName": "r"}]})").mistakes),
+            expected);
 }
 
 TEST(RuleFiles, OtherColumnsAreIgnoredWithANote) {
@@ -117,21 +109,21 @@ TEST(RuleFiles, OtherColumnsAreIgnoredWithANote) {
 }
 
 TEST(RuleFiles, MistakesInCsvAreReportedWithTheirLines) {
-  EXPECT_EQ(messages(read_rules_csv(header + ",0,0,0,1,1,1,1,1,0\n" + "a,x,2147483648,,1,1,1,1,1, 0\n").mistakes),
+  EXPECT_EQ(messages_of(read_rules_csv(header + ",0,0,0,1,1,1,1,1,0\n" + "a,x,2147483648,,1,1,1,1,1, 0\n").mistakes),
             "f:2: expected a name of 1 to 255 characters, found \"\"\n"
             "f:3: expected a whole number of 32 bits as RollOffset, found \"x\"\n"
             "f:3: expected a whole number of 32 bits as DayType, found \"2147483648\"\n"
             "f:3: expected a whole number of 32 bits as DayMode, found \"\"\n"
             "f:3: expected a whole number of 32 bits as MoveToNextTradingDay, found \" 0\"\n");
-  EXPECT_EQ(
-      messages(read_settings_csv("SettingName,RuleName,Calendar,Months,LastTradingDay\ns,r,a/b,MH,never\n").mistakes),
-      "f:2: expected a name of 1 to 255 characters that is not the name of a file, found \"a/b\"\n"
-      "f:2: expected ascending letters of delivery months like HMUZ, or none; found \"MH\"\n"
-      "f:2: expected \"roll\" or \"expiration\", found \"never\"\n");
+  EXPECT_EQ(messages_of(
+                read_settings_csv("SettingName,RuleName,Calendar,Months,LastTradingDay\ns,r,a/b,MH,never\n").mistakes),
+            "f:2: expected a name of 1 to 255 characters that is not the name of a file, found \"a/b\"\n"
+            "f:2: expected ascending letters of delivery months like HMUZ, or none; found \"MH\"\n"
+            "f:2: expected \"roll\" or \"expiration\", found \"never\"\n");
 }
 
 TEST(RuleFiles, MistakesInJsonAreReportedWithTheirLines) {
-  const auto mistakes = [](std::string_view text) { return messages(read_rules_json(text).mistakes); };
+  const auto mistakes = [](std::string_view text) { return messages_of(read_rules_json(text).mistakes); };
   const std::string form = "expected JSON like {\"rules\": [{\"RuleName\": ...}], \"settings\": [...]}\n";
   EXPECT_EQ(mistakes(""), "f:1: " + form);
   EXPECT_EQ(mistakes("{\n\"rules\":\n[,]}"), "f:3: " + form);
@@ -161,7 +153,7 @@ TEST(RuleFiles, NamesHaveTheLengthThatAStoreKeeps) {
   EXPECT_EQ(utf16_length("a\xE6\xB2\xAA\xF0\x9F\x98\x80" + lone_surrogate), 5U);
   const std::string longest(255, 'x');
   const std::string columns = "SettingName,RuleName,Calendar,Months,LastTradingDay\n";
-  EXPECT_EQ(messages(read_settings_csv(columns + longest + ",,,,\n").mistakes), "");
+  EXPECT_EQ(messages_of(read_settings_csv(columns + longest + ",,,,\n").mistakes), "");
   EXPECT_EQ(read_settings_csv(columns + longest + "x,,,,\n").mistakes.size(), 1U);
 }
 
@@ -170,7 +162,7 @@ TEST(ImportPlan, SaysWhatIsAddedChangedAndLeft) {
   const std::vector<NamedRule> imported{
       {"same", on_day(1)}, {"other", on_day(4)}, {"new", on_day(5)}, {"\xE6\xB2\xAA", on_day(6)}};
   const ImportPlan plan = plan_import(read_rules_csv(write_csv(imported)), {stored, some_settings});
-  EXPECT_EQ(messages(plan.refused), "");
+  EXPECT_EQ(messages_of(plan.refused), "");
   ASSERT_EQ(plan.rules.size(), 4U);
   EXPECT_EQ(plan.rules[0].action, ImportAction::leave);
   EXPECT_EQ(plan.rules[1].action, ImportAction::change);
@@ -179,7 +171,7 @@ TEST(ImportPlan, SaysWhatIsAddedChangedAndLeft) {
   EXPECT_EQ(plan.rules[3].action, ImportAction::add);
   EXPECT_TRUE(plan.changes_anything);
   EXPECT_FALSE(plan.settings.has_value()) << "a file of rules leaves the settings alone";
-  EXPECT_EQ(messages(plan.warnings),
+  EXPECT_EQ(messages_of(plan.warnings),
             "f:5: the editor would refuse the name \"\xE6\xB2\xAA\": it accepts 1 to 63 letters, digits, spaces and "
             "asterisks\n");
 }
@@ -187,7 +179,7 @@ TEST(ImportPlan, SaysWhatIsAddedChangedAndLeft) {
 TEST(ImportPlan, RefusesRepeatedNamesAndValuesThatNoStoreKeeps) {
   const std::string text =
       header + "a,0,0,0,1,1,1,1,1,0\nb,100,0,0,0,1,1,1,1,2\na,0,0,0,2,1,1,1,1,0\nc,x,0,0,1,1,1,1,1,0\n";
-  EXPECT_EQ(messages(plan_import(read_rules_csv(text), {}).refused),
+  EXPECT_EQ(messages_of(plan_import(read_rules_csv(text), {}).refused),
             "f:3: expected RollOffset from 0 to 99, found 100\n"
             "f:3: expected DayOfMonth from 1 to 31, found 0\n"
             "f:3: expected MoveToNextTradingDay from 0 to 1, found 2\n"
@@ -216,7 +208,7 @@ TEST(ImportPlan, WarnsOfSettingsThatNameWhatDoesNotExist) {
   const std::vector<NamedRule> stored{{"stored", on_day(1)}};
   const std::vector<Calendar> calendars{{.name = "test"}};
   const ImportPlan plan = plan_import(file, {stored, {}, calendars});
-  EXPECT_EQ(messages(plan.warnings),
+  EXPECT_EQ(messages_of(plan.warnings),
             "f:3: the setting \"b\" uses the rule \"none\", which does not exist\n"
             "f:4: the setting \"c\" names the calendar \"moon\", which does not exist\n");
   EXPECT_TRUE(plan.refused.empty());

@@ -9,6 +9,7 @@
 
 #include "Calendar.h"
 #include "ContractDates.h"
+#include "Mistakes.h"
 #include "ShippedCalendars.h"
 
 namespace workbench::schedule {
@@ -19,6 +20,22 @@ inline Month month(std::string_view text) { return try_parse_month(text).value()
 
 /// Days as texts, since tests are read by people.
 inline std::string text_of(const ContractDay& day) { return day.date ? to_text(*day.date) : std::string(); }
+
+/// The columns of a file of rules.
+inline const std::string rule_columns =
+    "RuleName,RollOffset,DayType,DayMode,DayOfMonth,DayMonth,WeekOrdinal,Weekday,WeekdayMonth,MoveToNextTradingDay";
+
+/// The messages about a file of this name, a line each.
+inline std::string messages_of(const std::vector<Mistake>& mistakes, const char* file = "f") {
+  std::string lines;
+  for (const Mistake& mistake : mistakes) lines += describe(file, mistake) + "\n";
+  return lines;
+}
+
+/// The text with one piece of it replaced.
+inline std::string with(std::string text, std::string_view piece, std::string_view replacement) {
+  return text.replace(text.find(piece), piece.size(), replacement);
+}
 
 /// The shipped calendar of this name.
 inline const Calendar& shipped(std::string_view name) {

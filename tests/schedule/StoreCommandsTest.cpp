@@ -1,22 +1,14 @@
-#include <map>
-
-#include "Commands.h"
-#include "ScheduleTest.h"
+#include "CommandTest.h"
 
 namespace workbench::schedule {
 
 namespace {
 
-const std::string rule_columns_line =
-    "RuleName,RollOffset,DayType,DayMode,DayOfMonth,DayMonth,WeekOrdinal,Weekday,WeekdayMonth,MoveToNextTradingDay\r\n";
+const std::string rule_columns_line = rule_columns + "\r\n";
 
-class StoreCommands : public testing::Test {
+class StoreCommands : public CommandTest {
  protected:
   StoreCommands() {
-    input_.read_file = [this](const std::string& path) -> std::optional<std::string> {
-      const auto found = files_.find(path);
-      return found == files_.end() ? std::nullopt : std::optional(found->second);
-    };
     input_.rules = {{"CSI 300", on_weekday(3, 5, current_month, true)}, {"copper", on_day(15, current_month, true)}};
     input_.settings = {{"IF", "CSI 300", "test", "HMUZ"}, {"CU", "copper", "test"}, {"other", "copper", "us-futures"}};
     Calendar calendar{.name = "test", .title = "测试", .from = day("2026-01-01"), .to = day("2026-03-31")};
@@ -26,10 +18,7 @@ class StoreCommands : public testing::Test {
 
   CommandOutput run(std::vector<std::string> arguments) {
     arguments.insert(arguments.end(), {"--store", "s"});
-    Mistake mistake;
-    const std::optional<CommandArguments> parsed = parse_command_arguments(arguments, mistake);
-    if (!parsed) return {{}, {describe(mistake)}, wrong_arguments};
-    return run_command(*parsed, input_);
+    return CommandTest::run(arguments);
   }
 
   static std::string messages(const CommandOutput& output) {
@@ -37,9 +26,6 @@ class StoreCommands : public testing::Test {
     for (const std::string& message : output.messages) text += (text.empty() ? "" : "|") + message;
     return text;
   }
-
-  std::map<std::string, std::string> files_;
-  CommandInput input_;
 };
 
 }  // namespace

@@ -58,7 +58,7 @@ TEST(FirstContent, SettingsNameTheDeliveryMonthsOfTheirContracts) {
   EXPECT_EQ(months[L"CU 沪铜 主力连续"], L"");
 }
 
-TEST(FirstContent, RulesAreUsedByFiveByThreeByOneAndByNobody) {
+TEST(FirstContent, RulesHaveNoUserOrUpToFive) {
   std::map<std::wstring, int> users;
   for (const Rule& rule : first_content().rules) users[rule.name] = 0;
   for (const SymbolSourceSetting& setting : first_content().settings) ++users[setting.rule_name];
