@@ -1,31 +1,8 @@
-#include <ocidl.h>
-
 #include "ModuleTest.h"
+#include "OuterObject.h"
 
 namespace module_test {
 namespace {
-
-/// The controlling object of an aggregate, on the stack.
-class Outer final : public IServiceProvider {
- public:
-  STDMETHODIMP QueryInterface(REFIID iid, void** object) noexcept override {
-    ++queries;
-    if (iid == IID_IUnknown || iid == IID_IServiceProvider) {
-      *object = this;
-      AddRef();
-      return S_OK;
-    }
-    *object = nullptr;
-    return inner ? inner->QueryInterface(iid, object) : E_NOINTERFACE;
-  }
-  STDMETHODIMP_(ULONG) AddRef() noexcept override { return ++references; }
-  STDMETHODIMP_(ULONG) Release() noexcept override { return --references; }
-  STDMETHODIMP QueryService(REFGUID, REFIID, void**) noexcept override { return E_NOTIMPL; }
-
-  ULONG references = 1;
-  int queries = 0;
-  IUnknown* inner = nullptr;
-};
 
 class CreationTest : public ModuleTest {
  protected:
@@ -45,7 +22,7 @@ class CreationTest : public ModuleTest {
     return base::ComPtr<IUnknown>(inner, false);
   }
 
-  Outer outer_;
+  test_support::OuterObject outer_;
 };
 
 TEST_F(CreationTest, EveryInterfaceOfTheMapCanBeAskedForAtOnce) {
@@ -110,7 +87,7 @@ TEST_F(CreationTest, AggregateDelegatesToItsOuter) {
   EXPECT_EQ(3u, plugin->AddRef());
   EXPECT_EQ(2u, plugin->Release());
   EXPECT_EQ(static_cast<IUnknown*>(&outer_), base::try_query<IUnknown>(plugin).GetInterfacePtr());
-  EXPECT_TRUE(base::try_query<IServiceProvider>(plugin)) << "the outer's own interfaces are reached from the inner";
+  EXPECT_TRUE(base::try_query<IOther>(plugin)) << "the outer's own interfaces are reached from the inner";
   EXPECT_TRUE(base::try_query<IzdExpirationRulesPlugin>(plugin));
   EXPECT_EQ(1u, plugin->Release());
 }
@@ -122,7 +99,7 @@ TEST_F(CreationTest, InnerUnknownHasAnIdentityAndACountOfItsOwn) {
   EXPECT_EQ(1u, references(inner));
   EXPECT_EQ(0, outer_.queries);
   EXPECT_EQ(1u, outer_.references);
-  EXPECT_FALSE(base::try_query<IServiceProvider>(inner)) << "the inner unknown is that of the inner object alone";
+  EXPECT_FALSE(base::try_query<IOther>(inner)) << "the inner unknown is that of the inner object alone";
 }
 
 TEST_F(CreationTest, AggregateHoldsTheModuleUntilItsInnerIsReleased) {

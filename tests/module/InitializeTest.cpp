@@ -43,13 +43,9 @@ TEST_F(InitializeTest, ReportsAFailedEntryWithoutAReferenceToThePlugin) {
   for (const char* call : {"IkvSubMenu::AddCommand", "IkvHotKeyCollection::AddHotKey"}) {
     ULONG before = 0;
     std::vector<ULONG> during;
-    const auto references = [this] {
-      plugin_->AddRef();
-      return plugin_->Release();
-    };
     calls().fail(call);
-    before = references();
-    test_support::on_command([&](const test_support::RecordedCommand&) { during.push_back(references()); });
+    before = references(plugin_);
+    test_support::on_command([&](const test_support::RecordedCommand&) { during.push_back(references(plugin_)); });
     EXPECT_EQ(E_FAIL, initialize());
     ASSERT_FALSE(during.empty());
     EXPECT_EQ(before, during.front()) << call;

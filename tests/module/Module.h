@@ -44,10 +44,4 @@ class Module {
   HRESULT(STDMETHODCALLTYPE* unregister_)();
 };
 
-/// How many references an object has.
-inline ULONG references(IUnknown* object) {
-  object->AddRef();
-  return object->Release();
-}
-
 }  // namespace module_test

@@ -5,10 +5,12 @@
 #include "ExpectedReports.h"
 #include "Module.h"
 #include "RecordingHost.h"
+#include "References.h"
 #include "ScratchRoot.h"
 
 namespace module_test {
 
+using test_support::references;
 using test_support::take_reports;
 
 /// The ids of the commands that the first `Initialize` adds.

@@ -2,6 +2,7 @@
 
 #include "ComModule.h"
 #include "ComObject.h"
+#include "OuterObject.h"
 #include "SampleInterfaces.h"
 
 namespace platform {
@@ -41,28 +42,6 @@ class Sample : public ISample {
   virtual ~Sample() { ++events.destroyed; }
 };
 
-/// The controlling object of an aggregate, on the stack.
-class Outer final : public IUnknown {
- public:
-  STDMETHODIMP QueryInterface(REFIID iid, void** object) noexcept override {
-    ++queries;
-    if (iid == IID_IUnknown || iid == __uuidof(IOther)) {
-      *object = this;
-      AddRef();
-      return S_OK;
-    }
-    if (inner) return inner->QueryInterface(iid, object);
-    *object = nullptr;
-    return E_NOINTERFACE;
-  }
-  STDMETHODIMP_(ULONG) AddRef() noexcept override { return ++references; }
-  STDMETHODIMP_(ULONG) Release() noexcept override { return --references; }
-
-  ULONG references = 1;
-  int queries = 0;
-  IUnknown* inner = nullptr;
-};
-
 class ComObjectTest : public testing::Test {
  protected:
   void SetUp() override {
@@ -87,7 +66,7 @@ class ComObjectTest : public testing::Test {
     return outer_.inner;
   }
 
-  Outer outer_;
+  test_support::OuterObject outer_;
 };
 
 TEST_F(ComObjectTest, IsCreatedWithOneReferenceAndOneLock) {

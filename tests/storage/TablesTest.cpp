@@ -1,3 +1,4 @@
+#include "References.h"
 #include "StorageTest.h"
 #include "Tables.h"
 
@@ -167,8 +168,7 @@ TEST_F(NewRuleTable, IsCreatedRunQueriedForItsInterfaceAndGivenTheFieldsOfARule)
 
 TEST_F(NewRuleTable, IsHeldByTheTargetAlone) {
   host.calls().inside("IkvTable::AddField(1025, 0, 0, 0)", [&] {
-    target->AddRef();
-    EXPECT_EQ(1u, target->Release()) << "already when its fields are declared";
+    EXPECT_EQ(1u, test_support::references(target)) << "already when its fields are declared";
   });
   create_rule_table(target);
   EXPECT_THAT(host.living(),

@@ -1,10 +1,13 @@
 #include <gtest/gtest.h>
 
 #include "CommandTargets.h"
+#include "References.h"
 #include "StandInPlugin.h"
 
 namespace workbench {
 namespace {
+
+using test_support::references;
 
 class CommandTargetsTest : public testing::Test {
  protected:
@@ -12,11 +15,6 @@ class CommandTargetsTest : public testing::Test {
   StandInPlugin* const plugin_ = new StandInPlugin;
   const base::ComPtr<IkvPlugin> owner_ = base::own<IkvPlugin>(plugin_);
 };
-
-ULONG references(IUnknown& object) {
-  object.AddRef();
-  return object.Release();
-}
 
 TEST_F(CommandTargetsTest, EachCommandGetsAnIdOfItsOwn) { EXPECT_NE(targets_.add(plugin_), targets_.add(plugin_)); }
 
@@ -44,12 +42,12 @@ TEST_F(CommandTargetsTest, RemovedCommandIsABadIndex) {
 }
 
 TEST_F(CommandTargetsTest, ClearReleasesEveryTarget) {
-  const ULONG before = references(*plugin_);
+  const ULONG before = references(plugin_);
   targets_.add(plugin_);
   targets_.add(plugin_);
-  EXPECT_EQ(references(*plugin_), before + 2);
+  EXPECT_EQ(references(plugin_), before + 2);
   targets_.clear();
-  EXPECT_EQ(references(*plugin_), before);
+  EXPECT_EQ(references(plugin_), before);
 }
 
 TEST_F(CommandTargetsTest, TargetStaysAliveWhileItClearsTheTable) {
@@ -57,12 +55,12 @@ TEST_F(CommandTargetsTest, TargetStaysAliveWhileItClearsTheTable) {
   ULONG during = 0;
   plugin_->during_command = [&] {
     targets_.clear();
-    during = references(*plugin_);
+    during = references(plugin_);
   };
   const ULONG owned_by_test = 1;
   EXPECT_EQ(targets_.run(id), S_OK);
   EXPECT_GT(during, owned_by_test);
-  EXPECT_EQ(references(*plugin_), owned_by_test);
+  EXPECT_EQ(references(plugin_), owned_by_test);
 }
 
 TEST_F(CommandTargetsTest, LateBoundTargetIsCalledByName) {

@@ -2,6 +2,7 @@
 
 #include "MainMenu.h"
 #include "Owned.h"
+#include "References.h"
 #include "StandInPlugin.h"
 
 namespace workbench {
@@ -141,13 +142,11 @@ TEST_F(MainMenuTest, NullOutPointersAreRefused) {
 TEST_F(MainMenuTest, FailedCommandLeavesNoTargetBehind) {
   const auto submenu = add_submenu();
   DeleteMenu(bar_.get(), 1, MF_BYPOSITION);
-  plugin_->AddRef();
-  const ULONG before = plugin_->Release();
+  const ULONG before = test_support::references(plugin_);
   base::ComPtr<IkvMenuItem> item;
   EXPECT_LT(submenu->AddCommand(caption, 0, 0, 0, nullptr, 3, plugin_, &item), 0);
   EXPECT_FALSE(item);
-  plugin_->AddRef();
-  EXPECT_EQ(plugin_->Release(), before);
+  EXPECT_EQ(test_support::references(plugin_), before);
 }
 
 TEST_F(MainMenuTest, ObjectsOutliveTheMenuDisconnected) {
