@@ -1,5 +1,4 @@
 #include <objbase.h>
-
 #include <gtest/gtest.h>
 
 #include "InterfaceSupport.h"

@@ -12,9 +12,9 @@ using Calls = std::vector<std::string>;
 
 /// How a scenario went.
 struct ScenarioResult {
-  HRESULT hresult = S_OK;  ///< of the plug-in's last call
-  bool edited = false;     ///< whether an editor opened
-  bool as_intended = false;   ///< whether the user saw everything that there is to see when nothing fails
+  HRESULT hresult = S_OK;    ///< of the plug-in's last call
+  bool edited = false;       ///< whether an editor opened
+  bool as_intended = false;  ///< whether the user saw everything that there is to see when nothing fails
 };
 
 /// Something that a user or the host does with the plug-in. Played on a new host with `stored_rules`, it goes
