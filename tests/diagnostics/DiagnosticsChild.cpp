@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <optional>
 #include <string>
 #include <thread>
@@ -21,7 +22,9 @@
 #include "SnagtrapClient.h"
 #include "WindowText.h"
 
+extern "C" NTSYSAPI BOOLEAN NTAPI RtlDllShutdownInProgress();
 ZD_IMPORT_PROBE(InitializeCriticalSectionAndSpinCount, SectionProbe);
+ZD_IMPORT_PROBE(RtlDllShutdownInProgress, ShutdownProbe);
 
 namespace {
 
@@ -135,10 +138,20 @@ int terminate_by_command() {
   snagtrap_client().terminate();
 }
 
+/// The client is destroyed while the recorder still lives.
 int end_orderly() {
   JournalingRecorder recorder;
   expect(false, L"x", location);
-  return 0;
+  std::exit(0);
+}
+
+/// The same when the system has begun to detach the modules of the process.
+int end_with_the_process() {
+  JournalingRecorder recorder;
+  expect(false, L"x", location);
+  ShutdownProbe shutdown;
+  shutdown.replace([]() -> BOOLEAN { return TRUE; });
+  std::exit(0);
 }
 
 int first_report() {
@@ -221,6 +234,7 @@ constexpr Role roles[] = {
     {L"abort without library", abort_without_library},
     {L"terminate by command", terminate_by_command},
     {L"end orderly", end_orderly},
+    {L"end with the process", end_with_the_process},
     {L"first report", first_report},
     {L"get the client", get_the_client},
     {L"report without client", report_without_client},

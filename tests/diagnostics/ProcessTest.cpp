@@ -19,7 +19,6 @@ using test_support::ChildResult;
 using test_support::recorder_path;
 using testing::AllOf;
 using testing::HasSubstr;
-using testing::Not;
 
 constexpr wchar_t library_name[] = L"SnagtrapUtil3.0_x64.dll";
 constexpr wchar_t library_key[] = L"Software\\Orvane\\Snagtrap";
@@ -138,19 +137,19 @@ TEST_F(EndOfProcess, AbortOfAnAssertionSendsDeinitAndExitsWithMinusOne) {
   const ChildResult child = play_journaled(L"abort at an assertion");
   EXPECT_EQ(child.exit_code, minus_one);
   EXPECT_EQ(child.output, "");
-  EXPECT_EQ(words(), "ST_InitObject\nCREATE\nINIT\nConfigure\nCREATE\nFILTER\nPROCESS\nDEINIT\n");
+  EXPECT_EQ(words(), "ST_InitObject\nCREATE\nINIT\nConfigure\nCREATE\nFILTER\nPROCESS\nDEINIT\nRelease\n");
 }
 
 TEST_F(EndOfProcess, AbortOfACaughtExceptionSendsDeinitAndExitsWithMinusOne) {
   const ChildResult child = play_journaled(L"abort at an exception");
   EXPECT_EQ(child.exit_code, minus_one);
   EXPECT_EQ(child.output, "");
-  EXPECT_EQ(words(), "ST_InitObject\nCREATE\nINIT\nConfigure\nCREATE\nPROCESS\nDEINIT\n");
+  EXPECT_EQ(words(), "ST_InitObject\nCREATE\nINIT\nConfigure\nCREATE\nPROCESS\nDEINIT\nRelease\n");
 }
 
 TEST_F(EndOfProcess, AbortInitialisesAClientThatNeverWas) {
   EXPECT_EQ(play_journaled(L"abort before initialisation").exit_code, minus_one);
-  EXPECT_EQ(words(), "ST_InitObject\nCREATE\nINIT\nConfigure\nDEINIT\n");
+  EXPECT_EQ(words(), "ST_InitObject\nCREATE\nINIT\nConfigure\nDEINIT\nRelease\n");
 }
 
 TEST_F(EndOfProcess, TerminateSendsItsWordAndExitsWithMinusOne) {
@@ -158,9 +157,14 @@ TEST_F(EndOfProcess, TerminateSendsItsWordAndExitsWithMinusOne) {
   EXPECT_EQ(words(), "ST_InitObject\nCREATE\nINIT\nConfigure\nTERMINATE\n");
 }
 
-TEST_F(EndOfProcess, OrderlyEndSendsNothingAndDoesNotCrash) {
+TEST_F(EndOfProcess, OrderlyEndSendsNothingAndReleasesTheLibrary) {
   EXPECT_EQ(play_journaled(L"end orderly").exit_code, 0u);
-  EXPECT_THAT(words(), Not(HasSubstr("DEINIT")));
+  EXPECT_EQ(words(), "ST_InitObject\nCREATE\nINIT\nConfigure\nCREATE\nFILTER\nPROCESS\nRelease\n");
+}
+
+TEST_F(EndOfProcess, LibraryIsNotCalledAfterItWasDetached) {
+  EXPECT_EQ(play_journaled(L"end with the process").exit_code, 0u);
+  EXPECT_EQ(words(), "ST_InitObject\nCREATE\nINIT\nConfigure\nCREATE\nFILTER\nPROCESS\n");
 }
 
 class FirstReport : public Process {};

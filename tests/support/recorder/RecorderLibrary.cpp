@@ -144,7 +144,6 @@ class CommandLog final : public RecorderControl {
     return outcome;
   }
 
- private:
   void write_journal(const std::wstring& word) const {
     if (journal_.empty()) return;
     std::FILE* file = _wfopen(journal_.c_str(), L"ab");
@@ -154,6 +153,7 @@ class CommandLog final : public RecorderControl {
     std::fclose(file);
   }
 
+ private:
   std::mutex lock_;
   std::deque<RecordedCommand> commands_;
   std::map<std::wstring, Outcome> outcomes_;
@@ -250,7 +250,10 @@ class RecordingRoot final : public workbench::DispatchObject<IKV_SnagtrapUtil::I
   }
 
  private:
-  ~RecordingRoot() override { SetLastError(clobbered_last_error); }
+  ~RecordingRoot() override {
+    command_log().write_journal(L"Release");
+    SetLastError(clobbered_last_error);
+  }
 };
 
 }  // namespace
