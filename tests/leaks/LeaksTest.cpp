@@ -50,7 +50,9 @@ Difference repeat_and_measure(const std::function<void()>& once) {
 }
 
 // A heap of low fragmentation takes some blocks from itself now and then, in which it keeps many small ones.
-std::size_t blocks_of_the_heap() { return is_heap_of_low_fragmentation() ? static_cast<std::size_t>(repetitions / 10) : 0; }
+std::size_t blocks_of_the_heap() {
+  return is_heap_of_low_fragmentation() ? static_cast<std::size_t>(repetitions / 10) : 0;
+}
 
 /// Does something again and again. Fails the test when this takes a block of memory or an index that does not come
 /// back, or more private bytes than the platform keeps of the same without the module.
