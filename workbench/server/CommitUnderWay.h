@@ -15,9 +15,17 @@ struct ChangedRecord {
   Revision revision = 0;
 };
 
+/// By which a change is found again whose outcome is not known.
+struct ChangeId {
+  std::wstring text;             ///< empty: there is no such change
+  bool prepares_tables = false;  ///< whether it creates, fills or migrates the store rather than changes its records
+
+  bool operator==(const ChangeId&) const = default;
+};
+
 /// A change from the moment when it may have happened.
 struct Commit {
-  std::wstring change;   ///< its id
+  ChangeId change;
   ChangedRecord record;  ///< the record after it
   bool happened;         ///< false: it is not known whether it happened
 };
@@ -26,7 +34,7 @@ struct Commit {
 class CommitUnderWay {
  public:
   /// The store's thread is about to commit. Returns false once it was abandoned: then it must not.
-  bool begin(const std::wstring& change, const ChangedRecord& record) {
+  bool begin(const ChangeId& change, const ChangedRecord& record) {
     const std::scoped_lock lock(mutex_);
     if (abandoned_) return false;
     commit_ = Commit{change, record, false};

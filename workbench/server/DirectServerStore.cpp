@@ -37,15 +37,20 @@ const odbc::OdbcApi& api_of(const ServerStoreOptions& settings, const std::wstri
 }  // namespace
 
 DirectServerStore::DirectServerStore(const odbc::ConnectionString& options, const ServerStoreOptions& settings,
-                                     std::shared_ptr<CommitUnderWay> commit, std::wstring unsettled)
+                                     std::shared_ptr<CommitUnderWay> commit, ChangeId unsettled)
     : session_(api_of(settings, odbc::describe(options, settings.dialect.driver)), options, settings.dialect),
       commit_(std::move(commit)),
-      unsettled_change_(std::move(unsettled)) {
+      unsettled_(std::move(unsettled)) {
+  if (unsettled_.prepares_tables) return;
   refuse_invalid_content(settings.first_content);
+  const ChangeId id{new_change_id(), true};
+  std::exception_ptr unacknowledged;
   session_.call([&] {
-    prepare_schema(session_, settings);
-    known_changes_ = read_counter(session_.sql().read_counter);
+    known_changes_ = prepare_schema(session_, settings, id.text, [&](odbc::OdbcTransaction& transaction) {
+      unacknowledged = try_commit(transaction, id);
+    });
   });
+  require_happened(id, unacknowledged);
 }
 
 std::vector<StoredRule> DirectServerStore::load_rules() {
@@ -162,7 +167,7 @@ StoreCopy DirectServerStore::copy() {
 }
 
 bool DirectServerStore::poll_for_changes() {
-  const std::int64_t found = session_.call([&] { return read_counter(session_.sql().read_counter); });
+  const std::int64_t found = session_.call([&] { return read_counter(session_, session_.sql().read_counter); });
   if (found == known_changes_ && !missed_change_) return false;
   known_changes_ = found;
   missed_change_ = false;
@@ -172,7 +177,7 @@ bool DirectServerStore::poll_for_changes() {
 
 template <class Body>
 ChangedRecord DirectServerStore::change(const Body& body) {
-  const std::wstring id = new_change_id();
+  const ChangeId id{new_change_id()};
   ChangedRecord changed;
   std::int64_t counter = 0;
   std::exception_ptr unacknowledged;
@@ -181,32 +186,41 @@ ChangedRecord DirectServerStore::change(const Body& body) {
     odbc::OdbcTransaction transaction(session_.connection());
     // The counter that this store remembers next includes this change, so a change of another workbench before it is
     // remembered in `missed_change_` for the next poll.
-    if (read_counter(session_.sql().lock_store) != known_changes_) missed_change_ = true;
-    insert_change(session_, id);
+    if (read_counter(session_, session_.sql().lock_store) != known_changes_) missed_change_ = true;
+    insert_change(session_, id.text);
     changed = body();
-    counter = read_counter(session_.sql().read_counter);
-    if (!commit_->begin(id, changed)) session_.fail(StoreErrorKind::connection_lost, "the change was given up");
-    try {
-      transaction.commit();
-      commit_->acknowledge();
-    } catch (...) {
-      unacknowledged = std::current_exception();
-    }
+    counter = read_counter(session_, session_.sql().read_counter);
+    unacknowledged = try_commit(transaction, id, changed);
   });
-  if (unacknowledged && !happened(id)) session_.call([&] { std::rethrow_exception(unacknowledged); });
+  require_happened(id, unacknowledged);
   known_changes_ = counter;
   notify_subscribers();
   return changed;
 }
 
-bool DirectServerStore::happened(const std::wstring& change) {
-  unsettled_change_ = change;
-  session_.drop_connection();
+std::exception_ptr DirectServerStore::try_commit(odbc::OdbcTransaction& transaction, const ChangeId& change,
+                                                 const ChangedRecord& record) {
+  if (!commit_->begin(change, record)) session_.fail(StoreErrorKind::connection_lost, "the change was given up");
   try {
-    return settle();
+    transaction.commit();
+    commit_->acknowledge();
+    return nullptr;
+  } catch (...) {
+    return std::current_exception();
+  }
+}
+
+void DirectServerStore::require_happened(const ChangeId& change, const std::exception_ptr& unacknowledged) {
+  if (!unacknowledged) return;
+  unsettled_ = change;
+  session_.drop_connection();
+  bool happened = false;
+  try {
+    happened = settle();
   } catch (const std::exception& error) {
     session_.fail(StoreErrorKind::uncertain, error.what());
   }
+  if (!happened) session_.call([&] { std::rethrow_exception(unacknowledged); });
 }
 
 bool DirectServerStore::settle() {
@@ -214,21 +228,15 @@ bool DirectServerStore::settle() {
 }
 
 bool DirectServerStore::settle_change() {
-  if (unsettled_change_.empty()) return false;
-  const bool happened = workbench::settle_change(session_, unsettled_change_);
-  unsettled_change_.clear();
+  if (unsettled_.text.empty()) return false;
+  const bool happened = unsettled_.prepares_tables ? settle_preparation(session_, unsettled_.text)
+                                                   : workbench::settle_change(session_, unsettled_.text);
+  unsettled_ = {};
   if (happened)
     commit_->acknowledge();
   else
     commit_->forget();
   return happened;
-}
-
-std::int64_t DirectServerStore::read_counter(const std::wstring& sql) {
-  odbc::OdbcStatement row = session_.prepare(sql);
-  row.execute();
-  if (!row.fetch()) session_.fail(StoreErrorKind::damaged, "the store has no version");
-  return row.integer(0);
 }
 
 StoredRule DirectServerStore::require_rule(long number, std::optional<Revision> expected) {

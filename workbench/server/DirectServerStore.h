@@ -1,5 +1,6 @@
 #pragma once
 
+#include <exception>
 #include <memory>
 #include <string>
 
@@ -14,9 +15,10 @@ namespace workbench {
 class DirectServerStore final : public RuleStore {
  public:
   /// Opens the store; see `open_server_store`. What the last commit came to is noted in `commit`. With `unsettled`, it
-  /// is not known whether the change with this id happened, which is found out before the next change begins.
+  /// is not known whether the change with this id happened, which is found out before the next change begins. If that
+  /// change prepares the tables, nothing is opened before `settle`, and nothing may be called unless that returns true.
   DirectServerStore(const odbc::ConnectionString& options, const ServerStoreOptions& settings,
-                    std::shared_ptr<CommitUnderWay> commit, std::wstring unsettled);
+                    std::shared_ptr<CommitUnderWay> commit, ChangeId unsettled);
 
   /// Finds out whether the change happened of which it was not known; false when there is none.
   bool settle();
@@ -44,11 +46,13 @@ class DirectServerStore final : public RuleStore {
   /// Runs `body`, which changes the store and returns what became of the record, as one transaction.
   template <class Body>
   ChangedRecord change(const Body& body);
-  /// Whether a change happened whose acknowledgement did not come, which a new connection finds out. If there is none,
-  /// throws `uncertain`; the next change finds it out then before it begins.
-  bool happened(const std::wstring& change);
+  /// Commits the change with this id and returns why its acknowledgement did not come, if it did not.
+  std::exception_ptr try_commit(odbc::OdbcTransaction& transaction, const ChangeId& change,
+                                const ChangedRecord& record = {});
+  /// Throws `unacknowledged`, if it is set, unless the change happened, which a new connection finds out. If there is
+  /// none, throws `uncertain`; the next change finds it out then before it begins.
+  void require_happened(const ChangeId& change, const std::exception_ptr& unacknowledged);
   bool settle_change();
-  std::int64_t read_counter(const std::wstring& sql);
   StoredRule require_rule(long number, std::optional<Revision> expected);
   StoredSetting require_setting(long number, std::optional<Revision> expected);
 
@@ -56,7 +60,7 @@ class DirectServerStore final : public RuleStore {
   std::shared_ptr<CommitUnderWay> commit_;
   std::int64_t known_changes_ = 0;
   bool missed_change_ = false;
-  std::wstring unsettled_change_;  // the id of a change of which it is not known whether it happened; empty: none
+  ChangeId unsettled_;  // of a change of which it is not known whether it happened
 };
 
 }  // namespace workbench

@@ -40,8 +40,25 @@ void insert_change(ServerSession& session, const std::wstring& id) {
   session.prepare(session.sql().insert_change).bind(1, id).execute();
 }
 
-bool settle_change(ServerSession& session, const std::wstring& id) {
+std::int64_t read_counter(ServerSession& session, const std::wstring& sql) {
+  odbc::OdbcStatement row = session.prepare(sql);
+  row.execute();
+  if (!row.fetch()) session.fail(StoreErrorKind::damaged, "the store has no version");
+  return row.integer(0);
+}
+
+void take_id(ServerSession& session, const std::wstring& id) {
   session.prepare(session.sql().insert_void_change).bind(1, id).execute();
+}
+
+bool is_id_taken(ServerSession& session, const std::wstring& id) {
+  odbc::OdbcStatement row = session.prepare(session.sql().select_happened);
+  row.bind(1, id).execute();
+  return row.fetch();
+}
+
+bool settle_change(ServerSession& session, const std::wstring& id) {
+  take_id(session, id);
   odbc::OdbcStatement row = session.prepare(session.sql().select_happened);
   row.bind(1, id).execute();
   if (!row.fetch()) session.fail(StoreErrorKind::damaged, "a change has no id");

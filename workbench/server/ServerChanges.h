@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -13,6 +14,9 @@ namespace workbench {
 /// An id that no other change has: 32 random hexadecimal digits.
 std::wstring new_change_id();
 
+/// The counter of changes, which this statement gives.
+std::int64_t read_counter(ServerSession& session, const std::wstring& sql);
+
 /// Inserts a change with this id. What its transaction does from now on is recorded as part of it.
 void insert_change(ServerSession& session, const std::wstring& id);
 
@@ -20,6 +24,12 @@ void insert_change(ServerSession& session, const std::wstring& id);
 /// its transaction cannot insert the id any more. Waits for that transaction while it is under way, and throws if that
 /// takes too long.
 bool settle_change(ServerSession& session, const std::wstring& id);
+
+/// Takes this id for something that is no change of records, if it is free.
+void take_id(ServerSession& session, const std::wstring& id);
+
+/// Whether the id is taken, whatever for.
+bool is_id_taken(ServerSession& session, const std::wstring& id);
 
 /// Every change that happened, in their order.
 std::vector<StoredChange> select_all_changes(ServerSession& session);

@@ -23,10 +23,13 @@ struct ServerDialect {
   int first_version = 0;       ///< the version to which the first of the migrations leads
   std::vector<std::wstring> migrations;  ///< each leads to the next version. A step never changes once it was shipped
 
+  /// What stands before the name of a rule in the text of a refusal, in any language, when another rule has that name.
+  std::string duplicate_name;
+
   std::wstring lock_store;     ///< until the transaction ends, no other workbench changes the store; gives the counter
   std::wstring read_counter;   ///< the counter of changes
   std::wstring insert_change;  ///< id; what the transaction does from now on is recorded as part of this change
-  std::wstring insert_void_change;  ///< id; takes the id for a change that does not happen, unless it has happened
+  std::wstring insert_void_change;  ///< id; takes the id for what is no change of records, if it is free
   std::wstring select_happened;     ///< id; gives 1 if the change happened and 0 if it is void
   std::wstring select_changes;      ///< a rule's number as text; gives user, time, and the old and the new rule as JSON
 

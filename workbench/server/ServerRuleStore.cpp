@@ -53,7 +53,7 @@ class ServerRuleStore final : public RuleStore {
         settings_(settings),
         progress_(std::exchange(settings_.progress, {})),
         thread_(std::make_unique<StoreThread>(options_, settings_)) {
-    read([](DirectServerStore&) { return true; });
+    change([](DirectServerStore&) {});
     set_progress_of_calls({});
     // Another thread finds the store that this one has created.
     settings_.may_create = false;
@@ -201,7 +201,7 @@ class ServerRuleStore final : public RuleStore {
         },
         progress);
     const ChangedRecord record = end == StoreThread::End::done ? *changed : settle(end, earlier);
-    unsettled_.clear();
+    unsettled_ = {};
     notify_subscribers();
     return record;
   }
@@ -262,7 +262,7 @@ class ServerRuleStore final : public RuleStore {
   schedule::Progress progress_;
   std::exception_ptr thrown_by_progress_;
   std::unique_ptr<StoreThread> thread_;  // null after it was abandoned
-  std::wstring unsettled_;               // the id of a change of which it may not be known whether it happened
+  ChangeId unsettled_;                   // of a change of which it may not be known whether it happened
   bool is_new_thread_ = false;
   bool busy_ = false;
 };

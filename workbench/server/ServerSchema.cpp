@@ -1,5 +1,6 @@
 #include "ServerSchema.h"
 
+#include "ServerChanges.h"
 #include "ServerCopy.h"
 #include "ServerRecords.h"
 
@@ -39,14 +40,15 @@ void refuse_copy(const ServerSession& session, const ServerStoreOptions& options
   if (options.copied) session.fail(StoreErrorKind::exists, "the schema holds a store");
 }
 
-void migrate(ServerSession& session, const ServerStoreOptions& options) {
+std::int64_t migrate(ServerSession& session, const ServerStoreOptions& options, const std::wstring& id,
+                     const std::function<void(odbc::OdbcTransaction&)>& commit) {
   const ServerDialect& sql = session.sql();
   odbc::OdbcTransaction transaction(session.connection());
   select(session, sql.lock_creation);
   // Another workbench may have been here first.
   const std::int64_t old_version = read_version(session);
   if (old_version != 0) refuse_copy(session, options);
-  if (old_version == present_version(sql)) return;
+  if (old_version == present_version(sql)) return read_counter(session, sql.read_counter);
   select(session, sql.become_owner);
   const std::int64_t first_step = old_version == 0 ? 0 : old_version - sql.first_version + 1;
   for (auto step = static_cast<std::size_t>(first_step); step < sql.migrations.size(); ++step)
@@ -56,17 +58,27 @@ void migrate(ServerSession& session, const ServerStoreOptions& options) {
     insert_copy(session, *options.copied);
   else if (old_version == 0)
     insert_content(session, options.first_content);
-  transaction.commit();
+  take_id(session, id);
+  const std::int64_t counter = read_counter(session, sql.read_counter);
+  commit(transaction);
+  return counter;
 }
 
 }  // namespace
 
-void prepare_schema(ServerSession& session, const ServerStoreOptions& options) {
+std::int64_t prepare_schema(ServerSession& session, const ServerStoreOptions& options, const std::wstring& id,
+                            const std::function<void(odbc::OdbcTransaction& transaction)>& commit) {
   const std::int64_t version = read_version(session);
   if (version != 0) refuse_copy(session, options);
-  if (version == present_version(session.sql())) return;
+  if (version == present_version(session.sql())) return read_counter(session, session.sql().read_counter);
   if (version == 0 && !options.may_create) session.fail(StoreErrorKind::missing, "there is no store in the schema");
-  migrate(session, options);
+  return migrate(session, options, id, commit);
+}
+
+bool settle_preparation(ServerSession& session, const std::wstring& id) {
+  // The transaction in question holds this lock until it has ended, one way or the other.
+  select(session, session.sql().lock_creation);
+  return read_version(session) == present_version(session.sql()) && is_id_taken(session, id);
 }
 
 }  // namespace workbench

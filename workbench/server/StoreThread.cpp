@@ -33,7 +33,7 @@ base::KernelHandle create_event() {
 }  // namespace
 
 struct StoreThread::State {
-  State(odbc::ConnectionString connection, ServerStoreOptions store_settings, std::wstring unsettled_change)
+  State(odbc::ConnectionString connection, ServerStoreOptions store_settings, ChangeId unsettled_change)
       : options(std::move(connection)), settings(std::move(store_settings)), unsettled(std::move(unsettled_change)) {
     // The thread may outlive the caller's copy.
     if (settings.copied) settings.copied = &copied.emplace(*settings.copied);
@@ -42,7 +42,7 @@ struct StoreThread::State {
   const odbc::ConnectionString options;
   ServerStoreOptions settings;
   std::optional<StoreCopy> copied;
-  const std::wstring unsettled;
+  const ChangeId unsettled;
   const std::shared_ptr<CommitUnderWay> commit = std::make_shared<CommitUnderWay>();
   std::unique_ptr<DirectServerStore> store;  // of the thread
 
@@ -55,6 +55,7 @@ struct StoreThread::State {
   std::exception_ptr failure;
   bool stopping = false;
   bool abandoned = false;
+  bool has_ended = false;
 
   std::optional<std::pair<std::size_t, std::size_t>> progress;
   std::optional<bool> go_on;  // what `progress` returned
@@ -101,7 +102,7 @@ bool StoreThread::State::wait_for_reply(std::size_t done, std::size_t all) {
   return !abandoned && *go_on;
 }
 
-StoreThread::StoreThread(odbc::ConnectionString options, ServerStoreOptions settings, const std::wstring& unsettled)
+StoreThread::StoreThread(odbc::ConnectionString options, ServerStoreOptions settings, const ChangeId& unsettled)
     : state_(std::make_shared<State>(std::move(options), std::move(settings), unsettled)),
       thread_([state = state_] { run_tasks(state); }) {}
 
@@ -145,6 +146,7 @@ void StoreThread::run_tasks(const std::shared_ptr<State>& state) noexcept {
   lock.unlock();
   state->store.reset();
   lock.lock();
+  state->has_ended = true;
   if (state->abandoned) --abandoned;
   SetEvent(state->ended.get());
 }
@@ -207,7 +209,8 @@ std::optional<Commit> StoreThread::abandon() {
   {
     const Lock lock(state_->mutex);
     state_->abandoned = true;
-    ++abandoned;
+    // It may have ended just after its end was waited for.
+    if (!state_->has_ended) ++abandoned;
     state_->wake.notify_all();
   }
   thread_.detach();

@@ -26,7 +26,7 @@ class StoreThread {
 
   /// Begins the thread, which opens the store with its first task. With `unsettled`, it is not known whether the change
   /// with this id happened.
-  StoreThread(odbc::ConnectionString options, ServerStoreOptions settings, const std::wstring& unsettled = {});
+  StoreThread(odbc::ConnectionString options, ServerStoreOptions settings, const ChangeId& unsettled = {});
 
   /// Ends the thread, or abandons it when it does not end soon.
   ~StoreThread();

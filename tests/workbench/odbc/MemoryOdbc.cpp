@@ -71,8 +71,10 @@ SQLRETURN SQL_API diagnostic(SQLSMALLINT type, SQLHANDLE handle, SQLSMALLINT rec
 SQLRETURN SQL_API set_environment(SQLHENV, SQLINTEGER, SQLPOINTER, SQLINTEGER) { return SQL_SUCCESS; }
 
 SQLRETURN SQL_API set_connection(SQLHDBC, SQLINTEGER attribute, SQLPOINTER value, SQLINTEGER) {
-  if (attribute == SQL_ATTR_AUTOCOMMIT)
-    in_memory->add_to_log(reinterpret_cast<SQLULEN>(value) == SQL_AUTOCOMMIT_ON ? L"automatic" : L"begin");
+  if (attribute != SQL_ATTR_AUTOCOMMIT) return SQL_SUCCESS;
+  const bool begins = reinterpret_cast<SQLULEN>(value) == SQL_AUTOCOMMIT_OFF;
+  in_memory->add_to_log(begins ? L"begin" : L"automatic");
+  if (begins && in_memory->on_begin_of_transaction) in_memory->on_begin_of_transaction();
   return SQL_SUCCESS;
 }
 

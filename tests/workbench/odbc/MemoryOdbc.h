@@ -31,7 +31,8 @@ class MemoryOdbc {
   std::vector<Row> rows;  ///< of every statement that is executed, unless there is `on_execute`
   /// What a server would do with a statement; it returns the rows or throws `MemoryRefusal`.
   std::function<std::vector<Row>(const std::wstring& sql, const std::vector<std::wstring>& parameters)> on_execute;
-  /// What a server would do at the end of a transaction.
+  /// What a server would do at the begin of a transaction, and at its end.
+  std::function<void()> on_begin_of_transaction;
   std::function<void(bool commits)> on_end_of_transaction;
   std::vector<std::wstring> missing_drivers;  ///< a connection through one of them is refused, with `no_driver`
   std::string no_driver = "IM002";            ///< how this manager of drivers says that it has no such driver

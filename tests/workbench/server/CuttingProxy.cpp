@@ -37,6 +37,12 @@ bool pass(SOCKET socket, const std::string& bytes) {
   return send(socket, bytes.data(), static_cast<int>(bytes.size()), 0) == static_cast<int>(bytes.size());
 }
 
+/// Whether the client commits. The null after the statement tells it from the name of an isolation level.
+bool holds_commit(const std::string& request) {
+  constexpr std::string_view commit("COMMIT\0", 7);
+  return request.find(commit) != std::string::npos;
+}
+
 }  // namespace
 
 CuttingProxy::CuttingProxy(int server_port) : server_port_(server_port) {
@@ -99,7 +105,8 @@ bool CuttingProxy::pass_on_from_client(Socket client, Socket server, bool& silen
   const std::string request = receive(client);
   if (request.empty()) return false;
   if (silent) return true;
-  const Cut cut = request.find("COMMIT") == std::string::npos ? Cut::none : cut_.exchange(Cut::none);
+  const Cut cut = holds_commit(request) ? cut_.exchange(Cut::none) : Cut::none;
+  if (cut != Cut::none && refuses_after_cut_) refuses_ = true;
   silent = cut == Cut::silence_before_commit || cut == Cut::silence_after_commit;
   if (cut == Cut::before_commit) return false;
   if (cut == Cut::silence_before_commit) return true;

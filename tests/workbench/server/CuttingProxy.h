@@ -24,8 +24,15 @@ class CuttingProxy {
 
   int port() const { return port_; }
 
-  /// What happens at the next commit of any connection.
-  void cut_at_commit(Cut cut) { cut_ = cut; }
+  /// Whether new connections are made after a cut.
+  enum class Afterwards { connects, refuses };
+
+  /// What happens at the next commit of any connection, and after it.
+  void cut_at_commit(Cut cut, Afterwards afterwards = Afterwards::connects) {
+    silence_ended_ = false;
+    refuses_after_cut_ = afterwards == Afterwards::refuses;
+    cut_ = cut;
+  }
   /// Ends the connections that are silent.
   void end_silence() { silence_ended_ = true; }
   /// Whether new connections are ended at once.
@@ -43,6 +50,7 @@ class CuttingProxy {
   Socket listener_;
   std::atomic<Cut> cut_ = Cut::none;
   std::atomic<bool> refuses_ = false;
+  std::atomic<bool> refuses_after_cut_ = false;
   std::atomic<bool> silence_ended_ = false;
   std::vector<std::jthread> connections_;
   std::jthread acceptor_;

@@ -53,6 +53,36 @@ class LostAnswer : public testing::Test {
     return uncertain;
   }
 
+  /// Opens a store whose tables have this version, or creates one from a copy, while the k-th call fails in this way,
+  /// for every k. Afterwards the store can be opened. Returns how many openings were uncertain.
+  int fail_each_call_of_an_opening(int old_version, const StoreCopy* copied, Fault fault, const std::string& state) {
+    int uncertain = 0;
+    test_support::fail_each_call([&](std::size_t number) {
+      server_.emplace();
+      server_->set_version(old_version);
+      odbc_.emplace(server_->api());
+      const auto open = [&] {
+        return open_server_store(odbc::ConnectionString(L"Server=desk"), {.api = &odbc_->api(), .copied = copied});
+      };
+      odbc_->fail_call(number, state, fault);
+      const auto error = refusal(open);
+      odbc_->clear_faults();
+      const bool happened = server_->version() != old_version;
+      const bool is_uncertain = error && error->kind() == Kind::uncertain;
+      EXPECT_EQ(happened, is_uncertain ? fault.reaches : !error);
+      // No diagnostics belong to an environment that was not allocated.
+      if (error && !is_uncertain) {
+        EXPECT_EQ(error->kind(), server_error_kind(number == 1 ? "" : state));
+      }
+      uncertain += is_uncertain;
+      EXPECT_EQ(refusal_kind([&] { open()->add_rule(sample_rule(L"later")); }),
+                copied && happened ? std::optional(Kind::exists) : std::nullopt);
+      EXPECT_EQ(odbc_->live_handles(), 0);
+      return odbc_->failed_call();
+    });
+    return uncertain;
+  }
+
   std::optional<MemoryServer> server_;
   std::optional<test_support::FaultyOdbc> odbc_;
 };
@@ -77,6 +107,24 @@ TEST_F(LostAnswer, NewConnectionFindsOutWhetherTheChangeHappened) {
                                          [](const Outcome& outcome) { EXPECT_EQ(outcome.happened, !outcome.error); });
     EXPECT_EQ(uncertain, 0);
   }
+}
+
+/// A store that is created, one that is created from a copy, and one that is brought to the present version.
+const StoreCopy nothing;
+constexpr std::pair<int, const StoreCopy*> openings[] = {{0, nullptr}, {0, &nothing}, {4, nullptr}};
+
+TEST_F(LostAnswer, NewConnectionFindsOutWhetherTheTablesWerePrepared) {
+  for (const auto& [version, copied] : openings)
+    for (const std::string& state : lost_with)
+      for (const bool reaches : {false, true})
+        EXPECT_EQ(fail_each_call_of_an_opening(version, copied, {.reaches = reaches}, state), 0);
+}
+
+TEST_F(LostAnswer, PreparationIsUncertainOnlyWhereNobodyCanTellWhetherItHappened) {
+  for (const auto& [version, copied] : openings)
+    for (const bool reaches : {false, true})
+      EXPECT_EQ(fail_each_call_of_an_opening(version, copied, {.reaches = reaches, .is_lasting = true}, "08S01"), 1)
+          << "at its commit";
 }
 
 TEST_F(LostAnswer, ChangeIsUncertainOnlyWhereNobodyCanTellWhetherItHappened) {

@@ -39,6 +39,7 @@ MemoryServer::MemoryServer() {
   driver_.on_execute = [this](const std::wstring& sql, const Parameters& parameters) {
     return execute(sql, parameters);
   };
+  driver_.on_begin_of_transaction = [this] { begin_transaction(); };
   driver_.on_end_of_transaction = [this](bool commits) { end_transaction(commits); };
 }
 
@@ -59,27 +60,75 @@ void MemoryServer::clear() {
   content_ = {};
 }
 
+int MemoryServer::present_version() {
+  return postgres().first_version + static_cast<int>(postgres().migrations.size()) - 1;
+}
+
+int MemoryServer::version() const {
+  const std::scoped_lock lock(mutex_);
+  return content_.version;
+}
+
+void MemoryServer::set_version(int version) {
+  const std::scoped_lock lock(mutex_);
+  content_.version = version;
+}
+
+/// What the connection of this thread sees.
+MemoryServer::Content& MemoryServer::present_content() {
+  const auto open = transactions_.find(std::this_thread::get_id());
+  return open != transactions_.end() && open->second.content ? *open->second.content : content_;
+}
+
 std::vector<MemoryServer::Row> MemoryServer::execute(const std::wstring& sql, const Parameters& parameters) {
   const ServerDialect& dialect = postgres();
   const std::scoped_lock lock(mutex_);
-  const auto open = transactions_.find(std::this_thread::get_id());
-  Content& content = open == transactions_.end() ? content_ : open->second;
+  Content& content = present_content();
   if (is(sql, dialect.read_schema)) return {{L"desk", L"1"}};
-  if (is(sql, dialect.count_tables)) return {{L"7", L"1"}};
-  if (is(sql, dialect.read_version))
-    return {{std::to_wstring(0x7A644552), std::to_wstring(dialect.first_version + dialect.migrations.size() - 1)}};
+  if (auto rows = execute_on_tables(content, sql, parameters)) return *rows;
   if (is(sql, dialect.read_counter)) return {{std::to_wstring(content.counter)}};
   if (is(sql, dialect.lock_store)) {
-    transactions_[std::this_thread::get_id()] = content_;
+    transactions_.at(std::this_thread::get_id()).content = content_;
     return {{std::to_wstring(content_.counter)}};
   }
   if (is(sql, dialect.insert_change)) {
     if (!content.changes.emplace(parameters[0], true).second) throw MemoryRefusal{"23505"};
     return {{}};
   }
-  if (is(sql, dialect.insert_void_change)) return take_void_change(parameters[0]);
-  if (is(sql, dialect.select_happened)) return {{content.changes.at(parameters[0]) ? L"1" : L"0"}};
+  if (is(sql, dialect.insert_void_change)) return take_void_change(content, parameters[0]);
+  if (is(sql, dialect.select_happened)) {
+    const auto found = content.changes.find(parameters[0]);
+    return found == content.changes.end() ? std::vector<Row>{} : std::vector<Row>{{found->second ? L"1" : L"0"}};
+  }
   return execute_on_rules(content, sql, parameters).value_or(std::vector<Row>{});
+}
+
+std::optional<std::vector<MemoryServer::Row>> MemoryServer::execute_on_tables(Content& content, const std::wstring& sql,
+                                                                              const Parameters& parameters) {
+  const ServerDialect& dialect = postgres();
+  if (is(sql, dialect.count_tables)) {
+    const bool exist = content.version != 0;
+    return std::vector<Row>{{exist ? L"7" : L"0", exist ? L"1" : L"0"}};
+  }
+  if (is(sql, dialect.read_version))
+    return std::vector<Row>{{std::to_wstring(0x7A644552), std::to_wstring(content.version)}};
+  if (is(sql, dialect.lock_creation)) {
+    lock_creation();
+  } else if (is(sql, dialect.write_version)) {
+    content.version = static_cast<int>(integer(parameters[1]));
+  } else {
+    return std::nullopt;
+  }
+  return std::vector<Row>{{}};
+}
+
+/// The lock of another transaction would be waited for, up to the time limit. Without a transaction it ends at once.
+void MemoryServer::lock_creation() {
+  const std::thread::id mine = std::this_thread::get_id();
+  for (const auto& [thread, transaction] : transactions_)
+    if (thread != mine && transaction.locks_creation) throw MemoryRefusal{"55P03"};
+  const auto open = transactions_.find(mine);
+  if (open != transactions_.end()) open->second = {content_, true};
 }
 
 std::optional<std::vector<MemoryServer::Row>> MemoryServer::execute_on_rules(Content& content, const std::wstring& sql,
@@ -113,17 +162,23 @@ std::optional<std::vector<MemoryServer::Row>> MemoryServer::execute_on_rules(Con
 }
 
 /// A transaction that has inserted the same id and has not ended would be waited for, up to the time limit.
-std::vector<MemoryServer::Row> MemoryServer::take_void_change(const std::wstring& id) {
-  for (const auto& [thread, content] : transactions_)
-    if (content.changes.contains(id) && !content_.changes.contains(id)) throw MemoryRefusal{"55P03"};
-  content_.changes.emplace(id, false);
+std::vector<MemoryServer::Row> MemoryServer::take_void_change(Content& content, const std::wstring& id) const {
+  for (const auto& [thread, transaction] : transactions_)
+    if (transaction.content && transaction.content->changes.contains(id) && !content_.changes.contains(id))
+      throw MemoryRefusal{"55P03"};
+  content.changes.emplace(id, false);
   return {{}};
+}
+
+void MemoryServer::begin_transaction() {
+  const std::scoped_lock lock(mutex_);
+  transactions_[std::this_thread::get_id()] = {};
 }
 
 void MemoryServer::end_transaction(bool commits) {
   const std::scoped_lock lock(mutex_);
   const auto open = transactions_.find(std::this_thread::get_id());
   if (open == transactions_.end()) return;
-  if (commits) content_ = open->second;
+  if (commits && open->second.content) content_ = *open->second.content;
   transactions_.erase(open);
 }

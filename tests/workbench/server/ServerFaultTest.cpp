@@ -1,4 +1,5 @@
 #include <functional>
+#include <span>
 
 #include "Depth.h"
 #include "FaultLoop.h"
@@ -74,6 +75,30 @@ class ServerFault : public ServerTest {
     return unreported;
   }
 
+  /// Opens a store while its k-th call of ODBC fails, for every k, with this state. `prepare` says what is in the
+  /// schema before.
+  void fail_each_call_of_an_opening(const std::function<void()>& prepare, const StoreCopy* copied,
+                                    const std::string& state) {
+    test_support::fail_each_call([&](std::size_t number) {
+      prepare();
+      const std::wstring before = schema_->tables();
+      odbc_->fail_call(number, state);
+      const auto error = refusal([&] {
+        open_server_store(schema_->options(),
+                          {.first_content = sample_content(), .api = &odbc_->api(), .copied = copied});
+      });
+      odbc_->clear_faults();
+      EXPECT_EQ(odbc_->live_handles(), 0);
+      EXPECT_EQ(schema_->tables() == before, error.has_value());
+      // No diagnostics belong to an environment that was not allocated.
+      if (error) {
+        EXPECT_EQ(error->kind(), server_error_kind(number == 1 ? "" : state)) << error->what();
+      }
+      EXPECT_EQ(content_of(*schema_->open({.first_content = sample_content()})), sample_content());
+      return odbc_->failed_call();
+    });
+  }
+
   std::optional<test_support::FaultyOdbc> odbc_;
   std::shared_ptr<RuleStore> control_;
 };
@@ -121,7 +146,8 @@ TEST_F(ServerFault, EachFailedCallOfACopyIsReported) {
   const auto store = open_server_store(schema_->options(), {.api = &odbc_->api()});
   const std::vector<RuleChange> changes = store->load_changes(1);
   const StoreCopy copy = store->copy();
-  for (const std::string state : {"08S01", "XX001"})
+  for (const std::string& state : std::span(states).first(
+           static_cast<std::size_t>(test_support::repetitions(static_cast<int>(std::size(states)), 2))))
     EXPECT_EQ(fail_each_call_of_a_load(*store, state,
                                        [&] {
                                          EXPECT_EQ(store->load_changes(1), changes);
@@ -131,24 +157,26 @@ TEST_F(ServerFault, EachFailedCallOfACopyIsReported) {
         << "the end of the transaction and the return to automatic commits";
 }
 
-TEST_F(ServerFault, EachFailedCallOfTheCreationLeavesNothingBehind) {
-  test_support::fail_each_call([&](std::size_t number) {
-    schema_->run(L"DROP SCHEMA " + schema_->name() + L" CASCADE");
-    schema_->run(L"CREATE SCHEMA " + schema_->name() + L" AUTHORIZATION " + schema_->name());
-    odbc_->fail_call(number, "08S01");
-    const auto error = refusal(
-        [&] { open_server_store(schema_->options(), {.first_content = sample_content(), .api = &odbc_->api()}); });
-    odbc_->clear_faults();
-    EXPECT_EQ(odbc_->live_handles(), 0);
-    const std::wstring tables =
-        schema_->text(L"SELECT count(*) FROM pg_tables WHERE schemaname = '" + schema_->name() + L"'");
-    // What follows the creation may fail too.
-    if (!error || tables != L"0") {
-      EXPECT_EQ(tables, L"7");
-      EXPECT_EQ(content_of(*schema_->open()), sample_content());
-    }
-    return odbc_->failed_call();
-  });
+TEST_F(ServerFault, EachFailedCallOfAnOpeningPreparesAllTablesOrNone) {
+  const StoreCopy copy = control_->copy();
+  const auto empty_schema = [&] {
+    schema_->run(L"DROP SCHEMA " + schema_->name() + L" CASCADE; CREATE SCHEMA " + schema_->name() +
+                 L" AUTHORIZATION " + schema_->name());
+  };
+  const auto create_old_store = [&] {
+    empty_schema();
+    schema_->open({.first_content = sample_content()});
+    schema_->make_older();
+  };
+  struct Opening {
+    std::function<void()> prepare;
+    const StoreCopy* copied;
+  };
+  const Opening openings[] = {{empty_schema, nullptr}, {empty_schema, &copy}, {create_old_store, nullptr}};
+  std::size_t next_state = 0;
+  for (const Opening& opening : openings)
+    for (int rounds = test_support::repetitions(7, 1); rounds > 0 && !HasFailure(); --rounds)
+      fail_each_call_of_an_opening(opening.prepare, opening.copied, states[next_state++ % std::size(states)]);
 }
 
 }  // namespace

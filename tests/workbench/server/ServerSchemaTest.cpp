@@ -10,13 +10,6 @@ namespace {
 
 class ServerSchema : public ServerTest {
  protected:
-  /// The tables of the schema with their columns.
-  std::wstring tables() const {
-    return schema_->text(
-        L"SELECT string_agg(table_name || '.' || column_name, ' ' ORDER BY table_name, column_name) FROM "
-        L"information_schema.columns WHERE table_schema = current_schema()");
-  }
-
   std::optional<Kind> refused() const {
     return refusal_kind([&] { schema_->open(); });
   }
@@ -37,12 +30,12 @@ TEST_F(ServerSchema, NewStoreGetsItsContentOnceAndIsOpenedAgain) {
 
 TEST_F(ServerSchema, StoreIsMissingWhereNoneMayBeCreated) {
   EXPECT_EQ(refusal_kind([&] { schema_->open({.may_create = false}); }), Kind::missing);
-  EXPECT_EQ(tables(), L"");
+  EXPECT_EQ(schema_->tables(), L"");
 }
 
 TEST_F(ServerSchema, FirstContentThatIsRefusedLeavesTheSchemaEmpty) {
   EXPECT_EQ(refusal_kind([&] { schema_->open({.first_content = {{{}}, {}}}); }), Kind::invalid_value);
-  EXPECT_EQ(tables(), L"");
+  EXPECT_EQ(schema_->tables(), L"");
 }
 
 TEST_F(ServerSchema, WorkbenchesThatStartTogetherCreateTheStoreOnce) {
@@ -65,7 +58,7 @@ TEST_F(ServerSchema, WorkbenchesThatStartTogetherCreateTheStoreOnce) {
 TEST_F(ServerSchema, TablesOfOurNamesWithoutOurVersionAreForeign) {
   schema_->run(L"CREATE TABLE calendars (x integer)");
   EXPECT_EQ(refused(), Kind::foreign);
-  EXPECT_EQ(tables(), L"calendars.x");
+  EXPECT_EQ(schema_->tables(), L"calendars.x");
 }
 
 TEST_F(ServerSchema, VersionOfAnotherProgramIsForeign) {
@@ -83,15 +76,13 @@ TEST_F(ServerSchema, VersionOfAnotherProgramIsForeign) {
 
 TEST_F(ServerSchema, OlderVersionIsBroughtToThePresentOnce) {
   schema_->open({.first_content = sample_content()});
-  const std::wstring present = tables();
-  schema_->run(
-      L"DROP TABLE changed_rows, changes CASCADE; DROP FUNCTION sign_change, present_change, "
-      L"record_change, record_closed_days CASCADE; UPDATE rule_store SET Version = 4");
+  const std::wstring present = schema_->tables();
+  schema_->make_older();
   std::vector<std::jthread> workbenches;
   for (int i = 0; i < 4; ++i)
     workbenches.emplace_back([&] { EXPECT_EQ(refusal_kind([&] { schema_->open(); }), std::nullopt); });
   workbenches.clear();
-  EXPECT_EQ(tables(), present);
+  EXPECT_EQ(schema_->tables(), present);
   const auto store = schema_->open();
   EXPECT_TRUE(store->load_changes(1).empty());
   store->update_rule(1, sample_rule(L"renamed"));

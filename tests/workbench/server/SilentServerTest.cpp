@@ -120,6 +120,35 @@ TEST_F(SilentServer, EachCallOfAChangeMayBeSilentAndNothingHappensTwiceOrLate) {
   EXPECT_EQ(odbc_.live_handles(), 0);
 }
 
+TEST_F(SilentServer, EachCallOfAnOpeningMayBeSilentAndNothingHappensTwiceOrLate) {
+  const StoreCopy nothing;
+  for (const Fault fault :
+       {Fault{.is_silent = true}, Fault{.reaches = true, .is_silent = true},
+        Fault{.is_silent = true, .is_lasting = true}, Fault{.reaches = true, .is_silent = true, .is_lasting = true}}) {
+    if (!test_support::deep() && fault.is_lasting) continue;
+    int uncertain = 0;
+    test_support::fail_each_call([&](std::size_t number) {
+      server_.clear();
+      server_.set_version(0);
+      odbc_.fail_call(number, "08S01", fault);
+      const auto kind = refusal_kind([&] { open({.copied = &nothing}); });
+      end_silence();
+      const bool happened = server_.version() != 0;
+      if (kind == Kind::uncertain) {
+        ++uncertain;
+        EXPECT_EQ(happened, fault.reaches);
+      } else {
+        EXPECT_EQ(kind, happened ? std::nullopt : std::optional(Kind::connection_lost));
+      }
+      EXPECT_EQ(refusal_kind([&] { open({.copied = &nothing}); }),
+                happened ? std::optional(Kind::exists) : std::nullopt);
+      return odbc_.failed_call();
+    });
+    EXPECT_EQ(uncertain, fault.reaches && !fault.is_lasting ? 0 : 1) << "at most the commit is uncertain";
+  }
+  EXPECT_EQ(odbc_.live_handles(), 0);
+}
+
 TEST_F(SilentServer, WorkbenchThatEndsDoesNotWaitForIt) {
   auto store = open();
   odbc_.fail_call(1, "08S01", {.is_silent = true, .is_lasting = true});

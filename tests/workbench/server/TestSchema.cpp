@@ -23,8 +23,9 @@ TestSchema::TestSchema()
     : name_(next_name()),
       administrator_(workbench::odbc::system_odbc(), ConnectionString(test_support::test_server().value()),
                      workbench::postgres().driver, std::chrono::seconds(10)) {
-  run(L"CREATE ROLE " + name_ + L" LOGIN PASSWORD 'password'; CREATE SCHEMA " + name_ + L" AUTHORIZATION " + name_ +
-      L"; SET search_path = " + name_);
+  // A lock that a failed test has left behind fails the next one instead of keeping it for ever.
+  run(L"SET statement_timeout = '60s'; CREATE ROLE " + name_ + L" LOGIN PASSWORD 'password'; CREATE SCHEMA " + name_ +
+      L" AUTHORIZATION " + name_ + L"; SET search_path = " + name_);
 }
 
 ConnectionString TestSchema::options_as(const std::wstring& user) {
@@ -41,6 +42,17 @@ std::string TestSchema::refused(const std::wstring& sql) const {
   } catch (const workbench::odbc::OdbcError& error) {
     return error.state();
   }
+}
+
+std::wstring TestSchema::tables() const {
+  return text(
+      L"SELECT string_agg(table_name || '.' || column_name, ' ' ORDER BY table_name, column_name) FROM "
+      L"information_schema.columns WHERE table_schema = current_schema()");
+}
+
+void TestSchema::make_older() const {
+  run(L"DROP TABLE changed_rows, changes CASCADE; DROP FUNCTION sign_change, present_change, record_change, "
+      L"record_closed_days CASCADE; UPDATE rule_store SET Version = 4");
 }
 
 std::wstring TestSchema::text(const std::wstring& sql) const {

@@ -29,6 +29,12 @@ class TestSchema {
   /// The state with which the server refuses them; empty when it does not.
   std::string refused(const std::wstring& sql) const;
 
+  /// The tables of the schema with their columns.
+  std::wstring tables() const;
+
+  /// Takes from the store in the schema what the version before the present one did not have.
+  void make_older() const;
+
   /// The first column of the first row of a query; empty when there is none.
   std::wstring text(const std::wstring& sql) const;
 
