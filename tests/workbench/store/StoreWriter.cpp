@@ -1,23 +1,29 @@
 #include "StoreWriter.h"
 
+#include <charconv>
+
 #include "ModulePath.h"
 
 StoreWriter::StoreWriter(const std::wstring& arguments, const std::wstring& program)
     : started_(base::path_beside_program(program), arguments) {}
 
-std::optional<StoreWriterProgress> StoreWriter::next_progress() {
-  StoreWriterProgress said{.acknowledged = true};
-  bool any = false;
+std::optional<std::string> StoreWriter::next_line() {
+  std::string line;
   char c = 0;
   DWORD count = 0;
   while (ReadFile(started_.output(), &c, 1, &count, nullptr) && count == 1) {
-    if (c == '\n') return any ? std::optional(said) : std::nullopt;
-    if (c == '?') said.acknowledged = false;
-    if (c < '0' || c > '9') continue;
-    said.number = said.number * 10 + static_cast<unsigned>(c - '0');
-    any = true;
+    if (c == '\n') return line;
+    if (c != '\r') line += c;
   }
   return std::nullopt;
+}
+
+std::optional<StoreWriterProgress> StoreWriter::next_progress() {
+  const std::optional<std::string> line = next_line();
+  if (!line) return std::nullopt;
+  StoreWriterProgress said{.acknowledged = !line->ends_with('?')};
+  const auto result = std::from_chars(line->data(), line->data() + line->size(), said.number);
+  return result.ec == std::errc() ? std::optional(said) : std::nullopt;
 }
 
 std::optional<unsigned> StoreWriter::next_acknowledged() {

@@ -23,6 +23,9 @@ class StoreWriter {
   StoreWriter& operator=(const StoreWriter&) = delete;
   ~StoreWriter();
 
+  /// Waits for the next line that the program writes, and returns it without its end; nothing once there is no more.
+  std::optional<std::string> next_line();
+
   /// Waits for the next thing that the program says; nothing once there is no more.
   std::optional<StoreWriterProgress> next_progress();
 
