@@ -7,6 +7,7 @@
 namespace workbench {
 
 std::wstring store_message(const StoreError& error) {
+  if (error.kind() == StoreErrorKind::duplicate_name && error.subject().empty()) return text(IDS_STORE_DUPLICATE_NAMES);
   return text(IDS_STORE_READ_ONLY + static_cast<UINT>(error.kind()), {error.subject()});
 }
 

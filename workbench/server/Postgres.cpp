@@ -1,3 +1,4 @@
+#include "RuleRecord.h"
 #include "ServerDialect.h"
 
 namespace workbench {
@@ -255,25 +256,32 @@ constexpr wchar_t create_changes[] =
     {schema}.record_closed_days() FROM PUBLIC;
 )sql";
 
-// The columns, and a batch as a table of them.
-const std::wstring rule_numbers =
-    L"RollOffset, DayType, DayMode, DayOfMonth, DayMonth, WeekOrdinal, Weekday, WeekdayMonth, MoveToNextTradingDay";
-const std::wstring given_rules =
-    L"(SELECT * FROM json_to_recordset(CAST(? AS json)) AS record(position integer, RuleName text, RollOffset integer, "
-    L"DayType integer, DayMode integer, DayOfMonth integer, DayMonth integer, WeekOrdinal integer, Weekday integer, "
-    L"WeekdayMonth integer, MoveToNextTradingDay integer))";
-const std::wstring given_settings =
-    L"(SELECT * FROM json_to_recordset(CAST(? AS json)) AS record(position integer, SettingName text, RuleName text, "
-    L"CalendarName text, Months text, LastTradingDay integer))";
-const std::wstring given_calendars =
-    L"(SELECT * FROM json_to_recordset(CAST(? AS json)) AS record(CalendarName text, Title text, Covers text, "
-    L"Source text, FirstDay date, LastDay date, Weekend integer, ShippedVersion integer))";
-const std::wstring given_days =
-    L"(SELECT * FROM json_to_recordset(CAST(? AS json)) AS record(CalendarName text, Day date, Reason text))";
+/// The numbers of a rule with what stands around each of them, separated by commas.
+std::wstring list_numbers(const std::wstring& before, const std::wstring& after) {
+  std::wstring list;
+  for (const RuleColumn& column : rule_columns) {
+    const std::string_view name = column.name;
+    list += (list.empty() ? L"" : L", ") + before + std::wstring(name.begin(), name.end()) + after;
+  }
+  return list;
+}
 
-const std::wstring settings_columns = L"SettingName, RuleName, CalendarName, Months, LastTradingDay";
+/// A batch as a table, whose columns have these names and types.
+std::wstring batch_of(const std::wstring& columns) {
+  return L"json_to_recordset(CAST(? AS json)) AS given(" + columns + L")";
+}
+
+const std::wstring rule_numbers = list_numbers(L"", L"");
+const std::wstring setting_columns = L"SettingName, RuleName, CalendarName, Months, LastTradingDay";
 const std::wstring calendar_columns =
     L"CalendarName, Title, Covers, Source, FirstDay, LastDay, Weekend, ShippedVersion";
+
+const std::wstring given_rule = L"position integer, RuleName text, " + list_numbers(L"", L" integer");
+const std::wstring given_setting =
+    L"position integer, SettingName text, RuleName text, CalendarName text, Months text, LastTradingDay integer";
+const std::wstring given_calendar =
+    L"CalendarName text, Title text, Covers text, Source text, FirstDay date, LastDay date, Weekend integer, "
+    L"ShippedVersion integer";
 
 void set_session_statements(ServerDialect& sql) {
   sql.begin_session =
@@ -288,8 +296,7 @@ void set_session_statements(ServerDialect& sql) {
   sql.count_tables =
       L"SELECT count(*), count(*) FILTER (WHERE relname = 'rule_store' AND (SELECT count(*) FROM pg_attribute WHERE "
       L"attrelid = pg_class.oid AND attname IN ('application', 'version', 'changes')) = 3) FROM pg_class JOIN "
-      L"pg_namespace ON "
-      L"relnamespace = pg_namespace.oid WHERE nspname = current_schema() AND relname IN "
+      L"pg_namespace ON relnamespace = pg_namespace.oid WHERE nspname = current_schema() AND relname IN "
       L"('rule_store', 'rules', 'symbol_source_settings', 'calendars', 'closed_days', 'changes', 'changed_rows')";
   sql.read_version = L"SELECT Application, Version FROM {schema}.rule_store";
   sql.write_version =
@@ -321,44 +328,38 @@ void set_rule_statements(ServerDialect& sql) {
   const std::wstring select_rules = L"SELECT RuleID, Revision, RuleName, " + rule_numbers + L" FROM {schema}.rules ";
   sql.select_rules = select_rules + L"ORDER BY RuleID";
   sql.select_rule = select_rules + L"WHERE RuleID = ?";
-  sql.insert_rule = L"INSERT INTO {schema}.rules (RuleName, " + rule_numbers +
-                    L") VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?) RETURNING RuleID";
-  sql.update_rule = L"UPDATE {schema}.rules SET (RuleName, " + rule_numbers +
-                    L") = (?, ?, ?, ?, ?, ?, ?, ?, ?, ?) WHERE RuleID = ? AND Revision = ?";
+  std::wstring values = L"?";
+  for (std::size_t i = 0; i < rule_columns.size(); ++i) values += L", ?";
+  sql.insert_rule =
+      L"INSERT INTO {schema}.rules (RuleName, " + rule_numbers + L") VALUES (" + values + L") RETURNING RuleID";
+  sql.update_rule = L"UPDATE {schema}.rules SET (RuleName, " + rule_numbers + L") = (" + values +
+                    L") WHERE RuleID = ? AND Revision = ?";
   sql.delete_rule = L"DELETE FROM {schema}.rules WHERE RuleID = ? AND Revision = ?";
   sql.insert_rules = L"INSERT INTO {schema}.rules (RuleName, " + rule_numbers + L") SELECT RuleName, " + rule_numbers +
-                     L" FROM " + given_rules + L" AS given ORDER BY position";
-  const std::wstring other_numbers =
-      L"ROW(rules.RollOffset, rules.DayType, rules.DayMode, rules.DayOfMonth, "
-      L"rules.DayMonth, rules.WeekOrdinal, rules.Weekday, rules.WeekdayMonth, "
-      L"rules.MoveToNextTradingDay) IS DISTINCT FROM ROW(given.RollOffset, "
-      L"given.DayType, given.DayMode, given.DayOfMonth, given.DayMonth, "
-      L"given.WeekOrdinal, given.Weekday, given.WeekdayMonth, "
-      L"given.MoveToNextTradingDay)";
-  sql.import_rules = L"WITH given AS MATERIALIZED " + given_rules + L", changed AS (UPDATE {schema}.rules SET (" +
-                     rule_numbers +
-                     L") = (given.RollOffset, given.DayType, given.DayMode, given.DayOfMonth, given.DayMonth, "
-                     L"given.WeekOrdinal, given.Weekday, given.WeekdayMonth, given.MoveToNextTradingDay) FROM given "
-                     L"WHERE rules.RuleName = given.RuleName AND " +
-                     other_numbers + L") INSERT INTO {schema}.rules (RuleName, " + rule_numbers +
-                     L") SELECT RuleName, " + rule_numbers +
+                     L" FROM " + batch_of(given_rule) + L" ORDER BY position";
+  const std::wstring given_numbers = L"ROW(" + list_numbers(L"given.", L"") + L")";
+  sql.import_rules = L"WITH given AS MATERIALIZED (SELECT * FROM " + batch_of(given_rule) +
+                     L"), changed AS (UPDATE {schema}.rules SET (" + rule_numbers + L") = " + given_numbers +
+                     L" FROM given WHERE rules.RuleName = given.RuleName AND ROW(" + list_numbers(L"rules.", L"") +
+                     L") IS DISTINCT FROM " + given_numbers + L") INSERT INTO {schema}.rules (RuleName, " +
+                     rule_numbers + L") SELECT RuleName, " + rule_numbers +
                      L" FROM given WHERE NOT EXISTS (SELECT FROM {schema}.rules AS present WHERE present.RuleName = "
                      L"given.RuleName) ORDER BY position";
 }
 
 void set_setting_statements(ServerDialect& sql) {
   const std::wstring select_settings =
-      L"SELECT SettingID, Revision, " + settings_columns + L" FROM {schema}.symbol_source_settings ";
+      L"SELECT SettingID, Revision, " + setting_columns + L" FROM {schema}.symbol_source_settings ";
   sql.select_settings = select_settings + L"ORDER BY SettingID";
   sql.select_setting = select_settings + L"WHERE SettingID = ?";
-  sql.insert_setting = L"INSERT INTO {schema}.symbol_source_settings (" + settings_columns +
+  sql.insert_setting = L"INSERT INTO {schema}.symbol_source_settings (" + setting_columns +
                        L") VALUES (?, ?, ?, ?, ?) RETURNING SettingID";
-  sql.update_setting = L"UPDATE {schema}.symbol_source_settings SET (" + settings_columns +
+  sql.update_setting = L"UPDATE {schema}.symbol_source_settings SET (" + setting_columns +
                        L") = (?, ?, ?, ?, ?) WHERE SettingID = ? AND Revision = ?";
   sql.delete_setting = L"DELETE FROM {schema}.symbol_source_settings WHERE SettingID = ? AND Revision = ?";
   sql.delete_settings = L"DELETE FROM {schema}.symbol_source_settings";
-  sql.insert_settings = L"INSERT INTO {schema}.symbol_source_settings (" + settings_columns + L") SELECT " +
-                        settings_columns + L" FROM " + given_settings + L" AS given ORDER BY position";
+  sql.insert_settings = L"INSERT INTO {schema}.symbol_source_settings (" + setting_columns + L") SELECT " +
+                        setting_columns + L" FROM " + batch_of(given_setting) + L" ORDER BY position";
 }
 
 void set_calendar_statements(ServerDialect& sql) {
@@ -367,19 +368,17 @@ void set_calendar_statements(ServerDialect& sql) {
                          L"ORDER BY CalendarName, Day";
   sql.replace_calendars =
       L"INSERT INTO {schema}.calendars (" + calendar_columns + L") SELECT " + calendar_columns + L" FROM " +
-      given_calendars +
-      L" AS given ON CONFLICT (CalendarName) DO UPDATE SET Title = EXCLUDED.Title, Covers = EXCLUDED.Covers, "
+      batch_of(given_calendar) +
+      L" ON CONFLICT (CalendarName) DO UPDATE SET Title = EXCLUDED.Title, Covers = EXCLUDED.Covers, "
       L"Source = EXCLUDED.Source, FirstDay = EXCLUDED.FirstDay, LastDay = EXCLUDED.LastDay, "
       L"Weekend = EXCLUDED.Weekend, ShippedVersion = EXCLUDED.ShippedVersion";
   sql.delete_closed_days = L"DELETE FROM {schema}.closed_days WHERE CalendarName IN (SELECT CalendarName FROM " +
-                           given_calendars + L" AS given)";
+                           batch_of(given_calendar) + L")";
   sql.insert_closed_days =
-      L"INSERT INTO {schema}.closed_days (CalendarName, Day, Reason) SELECT CalendarName, Day, "
-      L"Reason FROM " +
-      given_days + L" AS given";
+      L"INSERT INTO {schema}.closed_days (CalendarName, Day, Reason) SELECT CalendarName, Day, Reason FROM " +
+      batch_of(L"CalendarName text, Day date, Reason text");
   sql.delete_content =
-      L"DELETE FROM {schema}.symbol_source_settings; DELETE FROM {schema}.rules; "
-      L"DELETE FROM {schema}.calendars";
+      L"DELETE FROM {schema}.symbol_source_settings; DELETE FROM {schema}.rules; DELETE FROM {schema}.calendars";
 }
 
 void set_copy_statements(ServerDialect& sql) {
@@ -398,27 +397,23 @@ void set_copy_statements(ServerDialect& sql) {
   };
   sql.set_last_numbers = L"SELECT " + set(rules, L"rule") + L", " + set(settings, L"setting") +
                          L" FROM (SELECT CAST(? AS bigint), CAST(? AS bigint)) AS given(rule, setting)";
-  const auto with_numbers = [](std::wstring batch, const wchar_t* number) {
-    constexpr std::wstring_view before = L"record(";
-    batch.insert(batch.find(before) + before.size(), number + std::wstring(L" integer, Revision bigint, "));
-    return batch;
-  };
-  const auto copy = [](const wchar_t* table, const std::wstring& columns, const std::wstring& batch) {
+  const auto copy = [](const wchar_t* table, const std::wstring& columns, const std::wstring& given) {
     return std::wstring(L"INSERT INTO {schema}.") + table + L" (" + columns + L") OVERRIDING SYSTEM VALUE SELECT " +
-           columns + L" FROM " + batch + L" AS given ORDER BY position";
+           columns + L" FROM " + batch_of(given) + L" ORDER BY position";
   };
-  sql.copy_rules = copy(L"rules", L"RuleID, Revision, RuleName, " + rule_numbers, with_numbers(given_rules, L"RuleID"));
-  sql.copy_settings = copy(L"symbol_source_settings", L"SettingID, Revision, " + settings_columns,
-                           with_numbers(given_settings, L"SettingID"));
+  sql.copy_rules =
+      copy(L"rules", L"RuleID, Revision, RuleName, " + rule_numbers, L"RuleID integer, Revision bigint, " + given_rule);
+  sql.copy_settings = copy(L"symbol_source_settings", L"SettingID, Revision, " + setting_columns,
+                           L"SettingID integer, Revision bigint, " + given_setting);
   sql.delete_changes = L"TRUNCATE {schema}.changed_rows, {schema}.changes";
   sql.copy_changes =
-      L"INSERT INTO {schema}.changes (ChangeID, UserName, ChangedAt) SELECT ChangeID, UserName, ChangedAt FROM "
-      L"json_to_recordset(CAST(? AS json)) AS given(position integer, ChangeID uuid, UserName text, ChangedAt "
-      L"timestamptz) ORDER BY position";
+      L"INSERT INTO {schema}.changes (ChangeID, UserName, ChangedAt) SELECT ChangeID, UserName, ChangedAt FROM " +
+      batch_of(L"position integer, ChangeID uuid, UserName text, ChangedAt timestamptz") + L" ORDER BY position";
   sql.copy_changed_rows =
       L"INSERT INTO {schema}.changed_rows (ChangeID, TableName, RowKey, OldRow, NewRow) SELECT ChangeID, TableName, "
-      L"RowKey, OldRow, NewRow FROM json_to_recordset(CAST(? AS json)) AS given(position integer, ChangeID uuid, "
-      L"TableName text, RowKey text, OldRow jsonb, NewRow jsonb) ORDER BY position";
+      L"RowKey, OldRow, NewRow FROM " +
+      batch_of(L"position integer, ChangeID uuid, TableName text, RowKey text, OldRow jsonb, NewRow jsonb") +
+      L" ORDER BY position";
 }
 
 ServerDialect create_postgres() {
@@ -432,6 +427,7 @@ ServerDialect create_postgres() {
                 "password authentication failed",
                 {"too many connections", "too many clients", "remaining connection slots"},
                 {L"PGHOSTADDR", L"PGSERVICE", L"PGSERVICEFILE"}};
+  sql.duplicate_name = "(rulename)=(";
   set_session_statements(sql);
   set_rule_statements(sql);
   set_setting_statements(sql);

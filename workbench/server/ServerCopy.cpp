@@ -1,5 +1,7 @@
 #include "ServerCopy.h"
 
+#include <set>
+
 #include "ServerChanges.h"
 #include "ServerRecords.h"
 
@@ -17,7 +19,11 @@ StoreCopy select_copy(ServerSession& session) {
 }
 
 void insert_copy(ServerSession& session, const StoreCopy& copy) {
-  for (const StoredRule& stored : copy.rules) refuse_invalid(stored.rule);
+  std::set<std::wstring> names;
+  for (const StoredRule& stored : copy.rules) {
+    refuse_invalid(stored.rule);
+    if (!names.insert(stored.rule.name).second) throw duplicate_rule_name(stored.rule.name);
+  }
   for (const StoredSetting& stored : copy.settings) refuse_invalid(stored.setting);
   for (const StoredCalendar& stored : copy.calendars) refuse_invalid(stored);
   insert_stored(session, copy.rules);

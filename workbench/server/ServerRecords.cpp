@@ -8,6 +8,7 @@
 #include "ServerBatches.h"
 #include "ServerError.h"
 #include "ServerText.h"
+#include "TextEncoding.h"
 
 namespace workbench {
 
@@ -57,13 +58,27 @@ odbc::OdbcStatement& bind_setting(odbc::OdbcStatement& statement, const SymbolSo
       .bind(5, setting.last_day_is_expiration ? 1 : 0);
 }
 
-/// Runs `body`, which names this rule, and says which name another rule has.
+/// Which of these rules has a name that another rule has already, as the server says; null when it does not: to a user
+/// who may not read the names, or in a text that is cut.
+const Rule* find_duplicate(const ServerSession& session, std::span<const Rule> rules, const std::string& refusal) {
+  if (rules.size() == 1) return rules.data();
+  const Rule* found = nullptr;
+  for (const Rule& rule : rules) {
+    const std::string name = session.sql().duplicate_name + base::to_utf8(to_escaped_text(rule.name)) + ')';
+    // The longest, because a name may hold the bracket after it.
+    if (refusal.find(name) != std::string::npos && (!found || rule.name.size() > found->name.size())) found = &rule;
+  }
+  return found;
+}
+
+/// Runs `body`, which names these rules, and says which name another rule has.
 template <class Body>
-auto refuse_duplicate(const std::wstring& name, const Body& body) {
+auto refuse_duplicate(const ServerSession& session, std::span<const Rule> rules, const Body& body) {
   try {
     return body();
   } catch (const odbc::OdbcError& error) {
-    if (server_error_kind(error.state()) == StoreErrorKind::duplicate_name) throw duplicate_rule_name(name);
+    if (server_error_kind(error.state()) != StoreErrorKind::duplicate_name) throw;
+    if (const Rule* rule = find_duplicate(session, rules, error.what())) throw duplicate_rule_name(rule->name);
     throw;
   }
 }
@@ -100,13 +115,13 @@ std::optional<StoredRule> select_rule(ServerSession& session, long number) {
 
 long insert_rule(ServerSession& session, const Rule& rule) {
   odbc::OdbcStatement insert = session.prepare(session.sql().insert_rule);
-  return refuse_duplicate(rule.name, [&] { return read_number(bind_rule(insert, rule)); });
+  return refuse_duplicate(session, {&rule, 1}, [&] { return read_number(bind_rule(insert, rule)); });
 }
 
 bool update_rule(ServerSession& session, const StoredRule& old, const Rule& rule) {
   odbc::OdbcStatement update = session.prepare(session.sql().update_rule);
   bind_rule(update, rule).bind(parameter_after_rule, old.number).bind(parameter_after_rule + 1, old.revision);
-  return refuse_duplicate(rule.name, [&] { return update.execute() == 1; });
+  return refuse_duplicate(session, {&rule, 1}, [&] { return update.execute() == 1; });
 }
 
 bool delete_rule(ServerSession& session, const StoredRule& stored) {
@@ -154,7 +169,8 @@ void import_rules(ServerSession& session, const std::vector<Rule>& rules, const 
   std::set<std::wstring> names;
   std::size_t first = 0;
   const auto send = [&](std::size_t end) {
-    if (first < end) import.bind(1, rules_as_json(std::span(rules).subspan(first, end - first))).execute();
+    const auto batch = std::span(rules).subspan(first, end - first);
+    if (first < end) refuse_duplicate(session, batch, [&] { return import.bind(1, rules_as_json(batch)).execute(); });
     first = end;
     names.clear();
   };

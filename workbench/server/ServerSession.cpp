@@ -54,7 +54,8 @@ void ServerSession::refuse(const odbc::OdbcError& error) {
   if (kind == StoreErrorKind::unavailable && connection_ && connection_->is_lost())
     kind = StoreErrorKind::connection_lost;
   if (!keeps_connection(kind)) connection_.reset();
-  fail(kind, error.what());
+  // Whoever knows which name another rule has, has said so before.
+  throw StoreError(kind, kind == StoreErrorKind::duplicate_name ? std::wstring() : description_, error.what());
 }
 
 std::wstring ServerSession::in_schema(std::wstring sql) const {

@@ -35,6 +35,12 @@ TEST(StoreMessages, EveryKindOfRefusalHasAMessageOfItsOwnThatNamesItsSubject) {
   EXPECT_EQ(messages.size(), static_cast<size_t>(kinds));
 }
 
+TEST(StoreMessages, DuplicateOfWhichNobodySaidTheNameNamesNoStore) {
+  const std::wstring said = store_message({StoreErrorKind::duplicate_name, L"", "detail"});
+  EXPECT_EQ(said, text(IDS_STORE_DUPLICATE_NAMES));
+  EXPECT_EQ(said.find(L"“"), std::wstring::npos);
+}
+
 TEST(StoreMessages, UncertainChangeIsNotCalledUnsaved) {
   const StoreError uncertain(StoreErrorKind::uncertain, L"SUBJECT", "detail");
   const StoreError lost(StoreErrorKind::connection_lost, L"SUBJECT", "detail");

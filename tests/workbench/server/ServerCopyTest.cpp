@@ -89,7 +89,10 @@ TEST_F(ServerCopy, CopyReplacesNoStoreWhateverThatHolds) {
 TEST_F(ServerCopy, RefusedCopyLeavesTheSchemaEmpty) {
   StoreCopy copy = used_store();
   copy.rules[1000].rule.name = copy.rules[0].rule.name;
-  EXPECT_EQ(refusal_kind([&] { create(copy); }), Kind::duplicate_name);
+  const auto error = refusal([&] { create(copy); });
+  ASSERT_TRUE(error);
+  EXPECT_EQ(error->kind(), Kind::duplicate_name);
+  EXPECT_EQ(error->subject(), copy.rules[0].rule.name);
   EXPECT_EQ(refusal_kind([&] { schema_->open({.may_create = false}); }), Kind::missing);
 }
 

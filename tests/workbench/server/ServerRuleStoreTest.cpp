@@ -92,6 +92,34 @@ TEST_F(ServerRuleStore, WorkbenchThatIsHeldUpForTooLongIsRefused) {
   EXPECT_EQ(store->load_rules().size(), 3u);
 }
 
+TEST_F(ServerRuleStore, EachSessionSetsWhatTheServersDefaultsMustNotChange) {
+  const auto mine = schema_->open();
+  mine->add_rule(sample_rule(L"before"));
+  for (const wchar_t* setting : {L"synchronous_commit = off", L"default_transaction_isolation = 'serializable'",
+                                 L"lock_timeout = 0", L"DateStyle = 'German'", L"standard_conforming_strings = off"})
+    schema_->run(L"ALTER ROLE " + schema_->name() + L" SET " + setting);
+  schema_->run(
+      L"CREATE TABLE noted (synchronous text, isolation text, lock_limit text); GRANT INSERT ON noted TO PUBLIC; "
+      L"CREATE FUNCTION note() RETURNS trigger LANGUAGE plpgsql AS $$ BEGIN INSERT INTO noted VALUES "
+      L"(current_setting('synchronous_commit'), current_setting('transaction_isolation'), "
+      L"current_setting('lock_timeout')); RETURN NULL; END $$; "
+      L"CREATE TRIGGER note AFTER INSERT ON rules FOR EACH STATEMENT EXECUTE FUNCTION note()");
+  const auto noted = [&] {
+    return schema_->text(
+        L"SELECT string_agg(DISTINCT synchronous || ', ' || isolation || ', ' || lock_limit, '; ') FROM noted");
+  };
+  const auto theirs = schema_->open();
+  theirs->add_rule(sample_rule(L"of a new store"));
+  EXPECT_EQ(noted(), L"on, read committed, 3s");
+  theirs->replace_calendars({sample_calendar("days")});
+  EXPECT_EQ(theirs->load_calendars(), std::vector{sample_calendar("days")});
+  cut_connections();
+  EXPECT_EQ(refusal_kind([&] { mine->load_rules(); }), Kind::connection_lost);
+  schema_->run(L"DELETE FROM noted");
+  mine->add_rule(sample_rule(L"over a new connection"));
+  EXPECT_EQ(noted(), L"on, read committed, 3s");
+}
+
 TEST_F(ServerRuleStore, WorkGoesOnAfterALostConnection) {
   const auto store = schema_->open({.first_content = sample_content()});
   cut_connections();
@@ -133,6 +161,30 @@ TEST_F(ServerRuleStore, ImportIsOneRoundTripPerBatch) {
   EXPECT_EQ(calls_of_import(500), one);
   EXPECT_LE(calls_of_import(5000), one + std::size_t{9} * 4);
   EXPECT_EQ(store->load_rules().size(), 5000u);
+}
+
+TEST_F(ServerRuleStore, ImportThatTheServerTakesForADuplicateNamesTheRule) {
+  const auto store = schema_->open({.first_content = sample_content()});
+  const std::vector<Rule> imported{sample_rule(L"a"), sample_rule(L"b"), sample_rule(L"b)\\x")};
+  const auto subject_of_import = [&](const std::vector<Rule>& rules) {
+    const auto error = refusal([&] { store->import_records({rules}); });
+    return error && error->kind() == Kind::duplicate_name ? error->subject() : L"not refused";
+  };
+  // As a program that another one overtakes meanwhile would see it.
+  schema_->run(
+      L"CREATE FUNCTION overtake() RETURNS trigger LANGUAGE plpgsql AS $$ BEGIN IF NEW.RuleName LIKE 'b)%' THEN "
+      L"NEW.RuleName := 'first'; END IF; RETURN NEW; END $$; "
+      L"CREATE TRIGGER overtake BEFORE INSERT ON rules FOR EACH ROW EXECUTE FUNCTION overtake()");
+  EXPECT_EQ(subject_of_import(imported), L"") << "the name is none of these";
+  EXPECT_EQ(subject_of_import({imported[2]}), imported[2].name);
+  schema_->run(
+      L"DROP TRIGGER overtake ON rules; CREATE FUNCTION insert_twice() RETURNS trigger LANGUAGE plpgsql AS $$ BEGIN "
+      L"IF NEW.RuleName LIKE 'b)%' AND pg_trigger_depth() = 1 THEN INSERT INTO rules (RuleName, RollOffset, DayType, "
+      L"DayMode, DayOfMonth, DayMonth, WeekOrdinal, Weekday, WeekdayMonth, MoveToNextTradingDay) VALUES (NEW.RuleName, "
+      L"0, 0, 0, 1, 1, 1, 1, 1, 0); END IF; RETURN NEW; END $$; "
+      L"CREATE TRIGGER insert_twice BEFORE INSERT ON rules FOR EACH ROW EXECUTE FUNCTION insert_twice()");
+  EXPECT_EQ(subject_of_import(imported), imported[2].name);
+  EXPECT_EQ(store->load_rules().size(), 2u);
 }
 
 TEST_F(ServerRuleStore, RulesOfOneNameInAnImportFollowEachOther) {
