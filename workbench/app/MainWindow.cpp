@@ -12,6 +12,7 @@
 #include "ScheduleConversion.h"
 #include "Texts.h"
 #include "UiLanguage.h"
+#include "WaitBox.h"
 #include "resource.h"
 
 namespace workbench {
@@ -150,6 +151,9 @@ LRESULT MainWindow::handle_message(UINT message, WPARAM wparam, LPARAM lparam) {
       return 0;
     case run_posted_message:
       run_posted();
+      return 0;
+    case drop_input_message:
+      drop_input(static_cast<DWORD>(wparam));
       return 0;
     case WM_CLOSE:
       return on_close();

@@ -21,6 +21,9 @@ namespace workbench {
 /// The window class of the frame.
 inline constexpr wchar_t main_window_class[] = L"zdExpirationRulesWorkbench";
 
+/// Has the frame drop the input of its thread until the time in wParam; see `drop_input`.
+inline constexpr UINT drop_input_message = WM_APP + 1;
+
 /// What the frame window asks of the program.
 struct MainWindowEvents {
   std::function<void(long number)> open_rule;

@@ -24,12 +24,6 @@ BOOL CALLBACK find_frame(HWND window, LPARAM found) noexcept {
   return FALSE;
 }
 
-/// Drops what the user has typed and clicked. What other threads send or post is left alone.
-void drop_input() noexcept {
-  MSG message{};
-  while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE | PM_QS_INPUT)) continue;
-}
-
 HWND main_window_of_this_thread() noexcept {
   HWND window = nullptr;
   EnumThreadWindows(GetCurrentThreadId(), &find_frame, reinterpret_cast<LPARAM>(&window));
@@ -44,7 +38,12 @@ WaitBox::~WaitBox() {
   if (!box_.joinable()) return;
   SetEvent(closing_.get());
   box_.join();
-  drop_input();
+  // The system gives a thread what was posted before what was typed. Without a frame there is no plug-in.
+  const DWORD now = GetTickCount();
+  if (frame_)
+    PostMessageW(frame_, drop_input_message, now, 0);
+  else
+    drop_input(now);
 }
 
 bool WaitBox::wait(HANDLE event, std::chrono::milliseconds at_most) {
@@ -103,6 +102,12 @@ void WaitBox::fill(HWND window) noexcept {
   if (!GetWindowRect(frame_ ? frame_ : GetDesktopWindow(), &frame) || !GetWindowRect(window, &box)) return;
   SetWindowPos(window, HWND_TOPMOST, (frame.left + frame.right - (box.right - box.left)) / 2,
                (frame.top + frame.bottom - (box.bottom - box.top)) / 2, 0, 0, SWP_NOSIZE);
+}
+
+void drop_input(DWORD until) noexcept {
+  MSG message{};
+  const auto next = [&](UINT remove) { return PeekMessageW(&message, nullptr, 0, 0, remove | PM_QS_INPUT) != FALSE; };
+  while (next(PM_NOREMOVE) && static_cast<LONG>(message.time - until) <= 0 && next(PM_REMOVE)) continue;
 }
 
 INT_PTR CALLBACK WaitBox::procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) noexcept {

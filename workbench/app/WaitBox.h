@@ -13,8 +13,9 @@ namespace workbench {
 /// Waits for a store while a plug-in may be in the middle of a call. The frame window paints itself, and after a
 /// second a box says what is waited for and lets the user give up. No message reaches a window of the waiting thread
 /// but the paint messages of the frame and its children; the box belongs to a thread of its own. What the user typed
-/// and clicked until the box is closed is dropped then, as windows under a modal dialog drop it; without the box it
-/// waits.
+/// and clicked until the box is closed is dropped, as windows under a modal dialog drop it; without the box it waits.
+/// It is dropped when this thread fetches messages next, because to look at the input is to receive what other threads
+/// have sent, which must not reach a plug-in in the middle of its call.
 class WaitBox final : public ServerWait {
  public:
   /// How long a call takes before the box is shown.
@@ -44,5 +45,9 @@ class WaitBox final : public ServerWait {
   base::KernelHandle closing_{CreateEventW(nullptr, TRUE, FALSE, nullptr)};
   std::thread box_;
 };
+
+/// Drops what the user has typed and clicked on this thread until this time, as `GetTickCount` counts it. What other
+/// threads post is left alone, and what they send is received.
+void drop_input(DWORD until) noexcept;
 
 }  // namespace workbench

@@ -1,3 +1,4 @@
+#include <atomic>
 #include <thread>
 
 #include "ApplicationTest.h"
@@ -139,6 +140,31 @@ TEST_F(WaitBoxTest, WhatIsTypedWhileTheBoxIsShownIsDroppedAndWithoutItWaits) {
   test_support::pump_messages();
   EXPECT_EQ(counted.others, 1) << "the answer came soon";
   RemoveWindowSubclass(rules(), &count, 0);
+}
+
+TEST_F(WaitBoxTest, WhatAnotherThreadSendsIsReceivedAfterTheCallOfThePlugin) {
+  Counted counted;
+  SetWindowSubclass(window(), &count, 0, reinterpret_cast<DWORD_PTR>(&counted));
+  std::atomic<bool> is_sending = false;
+  std::jthread sender([&] {
+    find_box();
+    is_sending = true;
+    SendMessageW(window(), WM_COMMAND, IDM_REFRESH, 0);
+  });
+  std::jthread server([&] {
+    EXPECT_TRUE(test_support::within_seconds(10, [&] { return is_sending.load(); }));
+    Sleep(200);
+    SetEvent(answered_.get());
+  });
+  {
+    WaitBox box(L"desk");
+    EXPECT_TRUE(box.wait(answered_.get(), milliseconds(20'000)));
+  }
+  EXPECT_EQ(counted.others, 0) << "the plug-in is still in its call";
+  pump_messages();
+  EXPECT_GE(counted.others, 1);
+  sender.join();
+  RemoveWindowSubclass(window(), &count, 0);
 }
 
 }  // namespace
