@@ -220,7 +220,7 @@ schedule::ExitCode run_console_command(std::span<const std::wstring> arguments) 
   const std::optional<CommandArguments> parsed = schedule::parse_command_arguments(utf8(arguments), mistake);
   if (!parsed) {
     for (std::string& argument : mistake.parameters)
-      argument = base::to_utf8(printable_argument(base::from_utf8(argument)));
+      argument = base::to_utf8(printable_argument(base::from_utf8(argument), arguments));
     write_message(describe(mistake, chosen_language()));
     return schedule::wrong_arguments;
   }

@@ -115,7 +115,7 @@ ExitCode run_arguments(const std::vector<std::wstring>& arguments) {
         return run(line);
     }
   } catch (const CommandLineError& error) {
-    report_error(text(error.message, {printable_argument(error.argument)}), CommandLine::Action::help);
+    report_error(text(error.message, {printable_argument(error.argument, arguments)}), CommandLine::Action::help);
     return schedule::wrong_arguments;
   }
 }

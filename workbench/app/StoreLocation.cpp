@@ -180,6 +180,8 @@ bool holds_any(std::wstring_view text, std::initializer_list<std::wstring_view> 
   return std::ranges::any_of(words, [&](std::wstring_view word) { return letters.find(word) != std::wstring::npos; });
 }
 
+bool holds_password(std::wstring_view text) { return holds_any(text, {L"pwd=", L"password="}); }
+
 std::wstring_view trimmed(std::wstring_view text) {
   const auto is_blank = [](wchar_t unit) { return std::iswspace(unit) != 0; };
   while (!text.empty() && is_blank(text.front())) text.remove_prefix(1);
@@ -193,7 +195,7 @@ std::unique_ptr<StoreLocation> find_store(std::wstring_view entered) {
   const std::wstring_view name = trimmed(entered);
   if (!names_server(name)) {
     // The name of a file is shown and remembered.
-    if (holds_any(name, {L"pwd=", L"password="})) throw StoreLocationError{text(IDS_PASSWORD_IN_FILE_NAME)};
+    if (holds_password(name)) throw StoreLocationError{text(IDS_PASSWORD_IN_FILE_NAME)};
     return std::make_unique<FileLocation>(name);
   }
   try {
@@ -208,9 +210,12 @@ OpenedStore open_store(StoreLocation& location, const StoreOpening& opening) {
   return {location.open(opening), location.description(), location.text()};
 }
 
-std::wstring printable_argument(const std::wstring& argument) {
-  // The shell may have cut a connection string that was not quoted.
-  return holds_any(argument, {server_prefix, L"pwd=", L"password="}) ? L"..." : argument;
+std::wstring printable_argument(const std::wstring& argument, std::span<const std::wstring> arguments) {
+  // The shell cuts a connection string that is not quoted at its blanks, so that any argument may be a part of the
+  // password.
+  std::wstring all;
+  for (const std::wstring& one : arguments) all += one;
+  return holds_password(all) || holds_any(argument, {server_prefix}) ? L"..." : argument;
 }
 
 std::wstring server_name(const ServerFields& fields) {

@@ -3,6 +3,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -87,9 +88,9 @@ OpenedStore open_store(StoreLocation& location, const StoreOpening& opening);
 /// and for a path that holds a password.
 std::unique_ptr<StoreLocation> find_store(std::wstring_view entered);
 
-/// An argument of the command line as a message may show it: `...` for one that may hold a connection string or the
-/// part of one with the password.
-std::wstring printable_argument(const std::wstring& argument);
+/// One of the arguments of the command line as a message may show it: `...` for one that holds a connection string, and
+/// for each when one of them holds a password.
+std::wstring printable_argument(const std::wstring& argument, std::span<const std::wstring> arguments);
 
 /// The fields that name the store on a server. The port and the user may be empty.
 struct ServerFields {

@@ -1,5 +1,7 @@
 #include <gmock/gmock.h>
 
+#include <array>
+
 #include "ConnectionString.h"
 #include "Credentials.h"
 #include "MemoryOdbc.h"
@@ -74,11 +76,26 @@ TEST(StoreLocation, ConnectionStringWithoutItsPrefixIsNoFile) {
 }
 
 TEST(StoreLocation, ArgumentsAreShownWithoutConnectionStrings) {
-  EXPECT_EQ(printable_argument(L"--stor"), L"--stor");
-  EXPECT_EQ(printable_argument(L""), L"");
+  const auto shown = [](const std::wstring& argument) { return printable_argument(argument, std::array{argument}); };
+  EXPECT_EQ(shown(L"--stor"), L"--stor");
+  EXPECT_EQ(shown(L""), L"");
   for (const wchar_t* secret : {L"Odbc:Server=db", L"--store=odbc:Server=db;Pwd=p4ssw0rd", L"Unicode};PWD = p4ssw0rd",
                                 L"Server=db;password=p4ssw0rd"})
-    EXPECT_EQ(printable_argument(secret), L"...") << secret;
+    EXPECT_EQ(shown(secret), L"...") << secret;
+}
+
+TEST(StoreLocation, NoArgumentIsShownBesideAPasswordThatTheShellMayHaveCut) {
+  const std::vector<std::wstring> command_lines[] = {
+      {L"--store", L"odbc:Server=db;Pwd={my", marker, L"word};Uid=anna", L"--calendars"},
+      {L"--store", L"odbc:Server=db;", L"Pwd=my", marker},
+      {L"--store", L"odbc:Server=db;PWD", L"=", L"{my", marker, L"}"},
+      {L"--store", L"Server=db;Password={my", marker, L"--x};"},
+  };
+  for (const std::vector<std::wstring>& arguments : command_lines)
+    for (const std::wstring& argument : arguments)
+      EXPECT_EQ(printable_argument(argument, arguments), L"...") << argument;
+  EXPECT_EQ(printable_argument(L"--shwo", std::array<std::wstring, 3>{L"--store", L"odbc:DSN=desk", L"--shwo"}),
+            L"--shwo");
 }
 
 TEST(StoreLocation, RefusedConnectionStringIsExplainedWithoutItsValues) {
