@@ -110,6 +110,27 @@ TEST_F(ServerOdbc, PasswordMayHoldWhatConnectionStringsAreMadeOf) {
   EXPECT_EQ(refused(), "08001");
 }
 
+TEST_F(ServerOdbc, OtherNamesThatNeedBracesAreNotFoundAndLeadNowhereElse) {
+  const OdbcConnection administrator = connect();
+  for (const wchar_t* name : {L"na;me", L"na}me", L"{name}"}) {
+    administrator.execute(std::wstring(L"drop database if exists \"") + name + L'"');
+    administrator.execute(std::wstring(L"create database \"") + name + L'"');
+  }
+  administrator.execute(L"drop role if exists \"na;me\"; create role \"na;me\" superuser login password 'password'");
+  const ConnectionString options = options_;
+  const auto refused_with = [&](const wchar_t* keyword, const wchar_t* name) {
+    options_ = options;
+    options_.set(keyword, name);
+    if (std::wstring_view(keyword) == L"Uid") options_.set(L"Pwd", L"password");
+    return refused();
+  };
+  // The driver takes the braces for a part of the name.
+  for (const wchar_t* name : {L"na;me", L"na}me", L"{name}"}) EXPECT_EQ(refused_with(L"Database", name), "08001");
+  EXPECT_EQ(refused_with(L"Uid", L"na;me"), "08001");
+  EXPECT_EQ(refused_with(L"Server", L"127.0.0.1;Port=1"), "08001");
+  EXPECT_EQ(refused_with(L"Database", L"postgres"), "");
+}
+
 TEST_F(ServerOdbc, ServerWithoutEncryptionIsRefusedWhereItIsRequired) {
   options_.set(L"SSLmode", L"verify-full");
   EXPECT_EQ(refused(), "08001");
