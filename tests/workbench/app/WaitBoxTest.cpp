@@ -142,6 +142,48 @@ TEST_F(WaitBoxTest, WhatIsTypedWhileTheBoxIsShownIsDroppedAndWithoutItWaits) {
   RemoveWindowSubclass(rules(), &count, 0);
 }
 
+TEST_F(WaitBoxTest, ClickWhileTheBoxIsShownIsDropped) {
+  Counted counted;
+  SetWindowSubclass(rules(), &count, 0, reinterpret_cast<DWORD_PTR>(&counted));
+  const auto click_at = [&](int y) {
+    RECT list{};
+    GetWindowRect(rules(), &list);
+    const auto in_parts = [](int pixels, int metric) {
+      const int size = GetSystemMetrics(metric);
+      return (pixels * 0x10000 + size - 1) / size;
+    };
+    INPUT input[2]{};
+    for (INPUT& part : input) {
+      part.type = INPUT_MOUSE;
+      part.mi.dx = in_parts(list.left + 10, SM_CXSCREEN);
+      part.mi.dy = in_parts(list.top + y, SM_CYSCREEN);
+      part.mi.dwFlags = MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE;
+    }
+    input[0].mi.dwFlags |= MOUSEEVENTF_LEFTDOWN;
+    input[1].mi.dwFlags |= MOUSEEVENTF_LEFTUP;
+    EXPECT_EQ(SendInput(2, input, sizeof(INPUT)), 2u);
+  };
+  std::jthread user([&] {
+    EXPECT_TRUE(find_box());
+    click_at(40);
+    Sleep(100);
+    SetEvent(answered_.get());
+  });
+  {
+    WaitBox box(L"desk");
+    EXPECT_TRUE(box.wait(answered_.get(), milliseconds(20'000)));
+  }
+  pump_messages();
+  EXPECT_EQ(counted.others, 0);
+  Sleep(20);
+  click_at(100);  // elsewhere, because it would be the second one of a double click
+  EXPECT_TRUE(test_support::within_seconds(5, [&] {
+    pump_messages();
+    return counted.others == 1;
+  })) << "what is clicked later arrives";
+  RemoveWindowSubclass(rules(), &count, 0);
+}
+
 TEST_F(WaitBoxTest, WhatAnotherThreadSendsIsReceivedAfterTheCallOfThePlugin) {
   Counted counted;
   SetWindowSubclass(window(), &count, 0, reinterpret_cast<DWORD_PTR>(&counted));
