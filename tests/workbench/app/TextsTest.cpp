@@ -38,7 +38,7 @@ TEST(StoreMessages, EveryKindOfRefusalHasAMessageOfItsOwnThatNamesItsSubject) {
 TEST(StoreMessages, DuplicateOfWhichNobodySaidTheNameNamesNoStore) {
   const std::wstring said = store_message({StoreErrorKind::duplicate_name, L"", "detail"});
   EXPECT_EQ(said, text(IDS_STORE_DUPLICATE_NAMES));
-  EXPECT_EQ(said.find(L"“"), std::wstring::npos);
+  EXPECT_EQ(said.find(L'“'), std::wstring::npos);
 }
 
 TEST(StoreMessages, UncertainChangeIsNotCalledUnsaved) {
