@@ -123,6 +123,27 @@ expect_state() {
   diff "$scratch/user-before" "$scratch/user" || fail "$what: the user's part of the registry is not as it was"
 }
 
+# expect_nothing_else WHAT: outside the folder of the programs and the registered classes, the installation left what
+# docs/packages.md says alone. The test platform shows a part of the registry to 32-bit programs once more.
+expect_nothing_else() {
+  local entry outside
+  files >"$scratch/files"
+  expect "$1: files that are gone" '' "$(comm -23 "$scratch/files-before" "$scratch/files")"
+  entry=$(start_menu_entry)
+  outside=$(added "$scratch/files-before" "$scratch/files" |
+    grep -vE '^\./(Program Files/zdExpirationRules|users/[^/]+/AppData/Local/zdExpirationRules Project)(/|$)' |
+    sed -E 's,^(\./windows/Installer)/[^/]+\.msi$,\1/a copy of the package,')
+  expect "$1: files outside its folder" "$(printf '%s\n' ".${entry#"$ZD_WINEPREFIX/drive_c"}" ./windows/Installer "./windows/Installer/a copy of the package")" "$outside"
+  registry 'HKEY_LOCAL_MACHINE' | without_noise >"$scratch/machine"
+  expect "$1: values that are gone" '' "$(comm -23 "$scratch/machine-before" "$scratch/machine")"
+  outside=$(added "$scratch/machine-before" "$scratch/machine" | sed 's/^\[HKEY_LOCAL_MACHINE\\Software\\/[/' |
+    grep -vE -e '^\[(Classes|Wow6432Node)\\.' -e '^\[Microsoft\\Windows\\CurrentVersion\\Installer\\.' \
+      -e "^\[Microsoft.Windows.CurrentVersion.Uninstall.$(product_code "$msi" | sed 's/[{}]/./g')\]" | LC_ALL=C sort)
+  expect "$1: values outside its classes" "[zdExpirationRules Project\\zdExpirationRules]
+[zdExpirationRules Project\\zdExpirationRules] \"Folder\"=\"${target//\\/\\\\}\\\\\"
+[zdExpirationRules Project]" "$outside"
+}
+
 # expect_activation FILE VERSION: a program creates the class by its identifier, from the file.
 expect_activation() {
   expect "what the program says" "$1 $2.0"$'\n'"$1" "$(cd "$scratch/programs" && windows ./activate.exe | tr -d '\r')"
