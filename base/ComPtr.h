@@ -61,6 +61,13 @@ void release(ComPtr<Interface>& target) noexcept {
   if (Interface* held = target.Detach()) held->Release();
 }
 
+/// Puts an object with its reference into the target, then releases the old one.
+template <class Interface>
+void replace(ComPtr<Interface>& target, ComPtr<Interface> object) noexcept {
+  const ComPtr<Interface> old = own(target.Detach());
+  target.Attach(object.Detach());
+}
+
 /// Releases the old object, then runs a call with an out parameter and owns the interface that it returns there. A call
 /// that leaves the out parameter untouched gives null.
 template <class Interface, class Call>
@@ -68,7 +75,7 @@ HRESULT fetch_into(ComPtr<Interface>& target, const Call& call) {
   release(target);
   Interface* fetched = nullptr;
   const HRESULT hr = call(&fetched);
-  target.Attach(fetched);
+  replace(target, own(fetched));  // a call that lets messages through may have filled the target meanwhile
   return hr;
 }
 

@@ -33,10 +33,14 @@ constexpr long hot_key_code = 0x55;
 
 _bstr_t shared_text(unsigned int id) { return zd_common_res::GetString(id).c_str(); }
 
+// The host may call `Initialize` again inside any of its calls, or drop its last reference to this object: what is
+// called is kept alive until it returns.
+
 /// Fills an entry of the storage block from `source` unless it holds that object already. Null when `source` is null or
 /// does not give the interface.
 template <class Interface>
 void fill_entry(base::ComPtr<Interface>& entry, IUnknown* source) {
+  const base::ComPtr<IUnknown> alive(source);
   IUnknown* const current = entry;
   if (current == source) return;
   fetch_into(entry, [&](Interface** out) {
@@ -44,11 +48,11 @@ void fill_entry(base::ComPtr<Interface>& entry, IUnknown* source) {
   });
 }
 
-// The host may drop its last reference while a dialog runs; the dialog works on this object's storage block.
+/// This object, whose storage block a dialog works on.
 using KeptAlive = base::ComPtr<IkvPlugin>;
 
 template <class Item>
-long command_id(const base::ComPtr<Item>& item) {
+long command_id(base::ComPtr<Item> item) {
   long id = 0;
   item->get_CommandID(&id);
   return id;
@@ -123,11 +127,11 @@ void CzdExpirationRulePlugin::add_zd_menu_items(IDispatch* pMainMenu) {
                    [&](IkvSubMenu** out) { return main_menu->AddSubMenu(caption, hint, submenu_flags, out); }),
         ZD_LOCATION_AT(144));
   }
-  IkvSubMenu& submenu = *rules_menu_;
+  const base::ComPtr<IkvSubMenu> submenu(&*rules_menu_);
   auto self = query<IkvPlugin>(static_cast<IkvPlugin*>(this));
   const _bstr_t command = shared_text(command_caption_id);
   const HRESULT added = fetch_into(menu_item_, [&](IkvMenuItem** out) {
-    return submenu.AddCommand(command, 0, 0, 0, nullptr, command_kind, self, out);
+    return submenu->AddCommand(command, 0, 0, 0, nullptr, command_kind, self, out);
   });
   release(self);  // before a report, in which the host may count the references
   require_success(added, ZD_LOCATION_AT(150));
@@ -141,8 +145,8 @@ void CzdExpirationRulePlugin::create_zd_hot_key(IDispatch* PortfolioHotKeys) {
       created, [&](IDispatch** out) { return collection->AddHotKey(hot_key_flags, hot_key_code, self, out); });
   release(self);
   require_success(added, ZD_LOCATION_AT(160));
-  hot_key_.Attach(nullptr);
-  hot_key_ = base::try_query<IkvHotKey>(created);
+  release(hot_key_);
+  base::replace(hot_key_, base::try_query<IkvHotKey>(created));
 }
 
 STDMETHODIMP CzdExpirationRulePlugin::OnSelectionChanged(IDispatch*) noexcept { return S_OK; }
@@ -150,10 +154,10 @@ STDMETHODIMP CzdExpirationRulePlugin::OnSelectionChanged(IDispatch*) noexcept { 
 STDMETHODIMP CzdExpirationRulePlugin::DoCommand(long Id, VARIANT) noexcept {
   const platform::ScopedNoErrorInfo no_error_info;
   try {
+    const KeptAlive alive(static_cast<IkvPlugin*>(this));
     const long menu_id = command_id(menu_item_);
     const long hot_key_id = command_id(hot_key_);
     if (Id != menu_id && Id != hot_key_id) return E_INVALIDARG;
-    const KeptAlive alive(static_cast<IkvPlugin*>(this));
     CExpirationRulesListDialog dialog(&storage_);
     dialog.DoModal(GetActiveWindow());
     return S_OK;

@@ -39,17 +39,19 @@ long RuleRow::value(long ExpirationRule::*member) const {
 }
 
 HRESULT add_rule(const StorageBlock& storage, const ExpirationRule& rule, long& rule_id) {
-  return with_arguments(
-      rule, [&](BSTR name, auto... numbers) { return storage.rules->add_rule(name, numbers..., &rule_id); });
+  const IkvExpirationRuleServicePtr rules = storage.rules;
+  return with_arguments(rule, [&](BSTR name, auto... numbers) { return rules->add_rule(name, numbers..., &rule_id); });
 }
 
 HRESULT update_rule(const StorageBlock& storage, long rule_id, const ExpirationRule& rule) {
-  return with_arguments(
-      rule, [&](BSTR name, auto... numbers) { return storage.rules->update_rule(rule_id, name, numbers...); });
+  const IkvExpirationRuleServicePtr rules = storage.rules;
+  return with_arguments(rule,
+                        [&](BSTR name, auto... numbers) { return rules->update_rule(rule_id, name, numbers...); });
 }
 
 bool delete_rule(const StorageBlock& storage, long rule_id) {
   long ok = 0;
-  storage.rules->delete_rule(rule_id, &ok);
+  const IkvExpirationRuleServicePtr rules = storage.rules;
+  rules->delete_rule(rule_id, &ok);
   return ok == 1;
 }

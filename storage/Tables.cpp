@@ -8,7 +8,8 @@ IkvTablePtr open_rules_table(const StorageBlock& storage, long rule_id) {
   IkvTablePtr table = create_instance<IKV_kvudfcom::IkvTable>(__uuidof(kvTable));
   const IkvRuleFilterPtr filter = create_instance<IkvRuleFilter>(__uuidof(kvRuleFilter));
   filter->SetRuleID(rule_id);
-  storage.rules->load_rules(filter, table);
+  const IkvExpirationRuleServicePtr rules = storage.rules;
+  rules->load_rules(filter, table);
   return table;
 }
 
@@ -17,14 +18,16 @@ IkvTablePtr open_symbol_source_settings_table(StorageBlock& storage) {
   // The service takes no filter yet; hosts expect one to be created with every table that is opened.
   const IkvRuleFilterPtr filter = create_instance<IkvRuleFilter>(__uuidof(kvRuleFilter));
   if (!storage.symbol_sources) {
-    storage.symbol_sources = base::try_query<IkvSymbolSourceService>(storage.storage);
+    const IkvStoragePtr main_interface = storage.storage;
+    base::replace(storage.symbol_sources, base::try_query<IkvSymbolSourceService>(main_interface));
   }
-  storage.symbol_sources->load_symbol_source_settings(nullptr, table);
+  const IkvSymbolSourceServicePtr symbol_sources = storage.symbol_sources;
+  symbol_sources->load_symbol_source_settings(nullptr, table);
   return table;
 }
 
 void create_rule_table(IkvTablePtr& target) {
-  target.Attach(nullptr);
+  base::release(target);
   base::ComPtr<IUnknown> object;
   const HRESULT created = base::fetch_into(object, [](IUnknown** out) {
     return CoCreateInstance(__uuidof(kvTable), nullptr, CLSCTX_ALL, IID_IUnknown, reinterpret_cast<void**>(out));
