@@ -45,12 +45,14 @@ class CDialogImpl : public TBase {
                               reinterpret_cast<LPARAM>(this));
   }
 
-  /// Whether the dialog has its window. The owner can be destroyed, and the dialog with it, in whatever lets messages
-  /// through: a call of the host, a report, a message box. Checked after each of these before the dialog continues.
-  bool is_open() const noexcept { return IsWindow(this->m_hWnd) != FALSE; }
+  /// Whether the dialog has its window and has not been ended. The owner can be destroyed, and the dialog with it, or
+  /// the dialog be ended in whatever lets messages through: a call of the host, a report, a message box. Checked after
+  /// each of these before the dialog continues.
+  bool is_open() const noexcept { return !ended_ && IsWindow(this->m_hWnd); }
 
   BOOL EndDialog(INT_PTR result) noexcept {
     SnagtrapUtil::expect(IsWindow(this->m_hWnd) != FALSE, L"::IsWindow(m_hWnd)", ZD_LOCATION);
+    ended_ = true;
     return ::EndDialog(this->m_hWnd, result);
   }
 
@@ -63,7 +65,10 @@ class CDialogImpl : public TBase {
     if (dialog || message != WM_INITDIALOG) return dialog;
     dialog = reinterpret_cast<CDialogImpl*>(lParam);
     SetWindowLongPtrW(window, DWLP_USER, lParam);
-    if (dialog) dialog->m_hWnd = window;
+    if (dialog) {
+      dialog->m_hWnd = window;
+      dialog->ended_ = false;
+    }
     return dialog;
   }
 
@@ -86,6 +91,8 @@ class CDialogImpl : public TBase {
     }
     return answer;
   }
+
+  bool ended_ = false;
 };
 
 }  // namespace platform

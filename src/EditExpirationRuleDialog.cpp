@@ -115,62 +115,67 @@ void CEditExpirationRuleDialog::OnOffsetTyped() {
 }
 
 void CEditExpirationRuleDialog::OnOk() {
-  if (progress_ != Progress::editing) return;
+  if (progress_ != Progress::editing || !is_open()) return;
   const ScopedChecking checking(&progress_);
   if (!validate_input()) return;
   flush_data_to_database();
-  end(IDOK);
+  if (is_open()) EndDialog(IDOK);
 }
 
 void CEditExpirationRuleDialog::OnCancel() {
-  if (progress_ != Progress::storing) end(IDCANCEL);
+  if (progress_ != Progress::storing && is_open()) EndDialog(IDCANCEL);
 }
-
-void CEditExpirationRuleDialog::end(INT_PTR result) {
-  if (!can_go_on()) return;
-  progress_ = Progress::ended;
-  EndDialog(result);
-}
-
-bool CEditExpirationRuleDialog::can_go_on() const noexcept { return is_open() && progress_ != Progress::ended; }
 
 LRESULT CEditExpirationRuleDialog::OnInitDialog() {
   progress_ = Progress::editing;
   SetText(title_.c_str());
-  fill_name();
+  const ExpirationRule rule = read_rule();
+  if (!is_open()) return 0;
+  fill_name(rule);
   ui_helper::add_value_to_combo(control(IDC_DAY_TYPE), IDS_TRADING_DAYS, DAYTYPE_TRADING_DAYS);
   ui_helper::add_value_to_combo(control(IDC_DAY_TYPE), IDS_CALENDAR_DAYS, DAYTYPE_CALENDAR_DAYS);
-  ui_helper::select_combo_value(control(IDC_DAY_TYPE), row_.value(&ExpirationRule::DayType));
-  fill_offset();
-  fill_day_mode();
+  ui_helper::select_combo_value(control(IDC_DAY_TYPE), rule.DayType);
+  fill_offset(rule);
+  fill_day_mode(rule);
   update_controls_state();
-  fill_combos();
-  set_checked(IDC_MOVE_TO_NEXT_TRADING_DAY, row_.value(&ExpirationRule::MoveToNextTradingDay) == 1);
+  fill_combos(rule);
+  set_checked(IDC_MOVE_TO_NEXT_TRADING_DAY, rule.MoveToNextTradingDay == 1);
   prepare_description();
   update_description();
   return 0;  // the dialog manager sets no initial focus
 }
 
-void CEditExpirationRuleDialog::fill_name() {
-  const platform::CWindow name = control(IDC_NAME);
-  name.Send(EM_LIMITTEXT, name_limit);
-  name.SetText(row_.name());
+ExpirationRule CEditExpirationRuleDialog::read_rule() const {
+  ExpirationRule rule;
+  rule.RuleName = row_.name();
+  for (const auto member :
+       {&ExpirationRule::DayType, &ExpirationRule::RollOffset, &ExpirationRule::DayMode, &ExpirationRule::DayOfMonth,
+        &ExpirationRule::DayMonth, &ExpirationRule::WeekOrdinal, &ExpirationRule::Weekday,
+        &ExpirationRule::WeekdayMonth, &ExpirationRule::MoveToNextTradingDay}) {
+    rule.*member = row_.value(member);
+  }
+  return rule;
 }
 
-void CEditExpirationRuleDialog::fill_offset() {
+void CEditExpirationRuleDialog::fill_name(const ExpirationRule& rule) {
+  const platform::CWindow name = control(IDC_NAME);
+  name.Send(EM_LIMITTEXT, name_limit);
+  name.SetText(rule.RuleName);
+}
+
+void CEditExpirationRuleDialog::fill_offset(const ExpirationRule& rule) {
   const platform::CWindow edit = control(IDC_OFFSET);
   offset_edit_.SubclassWindow(edit.m_hWnd);
   edit.Send(EM_LIMITTEXT, offset_limit);
   spin_.Attach(GetItem(IDC_OFFSET_SPIN));
   spin_.SetRange(0, largest_offset);
   if (spin_.GetBuddy() != edit.m_hWnd) spin_.SetBuddy(edit.m_hWnd);
-  const long offset = row_.value(&ExpirationRule::RollOffset);
-  spin_.SetPos(offset);
-  ui_helper::AdjustEditControl(spin_, offset_edit_, offset);
+  spin_.SetPos(rule.RollOffset);
+  ui_helper::AdjustEditControl(spin_, offset_edit_, rule.RollOffset);
 }
 
-void CEditExpirationRuleDialog::fill_day_mode() {
-  const long mode = row_.value(&ExpirationRule::DayMode);
+void CEditExpirationRuleDialog::fill_day_mode(const ExpirationRule& rule) {
+  const long mode = rule.DayMode;
   set_checked(IDC_DAY_OF_MONTH_MODE, mode == DAYMODE_DAY_OF_MONTH);
   set_checked(IDC_WEEKDAY_MODE, mode == DAYMODE_WEEKDAY);
   if (mode != DAYMODE_DAY_OF_MONTH && mode != DAYMODE_WEEKDAY) make_modes_reachable();
@@ -184,31 +189,31 @@ void CEditExpirationRuleDialog::make_modes_reachable() {
   SetWindowLongPtrW(first, GWL_STYLE, GetWindowLongPtrW(first, GWL_STYLE) | WS_TABSTOP);
 }
 
-void CEditExpirationRuleDialog::fill_combos() {
+void CEditExpirationRuleDialog::fill_combos(const ExpirationRule& rule) {
   const platform::CWindow days = control(IDC_DAY_OF_MONTH);
   for (int day = 1; day <= days_in_month; ++day) ui_helper::add_value_to_combo(days, IDS_FIRST_DAY + day - 1, day);
-  ui_helper::select_combo_value(days, row_.value(&ExpirationRule::DayOfMonth));
-  fill_months(IDC_DAY_MONTH, &ExpirationRule::DayMonth);
+  ui_helper::select_combo_value(days, rule.DayOfMonth);
+  fill_months(IDC_DAY_MONTH, rule.DayMonth);
 
   const platform::CWindow ordinals = control(IDC_WEEK_ORDINAL);
   for (int ordinal = 1; ordinal <= counted_ordinals; ++ordinal) {
     ui_helper::add_value_to_combo(ordinals, IDS_FIRST_DAY + ordinal - 1, ordinal);
   }
   ui_helper::add_value_to_combo(ordinals, IDS_LAST_OCCURRENCE, last_week_ordinal);
-  ui_helper::select_combo_value(ordinals, row_.value(&ExpirationRule::WeekOrdinal));
+  ui_helper::select_combo_value(ordinals, rule.WeekOrdinal);
 
   const platform::CWindow weekdays = control(IDC_WEEKDAY);
   for (int day = 0; day < days_in_week; ++day) ui_helper::add_value_to_combo(weekdays, IDS_SUNDAY + day, day);
-  ui_helper::select_combo_value(weekdays, row_.value(&ExpirationRule::Weekday));
-  fill_months(IDC_WEEKDAY_MONTH, &ExpirationRule::WeekdayMonth);
+  ui_helper::select_combo_value(weekdays, rule.Weekday);
+  fill_months(IDC_WEEKDAY_MONTH, rule.WeekdayMonth);
 }
 
-void CEditExpirationRuleDialog::fill_months(int combo_id, long ExpirationRule::*member) {
+void CEditExpirationRuleDialog::fill_months(int combo_id, long month) {
   const platform::CWindow months = control(combo_id);
   ui_helper::add_value_to_combo(months, IDS_PREVIOUS_MONTH, MONTH_PREVIOUS);
   ui_helper::add_value_to_combo(months, IDS_CURRENT_MONTH, MONTH_CURRENT);
   ui_helper::add_value_to_combo(months, IDS_NEXT_MONTH, MONTH_NEXT);
-  ui_helper::select_combo_value(months, row_.value(member));
+  ui_helper::select_combo_value(months, month);
 }
 
 void CEditExpirationRuleDialog::prepare_description() {
@@ -267,7 +272,7 @@ bool CEditExpirationRuleDialog::validate_input() {
     show_message(IDS_NAME_BAD_CHARACTER);
     return false;
   }
-  return can_go_on();
+  return is_open();
 }
 
 bool CEditExpirationRuleDialog::is_expiration_rule_name_not_unique(const _bstr_t& name, const bool editing) {
@@ -306,12 +311,12 @@ void CEditExpirationRuleDialog::flush_data_to_database() {
 
 void CEditExpirationRuleDialog::save_rule() {
   const long read_id = rule_id();
-  if (!can_go_on()) return;
+  if (!is_open()) return;
   // If the host returned the number a moment ago and fails to now, the rule must not be stored a second time.
   const long stored_id = read_id != 0 ? read_id : checked_id_;
   const ExpirationRule rule = collect_rule();
   // If the controls were destroyed while they were read, the rule is incomplete.
-  if (!can_go_on()) return;
+  if (!is_open()) return;
   progress_ = Progress::storing;
   if (stored_id != 0) {
     require_success(update_rule(*storage_, stored_id, rule), ZD_LOCATION);

@@ -35,7 +35,6 @@ class CEditExpirationRuleDialog final : public platform::CDialogImpl<CEditExpira
     editing,
     checking,  ///< a further OK is ignored
     storing,   ///< the rule is on its way to the storage: a further OK and Cancel are ignored
-    ended,
   };
 
   /// While one lives the input is checked; afterwards it can be edited again unless the dialog went on.
@@ -58,17 +57,14 @@ class CEditExpirationRuleDialog final : public platform::CDialogImpl<CEditExpira
   void OnOffsetTyped();
   void OnOk();
   void OnCancel();
-  /// Ends the dialog unless it is ending already.
-  void end(INT_PTR result);
-  /// Whether the dialog still exists and is not ending; checked after every call that may dispatch messages.
-  bool can_go_on() const noexcept;
 
-  void fill_name();
-  void fill_offset();
-  void fill_day_mode();
+  ExpirationRule read_rule() const;
+  void fill_name(const ExpirationRule& rule);
+  void fill_offset(const ExpirationRule& rule);
+  void fill_day_mode(const ExpirationRule& rule);
   void make_modes_reachable();
-  void fill_combos();
-  void fill_months(int combo_id, long ExpirationRule::*member);
+  void fill_combos(const ExpirationRule& rule);
+  void fill_months(int combo_id, long month);
   void prepare_description();
 
   void update_controls_state();

@@ -66,7 +66,7 @@ BOOL CExpirationRulesListDialog::ProcessWindowMessage(HWND window, UINT message,
     case WM_COMMAND:
       return OnCommand(LOWORD(wParam), HIWORD(wParam));
     case WM_NOTIFY:
-      return OnListNotify(*reinterpret_cast<const NMHDR*>(lParam));
+      return lParam != 0 && OnListNotify(*reinterpret_cast<const NMHDR*>(lParam));
     default:
       return FALSE;
   }
@@ -119,6 +119,7 @@ LRESULT CExpirationRulesListDialog::OnInitDialog() {
   if (list_.GetItemCount() > 0) list_.SelectItem(0);
   anchor_controls();
   restore_placement();
+  if (!is_open()) return 0;
   fit_columns(whole_width);
   moved_controls_.measure(m_hWnd);
   return 0;  // the dialog sets no focus itself and the system does not move it
@@ -273,7 +274,7 @@ void CExpirationRulesListDialog::show_rule_in_use(const std::vector<std::wstring
 
 int CExpirationRulesListDialog::show_message(const std::wstring& text, UINT flags) {
   const std::wstring caption = resourse_2_string_impl(IDS_CAPTION);
-  // A destroyed dialog shows no question, and a result that arrives after its destruction is ignored.
+  // A dialog that is destroyed or ended shows no question and ignores a result that arrives afterwards.
   const int answer = is_open() ? MessageBoxW(m_hWnd, text.c_str(), caption.c_str(), flags) : 0;
   return is_open() ? answer : 0;
 }

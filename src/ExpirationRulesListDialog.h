@@ -54,7 +54,7 @@ class CExpirationRulesListDialog final : public CResizableDialogImpl<CExpiration
   void try_to_delete_rule_impl();
   bool confirm_delete(long rule_id);
   void show_rule_in_use(const std::vector<std::wstring>& users);
-  /// The button that the user pressed; 0 when the dialog is destroyed before or meanwhile.
+  /// The button that the user pressed; 0 when the dialog is destroyed or ended before or meanwhile.
   int show_message(const std::wstring& text, UINT flags);
 
   StorageBlock* storage_;

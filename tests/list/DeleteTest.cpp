@@ -1,9 +1,12 @@
 #include <algorithm>
 
+#include "ImportProbe.h"
 #include "ListDialogTest.h"
 #include "RuleMessages.h"
 #include "SentMessages.h"
 #include "string_t.h"
+
+ZD_IMPORT_PROBE(MessageBoxW, MessageBoxProbe);
 
 namespace list_test {
 namespace {
@@ -83,6 +86,25 @@ TEST_F(ListDelete, QuestionNamesTheRule) {
   EXPECT_EQ(2, content.buttons);
   EXPECT_THAT(deletions(), IsEmpty());
   EXPECT_THAT(stored(), ElementsAre(7));
+}
+
+TEST_F(ListDelete, CloseWithinALookupAsksAndDeletesNothing) {
+  use(L"IF", {L"a"});
+  for (const int rule_id : {1, 2}) {
+    for (const char* call :
+         {"IkvExpirationRuleService::load_rules", "IkvSymbolSourceService::load_symbol_source_settings"}) {
+      MessageBoxProbe boxes;
+      boxes.fail(0, IDYES);
+      EXPECT_EQ(IDCANCEL, open([&](RuleList& list) {
+                  list.select(list.find(rule_id));
+                  host.calls().inside(call, [&] { list.handles_command(IDCANCEL, BN_CLICKED); });
+                  list.press(IDC_DELETE_RULE);
+                }));
+      EXPECT_EQ(0, boxes.calls()) << rule_id << call;
+    }
+  }
+  EXPECT_THAT(deletions(), IsEmpty());
+  EXPECT_THAT(stored(), ElementsAre(1, 2, 3));
 }
 
 TEST_F(ListDelete, QuestionBelongsToTheDialog) {

@@ -1,7 +1,10 @@
+#include "ImportProbe.h"
 #include "ListDialogTest.h"
 #include "SentMessages.h"
 #include "WindowText.h"
 #include "string_t.h"
+
+ZD_IMPORT_PROBE(DialogBoxParamW, ModalDialogProbe);
 
 namespace list_test {
 namespace {
@@ -87,6 +90,21 @@ TEST_F(ListEditing, CancelledEditorLeavesTheListAlone) {
     EXPECT_EQ(Names({L"AU", L"IF", L"TF"}), list.names());
     EXPECT_EQ(1, list.selected());
   });
+}
+
+TEST_F(ListEditing, CloseWithinALookupOpensNoEditor) {
+  const std::pair<int, const char*> lookups[] = {{IDC_ADD_RULE, "IkvTable::AppendRow"},
+                                                 {IDC_EDIT_RULE, "IkvExpirationRuleService::load_rules"}};
+  for (const auto& [button, call] : lookups) {
+    ModalDialogProbe editors;
+    int opened = 0;
+    EXPECT_EQ(IDCANCEL, open([&, button = button, call = call](RuleList& list) {
+                editors.replace([&](auto...) { return ++opened, IDCANCEL; });
+                host.calls().inside(call, [&] { list.handles_command(IDCANCEL, BN_CLICKED); });
+                list.press(button);
+              }));
+    EXPECT_EQ(0, opened) << button;
+  }
 }
 
 TEST_F(ListEditing, AddedRuleThatSortsLastIsSelectedAndScrolledTo) {

@@ -1,3 +1,5 @@
+#include <cctype>
+
 #include "ImportProbe.h"
 #include "ListDialogTest.h"
 #include "OwnedWindow.h"
@@ -174,6 +176,31 @@ TEST_F(ListLosesItsOwner, WhileItIsCreated) {
   lose_inside(read_rules);
   EXPECT_NE(IDOK, dialog.DoModal(owner.get()));
 }
+
+class ListLosesItsOwnerAtAField : public ListLosesItsOwner, public testing::WithParamInterface<const char*> {};
+
+TEST_P(ListLosesItsOwnerAtAField, WhileTheEditorOpens) {
+  open(
+      [&](RuleList& list) {
+        list.select(unused_rule);
+        lose_inside(GetParam());
+        list.press(IDC_EDIT_RULE);
+      },
+      owner.get());
+  expect_as_stored();
+}
+
+INSTANTIATE_TEST_SUITE_P(All, ListLosesItsOwnerAtAField,
+                         testing::Values("IkvField::GetText(1077)", "IkvField::GetLong(1079)",
+                                         "IkvField::GetLong(1078)", "IkvField::GetLong(1080)",
+                                         "IkvField::GetLong(1081)", "IkvField::GetLong(1082)",
+                                         "IkvField::GetLong(1083)", "IkvField::GetLong(1084)",
+                                         "IkvField::GetLong(1085)", "IkvField::GetLong(1160)"),
+                         [](const auto& test) {
+                           std::string name = test.param;
+                           std::erase_if(name, [](unsigned char each) { return !std::isalnum(each); });
+                           return name;
+                         });
 
 TEST_F(ListLosesItsOwner, WhileTheNamesCannotBeReadAndTheEditorSavesNothing) {
   save([this](HWND) {

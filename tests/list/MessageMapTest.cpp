@@ -36,7 +36,8 @@ TEST_F(ListMessages, OthersAreNotHandled) {
         EXPECT_FALSE(list.handles_notification(id, code)) << id << ", " << code;
       }
     }
-    for (const UINT message : {WM_NULL, WM_CLOSE, WM_ENDSESSION, WM_KEYDOWN, WM_TIMER, WM_VSCROLL, WM_USER, WM_APP}) {
+    for (const UINT message :
+         {WM_NULL, WM_CLOSE, WM_ENDSESSION, WM_KEYDOWN, WM_TIMER, WM_VSCROLL, WM_NOTIFY, WM_USER, WM_APP}) {
       EXPECT_FALSE(list.handles(message, 0, 0)) << message;
     }
   });

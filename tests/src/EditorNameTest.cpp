@@ -1,7 +1,10 @@
 #include <set>
 
 #include "EditorTest.h"
+#include "ImportProbe.h"
 #include "string_t.h"
+
+ZD_IMPORT_PROBE(MessageBoxW, MessageBoxProbe);
 
 namespace editor_test {
 namespace {
@@ -74,6 +77,19 @@ TEST_F(EditorName, RefusalShowsTheCaptionAnExclamationMarkAndOneButton) {
     EXPECT_EQ(1, box.buttons);
     EXPECT_EQ(LoadIconW(nullptr, IDI_EXCLAMATION), box.icon);
   });
+}
+
+TEST_F(EditorName, IsNotRefusedAfterACancelWithinTheCheck) {
+  for (const wchar_t* name : {L"Copper", L"A-B"}) {
+    MessageBoxProbe boxes;
+    boxes.fail(0, IDOK);
+    EXPECT_EQ(IDCANCEL, edit([&](Editor& editor) {
+                editor.enter(IDC_NAME, name);
+                host.calls().inside("IkvTable::MoveFirst", [&] { editor.cancel(); });
+                editor.ok();
+              }));
+    EXPECT_EQ(0, boxes.calls()) << name;
+  }
 }
 
 TEST_F(EditorName, CanBeCorrectedAfterARefusal) {
