@@ -1,5 +1,7 @@
 #pragma once
 
+#include <utility>
+
 #include "SourceLocation.h"
 #include "StorageBlock.h"
 
@@ -30,14 +32,18 @@ struct RowMoveLocations {
 };
 
 /// Walks the rows of a table: `row` is called for each current row and returns whether to go on; `check` sees the
-/// HRESULT of every move and may throw. The end flag counts as set when the host leaves it untouched, so that a host
-/// which fails for good ends the walk; a single failure of `IsEOF` cuts it short as well.
+/// HRESULT of every move and may throw. An end flag that the host leaves untouched keeps its value, which is set at
+/// first; when it is left untouched twice in a row, the walk ends, so that a host which fails for good does not hang
+/// it.
 template <class Check, class Row>
 void walk_rows(const IkvTablePtr& table, const Check& check, const Row& row) {
+  constexpr long untouched = 0x454F4621;  // no host's flag
+  long kept = 1;
   const auto at_end = [&] {
-    long flag = 1;
+    long flag = untouched;
     check(table->IsEOF(&flag), RowMove::at_end);
-    return flag != 0;
+    const long last = std::exchange(kept, flag == untouched ? 1 : flag);
+    return (flag == untouched ? last : flag) != 0;
   };
   check(table->MoveFirst(), RowMove::first);
   while (!at_end()) {

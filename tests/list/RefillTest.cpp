@@ -208,7 +208,7 @@ INSTANTIATE_TEST_SUITE_P(
         FaultCase{"LoadFailsAfterItsWork", "IkvExpirationRuleService::load_rules", 1, {E_FAIL, given}, all, {}},
         FaultCase{"MoveFirstFails", "IkvTable::MoveFirst", 1, {RPC_E_DISCONNECTED}, all, {}},
         FaultCase{"MoveNextStays", "IkvTable::MoveNext", 1, {E_FAIL}, {{L"A", 1}, {L"A", 1}, {L"B", 2}, {L"C", 3}}, {}},
-        FaultCase{"EndIsNotFilledIn", "IkvTable::IsEOF", 2, {E_FAIL}, first_only, {}},
+        FaultCase{"EndIsNotFilledInOnce", "IkvTable::IsEOF", 2, {E_FAIL}, all, {}},
         FaultCase{"EndComesWithAFailure", "IkvTable::IsEOF", 2, {E_OUTOFMEMORY, given}, all, {}}),
     [](const auto& test) { return test.param.name; });
 

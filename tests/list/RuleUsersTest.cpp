@@ -261,7 +261,7 @@ INSTANTIATE_TEST_SUITE_P(
         QuietFault{"MoveFirstFails", "IkvTable::MoveFirst", 2, {E_FAIL}, {L"a", L"b", L"c"}},
         QuietFault{"MoveNextFails", "IkvTable::MoveNext", 1, {E_FAIL}, {L"a", L"a", L"b", L"c"}},
         QuietFault{"EndComesWithAFailure", "IkvTable::IsEOF", 2, {E_FAIL, Fault::Out::given}, {L"a", L"b", L"c"}},
-        QuietFault{"EndIsNotFilledIn", "IkvTable::IsEOF", 2, {E_FAIL}, {L"a"}},
+        QuietFault{"EndIsNotFilledInOnce", "IkvTable::IsEOF", 2, {E_FAIL}, {L"a", L"b", L"c"}},
         QuietFault{"EndIsNotFilledInAtTheStart", "IkvTable::IsEOF", 1, {E_FAIL}, {}}),
     [](const auto& test) { return test.param.name; });
 

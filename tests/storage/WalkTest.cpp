@@ -50,10 +50,31 @@ TEST_F(Walk, LooksAtTheEndFlagAlone) {
   EXPECT_THAT(reports(), IsEmpty());
 }
 
-TEST_F(Walk, EndsWhenTheHostLeavesTheEndFlagUntouched) {
+TEST_F(Walk, KeepsAnEndFlagThatTheHostLeavesUntouchedOnce) {
+  for (const HRESULT result : {RPC_E_DISCONNECTED, S_FALSE}) {
+    const IkvTablePtr rows = three_rows();
+    host.calls().fail("IkvTable::IsEOF", {result}, 2);
+    EXPECT_THAT(walk(rows), ElementsAre(1, 2, 3));
+  }
+}
+
+TEST_F(Walk, EndsWhenTheHostLeavesTheEndFlagUntouchedAtFirst) {
   const IkvTablePtr rows = three_rows();
-  host.calls().fail("IkvTable::IsEOF", {RPC_E_DISCONNECTED}, 2);
-  EXPECT_THAT(walk(rows), ElementsAre(1));
+  host.calls().fail("IkvTable::IsEOF");
+  EXPECT_THAT(walk(rows), IsEmpty());
+}
+
+TEST_F(Walk, EndsWhenTheHostLeavesTheEndFlagUntouchedForGood) {
+  for (const HRESULT result : {E_FAIL, S_OK}) {
+    const IkvTablePtr rows = three_rows();
+    std::vector<long> met;
+    for_each_row(rows, [&] {
+      met.push_back(GetField<long>(rows, KVFIELD_RULE_ID));
+      host.calls().fail_all("IkvTable::IsEOF", {result});
+    });
+    host.calls().clear_faults();
+    EXPECT_THAT(met, ElementsAre(1, 2)) << result;
+  }
 }
 
 TEST_F(Walk, VisitsARowAgainWhenTheHostDoesNotMoveOn) {
