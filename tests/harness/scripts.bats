@@ -129,6 +129,21 @@ prepare_elsewhere() {
   PATH=$programs run "$(type -P bash)" "$copy/tools/prepare" "${depth:-run}" </dev/null
 }
 
+# prepare_with_apt OS_RELEASE [PROGRAM...]: the same for a user who is not root and has no sudo, with Debian's tools on a
+# system that says what it is.
+prepare_with_apt() {
+  local release=$BATS_TEST_TMPDIR/os-release name
+  printf '%s\n' "$1" >"$release"
+  shift
+  prepare_elsewhere "$@"
+  for name in sort sed comm xargs echo; do ln -s "$(type -P $name)" "$BATS_TEST_TMPDIR/elsewhere/"; done
+  program "$BATS_TEST_TMPDIR/elsewhere/id" 'echo 1000'
+  program "$BATS_TEST_TMPDIR/elsewhere/dpkg-query" 'exit 1'
+  program "$BATS_TEST_TMPDIR/elsewhere/apt-get" 'exit 1'
+  sed -i "s|/etc/os-release|'$release'|" "$BATS_TEST_TMPDIR/copy/tools/prepare"
+  PATH=$BATS_TEST_TMPDIR/elsewhere run "$(type -P bash)" "$BATS_TEST_TMPDIR/copy/tools/prepare" run </dev/null
+}
+
 needed_programs=(x86_64-w64-mingw32-windres x86_64-w64-mingw32-widl cmake ninja perl wine wineserver Xvfb openbox xdotool
   import convert)
 
@@ -139,6 +154,24 @@ needed_programs=(x86_64-w64-mingw32-windres x86_64-w64-mingw32-widl cmake ninja 
     [ "$status" = 0 ]
     expect '^cmake <--preset> <release> <-B> <[^ ]*/build/release>'
   done
+}
+
+@test "prepare warns and goes on where packages are missing, cannot be installed, and no program is missing" {
+  prepare_with_apt 'ID=debian' "${needed_programs[@]}" x86_64-w64-mingw32-g++
+  [ "$status" = 0 ]
+  expect '^== warning: packages are missing, as root run: apt-get install .*it continues'
+  expect '^cmake <--preset> <release>'
+}
+
+@test "prepare takes the packages of Debian and of its derivatives alone" {
+  prepare_with_apt 'ID=ubuntu
+ID_LIKE="debian"'
+  [ "$status" = 1 ]
+  expect 'packages are missing, as root run: apt-get install'
+  prepare_with_apt 'ID=fedora'
+  [ "$status" = 1 ]
+  expect "this is not Debian, and these programs are missing: "
+  expect "^download SQLite's amalgamation, 3.40.1 or later"
 }
 
 @test "prepare hands on where SQLite's amalgamation lies" {
