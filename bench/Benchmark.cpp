@@ -59,8 +59,10 @@ Result play(const Benchmark& benchmark, int most_rounds) {
   for (const Measurement* way : ways) (*way)();
   std::vector<double> times[count_of_ways];
   const auto is_narrow = [&] {
-    const Ratio ratio = ratio_of(times[0], times[1]);
-    return ratio.high - ratio.low < widest_interval;
+    return std::all_of(times + 1, std::end(times), [&](const std::vector<double>& floor) {
+      const Ratio ratio = ratio_of(times[0], floor);
+      return ratio.high - ratio.low < widest_interval;
+    });
   };
   int rounds = 0;
   for (; rounds < most_rounds && (rounds < least_rounds || !is_narrow()); ++rounds) {
