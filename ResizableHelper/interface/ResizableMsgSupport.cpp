@@ -8,8 +8,6 @@ UINT WMU_RESIZESUPPORT = 0;
 
 std::atomic<UINT> RegisterResizeMessage::uRegisterdWMU_RESIZESUPPORT = 0;
 
-namespace {}  // namespace
-
 UINT RegisterResizeMessage::GetRegisteredWMU_RESIZESUPPORT() noexcept {
   if (uRegisterdWMU_RESIZESUPPORT == 0) {
     {

@@ -67,6 +67,28 @@ TEST_F(ListButtons, DefaultOneIsDrawnWhereEnterGoesAfterAnAddAnEditAndADelete) {
   });
 }
 
+TEST_F(ListButtons, DefaultOneIsDrawnWhereEnterGoesAfterACancelANoAndARefusal) {
+  store_rules({L"AU", L"IF"});
+  host.settings().push_back({L"CFFEX", L"IF"});
+  open([](RuleList& list) {
+    const auto expect_kept = [&](int id) {
+      EXPECT_EQ(list.item(id), GetFocus());
+      EXPECT_THAT(default_buttons(list), testing::ElementsAre(id));
+    };
+    for (const int id : {IDC_ADD_RULE, IDC_EDIT_RULE}) {
+      tab_to(list, id);
+      cancel_in_editor([&] { list.press(id); });
+      expect_kept(id);
+    }
+    for (const int index : {0, 1}) {
+      list.select(index);
+      tab_to(list, IDC_DELETE_RULE);
+      list.refused_delete();
+      expect_kept(IDC_DELETE_RULE);
+    }
+  });
+}
+
 TEST_F(ListButtons, FocusThatADeleteTookComesBackOrGoesToTheList) {
   store_rules({L"AU", L"IF"});
   open([&](RuleList& list) {

@@ -3,7 +3,6 @@
 #include <array>
 #include <map>
 
-#include "Depth.h"
 #include "DeviceContext.h"
 #include "ListDialogTest.h"
 #include "Owned.h"
@@ -12,7 +11,7 @@ namespace list_test {
 namespace {
 
 constexpr int grip_id = 0;
-const int step_count = test_support::repetitions(50, 10);
+constexpr int step_count = 50;
 
 /// How often a control painted and erased itself.
 struct Repaints {

@@ -196,7 +196,6 @@ TEST_P(RefillFault, ShowsTheRowsThatWereRead) {
 constexpr Fault::Out null = Fault::Out::null;
 constexpr Fault::Out given = Fault::Out::given;
 const Items all = {{L"A", 1}, {L"B", 2}, {L"C", 3}};
-const Items first_only = {{L"A", 1}};
 const Items nameless = {{L"", 2}, {L"A", 1}, {L"C", 3}};
 const Items numberless = {{L"A", 1}, {L"B", 0}, {L"C", 3}};
 
