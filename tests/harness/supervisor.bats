@@ -56,6 +56,10 @@ misbehave() {
 }
 
 @test "a write behind a block fails its test" {
+  local version
+  version=$(wine --version)
+  version=${version#wine-}
+  [ "${version%%.*}" -lt 10 ] || skip "from version 10 on, Wine's check of a heap does not see it"
   misbehave Passes DISABLED_WritesBehindABlock
   expect 'a heap of the process is damaged'
   expect '^FAILED: Misbehaving.DISABLED_WritesBehindABlock$'

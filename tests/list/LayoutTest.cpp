@@ -34,7 +34,7 @@ TEST_F(ListLayout, ListAndItsFrameGrowAndButtonsStayAtTheirCorners) {
       before[id] = rect_of(list, id);
     }
     const RECT client = client_rect(list.window());
-    for (const POINT more : {POINT{101, 57}, POINT{0, 203}, POINT{333, 20}}) {
+    for (const POINT more : {POINT{101, 57}, POINT{0, 203}, POINT{333, 40}}) {
       set_size(list.window(), window.right - window.left + more.x, window.bottom - window.top + more.y);
       const RECT grown = client_rect(list.window());
       const LONG dx = grown.right - client.right;

@@ -7,4 +7,8 @@ namespace test_support {
 /// Returns whether it moved.
 bool move_to_own_desktop();
 
+/// Moves the calling thread to that desktop, if there is one. On the test platform a thread begins where the process
+/// began, and there finds none of its windows.
+void join_own_desktop();
+
 }  // namespace test_support
