@@ -261,7 +261,7 @@ std::wstring list_numbers(const std::wstring& before, const std::wstring& after)
   std::wstring list;
   for (const RuleColumn& column : rule_columns) {
     const std::string_view name = column.name;
-    list += (list.empty() ? L"" : L", ") + before + std::wstring(name.begin(), name.end()) + after;
+    list.append(list.empty() ? L"" : L", ").append(before).append(name.begin(), name.end()).append(after);
   }
   return list;
 }
