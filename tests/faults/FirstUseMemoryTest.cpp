@@ -32,7 +32,7 @@ TEST_P(FirstUseMemory, LeadsToTheDocumentedResultAndTearsNothing) {
   EXPECT_GT(fail_each_call_of(GetParam().name, "allocations", play_without), 0u);
 }
 
-INSTANTIATE_TEST_SUITE_P(Of, FirstUseMemory, testing::ValuesIn(without_memory(every_first_use(), "FirstObject")),
+INSTANTIATE_TEST_SUITE_P(Of, FirstUseMemory, testing::ValuesIn(without_memory(every_first_use(), {"FirstObject"})),
                          [](const auto& test) { return test.param.name; });
 
 }  // namespace

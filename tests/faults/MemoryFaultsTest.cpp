@@ -36,7 +36,7 @@ TEST_P(MemoryFaults, LeadToTheDocumentedResultAndTearNothing) {
   EXPECT_GT(fail_each_call_of(GetParam().name, "allocations", play), 0u);
 }
 
-INSTANTIATE_TEST_SUITE_P(Of, MemoryFaults, testing::ValuesIn(without_memory(every_scenario(), "Add")),
+INSTANTIATE_TEST_SUITE_P(Of, MemoryFaults, testing::ValuesIn(without_memory(every_scenario(), {"Add", "Show"})),
                          [](const auto& test) { return test.param.name; });
 
 }  // namespace
