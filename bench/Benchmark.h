@@ -69,7 +69,7 @@ struct Result {
 };
 
 /// Plays the rounds of a row, the three in turn, after one that does not count: at least `least_rounds`, and then until
-/// the interval of the ratio to the fair baseline is narrower than 0.04, but no more than `most_rounds`.
+/// the intervals of both ratios are narrower than 0.04, but no more than `most_rounds`.
 Result play(const Benchmark& benchmark, int most_rounds);
 
 /// One round of subject and fair baseline with their calls and messages, after one that does not count.

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <functional>
+
 #include "ComPtr.h"
 #include "SampleInterfaces.h"
 #include "ThrownBy.h"
@@ -21,13 +23,17 @@ class Odd final : public ISample {
     return hresult;
   }
   STDMETHODIMP_(ULONG) AddRef() noexcept override { return ++references; }
-  STDMETHODIMP_(ULONG) Release() noexcept override { return --references; }
+  STDMETHODIMP_(ULONG) Release() noexcept override {
+    if (on_release) on_release();
+    return --references;
+  }
   int STDMETHODCALLTYPE Number() noexcept override { return 1; }
 
   HRESULT hresult = S_OK;
   bool answers_object = true;
   IID asked = {};
   ULONG references = 1;
+  std::function<void()> on_release;
 };
 
 TEST(ComPtr, QueryHoldsOneReference) {
@@ -103,6 +109,26 @@ TEST(ComPtr, ReceiveReleasesTheOldObjectBeforeTheCall) {
     return S_OK;
   });
   EXPECT_EQ(object.references, 1u);
+}
+
+// As when a call lets messages through, and with them another call that fills the same target.
+TEST(ComPtr, ReceiveReleasesWhatFilledTheTargetMeanwhileOnceItIsReplaced) {
+  Odd meanwhile;
+  Odd given;
+  ComPtr<ISample> target;
+  int released = 0;
+  meanwhile.on_release = [&] {
+    ++released;
+    EXPECT_EQ(static_cast<ISample*>(target), &given);
+  };
+  fetch_into(target, [&](ISample** out) {
+    target = &meanwhile;
+    given.AddRef();
+    *out = &given;
+    return S_OK;
+  });
+  EXPECT_EQ(released, 1);
+  EXPECT_EQ(meanwhile.references, 1u);
 }
 
 TEST(ComPtr, UntouchedOutParameterGivesNull) {
