@@ -173,12 +173,12 @@ TEST_F(WaitBoxTest, ClickWhileTheBoxIsShownIsDropped) {
     WaitBox box(L"desk");
     EXPECT_TRUE(box.wait(answered_.get(), milliseconds(20'000)));
   }
-  pump_messages();
+  test_support::pump_messages();
   EXPECT_EQ(counted.others, 0);
   Sleep(20);
   click_at(100);  // elsewhere, because it would be the second one of a double click
   EXPECT_TRUE(test_support::within_seconds(5, [&] {
-    pump_messages();
+    test_support::pump_messages();
     return counted.others == 1;
   })) << "what is clicked later arrives";
   RemoveWindowSubclass(rules(), &count, 0);
@@ -203,7 +203,7 @@ TEST_F(WaitBoxTest, WhatAnotherThreadSendsIsReceivedAfterTheCallOfThePlugin) {
     EXPECT_TRUE(box.wait(answered_.get(), milliseconds(20'000)));
   }
   EXPECT_EQ(counted.others, 0) << "the plug-in is still in its call";
-  pump_messages();
+  test_support::pump_messages();
   EXPECT_GE(counted.others, 1);
   sender.join();
   RemoveWindowSubclass(window(), &count, 0);
