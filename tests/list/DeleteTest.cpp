@@ -90,17 +90,17 @@ TEST_F(ListDelete, QuestionNamesTheRule) {
 
 TEST_F(ListDelete, CloseWithinALookupAsksAndDeletesNothing) {
   use(L"IF", {L"a"});
-  for (const int rule_id : {1, 2}) {
+  for (const int rule : {1, 2}) {
     for (const char* call :
          {"IkvExpirationRuleService::load_rules", "IkvSymbolSourceService::load_symbol_source_settings"}) {
       MessageBoxProbe boxes;
       boxes.fail(0, IDYES);
       EXPECT_EQ(IDCANCEL, open([&](RuleList& list) {
-                  list.select(list.find(rule_id));
+                  list.select(list.find(rule));
                   host.calls().inside(call, [&] { list.handles_command(IDCANCEL, BN_CLICKED); });
                   list.press(IDC_DELETE_RULE);
                 }));
-      EXPECT_EQ(0, boxes.calls()) << rule_id << call;
+      EXPECT_EQ(0, boxes.calls()) << rule << call;
     }
   }
   EXPECT_THAT(deletions(), IsEmpty());
