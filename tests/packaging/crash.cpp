@@ -1,4 +1,5 @@
-// Has the module crash inside `Initialize`, on a storage object that is none, and prints where, as a crash report does.
+// Has the module crash inside `QueryInterface`, which writes where nothing can be written, and prints where, as a crash
+// report does.
 #include <windows.h>
 
 #include <cstdio>
@@ -30,7 +31,6 @@ int main() {
   if (!factory) return 1;
   factory->CreateInstance(nullptr, __uuidof(IkvPlugin), reinterpret_cast<void**>(&plugin));
   if (!plugin) return 1;
-  auto* nothing = reinterpret_cast<IDispatch*>(ULONG_PTR{16});
-  plugin->Initialize(plugin, plugin, plugin, plugin, SysAllocString(L"path"), nothing);
+  plugin->QueryInterface(IID_IUnknown, reinterpret_cast<void**>(ULONG_PTR{16}));
   return 2;
 }
