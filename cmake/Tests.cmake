@@ -13,11 +13,21 @@ foreach(target gtest gmock)
 endforeach()
 
 # The platform's headers once more, because the tests' flags are others, and the test framework's.
-zd_add_precompiled_headers(test_headers ${ZD_PLATFORM_HEADERS} <gmock/gmock.h> USES gmock)
+zd_add_precompiled_headers(
+  test_headers
+  ${ZD_PLATFORM_HEADERS}
+  <array>
+  <chrono>
+  <map>
+  <set>
+  <span>
+  <gmock/gmock.h>
+  USES
+  gmock)
 set(ZD_PRECOMPILED_HEADERS test_headers)
 
 # zd_add_test(name SOURCES ... USES ... [RESOURCES ...] [SCREEN patterns...] [TIMEOUT seconds] [SHARDS number] [ALONE] [LARGE]
-# [UNCOUNTED] [SERVER]):
+# [UNCOUNTED] [SERVER] [SLOW]):
 # the program name_tests. CTest starts it once as name, and once as name.screen for the tests that SCREEN names; both have
 # the label of their folder too. The deep run plays each test in a process of its own and in a shuffled order besides.
 #   RESOURCES  targets that hold compiled resources, or .rc files
@@ -29,9 +39,10 @@ set(ZD_PRECOMPILED_HEADERS test_headers)
 #   LARGE      for tests of large amounts: without the heap's own checks, whose time grows with all that is allocated
 #   SERVER     gets a database server of its own. It belongs to the deep run, which installs one and alone builds the
 #              program; where there is none, the tests say that they were not run
+#   SLOW       takes longest, mostly waiting, and begins early
 #   UNCOUNTED  left out when lines are counted: its repetitions would take minutes and run hardly a further line
 function(zd_add_test name)
-  cmake_parse_arguments(TEST "ALONE;LARGE;UNCOUNTED;SERVER" "TIMEOUT;SHARDS" "SOURCES;USES;RESOURCES;SCREEN" ${ARGN})
+  cmake_parse_arguments(TEST "ALONE;LARGE;UNCOUNTED;SERVER;SLOW" "TIMEOUT;SHARDS" "SOURCES;USES;RESOURCES;SCREEN" ${ARGN})
   if(NOT TEST_TIMEOUT)
     set(TEST_TIMEOUT 180)
   endif()
@@ -77,10 +88,11 @@ function(zd_add_test name)
   set(depth)
   if(TEST_SERVER)
     set_property(TEST ${name} APPEND PROPERTY LABELS deep)
-    # It takes longest and mostly waits for the server: it begins early.
-    set_property(TEST ${name} PROPERTY COST 1000)
     set_target_properties(${target} PROPERTIES EXCLUDE_FROM_ALL ON)
     set(depth DEEP)
+  endif()
+  if(TEST_SLOW)
+    set_property(TEST ${name} PROPERTY COST 1000)
   endif()
   zd_name_tests(${name} ${depth} ${target})
 endfunction()

@@ -259,14 +259,18 @@ stubs() {
   [ ! -e "$tree/build" ]
 }
 
-@test "test works in the folder that ZD_BUILD names, as seen by the caller" {
+@test "test works in the folder that ZD_BUILD names, as seen by the caller, and fails when the summary does" {
   stubs 0
-  # shellcheck disable=SC2016 # expanded by the program
-  program "$tree/tools/summarise-tests" 'echo "summary of $1"'
+  # shellcheck disable=SC2016 # expanded by the programs
+  {
+    program "$tree/tools/two-sessions" '"$@"'
+    program "$tree/programs/ctest" 'printf -v line " <%s>" "$@"; echo "ctest$line"'
+    program "$tree/tools/summarise-tests" 'echo "summary of $1"; exit 1'
+  }
   cd "$BATS_TEST_TMPDIR" || return
-  ZD_BUILD="out of tree" run -0 "$tree/test"
+  ZD_BUILD="out of tree" run -1 "$tree/test"
   expect "^cmake <--build> <$BATS_TEST_TMPDIR/out of tree/release> "
-  expect "^session .*<ctest> <--test-dir> <$BATS_TEST_TMPDIR/out of tree/release> "
+  expect "^ctest <--test-dir> <$BATS_TEST_TMPDIR/out of tree/release> "
   expect "^summary of $BATS_TEST_TMPDIR/out of tree/release/Testing/"
   [ ! -e "$tree/build" ]
 }
