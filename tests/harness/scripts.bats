@@ -392,6 +392,20 @@ start() {
 @test "a program that never starts fails" { start never 3 2; }
 @test "a failing test is not repeated" { start failing 3 1; }
 
+# --- join-sources ---
+
+@test "the sources of a folder that the list of groups does not name are a group of their own" {
+  local tree
+  tree=$(realpath "$BATS_TEST_TMPDIR")/tree
+  mkdir -p "$tree"/{tools,another,build}
+  cp "$tools/join-sources" "$tree/tools"
+  touch "$tree/another/Source.cpp"
+  echo "[{\"file\": \"$tree/another/Source.cpp\", \"command\": \"g++ -Iheaders -c Source.cpp\"}]" >"$tree/build/compile_commands.json"
+  run -0 "$tree/tools/join-sources" "$tree/build" "$tree/joined"
+  [ "$output" = "$tree/joined/another.cpp" ]
+  [ "$(cat "$tree/joined/another".{cpp,flags})" = "#include \"$tree/another/Source.cpp\""$'\n'-Iheaders ]
+}
+
 # --- test ---
 
 @test "the page for developers lists every program that ./test takes" {
