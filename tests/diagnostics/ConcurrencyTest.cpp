@@ -1,8 +1,7 @@
-#include <objbase.h>
-
 #include <atomic>
 #include <thread>
 
+#include "GuidText.h"
 #include "ImportProbe.h"
 #include "Owned.h"
 #include "RecorderTest.h"
@@ -17,11 +16,7 @@ namespace {
 using namespace SnagtrapUtil;
 using test_support::RecordedCommand;
 
-std::wstring event_name() {
-  wchar_t guid[39] = {};
-  StringFromGUID2(__uuidof(IKV_SnagtrapUtil::SnagtrapEvent), guid, 39);
-  return std::wstring(L"Global\\") + guid;
-}
+std::wstring event_name() { return L"Global\\" + test_support::guid_text(__uuidof(IKV_SnagtrapUtil::SnagtrapEvent)); }
 
 /// The named event that holds clients back in every program. Another program that reports at that moment may keep it
 /// open after a test has closed it, so the next test finds it in that state.

@@ -1,9 +1,9 @@
-#include <objbase.h>
 #include <gmock/gmock.h>
 
 #include <filesystem>
 
 #include "ChildProcess.h"
+#include "GuidText.h"
 #include "ModulePath.h"
 #include "Recorder.h"
 #include "RegistrySandbox.h"
@@ -83,9 +83,8 @@ TEST_F(LibraryMissing, AbortEndsTheProcessAllTheSame) {
 class LibrarySearch : public Process {
  protected:
   static void register_path(const std::wstring& library) {
-    wchar_t guid[39] = {};
-    StringFromGUID2(__uuidof(IKV_SnagtrapUtil::SnagtrapLibrary), guid, 39);
-    const std::wstring key = std::wstring(L"CLSID\\") + guid + L"\\InprocServer32";
+    const std::wstring id = test_support::guid_text(__uuidof(IKV_SnagtrapUtil::SnagtrapLibrary));
+    const std::wstring key = L"CLSID\\" + id + L"\\InprocServer32";
     test_support::write_registry_text(HKEY_CLASSES_ROOT, key, {}, library);
   }
 

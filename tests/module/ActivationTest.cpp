@@ -3,19 +3,17 @@
 #include <fstream>
 
 #include "ExpectedReports.h"
+#include "GuidText.h"
 #include "LateBound.h"
 #include "Module.h"
 #include "ModuleCopy.h"
 #include "ModulePath.h"
+#include "TextEncoding.h"
 
 namespace module_test {
 namespace {
 
-std::string narrow_text(const GUID& guid) {
-  wchar_t braced[39] = {};
-  StringFromGUID2(guid, braced, 39);
-  return {braced, braced + 38};
-}
+std::string narrow_text(const GUID& guid) { return base::to_utf8(test_support::guid_text(guid)); }
 
 /// What a host puts beside its program so that nothing needs to be registered.
 std::string manifest() {

@@ -2,22 +2,16 @@
 
 #include <cwchar>
 
+#include "GuidText.h"
 #include "Module.h"
 
 namespace module_test {
-namespace {
 
-std::wstring text(const GUID& guid) {
-  wchar_t braced[39] = {};
-  StringFromGUID2(guid, braced, 39);
-  return braced;
-}
-
-}  // namespace
+using test_support::guid_text;
 
 test_support::RegistryTree registered_tree(const std::wstring& path) {
-  const std::wstring app_id = text(__uuidof(zdExpirationRulesAppID));
-  const std::wstring class_id = text(__uuidof(CzdExpirationRulePlugin));
+  const std::wstring app_id = guid_text(__uuidof(zdExpirationRulesAppID));
+  const std::wstring class_id = guid_text(__uuidof(CzdExpirationRulePlugin));
   const std::wstring class_key = L"CLSID\\" + class_id;
   return {
       {L"AppID\\", L""},
@@ -48,11 +42,11 @@ test_support::RegistryTree registered_tree(const std::wstring& path) {
       {class_key + L"\\InprocServer32\\@", L"s:" + path},
       {class_key + L"\\InprocServer32\\ThreadingModel", L"s:apartment"},
       {class_key + L"\\TypeLib\\", L""},
-      {class_key + L"\\TypeLib\\@", L"s:" + text(LIBID_zdExpirationRules)},
+      {class_key + L"\\TypeLib\\@", L"s:" + guid_text(LIBID_zdExpirationRules)},
   };
 }
 
-std::wstring type_library_key() { return L"TypeLib\\" + text(LIBID_zdExpirationRules); }
+std::wstring type_library_key() { return L"TypeLib\\" + guid_text(LIBID_zdExpirationRules); }
 
 test_support::RegistryTree without_type_library(const test_support::RegistryTree& tree) {
   test_support::RegistryTree rest;

@@ -1,5 +1,4 @@
-#include <objbase.h>
-
+#include "GuidText.h"
 #include "LibraryTest.h"
 #include "ModulePath.h"
 #include "Owned.h"
@@ -7,11 +6,7 @@
 namespace snagtrap_test {
 namespace {
 
-std::wstring class_key() {
-  wchar_t guid[39] = {};
-  StringFromGUID2(__uuidof(IKV_SnagtrapUtil::SnagtrapLibrary), guid, 39);
-  return std::wstring(L"CLSID\\") + guid;
-}
+std::wstring class_key() { return L"CLSID\\" + test_support::guid_text(__uuidof(IKV_SnagtrapUtil::SnagtrapLibrary)); }
 
 /// Loads the library from a path and calls its registration exports.
 class Registration : public testing::Test {
