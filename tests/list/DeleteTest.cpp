@@ -240,21 +240,6 @@ TEST_F(ListDelete, RuleThatIsDeletedAlreadyIsReportedAndTheListRefreshed) {
   EXPECT_THAT(reports(), ElementsAre(not_confirmed));
 }
 
-TEST_F(ListDelete, UsersFoundBeforeAFailureRefuseTheDelete) {
-  use(L"IF", {L"a", L"b"});
-  host.calls().fail("IkvField::GetText(209)", {E_FAIL}, 2);
-  EXPECT_EQ(refusal({L"a"}), shown_for(2).text);
-  EXPECT_THAT(reports(), ElementsAre(StartsWith("ASSERT 80004005 | ExpirationRulesListDialog.cpp:145"),
-                                     StartsWith("TRACE HRESULT - 80004005; FILE - ExpirationRulesListDialog.cpp, "
-                                                "LINE - 154 | ExpirationRulesListDialog.cpp:154")));
-}
-
-TEST_F(ListDelete, FailureBeforeAnyUserIsFoundLeadsToTheQuestion) {
-  use(L"IF", {L"a", L"b"});
-  host.calls().fail("IkvField::GetText(209)", {E_FAIL});
-  EXPECT_EQ(question(L"IF"), shown_for(2).text);
-}
-
 TEST_F(ListDelete, FailingRefillAfterADeleteIsReportedAndTheDialogStaysOpen) {
   open([&](RuleList& list) {
     // The tables before are those of the name, of the settings and of the name again.

@@ -58,21 +58,15 @@ LVCOLUMNW column_for(const std::function<void()>& open, int client_width) {
   return inserted;
 }
 
-TEST_F(ListInitialisation, ColumnIsFirstInsertedTwentyPixelsNarrowerThanTheList) {
-  const LVCOLUMNW column = column_for([&] { open([](RuleList&) {}); }, 200);
-  EXPECT_EQ(LVCF_FMT | LVCF_TEXT | LVCF_SUBITEM | LVCF_WIDTH, column.mask);
-  EXPECT_EQ(200 - column_margin, column.cx);
-}
-
-TEST_F(ListInitialisation, ColumnWidthOfMinusOneIsLeftOut) {
-  const LVCOLUMNW column = column_for([&] { open([](RuleList&) {}); }, column_margin - 1);
-  EXPECT_EQ(LVCF_FMT | LVCF_TEXT | LVCF_SUBITEM, column.mask);
-}
-
-TEST_F(ListInitialisation, ColumnMayBeInsertedWithANegativeWidth) {
-  const LVCOLUMNW column = column_for([&] { open([](RuleList&) {}); }, column_margin - 2);
-  EXPECT_EQ(LVCF_FMT | LVCF_TEXT | LVCF_SUBITEM | LVCF_WIDTH, column.mask);
-  EXPECT_EQ(-2, column.cx);
+TEST_F(ListInitialisation, ColumnIsFirstInsertedTwentyPixelsNarrowerThanTheListUnlessThatIsMinusOne) {
+  for (const int width : {180, -1, -2}) {
+    const LVCOLUMNW column = column_for([&] { open([](RuleList&) {}); }, width + column_margin);
+    const UINT mask = LVCF_FMT | LVCF_TEXT | LVCF_SUBITEM | (width == -1 ? 0 : LVCF_WIDTH);
+    EXPECT_EQ(mask, column.mask) << width;
+    if (width != -1) {
+      EXPECT_EQ(width, column.cx);
+    }
+  }
 }
 
 TEST_F(ListInitialisation, ShowsEveryRuleInTheOrderOfTheNames) {

@@ -62,11 +62,6 @@ TEST_F(ListKeys, DeleteAsksAsTheButtonDoesAndKeepsTheFocusInTheList) {
   });
 }
 
-TEST_F(ListKeys, DeleteWithoutASelectionDoesNothing) {
-  host.rules().clear();
-  expect_nothing(IDC_RULES_LIST, [](RuleList&) { press(VK_DELETE); });
-}
-
 TEST_F(ListKeys, DeleteOutsideTheListDoesNothing) {
   expect_nothing(IDC_ADD_RULE, [](RuleList&) { press(VK_DELETE); });
 }

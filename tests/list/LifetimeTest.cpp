@@ -1,8 +1,6 @@
-#include "Depth.h"
 #include "ImportProbe.h"
 #include "ListDialogTest.h"
 #include "OwnedWindow.h"
-#include "SentMessages.h"
 
 ZD_IMPORT_PROBE(CreateWindowExW, CreateWindowProbe);
 ZD_IMPORT_PROBE(DialogBoxParamW, ModalDialogProbe);
@@ -11,7 +9,6 @@ ZD_IMPORT_PROBE(InvalidateRect, InvalidateProbe);
 namespace list_test {
 namespace {
 
-using testing::ElementsAre;
 using testing::IsEmpty;
 
 class ListLifetime : public ListDialogTest {
@@ -20,52 +17,6 @@ class ListLifetime : public ListDialogTest {
 
   test_support::HostWindow owner;
 };
-
-TEST_F(ListLifetime, OwnerIsDisabledWhileTheDialogIsOpen) {
-  open(
-      [&](RuleList& list) {
-        EXPECT_EQ(owner.get(), GetWindow(list.window(), GW_OWNER));
-        EXPECT_FALSE(IsWindowEnabled(owner.get()));
-      },
-      owner.get());
-  EXPECT_TRUE(IsWindowEnabled(owner.get()));
-}
-
-TEST_F(ListLifetime, OwnerThatIsDestroyedTakesTheDialogWithIt) {
-  EXPECT_NE(IDOK, open([&](RuleList&) { owner.destroy(); }, owner.get()));
-  EXPECT_THAT(reports(), IsEmpty());
-}
-
-TEST_F(ListLifetime, OwnerThatIsDestroyedUnderTheEditorTakesBothWithIt) {
-  open(
-      [&](RuleList& list) {
-        host.calls().forget();
-        test_support::with_dialog([&] { list.press(IDC_EDIT_RULE); }, [&](HWND) { owner.destroy(); });
-      },
-      owner.get());
-  EXPECT_THAT(host.calls().all("IkvExpirationRuleService::update_rule"), IsEmpty());
-  EXPECT_THAT(reports(), IsEmpty());
-}
-
-TEST_F(ListLifetime, OwnerThatIsDestroyedUnderTheQuestionDeletesNothing) {
-  open(
-      [&](RuleList& list) {
-        test_support::with_dialog([&] { list.press(IDC_DELETE_RULE); }, [&](HWND) { owner.destroy(); });
-      },
-      owner.get());
-  EXPECT_THAT(host.calls().all("IkvExpirationRuleService::delete_rule"), IsEmpty());
-  EXPECT_THAT(reports(), IsEmpty());
-}
-
-TEST_F(ListLifetime, EndOfTheSessionLeavesTheDialogToItsUser) {
-  EXPECT_EQ(IDCANCEL, open([](RuleList& list) {
-              EXPECT_TRUE(SendMessageW(list.window(), WM_QUERYENDSESSION, 0, 0));
-              SendMessageW(list.window(), WM_ENDSESSION, TRUE, 0);
-              EXPECT_TRUE(IsWindowVisible(list.window()));
-              EXPECT_EQ(2, list.count());
-            }));
-  EXPECT_THAT(reports(), IsEmpty());
-}
 
 TEST_F(ListLifetime, PlacementIsStoredWhenTheOwnerIsDestroyed) {
   open(
@@ -79,12 +30,6 @@ TEST_F(ListLifetime, PlacementIsStoredWhenTheOwnerIsDestroyed) {
     EXPECT_EQ(33, rect.left);
     EXPECT_EQ(33 + 555, rect.right);
   });
-}
-
-TEST_F(ListLifetime, DialogThatIsNotOpenStillLooksUpNamesAndUsers) {
-  EXPECT_STREQ(L"IF", dialog.expiration_rule_name(2));
-  Names users;
-  EXPECT_FALSE(dialog.is_expiration_rule_uses(2, users));
 }
 
 TEST_F(ListLifetime, ListThatIsDestroyedIsReportedAndTheDialogStaysOpen) {
@@ -121,11 +66,6 @@ TEST_F(ListLifetime, RefillWithoutAListLeavesTheDesktopsPictureAlone) {
   dialog.update_expiration_rule_list();
   EXPECT_EQ(0, invalidated.calls());
   EXPECT_FALSE(reports().empty()) << "and says that there is none";
-}
-
-TEST_F(ListLifetime, OpeningAndClosingLeavesNoReferenceToTheHost) {
-  for (int time = 0; time < test_support::repetitions(20, 3); ++time) open([](RuleList&) {});
-  EXPECT_THAT(host.living(), ElementsAre(testing::StartsWith("kvStorage"))) << "which the test itself holds";
 }
 
 }  // namespace

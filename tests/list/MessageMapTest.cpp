@@ -5,16 +5,11 @@ namespace list_test {
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 constexpr int buttons[] = {IDCANCEL, IDC_ADD_RULE, IDC_EDIT_RULE, IDC_DELETE_RULE};
 
 /// An empty storage, so that a button opens no message box.
 class ListMessages : public ListDialogTest {};
-
-TEST_F(ListMessages, ClickOnCloseEndsTheDialogWithItsNumber) {
-  EXPECT_EQ(2, open([](RuleList& list) { EXPECT_TRUE(list.handles_command(IDCANCEL, BN_CLICKED)); }));
-}
 
 // Those that are handled have tests of what they do.
 TEST_F(ListMessages, OthersAreNotHandled) {
@@ -51,14 +46,6 @@ TEST_F(ListMessages, SizeIsLeftToTheDefaultWithResultZero) {
   });
 }
 
-TEST_F(ListMessages, FrameComesFirst) {
-  open([](RuleList& list) {
-    MINMAXINFO limits = {};
-    EXPECT_TRUE(list.handles(WM_GETMINMAXINFO, 0, reinterpret_cast<LPARAM>(&limits)));
-    EXPECT_GT(limits.ptMinTrackSize.x, 0);
-  });
-}
-
 TEST_F(ListMessages, OtherMapIsReportedAndHandlesNothing) {
   open([&](RuleList& list) {
     LRESULT result = -1;
@@ -80,19 +67,6 @@ void ask_to_close(HWND dialog, UINT message, WPARAM wParam) {
 TEST_F(ListMessages, CloseBoxEndsTheDialogAsCloseDoes) {
   EXPECT_EQ(IDCANCEL, open([](RuleList& list) { ask_to_close(list.window(), WM_CLOSE, 0); }));
   EXPECT_EQ(IDCANCEL, open([](RuleList& list) { ask_to_close(list.window(), WM_SYSCOMMAND, SC_CLOSE); }));
-}
-
-TEST_F(ListMessages, DialogOpensAgainAfterItWasClosed) {
-  store_rules({L"A"});
-  for (int time = 0; time < 2; ++time) {
-    test_support::with_dialog([&] { EXPECT_EQ(IDCANCEL, dialog.DoModal(nullptr)); },
-                              [&](HWND window) {
-                                const RuleList list(window, dialog);
-                                EXPECT_EQ(1, list.count());
-                                list.press(IDCANCEL);
-                              });
-  }
-  EXPECT_THAT(reports(), IsEmpty());
 }
 
 }  // namespace

@@ -30,15 +30,6 @@ TEST_F(ListOnScreen, DoubleClickOnARuleOpensIt) {
   });
 }
 
-TEST_F(ListOnScreen, DoubleClickOnEmptySpaceDoesNothing) {
-  open([&](RuleList& list) {
-    host.calls().forget();
-    click(list.view(), empty_space_of(list), 2);
-    EXPECT_THAT(calls(), testing::IsEmpty());
-    EXPECT_TRUE(IsWindowEnabled(list.window()));
-  });
-}
-
 TEST_F(ListOnScreen, ClickOnEmptySpaceClearsTheSelectionAndDisablesTheButtons) {
   open([](RuleList& list) {
     click(list.view(), empty_space_of(list));

@@ -1,5 +1,4 @@
 #include <cstring>
-#include <optional>
 
 #include "ImportProbe.h"
 #include "ListDialogTest.h"
@@ -63,19 +62,6 @@ class ListPlacement : public ListDialogTest {
 
   const LONG caption = GetSystemMetrics(SM_CYCAPTION);
 };
-
-TEST_F(ListPlacement, FirstOpeningIsOneCaptionShorterThanTheTemplate) {
-  open([&](RuleList& list) {
-    const CSize smallest = list.dialog().MinTrackingSize();
-    const RECT rect = window_rect(list.window());
-    EXPECT_EQ(smallest.cx, rect.right - rect.left);
-    EXPECT_EQ(smallest.cy - caption, height_of(rect));
-    // The value is there at once.
-    const WINDOWPLACEMENT first = stored();
-    EXPECT_EQ(44U, first.length);
-    EXPECT_EQ(rect, first.rcNormalPosition);
-  });
-}
 
 TEST_F(ListPlacement, ClosingStoresTheVisibleBottomLessTheCaption) {
   const RECT rect = {120, 90, 620, 590};
