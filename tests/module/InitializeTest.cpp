@@ -134,22 +134,19 @@ TEST_F(InitializeTest, EveryPointerNullReportsOnlyTheFirst) {
 }
 
 TEST_F(InitializeTest, EachMissingPointerIsReportedWithItsLine) {
-  menu_ = nullptr;
-  EXPECT_EQ(E_INVALIDARG, initialize());
-  EXPECT_THAT(take_reports(), ElementsAre("ASSERT pMainMenu != 0 | zdExpirationRulePlugin.cpp:70 Initialize"));
-  menu_ = host_.main_menu();
-  control_bar_ = nullptr;
-  EXPECT_EQ(E_INVALIDARG, initialize());
-  EXPECT_THAT(take_reports(), ElementsAre("ASSERT MainControlBar != 0 | zdExpirationRulePlugin.cpp:71 Initialize"));
-  control_bar_ = host_.main_menu();
-  context_menu_ = nullptr;
-  EXPECT_EQ(E_INVALIDARG, initialize());
-  EXPECT_THAT(take_reports(),
-              ElementsAre("ASSERT PortfolioContextMenu != 0 | zdExpirationRulePlugin.cpp:72 Initialize"));
-  context_menu_ = host_.main_menu();
-  hot_keys_ = nullptr;
-  EXPECT_EQ(E_INVALIDARG, initialize());
-  EXPECT_THAT(take_reports(), ElementsAre("ASSERT PortfolioHotKeys != 0 | zdExpirationRulePlugin.cpp:73 Initialize"));
+  const struct {
+    base::ComPtr<IDispatch>& argument;
+    const char* assertion;
+  } missing[] = {{menu_, "pMainMenu != 0 | zdExpirationRulePlugin.cpp:70"},
+                 {control_bar_, "MainControlBar != 0 | zdExpirationRulePlugin.cpp:71"},
+                 {context_menu_, "PortfolioContextMenu != 0 | zdExpirationRulePlugin.cpp:72"},
+                 {hot_keys_, "PortfolioHotKeys != 0 | zdExpirationRulePlugin.cpp:73"}};
+  for (const auto& [argument, assertion] : missing) {
+    const base::ComPtr<IDispatch> given = std::exchange(argument, nullptr);
+    EXPECT_EQ(E_INVALIDARG, initialize());
+    EXPECT_THAT(take_reports(), ElementsAre("ASSERT " + std::string(assertion) + " Initialize"));
+    argument = given;
+  }
 }
 
 TEST_F(InitializeTest, PointersAreCheckedInTheirOrder) {
@@ -167,13 +164,6 @@ TEST_F(InitializeTest, EmptyRegistryPathIsRefusedWithoutAReport) {
     SysFreeString(path);
   }
   EXPECT_THAT(take_reports(), IsEmpty());
-}
-
-TEST_F(InitializeTest, EmptyRegistryPathIsCheckedAfterThePointers) {
-  registry_path_ = L"";
-  menu_ = nullptr;
-  EXPECT_EQ(E_INVALIDARG, initialize());
-  EXPECT_THAT(take_reports(), ElementsAre("ASSERT pMainMenu != 0 | zdExpirationRulePlugin.cpp:70 Initialize"));
 }
 
 TEST_F(InitializeTest, BadArgumentsKeepAndInitialiseNothing) {

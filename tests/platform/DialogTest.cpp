@@ -83,6 +83,26 @@ TEST_F(DialogTest, ModelessDialogIsBoundUntilItsWindowIsDestroyed) {
   EXPECT_EQ(dialog_.messages.back(), static_cast<UINT>(WM_NCDESTROY));
 }
 
+TEST_F(DialogTest, MessagesOfAnotherWindowAndAfterItsLastOneGoTheDefaultWay) {
+  HWND window = dialog_.Create(nullptr);
+  HWND stranger = CreateWindowExW(0, L"#32770", L"", WS_POPUP, 0, 0, 10, 10, nullptr, nullptr, nullptr, nullptr);
+  const auto procedure = reinterpret_cast<DLGPROC>(GetWindowLongPtrW(window, DWLP_DLGPROC));
+  dialog_.messages.clear();
+  const auto expect_unhandled = [&](HWND receiver) {
+    for (const UINT message : {static_cast<UINT>(WM_COMMAND), static_cast<UINT>(WM_SETFONT), close_message,
+                               static_cast<UINT>(WM_DESTROY), static_cast<UINT>(WM_NCDESTROY)}) {
+      EXPECT_EQ(procedure(receiver, message, IDOK, 0), FALSE) << message;
+    }
+    EXPECT_TRUE(dialog_.messages.empty());
+  };
+  expect_unhandled(stranger);
+  DestroyWindow(stranger);
+  EXPECT_EQ(dialog_.m_hWnd, window);
+  DestroyWindow(window);
+  dialog_.messages.clear();
+  expect_unhandled(window);
+}
+
 TEST_F(DialogTest, SecondInitMessageDoesNotBindAgain) {
   HWND window = dialog_.Create(nullptr);
   SampleDialog other;

@@ -99,20 +99,6 @@ TEST_F(DialogMessages, AMaximisedWindowHasNoGripAndARestoredOneHas) {
   EXPECT_EQ(rect_of(dialog.grip()).right, client_size(dialog.m_hWnd).cx);
 }
 
-TEST_F(DialogMessages, ChildrenComeBackFromZeroAndVeryLargeSizes) {
-  open();
-  dialog.AddAnchor(dialog.item(IDC_LIST), TOP_LEFT, BOTTOM_RIGHT);
-  const RECT before = rect_of(dialog.item(IDC_LIST));
-  const CSize opened = size();
-  // Without a frame the size is not held at its minimum.
-  for (const CSize odd : {CSize(0, 0), CSize(1, 1), CSize(32000, 32000)}) {
-    SetWindowPos(dialog.m_hWnd, nullptr, 0, 0, odd.cx, odd.cy, SWP_NOMOVE | SWP_NOZORDER | SWP_NOSENDCHANGING);
-    send(WM_SIZE, SIZE_RESTORED, MAKELPARAM(odd.cx, odd.cy));
-  }
-  resize(dialog.m_hWnd, opened.cx, opened.cy);
-  EXPECT_EQ(rect_of(dialog.item(IDC_LIST)), before);
-}
-
 TEST_F(DialogMessages, MinMaxInfoIsHandledWithTheTemplatesSize) {
   open();
   MINMAXINFO info{{90, 91}, {92, 93}, {94, 95}, {96, 97}, {98, 99}};
@@ -329,20 +315,6 @@ TEST(DialogProcedure, PassesOverWhatComesAfterTheLastMessageOfALivingWindow) {
   EXPECT_EQ(late.returned, FALSE);
   EXPECT_TRUE(dialog.has_seen(WM_NCDESTROY));
   EXPECT_FALSE(dialog.has_seen(WM_APP));
-}
-
-TEST(DialogProcedure, PassesOverMessagesBeforeAndAfterTheDialogsLife) {
-  TestDialog<IDD_SIZING_BORDER> dialog;
-  const HWND window = dialog.Create(nullptr);
-  ASSERT_NE(window, nullptr);
-  EXPECT_EQ(dialog.first, UINT{WM_INITDIALOG});
-  const auto procedure = reinterpret_cast<DLGPROC>(GetWindowLongPtrW(window, DWLP_DLGPROC));
-  DestroyWindow(window);
-  dialog.seen.clear();
-  for (const UINT message : {UINT{WM_SIZE}, UINT{WM_DESTROY}, UINT{WM_NCDESTROY}, UINT{WM_GETMINMAXINFO}}) {
-    EXPECT_EQ(procedure(window, message, 0, 0), FALSE);
-  }
-  EXPECT_TRUE(dialog.seen.empty());
 }
 
 }  // namespace

@@ -120,16 +120,17 @@ class ValidPartOfFrame : public testing::Test {
   LRESULT result = 0;
 };
 
-TEST_F(ValidPartOfFrame, IsToldFromTheOldClientArea) {
+TEST_F(ValidPartOfFrame, IsReportedFromTheOldClientArea) {
   adjust(false);
   EXPECT_EQ(params.rgrc[1], (RECT{1, 1, 2, 2})) << "nothing changes before";
   adjust(true);
+  EXPECT_EQ(params.rgrc[0], (RECT{0, 0, 200, 100}));
   EXPECT_EQ(params.rgrc[1], (RECT{50, 60, 200, 100}));
   EXPECT_EQ(params.rgrc[2], (RECT{50, 60, 200, 100}));
   EXPECT_EQ(result, WVR_VALIDRECTS);
 }
 
-TEST_F(ValidPartOfFrame, IsNotToldWhenTheSizeStays) {
+TEST_F(ValidPartOfFrame, IsNotReportedWhenTheSizeStays) {
   position.flags = SWP_NOSIZE;
   adjust(false);
   adjust(true);
@@ -137,7 +138,7 @@ TEST_F(ValidPartOfFrame, IsNotToldWhenTheSizeStays) {
   EXPECT_EQ(result, 0);
 }
 
-TEST_F(ValidPartOfFrame, IsNotToldOverAnAnswerThatIsThere) {
+TEST_F(ValidPartOfFrame, IsNotReportedOverAResultThatIsThere) {
   adjust(false);
   result = WVR_REDRAW;
   adjust(true);

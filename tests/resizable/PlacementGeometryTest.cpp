@@ -21,17 +21,6 @@ TEST(OpeningHeight, LiesUpToOneCaptionBelowTheSmallest) {
   EXPECT_TRUE(is_opening_height(INT_MIN, INT_MIN + 1, caption));
 }
 
-TEST(ValidPart, IsWhereNewWindowAndOldClientAreaOverlap) {
-  NCCALCSIZE_PARAMS params{};
-  params.rgrc[0] = {0, 0, 200, 100};
-  params.rgrc[1] = {1, 1, 1, 1};
-  params.rgrc[2] = {2, 2, 2, 2};
-  keep_valid_part(params, {50, 60, 300, 400});
-  EXPECT_EQ(params.rgrc[0], (RECT{0, 0, 200, 100}));
-  EXPECT_EQ(params.rgrc[1], (RECT{50, 60, 200, 100}));
-  EXPECT_EQ(params.rgrc[2], (RECT{50, 60, 200, 100}));
-}
-
 TEST(ValidPart, IsEmptyWhereNothingOverlaps) {
   NCCALCSIZE_PARAMS params{};
   params.rgrc[0] = {0, 0, 20, 10};

@@ -77,7 +77,7 @@ TEST_F(MisusedLayout, ReportsACallbackThatIsNotImplemented) {
   EXPECT_EQ(rect_of(child), (RECT{10, 20, 60, 40}));
 }
 
-TEST_F(MisusedLayout, ReportsAPlaceForTheEraseRegionThatIsTaken) {
+TEST_F(MisusedLayout, ReportsAnOutParameterThatHoldsARegionAlready) {
   const base::Region taken(CreateRectRgn(0, 0, 1, 1));
   HRGN region = taken.get();
   window.BuildEraseRegion(&region);

@@ -79,7 +79,7 @@ TEST_F(RegistryFailure, NoneAsksForTheRightsOfEachStep) {
   EXPECT_EQ(asked, (std::vector<Request>{{L"open", 0, read}}));
 }
 
-TEST_F(RegistryFailure, AtMakingTheKeyStoresNothing) {
+TEST_F(RegistryFailure, AtCreatingTheKeyStoresNothing) {
   create_fails = true;
   EXPECT_FALSE(store());
   EXPECT_FALSE(test_support::registry_key_exists(HKEY_CURRENT_USER, key_name));

@@ -27,7 +27,6 @@ class TestDialog : public CResizableDialogImpl<TestDialog<id>> {
 
   BOOL ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result,
                             DWORD mapId = 0) override {
-    if (first == 0) first = message;
     if (message == WM_INITDIALOG && before_initialisation) before_initialisation();
     if (Base::ProcessWindowMessage(window, message, wParam, lParam, result, mapId)) return TRUE;
     seen.push_back(message);
@@ -47,7 +46,6 @@ class TestDialog : public CResizableDialogImpl<TestDialog<id>> {
 
   std::function<void()> before_initialisation;  ///< runs when the children are there and nothing else is
   std::function<BOOL(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result)> on_message;
-  UINT first = 0;          ///< the message that was the first to reach the dialog
   std::vector<UINT> seen;  ///< the messages that the base left unhandled, in order
 };
 

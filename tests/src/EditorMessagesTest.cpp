@@ -1,19 +1,12 @@
 #include "EditorTest.h"
-#include "ModulePath.h"
 
 namespace editor_test {
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 using testing::StartsWith;
 
-class EditorMessages : public EditorTest {
- protected:
-  static DLGPROC procedure_of(const Editor& editor) {
-    return reinterpret_cast<DLGPROC>(GetWindowLongPtrW(editor.window(), DWLP_DLGPROC));
-  }
-};
+class EditorMessages : public EditorTest {};
 
 // Those that are handled have tests of what they do.
 TEST_F(EditorMessages, OthersAreNotHandled) {
@@ -45,52 +38,6 @@ TEST_F(EditorMessages, AnotherMessageMapIsAnAssertion) {
     EXPECT_THAT(reports(), ElementsAre(StartsWith("ASSERT")));
     EXPECT_TRUE(IsWindowVisible(editor.window()));
   });
-}
-
-TEST_F(EditorMessages, BeforeTheDialogIsBoundGoTheDefaultWay) {
-  edit([](Editor& editor) {
-    HWND stranger =
-        CreateWindowW(L"#32770", L"", WS_POPUP, 0, 0, 10, 10, nullptr, nullptr, base::module_instance(), nullptr);
-    for (const UINT message : {WM_COMMAND, WM_VSCROLL, WM_SETFONT, WM_NCDESTROY}) {
-      EXPECT_EQ(FALSE, procedure_of(editor)(stranger, message, IDOK, 0));
-    }
-    DestroyWindow(stranger);
-    EXPECT_TRUE(IsWindowVisible(editor.window()));
-    EXPECT_THAT(reports(), IsEmpty());
-  });
-}
-
-TEST_F(EditorMessages, AfterTheLastOneGoTheDefaultWay) {
-  CEditExpirationRuleDialog dialog(&block, stored_id);
-  DLGPROC procedure = nullptr;
-  HWND destroyed = nullptr;
-  test_support::with_dialog([&] { dialog.DoModal(nullptr); },
-                            [&](HWND window) {
-                              const Editor editor(window, dialog);
-                              procedure = procedure_of(editor);
-                              destroyed = window;
-                              editor.cancel();
-                            });
-  EXPECT_FALSE(IsWindow(destroyed));
-  EXPECT_EQ(nullptr, dialog.m_hWnd);
-  for (const UINT message : {WM_COMMAND, WM_VSCROLL, WM_NCDESTROY}) {
-    EXPECT_EQ(FALSE, procedure(destroyed, message, IDOK, 0));
-  }
-  EXPECT_THAT(reports(), IsEmpty());
-}
-
-TEST_F(EditorMessages, OfItsOwnerWaitUntilTheDialogIsClosed) {
-  HWND owner = CreateWindowW(L"Static", L"owner", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 100, 100, nullptr, nullptr,
-                             base::module_instance(), nullptr);
-  CEditExpirationRuleDialog dialog(&block, stored_id);
-  test_support::with_dialog([&] { dialog.DoModal(owner); },
-                            [&](HWND window) {
-                              EXPECT_EQ(owner, GetWindow(window, GW_OWNER));
-                              EXPECT_FALSE(IsWindowEnabled(owner));
-                              Editor(window, dialog).cancel();
-                            });
-  EXPECT_TRUE(IsWindowEnabled(owner));
-  DestroyWindow(owner);
 }
 
 TEST_F(EditorMessages, OfADestroyedOffsetEditDoNoHarm) {

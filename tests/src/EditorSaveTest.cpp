@@ -255,16 +255,6 @@ TEST_F(EditorSave, IsNotCancelledOnceItHasBegun) {
   EXPECT_EQ(1u, added().size());
 }
 
-TEST_F(EditorSave, CanBeTriedAgainAfterARefusedName) {
-  EXPECT_EQ(IDOK, edit([](Editor& editor) {
-              editor.enter(IDC_NAME, L"A-B");
-              editor.refused_ok();
-              editor.enter(IDC_NAME, L"AB");
-              editor.ok();
-            }));
-  EXPECT_EQ(1u, saved().size());
-}
-
 TEST_F(EditorSave, IsNotDoneBeforeOk) {
   EXPECT_EQ(IDOK, edit([this](Editor& editor) {
               host.calls().forget();
