@@ -80,6 +80,18 @@ class ApplicationTest : public testing::Test {
     press(GetMenuItemID(submenu, 0));
   }
 
+  /// Opens the selected rule in the module's editor and saves it under a name; `meanwhile` happens when the editor is
+  /// open.
+  void save_rule_as(
+      const wchar_t* name, const std::function<void()>& meanwhile = [] {}) {
+    const test_support::DialogDriver user([&](HWND editor) {
+      meanwhile();
+      SetWindowTextW(FindWindowExW(editor, nullptr, L"Edit", nullptr), name);
+      test_support::click(editor, IDOK);
+    });
+    press(IDM_OPEN_RULE);
+  }
+
   std::shared_ptr<MemoryRuleStore> store_ = std::make_shared<MemoryRuleStore>();
   std::optional<Application> application_;
 };

@@ -6,6 +6,7 @@
 #include "TemporaryFolder.h"
 #include "Texts.h"
 #include "WindowText.h"
+#include "WithinSeconds.h"
 
 namespace workbench {
 namespace {
@@ -200,16 +201,13 @@ TEST_F(DatesDialogsTest, LongWorkShowsItsProgressAndIsCancelled) {
   const ULONGLONG began = GetTickCount64();
   EXPECT_TRUE(progress.go_on(0, 100));
   EXPECT_TRUE(IsWindowEnabled(window())) << "short work shows nothing";
-  bool cancelled = false;
-  while (!cancelled && GetTickCount64() - began < 20000) {
+  EXPECT_TRUE(test_support::within_seconds(20, [&] {
     if (HWND shown = GetLastActivePopup(window()); shown != window()) {
       EXPECT_FALSE(IsWindowEnabled(window()));
       PostMessageW(shown, WM_COMMAND, IDCANCEL, 0);
     }
-    cancelled = !progress.go_on(50, 100);
-    Sleep(10);
-  }
-  EXPECT_TRUE(cancelled);
+    return !progress.go_on(50, 100);
+  }));
   EXPECT_GE(GetTickCount64() - began, 1000u);
 }
 

@@ -6,9 +6,6 @@
 namespace workbench {
 namespace {
 
-using test_support::click;
-using test_support::DialogDriver;
-
 /// The program on a server that another workbench uses too. Its user opens the only rule in the editor and saves it.
 class SharedServerTest : public ApplicationTest {
  protected:
@@ -26,36 +23,25 @@ class SharedServerTest : public ApplicationTest {
     return open_server_store(odbc::ConnectionString(L"Server=desk"), settings);
   }
 
-  /// Saves the rule under a name; `meanwhile` happens when the editor is open.
-  void save_as(
-      const wchar_t* name, const std::function<void()>& meanwhile = [] {}) {
-    const DialogDriver user([&](HWND editor) {
-      meanwhile();
-      SetWindowTextW(FindWindowExW(editor, nullptr, L"Edit", nullptr), name);
-      click(editor, IDOK);
-    });
-    press(IDM_OPEN_RULE);
-  }
-
   MemoryServer server_;
   std::unique_ptr<RuleStore> theirs_ = open();
 };
 
-TEST_F(SharedServerTest, RuleThatNobodyElseChangedIsSaved) {
-  save_as(L"CSI 500");
+TEST_F(SharedServerTest, RuleThatNoOtherProgramChangedIsSaved) {
+  save_rule_as(L"CSI 500");
   EXPECT_EQ(server_.names(), std::vector<std::wstring>{L"CSI 500"});
   EXPECT_EQ(theirs_->try_load_rule(1)->revision, 2);
 }
 
 TEST_F(SharedServerTest, WhoWasOvertakenReadsSoAndKeepsWhatHeEntered) {
-  save_as(L"CSI 500", [&] { theirs_->update_rule(1, {.name = L"theirs"}); });
+  save_rule_as(L"CSI 500", [&] { theirs_->update_rule(1, {.name = L"theirs"}); });
   const std::wstring said = text_of_next_box();
   EXPECT_NE(said.find(L"规则“theirs”已被另一个程序修改，请刷新后重试。"), std::wstring::npos);
   EXPECT_NE(said.find(L"名称：CSI 500"), std::wstring::npos);
   EXPECT_NE(message().find(L"已被另一个程序修改"), std::wstring::npos);
   EXPECT_EQ(server_.names(), std::vector<std::wstring>{L"theirs"});
   // What was entered is not lost: the user saves it on top of what is there now.
-  save_as(L"CSI 500");
+  save_rule_as(L"CSI 500");
   EXPECT_EQ(server_.names(), std::vector<std::wstring>{L"CSI 500"});
 }
 

@@ -72,7 +72,6 @@ TEST(StoreLocation, ConnectionStringWithoutItsPrefixIsNoFile) {
     EXPECT_TRUE(said.starts_with(L"The name of the store holds a password")) << name;
     EXPECT_EQ(said.find(marker), std::wstring::npos) << name;
   }
-  choose_language(Language::chinese);
 }
 
 TEST(StoreLocation, ArgumentsAreShownWithoutConnectionStrings) {
@@ -110,7 +109,6 @@ TEST(StoreLocation, RefusedConnectionStringIsExplainedWithoutItsValues) {
     EXPECT_TRUE(said.starts_with(reason)) << text;
     EXPECT_EQ(said.find(marker), std::wstring::npos) << text;
   }
-  choose_language(Language::chinese);
 }
 
 /// A server that takes one password, in front of a driver in memory, which then says that there is no schema. The
@@ -216,7 +214,7 @@ TEST_F(PasswordTest, MissingPasswordIsAskedForUntilItIsRight) {
   EXPECT_FALSE(requests_[1].remembered);
 }
 
-TEST_F(PasswordTest, WrongPasswordOfTheDriversOwnMeansIsToldAndAnotherAskedFor) {
+TEST_F(PasswordTest, WrongPasswordOfTheDriversOwnMeansIsReportedAndAnotherAskedFor) {
   const wchar_t* said = L"FATAL:  password authentication failed for user \"anna\"";
   {
     const PasswordServer server(L"right", said);

@@ -35,7 +35,7 @@ TEST(StoreMessages, EveryKindOfRefusalHasAMessageOfItsOwnThatNamesItsSubject) {
   EXPECT_EQ(messages.size(), static_cast<size_t>(kinds));
 }
 
-TEST(StoreMessages, DuplicateOfWhichNobodySaidTheNameNamesNoStore) {
+TEST(StoreMessages, DuplicateWhoseNameIsNotKnownNamesNoStore) {
   const std::wstring said = store_message({StoreErrorKind::duplicate_name, L"", "detail"});
   EXPECT_EQ(said, text(IDS_STORE_DUPLICATE_NAMES));
   EXPECT_EQ(said.find(L'“'), std::wstring::npos);
