@@ -97,7 +97,7 @@ TEST_F(OwnedTest, MoveToItselfKeepsTheHandle) {
   EXPECT_TRUE(released.empty());
 }
 
-TEST_F(OwnedTest, OutPlaceReleasesTheOldHandleAndTakesTheNewOne) {
+TEST_F(OwnedTest, OutParameterReleasesTheOldHandleAndTakesTheNewOne) {
   {
     Number number(9);
     *number.put() = 10;
@@ -137,7 +137,7 @@ TEST_F(OwnedTest, FileThatCannotBeOpenedIsNone) {
 }
 
 TEST_F(OwnedTest, ModuleIsFreed) {
-  ASSERT_EQ(GetModuleHandleW(L"msimg32.dll"), nullptr) << "the test needs a system module that nobody holds";
+  ASSERT_EQ(GetModuleHandleW(L"msimg32.dll"), nullptr) << "the test needs a system module that is not loaded";
   {
     const LoadedModule module(LoadLibraryW(L"msimg32.dll"));
     EXPECT_TRUE(module);

@@ -27,7 +27,7 @@ class Initialisation : public testing::Test {
   long objects_before;
 };
 
-TEST_F(Initialisation, MakingAClientSendsNothing) {
+TEST_F(Initialisation, CreatingAClientSendsNothing) {
   SnagtrapClient client;
   EXPECT_FALSE(client.initialised());
   EXPECT_THAT(recorder.words(), IsEmpty());

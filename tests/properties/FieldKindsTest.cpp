@@ -177,7 +177,7 @@ TEST_F(FieldKinds, AnyFieldIsWrittenUnlessThereIsNone) {
   });
 }
 
-TEST_F(FieldKinds, OfANewRuleKeepNothingFromBeingMade) {
+TEST_F(FieldKinds, OfANewRuleKeepNothingFromBeingCreated) {
   for_each_kind([&] {
     for (const tagKVFIELDID id : rule_fields) {
       make_odd(id);

@@ -92,7 +92,7 @@ TEST_P(ContentStoreContract, CopyHoldsEverythingWithItsNumbers) {
   EXPECT_EQ(copy_without_changes(*store_), (StoreCopy{now.rules, now.settings, now.calendars, 3, 4}));
 }
 
-TEST_P(ContentStoreContract, EachChangeIsToldOnceAndARefusalNever) {
+TEST_P(ContentStoreContract, SubscribersHearOfEachChangeOnceAndOfNoRefusal) {
   int notified = 0;
   const StoreSubscription subscription = store_->subscribe([&] { ++notified; });
   const long number = store_->add_rule(sample_rule(L"gold")).number;

@@ -56,7 +56,7 @@ TEST(FailingRuleStore, ExactlyTheNthCallFailsAndChangesNothing) {
   EXPECT_EQ(failed, every.size());
 }
 
-TEST(FailingRuleStore, ChangesOfTheInnerStoreAreTold) {
+TEST(FailingRuleStore, SubscribersHearOfChangesOfTheInnerStore) {
   auto inner = std::make_shared<MemoryRuleStore>();
   FailingRuleStore store(inner, 0);
   int notified = 0;

@@ -194,7 +194,7 @@ TEST_F(SqliteRuleStore, NumbersAreNotReusedAfterReopening) {
   EXPECT_EQ(open()->add_setting(sample_setting(L"next", L"")).number, last_setting + 1);
 }
 
-TEST_F(SqliteRuleStore, MissingFoldersAreMadeAndAnyPathServes) {
+TEST_F(SqliteRuleStore, MissingFoldersAreCreatedAndAnyPathServes) {
   path_ = folder_.path() / L"到期 规则\u00E9" / L"deep" / L"100% rules;.db";
   open()->delete_rule(2);
   EXPECT_EQ(open()->load_rules().size(), 1u);
@@ -250,7 +250,7 @@ TEST_F(SqliteRuleStore, SchemaItselfKeepsNamesUniqueAndNumbersInRange) {
   EXPECT_EQ(raw.run("UPDATE closed_days SET Day = '5'"), SQLITE_CONSTRAINT_CHECK);
 }
 
-TEST_F(SqliteRuleStore, ChangeByAnotherProgramIsToldOnce) {
+TEST_F(SqliteRuleStore, SubscribersHearOfAChangeByAnotherProgramOnce) {
   const auto mine = open();
   const auto theirs = open();
   int notified = 0;

@@ -260,7 +260,7 @@ TEST_F(StoreFile, OldVersionThatCannotBeWrittenIsRefused) {
   EXPECT_EQ(refusal_kind([&] { open(); }), StoreErrorKind::read_only);
 }
 
-TEST_F(StoreFile, FileThatNobodyElseMayOpenIsReportedAsHeld) {
+TEST_F(StoreFile, FileThatNoOtherProgramMayOpenIsReportedAsHeld) {
   open();
   const base::FileHandle held = open_exclusively(path_, 0);
   EXPECT_EQ(refusal_kind([&] { open(); }), StoreErrorKind::locked);
