@@ -64,12 +64,13 @@ program() {
   [ "${lines[0]%% *}" != "${lines[1]%% *}" ]
 }
 
-# --- prepare ---
+# --- prepare: into the folder that the test names, whatever the user who runs the tests builds into ---
 
 # prepare_without_packages [SUDO]: as if nothing were installed, for a user who is not root and has no sudo, or one that
 # does the shell commands.
 prepare_without_packages() {
   local programs=$BATS_TEST_TMPDIR/programs name
+  local -x ZD_BUILD=
   mkdir "$programs"
   for name in bash dirname mktemp rm sort sed comm xargs echo env; do ln -s "$(type -P $name)" "$programs/"; done
   program "$programs/id" 'echo 1000'
@@ -118,6 +119,7 @@ needs() {
 # write what they are called with, at once: two of them run side by side.
 prepare_elsewhere() {
   local programs=$BATS_TEST_TMPDIR/elsewhere copy=$BATS_TEST_TMPDIR/copy name
+  local -x ZD_BUILD=${folder:-}
   rm -rf "$programs" "$copy"
   mkdir -p "$programs" "$copy/tools"
   cp "$tools"/{prepare,build-folder} "$copy/tools"
@@ -133,6 +135,7 @@ prepare_elsewhere() {
 # system that says what it is.
 prepare_with_apt() {
   local release=$BATS_TEST_TMPDIR/os-release name
+  local -x ZD_BUILD=
   printf '%s\n' "$1" >"$release"
   shift
   prepare_elsewhere "$@"
@@ -206,6 +209,7 @@ stubs() {
   mkdir -p "$tree"/{tools,programs}
   cp "$project"/{run,test} "$tree"
   cp "$tools"/{build-folder,two-sessions} "$tree/tools"
+  chmod -R u+w "$tree"
   unset ZD_BUILD
   # shellcheck disable=SC2016 # expanded by the programs
   {
@@ -276,7 +280,7 @@ stubs() {
 }
 
 @test "prepare and the Wine prefix keep to the folder that ZD_BUILD names" {
-  ZD_BUILD="$BATS_TEST_TMPDIR/out of tree" prepare_elsewhere "${needed_programs[@]}" x86_64-w64-mingw32-g++
+  folder="$BATS_TEST_TMPDIR/out of tree" prepare_elsewhere "${needed_programs[@]}" x86_64-w64-mingw32-g++
   expect "^cmake .*<-B> <$BATS_TEST_TMPDIR/out of tree/release>"
   # shellcheck disable=SC2016 # expanded by the other shell
   run env -u ZD_WINEPREFIX ZD_BUILD="$BATS_TEST_TMPDIR/out of tree" bash -c '. "$1/wine-environment"; echo "$WINEPREFIX"' - "$tools"
