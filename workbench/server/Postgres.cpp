@@ -325,7 +325,9 @@ void set_session_statements(ServerDialect& sql) {
 }
 
 void set_rule_statements(ServerDialect& sql) {
-  const std::wstring select_rules = L"SELECT RuleID, Revision, RuleName, " + rule_numbers + L" FROM {schema}.rules ";
+  // The work of the driver grows with the number of columns, so the numbers share one.
+  const std::wstring select_rules =
+      L"SELECT concat_ws(' ', RuleID, Revision, " + rule_numbers + L"), RuleName FROM {schema}.rules ";
   sql.select_rules = select_rules + L"ORDER BY RuleID";
   sql.select_rule = select_rules + L"WHERE RuleID = ?";
   std::wstring values = L"?";

@@ -37,8 +37,10 @@ struct ServerDialect {
   /// rows; table and key are null for a change without rows.
   std::wstring select_all_changes;
 
+  /// Gives the number, the revision and the numbers of `rule_columns` as one text, with a blank between each two, and
+  /// the name.
   std::wstring select_rules;
-  std::wstring select_rule;   ///< number
+  std::wstring select_rule;   ///< number; gives the same
   std::wstring insert_rule;   ///< name and numbers; gives the rule's number
   std::wstring update_rule;   ///< name and numbers, number, revision
   std::wstring delete_rule;   ///< number, revision

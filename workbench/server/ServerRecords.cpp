@@ -1,5 +1,9 @@
 #include "ServerRecords.h"
 
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <limits>
 #include <set>
 #include <span>
 
@@ -14,13 +18,47 @@ namespace workbench {
 
 namespace {
 
+/// The numbers of a rule: its own, its revision and those of `rule_columns`.
+using NumbersOfRule = std::array<std::int64_t, 2 + rule_columns.size()>;
+
+/// Their text in code units: each has at most a sign and 19 digits, and a blank after it.
+constexpr std::size_t longest_numbers = 21 * std::tuple_size_v<NumbersOfRule>;
+
+/// Reads the numbers from a text that holds them with a blank between each two and nothing else. Nothing if it does
+/// not.
+std::optional<NumbersOfRule> try_read_numbers(std::wstring_view text) {
+  std::array<char, longest_numbers> characters{};
+  if (text.size() > characters.size()) return std::nullopt;
+  std::ranges::transform(text, characters.begin(),
+                         [](wchar_t unit) { return unit < 0x80 ? static_cast<char>(unit) : '?'; });
+  const char* at = characters.data();
+  const char* const end = at + text.size();
+  NumbersOfRule numbers{};
+  for (std::int64_t& number : numbers) {
+    if (&number != numbers.data() && (at == end || *at++ != ' ')) return std::nullopt;
+    const auto [after, error] = std::from_chars(at, end, number);
+    if (error != std::errc()) return std::nullopt;
+    at = after;
+  }
+  if (at != end) return std::nullopt;
+  return numbers;
+}
+
 StoredRule read_rule(ServerSession& session, odbc::OdbcStatement& row) {
+  const std::optional<NumbersOfRule> numbers = try_read_numbers(row.text(0));
+  if (!numbers) session.fail(StoreErrorKind::damaged, "a rule does not have the numbers of a rule");
+  std::size_t index = 0;
+  const auto next = [&]<class Number>(Number least, Number greatest) {
+    const std::int64_t number = numbers->at(index++);
+    if (number < least || number > greatest)
+      session.fail(StoreErrorKind::damaged, "a number of a rule is " + std::to_string(number));
+    return static_cast<Number>(number);
+  };
   StoredRule stored;
-  stored.number = static_cast<long>(row.integer(0));
-  stored.revision = row.integer(1);
-  stored.rule.name = read_text(session, row, 2);
-  int index = 3;
-  for (const RuleColumn& column : rule_columns) stored.rule.*column.value = static_cast<long>(row.integer(index++));
+  stored.number = next(1L, std::numeric_limits<long>::max());
+  stored.revision = next(Revision{1}, std::numeric_limits<Revision>::max());
+  for (const RuleColumn& column : rule_columns) stored.rule.*column.value = next(column.least, column.greatest);
+  stored.rule.name = read_text(session, row, 1);
   return stored;
 }
 
@@ -99,9 +137,7 @@ void insert_settings(ServerSession& session, const std::vector<SymbolSourceSetti
 std::vector<StoredRule> select_rules(ServerSession& session) {
   std::vector<StoredRule> rules;
   odbc::OdbcStatement rows = session.prepare(session.sql().select_rules);
-  std::vector<std::size_t> columns{0, 0, longest_escaped_name};
-  columns.resize(columns.size() + rule_columns.size());
-  rows.fetch_in_blocks(columns).execute();
+  rows.fetch_in_blocks({longest_numbers, longest_escaped_name}).execute();
   while (rows.fetch()) rules.push_back(read_rule(session, rows));
   return rules;
 }

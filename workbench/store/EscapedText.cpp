@@ -52,10 +52,9 @@ std::wstring to_escaped_text(std::wstring_view text) {
   return result;
 }
 
-std::optional<std::wstring> from_escaped_text(std::wstring_view escaped) {
+std::optional<std::wstring> from_escaped_text(std::wstring escaped) {
   // Most names need no escapes.
-  if (std::ranges::all_of(escaped, [](wchar_t unit) { return is_printable(unit) && unit != L'\\'; }))
-    return std::wstring(escaped);
+  if (std::ranges::all_of(escaped, [](wchar_t unit) { return is_printable(unit) && unit != L'\\'; })) return escaped;
   std::wstring text;
   for (std::wstring_view left = escaped; !left.empty();) {
     if (left.front() != L'\\') {

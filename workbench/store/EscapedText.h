@@ -11,6 +11,6 @@ namespace workbench {
 std::wstring to_escaped_text(std::wstring_view text);
 
 /// The text of which this is the escaped form; nothing if it is that of no text.
-std::optional<std::wstring> from_escaped_text(std::wstring_view escaped);
+std::optional<std::wstring> from_escaped_text(std::wstring escaped);
 
 }  // namespace workbench

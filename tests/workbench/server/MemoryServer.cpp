@@ -27,10 +27,10 @@ Rule rule_of(const std::vector<std::wstring>& parameters) {
 
 constexpr std::size_t parameter_after_rule = 1 + rule_columns.size();
 
-test_support::MemoryOdbc::Row row_of(const StoredRule& stored) {
-  test_support::MemoryOdbc::Row row{std::to_wstring(stored.number), std::to_wstring(stored.revision), stored.rule.name};
-  for (const RuleColumn& column : rule_columns) row.emplace_back(std::to_wstring(stored.rule.*column.value));
-  return row;
+std::wstring numbers_of(const StoredRule& stored) {
+  std::wstring numbers = std::to_wstring(stored.number) + L' ' + std::to_wstring(stored.revision);
+  for (const RuleColumn& column : rule_columns) numbers += L' ' + std::to_wstring(stored.rule.*column.value);
+  return numbers;
 }
 
 }  // namespace
@@ -135,6 +135,9 @@ std::optional<std::vector<MemoryServer::Row>> MemoryServer::execute_on_rules(Con
                                                                              const Parameters& parameters) const {
   const ServerDialect& dialect = postgres();
   std::vector<Row> rows;
+  const auto row_of = [&](const StoredRule& stored) {
+    return Row{numbers_of_rules ? *numbers_of_rules : numbers_of(stored), stored.rule.name};
+  };
   if (is(sql, dialect.select_rules)) {
     for (const auto& [number, stored] : content.rules) rows.push_back(row_of(stored));
   } else if (is(sql, dialect.select_rule)) {

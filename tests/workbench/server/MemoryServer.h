@@ -27,6 +27,9 @@ class MemoryServer {
   int version() const;
   void set_version(int version);
 
+  /// What a damaged server gives as the numbers of every rule, null included; nothing: what they are.
+  std::optional<std::optional<std::wstring>> numbers_of_rules;
+
  private:
   using Row = test_support::MemoryOdbc::Row;
   using Parameters = std::vector<std::wstring>;

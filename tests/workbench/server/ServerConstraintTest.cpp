@@ -206,6 +206,15 @@ TEST_F(ServerConstraint, WhatNoClientCouldHaveStoredIsDamage) {
   schema_->run(L"ALTER TABLE calendars DROP CONSTRAINT calendars_firstday_check");
   schema_->run(L"UPDATE calendars SET FirstDay = '0001-01-01'");
   EXPECT_EQ(refusal_kind([&] { store_->load_calendars(); }), StoreErrorKind::damaged);
+  schema_->run(L"ALTER TABLE rules ALTER Weekday DROP NOT NULL, DROP CONSTRAINT rules_dayofmonth_check");
+  for (const wchar_t* set : {L"Weekday = NULL", L"Weekday = 0, DayOfMonth = 32"}) {
+    schema_->run(L"UPDATE rules SET " + std::wstring(set) + L" WHERE RuleID = 2");
+    EXPECT_EQ(refusal_kind([&] { store_->load_rules(); }), StoreErrorKind::damaged) << testing::PrintToString(set);
+    EXPECT_EQ(refusal_kind([&] { store_->try_load_rule(2); }), StoreErrorKind::damaged) << testing::PrintToString(set);
+    EXPECT_TRUE(store_->try_load_rule(1));
+  }
+  schema_->run(L"UPDATE rules SET DayOfMonth = 31 WHERE RuleID = 2");
+  EXPECT_EQ(store_->load_rules().size(), 2u);
   schema_->run(L"ALTER TABLE rules DROP CONSTRAINT rules_rulename_check");
   schema_->run(L"UPDATE rules SET RuleName = '\\' WHERE RuleID = 2");
   EXPECT_EQ(refusal_kind([&] { store_->load_rules(); }), StoreErrorKind::damaged);
