@@ -441,7 +441,8 @@ ServerDialect create_postgres() {
 }  // namespace
 
 const ServerDialect& postgres() {
-  static const ServerDialect dialect = create_postgres();
+  // Never destroyed, because a thread that was given up may still use it while the process ends.
+  static const ServerDialect& dialect = *new ServerDialect(create_postgres());
   return dialect;
 }
 
