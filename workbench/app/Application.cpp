@@ -4,7 +4,6 @@
 
 #include "LibrarySearch.h"
 #include "ModulePath.h"
-#include "ProgressDialog.h"
 #include "RecentStores.h"
 #include "ScopedFlag.h"
 #include "StoreMessages.h"
@@ -36,8 +35,9 @@ void Application::connect(OpenedStore opened) {
   store_ = std::move(opened.store);
   store_description_ = std::move(opened.description);
   schedule_commands_.reset();
-  shown_store_.emplace(store_, [this] { return progress_of_command(); });
-  plugin_store_ = std::make_shared<ProgressRuleStore>(store_, [this] { return progress_of_plugin_call(); });
+  const auto progress_of_call = [this] { return wait_for_file(store_description_); };
+  shown_store_.emplace(store_, progress_of_call);
+  plugin_store_ = std::make_shared<ProgressRuleStore>(store_, progress_of_call);
   schedule_commands_.emplace(*shown_store_, window_, file_dialogs_, [this](long number) { open_rule(number); });
   menu_ = std::make_shared<MainMenu>(GetMenu(window_.handle()), menus_after_those_of_plugins, targets_,
                                      [this] { DrawMenuBar(window_.handle()); });
@@ -48,17 +48,6 @@ void Application::connect(OpenedStore opened) {
   subscribe_to_store();
   refresh_panes();
   if (!opened.name.empty()) remember_store(opened.name);
-}
-
-schedule::Progress Application::progress_of_command() {
-  const auto dialog =
-      std::make_shared<ProgressDialog>(GetLastActivePopup(window_.handle()), ProgressDialog::Messages::own);
-  return [dialog](std::size_t done, std::size_t total) { return dialog->go_on(done, total); };
-}
-
-schedule::Progress Application::progress_of_plugin_call() {
-  const auto box = std::make_shared<WaitBox>(text(IDS_WAITING_FOR_FILE, {store_description_}));
-  return [box](std::size_t, std::size_t) { return box->go_on(); };
 }
 
 void Application::change_store(OpenedStore opened) {

@@ -43,8 +43,6 @@ class Application {
   MainWindowEvents events();
   /// Joins the store to the window. The plug-in is not loaded.
   void connect(OpenedStore opened);
-  schedule::Progress progress_of_command();
-  schedule::Progress progress_of_plugin_call();
   /// The same with a plug-in that is created again, so that nothing of the present store is left anywhere.
   void change_store(OpenedStore opened);
   /// Runs a command that may change the store, unless a dialog is open.

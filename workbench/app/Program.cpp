@@ -16,7 +16,6 @@
 #include "LibrarySearch.h"
 #include "PasswordDialog.h"
 #include "PasswordPrompt.h"
-#include "ProgressDialog.h"
 #include "RuleText.h"
 #include "StoreLocation.h"
 #include "StoreMessages.h"
@@ -24,6 +23,7 @@
 #include "Texts.h"
 #include "UiLanguage.h"
 #include "UserSettings.h"
+#include "WaitBox.h"
 #include "resource.h"
 
 namespace workbench {
@@ -59,10 +59,9 @@ bool print_rules(StoreLocation& location) {
 }
 
 OpenedStore open_in_window(StoreLocation& location) {
-  ProgressDialog dialog(nullptr, ProgressDialog::Messages::own);
   return open_store(location, {.first_content = first_content(),
                                .ask_password = [](const auto& request) { return ask_in_dialog(nullptr, request); },
-                               .progress = dialog.progress(),
+                               .progress = wait_for_file(location.description()),
                                .in_window = true});
 }
 

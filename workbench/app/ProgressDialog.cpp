@@ -35,7 +35,7 @@ bool ProgressDialog::go_on(std::size_t done, std::size_t total) {
 
 void ProgressDialog::dispatch_messages() {
   MSG message{};
-  while (!cancelled_ && PeekMessageW(&message, messages_ == Messages::own ? window_ : nullptr, 0, 0, PM_REMOVE)) {
+  while (!cancelled_ && PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
     if (IsDialogMessageW(window_, &message)) continue;
     TranslateMessage(&message);
     DispatchMessageW(&message);
@@ -47,7 +47,7 @@ void ProgressDialog::show() {
                                        reinterpret_cast<LPARAM>(this));
   if (!window_) return;
   SendDlgItemMessageW(window_, IDC_PROGRESS, PBM_SETRANGE32, 0, bar_steps);
-  owner_was_enabled_ = owner_ && !EnableWindow(owner_, FALSE);
+  owner_was_enabled_ = !EnableWindow(owner_, FALSE);
   ShowWindow(window_, SW_SHOW);
 }
 

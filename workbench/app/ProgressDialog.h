@@ -9,18 +9,14 @@
 namespace workbench {
 
 /// Shows the progress of long work on this thread once it has taken a second, and lets the user cancel it. Meanwhile
-/// the owner, if there is one, takes no input.
+/// the owner takes no input, and all other messages are dispatched, so the work is none that nothing may interrupt,
+/// such as a call of a store: that waits with a `WaitBox`.
 class ProgressDialog {
  public:
   /// How long work takes before it is shown.
   inline static ULONGLONG delay_ms = 1000;
 
-  /// Which messages are dispatched during the work: all, or only those of the dialog, for work that nothing else may
-  /// interrupt.
-  enum class Messages { all, own };
-
-  explicit ProgressDialog(HWND owner, Messages messages = Messages::all) noexcept
-      : owner_(owner), messages_(messages) {}
+  explicit ProgressDialog(HWND owner) noexcept : owner_(owner) {}
   ~ProgressDialog();
   ProgressDialog(const ProgressDialog&) = delete;
   ProgressDialog& operator=(const ProgressDialog&) = delete;
@@ -39,7 +35,6 @@ class ProgressDialog {
   void dispatch_messages();
 
   HWND owner_;
-  Messages messages_;
   HWND window_ = nullptr;
   bool owner_was_enabled_ = false;
   ULONGLONG began_ = GetTickCount64();

@@ -5,10 +5,10 @@
 #include "FirstContent.h"
 #include "OpenStoreDialog.h"
 #include "PasswordDialog.h"
-#include "ProgressDialog.h"
 #include "RecentStores.h"
 #include "StoreMessages.h"
 #include "Texts.h"
+#include "WaitBox.h"
 #include "resource.h"
 
 namespace workbench {
@@ -66,9 +66,9 @@ OpenedStore StoreChooser::open(const std::wstring& name) {
     return ask_in_dialog(GetLastActivePopup(window_.handle()), request);
   };
   const auto open_with_progress = [&] {
-    ProgressDialog dialog(GetLastActivePopup(window_.handle()), ProgressDialog::Messages::own);
-    opening.progress = dialog.progress();
-    return open_store(*location, opening);
+    StoreOpening waiting = opening;
+    waiting.progress = wait_for_file(location->description());
+    return open_store(*location, waiting);
   };
   try {
     return open_with_progress();

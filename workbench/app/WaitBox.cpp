@@ -2,11 +2,13 @@
 
 #include <algorithm>
 #include <array>
+#include <memory>
 #include <string_view>
 #include <utility>
 
 #include "MainWindow.h"
 #include "ModulePath.h"
+#include "Texts.h"
 #include "UiLanguage.h"
 #include "resource.h"
 
@@ -102,6 +104,11 @@ void WaitBox::fill(HWND window) noexcept {
   if (!GetWindowRect(frame_ ? frame_ : GetDesktopWindow(), &frame) || !GetWindowRect(window, &box)) return;
   SetWindowPos(window, HWND_TOPMOST, (frame.left + frame.right - (box.right - box.left)) / 2,
                (frame.top + frame.bottom - (box.bottom - box.top)) / 2, 0, 0, SWP_NOSIZE);
+}
+
+schedule::Progress wait_for_file(const std::wstring& store) {
+  const auto box = std::make_shared<WaitBox>(text(IDS_WAITING_FOR_FILE, {store}));
+  return [box](std::size_t, std::size_t) { return box->go_on(); };
 }
 
 void drop_input(DWORD until) noexcept {

@@ -6,6 +6,7 @@
 #include <thread>
 
 #include "Owned.h"
+#include "Progress.h"
 #include "ServerRuleStore.h"
 
 namespace workbench {
@@ -45,6 +46,10 @@ class WaitBox final : public ServerWait {
   base::KernelHandle closing_{CreateEventW(nullptr, TRUE, FALSE, nullptr)};
   std::thread box_;
 };
+
+/// The progress of a call of a store in a file, which another program may hold: it waits with a `WaitBox` that names
+/// the store. The box is closed when the last copy of the function is destroyed.
+schedule::Progress wait_for_file(const std::wstring& store);
 
 /// Drops what the user has typed and clicked on this thread until this time, as `GetTickCount` counts it. What other
 /// threads post is left alone, and what they send is received.

@@ -1,5 +1,8 @@
 // A call of the store that takes long shows its progress in the window and can be cancelled, and nothing else happens
 // meanwhile.
+#include <thread>
+#include <utility>
+
 #include "ComPtr.h"
 #include "Desktop.h"
 #include "HostStorage.h"
@@ -18,23 +21,12 @@ namespace {
 using test_support::click;
 using test_support::DialogDriver;
 
-BOOL CALLBACK find_progress(HWND window, LPARAM found) noexcept {
-  if (GetDlgItem(window, IDC_PROGRESS)) *reinterpret_cast<HWND*>(found) = window;
-  return TRUE;
-}
-
-/// The dialog that shows the progress; null if there is none.
-HWND shown_progress() {
-  HWND shown = nullptr;
-  EnumThreadWindows(GetCurrentThreadId(), &find_progress, reinterpret_cast<LPARAM>(&shown));
-  return shown;
-}
-
 /// A store that is held by another program until the user cancels the progress that is shown for it.
 class HeldStore final : public MemoryRuleStore {
  public:
   bool is_held = false;
   int cancelled = 0;
+  std::function<bool()> may_cancel = [] { return true; };  ///< whether the user cancels now
 
   void set_progress(const schedule::Progress& progress) override { progress_ = progress; }
   std::vector<StoredRule> load_rules() override {
@@ -66,7 +58,7 @@ class HeldStore final : public MemoryRuleStore {
       while (GetTickCount64() < end) {
         schedule::advance(progress_, 1, 4);
         HWND box = shown_wait_box();
-        if (HWND shown = box ? box : shown_progress()) PostMessageW(shown, WM_COMMAND, IDCANCEL, 0);
+        if (box && may_cancel()) PostMessageW(box, WM_COMMAND, IDCANCEL, 0);
         Sleep(60);
       }
     } catch (const schedule::Cancelled&) {
@@ -88,20 +80,20 @@ class HeldStoreTest : public ScheduleTest {
     store_ = held_;
     chosen_file_ = folder_.path() / L"file.csv";
   }
-  ~HeldStoreTest() override { ProgressDialog::delay_ms = WaitBox::delay_ms = usual_delay_; }
+  ~HeldStoreTest() override { WaitBox::delay_ms = usual_delay_; }
 
   /// Runs `work` while the store is held. Returns how often the user cancelled.
   int cancel_while_held(const std::function<void()>& work) {
     held_->cancelled = 0;
     held_->is_held = true;
-    ProgressDialog::delay_ms = WaitBox::delay_ms = 0;
+    WaitBox::delay_ms = 0;
     work();
-    ProgressDialog::delay_ms = WaitBox::delay_ms = usual_delay_;
+    WaitBox::delay_ms = usual_delay_;
     held_->is_held = false;
     return held_->cancelled;
   }
 
-  const ULONGLONG usual_delay_ = ProgressDialog::delay_ms;
+  const ULONGLONG usual_delay_ = WaitBox::delay_ms;
   test_support::TemporaryFolder folder_;
   std::shared_ptr<HeldStore> held_ = std::make_shared<HeldStore>();
 };
@@ -116,6 +108,25 @@ TEST_F(HeldStoreTest, RefreshKeepsThePanes) {
   EXPECT_TRUE(IsWindowEnabled(window()));
   test_support::pump_messages();
   EXPECT_EQ(message(), text(IDS_REFRESHED));
+}
+
+TEST_F(HeldStoreTest, WhatAnotherThreadSendsWaitsForTheEndOfTheCall) {
+  start_at_2026();
+  std::jthread sender;
+  ULONGLONG sent = 0;
+  held_->may_cancel = [&] {
+    if (sent == 0) {
+      sent = GetTickCount64();
+      sender = std::jthread([window = window()] { SendMessageW(window, WM_COMMAND, IDM_REFRESH, 0); });
+    }
+    return GetTickCount64() - sent >= 500;
+  };
+  EXPECT_EQ(cancel_while_held([&] { press(IDM_REFRESH); }), 1);
+  EXPECT_EQ(message(), text(IDS_CANCELLED));
+  EXPECT_TRUE(test_support::within_seconds(10, [&] {
+    test_support::pump_messages();
+    return message() == text(IDS_REFRESHED);
+  }));
 }
 
 TEST_F(HeldStoreTest, CancelledSaveOfASettingKeepsWhatWasEntered) {
@@ -144,11 +155,11 @@ TEST_F(HeldStoreTest, CancelledImportOfACalendarChangesNothing) {
   ASSERT_TRUE(try_write_file(*chosen_file_, "# name: sample\n# from: 2025-01-01\n# to: 2026-12-31\ndate\n"));
   test_support::with_dialog([&] { press(IDM_IMPORT_CALENDAR); },
                             [&](HWND dialog) {
-                              ProgressDialog::delay_ms = 0;
+                              WaitBox::delay_ms = 0;
                               held_->is_held = true;
                               click(dialog, IDOK);
                             });
-  ProgressDialog::delay_ms = usual_delay_;
+  WaitBox::delay_ms = usual_delay_;
   EXPECT_EQ(held_->cancelled, 1);
   EXPECT_EQ(message(), text(IDS_CANCELLED));
   EXPECT_EQ(store_->load_calendars().front().calendar.closed.size(), 1u);
@@ -169,26 +180,16 @@ TEST_F(HeldStoreTest, UserGivesUpACallOfThePluginAndReadsWhatWasNotSaved) {
   EXPECT_EQ(store_->load_rules().front().rule.name, L"CSI 300");
 }
 
-TEST_F(HeldStoreTest, ProgressWithoutOwnerIsShownAndCancelled) {
-  ProgressDialog::delay_ms = 0;
-  ProgressDialog progress(nullptr, ProgressDialog::Messages::own);
-  EXPECT_TRUE(progress.go_on(0, 1));
-  HWND shown = shown_progress();
-  ASSERT_TRUE(shown);
-  EXPECT_TRUE(IsWindowVisible(shown));
-  PostMessageW(shown, WM_COMMAND, IDCANCEL, 0);
-  EXPECT_TRUE(test_support::within_seconds(20, [&] { return !progress.go_on(0, 1); }));
-}
-
 TEST_F(HeldStoreTest, OwnerThatTookNoInputBeforeTakesNoneAfterwards) {
   start_at_2026();
-  ProgressDialog::delay_ms = 0;
+  const ULONGLONG usual_delay = std::exchange(ProgressDialog::delay_ms, 0);
   EnableWindow(window(), FALSE);
   {
     ProgressDialog progress(window());
     progress.go_on(0, 1);
     EXPECT_NE(GetLastActivePopup(window()), window());
   }
+  ProgressDialog::delay_ms = usual_delay;
   EXPECT_FALSE(IsWindowEnabled(window())) << "a dialog of the plug-in may be open";
 }
 

@@ -1,7 +1,13 @@
+#include <atomic>
+#include <thread>
+
 #include "ApplicationTest.h"
+#include "FaultyOdbc.h"
 #include "MemoryServer.h"
 #include "ServerRuleStore.h"
+#include "Texts.h"
 #include "WaitBox.h"
+#include "WithinSeconds.h"
 
 namespace workbench {
 namespace {
@@ -19,11 +25,25 @@ class SharedServerTest : public ApplicationTest {
   ~SharedServerTest() override { application_.reset(); }
 
   std::unique_ptr<RuleStore> open(ServerStoreOptions settings = {}) const {
-    settings.api = &server_.api();
+    settings.api = &odbc_.api();
     return open_server_store(odbc::ConnectionString(L"Server=desk"), settings);
   }
 
+  /// A message that another program sends to a window and waits for.
+  struct SentMessage {
+    UINT message;
+    WPARAM wparam;
+    std::atomic<int> received = 0;
+
+    static LRESULT CALLBACK count(HWND window, UINT message, WPARAM wparam, LPARAM lparam, UINT_PTR, DWORD_PTR data) {
+      auto& sent = *reinterpret_cast<SentMessage*>(data);
+      if (message == sent.message && wparam == sent.wparam && lparam == 0) ++sent.received;
+      return DefSubclassProc(window, message, wparam, lparam);
+    }
+  };
+
   MemoryServer server_;
+  test_support::FaultyOdbc odbc_{server_.api()};
   std::unique_ptr<RuleStore> theirs_ = open();
 };
 
@@ -43,6 +63,37 @@ TEST_F(SharedServerTest, WhoWasOvertakenReadsSoAndKeepsWhatHeEntered) {
   // What was entered is not lost: the user saves it on top of what is there now.
   save_rule_as(L"CSI 500");
   EXPECT_EQ(server_.names(), std::vector<std::wstring>{L"CSI 500"});
+}
+
+TEST_F(SharedServerTest, WhatIsSentToTheEditorDoesNotReachItWhileItsSaveWaits) {
+  SentMessage messages[] = {
+      {WM_COMMAND, IDOK}, {WM_COMMAND, IDCANCEL}, {WM_CLOSE, 0}, {RegisterWindowMessageW(L"WMU_RESIZESUPPORT"), 0}};
+  std::vector<std::jthread> senders;
+  WaitBox::delay_ms = 50;
+  save_rule_as(L"CSI 500", [&] {
+    HWND editor = GetLastActivePopup(window());
+    ASSERT_TRUE(GetDlgItem(editor, IDOK));
+    odbc_.fail_call(1, "08S01", {.reaches = true, .is_silent = true});
+    for (SentMessage& sent : messages) {
+      SetWindowSubclass(editor, &SentMessage::count, sent.message + sent.wparam, reinterpret_cast<DWORD_PTR>(&sent));
+      senders.emplace_back([&sent, editor] {
+        test_support::within_seconds(10, [] { return shown_wait_box() != nullptr; });
+        SendMessageW(editor, sent.message, sent.wparam, 0);
+      });
+    }
+    senders.emplace_back([&] {
+      EXPECT_TRUE(test_support::within_seconds(10, [] { return shown_wait_box() != nullptr; }));
+      Sleep(500);
+      for (const SentMessage& sent : messages) EXPECT_EQ(sent.received, 0) << "the plug-in is in its call";
+      odbc_.end_silence();
+    });
+  });
+  senders.clear();
+  WaitBox::delay_ms = 1000;
+  EXPECT_EQ(server_.names(), std::vector<std::wstring>{L"CSI 500"});
+  EXPECT_EQ(server_.revision(1), 2) << "it is saved once";
+  test_support::pump_messages();
+  EXPECT_EQ(message(), L"插件已加载") << "nothing was refused";
 }
 
 }  // namespace

@@ -38,10 +38,14 @@ struct FaultyCalls {
   }
 
   static SQLRETURN SQL_API allocate_handle(SQLSMALLINT type, SQLHANDLE parent, SQLHANDLE* handle) {
-    if (faulty->is_chosen()) return faulty->fail([] { return SQLRETURN{SQL_ERROR}; });
-    const SQLRETURN code = faulty->next_.allocate_handle(type, parent, handle);
-    if (SQL_SUCCEEDED(code)) ++faulty->live_handles_;
-    return code;
+    const auto next = [&] {
+      const SQLRETURN code = faulty->next_.allocate_handle(type, parent, handle);
+      if (SQL_SUCCEEDED(code)) ++faulty->live_handles_;
+      return code;
+    };
+    // Nobody would release a handle whose allocation seems to have failed.
+    const auto fail_late = [&] { return faulty->fault_.is_silent ? next() : SQLRETURN{SQL_ERROR}; };
+    return faulty->is_chosen() ? faulty->fail(fail_late) : next();
   }
 
   static SQLRETURN SQL_API free_handle(SQLSMALLINT type, SQLHANDLE handle) {
