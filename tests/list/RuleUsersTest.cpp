@@ -133,28 +133,6 @@ TEST_F(RuleUsers, NumberWhereANameShouldBeIsReported) {
   EXPECT_THAT(reports(), ElementsAre("ASSERT 80020005 | Some.cpp:1 f"));
 }
 
-TEST_F(RuleUsers, MissingServiceIsFetchedOnceAndKept) {
-  host.settings() = {{L"a", L"IF"}};
-  block.symbol_sources = nullptr;
-  host.record_queries(true);
-  EXPECT_TRUE(find_users());
-  EXPECT_TRUE(block.symbol_sources);
-  EXPECT_TRUE(find_users());
-  EXPECT_THAT(host.calls().all("kvStorage::QueryInterface"),
-              ElementsAre("kvStorage::QueryInterface(IkvSymbolSourceService)"));
-  host.record_queries(false);
-}
-
-TEST_F(RuleUsers, ServiceThatTheStorageDoesNotHaveIsReported) {
-  host.settings() = {{L"a", L"IF"}};
-  block.symbol_sources = nullptr;
-  host.record_queries(true);
-  host.calls().fail("kvStorage::QueryInterface(IkvSymbolSourceService)", {E_NOINTERFACE, Fault::Out::null});
-  EXPECT_FALSE(find_users());
-  EXPECT_THAT(reports(), ElementsAre(caught(E_POINTER)));
-  host.record_queries(false);
-}
-
 TEST_F(RuleUsers, TableThatCannotBeCreatedIsReported) {
   host.settings() = {{L"a", L"IF"}};
   for (const HRESULT failure : failures) {
