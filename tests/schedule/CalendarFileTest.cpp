@@ -83,11 +83,8 @@ TEST(CalendarFile, EachMistakeIsReportedWithItsLineAndWhatWasExpected) {
 }
 
 TEST(CalendarFile, Utf16IsRefusedWithTheRightMessage) {
-  for (const bool marked : {false, true}) {
-    std::string text = marked ? "\xFF\xFE" : "";
-    for (const char unit : good) text.append(1, unit).append(1, '\0');
-    EXPECT_EQ(messages(text), "f.csv:1: expected UTF-8: save as UTF-8\n") << marked;
-  }
+  for (const std::string mark : {"", "\xFF\xFE"})
+    EXPECT_EQ(messages(mark + utf16(good)), "f.csv:1: expected UTF-8: save as UTF-8\n") << mark.size();
 }
 
 TEST(CalendarFile, MissingKeysAreNamed) {

@@ -17,7 +17,7 @@ class Cancellation : public CommandTest, public testing::WithParamInterface<Comm
   Cancellation() {
     files_ = {
         {"rules.csv", rule_columns + "\nCSI 300,0,0,1,1,1,3,5,1,1\ncopper,0,0,0,16,1,1,1,1,1\n"},
-        {"settings.csv", "SettingName,RuleName,Calendar,Months,LastTradingDay\nIF,copper,test,,\nnew,copper,,,\n"},
+        {"settings.csv", setting_columns + "\nIF,copper,test,,\nnew,copper,,,\n"},
         {"all.json", R"({"settings": [{"SettingName": "s", "RuleName": "", "Calendar": "", "Months": "",)"
                      R"( "LastTradingDay": ""}]})"},
         {"list.csv", "rule,contract,date\nCSI 300,2026-01,2026-01-16\ncopper,2026-01,2026-01-16\n"},
@@ -48,6 +48,7 @@ std::vector<Command> commands() {
           {"schedule_json", all("json")},
           {"schedule_events", all("ics")},
           {"schedule_page", all("html")},
+          {"schedule_settings", {"--store", "s", "--schedule-all"}},
           {"check", {"--store", "s", "--check", "list.csv"}},
           {"check_with_a_file", {"--rules", "rules.csv", "--check", "list.csv", "--calendar", "calendar.csv"}},
           {"schedule_with_a_file", {"--rules", "rules.csv", "--schedule-all", "--calendar", "calendar.csv"}},

@@ -44,9 +44,6 @@ TEST_F(Commands, ScheduleGivesMonthsFromThisMonthOn) {
             "rule,setting,contract,specified,expiration,roll,flags\r\n"
             "CSI 300,,2026-01,2026-01-16,2026-01-16,2026-01-16,\r\n"
             "CSI 300,,2026-02,2026-02-20,2026-02-24,2026-02-24,moved\r\n");
-  EXPECT_EQ(run(schedule_csi).data.substr(0, output.data.size()), output.data);
-  const std::string twelve = run(schedule_csi).data;
-  EXPECT_EQ(std::ranges::count(twelve, '\n'), 13);
 }
 
 TEST_F(Commands, ScheduleTakesTodayFromAndEstimates) {
@@ -91,21 +88,18 @@ TEST_F(Commands, MonthsMayLeadBeyond2199) {
   EXPECT_EQ(run(schedule_csi + std::vector<std::string>{"--from", "2199-12", "--months", "1200"}).exit_code, done);
 }
 
-TEST_F(Commands, CalendarMayBeAFile) {
-  files_["my.csv"] = "# name: mine\n# from: 2026-01-01\n# to: 2026-01-31\ndate\n2026-01-16\n";
-  const std::vector<std::string> command{"--rules", "rules.csv", "--schedule", "CSI 300", "--calendar", "my.csv"};
-  EXPECT_NE(run(command).data.find("2026-01-19"), std::string::npos);
-  files_["my.csv"] += "x\n";
-  EXPECT_EQ(outcome(command), "3|my.csv:6: expected a day like 2026-01-16, from 1900 to 2199; found \"x\"");
-  EXPECT_EQ(run(command).data, "");
-}
-
-TEST_F(Commands, NameWithASeparatorIsAFile) {
-  for (const char* file : {"calendars/mine", "calendars\\mine"}) {
-    files_[file] = "# name: mine\n# from: 2026-01-01\n# to: 2026-01-31\ndate\n2026-01-16\n";
-    const std::vector<std::string> command{"--rules", "rules.csv", "--schedule", "CSI 300", "--calendar", file};
-    EXPECT_NE(run(command).data.find("2026-01-19"), std::string::npos) << file;
+TEST_F(Commands, CalendarWithAnEndingOrASeparatorIsAFile) {
+  const std::string mine = "# name: mine\n# from: 2026-01-01\n# to: 2026-01-31\ndate\n2026-01-16\n";
+  const auto command = [](const char* file) {
+    return std::vector<std::string>{"--rules", "rules.csv", "--schedule", "CSI 300", "--calendar", file};
+  };
+  for (const char* file : {"my.csv", "my.CSV", "calendars/mine", "calendars\\mine"}) {
+    files_[file] = mine;
+    EXPECT_NE(run(command(file)).data.find("2026-01-19"), std::string::npos) << file;
   }
+  files_["my.csv"] += "x\n";
+  EXPECT_EQ(outcome(command("my.csv")), "3|my.csv:6: expected a day like 2026-01-16, from 1900 to 2199; found \"x\"");
+  EXPECT_EQ(run(command("my.csv")).data, "");
 }
 
 TEST_F(Commands, TableOfTwelveMonthsFromThisOneIsTheDefault) {
@@ -244,9 +238,6 @@ TEST_F(Commands, ScheduleLeavesOutASettingWhoseCalendarDoesNotExistAndGoesOn) {
 }
 
 TEST_F(Commands, EndingsOfFilesAreTheSameInUpperCase) {
-  files_["my.CSV"] = "# name: mine\n# from: 2026-01-01\n# to: 2026-01-31\ndate\n2026-01-16\n";
-  EXPECT_NE(run({"--rules", "rules.csv", "--schedule", "CSI 300", "--calendar", "my.CSV"}).data.find("2026-01-19"),
-            std::string::npos);
   input_.rules = {{"r", on_day(15)}};
   EXPECT_EQ(run({"--store", "s", "--export", "all.JSON"}).file.value().front(), '{');
   EXPECT_EQ(run({"--store", "s", "--export", "all.Csv"}).file.value().front(), 'R');

@@ -28,10 +28,8 @@ struct FileKind {
 
 void PrintTo(const FileKind& kind, std::ostream* stream) { *stream << kind.name; }
 
-std::string utf16(const std::string& ascii, bool big_endian) {
-  std::string bytes = big_endian ? "\xFE\xFF" : "\xFF\xFE";
-  for (const char unit : ascii) bytes.append(big_endian ? 1 : 0, '\0').append(1, unit).append(big_endian ? 0 : 1, '\0');
-  return bytes;
+std::string marked_utf16(const std::string& ascii, bool big_endian) {
+  return (big_endian ? "\xFE\xFF" : "\xFF\xFE") + utf16(ascii, big_endian);
 }
 
 template <class Item>
@@ -62,8 +60,7 @@ std::vector<Mistake> reread(const CalendarReading& reading) {
 }
 
 const std::string rules = rule_columns + "\r\nCSI 300,0,0,1,1,1,3,5,1,1\r\n\"a \"\"b\"\"\",3,0,0,25,0,1,1,1,0\r\n";
-const std::string settings =
-    "SettingName,RuleName,Calendar,Months,LastTradingDay\nIF,CSI 300,china-futures,HMUZ,roll\n\"CL\",,,,expiration\n";
+const std::string settings = setting_columns + "\nIF,CSI 300,china-futures,HMUZ,roll\n\"CL\",,,,expiration\n";
 
 std::string separated_by_tabs(std::string text) {
   std::ranges::replace(text, ',', '\t');
@@ -87,12 +84,12 @@ std::vector<FileKind> file_kinds() {
   return {
       {"rules", rules, rules_csv},
       {"rules_separated_by_tabs", separated_by_tabs(rules), rules_csv, false, '\t'},
-      {"rules_in_utf16", utf16(rules, false), rules_csv},
+      {"rules_in_utf16", marked_utf16(rules, false), rules_csv},
       {"settings", settings, settings_csv},
       {"settings_separated_by_tabs", separated_by_tabs(settings), settings_csv, false, '\t'},
       {"json", json(), records_json, true},
-      {"json_in_utf16", utf16(json(), false), records_json, true},
-      {"json_in_utf16_big_endian", utf16(json(), true), records_json, true},
+      {"json_in_utf16", marked_utf16(json(), false), records_json, true},
+      {"json_in_utf16_big_endian", marked_utf16(json(), true), records_json, true},
       {"dates", "contract,date\n2026-02,2026-02-20\nCLF26,2025-12-19\n",
        [](const std::string& bytes) { return read_date_list(bytes).mistakes; }},
       {"dates_of_rules", "rule,contract,date\r\nCSI 300,IF2601,2026-01-16\r\n\"a \"\"b\"\"\",202602,2025-12-19\r\n",

@@ -112,10 +112,8 @@ TEST(ICalendar, FileWithoutEventsIsRefused) {
 TEST(ICalendar, Utf16IsRecognisedAndRefused) {
   for (const bool big_endian : {false, true}) {
     for (const bool marked : {false, true}) {
-      std::string bytes;
-      if (marked) bytes = big_endian ? "\xFE\xFF" : "\xFF\xFE";
-      for (const char unit : good_events)
-        bytes.append(big_endian ? 1 : 0, '\0').append(1, unit).append(big_endian ? 0 : 1, '\0');
+      const std::string mark = big_endian ? "\xFE\xFF" : "\xFF\xFE";
+      const std::string bytes = (marked ? mark : "") + utf16(good_events, big_endian);
       EXPECT_TRUE(is_icalendar(bytes)) << big_endian << marked;
       EXPECT_EQ(event_mistakes(bytes), "f.ics:1: expected UTF-8: save as UTF-8\n") << big_endian << marked;
     }

@@ -115,8 +115,7 @@ TEST(RuleFiles, MistakesInCsvAreReportedWithTheirLines) {
             "f:3: expected a whole number of 32 bits as DayType, found \"2147483648\"\n"
             "f:3: expected a whole number of 32 bits as DayMode, found \"\"\n"
             "f:3: expected a whole number of 32 bits as MoveToNextTradingDay, found \" 0\"\n");
-  EXPECT_EQ(messages_of(
-                read_settings_csv("SettingName,RuleName,Calendar,Months,LastTradingDay\ns,r,a/b,MH,never\n").mistakes),
+  EXPECT_EQ(messages_of(read_settings_csv(setting_columns + "\ns,r,a/b,MH,never\n").mistakes),
             "f:2: expected a name of 1 to 255 characters that is not the name of a file, found \"a/b\"\n"
             "f:2: expected ascending letters of delivery months like HMUZ, or none; found \"MH\"\n"
             "f:2: expected \"roll\" or \"expiration\", found \"never\"\n");
@@ -152,7 +151,7 @@ TEST(RuleFiles, MistakesInJsonAreReportedWithTheirLines) {
 TEST(RuleFiles, NamesHaveTheLengthThatAStoreKeeps) {
   EXPECT_EQ(utf16_length("a\xE6\xB2\xAA\xF0\x9F\x98\x80" + lone_surrogate), 5U);
   const std::string longest(255, 'x');
-  const std::string columns = "SettingName,RuleName,Calendar,Months,LastTradingDay\n";
+  const std::string columns = setting_columns + "\n";
   EXPECT_EQ(messages_of(read_settings_csv(columns + longest + ",,,,\n").mistakes), "");
   EXPECT_EQ(read_settings_csv(columns + longest + "x,,,,\n").mistakes.size(), 1U);
 }
@@ -189,8 +188,7 @@ TEST(ImportPlan, RefusesRepeatedNamesAndValuesThatNoStoreKeeps) {
 
 TEST(ImportPlan, SettingsReplaceTheWholeList) {
   const std::vector<NamedSetting> stored{{"IF", "a"}, {"IF", "b"}, {"CL", "c"}};
-  const RuleFile file =
-      read_settings_csv("SettingName,RuleName,Calendar,Months,LastTradingDay\nIF,a,,,\nIF,x,,,\nIF,y,,,\n");
+  const RuleFile file = read_settings_csv(setting_columns + "\nIF,a,,,\nIF,x,,,\nIF,y,,,\n");
   const ImportPlan plan = plan_import(file, {.settings = stored});
   ASSERT_TRUE(plan.settings.has_value());
   ASSERT_EQ(plan.settings->size(), 3U);
@@ -201,8 +199,7 @@ TEST(ImportPlan, SettingsReplaceTheWholeList) {
 }
 
 TEST(ImportPlan, WarnsOfSettingsThatNameWhatDoesNotExist) {
-  const std::string text =
-      "SettingName,RuleName,Calendar,Months,LastTradingDay\na,stored,test,,\nb,none,,,\nc,,moon,,\nd,new,,,\n";
+  const std::string text = setting_columns + "\na,stored,test,,\nb,none,,,\nc,,moon,,\nd,new,,,\n";
   RuleFile file = read_settings_csv(text);
   file.rules = {{7, {"new", on_day(1)}}};
   const std::vector<NamedRule> stored{{"stored", on_day(1)}};

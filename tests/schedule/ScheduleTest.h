@@ -25,6 +25,16 @@ inline std::string text_of(const ContractDay& day) { return day.date ? to_text(*
 inline const std::string rule_columns =
     "RuleName,RollOffset,DayType,DayMode,DayOfMonth,DayMonth,WeekOrdinal,Weekday,WeekdayMonth,MoveToNextTradingDay";
 
+/// The columns of a file of settings.
+inline const std::string setting_columns = "SettingName,RuleName,Calendar,Months,LastTradingDay";
+
+/// ASCII as UTF-16, without a byte order mark.
+inline std::string utf16(std::string_view ascii, bool big_endian = false) {
+  std::string bytes;
+  for (const char unit : ascii) bytes.append(big_endian ? 1 : 0, '\0').append(1, unit).append(big_endian ? 0 : 1, '\0');
+  return bytes;
+}
+
 /// The messages about a file of this name, a line each.
 inline std::string messages_of(const std::vector<Mistake>& mistakes, const char* file = "f") {
   std::string lines;

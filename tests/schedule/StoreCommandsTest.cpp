@@ -6,6 +6,12 @@ namespace {
 
 const std::string rule_columns_line = rule_columns + "\r\n";
 
+/// The file of the store's calendar "test", which knows the days up to 2026-03-31, with another last day.
+std::string calendar_known_to(const std::string& last) {
+  return "# name: test\n# title: 测试\n# from: 2026-01-01\n# to: " + last +
+         "\ndate,reason\n2026-01-15,closed\n2026-02-16,\n";
+}
+
 class StoreCommands : public CommandTest {
  protected:
   StoreCommands() {
@@ -81,9 +87,7 @@ TEST_F(StoreCommands, UnchangedImportChangesNothing) {
 
 TEST_F(StoreCommands, NewStoreIsCreatedByAnImportThatChangesNothing) {
   files_["rules.csv"] = rule_columns_line + "copper,0,0,0,15,1,1,1,1,1\r\n";
-  files_["c.csv"] =
-      "# name: test\n# title: 测试\n# from: 2026-01-01\n# to: "
-      "2026-03-31\ndate,reason\n2026-01-15,closed\n2026-02-16,\n";
+  files_["c.csv"] = calendar_known_to("2026-03-31");
   input_.store_is_new = true;
   const CommandOutput output = run({"--import", "rules.csv"});
   EXPECT_EQ(messages(output), "0 added, 0 changed, 1 left alone, 0 removed, 0 refused");
@@ -104,9 +108,9 @@ TEST_F(StoreCommands, FileWithoutAnyRecordCannotBeUsed) {
 }
 
 TEST_F(StoreCommands, SettingsReplaceTheWholeList) {
-  files_["settings.csv"] =
-      "SettingName,RuleName,Calendar,Months,LastTradingDay\r\nIF,CSI 300,other,,roll\r\nnew,copper,,,roll\r\n"
-      "CU,copper,test,,roll\r\n";
+  files_["settings.csv"] = setting_columns +
+                           "\r\nIF,CSI 300,other,,roll\r\nnew,copper,,,roll\r\n"
+                           "CU,copper,test,,roll\r\n";
   const CommandOutput output = run({"--import", "settings.csv", "--what", "settings"});
   EXPECT_EQ(output.exit_code, done);
   EXPECT_EQ(output.data,
@@ -120,8 +124,7 @@ TEST_F(StoreCommands, SettingsReplaceTheWholeList) {
 
 TEST_F(StoreCommands, AnotherOrderOfTheSettingsIsAnotherList) {
   input_.settings.resize(2);
-  files_["settings.csv"] =
-      "SettingName,RuleName,Calendar,Months,LastTradingDay\r\nCU,copper,test,,roll\r\nIF,CSI 300,test,HMUZ,roll\r\n";
+  files_["settings.csv"] = setting_columns + "\r\nCU,copper,test,,roll\r\nIF,CSI 300,test,HMUZ,roll\r\n";
   const CommandOutput output = run({"--import", "settings.csv", "--what", "settings"});
   EXPECT_EQ(output.data, "line,what,name,action\r\n2,setting,CU,leave\r\n3,setting,IF,leave\r\n");
   ASSERT_TRUE(output.change && output.change->settings);
@@ -199,9 +202,7 @@ TEST_F(StoreCommands, ImportedCalendarShowsTheDaysAndTheDatesThatChange) {
 }
 
 TEST_F(StoreCommands, LongerCalendarMakesDatesKnown) {
-  files_["c.csv"] =
-      "# name: test\n# title: 测试\n# from: 2026-01-01\n# to: "
-      "2026-04-30\ndate,reason\n2026-01-15,closed\n2026-02-16,\n";
+  files_["c.csv"] = calendar_known_to("2026-04-30");
   const CommandOutput output = run({"--import-calendar", "c.csv"});
   EXPECT_EQ(output.data,
             "day,change,reason\r\n\r\n"
@@ -222,9 +223,7 @@ TEST_F(StoreCommands, NewCalendarGivesDatesToTheSettingsThatNameItAlready) {
 }
 
 TEST_F(StoreCommands, SameCalendarIsLeftAlone) {
-  files_["c.csv"] =
-      "# name: test\n# title: 测试\n# from: 2026-01-01\n# to: "
-      "2026-03-31\ndate,reason\n2026-01-15,closed\n2026-02-16,\n";
+  files_["c.csv"] = calendar_known_to("2026-03-31");
   const CommandOutput output = run({"--import-calendar", "c.csv"});
   EXPECT_EQ(messages(output), "the calendar test is the same already");
   EXPECT_FALSE(output.change);
@@ -256,22 +255,6 @@ TEST_F(StoreCommands, CalendarWithAMistakeIsNotUsed) {
   EXPECT_EQ(output.exit_code, unusable_file);
   EXPECT_EQ(messages(output), "c.csv:5: expected a day that is not on the weekend, found 2026-01-17");
   EXPECT_FALSE(output.change);
-}
-
-TEST_F(StoreCommands, CancelledCommandWritesNothing) {
-  int notified = 0;
-  input_.progress = [&](std::size_t, std::size_t) { return ++notified < 2; };
-  files_["dates.csv"] = "contract,date\r\n2026-01,2026-01-16\r\n2026-02,2026-02-16\r\n";
-  files_["list.csv"] = "rule,contract,date\r\ncopper,2026-01,2026-01-16\r\ncopper,2026-02,2026-02-16\r\n";
-  for (const std::vector<std::string>& command : {std::vector<std::string>{"--schedule-all"},
-                                                  {"--check", "list.csv"},
-                                                  {"--find-rule", "dates.csv", "--calendar", "test"}}) {
-    notified = 0;
-    const CommandOutput output = run(command);
-    EXPECT_EQ(output.exit_code, not_started) << command[0];
-    EXPECT_EQ(output.data, "");
-    EXPECT_EQ(output.messages.back(), "cancelled; nothing was changed");
-  }
 }
 
 }  // namespace workbench::schedule
