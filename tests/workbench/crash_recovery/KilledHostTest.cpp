@@ -39,9 +39,8 @@ void apply_change(RuleStore& store, unsigned number) try {
   if (error.kind() != StoreErrorKind::in_use) throw;
 }
 
-/// The content of a store file that no program has open. Opens a copy, because the next host must recover the file
-/// itself.
-/// A file that was never filled holds nothing.
+/// The content of a store file that no program has open; a file that was never filled holds nothing. Opens a copy,
+/// because the next host must recover the file itself.
 StoreSnapshot left_behind(const std::filesystem::path& path) {
   const TemporaryFolder folder;
   const std::filesystem::path copy = folder.path() / L"copy.db";
