@@ -170,17 +170,6 @@ TEST_F(ListDelete, ByTheButtonLeavesTheKeyboardWithTheButton) {
   });
 }
 
-TEST_F(ListDelete, FirstRuleIsVisibleAfterADelete) {
-  store_hundred_rules();
-  open([&](RuleList& list) {
-    list.select(80);
-    list.send(LVM_ENSUREVISIBLE, 99);
-    list.delete_selected();
-    EXPECT_EQ(0, list.selected());
-    EXPECT_EQ(0, list.send(LVM_GETTOPINDEX));
-  });
-}
-
 TEST_F(ListDelete, FirstRuleIsScrolledWhollyIntoView) {
   open([&](RuleList& list) {
     std::vector<std::pair<WPARAM, LPARAM>> made_visible;
