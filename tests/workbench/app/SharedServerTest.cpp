@@ -5,7 +5,6 @@
 #include "FaultyOdbc.h"
 #include "MemoryServer.h"
 #include "ServerRuleStore.h"
-#include "Texts.h"
 #include "WaitBox.h"
 #include "WithinSeconds.h"
 
