@@ -2,7 +2,6 @@
 
 #include <cstdio>
 
-#include "Desktop.h"
 #include "ScreenDump.h"
 
 namespace test_support {
@@ -27,7 +26,6 @@ void Watchdog::restart() { SetEvent(restarted_.get()); }
 
 DWORD WINAPI Watchdog::run(void* self) {
   const auto& watchdog = *static_cast<Watchdog*>(self);
-  join_own_desktop();
   const HANDLE events[] = {watchdog.done_.get(), watchdog.restarted_.get()};
   for (;;) {
     switch (WaitForMultipleObjects(2, events, FALSE, watchdog.limit_ms_)) {

@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "ComPtr.h"
-#include "Desktop.h"
 #include "HostStorage.h"
 #include "MessagePump.h"
 #include "ProgressDialog.h"
@@ -52,7 +51,6 @@ class HeldStore final : public MemoryRuleStore {
     if (!is_held) return;
     EXPECT_FALSE(waiting_) << "nothing else happens meanwhile";
     waiting_ = true;
-    test_support::join_own_desktop();
     const ULONGLONG end = GetTickCount64() + 20'000;
     try {
       while (GetTickCount64() < end) {

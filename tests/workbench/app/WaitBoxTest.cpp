@@ -114,7 +114,10 @@ TEST_F(WaitBoxTest, FramePaintsItselfAndNothingElseReachesIt) {
   RemoveWindowSubclass(window(), &count, 0);
 }
 
-TEST_F(WaitBoxTest, WhatIsTypedWhileTheBoxIsShownIsDroppedAndWithoutItWaits) {
+/// With the real keyboard and the real mouse.
+class WaitBoxOnScreen : public WaitBoxTest {};
+
+TEST_F(WaitBoxOnScreen, WhatIsTypedWhileTheBoxIsShownIsDroppedAndWithoutItWaits) {
   Counted counted;
   SetWindowSubclass(rules(), &count, 0, reinterpret_cast<DWORD_PTR>(&counted));
   const auto type_and_wait = [&] {
@@ -142,7 +145,7 @@ TEST_F(WaitBoxTest, WhatIsTypedWhileTheBoxIsShownIsDroppedAndWithoutItWaits) {
   RemoveWindowSubclass(rules(), &count, 0);
 }
 
-TEST_F(WaitBoxTest, ClickWhileTheBoxIsShownIsDropped) {
+TEST_F(WaitBoxOnScreen, ClickWhileTheBoxIsShownIsDropped) {
   Counted counted;
   SetWindowSubclass(rules(), &count, 0, reinterpret_cast<DWORD_PTR>(&counted));
   const auto click_at = [&](int y) {
