@@ -24,15 +24,6 @@ class CommandTest : public HostedTest {
     EXPECT_EQ(S_OK, plugin_->DoCommand(id, parameter)) << "command " << id;
     return driver.dialogs();
   }
-
-  /// The result of a command that opens nothing. A dialog that opens all the same is closed and fails the test.
-  HRESULT result_without_dialog(long id) {
-    const DialogDriver driver([id](HWND dialog) {
-      ADD_FAILURE() << "command " << id << " opened a dialog";
-      test_support::click(dialog, IDCANCEL);
-    });
-    return command(id);
-  }
 };
 
 TEST_F(CommandTest, BothIdsOpenTheSameList) {

@@ -315,7 +315,7 @@ TEST_F(InitializeTest, CommandNeedsBothTheMenuItemAndTheHotKey) {
     plugin_ = module_.plugin();
     calls().fail(call, {S_OK, Fault::Out::untouched});
     EXPECT_EQ(S_OK, initialize());
-    EXPECT_EQ(E_FAIL, command(menu_id)) << call;
+    EXPECT_EQ(E_FAIL, result_without_dialog(menu_id)) << call;
     EXPECT_THAT(take_reports(), ElementsAre(caught_command));
   }
 }
@@ -331,8 +331,8 @@ TEST_F(InitializeTest, SecondCallAddsAgainAndHoldsTheNewestObjects) {
   const auto living = host_.living();
   EXPECT_EQ(1, std::count(living.begin(), living.end(), "kvMenuItem with references: 1"));
   EXPECT_EQ(1, std::count(living.begin(), living.end(), "kvHotKey with references: 1"));
-  EXPECT_EQ(E_INVALIDARG, command(menu_id)) << "the id of the first menu item";
-  EXPECT_EQ(E_INVALIDARG, command(hot_key_id)) << "the id of the first hot key";
+  EXPECT_EQ(E_INVALIDARG, result_without_dialog(menu_id)) << "the id of the first menu item";
+  EXPECT_EQ(E_INVALIDARG, result_without_dialog(hot_key_id)) << "the id of the first hot key";
 }
 
 TEST_F(InitializeTest, SecondCallWithTheSameStorageAsksForItsOtherInterfacesAlone) {
@@ -368,8 +368,8 @@ TEST_F(InitializeTest, SecondCallThatGetsNoMenuItemHoldsTheFirstNoLonger) {
     take_reports();
     ASSERT_EQ(0, living("kvMenuItem"));
     EXPECT_EQ(1, living("kvHotKey"));
-    EXPECT_EQ(E_FAIL, command(menu_id));
-    EXPECT_EQ(E_FAIL, command(hot_key_id));
+    EXPECT_EQ(E_FAIL, result_without_dialog(menu_id));
+    EXPECT_EQ(E_FAIL, result_without_dialog(hot_key_id));
     EXPECT_THAT(take_reports(), ElementsAre(caught_command, caught_command));
   }
 }
@@ -388,8 +388,8 @@ TEST_F(InitializeTest, SecondCallThatGetsNoHotKeyHoldsTheFirstNoLonger) {
     EXPECT_EQ(S_OK, initialize()) << call;
     ASSERT_EQ(0, living("kvHotKey")) << call;
     EXPECT_EQ(1, living("kvMenuItem")) << call;
-    EXPECT_EQ(E_FAIL, command(menu_id)) << call;
-    EXPECT_EQ(E_FAIL, command(hot_key_id)) << call;
+    EXPECT_EQ(E_FAIL, result_without_dialog(menu_id)) << call;
+    EXPECT_EQ(E_FAIL, result_without_dialog(hot_key_id)) << call;
     EXPECT_THAT(take_reports(), ElementsAre(caught_command, caught_command));
   }
 }

@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include "Controls.h"
+#include "DialogDriver.h"
 #include "ExpectedReports.h"
 #include "Module.h"
 #include "RecordingHost.h"
@@ -38,10 +40,18 @@ class HostedTest : public testing::Test {
     return plugin_->Initialize(menu_, control_bar_, context_menu_, hot_keys_, registry_path_, storage_);
   }
 
-  /// The result of a `DoCommand` that opens nothing.
   HRESULT command(long id) {
     VARIANT none = {};
     return plugin_->DoCommand(id, none);
+  }
+
+  /// The result of a command that opens nothing. A dialog that opens all the same is closed and fails the test.
+  HRESULT result_without_dialog(long id) {
+    const test_support::DialogDriver driver([id](HWND dialog) {
+      ADD_FAILURE() << "command " << id << " opened a dialog";
+      test_support::click(dialog, IDCANCEL);
+    });
+    return command(id);
   }
 
   test_support::HostCalls& calls() { return host_.calls(); }
