@@ -392,6 +392,24 @@ start() {
   [ "$(wc -l <"$BATS_TEST_TMPDIR/starts")" = "$3" ]
 }
 
+@test "a check by an analyser of another version is not run, and the summary says so" {
+  program "$BATS_TEST_TMPDIR/analyser" 'echo "Debian LLVM version 14.0.6"; echo "  Optimized build."'
+  run -3 "$tools/with-version" "$BATS_TEST_TMPDIR/analyser" 14 bash -c 'echo checked; exit 3'
+  expect '^checked$'
+  local version
+  for version in 1 4 14.1 15; do
+    run -0 "$tools/with-version" "$BATS_TEST_TMPDIR/analyser" $version bash -c 'echo checked; exit 3'
+    expect "is 14.0.6, and the sources are held to $version\$"
+    [[ $output != *checked* ]]
+  done
+  summarise -0 < <(printf '%s\n' '1/2 Testing: gates.Tidy' "$output" 'Test Passed.' '2/2 Testing: other' 'Test Passed.' 'End testing: now')
+  expect '^NOT RUN: 1 tests of gates.Tidy$'
+  expect '^1 passed, 0 failed$'
+  program "$BATS_TEST_TMPDIR/analyser" 'echo "Cppcheck 2.10"'
+  run -3 "$tools/with-version" "$BATS_TEST_TMPDIR/analyser" 2.10 bash -c 'exit 3'
+  run -0 "$tools/with-version" "$BATS_TEST_TMPDIR/analyser" 2.1 bash -c 'exit 3'
+}
+
 @test "a program that did not start is started again" { start late 0 2; }
 @test "a program that never starts fails" { start never 3 2; }
 @test "a failing test is not repeated" { start failing 3 1; }
