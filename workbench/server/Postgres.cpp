@@ -325,9 +325,10 @@ void set_session_statements(ServerDialect& sql) {
 }
 
 void set_rule_statements(ServerDialect& sql) {
-  // The work of the driver grows with the number of columns, so the numbers share one.
+  // The work of the driver grows with the number of columns, so a rule is one. The colon shows that no number is
+  // missing.
   const std::wstring select_rules =
-      L"SELECT concat_ws(' ', RuleID, Revision, " + rule_numbers + L"), RuleName FROM {schema}.rules ";
+      L"SELECT concat_ws(' ', RuleID, Revision, " + rule_numbers + L") || ':' || RuleName FROM {schema}.rules ";
   sql.select_rules = select_rules + L"ORDER BY RuleID";
   sql.select_rule = select_rules + L"WHERE RuleID = ?";
   std::wstring values = L"?";

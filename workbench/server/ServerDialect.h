@@ -37,8 +37,8 @@ struct ServerDialect {
   /// rows; table and key are null for a change without rows.
   std::wstring select_all_changes;
 
-  /// Gives the number, the revision and the numbers of `rule_columns` as one text, with a blank between each two, and
-  /// the name.
+  /// Gives a rule as one text: its number, its revision and the numbers of `rule_columns`, a blank between each
+  /// two, a colon, and the name.
   std::wstring select_rules;
   std::wstring select_rule;   ///< number; gives the same
   std::wstring insert_rule;   ///< name and numbers; gives the rule's number

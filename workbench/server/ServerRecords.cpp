@@ -21,31 +21,31 @@ namespace {
 /// The numbers of a rule: its own, its revision and those of `rule_columns`.
 using NumbersOfRule = std::array<std::int64_t, 2 + rule_columns.size()>;
 
-/// Their text in code units: each has at most a sign and 19 digits, and a blank after it.
+/// Their text in code units: each has at most a sign and 19 digits, and a blank or a colon after it.
 constexpr std::size_t longest_numbers = 21 * std::tuple_size_v<NumbersOfRule>;
 
-/// Reads the numbers from a text that holds them with a blank between each two and nothing else. Nothing if it does
-/// not.
-std::optional<NumbersOfRule> try_read_numbers(std::wstring_view text) {
+/// Takes the numbers, with a blank between each two, and the colon after them off the beginning of a text. Nothing if
+/// it does not begin so.
+std::optional<NumbersOfRule> try_take_numbers(std::wstring& text) {
   std::array<char, longest_numbers> characters{};
-  if (text.size() > characters.size()) return std::nullopt;
-  std::ranges::transform(text, characters.begin(),
-                         [](wchar_t unit) { return unit < 0x80 ? static_cast<char>(unit) : '?'; });
+  const std::size_t length = std::min(text.size(), characters.size());
+  std::transform(text.data(), text.data() + length, characters.begin(),
+                 [](wchar_t unit) { return unit < 0x80 ? static_cast<char>(unit) : '?'; });
   const char* at = characters.data();
-  const char* const end = at + text.size();
+  const char* const end = at + length;
   NumbersOfRule numbers{};
   for (std::int64_t& number : numbers) {
-    if (&number != numbers.data() && (at == end || *at++ != ' ')) return std::nullopt;
     const auto [after, error] = std::from_chars(at, end, number);
-    if (error != std::errc()) return std::nullopt;
-    at = after;
+    if (error != std::errc() || after == end || *after != (&number == &numbers.back() ? ':' : ' ')) return std::nullopt;
+    at = after + 1;
   }
-  if (at != end) return std::nullopt;
+  text.erase(0, static_cast<std::size_t>(at - characters.data()));
   return numbers;
 }
 
 StoredRule read_rule(ServerSession& session, odbc::OdbcStatement& row) {
-  const std::optional<NumbersOfRule> numbers = try_read_numbers(row.text(0));
+  std::wstring text = row.text(0);
+  const std::optional<NumbersOfRule> numbers = try_take_numbers(text);
   if (!numbers) session.fail(StoreErrorKind::damaged, "a rule does not have the numbers of a rule");
   std::size_t index = 0;
   const auto next = [&]<class Number>(Number least, Number greatest) {
@@ -58,7 +58,7 @@ StoredRule read_rule(ServerSession& session, odbc::OdbcStatement& row) {
   stored.number = next(1L, std::numeric_limits<long>::max());
   stored.revision = next(Revision{1}, std::numeric_limits<Revision>::max());
   for (const RuleColumn& column : rule_columns) stored.rule.*column.value = next(column.least, column.greatest);
-  stored.rule.name = read_text(session, row, 1);
+  stored.rule.name = read_text(session, std::move(text));
   return stored;
 }
 
@@ -137,7 +137,7 @@ void insert_settings(ServerSession& session, const std::vector<SymbolSourceSetti
 std::vector<StoredRule> select_rules(ServerSession& session) {
   std::vector<StoredRule> rules;
   odbc::OdbcStatement rows = session.prepare(session.sql().select_rules);
-  rows.fetch_in_blocks({longest_numbers, longest_escaped_name}).execute();
+  rows.fetch_in_blocks({longest_numbers + longest_escaped_name}).execute();
   while (rows.fetch()) rules.push_back(read_rule(session, rows));
   return rules;
 }

@@ -27,10 +27,10 @@ Rule rule_of(const std::vector<std::wstring>& parameters) {
 
 constexpr std::size_t parameter_after_rule = 1 + rule_columns.size();
 
-std::wstring numbers_of(const StoredRule& stored) {
-  std::wstring numbers = std::to_wstring(stored.number) + L' ' + std::to_wstring(stored.revision);
-  for (const RuleColumn& column : rule_columns) numbers += L' ' + std::to_wstring(stored.rule.*column.value);
-  return numbers;
+std::wstring text_of(const StoredRule& stored) {
+  std::wstring text = std::to_wstring(stored.number) + L' ' + std::to_wstring(stored.revision);
+  for (const RuleColumn& column : rule_columns) text += L' ' + std::to_wstring(stored.rule.*column.value);
+  return text + L':' + stored.rule.name;
 }
 
 }  // namespace
@@ -135,9 +135,7 @@ std::optional<std::vector<MemoryServer::Row>> MemoryServer::execute_on_rules(Con
                                                                              const Parameters& parameters) const {
   const ServerDialect& dialect = postgres();
   std::vector<Row> rows;
-  const auto row_of = [&](const StoredRule& stored) {
-    return Row{numbers_of_rules ? *numbers_of_rules : numbers_of(stored), stored.rule.name};
-  };
+  const auto row_of = [&](const StoredRule& stored) { return Row{text_of_rules ? *text_of_rules : text_of(stored)}; };
   if (is(sql, dialect.select_rules)) {
     for (const auto& [number, stored] : content.rules) rows.push_back(row_of(stored));
   } else if (is(sql, dialect.select_rule)) {

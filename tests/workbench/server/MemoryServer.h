@@ -27,8 +27,8 @@ class MemoryServer {
   int version() const;
   void set_version(int version);
 
-  /// What a damaged server gives as the numbers of every rule, null included; nothing: what they are.
-  std::optional<std::optional<std::wstring>> numbers_of_rules;
+  /// What a damaged server gives as the text of every rule, null included; nothing: what it is.
+  std::optional<std::optional<std::wstring>> text_of_rules;
 
  private:
   using Row = test_support::MemoryOdbc::Row;

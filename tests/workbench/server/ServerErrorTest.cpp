@@ -67,39 +67,53 @@ TEST_F(OpenServerStore, OptionThatTheServerDoesNotHaveIsRefusedBeforeAnythingIsC
   EXPECT_TRUE(driver_.connected.empty());
 }
 
-/// How the rules of a store are refused that gives these numbers for a rule.
-std::optional<Kind> refusal_of_numbers(const std::optional<std::wstring>& numbers) {
+/// How the rules of a store are refused that gives this text for a rule.
+std::optional<Kind> refusal_of_rule(const std::optional<std::wstring>& text) {
   MemoryServer server;
   const auto store = open_server_store(odbc::ConnectionString(L"Server=desk"), {.api = &server.api()});
   store->add_rule(sample_rule(L"first"));
-  server.numbers_of_rules = numbers;
+  server.text_of_rules = text;
   const auto refused = refusal_kind([&] { store->load_rules(); });
   EXPECT_EQ(refusal_kind([&] { store->try_load_rule(1); }), refused);
   return refused;
 }
 
 TEST(ServerError, NumbersThatNoRuleHasAreDamage) {
-  // Number and revision, then the numbers of a rule in their order.
-  for (const wchar_t* right : {L"1 1 0 0 0 1 0 1 0 0 0", L"2147483647 9223372036854775807 99 1 1 31 2 5 6 2 1"})
-    EXPECT_EQ(refusal_of_numbers(right), std::nullopt) << testing::PrintToString(right);
+  // Number and revision, then the numbers of a rule in their order, and the name.
+  for (const wchar_t* right :
+       {L"1 1 0 0 0 1 0 1 0 0 0:name", L"2147483647 9223372036854775807 99 1 1 31 2 5 6 2 1:name"})
+    EXPECT_EQ(refusal_of_rule(right), std::nullopt) << testing::PrintToString(right);
   for (const wchar_t* wrong :
-       {L"", L" ", L"1", L"1 1 0 0 0 1 0 1 0 0", L"1 1 0 0 0 1 0 1 0 0 ", L"1 1 0 0 0 1 0 1 0 0 0 ",
-        L"1 1 0 0 0 1 0 1 0 0 0 0", L" 1 1 0 0 0 1 0 1 0 0 0", L"1  1 0 0 0 1 0 1 0 0 0", L"1\t1 0 0 0 1 0 1 0 0 0",
-        L"1 1 x 0 0 1 0 1 0 0 0", L"1 1 0x1 0 0 1 0 1 0 0 0", L"1 1 +1 0 0 1 0 1 0 0 0", L"1 1 1.0 0 0 1 0 1 0 0 0",
-        L"1 1 \xFF11 0 0 1 0 1 0 0 0", L"1 1 \x0131 0 0 1 0 1 0 0 0", L"1 9223372036854775808 0 0 0 1 0 1 0 0 0"})
-    EXPECT_EQ(refusal_of_numbers(wrong), Kind::damaged) << testing::PrintToString(wrong);
-  EXPECT_EQ(refusal_of_numbers(std::nullopt), Kind::damaged);
-  EXPECT_EQ(refusal_of_numbers(std::wstring(300, L'1')), Kind::damaged);
-  for (const wchar_t* outside : {L"0 1 0 0 0 1 0 1 0 0 0", L"2147483648 1 0 0 0 1 0 1 0 0 0", L"1 0 0 0 0 1 0 1 0 0 0"})
-    EXPECT_EQ(refusal_of_numbers(outside), Kind::damaged) << testing::PrintToString(outside);
+       {L"", L" ", L"1", L"1 1 0 0 0 1 0 1 0 0:name", L"1 1 0 0 0 1 0 1 0 0 1 name", L"1 1 0 0 0 1 0 1 0 0 0",
+        L"1 1 0 0 0 1 0 1 0  0:name", L" 1 1 0 0 0 1 0 1 0 0 0:name", L"1\t1 0 0 0 1 0 1 0 0 0:name",
+        L"1 1 x 0 0 1 0 1 0 0 0:name", L"1 1 0x1 0 0 1 0 1 0 0 0:name", L"1 1 +1 0 0 1 0 1 0 0 0:name",
+        L"1 1 1.0 0 0 1 0 1 0 0 0:name", L"1 1 \xFF11 0 0 1 0 1 0 0 0:name", L"1 1 \x0131 0 0 1 0 1 0 0 0:name",
+        L"1 9223372036854775808 0 0 0 1 0 1 0 0 0:name", L"1 1 0 0 0 1 0 1 0 0 0:na\\me"})
+    EXPECT_EQ(refusal_of_rule(wrong), Kind::damaged) << testing::PrintToString(wrong);
+  EXPECT_EQ(refusal_of_rule(std::nullopt), Kind::damaged);
+  EXPECT_EQ(refusal_of_rule(std::wstring(300, L'1')), Kind::damaged);
+  for (const wchar_t* outside :
+       {L"0 1 0 0 0 1 0 1 0 0 0:name", L"2147483648 1 0 0 0 1 0 1 0 0 0:name", L"1 0 0 0 0 1 0 1 0 0 0:name"})
+    EXPECT_EQ(refusal_of_rule(outside), Kind::damaged) << testing::PrintToString(outside);
   for (const RuleColumn& changed : rule_columns)
     for (const std::int64_t outside : {changed.least - std::int64_t{1}, changed.greatest + std::int64_t{1},
                                        changed.least + (std::int64_t{1} << 32)}) {
-      std::wstring numbers = L"1 1";
+      std::wstring text = L"1 1";
       for (const RuleColumn& column : rule_columns)
-        numbers += L' ' + std::to_wstring(column.field == changed.field ? outside : column.least);
-      EXPECT_EQ(refusal_of_numbers(numbers), Kind::damaged) << testing::PrintToString(numbers);
+        text += L' ' + std::to_wstring(column.field == changed.field ? outside : column.least);
+      EXPECT_EQ(refusal_of_rule(text + L":name"), Kind::damaged) << testing::PrintToString(text);
     }
+}
+
+TEST(ServerError, NameBeginsAfterTheLastNumber) {
+  for (const wchar_t* name : {L"1:2 3", L":7", L"  ", L"-"}) {
+    MemoryServer server;
+    const auto store = open_server_store(odbc::ConnectionString(L"Server=desk"), {.api = &server.api()});
+    store->add_rule(sample_rule(name));
+    ASSERT_EQ(store->load_rules().size(), 1u);
+    EXPECT_EQ(store->load_rules()[0].rule.name, name);
+    EXPECT_EQ(store->try_load_rule(1)->rule.name, name);
+  }
 }
 
 }  // namespace
