@@ -5,7 +5,9 @@
 
 #include "DeviceContext.h"
 #include "ListDialogTest.h"
+#include "MessagePump.h"
 #include "Owned.h"
+#include "OwnedWindow.h"
 
 namespace list_test {
 namespace {
@@ -129,24 +131,59 @@ class HandWrittenDialog {
                                {IDCANCEL, 1, 1, false, {}}}};
 };
 
-/// What the client area shows, as 32-bit pixels, without the list view: that one paints itself as in any dialog.
-std::vector<DWORD> picture(HWND dialog) {
+/// What the client area shows, as 32-bit pixels, with black in this rectangle.
+std::vector<DWORD> picture(HWND window, const RECT& black = {}) {
   RECT client = {};
-  GetClientRect(dialog, &client);
-  const base::ScopedClientDc screen(dialog);
+  GetClientRect(window, &client);
+  const base::ScopedClientDc screen(window);
   base::MemoryDc memory(CreateCompatibleDC(screen.get()));
   const base::Bitmap bitmap(CreateCompatibleBitmap(screen.get(), client.right, client.bottom));
   {
     const base::ScopedSelectObject selected(memory.get(), bitmap.get());
     BitBlt(memory.get(), 0, 0, client.right, client.bottom, screen.get(), 0, 0, SRCCOPY);
-    const RECT view = test_support::rect_of(GetDlgItem(dialog, IDC_RULES_LIST));
-    PatBlt(memory.get(), view.left, view.top, view.right - view.left, view.bottom - view.top, BLACKNESS);
+    PatBlt(memory.get(), black.left, black.top, black.right - black.left, black.bottom - black.top, BLACKNESS);
   }
   BITMAPINFO info = {};
   info.bmiHeader = {sizeof info.bmiHeader, client.right, -client.bottom, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
   std::vector<DWORD> pixels(static_cast<std::size_t>(client.right) * static_cast<std::size_t>(client.bottom));
   GetDIBits(memory.get(), bitmap.get(), 0, static_cast<UINT>(client.bottom), pixels.data(), &info, DIB_RGB_COLORS);
   return pixels;
+}
+
+/// The same of the list's dialog without its list view: that one paints itself as in any dialog.
+std::vector<DWORD> picture_around_the_list(HWND dialog) {
+  return picture(dialog, test_support::rect_of(GetDlgItem(dialog, IDC_RULES_LIST)));
+}
+
+/// Whether a window that grows keeps its picture where it was. On one platform the system moves it by the frame's
+/// width, in any window, and none shows then what it painted.
+bool grown_window_keeps_its_picture() {
+  WNDCLASSW window_class = {};
+  window_class.lpfnWndProc = DefWindowProcW;
+  window_class.hInstance = GetModuleHandleW(nullptr);
+  window_class.lpszClassName = L"GrownWindow";
+  window_class.hbrBackground = static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH));
+  RegisterClassW(&window_class);
+  const test_support::OwnedWindow window(CreateWindowExW(0, window_class.lpszClassName, L"grows",
+                                                         WS_OVERLAPPEDWINDOW | WS_VISIBLE, 50, 50, 400, 300, nullptr,
+                                                         nullptr, window_class.hInstance, nullptr));
+  update_all(window.get());
+  test_support::pump_messages();
+  RECT before = {};
+  GetClientRect(window.get(), &before);
+  // What is painted from now on is black, what is kept is white.
+  SetClassLongPtrW(window.get(), GCLP_HBRBACKGROUND, reinterpret_cast<LONG_PTR>(GetStockObject(BLACK_BRUSH)));
+  SetWindowPos(window.get(), nullptr, 0, 0, 490, 360, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+  update_all(window.get());
+  RECT after = {};
+  GetClientRect(window.get(), &after);
+  const std::vector<DWORD> pixels = picture(window.get());
+  for (LONG y = 0; y < after.bottom; ++y)
+    for (LONG x = 0; x < after.right; ++x) {
+      const bool is_white = (pixels[static_cast<std::size_t>(y * after.right + x)] & 0xFFFFFF) == 0xFFFFFF;
+      if (is_white != (x < before.right && y < before.bottom)) return false;
+    }
+  return true;
 }
 
 /// The rectangle around the pixels that differ; empty when none does.
@@ -189,6 +226,7 @@ TEST_F(ListFlickerOnScreen, OnlyTheGroupBoxAndTheMovedButtonsArePaintedMoreThanB
 }
 
 TEST_F(ListFlickerOnScreen, EverySizeShowsWhatAFullRepaintShowsAroundTheList) {
+  if (!grown_window_keeps_its_picture()) GTEST_SKIP() << "the system moves what windows keep of their pictures here";
   store_rules(names);
   open([](RuleList& list) {
     const SIZE first = window_size(list.window());
@@ -196,11 +234,11 @@ TEST_F(ListFlickerOnScreen, EverySizeShowsWhatAFullRepaintShowsAroundTheList) {
       const SIZE size = size_of_step(first, step);
       SetWindowPos(list.window(), nullptr, 0, 0, size.cx, size.cy, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
       update_all(list.window());
-      const std::vector<DWORD> shown = picture(list.window());
+      const std::vector<DWORD> shown = picture_around_the_list(list.window());
       RedrawWindow(list.window(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_UPDATENOW | RDW_ALLCHILDREN);
       RECT client = {};
       GetClientRect(list.window(), &client);
-      const RECT differs = difference(shown, picture(list.window()), client.right);
+      const RECT differs = difference(shown, picture_around_the_list(list.window()), client.right);
       EXPECT_TRUE(IsRectEmpty(&differs)) << "step " << step << ": " << differs.left << ' ' << differs.top << ' '
                                          << differs.right << ' ' << differs.bottom;
     }

@@ -18,11 +18,13 @@ namespace workbench {
 
 namespace {
 
+constexpr std::size_t number_count = 2 + rule_columns.size();
+
 /// The numbers of a rule: its own, its revision and those of `rule_columns`.
-using NumbersOfRule = std::array<std::int64_t, 2 + rule_columns.size()>;
+using NumbersOfRule = std::array<std::int64_t, number_count>;
 
 /// Their text in code units: each has at most a sign and 19 digits, and a blank or a colon after it.
-constexpr std::size_t longest_numbers = 21 * std::tuple_size_v<NumbersOfRule>;
+constexpr std::size_t longest_numbers = 21 * number_count;
 
 /// Takes the numbers, with a blank between each two, and the colon after them off the beginning of a text. Nothing if
 /// it does not begin so.
@@ -48,11 +50,11 @@ StoredRule read_rule(ServerSession& session, odbc::OdbcStatement& row) {
   const std::optional<NumbersOfRule> numbers = try_take_numbers(text);
   if (!numbers) session.fail(StoreErrorKind::damaged, "a rule does not have the numbers of a rule");
   std::size_t index = 0;
-  const auto next = [&]<class Number>(Number least, Number greatest) {
+  const auto next = [&](auto least, decltype(least) greatest) {
     const std::int64_t number = numbers->at(index++);
     if (number < least || number > greatest)
       session.fail(StoreErrorKind::damaged, "a number of a rule is " + std::to_string(number));
-    return static_cast<Number>(number);
+    return static_cast<decltype(least)>(number);
   };
   StoredRule stored;
   stored.number = next(1L, std::numeric_limits<long>::max());
