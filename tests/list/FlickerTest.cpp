@@ -178,11 +178,12 @@ bool grown_window_keeps_its_picture() {
   RECT after = {};
   GetClientRect(window.get(), &after);
   const std::vector<DWORD> pixels = picture(window.get());
-  for (LONG y = 0; y < after.bottom; ++y)
-    for (LONG x = 0; x < after.right; ++x) {
-      const bool is_white = (pixels[static_cast<std::size_t>(y * after.right + x)] & 0xFFFFFF) == 0xFFFFFF;
-      if (is_white != (x < before.right && y < before.bottom)) return false;
-    }
+  for (std::size_t i = 0; i < pixels.size(); ++i) {
+    const auto x = static_cast<LONG>(i) % after.right;
+    const auto y = static_cast<LONG>(i) / after.right;
+    const bool is_white = (pixels[i] & 0xFFFFFF) == 0xFFFFFF;
+    if (is_white != (x < before.right && y < before.bottom)) return false;
+  }
   return true;
 }
 
