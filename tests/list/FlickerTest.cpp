@@ -131,6 +131,8 @@ class HandWrittenDialog {
                                {IDCANCEL, 1, 1, false, {}}}};
 };
 
+const Names names = {L"AU", L"CU", L"IF", L"RB", L"TF", L"ZN"};
+
 /// What the client area shows, as 32-bit pixels, with black in this rectangle.
 std::vector<DWORD> picture(HWND window, const RECT& black = {}) {
   RECT client = {};
@@ -155,38 +157,6 @@ std::vector<DWORD> picture_around_the_list(HWND dialog) {
   return picture(dialog, test_support::rect_of(GetDlgItem(dialog, IDC_RULES_LIST)));
 }
 
-/// Whether a window that grows keeps its picture where it was. On one platform the system moves it by the frame's
-/// width, in any window, and none shows then what it painted.
-bool grown_window_keeps_its_picture() {
-  WNDCLASSW window_class = {};
-  window_class.lpfnWndProc = DefWindowProcW;
-  window_class.hInstance = GetModuleHandleW(nullptr);
-  window_class.lpszClassName = L"GrownWindow";
-  window_class.hbrBackground = static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH));
-  RegisterClassW(&window_class);
-  const test_support::OwnedWindow window(CreateWindowExW(0, window_class.lpszClassName, L"grows",
-                                                         WS_OVERLAPPEDWINDOW | WS_VISIBLE, 50, 50, 400, 300, nullptr,
-                                                         nullptr, window_class.hInstance, nullptr));
-  update_all(window.get());
-  test_support::pump_messages();
-  RECT before = {};
-  GetClientRect(window.get(), &before);
-  // What is painted from now on is black, what is kept is white.
-  SetClassLongPtrW(window.get(), GCLP_HBRBACKGROUND, reinterpret_cast<LONG_PTR>(GetStockObject(BLACK_BRUSH)));
-  SetWindowPos(window.get(), nullptr, 0, 0, 490, 360, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
-  update_all(window.get());
-  RECT after = {};
-  GetClientRect(window.get(), &after);
-  const std::vector<DWORD> pixels = picture(window.get());
-  for (std::size_t i = 0; i < pixels.size(); ++i) {
-    const auto x = static_cast<LONG>(i) % after.right;
-    const auto y = static_cast<LONG>(i) / after.right;
-    const bool is_white = (pixels[i] & 0xFFFFFF) == 0xFFFFFF;
-    if (is_white != (x < before.right && y < before.bottom)) return false;
-  }
-  return true;
-}
-
 /// The rectangle around the pixels that differ; empty when none does.
 RECT difference(const std::vector<DWORD>& left, const std::vector<DWORD>& right, LONG width) {
   RECT around = {};
@@ -199,7 +169,20 @@ RECT difference(const std::vector<DWORD>& left, const std::vector<DWORD>& right,
   return around;
 }
 
-const Names names = {L"AU", L"CU", L"IF", L"RB", L"TF", L"ZN"};
+/// Whether a dialog whose controls are moved by hand keeps its picture where it was, seen at its top left corner, where no
+/// control is. One platform moves it by the width of the frame, so that no dialog shows what it painted.
+bool grown_dialog_keeps_its_picture() {
+  const HandWrittenDialog dialog(names);
+  update_all(dialog.window());
+  test_support::pump_messages();
+  const std::vector<DWORD> before = picture(dialog.window());
+  const SIZE size = window_size(dialog.window());
+  SetWindowPos(dialog.window(), nullptr, 0, 0, size.cx + 90, size.cy + 60, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+  update_all(dialog.window());
+  const std::vector<DWORD> after = picture(dialog.window());
+  constexpr int corner_width = 100;
+  return std::equal(before.begin(), before.begin() + corner_width, after.begin());
+}
 
 class ListFlickerOnScreen : public ListDialogTest {};
 
@@ -227,7 +210,7 @@ TEST_F(ListFlickerOnScreen, OnlyTheGroupBoxAndTheMovedButtonsArePaintedMoreThanB
 }
 
 TEST_F(ListFlickerOnScreen, EverySizeShowsWhatAFullRepaintShowsAroundTheList) {
-  if (!grown_window_keeps_its_picture()) GTEST_SKIP() << "the system moves what windows keep of their pictures here";
+  if (!grown_dialog_keeps_its_picture()) GTEST_SKIP() << "the system moves what windows keep of their pictures here";
   store_rules(names);
   open([](RuleList& list) {
     const SIZE first = window_size(list.window());
