@@ -169,8 +169,8 @@ RECT difference(const std::vector<DWORD>& left, const std::vector<DWORD>& right,
   return around;
 }
 
-/// Whether a dialog whose controls are moved by hand keeps its picture where it was, seen at its top left corner, where no
-/// control is. One platform moves it by the width of the frame, so that no dialog shows what it painted.
+/// Whether a dialog whose controls are moved by hand keeps its picture where it was, seen at its top left corner, where
+/// no control is. One platform moves it by the width of the frame, so that no dialog shows what it painted.
 bool grown_dialog_keeps_its_picture() {
   const HandWrittenDialog dialog(names);
   update_all(dialog.window());
