@@ -34,6 +34,27 @@ program() {
   [ ! -e "$prefix/.unfinished" ]
 }
 
+# session_of_a_new_prefix NUMBER: its first attempts at creating the prefix, so many, fail.
+session_of_a_new_prefix() {
+  local programs=$BATS_TEST_TMPDIR/programs
+  mkdir "$programs"
+  program "$programs/wineserver" ''
+  program "$programs/wine" "[ \"\$1\" != wineboot ] || { echo \"attempt\" >>'$programs/log'; [ \$(wc -l <'$programs/log') -gt $1 ]; }"
+  PATH=$programs:$PATH ZD_BUILD=$BATS_TEST_TMPDIR/build run env -u ZD_SESSION -u ZD_WINEPREFIX "$tools/session" --virtual echo "it runs"
+}
+
+@test "a session creates a prefix again when the first attempt fails" {
+  session_of_a_new_prefix 1
+  [ "$status" = 0 ]
+  expect '^it runs$'
+}
+
+@test "a session fails when no attempt creates the prefix" {
+  session_of_a_new_prefix 2
+  [ "$status" = 1 ]
+  expect 'session: wineboot failed'
+}
+
 @test "a session leaves the prefix and the overrides of the user alone" {
   local users=$BATS_TEST_TMPDIR/users
   mkdir "$users"
