@@ -2,7 +2,11 @@
 # offers only its own folder, so an include that points the wrong way does not compile.
 
 # No path of the machine reaches what is built, wherever the sources and the build lie.
-set(ZD_FILE_PREFIX_MAPS -ffile-prefix-map=${PROJECT_SOURCE_DIR}=. -ffile-prefix-map=${PROJECT_BINARY_DIR}=./build)
+set(ZD_FILE_PREFIX_MAPS -ffile-prefix-map=${PROJECT_SOURCE_DIR}=.)
+if(NOT ZD_COVERAGE)
+  # The counts of lines are kept with the names of files, all of which the program that adds them up opens.
+  list(APPEND ZD_FILE_PREFIX_MAPS -ffile-prefix-map=${PROJECT_BINARY_DIR}=./build)
+endif()
 
 add_library(zd_build_rules INTERFACE)
 target_compile_features(zd_build_rules INTERFACE cxx_std_20)

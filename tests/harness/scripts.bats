@@ -431,6 +431,32 @@ start() {
   run -0 "$tools/with-version" "$BATS_TEST_TMPDIR/analyser" 2.1 bash -c 'exit 3'
 }
 
+# displays VERSION: the display of a session under this version of Wine, that of a test program on a desktop of its own in
+# it, and that of one at the screen.
+displays() {
+  local programs=$BATS_TEST_TMPDIR/programs build=$BATS_TEST_TMPDIR/build
+  mkdir -p "$programs" "$build/wine"
+  cp "$tools/wine-prefix.reg" "$build/wine/.ready"
+  program "$programs/wineserver" ''
+  # shellcheck disable=SC2016 # expanded by the program
+  program "$programs/wine" 'case $1 in --version) echo wine-'"$1"' ;; display) echo "$DISPLAY" ;; esac'
+  # shellcheck disable=SC2016 # expanded by the inner shell
+  PATH=$programs:$PATH ZD_BUILD=$build run -0 env -u ZD_SESSION -u ZD_WINEPREFIX -u ZD_SHOWS_EVERY_DESKTOP "$tools/session" --virtual \
+    bash -c 'echo "$DISPLAY"; for part in offscreen screen; do ZD_TEST_PART=$part "$1/wine-test" display; done' - "$tools"
+}
+
+@test "test programs beside each other share a display that shows one desktop" {
+  displays 8.0
+  [ "${lines[0]}" = "${lines[1]}" ]
+  [ "${lines[0]}" = "${lines[2]}" ]
+}
+
+@test "a test program has a display of its own where a display shows every desktop, unless it is at the screen" {
+  displays 10.0
+  [ "${lines[0]}" != "${lines[1]}" ]
+  [ "${lines[0]}" = "${lines[2]}" ]
+}
+
 @test "a program that did not start is started again" { start late 0 2; }
 @test "a program that never starts fails" { start never 3 2; }
 @test "a failing test is not repeated" { start failing 3 1; }

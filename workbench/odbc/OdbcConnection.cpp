@@ -22,10 +22,16 @@ bool says_no_driver(const OdbcError& error) {
 }
 
 void connect(const OdbcHandle& connection, const std::wstring& string) {
-  connection.check(
+  const SQLRETURN code =
       connection.api().connect(connection.get(), nullptr, units(string), static_cast<SQLSMALLINT>(string.size()),
-                               nullptr, 0, nullptr, SQL_DRIVER_NOPROMPT),
-      "SQLDriverConnect");
+                               nullptr, 0, nullptr, SQL_DRIVER_NOPROMPT);
+  try {
+    connection.check(code, "SQLDriverConnect");
+  } catch (const OdbcError& error) {
+    if (!error.state().empty()) throw;
+    // Every driver says why it fails. A manager of drivers that does not know the driver or the data source may not.
+    throw OdbcError("IM002", error.native(), error.what());
+  }
 }
 
 void connect_first(const OdbcHandle& connection, const std::vector<ConnectionString>& attempts) {

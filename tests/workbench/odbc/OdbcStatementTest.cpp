@@ -44,6 +44,13 @@ TEST_F(Odbc, SecondNameOfTheDriverIsTriedWhenTheFirstIsUnknown) {
   EXPECT_EQ(odbc_.live_handles(), 0);
 }
 
+TEST_F(Odbc, RefusalWithoutAStateMeansThatTheDriverIsUnknown) {
+  driver_.has_diagnostics = false;
+  driver_.missing_drivers = {L"First", L"Second"};
+  EXPECT_EQ(refusal_of([&] { connect(); })->state(), "IM002");
+  EXPECT_THAT(driver_.connected, ElementsAre(L"Driver=First;Server=localhost;", L"Driver=Second;Server=localhost;"));
+}
+
 TEST_F(Odbc, RefusalOfTheServerIsNotTriedAgain) {
   driver_.no_driver = "08001";
   driver_.missing_drivers = {L"First"};
