@@ -61,8 +61,8 @@ HRESULT TypeInfo::get_ids_of_names(LPOLESTR* names, UINT count, DISPID* ids) con
 
 HRESULT TypeInfo::invoke(void* object, DISPID id, WORD flags, DISPPARAMS* parameters, VARIANT* result,
                          EXCEPINFO* exception, UINT* bad_argument) const noexcept {
-  if (FAILED(loaded_)) return loaded_;
   const ScopedNoErrorInfo no_error_info;
+  if (FAILED(loaded_)) return loaded_;
   return info_->Invoke(object, id, flags, parameters, result, exception, bad_argument);
 }
 

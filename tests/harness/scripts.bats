@@ -176,7 +176,7 @@ needed_programs=(x86_64-w64-mingw32-windres x86_64-w64-mingw32-widl cmake ninja 
   for compiler in x86_64-w64-mingw32-g++ x86_64-w64-mingw32-g++-posix; do
     prepare_elsewhere "${needed_programs[@]}" $compiler
     [ "$status" = 0 ]
-    expect '^cmake <--preset> <release> <-B> <[^ ]*/build/release>'
+    expect '^cmake <--preset> <release> <-B> <[^>]*/build/release>'
   done
 }
 
@@ -226,7 +226,7 @@ ID_LIKE="debian"'
 # stubs STATUS: a copy of the scripts among tools that write what they are called with, each at once; only the display :there exists,
 # and a session ends with the status.
 stubs() {
-  tree=$BATS_TEST_TMPDIR/tree
+  tree="$BATS_TEST_TMPDIR/the tree"
   mkdir -p "$tree"/{tools,programs}
   cp "$project"/{run,test} "$tree"
   cp "$tools"/{build-folder,two-sessions} "$tree/tools"
@@ -248,15 +248,15 @@ stubs() {
 @test "run starts the workbench on the display that is there, with its arguments and its exit code" {
   stubs 3
   DISPLAY=:there run -3 ./run --store "my rules.db"
-  expect '^session <[^ ]*/tools/wine-run> <[^ ]*/bin/workbench.exe> <--store> <my rules.db>$'
+  expect '^session <[^>]*/tools/wine-run> <[^>]*/bin/workbench.exe> <--store> <my rules.db>$'
 }
 
 @test "run plays the tour where no display is there or it does not answer" {
   stubs 0
   DISPLAY='' run -0 ./run
-  expect '^session <--virtual> <[^ ]*/tools/window-manager> <[^ ]*/workbench/tour/play>$'
+  expect '^session <--virtual> <[^>]*/tools/window-manager> <[^>]*/workbench/tour/play>$'
   DISPLAY=:gone run -0 ./run
-  expect '^session <--virtual> <[^ ]*/tools/window-manager> <[^ ]*/workbench/tour/play>$'
+  expect '^session <--virtual> <[^>]*/tools/window-manager> <[^>]*/workbench/tour/play>$'
 }
 
 @test "run refuses to open a window without a display, and does what needs none" {
@@ -330,13 +330,13 @@ chosen() {
   expect '^cmake .*<--target> <editor_tests>$'
   [[ $output != *label-exclude* ]]
   run -0 ./test --deep list
-  expect '^cmake <--build> <[^ ]*> <--target> <list_tests> <list_scale_tests> <list_server_tests>$'
+  expect '^cmake <--build> <[^>]*> <--target> <list_tests> <list_scale_tests> <list_server_tests>$'
   run -0 ./test --deep native
-  expect '^cmake <--build> <[^ ]*> <--target> <native_tests>$'
+  expect '^cmake <--build> <[^>]*> <--target> <native_tests>$'
   run -0 ./test gates
-  expect '^cmake <--build> <[^ ]*> <--target> <zdExpirationRules> <generated>$'
+  expect '^cmake <--build> <[^>]*> <--target> <zdExpirationRules> <generated>$'
   run -0 ./test
-  expect '^cmake <--build> <[^ ]*> <--target> <all>$'
+  expect '^cmake <--build> <[^>]*> <--target> <all>$'
   program "$tree/programs/cmake" 'exit 1'
   run -1 ./test list
   expect '^test: the build failed$'
@@ -476,6 +476,12 @@ displays() {
 }
 
 # --- test ---
+
+@test "what a test runs on is printed" {
+  run -0 "$tools/print-versions" "$(. "$tools/build-folder"; echo "$build/release")"
+  local what
+  for what in platform compiler Wine CMake; do expect "^$what: .*[0-9]"; done
+}
 
 @test "the page for developers lists every program that ./test takes" {
   local name rows

@@ -1,4 +1,5 @@
 #include "DialogDriver.h"
+#include "ErrorInformation.h"
 #include "LateBound.h"
 #include "ModuleTest.h"
 
@@ -6,6 +7,8 @@ namespace module_test {
 namespace {
 
 using test_support::DialogDriver;
+using test_support::has_error_information;
+using test_support::leave_error_information;
 
 class LateBoundTest : public HostedTest {
  protected:
@@ -100,20 +103,6 @@ TEST_F(LateBoundTest, FailureOfAMethodIsReturnedAsAnException) {
   EXPECT_EQ(E_INVALIDARG, called.code);
 }
 
-/// Leaves an error object on the thread, as a host object does that fails on the way.
-void leave_error_information() {
-  base::ComPtr<ICreateErrorInfo> error;
-  ASSERT_EQ(S_OK, CreateErrorInfo(&error));
-  const _bstr_t text = L"the failure of another object";
-  error->SetDescription(text.copy(false));
-  ASSERT_EQ(S_OK, SetErrorInfo(0, base::query<IErrorInfo>(error)));
-}
-
-bool has_error_information() {
-  base::ComPtr<IErrorInfo> error;
-  return GetErrorInfo(0, &error) == S_OK;
-}
-
 TEST_F(LateBoundTest, FailureShowsNoErrorInformationOfAnotherCall) {
   initialize();
   leave_error_information();
@@ -126,6 +115,11 @@ TEST_F(LateBoundTest, FailureShowsNoErrorInformationOfAnotherCall) {
   calls().fail("IkvMainMenu::FindSubMenu");
   calls().inside("IkvMainMenu::FindSubMenu", leave_error_information);
   EXPECT_EQ(L"", call(object_, L"Initialize", good_arguments()).description);
+  EXPECT_FALSE(has_error_information());
+
+  calls().fail("kvTable::CreateInstance", {E_FAIL, test_support::Fault::Out::null});
+  calls().inside("kvTable::CreateInstance", leave_error_information);
+  EXPECT_EQ(L"", call(own_, L"Show", {_variant_t(7L)}).description);
   EXPECT_FALSE(has_error_information());
   take_reports();
 }

@@ -6,6 +6,7 @@
 
 #include "ComPtr.h"
 #include "ComStrings.h"
+#include "ErrorInformation.h"
 #include "Registration.h"
 #include "RegistryTree.h"
 #include "ScratchRoot.h"
@@ -159,8 +160,10 @@ TEST_F(TypeInfoTest, FailureToLoadIsReturnedByEveryDispatchCall) {
   DISPID id = 0;
   EXPECT_EQ(object.GetIDsOfNames(IID_NULL, names, 1, LOCALE_NEUTRAL, &id), TYPE_E_ELEMENTNOTFOUND);
   DISPPARAMS none = {};
+  test_support::leave_error_information();
   EXPECT_EQ(object.Invoke(1, IID_NULL, LOCALE_NEUTRAL, DISPATCH_METHOD, &none, nullptr, nullptr, nullptr),
             TYPE_E_ELEMENTNOTFOUND);
+  EXPECT_FALSE(test_support::has_error_information());
   info = reinterpret_cast<ITypeInfo*>(this);
   EXPECT_EQ(object.GetClassInfo(&info), TYPE_E_ELEMENTNOTFOUND);
   EXPECT_EQ(info, nullptr);
