@@ -49,7 +49,7 @@ struct RegistryNode {
 /// Reads a script of the form
 ///   HKCR { NoRemove Key = s 'text' { 'Sub key' = d 1  val Name = s '%NAME%' } }
 /// and returns the keys below its root, which is always HKCR (the classes root). Words may stand in single quotes, in
-/// which a doubled quote is a quote. Replacements are made inside a word, so what they insert is never read as syntax.
+/// which a doubled quote is a quote. Replacements happen inside a word, so what they insert is never read as syntax.
 /// Throws `RegistryScriptError` for anything else, a null, an unknown %NAME% and more than 512 nested blocks included.
 std::vector<RegistryNode> parse_registry_script(std::wstring_view script, const Replacements& replacements);
 

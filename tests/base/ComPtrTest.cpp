@@ -87,7 +87,7 @@ TEST(ComPtr, PositiveResultWithAnObjectIsSuccess) {
   EXPECT_EQ(object.references, 1u);
 }
 
-TEST(ComPtr, ReceiveKeepsWhatTheCallGave) {
+TEST(ComPtr, FetchIntoKeepsWhatTheCallGave) {
   Odd object;
   ComPtr<ISample> target;
   const HRESULT hresult = fetch_into(target, [&](ISample** out) {
@@ -100,7 +100,7 @@ TEST(ComPtr, ReceiveKeepsWhatTheCallGave) {
   EXPECT_EQ(object.references, 2u);
 }
 
-TEST(ComPtr, ReceiveReleasesTheOldObjectBeforeTheCall) {
+TEST(ComPtr, FetchIntoReleasesTheOldObjectBeforeTheCall) {
   Odd object;
   ComPtr<ISample> target(&object);
   fetch_into(target, [&](ISample**) {
@@ -112,7 +112,7 @@ TEST(ComPtr, ReceiveReleasesTheOldObjectBeforeTheCall) {
 }
 
 // As when a call lets messages through, and with them another call that fills the same target.
-TEST(ComPtr, ReceiveReleasesWhatFilledTheTargetMeanwhileOnceItIsReplaced) {
+TEST(ComPtr, FetchIntoReleasesWhatFilledTheTargetMeanwhileOnceItIsReplaced) {
   Odd meanwhile;
   Odd given;
   ComPtr<ISample> target;

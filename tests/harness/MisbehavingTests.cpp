@@ -9,7 +9,7 @@
 
 const char test_support::tests_on_screen[] = "Misbehaving.DISABLED_OpensADialog;Desktop.OfATestOnTheScreenIsNotItsOwn";
 
-// Each of these must be caught by the test frame; they only run when the frame's own tests ask for them.
+// Each of these must be caught by the supervisor; they only run when the supervisor's own tests ask for them.
 namespace {
 
 // Volatile, so that the compiler does not see that the access is wrong.
@@ -27,6 +27,10 @@ TEST(Misbehaving, DISABLED_StopsAnswering) {
 TEST(Misbehaving, DISABLED_Crashes) {
   const Bytes nothing = nullptr;
   nothing[0] = 1;
+}
+
+TEST(Misbehaving, DISABLED_HangsAtTheEndOfItsProcess) {
+  std::atexit([] { Sleep(INFINITE); });
 }
 
 TEST(Misbehaving, DISABLED_EndsItsProcess) { TerminateProcess(GetCurrentProcess(), 0); }

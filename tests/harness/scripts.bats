@@ -478,7 +478,7 @@ displays() {
 # --- test ---
 
 @test "what a test runs on is printed" {
-  run -0 "$tools/print-versions" "$(. "$tools/build-folder"; echo "$build/release")"
+  run -0 "$tools/print-versions" "$ZD_PROGRAMS/.."
   local what
   for what in platform compiler Wine CMake; do expect "^$what: .*[0-9]"; done
 }

@@ -27,6 +27,12 @@ misbehave() {
   expect '^2 passed, 1 failed$'
 }
 
+@test "the watchdog ends a program that hangs after its tests" {
+  misbehave DISABLED_HangsAtTheEndOfItsProcess
+  expect '^FAILED: outside its tests the program hung$'
+  expect '^1 passed, 1 failed$'
+}
+
 @test "a crash names its test, and the rest of the tests runs" {
   misbehave Passes DISABLED_Crashes PassesToo
   expect 'crash: exception c0000005 in DISABLED_Crashes'

@@ -114,7 +114,7 @@ expect_state() {
   local what=$1 left
   shift
   files >"$scratch/files"
-  expect "$what: files that are gone" '' "$(comm -23 "$scratch/files-before" "$scratch/files")"
+  expect "$what: files that are missing" '' "$(comm -23 "$scratch/files-before" "$scratch/files")"
   left=$(added "$scratch/files-before" "$scratch/files" | sed -E '\,^\./windows/Installer$,d; s,^\./users/[^/]+/,,')
   expect "$what: files that stay" "$(printf '%s\n' "$@")" "$left"
   registry 'HKEY_LOCAL_MACHINE' | without_noise >"$scratch/machine"
@@ -128,14 +128,14 @@ expect_state() {
 expect_nothing_else() {
   local entry outside
   files >"$scratch/files"
-  expect "$1: files that are gone" '' "$(comm -23 "$scratch/files-before" "$scratch/files")"
+  expect "$1: files that are missing" '' "$(comm -23 "$scratch/files-before" "$scratch/files")"
   entry=$(start_menu_entry)
   outside=$(added "$scratch/files-before" "$scratch/files" |
     grep -vE '^\./(Program Files/zdExpirationRules|users/[^/]+/AppData/Local/zdExpirationRules Project)(/|$)' |
     sed -E 's,^(\./windows/Installer)/[^/]+\.msi$,\1/a copy of the package,')
   expect "$1: files outside its folder" "$(printf '%s\n' ".${entry#"$ZD_WINEPREFIX/drive_c"}" ./windows/Installer "./windows/Installer/a copy of the package")" "$outside"
   registry 'HKEY_LOCAL_MACHINE' | without_noise >"$scratch/machine"
-  expect "$1: values that are gone" '' "$(comm -23 "$scratch/machine-before" "$scratch/machine")"
+  expect "$1: values that are missing" '' "$(comm -23 "$scratch/machine-before" "$scratch/machine")"
   outside=$(added "$scratch/machine-before" "$scratch/machine" | sed 's/^\[HKEY_LOCAL_MACHINE\\Software\\/[/' |
     grep -vE -e '^\[(Classes|Wow6432Node)\\.' -e '^\[Microsoft\\Windows\\CurrentVersion\\Installer\\.' \
       -e "^\[Microsoft.Windows.CurrentVersion.Uninstall.$(product_code "$msi" | sed 's/[{}]/./g')\]" | LC_ALL=C sort)

@@ -45,7 +45,8 @@ int run_tests(test_support::ResultWriter* results) {
     std::printf("GTEST_SHUFFLE=1 GTEST_RANDOM_SEED=%d\n", static_cast<int>(GTEST_FLAG_GET(random_seed)));
   }
   const int result = RUN_ALL_TESTS();
-  delete listeners.Release(watchdog);
+  // It stays until the process has ended, because what comes after the last test may hang too.
+  listeners.Release(watchdog);
   CoUninitialize();
   return result;
 }

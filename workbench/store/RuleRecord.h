@@ -103,7 +103,7 @@ struct StoredChange {
   bool operator==(const StoredChange&) const = default;
 };
 
-/// Everything that a store holds, with its numbers and revisions: what a copy of the store is made from.
+/// Everything that a store holds, with its numbers and revisions: what a copy of the store is created from.
 struct StoreCopy {
   std::vector<StoredRule> rules;
   std::vector<StoredSetting> settings;

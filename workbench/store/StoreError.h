@@ -50,8 +50,8 @@ class StoreError : public std::runtime_error {
   StoreErrorKind kind() const noexcept { return kind_; }
 
   /// What the refusal is about: the path for a failure of the file, the description for one of the server, the field
-  /// for an invalid value, else the name or the number of the rule or setting; empty when nobody said which of several
-  /// rules has the name of another.
+  /// for an invalid value, else the name or the number of the rule or setting; empty when the store does not say which
+  /// of several rules has the name of another.
   const std::wstring& subject() const noexcept { return subject_; }
 
  private:

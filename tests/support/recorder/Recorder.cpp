@@ -31,16 +31,13 @@ std::wstring recorder_path() { return base::path_beside_program(L"recorder\\Snag
 
 Recorder::Recorder(const std::wstring& path) : library_(LoadLibraryW(path.c_str())) {
   if (!library_) throw std::runtime_error("the recorder cannot be loaded");
-  const auto control = export_of<RecorderControlFunction>(library_, "recorder_control");
+  const auto control = export_of<RecorderControlFunction>(library_.get(), "recorder_control");
   if (!control) throw std::runtime_error("another diagnostics library is loaded in place of the recorder");
   control_ = control();
   reset();
 }
 
-Recorder::~Recorder() {
-  control_->reset();
-  FreeLibrary(library_);
-}
+Recorder::~Recorder() { control_->reset(); }
 
 std::vector<RecordedCommand> Recorder::commands() const {
   std::vector<RecordedCommand> all;

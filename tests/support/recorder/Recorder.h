@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "Owned.h"
 #include "RecorderControl.h"
 
 namespace test_support {
@@ -51,7 +52,7 @@ class Recorder {
   long live_objects() const { return control_->live_objects(); }
 
  private:
-  HMODULE library_;
+  base::LoadedModule library_;
   RecorderControl* control_ = nullptr;
   Hook hook_;
 };

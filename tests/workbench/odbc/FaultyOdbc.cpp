@@ -43,7 +43,7 @@ struct FaultyCalls {
       if (SQL_SUCCEEDED(code)) ++faulty->live_handles_;
       return code;
     };
-    // Nobody would release a handle whose allocation seems to have failed.
+    // No caller would release a handle whose allocation seems to have failed.
     const auto fail_late = [&] { return faulty->fault_.is_silent ? next() : SQLRETURN{SQL_ERROR}; };
     return faulty->is_chosen() ? faulty->fail(fail_late) : next();
   }

@@ -37,7 +37,7 @@ bool pass(SOCKET socket, const std::string& bytes) {
   return send(socket, bytes.data(), static_cast<int>(bytes.size()), 0) == static_cast<int>(bytes.size());
 }
 
-/// Whether the client commits. The null after the statement tells it from the name of an isolation level.
+/// Whether the client commits. The null after the statement distinguishes it from the name of an isolation level.
 bool holds_commit(const std::string& request) {
   constexpr std::string_view commit("COMMIT\0", 7);
   return request.find(commit) != std::string::npos;

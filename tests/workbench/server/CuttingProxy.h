@@ -24,7 +24,7 @@ class CuttingProxy {
 
   int port() const { return port_; }
 
-  /// Whether new connections are made after a cut.
+  /// Whether new connections succeed after a cut.
   enum class Afterwards { connects, refuses };
 
   /// What happens at the next commit of any connection, and after it.

@@ -120,14 +120,14 @@ TEST_F(LostAnswer, NewConnectionFindsOutWhetherTheTablesWerePrepared) {
         EXPECT_EQ(fail_each_call_of_an_opening(version, copied, {.reaches = reaches}, state), 0);
 }
 
-TEST_F(LostAnswer, PreparationIsUncertainOnlyWhereNobodyCanTellWhetherItHappened) {
+TEST_F(LostAnswer, PreparationIsUncertainOnlyWhereTheServerCannotSayWhetherItHappened) {
   for (const auto& [version, copied] : openings)
     for (const bool reaches : {false, true})
       EXPECT_EQ(fail_each_call_of_an_opening(version, copied, {.reaches = reaches, .is_lasting = true}, "08S01"), 1)
           << "at its commit";
 }
 
-TEST_F(LostAnswer, ChangeIsUncertainOnlyWhereNobodyCanTellWhetherItHappened) {
+TEST_F(LostAnswer, ChangeIsUncertainOnlyWhereTheServerCannotSayWhetherItHappened) {
   for (const bool reaches : {false, true}) {
     const int uncertain =
         fail_each_call({.reaches = reaches, .is_lasting = true}, "08S01", [&](const Outcome& outcome) {
